@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+
+namespace vgps {
+
+// A calendar date and time of day as receivers and the system clock give it.
+// Fields are stored as received: nothing here checks that a month is 1 to 12.
+struct DateTime {
+  uint16_t year = 0;
+  uint16_t month = 0;
+  uint16_t dayOfWeek = 0;  // 0 Sunday .. 6 Saturday; only clocks fill it
+  uint16_t day = 0;
+  uint16_t hour = 0;
+  uint16_t minute = 0;
+  uint16_t second = 0;
+  uint16_t millisecond = 0;
+
+  bool operator==(const DateTime&) const = default;
+};
+
+// The time of day of `time` moved by -`offsetMinutes`, in hour and minute only, modulo 24 hours.
+// UTC minus the UTC offset of a place (minutes, negative east of Greenwich) is its local time.
+DateTime timeOfDayMinusMinutes(const DateTime& time, int32_t offsetMinutes);
+
+}  // namespace vgps

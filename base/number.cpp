@@ -1,0 +1,107 @@
+#include "base/number.h"
+
+#include <charconv>
+#include <limits>
+
+namespace vgps {
+namespace {
+
+constexpr bool isDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
+constexpr bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+// Powers of ten that a double holds exactly.
+constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+// Up to this many digits a whole number fits a double exactly, and so one division by an exact
+// power of ten is correctly rounded (Clinger, "How to read floating point numbers accurately").
+constexpr int kExactDigits = 15;
+
+// Whether the digits from `begin` to `end`, known to be out of a double's range, are too large
+// (rather than too small): by the written exponent, or without one by a digit before the point.
+bool isTooLarge(std::string_view digits) {
+  const size_t e = digits.find_first_of("eE");
+  if (e != std::string_view::npos) return digits[e + 1] != '-';
+  return digits.substr(0, digits.find('.')).find_first_not_of('0') != std::string_view::npos;
+}
+
+double slowDouble(const char* begin, const char* end) {
+  double value = 0;
+  const auto result = std::from_chars(begin, end, value);
+  if (result.ec != std::errc::result_out_of_range) return value;
+  const std::string_view digits(begin, static_cast<size_t>(result.ptr - begin));
+  return isTooLarge(digits) ? std::numeric_limits<double>::infinity() : 0.0;
+}
+
+}  // namespace
+
+int32_t leadingInt(std::string_view text) {
+  const char* p = text.data();
+  const char* const end = p + text.size();
+  while (p != end && isBlank(*p)) ++p;
+  bool negative = false;
+  if (p != end && (*p == '-' || *p == '+')) negative = *p++ == '-';
+  int64_t value = 0;
+  constexpr int64_t kTooLarge = int64_t{1} << 31;
+  for (; p != end && isDigit(*p); ++p) {
+    value = value * 10 + (*p - '0');
+    if (value > kTooLarge) value = kTooLarge;
+  }
+  if (negative) return static_cast<int32_t>(-value);
+  return static_cast<int32_t>(value < kTooLarge ? value : kTooLarge - 1);
+}
+
+double leadingDouble(std::string_view text) {
+  const char* p = text.data();
+  const char* const end = p + text.size();
+  while (p != end && isBlank(*p)) ++p;
+  bool negative = false;
+  if (p != end && (*p == '-' || *p == '+')) negative = *p++ == '-';
+  const char* const begin = p;
+  uint64_t mantissa = 0;
+  for (; p != end && isDigit(*p); ++p) mantissa = mantissa * 10 + static_cast<uint64_t>(*p - '0');
+  int64_t digits = p - begin;
+  int64_t decimals = 0;
+  if (p != end && *p == '.') {
+    const char* const point = ++p;
+    for (; p != end && isDigit(*p); ++p) mantissa = mantissa * 10 + static_cast<uint64_t>(*p - '0');
+    decimals = p - point;
+    digits += decimals;
+  }
+  if (digits == 0) return 0;
+  const bool exponent = p != end && (*p == 'e' || *p == 'E');
+  const double value = digits > kExactDigits || exponent
+                           ? slowDouble(begin, end)
+                           : static_cast<double>(mantissa) / kPowersOfTen[decimals];
+  return negative ? -value : value;
+}
+
+bool scanUint16(std::string_view& rest, int width, uint16_t& out) {
+  while (!rest.empty() && isBlank(rest.front())) rest.remove_prefix(1);
+  size_t at = 0;
+  const size_t limit = rest.size() < static_cast<size_t>(width) ? rest.size() : static_cast<size_t>(width);
+  bool negative = false;
+  if (at < limit && (rest[at] == '-' || rest[at] == '+')) negative = rest[at++] == '-';
+  const size_t firstDigit = at;
+  uint32_t value = 0;
+  while (at < limit && isDigit(rest[at])) value = value * 10 + static_cast<uint32_t>(rest[at++] - '0');
+  if (at == firstDigit) return false;
+  out = static_cast<uint16_t>(negative ? 0U - value : value);
+  rest.remove_prefix(at);
+  return true;
+}
+
+std::string fixedText(double value, int decimals) {
+  char buffer[360];  // 309 whole digits of the largest double, the point, the decimals
+  const auto result =
+      std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::fixed, decimals);
+  return {buffer, result.ptr};
+}
+
+std::string shortestText(double value) {
+  char buffer[32];
+  const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+  return {buffer, result.ptr};
+}
+
+}  // namespace vgps

@@ -1,0 +1,11 @@
+# Every room and the rooms it may include. The build links by this table and the layering check
+# reads it; nothing else knows the neighbours. `room(NAME NEIGHBOUR...)`, one line each.
+room(base)
+room(platform base)
+room(geo base)
+room(gps geo platform base)
+room(display gps geo platform base)
+room(app display gps geo platform base)
+room(win32 app display gps geo platform base)
+room(posix app display gps geo platform base)
+room(cli app display gps geo platform base)

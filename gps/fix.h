@@ -1,0 +1,94 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "base/date_time.h"
+
+namespace vgps {
+
+// GPS satellites are kept in a slot numbered by their PRN; 33 and 34 are the first of the
+// augmentation satellites that receivers number on from 32.
+inline constexpr int kSatelliteSlots = 35;
+
+struct SatelliteInfo {
+  uint8_t visible = 0;  // listed in the current GSV cycle
+  uint8_t used = 0;     // listed by a GSA
+  int32_t prn = 0;
+  float elevation = 0;  // degrees above the horizon
+  float azimuth = 0;    // degrees true
+  float snr = 0;        // C/N0, dB-Hz
+};
+
+struct SatelliteTable {
+  int32_t usedCount = 0;    // as GGA counts them
+  int32_t inViewCount = 0;  // as GSV counts them
+  float pdop = 0;
+  float hdop = 0;
+  float vdop = 0;
+  std::array<SatelliteInfo, kSatelliteSlots> slots{};
+};
+
+// The values of a fix: all that is drawn, recorded and timed. A plain copyable record.
+struct FixRecord {
+  int32_t fixStatus = 0;  // 0 none, 1 GPS, 2 differential, further GGA qualities
+  double longitude = 0;   // decimal degrees, east positive
+  double latitude = 0;    // decimal degrees, north positive
+  double altitude = 0;    // metres above mean sea level
+  double reserved = 0;
+  DateTime utcTime;    // date from RMC, time of day from RMC and GGA; day of week is never set
+  DateTime localTime;  // time of day only
+  double speedKnots = 0;
+  double speedMps = 0;
+  double speedKmh = 0;
+  double speedMph = 0;
+  double speedSpare = 0;
+  double course = 0;             // over ground, degrees true
+  double magneticVariation = 0;  // degrees, west negative
+  int32_t lastSentenceKind = 0;  // of the last line: SentenceKind
+  uint32_t receiveTick = 0;      // milliseconds, when the last line was taken
+  uint32_t previousReceiveTick = 0;
+  uint32_t ticksWithoutData = 0;
+};
+
+// GSA and GSV share a number; who needs to tell them apart looks at the text.
+enum SentenceKind : int32_t { kNoSentence = 0, kRmc = 1, kGga = 2, kSatellites = 4 };
+
+// What one sentence said. Everything that the sentence lacks is zero.
+struct NmeaSentence {
+  struct Position {  // RMC and RMCX
+    int32_t valid;
+    double longitude, latitude, altitude;
+    DateTime utc, local;
+    double knots, mps, kmh, mph, spare;
+    double course, magneticVariation;
+  };
+  struct Quality {  // GGA
+    int32_t quality;
+    double longitude, latitude, altitude;
+    DateTime utc, local;
+    int32_t usedCount;
+  };
+  struct Active {  // GSA: `used` flags
+    float pdop, hdop, vdop;
+    std::array<SatelliteInfo, kSatelliteSlots> slots;
+  };
+  struct InView {  // GSV: everything but `used`
+    int32_t inViewCount;
+    std::array<SatelliteInfo, kSatelliteSlots> slots;
+  };
+
+  int32_t kind = kNoSentence;
+  int32_t tag = 0;  // 0x88 RMC, 0x410 GGA, 0x3A0 GSA and GSV
+  union {
+    Position rmc;
+    Quality gga;
+    Active gsa;
+    InView gsv;
+  };
+
+  NmeaSentence();
+  void clear();
+};
+
+}  // namespace vgps

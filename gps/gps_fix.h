@@ -1,0 +1,168 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <condition_variable>
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "gps/fix.h"
+#include "gps/options.h"
+#include "gps/satellite_view.h"
+#include "gps/sentence_stats.h"
+#include "gps/simulation.h"
+#include "gps/talkers.h"
+#include "platform/clock.h"
+#include "platform/location_sensor.h"
+#include "platform/serial_port.h"
+
+namespace vgps {
+
+inline constexpr size_t kReadBufferSize = 10000;
+inline constexpr size_t kCarrySize = 5000;
+inline constexpr int kDefaultBaudRate = 9600;
+
+// What the stream was last recognised as.
+enum InputProtocol : int32_t { kNmeaText = 0, kSirfBinary = 1, kSensorInput = 3 };
+
+// A binary message as it came: start A0 A2, length, payload, checksum, end B0 B3.
+struct SirfMessage {
+  uint16_t start = 0;
+  uint16_t length = 0;
+  std::span<const uint8_t> payload;  // looks into the received bytes; its first byte is the number
+  uint16_t checksum = 0;
+  uint16_t end = 0;
+
+  uint32_t number() const { return payload.empty() ? 0 : payload[0]; }
+};
+
+// The raw stream, appended to a file.
+struct StreamLog {
+  std::string path = "./gps.log";
+  std::FILE* file = nullptr;
+  bool failureTold = false;
+
+  StreamLog() = default;
+  StreamLog(const StreamLog&) = delete;
+  StreamLog& operator=(const StreamLog&) = delete;
+  ~StreamLog();
+};
+
+// What the reader threads and the user-interface thread share about reading.
+struct ReaderControl {
+  std::atomic<bool> readerStop{false};     // set once, at the end of the program
+  std::atomic<uint32_t> generation{0};     // of the source that may be read
+  std::atomic<int32_t> liveReaders{0};
+  std::mutex turn;  // held by the reader that handles a block: after a reopening two may have one
+  std::mutex mutex;
+  std::condition_variable wake;
+};
+
+// What stands beside the one fix: the values that the parser and the reader keep for the whole
+// program, their options, and the program around them.
+struct GpsState {
+  GpsState(GpsHooks& gpsHooks, const Clock& gpsClock) : hooks(gpsHooks), clock(gpsClock) {}
+
+  GpsOptions options;
+  GpsHooks& hooks;
+  const Clock& clock;
+  std::function<std::unique_ptr<SerialPort>()> makePort;
+  LocationSensorManager* sensors = nullptr;
+  std::string sensorIdentifier;  // a GUID as text
+
+  // Written by whoever parses; the user interface copies them while the reader waits.
+  double maxSpeed = 0;     // in the speed unit chosen at the time
+  double maxAltitude = 0;  // metres
+  int32_t epochSentenceKind = 0;
+  int32_t leadingSentenceKind = 0;
+  SatelliteView view;
+  SentenceStats stats;
+
+  std::atomic<bool> satellitesInUseKnown{false};
+  std::atomic<int32_t> inputProtocol{kNmeaText};
+
+  TalkerTranslation talkers;
+  StreamLog log;
+  Simulation simulation;
+  ReaderControl readers;
+};
+
+// The one current fix with its connection. Created once, lives as long as the program.
+//
+// `open`, `close` and `setPort` belong to the user-interface thread; `read`, `onReceive` and
+// `processLines` to the reader thread, or to the one thread of a replay.
+struct GpsFix : FixRecord {
+  explicit GpsFix(GpsState& gpsState);
+
+  std::unique_ptr<SatelliteTable> satellites;
+
+  std::string portPath;
+  uint32_t baudRate = kDefaultBaudRate;
+  std::shared_ptr<SerialPort> port;  // not null: open, or opened and refused to be set up
+  std::shared_ptr<LocationSensor> sensor;
+  bool simulate = false;
+  bool useGpsApi = false;
+  bool useSensorApi = false;
+  PortError portError = PortError::none;  // why the last `open` failed
+  std::atomic<bool> running{false};
+
+  // Parses one line without its line end. `out` is always filled; the fix changes only when
+  // `apply` is set, the greatest speed and altitude in any case. False when the text does not
+  // begin with "$".
+  bool parseSentence(std::string_view text, NmeaSentence& out, bool apply);
+
+  void setPort(std::string_view portName, uint32_t speed);
+
+  // Opens the simulation, the location sensor or the serial port and starts its reader thread.
+  // `probeOnly` opens the port, reads once and closes it: true when the bytes begin with "$GP".
+  bool open(bool simulation, bool gpsApi, bool sensorApi, bool probeOnly);
+
+  // False when neither a sensor nor a serial port was open.
+  bool close(bool silent);
+
+  // One read from the current source by the reader of `generation`.
+  PortRead read(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs);
+
+  // Bytes into lines or binary messages; what is not whole yet is carried to the next call.
+  void onReceive(std::string_view bytes);
+
+  // Whole lines, or one whole binary message.
+  void processLines(std::string_view bytes);
+
+  // Sets `readerStop`, wakes every reader and waits up to `timeoutMs` for all to end. False when
+  // one still lives: then nothing that it could touch may be destroyed.
+  bool stopReaders(int timeoutMs);
+
+  // Whether a received line is being carried, and of what kind its first byte is (0: none).
+  char carriedStart() const { return carryLength > 0 ? carry[0] : '\0'; }
+
+  GpsState& state;
+  std::array<char, kCarrySize> carry{};
+  int32_t carryLength = 0;
+
+ private:
+  void applyPosition(double longitude, double latitude);
+  void applyTimeOfDay(const DateTime& utc, const DateTime& local);
+  void takeAltitude(double metres, bool apply);
+  void parseGga(std::string_view text, NmeaSentence::Quality& out, bool apply);
+  void parseRmc(std::string_view text, NmeaSentence::Position& out, bool apply);
+  void parseGsa(std::string_view text, NmeaSentence::Active& out, bool apply);
+  void parseGsv(std::string_view text, NmeaSentence::InView& out, bool apply);
+  void carryOver(std::string_view rest);
+  void stepWhileShiftHeld();
+  void processLine(std::string_view line);
+  void processMessage(std::string_view bytes);
+  void startReader();
+  bool openSensor();
+  bool openPort();
+  bool probePort();
+
+  std::string joined_;
+};
+
+}  // namespace vgps

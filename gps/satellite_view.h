@@ -1,0 +1,93 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace vgps {
+
+enum class SatelliteSystem : uint8_t { unknown, gps, glonass, galileo, beidou, qzss, sbas, navic };
+
+const char* satelliteSystemName(SatelliteSystem system);
+
+struct ViewedSatellite {
+  SatelliteSystem system = SatelliteSystem::unknown;
+  uint8_t signal = 0;  // NMEA 4.10 signal number, 0 when not given
+  int32_t id = 0;      // PRN or space vehicle number as the receiver gives it
+  float elevation = 0;  // degrees; with azimuth only when `positionKnown`
+  float azimuth = 0;    // degrees true
+  float snr = 0;        // C/N0 in dB-Hz, 0 when it is not tracked
+  bool positionKnown = false;
+  bool used = false;
+};
+
+// All satellites of all systems that GSV and GSA sentences of any talker list, for the screens.
+// Satellites of a talker and signal stay until that talker's next GSV cycle ends without them, or
+// until 30 seconds have passed without a word of it.
+class SatelliteView {
+ public:
+  static constexpr size_t kCapacity = 160;  // more are left out
+
+  // Any line; those that are no GSV or GSA change nothing but end a run of GSA lines.
+  void take(std::string_view line, uint32_t tick);
+
+  std::span<const ViewedSatellite> satellites() const { return {entries_.data(), count_}; }
+
+  // Counts the changes, so that a copy can tell whether it is up to date.
+  uint32_t revision() const { return revision_; }
+
+  void clear() { *this = SatelliteView(revision_ + 1); }
+  SatelliteView() = default;
+
+ private:
+  explicit SatelliteView(uint32_t revision) : revision_(revision) {}
+
+  // Who speaks: the talker's two letters and the signal (GSV) or system number (GSA).
+  struct Source {
+    uint16_t talker = 0;
+    uint8_t number = 0;
+    bool operator==(const Source&) const = default;
+  };
+  struct GsvCycle {
+    Source source;
+    int32_t lastMessage = 0;
+    uint32_t tick = 0;
+  };
+  struct UsedSet {
+    Source source;
+    uint32_t tick = 0;
+    uint32_t run = 0;  // of consecutive GSA lines
+    uint8_t count = 0;
+    std::array<SatelliteSystem, 48> systems{};
+    std::array<int32_t, 48> ids{};
+  };
+  struct Bookkeeping {
+    Source source;
+    bool stale = false;
+  };
+
+  void takeGsv(std::string_view line, uint32_t tick);
+  void takeGsa(std::string_view line, uint32_t tick);
+  GsvCycle* cycleOf(Source source);
+  UsedSet* usedSetOf(Source source);
+  void store(const ViewedSatellite& satellite, Source source);
+  template <typename Drop>
+  void dropEntries(Drop drop);
+  void dropSilentSources(uint32_t tick);
+  void markUsed();
+  bool isUsed(const ViewedSatellite& satellite) const;
+
+  std::array<ViewedSatellite, kCapacity> entries_{};
+  std::array<Bookkeeping, kCapacity> books_{};
+  size_t count_ = 0;
+  std::array<GsvCycle, 24> cycles_{};
+  size_t cycleCount_ = 0;
+  std::array<UsedSet, 12> usedSets_{};
+  size_t usedSetCount_ = 0;
+  uint32_t gsaRun_ = 0;
+  bool lastWasGsa_ = false;
+  uint32_t revision_ = 0;
+};
+
+}  // namespace vgps

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+// The seam to drawing: small and stateless, each call carries its own pen, brush and font.
+// Backends: GDI+ (win32/), a recorder (tests/fakes/). Units are pixels, y grows downwards.
+namespace vgps {
+
+struct Point {
+  float x = 0;
+  float y = 0;
+};
+
+struct Rect {
+  float x = 0;
+  float y = 0;
+  float width = 0;
+  float height = 0;
+};
+
+// 0x00BBGGRR as Windows and the settings write colours: 0x0000FF is red.
+using Colour = uint32_t;
+
+struct Pen {
+  Colour colour = 0;
+  float width = 1;
+};
+
+struct Font {
+  std::string_view family = "Arial";  // a backend falls back to what the system has
+  float size = 12;                    // height of the em square, pixels
+  bool bold = false;
+};
+
+enum class Align { left, centre, right };
+
+class Canvas {
+ public:
+  virtual ~Canvas() = default;
+  virtual Rect bounds() const = 0;
+  virtual void clear(Colour colour) = 0;
+  virtual void line(Point from, Point to, const Pen& pen) = 0;
+  virtual void polyline(std::span<const Point> points, const Pen& pen) = 0;
+  virtual void fillRect(const Rect& rect, Colour colour) = 0;
+  virtual void fillPolygon(std::span<const Point> points, Colour colour) = 0;
+  virtual void ellipse(const Rect& box, const Pen& pen) = 0;
+  virtual void fillEllipse(const Rect& box, Colour colour) = 0;
+  // One line of UTF-8 text in the box: at its top, aligned across it, clipped to it.
+  virtual void text(std::string_view text, const Rect& box, const Font& font, Colour colour,
+                    Align align) = 0;
+  virtual float textWidth(std::string_view text, const Font& font) = 0;
+};
+
+}  // namespace vgps

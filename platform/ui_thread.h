@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+// The one door between worker threads and the user-interface thread: a window message where there
+// is a window, a one-slot mailbox where there is none, a direct call in a replay.
+namespace vgps {
+
+enum class UiEvent : uint32_t {
+  line = 0x466,    // a received line or receiver message; `text`, `record`
+  sensor = 0x467,  // a reading of the location sensor; `x` longitude, `y` latitude
+  repaint = 0x468,  // the parser asks for a repaint; copies the fix first
+  refresh = 0x469,  // a chunk of data was handled; the displays follow
+};
+
+struct UiMessage {
+  UiEvent event = UiEvent::line;
+  std::string_view text;         // the raw line, UTF-8 or noise, without its line end
+  const void* record = nullptr;  // of a binary protocol: the SirfMessage
+  double x = 0;
+  double y = 0;
+};
+
+class UiThread {
+ public:
+  virtual ~UiThread() = default;
+  // Returns when the user-interface thread has handled the message; false, unhandled, when the
+  // door is shut.
+  virtual bool send(const UiMessage& message) = 0;
+  // Returns at once. Only messages without text and record can be posted.
+  virtual void post(const UiMessage& message) = 0;
+};
+
+}  // namespace vgps
