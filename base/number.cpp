@@ -79,12 +79,14 @@ double leadingDouble(std::string_view text) {
 bool scanUint16(std::string_view& rest, int width, uint16_t& out) {
   while (!rest.empty() && isBlank(rest.front())) rest.remove_prefix(1);
   size_t at = 0;
-  const size_t limit = rest.size() < static_cast<size_t>(width) ? rest.size() : static_cast<size_t>(width);
+  const size_t limit =
+      rest.size() < static_cast<size_t>(width) ? rest.size() : static_cast<size_t>(width);
   bool negative = false;
   if (at < limit && (rest[at] == '-' || rest[at] == '+')) negative = rest[at++] == '-';
   const size_t firstDigit = at;
   uint32_t value = 0;
-  while (at < limit && isDigit(rest[at])) value = value * 10 + static_cast<uint32_t>(rest[at++] - '0');
+  while (at < limit && isDigit(rest[at]))
+    value = value * 10 + static_cast<uint32_t>(rest[at++] - '0');
   if (at == firstDigit) return false;
   out = static_cast<uint16_t>(negative ? 0U - value : value);
   rest.remove_prefix(at);

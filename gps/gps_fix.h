@@ -55,8 +55,8 @@ struct StreamLog {
 
 // What the reader threads and the user-interface thread share about reading.
 struct ReaderControl {
-  std::atomic<bool> readerStop{false};     // set once, at the end of the program
-  std::atomic<uint32_t> generation{0};     // of the source that may be read
+  std::atomic<bool> readerStop{false};  // set once, at the end of the program
+  std::atomic<uint32_t> generation{0};  // of the source that may be read
   std::atomic<int32_t> liveReaders{0};
   std::mutex turn;  // held by the reader that handles a block: after a reopening two may have one
   std::mutex mutex;
@@ -105,7 +105,7 @@ struct GpsFix : FixRecord {
   uint32_t baudRate = kDefaultBaudRate;
   std::shared_ptr<SerialPort> port;  // not null: open, or opened and refused to be set up
   std::shared_ptr<LocationSensor> sensor;
-  bool simulate = false;
+  std::atomic<bool> simulate{false};  // the reader asks it too
   bool useGpsApi = false;
   bool useSensorApi = false;
   PortError portError = PortError::none;  // why the last `open` failed
@@ -127,6 +127,9 @@ struct GpsFix : FixRecord {
 
   // One read from the current source by the reader of `generation`.
   PortRead read(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs);
+
+  // Whether the source of `generation` is the simulation.
+  bool simulating(uint32_t generation) const;
 
   // Bytes into lines or binary messages; what is not whole yet is carried to the next call.
   void onReceive(std::string_view bytes);
@@ -151,8 +154,11 @@ struct GpsFix : FixRecord {
   void takeAltitude(double metres, bool apply);
   void parseGga(std::string_view text, NmeaSentence::Quality& out, bool apply);
   void parseRmc(std::string_view text, NmeaSentence::Position& out, bool apply);
+  void parseRmcx(std::string_view text, NmeaSentence::Position& out, bool apply);
+  void takeSpeed(double knots, NmeaSentence::Position& out, bool apply);
   void parseGsa(std::string_view text, NmeaSentence::Active& out, bool apply);
   void parseGsv(std::string_view text, NmeaSentence::InView& out, bool apply);
+  void takeSatellites(std::string_view groups, NmeaSentence::InView& out, bool apply);
   void carryOver(std::string_view rest);
   void stepWhileShiftHeld();
   void processLine(std::string_view line);
@@ -162,7 +168,20 @@ struct GpsFix : FixRecord {
   bool openPort();
   bool probePort();
 
+  // What the reader of a generation reads from, so that it never looks at the fields that the
+  // user interface is changing.
+  struct Source {
+    uint32_t generation = 0;
+    bool simulation = false;
+    std::shared_ptr<SerialPort> port;
+  };
+  Source sourceOf(uint32_t generation) const;
+  PortRead readSimulation(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs);
+
+  mutable std::mutex sourceMutex_;
+  Source source_;
   std::string joined_;
+  NmeaSentence sentence_;
 };
 
 }  // namespace vgps

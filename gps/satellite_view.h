@@ -13,8 +13,8 @@ const char* satelliteSystemName(SatelliteSystem system);
 
 struct ViewedSatellite {
   SatelliteSystem system = SatelliteSystem::unknown;
-  uint8_t signal = 0;  // NMEA 4.10 signal number, 0 when not given
-  int32_t id = 0;      // PRN or space vehicle number as the receiver gives it
+  uint8_t signal = 0;   // NMEA 4.10 signal number, 0 when not given
+  int32_t id = 0;       // PRN or space vehicle number as the receiver gives it
   float elevation = 0;  // degrees; with azimuth only when `positionKnown`
   float azimuth = 0;    // degrees true
   float snr = 0;        // C/N0 in dB-Hz, 0 when it is not tracked
@@ -69,13 +69,14 @@ class SatelliteView {
 
   void takeGsv(std::string_view line, uint32_t tick);
   void takeGsa(std::string_view line, uint32_t tick);
+  void beginOrContinueCycle(Source source, int32_t message, uint32_t tick);
+  void endCycle(Source source);
   GsvCycle* cycleOf(Source source);
   UsedSet* usedSetOf(Source source);
   void store(const ViewedSatellite& satellite, Source source);
   template <typename Drop>
   void dropEntries(Drop drop);
   void dropSilentSources(uint32_t tick);
-  void markUsed();
   bool isUsed(const ViewedSatellite& satellite) const;
 
   std::array<ViewedSatellite, kCapacity> entries_{};
@@ -83,6 +84,8 @@ class SatelliteView {
   size_t count_ = 0;
   std::array<GsvCycle, 24> cycles_{};
   size_t cycleCount_ = 0;
+  bool openCycle_ = false;
+  Source openSource_;
   std::array<UsedSet, 12> usedSets_{};
   size_t usedSetCount_ = 0;
   uint32_t gsaRun_ = 0;

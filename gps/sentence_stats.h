@@ -35,7 +35,8 @@ struct SentenceStats {
 
   uint64_t total() const;  // accepted lines and binary messages
 
-  // An accepted line: `raw` as received carries the checksum, `parsed` the name that was recognised.
+  // An accepted line: `raw` as received carries the checksum, `parsed` the name that was
+  // recognised.
   void countLine(std::string_view raw, std::string_view parsed, uint32_t tick);
 };
 

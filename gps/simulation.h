@@ -3,6 +3,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -21,16 +22,18 @@ class Simulation {
  public:
   Simulation();
 
-  // The next line with CR LF, after a second or a step; false when `wake` interrupted the wait.
-  // `index` and `count` are for the title: which line of how many.
-  bool next(std::string& line, uint32_t& index, uint32_t& count);
+  // The next line with CR LF, after a second or a step; false when `cancelled` says so (asked again
+  // at each `wake`), or the mode changed during the wait. `index` and `count` are for the title:
+  // which line of how many.
+  bool next(std::string& line, uint32_t& index, uint32_t& count,
+            const std::function<bool()>& cancelled);
 
   void setLines(std::vector<std::string> lines);
   void setMode(SimMode mode);
   SimMode mode() const;
   void jumpTo(uint32_t index);
   void step();
-  // Ends a waiting `next`: the source is being closed.
+  // Makes a waiting `next` ask whether it is cancelled.
   void wake();
 
   // The pause between lines; a test makes it short.
@@ -44,7 +47,6 @@ class Simulation {
   uint32_t simJumpIndex_ = 0;
   SimMode simMode_ = SimMode::timer;
   bool stepped_ = false;
-  uint32_t wakes_ = 0;
 };
 
 // The built-in trip around the globe: satellites and DOP once, then 21 positions.

@@ -8,15 +8,17 @@
 namespace vgps {
 
 enum class UiEvent : uint32_t {
-  line = 0x466,    // a received line or receiver message; `text`, `record`
-  sensor = 0x467,  // a reading of the location sensor; `x` longitude, `y` latitude
-  repaint = 0x468,  // the parser asks for a repaint; copies the fix first
-  refresh = 0x469,  // a chunk of data was handled; the displays follow
+  line = 0x466,          // a received line or receiver message; `text`, `record`
+  sensor = 0x467,        // a reading of the location sensor; `x` longitude, `y` latitude
+  repaint = 0x468,       // the parser asks for a repaint; copies the fix first
+  refresh = 0x469,       // a chunk of data was handled; the displays follow
+  unknownBytes = 0x46A,  // `text`: neither text nor binary of a receiver
+  logFailed = 0x46B,     // `text`: the path of the log that cannot be written
 };
 
 struct UiMessage {
   UiEvent event = UiEvent::line;
-  std::string_view text;         // the raw line, UTF-8 or noise, without its line end
+  std::string_view text = {};    // the raw line, UTF-8 or noise, without its line end
   const void* record = nullptr;  // of a binary protocol: the SirfMessage
   double x = 0;
   double y = 0;

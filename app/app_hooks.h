@@ -1,0 +1,36 @@
+#pragma once
+
+#include "gps/options.h"
+#include "platform/sounds.h"
+#include "platform/ui_thread.h"
+#include "platform/window.h"
+
+namespace vgps {
+
+// What the receiver's side asks for, passed on: sounds at once, everything else through the door
+// to the user-interface thread.
+class AppHooks : public GpsHooks {
+ public:
+  AppHooks(UiThread& door, Sounds& sounds, Window& window)
+      : door_(door), sounds_(sounds), window_(window) {}
+
+  void playSound(const char* name) override { sounds_.play(name); }
+  void repaint() override { door_.send({.event = UiEvent::repaint}); }
+  void maxSpeedChanged() override {}     // shown with the next refresh of the display
+  void maxAltitudeChanged() override {}  // likewise
+  void lineReceived(const ReceivedLine& line) override;
+  void refreshDisplay() override { door_.send({.event = UiEvent::refresh}); }
+  void unknownBytes(std::string_view bytes) override;
+  void setTitle(std::string_view title) override { window_.setTitle(title); }
+  void sensorReading(double longitude, double latitude) override;
+  bool shiftHeld() override { return window_.shiftHeld(); }
+  void pressSpace() override { window_.pressSpace(); }
+  void logFailed(const std::string& path) override;
+
+ private:
+  UiThread& door_;
+  Sounds& sounds_;
+  Window& window_;
+};
+
+}  // namespace vgps

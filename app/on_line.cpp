@@ -1,0 +1,90 @@
+#include "app/on_line.h"
+
+#include <cstdio>
+
+#include "app/texts.h"
+#include "base/number.h"
+#include "gps/epoch.h"
+
+namespace vgps {
+namespace {
+
+constexpr uint32_t kLogFailed = 701;
+
+void copyFix(AppState& app) {
+  UiFix& shown = app.shown;
+  shown.fix = app.fix;
+  shown.satellites = *app.fix.satellites;
+  if (shown.viewRevision != app.gps.view.revision()) {
+    const auto satellites = app.gps.view.satellites();
+    shown.view.assign(satellites.begin(), satellites.end());
+    shown.viewRevision = app.gps.view.revision();
+  }
+  shown.stats = app.gps.stats;
+  shown.maxSpeed = app.gps.maxSpeed;
+  shown.maxAltitude = app.gps.maxAltitude;
+  shown.epochSentenceKind = app.gps.epochSentenceKind;
+  shown.inputProtocol = app.gps.inputProtocol;
+  shown.satellitesInUseKnown = app.gps.satellitesInUseKnown;
+}
+
+void offerEpoch(AppState& app) {
+  const bool wanted = app.trackState == kRecording || app.trackState == kPlaying;
+  const FixRecord& fix = app.shown.fix;
+  if (!wanted || fix.fixStatus == 0) return;
+  if (!closesEpoch(fix.lastSentenceKind, app.shown.epochSentenceKind)) return;
+  ++app.epochsOffered;
+  if (app.offerFix) app.offerFix(app.shown);
+}
+
+// Of N messages one is shown.
+bool isSkipped(AppState& app) {
+  if (app.frameSkip == 0) return false;
+  if (app.frameCountdown == 0) app.frameCountdown = app.frameSkip;
+  return --app.frameCountdown > 0;
+}
+
+void takeMessageText(AppState& app, const SirfMessage& message) {
+  char text[64];
+  std::snprintf(text, sizeof text, "Sirf msg (%X): %u bytes", message.number(),
+                static_cast<unsigned>(message.length));
+  app.lastMessageText = text;
+}
+
+void onLine(AppState& app, const UiMessage& message) {
+  copyFix(app);
+  app.shown.dataSeen = true;
+  app.shown.lastDataTick = app.platform.clock.tick();
+  if (message.record == nullptr) offerEpoch(app);
+  if (isSkipped(app)) return;
+  if (message.record != nullptr) {
+    takeMessageText(app, *static_cast<const SirfMessage*>(message.record));
+  }
+}
+
+void repaint(AppState& app) {
+  if (app.repaints.due(app.platform.clock.tick())) app.platform.window.repaint();
+}
+
+}  // namespace
+
+void onUiMessage(AppState& app, const UiMessage& message) {
+  switch (message.event) {
+    case UiEvent::line: onLine(app, message); break;
+    case UiEvent::repaint:
+      copyFix(app);
+      repaint(app);
+      break;
+    case UiEvent::refresh: repaint(app); break;
+    case UiEvent::sensor:
+      app.lastSensorText = "SENS msg: " + fixedText(message.x, 3) + "," + fixedText(message.y, 3);
+      repaint(app);
+      break;
+    case UiEvent::unknownBytes: break;  // only the raw log screen shows them
+    case UiEvent::logFailed:
+      app.platform.window.tellError(textWith(kLogFailed, message.text));
+      break;
+  }
+}
+
+}  // namespace vgps

@@ -1,0 +1,437 @@
+#include "gps/nmea.h"
+
+#include <cstring>
+
+#include "base/number.h"
+#include "geo/units.h"
+#include "gps/gps_fix.h"
+
+namespace vgps {
+namespace {
+
+constexpr int32_t kRmcTag = 0x88;
+constexpr int32_t kGgaTag = 0x410;
+constexpr int32_t kSatellitesTag = 0x3A0;
+
+// The commas of a sentence, found once; fields are cut out between them. Only the fields that a
+// sentence of fixed layout can have are kept, `size` stops counting there.
+class Fields {
+ public:
+  static constexpr size_t kKept = 20;
+
+  explicit Fields(std::string_view text) : text_(text) {
+    starts_[0] = 0;
+    size_t at = 0;
+    while (size_ < kKept) {
+      const void* comma =
+          at < text.size() ? std::memchr(text.data() + at, ',', text.size() - at) : nullptr;
+      if (comma == nullptr) {
+        starts_[size_] = text.size() + 1;
+        return;
+      }
+      at = static_cast<size_t>(static_cast<const char*>(comma) - text.data()) + 1;
+      starts_[size_++] = at;
+    }
+  }
+
+  // How many fields there are, at most kKept.
+  size_t size() const { return size_; }
+  // Whether the field numbered `index` exists.
+  bool has(size_t index) const { return size_ > index; }
+  std::string_view operator[](size_t index) const {
+    return text_.substr(starts_[index], starts_[index + 1] - starts_[index] - 1);
+  }
+
+ private:
+  std::string_view text_;
+  size_t size_ = 1;
+  std::array<size_t, kKept + 1> starts_;
+};
+
+double degreesOf(std::string_view field) {
+  double degrees = 0;
+  ddmmToDegrees(field, nullptr, &degrees);
+  return degrees;
+}
+
+double signedDegrees(std::string_view field, std::string_view hemisphere, char negative) {
+  const double degrees = degreesOf(field);
+  return hemisphere.size() == 1 && hemisphere[0] == negative ? -degrees : degrees;
+}
+
+float leadingFloat(std::string_view field) { return static_cast<float>(leadingDouble(field)); }
+
+int twoDigits(const char* p) {
+  const unsigned tens = static_cast<unsigned char>(p[0] - '0');
+  const unsigned ones = static_cast<unsigned char>(p[1] - '0');
+  return tens < 10 && ones < 10 ? static_cast<int>(tens * 10 + ones) : -1;
+}
+
+// Three numbers of two digits each, as receivers write times and dates; the general reading takes
+// what damaged lines leave of them ("1235", "2208-1").
+bool readThreePairs(std::string_view& rest, uint16_t& a, uint16_t& b, uint16_t& c) {
+  if (rest.size() >= 6) {
+    const int first = twoDigits(rest.data());
+    const int second = twoDigits(rest.data() + 2);
+    const int third = twoDigits(rest.data() + 4);
+    if (first >= 0 && second >= 0 && third >= 0) {
+      a = static_cast<uint16_t>(first);
+      b = static_cast<uint16_t>(second);
+      c = static_cast<uint16_t>(third);
+      rest.remove_prefix(6);
+      return true;
+    }
+  }
+  return scanUint16(rest, 2, a) && scanUint16(rest, 2, b) && scanUint16(rest, 2, c);
+}
+
+// hhmmss.sss; the milliseconds are the digits read, so ".5" is 5 ms.
+DateTime timeOf(std::string_view field) {
+  DateTime time;
+  if (!readThreePairs(field, time.hour, time.minute, time.second)) return time;
+  if (field.empty() || field.front() != '.') return time;
+  field.remove_prefix(1);
+  scanUint16(field, 3, time.millisecond);
+  return time;
+}
+
+bool isMidnight(const DateTime& time) {
+  return time.hour == 0 && time.minute == 0 && time.second == 0;
+}
+
+void storeTimeOfDay(DateTime& to, const DateTime& from) {
+  to.hour = from.hour;
+  to.minute = from.minute;
+  to.second = from.second;
+  to.millisecond = from.millisecond;
+}
+
+int hexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return -1;
+}
+
+// The first six characters as one number, so that a sentence is told by integer compares.
+uint64_t nameKey(std::string_view text) {
+  uint64_t key = 0;
+  std::memcpy(&key, text.data(), 6);
+  return key;
+}
+
+}  // namespace
+
+NmeaSentence::NmeaSentence() { clear(); }
+
+void NmeaSentence::clear() { std::memset(static_cast<void*>(this), 0, sizeof *this); }
+
+void splitFields(std::string_view sentence, std::vector<std::string_view>& fields) {
+  fields.clear();
+  for (;;) {
+    const size_t comma = sentence.find(',');
+    fields.push_back(sentence.substr(0, comma));
+    if (comma == std::string_view::npos) return;
+    sentence.remove_prefix(comma + 1);
+  }
+}
+
+//  48 07.038      whole degrees, then minutes from two characters before the point
+//  011 31.000
+void ddmmToDegrees(std::string_view field, int32_t* milliseconds, double* degrees) {
+  if (milliseconds != nullptr) *milliseconds = 0;
+  if (degrees != nullptr) *degrees = 0;
+  const size_t point = field.find('.');
+  if (point == std::string_view::npos) return;
+  const size_t minutesAt = point < 2 ? 0 : point - 2;
+  const double minutes = leadingFloat(field.substr(minutesAt));
+  const int32_t whole = leadingInt(field.substr(0, minutesAt));
+  if (degrees != nullptr) *degrees = whole + minutes / 60.0;
+  if (milliseconds != nullptr) {
+    const double exact = whole * 3600000.0 + minutes * 60000.0;
+    constexpr double kLimit = 2147483647.0;
+    *milliseconds = static_cast<int32_t>(exact > kLimit    ? kLimit
+                                         : exact < -kLimit ? -kLimit
+                                         : exact == exact  ? exact
+                                                           : 0.0);
+  }
+}
+
+uint8_t nmeaChecksum(std::string_view sentence) {
+  sentence = sentence.substr(0, sentence.find('*'));
+  if (!sentence.empty()) sentence.remove_prefix(1);
+  // Eight characters at a time, folded at the end.
+  uint64_t wide = 0;
+  for (; sentence.size() >= sizeof wide; sentence.remove_prefix(sizeof wide)) {
+    uint64_t eight = 0;
+    std::memcpy(&eight, sentence.data(), sizeof eight);
+    wide ^= eight;
+  }
+  for (const char c : sentence) wide ^= static_cast<uint8_t>(c);
+  wide ^= wide >> 32;
+  wide ^= wide >> 16;
+  wide ^= wide >> 8;
+  return static_cast<uint8_t>(wide);
+}
+
+Checksum checkNmeaChecksum(std::string_view sentence) {
+  const size_t star = sentence.find('*');
+  if (star == std::string_view::npos || sentence.size() < star + 3) return Checksum::absent;
+  const int high = hexDigit(sentence[star + 1]);
+  const int low = hexDigit(sentence[star + 2]);
+  if (high < 0 || low < 0) return Checksum::absent;
+  return nmeaChecksum(sentence.substr(0, star)) == high * 16 + low ? Checksum::right
+                                                                   : Checksum::wrong;
+}
+
+void GpsFix::applyPosition(double newLongitude, double newLatitude) {
+  longitude = newLongitude;
+  latitude = newLatitude;
+}
+
+// Receivers without a clock yet send 000000; a sentence of that time leaves the stored one alone.
+void GpsFix::applyTimeOfDay(const DateTime& utc, const DateTime& local) {
+  if (isMidnight(utc)) return;
+  storeTimeOfDay(utcTime, utc);
+  storeTimeOfDay(localTime, local);
+}
+
+void GpsFix::takeAltitude(double metres, bool apply) {
+  if (metres > state.maxAltitude) {
+    state.maxAltitude = metres;
+    state.hooks.maxAltitudeChanged();
+  }
+  if (apply) altitude = metres;
+}
+
+// $GPGGA,time,lat,N,lon,E,quality,used,hdop,altitude,M,geoid,M,age,station*hh
+//   0     1    2   3  4  5    6     7    8     9     10  11  12 13   14
+void GpsFix::parseGga(std::string_view text, NmeaSentence::Quality& out, bool apply) {
+  const Fields fields(text);
+  if (fields.has(6)) {
+    out.quality = leadingInt(fields[6]);
+    if (apply) {
+      const bool lost = fixStatus == 1 && out.quality == 0;
+      const bool gained = fixStatus == 0 && out.quality == 1;
+      if (lost || gained) {
+        state.hooks.playSound(lost ? "ERR2" : "OK");
+        state.hooks.repaint();
+      }
+      fixStatus = out.quality;
+    }
+  }
+  if (fields.has(5)) {
+    out.latitude = signedDegrees(fields[2], fields[3], 'S');
+    out.longitude = signedDegrees(fields[4], fields[5], 'W');
+    if (apply) applyPosition(out.longitude, out.latitude);
+  }
+  if (fields.has(1)) {
+    out.utc = timeOf(fields[1]);
+    out.local = timeOfDayMinusMinutes(out.utc, state.options.utcOffsetMinutes);
+    if (apply) applyTimeOfDay(out.utc, out.local);
+  }
+  if (fields.has(7)) {
+    out.usedCount = leadingInt(fields[7]);
+    if (apply) satellites->usedCount = out.usedCount;
+  }
+  if (fields.has(9)) {
+    out.altitude = leadingInt(fields[9]);
+    takeAltitude(out.altitude, apply);
+  }
+  // Some receivers leave field 9 empty or report their height in the geoid column.
+  if (fields.has(11) && (out.altitude == 0 || state.options.altitudeFromGeoidField)) {
+    out.altitude = leadingInt(fields[11]);
+    takeAltitude(out.altitude, apply);
+  }
+}
+
+// $GPRMC,time,status,lat,N,lon,E,knots,course,date,variation,W*hh
+//   0     1     2     3  4  5  6   7     8     9      10     11
+void GpsFix::parseRmc(std::string_view text, NmeaSentence::Position& out, bool apply) {
+  const Fields fields(text);
+  if (fields.has(2)) {
+    out.valid = fields[2] == "A" ? 1 : 0;
+    if (apply) fixStatus = out.valid;
+  }
+  if (fields[0] == "$GPRMCX") {
+    parseRmcx(text, out, apply);
+    return;
+  }
+  if (fields.has(6)) {
+    out.latitude = signedDegrees(fields[3], fields[4], 'S');
+    out.longitude = signedDegrees(fields[5], fields[6], 'W');
+    if (apply) applyPosition(out.longitude, out.latitude);
+  }
+  if (fields.has(1)) {
+    out.utc = timeOf(fields[1]);
+    out.local = timeOfDayMinusMinutes(out.utc, state.options.utcOffsetMinutes);
+    if (apply) applyTimeOfDay(out.utc, out.local);
+  }
+  if (fields.has(9)) {
+    std::string_view date = fields[9];
+    readThreePairs(date, out.utc.day, out.utc.month, out.utc.year);
+    out.utc.year = static_cast<uint16_t>(out.utc.year + 2000);
+    if (apply && out.utc.day != 0) {
+      utcTime.year = out.utc.year;
+      utcTime.month = out.utc.month;
+      utcTime.day = out.utc.day;
+    }
+  }
+  if (fields.has(7)) takeSpeed(leadingFloat(fields[7]), out, apply);
+  if (fields.has(8)) {
+    out.course = leadingDouble(fields[8]);
+    if (apply) course = out.course;
+  }
+  if (fields.has(10)) {
+    out.magneticVariation = leadingDouble(fields[10]);
+    // Unlike the hemispheres this letter may be the last field, with the checksum behind it.
+    const bool west = fields.has(11) && !fields[11].empty() && fields[11][0] == 'W';
+    if (west) out.magneticVariation = -out.magneticVariation;
+    if (apply) magneticVariation = out.magneticVariation;
+  }
+}
+
+void GpsFix::takeSpeed(double knots, NmeaSentence::Position& out, bool apply) {
+  const Speeds speeds = speedsFromKnots(knots);
+  out.knots = speeds.knots;
+  out.mps = speeds.mps;
+  out.kmh = speeds.kmh;
+  out.mph = speeds.mph;
+  const double inUnit = speedInUnit(speeds, state.options.speedUnit);
+  if (inUnit > state.maxSpeed) {
+    state.maxSpeed = inUnit;
+    state.hooks.maxSpeedChanged();
+  }
+  if (!apply) return;
+  speedKnots = speeds.knots;
+  speedMps = speeds.mps;
+  speedKmh = speeds.kmh;
+  speedMph = speeds.mph;
+}
+
+// The program's own sentence for simulated positions: signed degrees, longitude first, no letters.
+// $GPRMCX,time,A,lon,lat,altitude,course,km/h
+//    0     1   2  3   4     5       6     7
+void GpsFix::parseRmcx(std::string_view text, NmeaSentence::Position& out, bool apply) {
+  const Fields fields(text);
+  if (!fields.has(4)) return;
+  out.longitude = leadingDouble(fields[3]);
+  out.latitude = leadingDouble(fields[4]);
+  if (apply) applyPosition(out.longitude, out.latitude);
+  if (fields.has(5)) {
+    out.altitude = leadingDouble(fields[5]);
+    if (apply) altitude = out.altitude;
+  }
+  if (fields.has(6)) {
+    out.course = leadingDouble(fields[6]);
+    if (apply) course = out.course;
+  }
+  if (fields.has(7)) {
+    out.kmh = leadingDouble(fields[7]);
+    out.mps = out.kmh / kKmhPerMps;
+    if (apply) {
+      speedKnots = speedMph = speedSpare = 0;
+      speedMps = out.mps;
+      speedKmh = out.kmh;
+    }
+  }
+}
+
+// $GPGSA,mode,fix,prn x 12,pdop,hdop,vdop*hh
+//   0     1    2   3..14   15   16   17
+void GpsFix::parseGsa(std::string_view text, NmeaSentence::Active& out, bool apply) {
+  const Fields fields(text);
+  for (size_t i = 3; i <= 14 && fields.has(i); ++i) {
+    if (fields[i].empty()) continue;
+    const int32_t prn = leadingInt(fields[i]);
+    if (prn < 0 || prn >= kSatelliteSlots) continue;
+    out.slots[static_cast<size_t>(prn)].used = 1;
+    // Never cleared here: a satellite once used stays marked until GSV lists it anew.
+    if (apply) satellites->slots[static_cast<size_t>(prn)].used = 1;
+  }
+  const auto takeDop = [&](size_t index, float& to, float& live) {
+    if (!fields.has(index)) return;
+    to = leadingFloat(fields[index]);
+    if (apply) live = to;
+  };
+  takeDop(15, out.pdop, satellites->pdop);
+  takeDop(16, out.hdop, satellites->hdop);
+  takeDop(17, out.vdop, satellites->vdop);
+  state.satellitesInUseKnown = true;
+}
+
+// $GPGSV,messages,message,in view,{prn,elevation,azimuth,snr} x 1..4*hh
+//   0       1        2       3      4      5        6     7
+void GpsFix::parseGsv(std::string_view text, NmeaSentence::InView& out, bool apply) {
+  const Fields head(text);
+  if (!head.has(2)) return;
+  if (leadingInt(head[2]) == 1 && apply) {
+    for (SatelliteInfo& slot : satellites->slots) slot.visible = 0;
+  }
+  if (head.has(6)) {
+    std::string_view rest = text.substr(static_cast<size_t>(head[4].data() - text.data()));
+    takeSatellites(rest, out, apply);
+  }
+  if (head.has(3)) {
+    out.inViewCount = leadingInt(head[3]);
+    if (apply) satellites->inViewCount = out.inViewCount;
+  }
+}
+
+// Groups of four fields. The first may lack its last field (reads 0), later ones must be whole.
+void GpsFix::takeSatellites(std::string_view rest, NmeaSentence::InView& out, bool apply) {
+  const auto takeField = [&rest](std::string_view& field) {
+    if (rest.data() == nullptr) return false;
+    const size_t comma = rest.find(',');
+    field = rest.substr(0, comma);
+    rest = comma == std::string_view::npos ? std::string_view() : rest.substr(comma + 1);
+    return true;
+  };
+  for (bool first = true;; first = false) {
+    std::array<std::string_view, 4> group;
+    size_t count = 0;
+    while (count < group.size() && takeField(group[count])) ++count;
+    if (count < group.size() && !(first && count == 3)) return;
+    const int32_t prn = leadingInt(group[0]);
+    if (prn >= kSatelliteSlots) return;
+    if (prn < 0) continue;
+    SatelliteInfo& slot = out.slots[static_cast<size_t>(prn)];
+    slot.visible = 1;
+    slot.prn = prn;
+    slot.elevation = leadingFloat(group[1]);
+    slot.azimuth = leadingFloat(group[2]);
+    slot.snr = leadingFloat(group[3]);
+    if (apply) satellites->slots[static_cast<size_t>(prn)] = slot;
+  }
+}
+
+bool GpsFix::parseSentence(std::string_view text, NmeaSentence& out, bool apply) {
+  static const uint64_t kGgaKey = nameKey("$GPGGA");
+  static const uint64_t kRmcKey = nameKey("$GPRMC");
+  static const uint64_t kGsaKey = nameKey("$GPGSA");
+  static const uint64_t kGsvKey = nameKey("$GPGSV");
+  out.clear();
+  if (text.empty() || text[0] != '$') return false;
+  if (text.size() < 6) return true;
+  const uint64_t key = nameKey(text);
+  const auto recognised = [&out](int32_t kind, int32_t tag) {
+    out.kind = kind;
+    out.tag = tag;
+  };
+  if (key == kGgaKey) {
+    recognised(kGga, kGgaTag);
+    parseGga(text, out.gga, apply);
+  } else if (key == kRmcKey) {
+    recognised(kRmc, kRmcTag);
+    parseRmc(text, out.rmc, apply);
+  } else if (key == kGsaKey) {
+    recognised(kSatellites, kSatellitesTag);
+    parseGsa(text, out.gsa, apply);
+  } else if (key == kGsvKey) {
+    recognised(kSatellites, kSatellitesTag);
+    parseGsv(text, out.gsv, apply);
+  }
+  return true;
+}
+
+}  // namespace vgps

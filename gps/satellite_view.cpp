@@ -1,0 +1,286 @@
+#include "gps/satellite_view.h"
+
+#include <algorithm>
+
+#include "base/number.h"
+
+namespace vgps {
+namespace {
+
+// A talker that has said nothing for so long has no say in the view any more.
+constexpr uint32_t kForgetMs = 30000;
+
+// Takes fields off a sentence until its end, which is the checksum or the line's.
+class FieldReader {
+ public:
+  explicit FieldReader(std::string_view line)
+      : rest_(line.substr(0, line.find_first_of("*\r\n"))) {}
+
+  bool atEnd() const { return ended_; }
+
+  std::string_view next() {
+    const size_t comma = rest_.find(',');
+    const std::string_view field = rest_.substr(0, comma);
+    ended_ = comma == std::string_view::npos;
+    rest_ = ended_ ? std::string_view() : rest_.substr(comma + 1);
+    return field;
+  }
+
+  int32_t nextInt() { return leadingInt(next()); }
+
+  size_t left() const {
+    return ended_ ? 0 : 1 + static_cast<size_t>(std::count(rest_.begin(), rest_.end(), ','));
+  }
+
+ private:
+  std::string_view rest_;
+  bool ended_ = false;
+};
+
+struct Range {
+  int32_t first;
+  int32_t last;
+  SatelliteSystem system;
+};
+
+// How receivers number satellites of several systems in one list.
+constexpr std::array<Range, 9> kNumberRanges = {{
+    {1, 32, SatelliteSystem::gps},
+    {33, 64, SatelliteSystem::sbas},
+    {65, 99, SatelliteSystem::glonass},
+    {120, 158, SatelliteSystem::sbas},
+    {183, 202, SatelliteSystem::qzss},
+    {201, 263, SatelliteSystem::beidou},
+    {301, 336, SatelliteSystem::galileo},
+    {401, 463, SatelliteSystem::beidou},
+    {901, 918, SatelliteSystem::navic},
+}};
+
+SatelliteSystem systemOfNumber(int32_t id) {
+  for (const Range& range : kNumberRanges) {
+    if (id >= range.first && id <= range.last) return range.system;
+  }
+  return SatelliteSystem::unknown;
+}
+
+struct TalkerSystem {
+  std::string_view talker;
+  SatelliteSystem system;
+};
+
+constexpr std::array<TalkerSystem, 7> kTalkerSystems = {{
+    {"GL", SatelliteSystem::glonass},
+    {"GA", SatelliteSystem::galileo},
+    {"GB", SatelliteSystem::beidou},
+    {"BD", SatelliteSystem::beidou},
+    {"GQ", SatelliteSystem::qzss},
+    {"QZ", SatelliteSystem::qzss},
+    {"GI", SatelliteSystem::navic},
+}};
+
+// System numbers of NMEA 4.10 in GSA.
+constexpr std::array<std::string_view, 7> kTalkerOfSystemNumber = {"GN", "GP", "GL", "GA",
+                                                                   "GB", "GQ", "GI"};
+
+SatelliteSystem systemOf(std::string_view talker, int32_t id) {
+  for (const TalkerSystem& known : kTalkerSystems) {
+    if (known.talker != talker) continue;
+    const bool augmentation = talker == "GL" && id >= 33 && id <= 64;
+    return augmentation ? SatelliteSystem::sbas : known.system;
+  }
+  return systemOfNumber(id);
+}
+
+int hexValue(std::string_view field) {
+  if (field.empty()) return 0;
+  const char c = field[0];
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return 0;
+}
+
+uint16_t talkerKey(std::string_view line) {
+  return static_cast<uint16_t>(static_cast<uint8_t>(line[1]) << 8 | static_cast<uint8_t>(line[2]));
+}
+
+bool isTalkerOfSatellites(std::string_view line) {
+  return line[1] == 'G' || line.substr(1, 2) == "BD" || line.substr(1, 2) == "QZ";
+}
+
+}  // namespace
+
+const char* satelliteSystemName(SatelliteSystem system) {
+  constexpr std::array<const char*, 8> kNames = {"unknown", "GPS",  "GLONASS", "Galileo",
+                                                 "BeiDou",  "QZSS", "SBAS",    "NavIC"};
+  return kNames[static_cast<size_t>(system)];
+}
+
+void SatelliteView::take(std::string_view line, uint32_t tick) {
+  const bool sentence = line.size() > 6 && line[0] == '$' && line[3] == 'G' && line[4] == 'S' &&
+                        line[6] == ',' && isTalkerOfSatellites(line);
+  const bool gsa = sentence && line[5] == 'A';
+  if (gsa && !lastWasGsa_) ++gsaRun_;
+  lastWasGsa_ = gsa;
+  if (gsa) takeGsa(line, tick);
+  if (sentence && line[5] == 'V') takeGsv(line, tick);
+}
+
+// $GPGSV,messages,message,in view,{id,elevation,azimuth,snr} x 0..4[,signal]*hh
+void SatelliteView::takeGsv(std::string_view line, uint32_t tick) {
+  const std::string_view talker = line.substr(1, 2);
+  FieldReader fields(line);
+  fields.next();
+  const int32_t messages = fields.nextInt();
+  const int32_t message = fields.nextInt();
+  fields.next();
+  const size_t left = fields.left();
+  const size_t groups = left / 4 + (left % 4 == 3 ? 1 : 0);
+  std::array<ViewedSatellite, 4> listed;
+  const size_t count = std::min(groups, listed.size());
+  size_t found = 0;
+  for (size_t i = 0; i < count; ++i) {
+    const std::string_view id = fields.next();
+    const std::string_view elevation = fields.next();
+    const std::string_view azimuth = fields.next();
+    const std::string_view snr = fields.atEnd() ? std::string_view() : fields.next();
+    if (id.empty()) continue;
+    ViewedSatellite& satellite = listed[found++];
+    satellite.id = leadingInt(id);
+    satellite.system = systemOf(talker, satellite.id);
+    satellite.elevation = static_cast<float>(leadingDouble(elevation));
+    satellite.azimuth = static_cast<float>(leadingDouble(azimuth));
+    satellite.positionKnown = !elevation.empty() && !azimuth.empty();
+    satellite.snr = static_cast<float>(leadingDouble(snr));
+  }
+  const int signal = left % 4 == 1 ? hexValue(fields.next()) : 0;
+  const Source source = {talkerKey(line), static_cast<uint8_t>(signal)};
+  beginOrContinueCycle(source, message, tick);
+  for (size_t i = 0; i < found; ++i) {
+    listed[i].signal = static_cast<uint8_t>(signal);
+    listed[i].used = isUsed(listed[i]);
+    store(listed[i], source);
+  }
+  if (message >= messages) endCycle(source);
+  ++revision_;
+}
+
+// Some receivers number their messages on across the talkers (GP 1 and 2, GL 3, GA 4 of 4), so a
+// cycle begins with message 1 or with a number that is not above the talker's last.
+void SatelliteView::beginOrContinueCycle(Source source, int32_t message, uint32_t tick) {
+  if (openCycle_ && !(openSource_ == source)) endCycle(openSource_);
+  GsvCycle* cycle = cycleOf(source);
+  if (cycle == nullptr) return;
+  if (message <= 1 || message <= cycle->lastMessage) {
+    for (size_t i = 0; i < count_; ++i) {
+      if (books_[i].source == source) books_[i].stale = true;
+    }
+    dropSilentSources(tick);
+    cycle = cycleOf(source);
+  }
+  cycle->lastMessage = message;
+  cycle->tick = tick;
+  openCycle_ = true;
+  openSource_ = source;
+}
+
+void SatelliteView::endCycle(Source source) {
+  dropEntries([&](const Bookkeeping& book) { return book.source == source && book.stale; });
+  openCycle_ = false;
+}
+
+SatelliteView::GsvCycle* SatelliteView::cycleOf(Source source) {
+  for (size_t i = 0; i < cycleCount_; ++i) {
+    if (cycles_[i].source == source) return &cycles_[i];
+  }
+  if (cycleCount_ == cycles_.size()) return nullptr;
+  GsvCycle& cycle = cycles_[cycleCount_++];
+  cycle = GsvCycle();
+  cycle.source = source;
+  return &cycle;
+}
+
+void SatelliteView::store(const ViewedSatellite& satellite, Source source) {
+  size_t at = 0;
+  while (at < count_ && !(books_[at].source == source && entries_[at].id == satellite.id)) ++at;
+  if (at == entries_.size()) return;
+  if (at == count_) ++count_;
+  entries_[at] = satellite;
+  books_[at] = {source, false};
+}
+
+template <typename Drop>
+void SatelliteView::dropEntries(Drop drop) {
+  size_t kept = 0;
+  for (size_t i = 0; i < count_; ++i) {
+    if (drop(books_[i])) continue;
+    entries_[kept] = entries_[i];
+    books_[kept++] = books_[i];
+  }
+  count_ = kept;
+}
+
+void SatelliteView::dropSilentSources(uint32_t tick) {
+  for (size_t i = cycleCount_; i-- > 0;) {
+    const GsvCycle& cycle = cycles_[i];
+    if (tick - cycle.tick <= kForgetMs || cycle.lastMessage == 0) continue;
+    const Source source = cycle.source;
+    dropEntries([&](const Bookkeeping& book) { return book.source == source; });
+    cycles_[i] = cycles_[--cycleCount_];
+  }
+}
+
+// $GPGSA,mode,fix,id x 12,pdop,hdop,vdop[,system]*hh
+void SatelliteView::takeGsa(std::string_view line, uint32_t tick) {
+  constexpr int kChannels = 12;
+  FieldReader fields(line);
+  for (int i = 0; i < 3; ++i) fields.next();
+  std::array<int32_t, kChannels> ids{};
+  size_t count = 0;
+  for (int i = 0; i < kChannels && !fields.atEnd(); ++i) {
+    const std::string_view field = fields.next();
+    if (!field.empty()) ids[count++] = leadingInt(field);
+  }
+  for (int i = 0; i < 3 && !fields.atEnd(); ++i) fields.next();
+  const int number = fields.atEnd() ? 0 : hexValue(fields.next());
+  UsedSet* set = usedSetOf({talkerKey(line), static_cast<uint8_t>(number)});
+  if (set == nullptr) return;
+  // Several GSA of one source in a row list more than twelve; the next epoch starts anew.
+  if (set->run != gsaRun_) set->count = 0;
+  set->run = gsaRun_;
+  set->tick = tick;
+  const bool named = number > 0 && number < static_cast<int>(kTalkerOfSystemNumber.size());
+  const std::string_view talker =
+      named ? kTalkerOfSystemNumber[static_cast<size_t>(number)] : line.substr(1, 2);
+  for (size_t i = 0; i < count && set->count < set->ids.size(); ++i) {
+    set->systems[set->count] = systemOf(talker, ids[i]);
+    set->ids[set->count++] = ids[i];
+  }
+  for (size_t i = usedSetCount_; i-- > 0;) {
+    if (tick - usedSets_[i].tick > kForgetMs) usedSets_[i] = usedSets_[--usedSetCount_];
+  }
+  for (size_t i = 0; i < count_; ++i) entries_[i].used = isUsed(entries_[i]);
+  ++revision_;
+}
+
+SatelliteView::UsedSet* SatelliteView::usedSetOf(Source source) {
+  for (size_t i = 0; i < usedSetCount_; ++i) {
+    if (usedSets_[i].source == source) return &usedSets_[i];
+  }
+  if (usedSetCount_ == usedSets_.size()) return nullptr;
+  UsedSet& set = usedSets_[usedSetCount_++];
+  set = UsedSet();
+  set.source = source;
+  return &set;
+}
+
+bool SatelliteView::isUsed(const ViewedSatellite& satellite) const {
+  for (size_t i = 0; i < usedSetCount_; ++i) {
+    const UsedSet& set = usedSets_[i];
+    for (size_t k = 0; k < set.count; ++k) {
+      if (set.ids[k] == satellite.id && set.systems[k] == satellite.system) return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace vgps
