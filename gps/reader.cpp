@@ -59,16 +59,21 @@ void readerLoop(GpsFix& fix, uint32_t generation) {
   ReaderControl& readers = fix.state.readers;
   std::vector<char> buffer(kReadBufferSize);
   bool carriesOwn = false;  // what is carried came from this source
+  size_t held = 0;          // bytes at the front of the buffer that wait for the next block
   while (!readers.readerStop) {
     if (!isCurrent(fix, generation)) {
       waitForStop(readers);
       break;
     }
-    const size_t length = readBlock(fix, generation, buffer);
+    size_t length = readBlock(fix, generation, std::span(buffer).subspan(held));
     if (length == 0) {
       if (isCurrent(fix, generation) && !fix.simulating(generation)) pause(readers, kRetryMs);
       continue;
     }
+    length += held;
+    // Half a start sequence of a binary message would not be recognised.
+    held = buffer[length - 1] == kBinaryStart ? 1 : 0;
+    length -= held;
     // A reader of the source before may still be busy with its last block.
     const std::lock_guard turn(readers.turn);
     if (!isCurrent(fix, generation)) continue;
@@ -77,6 +82,7 @@ void readerLoop(GpsFix& fix, uint32_t generation) {
     cutAtLineStarts({buffer.data(), length}, fix.carriedStart(), [&](std::string_view chunk) {
       if (isCurrent(fix, generation)) fix.onReceive(chunk);
     });
+    if (held > 0) buffer[0] = kBinaryStart;
   }
 }
 

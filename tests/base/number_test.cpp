@@ -1,0 +1,122 @@
+#include "base/number.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <random>
+
+namespace vgps {
+namespace {
+
+TEST(Number, WholeNumbersAtTheStartOfAText) {
+  const std::pair<const char*, int32_t> rows[] = {
+      {"", 0},
+      {"12", 12},
+      {" \t-12x", -12},
+      {"+7", 7},
+      {"1.9", 1},
+      {"x1", 0},
+      {"-", 0},
+      {"2147483647", 2147483647},
+      {"2147483648", 2147483647},
+      {"99999999999999999999", 2147483647},
+      {"-2147483648", -2147483647 - 1},
+      {"-99999999999", -2147483647 - 1},
+      {"0x10", 0},
+      {"007", 7},
+  };
+  for (const auto& [text, value] : rows) EXPECT_EQ(leadingInt(text), value) << text;
+}
+
+TEST(Number, DecimalsReadTheSameDoubleAsTheCLibrary) {
+  const char* const rows[] = {"0",
+                              "-0",
+                              "545.4",
+                              "-12.7",
+                              ".5",
+                              "5.",
+                              "123456789012345",
+                              "1234567890123456789",
+                              "0.1234567890123456789",
+                              "1e5",
+                              "1e-5",
+                              "1E+5x",
+                              "2.5e",
+                              "2.5e+",
+                              "1e308",
+                              "4.9e-324",
+                              "9007199254740993",
+                              "179769313486231580000000000000000",
+                              "  42",
+                              "+1.5",
+                              "1e400",
+                              "-1e400",
+                              "1e-400",
+                              "0.000000000000000000000000000001",
+                              "84.4*6A",
+                              "3723.2475,N",
+                              "00007.6543"};
+  for (const char* text : rows) {
+    EXPECT_EQ(leadingDouble(text), std::strtod(text, nullptr)) << text;
+    EXPECT_EQ(std::signbit(leadingDouble(text)), std::signbit(std::strtod(text, nullptr))) << text;
+  }
+  std::mt19937_64 random(1);
+  for (int i = 0; i < 100000; ++i) {
+    char text[64];
+    const double value = static_cast<double>(random()) / static_cast<double>(random());
+    std::snprintf(text, sizeof text, "%.*f", static_cast<int>(random() % 20), value);
+    ASSERT_EQ(leadingDouble(text), std::strtod(text, nullptr)) << text;
+  }
+}
+
+TEST(Number, WordsAndHexadecimalDigitsAreNoNumbers) {
+  for (const char* text : {"nan", "NAN", "inf", "-infinity", "x", "", ".", "-.", "e5", "+-1"}) {
+    EXPECT_EQ(leadingDouble(text), 0) << text;
+  }
+  EXPECT_EQ(leadingDouble("0x1A"), 0);
+  const std::string digits(100000, '7');
+  EXPECT_TRUE(std::isinf(leadingDouble(digits)));
+  EXPECT_EQ(leadingDouble("0." + std::string(400, '0') + "1"), 0);
+}
+
+TEST(Number, ShortWholeNumbersAreScannedWithTheirWidth) {
+  struct {
+    const char* text;
+    int width;
+    bool found;
+    uint16_t value;
+    const char* rest;
+  } const rows[] = {
+      {"123519", 2, true, 12, "3519"}, {"  12", 2, true, 12, ""}, {"-1", 2, true, 65535, ""},
+      {"+5x", 2, true, 5, "x"},        {"x", 2, false, 0, "x"},   {"", 2, false, 0, ""},
+      {"7", 3, true, 7, ""},           {"-", 2, false, 0, "-"},
+  };
+  for (const auto& row : rows) {
+    std::string_view rest = row.text;
+    uint16_t value = 0;
+    EXPECT_EQ(scanUint16(rest, row.width, value), row.found) << row.text;
+    EXPECT_EQ(value, row.value) << row.text;
+    EXPECT_EQ(rest, row.rest) << row.text;
+  }
+}
+
+TEST(Number, FixedTextsAreThoseOfPrintf) {
+  EXPECT_EQ(fixedText(11.516666666666667, 6), "11.516667");
+  EXPECT_EQ(fixedText(-0.0000004, 6), "-0.000000");
+  EXPECT_EQ(fixedText(179.9999996, 6), "180.000000");
+  std::mt19937_64 random(2);
+  for (int i = 0; i < 20000; ++i) {
+    const double value =
+        std::ldexp(static_cast<double>(random()), static_cast<int>(random() % 200) - 150);
+    const int decimals = static_cast<int>(random() % 10);
+    char text[400];
+    std::snprintf(text, sizeof text, "%.*f", decimals, value);
+    ASSERT_EQ(fixedText(value, decimals), text);
+    ASSERT_EQ(leadingDouble(shortestText(value)), value);
+  }
+  EXPECT_EQ(fixedText(-1.7976931348623157e308, 30).size(), 1U + 309 + 1 + 30);
+}
+
+}  // namespace
+}  // namespace vgps
