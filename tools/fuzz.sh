@@ -1,0 +1,2 @@
+# shellcheck shell=bash
+word_fuzz() { fail 'not yet'; }

@@ -1,0 +1,83 @@
+# shellcheck shell=bash
+# Read by vexa: every test, in groups (tools/groups.sh).
+
+WINE_DIR=$PWD/build/windows/wine
+
+word_test() {
+  no_more "$@"
+  local start=$SECONDS preset wine_start
+  need build windows wine test
+  rm -rf build/test
+  mkdir -p build/test build/log
+  build_preset windows
+  # A new Wine prefix takes its time and little of the processor: it is made beside the builds.
+  trap stop_wine EXIT
+  tests/wine/wine.sh start "$WINE_DIR" build/windows/bin/keepalive.exe \
+    >build/log/wine.log 2>&1 </dev/null &
+  wine_start=$!
+  for preset in native asan tsan; do build_preset "$preset"; done
+  place build/native/bin/vgps build/windows/bin/vgps.exe build/windows/bin/VexaGPS.exe
+
+  groups_begin
+  run_side_by_side
+  wait "$wine_start" || say "Wine did not start: build/log/wine.log"
+  run_one_by_one
+  say "$((SECONDS - start)) s, builds included"
+  groups_end
+}
+
+# Groups that measure no time share the processors.
+run_side_by_side() {
+  local first second
+  {
+    group gtest 'unit' limited build/native/bin/unit_tests
+    group gtest 'unit, asan' limited build/asan/bin/unit_tests
+    group tap 'layering' limited tools/check_layering_test.sh
+  } &
+  first=$!
+  {
+    group gtest 'unit, tsan' unrandomised build/tsan/bin/unit_tests
+    group tap 'fuzz corpora' replay_corpora native
+    group tap 'fuzz corpora, asan' replay_corpora asan
+    group tap 'format' limited tools/check_format.sh
+  } &
+  second=$!
+  wait "$first" "$second"
+}
+
+# A receiver on a line is about time, and the windows share one Wine server.
+run_one_by_one() {
+  group gtest 'programs' limited build/native/bin/program_tests
+  group gtest 'programs, asan' limited build/asan/bin/program_tests
+  group gtest 'programs, tsan' unrandomised build/tsan/bin/program_tests
+  group gtest 'unit, Windows' in_wine unit_tests.exe
+  group gtest 'windows' in_wine window_tests.exe
+}
+
+# The thread sanitizer's memory layout does not bear the address randomisation of newer kernels.
+unrandomised() {
+  if setarch -R true 2>/dev/null; then limited setarch -R "$@"; else limited "$@"; fi
+}
+
+in_wine() {
+  local wine=$PWD/tests/wine/wine.sh
+  (cd build/windows/bin && VGPS_TEST_LIMIT=$GROUP_LIMIT "$wine" run "$WINE_DIR" "$@")
+}
+
+stop_wine() {
+  [ ! -d "$WINE_DIR" ] || tests/wine/wine.sh stop "$WINE_DIR" >/dev/null 2>&1 </dev/null || true
+}
+
+# replay_corpora PRESET: each fuzz target over its inputs, without a fuzzer.
+replay_corpora() {
+  local target status=0
+  for target in build/"$1"/bin/fuzz_*; do
+    if limited "$target"; then
+      echo "ok - ${target##*/}"
+    else
+      echo "not ok - ${target##*/}"
+      status=1
+    fi
+  done
+  return $status
+}
