@@ -13,6 +13,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Empty when there is no such folder; devices may come and go meanwhile.
+std::vector<fs::path> entriesOf(const fs::path& folder) {
+  std::vector<fs::path> entries;
+  std::error_code error;
+  for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
+    entries.push_back(at->path());
+  }
+  return entries;
+}
+
 std::string firstLineOf(const fs::path& file) {
   std::ifstream in(file);
   std::string line;
@@ -43,10 +53,10 @@ std::string productOf(const fs::path& entry) {
 }
 
 std::string linkTo(const std::string& name, const fs::path& linkFolder) {
-  std::error_code error;
-  for (const auto& link : fs::directory_iterator(linkFolder, error)) {
-    const fs::path target = fs::read_symlink(link.path(), error);
-    if (!error && target.filename() == name) return validUtf8(link.path().filename().string());
+  for (const fs::path& link : entriesOf(linkFolder)) {
+    std::error_code error;
+    const fs::path target = fs::read_symlink(link, error);
+    if (!error && target.filename() == name) return validUtf8(link.filename().string());
   }
   return {};
 }
@@ -65,11 +75,10 @@ bool inOrderOfNumbers(const PortName& a, const PortName& b) {
 std::vector<PortName> listSerialPortsIn(const std::string& classFolder,
                                         const std::string& linkFolder) {
   std::vector<PortName> ports;
-  std::error_code error;
-  for (const auto& entry : fs::directory_iterator(classFolder, error)) {
-    if (!hasHardware(entry.path())) continue;
-    const std::string name = entry.path().filename().string();
-    std::string description = productOf(entry.path());
+  for (const fs::path& entry : entriesOf(classFolder)) {
+    if (!hasHardware(entry)) continue;
+    const std::string name = entry.filename().string();
+    std::string description = productOf(entry);
     if (description.empty()) description = linkTo(name, linkFolder);
     ports.push_back({"/dev/" + name, std::move(description)});
   }

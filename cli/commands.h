@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "gps/talkers.h"
+
+// The commands of `vgps`, one file each, and what the command line says to them. A command returns
+// the exit status.
+namespace vgps {
+
+struct MonitorOptions {
+  std::string port;
+  uint32_t speed = 9600;
+  bool simulate = false;
+  std::string logPath;  // empty: no log
+  bool json = false;
+  double seconds = 0;  // 0: until it is stopped
+};
+int runMonitor(const MonitorOptions& options);
+
+struct ReplayOptions {
+  std::string path;
+  bool json = false;
+  bool lines = false;
+  TalkerSetting talkers = TalkerSetting::automatic;
+  int32_t utcOffsetMinutes = 0;  // UTC minus local time
+};
+int runReplay(const ReplayOptions& options);
+
+struct PortsOptions {
+  std::vector<std::string> ports;  // empty: those of the system
+  uint32_t speed = 4800;
+  bool json = false;
+};
+int runPorts(const PortsOptions& options);
+
+// One clear line on standard error; the exit status of a failure.
+int fail(std::string_view message);
+
+// Writes to standard output what is still held back; a failure (a full disk) is told.
+int finishOutput();
+
+}  // namespace vgps

@@ -1,0 +1,254 @@
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <cstdio>
+#include <memory>
+
+#include "app/connection.h"
+#include "app/on_line.h"
+#include "app/ui_mailbox.h"
+#include "cli/commands.h"
+#include "cli/monitor_view.h"
+#include "cli/quiet_platform.h"
+#include "cli/state_json.h"
+#include "cli/state_text.h"
+#include "cli/watched_port.h"
+#include "platform/console.h"
+#include "platform/files.h"
+
+namespace vgps {
+namespace {
+
+constexpr uint32_t kSecondMs = 1000;
+// On a terminal what has changed is shown so much later at most.
+constexpr uint32_t kRefreshMs = 200;
+constexpr uint32_t kNoiseMs = 3000;
+
+enum class Output { block, lines, json };
+
+Output outputOf(const MonitorOptions& options) {
+  if (options.json) return Output::json;
+  return outputIsTerminal() ? Output::block : Output::lines;
+}
+
+// Failures that the person should read: under the block, or on standard error.
+class MonitorWindow : public QuietWindow {
+ public:
+  void tellError(std::string_view text) override { message = text; }
+  std::string message;
+};
+
+class Monitor {
+ public:
+  Monitor(const MonitorOptions& options, std::shared_ptr<UiMailbox> door)
+      : options_(options),
+        output_(outputOf(options)),
+        door_(std::move(door)),
+        app_({clock_, sounds_, *door_, window_, [this] { return watchedPort(); },
+              locationSensorManager()}) {
+    status_.source = options.simulate ? "the simulation" : options.port;
+    status_.speed = options.speed;
+    app_.gps.options.utcOffsetMinutes = measureUtcOffset(clock_.utc(), clock_.local());
+    if (options.logPath.empty()) return;
+    app_.gps.log.path = options.logPath;
+    app_.gps.options.logNmea = true;
+  }
+
+  void run();
+
+  // False: a reader still lives, and this must not be destroyed.
+  bool stop() {
+    door_->shut();
+    disconnectReceiver(app_);
+    return stopReceiver(app_);
+  }
+
+ private:
+  std::unique_ptr<SerialPort> watchedPort() {
+    return std::make_unique<WatchedPort>(makeSerialPort(), [this] {
+      gone_ = true;
+      door_->post({.event = UiEvent::refresh});
+    });
+  }
+
+  void connect();
+  void followLink();
+  void handle(const UiMessage& message);
+  MonitorStatus statusNow() const;
+  void show();
+  void tellStatus();
+  uint32_t msToNextStep() const;
+  uint32_t since(uint32_t tick) const { return clock_.tick() - tick; }
+
+  const MonitorOptions options_;
+  const Output output_;
+  const Clock& clock_ = systemClock();
+  QuietSounds sounds_;
+  MonitorWindow window_;
+  std::shared_ptr<UiMailbox> door_;
+  std::atomic<bool> gone_{false};  // set by the reader
+  AppState app_;
+
+  MonitorStatus status_;
+  uint32_t openedTick_ = 0;  // of the last attempt to open
+  uint32_t noiseTick_ = 0;
+  bool noiseSeen_ = false;
+  uint32_t fixTick_ = 0;
+  uint32_t dueTick_ = 0;  // when the state is shown next
+  uint32_t shownTick_ = 0;
+  bool changed_ = false;
+  int blockRows_ = 0;
+  std::string toldStatus_;
+};
+
+void Monitor::connect() {
+  const SourceChoice choice = {
+      .port = options_.port, .speed = options_.speed, .simulate = options_.simulate};
+  gone_ = false;
+  noiseSeen_ = false;
+  const Link before = status_.link;
+  const bool opened = connectReceiver(app_, choice);
+  openedTick_ = clock_.tick();
+  window_.message.clear();  // the status says more than "failed"
+  status_.error = app_.fix.portError;
+  // A device that was unplugged is "gone" rather than "not there" until it is back.
+  const bool stillGone = before == Link::gone && status_.error == PortError::notThere;
+  status_.link = opened ? Link::open : stillGone ? Link::gone : Link::failed;
+  changed_ = true;
+}
+
+// Notices that the device has gone, and tries again every second while there is none.
+void Monitor::followLink() {
+  if (gone_.exchange(false) && status_.link == Link::open) {
+    disconnectReceiver(app_);
+    status_.link = Link::gone;
+    changed_ = true;
+  }
+  if (status_.link != Link::open && since(openedTick_) >= kSecondMs) connect();
+}
+
+void Monitor::handle(const UiMessage& message) {
+  onUiMessage(app_, message);
+  changed_ = true;
+  if (message.event == UiEvent::unknownBytes) {
+    noiseSeen_ = true;
+    noiseTick_ = clock_.tick();
+  }
+  const FixRecord& fix = app_.shown.fix;
+  const bool position = fix.lastSentenceKind == kRmc || fix.lastSentenceKind == kGga;
+  if (message.event == UiEvent::line && position && fix.fixStatus != 0) {
+    status_.fixSeen = true;
+    fixTick_ = clock_.tick();
+  }
+}
+
+MonitorStatus Monitor::statusNow() const {
+  MonitorStatus now = status_;
+  now.dataSeen = app_.shown.dataSeen;
+  now.silentMs = since(now.dataSeen ? app_.shown.lastDataTick : openedTick_);
+  now.noiseSeen = noiseSeen_ && since(noiseTick_) < kNoiseMs;
+  now.fixAgeMs = since(fixTick_);
+  return now;
+}
+
+void Monitor::show() {
+  const MonitorStatus status = statusNow();
+  std::string text;
+  switch (output_) {
+    case Output::json: text = jsonText(stateJson(app_.shown, app_.fix), -1) + "\n"; break;
+    case Output::lines: text = monitorLine(status, app_.shown); break;
+    case Output::block:
+      text = monitorBlock(statusText(status, app_.shown) + "\n" + window_.message + "\n" +
+                              alignedText(stateRows(app_.shown)),
+                          terminalColumns(), blockRows_);
+      break;
+  }
+  std::fwrite(text.data(), 1, text.size(), stdout);
+  std::fflush(stdout);
+  shownTick_ = clock_.tick();
+  changed_ = false;
+}
+
+// Beside JSON the words go to standard error, each change once.
+void Monitor::tellStatus() {
+  if (output_ != Output::block && !window_.message.empty()) {
+    fail(window_.message);
+    window_.message.clear();
+  }
+  if (output_ != Output::json || status_.link == Link::open) {
+    toldStatus_.clear();
+    return;
+  }
+  const std::string text = statusText(statusNow(), app_.shown);
+  if (text != toldStatus_) fail(text);
+  toldStatus_ = text;
+}
+
+uint32_t Monitor::msToNextStep() const {
+  const auto left = [this](uint32_t from, uint32_t span) {
+    const uint32_t passed = since(from);
+    return passed >= span ? 0 : span - passed;
+  };
+  uint32_t wait = left(dueTick_ - kSecondMs, kSecondMs);
+  if (status_.link != Link::open) wait = std::min(wait, left(openedTick_, kSecondMs));
+  if (output_ == Output::block && changed_) wait = std::min(wait, left(shownTick_, kRefreshMs));
+  return wait;
+}
+
+void Monitor::run() {
+  const uint32_t start = clock_.tick();
+  const double limitMs = options_.seconds > 0 ? options_.seconds * 1000 : HUGE_VAL;
+  if (output_ == Output::block) std::fputs("\x1b[?25l", stdout);
+  connect();
+  // A pipe gets its first line when there has been time for data.
+  dueTick_ = start + (output_ == Output::block ? 0 : kSecondMs);
+  for (;;) {
+    followLink();
+    tellStatus();
+    const bool due = static_cast<int32_t>(clock_.tick() - dueTick_) >= 0;
+    const bool fresh = output_ == Output::block && changed_ && since(shownTick_) >= kRefreshMs;
+    if (due) dueTick_ += kSecondMs;
+    if (due || fresh) show();
+    const double left = limitMs - since(start);
+    if (left <= 0) break;
+    const double wait = std::min<double>(msToNextStep(), std::ceil(left));
+    const auto handler = [this](const UiMessage& message) { handle(message); };
+    if (door_->wait(static_cast<int>(wait), handler) == UiMailbox::Waited::shut) break;
+  }
+  if (output_ == Output::block) std::fputs("\x1b[?25h", stdout);
+}
+
+std::string whatToGive() {
+  std::string ports;
+  for (const PortName& port : listSerialPorts()) {
+    if (!ports.empty()) ports += ", ";
+    ports += port.name;
+    if (!port.description.empty()) ports += " (" + port.description + ")";
+  }
+  return "monitor needs --port DEV or --simulate; ports here: " + (ports.empty() ? "none" : ports);
+}
+
+bool canAppend(const std::string& path) {
+  std::FILE* const file = openFile(path, "ab");
+  if (file == nullptr) return false;
+  std::fclose(file);
+  return true;
+}
+
+}  // namespace
+
+int runMonitor(const MonitorOptions& options) {
+  if (options.port.empty() && !options.simulate) return fail(whatToGive());
+  if (!options.logPath.empty() && !canAppend(options.logPath)) {
+    return fail("cannot write the log " + options.logPath);
+  }
+  const auto door = std::make_shared<UiMailbox>();
+  onStopRequest([door] { door->shut(); });
+  auto monitor = std::make_unique<Monitor>(options, door);
+  monitor->run();
+  // What a reader could still touch must outlive it.
+  if (!monitor->stop()) (void)monitor.release();
+  return finishOutput();
+}
+
+}  // namespace vgps

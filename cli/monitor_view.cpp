@@ -1,0 +1,84 @@
+#include "cli/monitor_view.h"
+
+#include "base/number.h"
+#include "base/text.h"
+#include "cli/state_text.h"
+
+namespace vgps {
+namespace {
+
+// Receivers report once a second; twice that without a line is worth a word.
+constexpr uint32_t kSilentMs = 2500;
+
+std::string secondsText(uint32_t ms) { return std::to_string(ms / 1000) + " s"; }
+
+std::string silenceText(const MonitorStatus& status) {
+  if (status.noiseSeen) {
+    return "bytes come from " + status.source + ", but no sentences: is " +
+           std::to_string(status.speed) + " baud right?";
+  }
+  return "no data from " + status.source + " for " + secondsText(status.silentMs);
+}
+
+std::string noFixText(const MonitorStatus& status, const UiFix& shown) {
+  if (shown.inputProtocol == kSirfBinary) {
+    return "no fix: the receiver speaks SiRF binary, which carries none here";
+  }
+  return status.fixSeen ? "no fix since " + secondsText(status.fixAgeMs) : "no fix yet";
+}
+
+}  // namespace
+
+const char* portErrorText(PortError error) {
+  switch (error) {
+    case PortError::none: return "is open";
+    case PortError::notThere: return "is not there";
+    case PortError::busy: return "is held by another program";
+    case PortError::noPermission: return "may not be opened: no permission";
+    case PortError::settings: return "refuses to be set up as a serial line";
+    case PortError::other: return "cannot be opened as a serial line";
+  }
+  return "";
+}
+
+std::string statusText(const MonitorStatus& status, const UiFix& shown) {
+  if (status.link == Link::failed) {
+    return "not connected: " + status.source + " " + portErrorText(status.error);
+  }
+  if (status.link == Link::gone) {
+    return "not connected: the line is gone, " + status.source + " was unplugged";
+  }
+  if (status.silentMs >= kSilentMs) return silenceText(status);
+  if (!status.dataSeen) return "connected to " + status.source + ", waiting for data";
+  if (shown.fix.fixStatus == 0) return noFixText(status, shown);
+  return fixStatusText(shown.fix.fixStatus) + ", " + fixedText(status.fixAgeMs / 1000.0, 1) +
+         " s old";
+}
+
+std::string monitorLine(const MonitorStatus& status, const UiFix& shown) {
+  const FixRecord& fix = shown.fix;
+  std::string line = statusText(status, shown);
+  const bool fixShown = status.link == Link::open && status.dataSeen && fix.fixStatus != 0;
+  if (fixShown) {
+    line = timeText(fix.utcTime) + "  " + positionText(fix) + "  " + fixedText(fix.altitude, 0) +
+           " m  " + fixedText(fix.speedKmh, 2) + " km/h  " + fixedText(fix.course, 1) + " deg  " +
+           std::to_string(shown.satellites.usedCount) + " satellites  " + line;
+  }
+  return line + "\n";
+}
+
+std::string monitorBlock(const std::string& text, int columns, int& previousRows) {
+  std::string block;
+  if (previousRows > 0) block = "\x1b[" + std::to_string(previousRows) + "A";
+  previousRows = 0;
+  for (size_t at = 0; at < text.size(); ++previousRows) {
+    const size_t end = std::min(text.find('\n', at), text.size());
+    const std::string_view row = std::string_view(text).substr(at, end - at);
+    block += firstUtf16Units(row, static_cast<size_t>(columns));
+    block += "\x1b[K\n";
+    at = end + 1;
+  }
+  return block + "\x1b[J";
+}
+
+}  // namespace vgps

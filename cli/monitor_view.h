@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "app/app_state.h"
+
+// What the monitor says, from plain values.
+namespace vgps {
+
+enum class Link {
+  open,
+  failed,  // could not be opened; `error` says why
+  gone,    // was open and the device disappeared
+};
+
+struct MonitorStatus {
+  Link link = Link::open;
+  PortError error = PortError::none;
+  std::string source;      // "/dev/ttyUSB0", "the simulation"
+  uint32_t speed = 0;      // baud
+  uint32_t silentMs = 0;   // since the last line, or since the source was opened
+  bool dataSeen = false;   // since it was opened
+  bool noiseSeen = false;  // bytes came in the last seconds that were no lines
+  bool fixSeen = false;    // at any time
+  uint32_t fixAgeMs = 0;   // since the last sentence with a fix
+};
+
+// Why a port cannot be used: "is held by another program".
+const char* portErrorText(PortError error);
+
+// One sentence that says how it stands, the worst first: not connected and why, the line gone, no
+// data for so long, no fix, a fix and its age.
+std::string statusText(const MonitorStatus& status, const UiFix& shown);
+
+// One line for a log or a pipe: the status, and the fix when there is one.
+std::string monitorLine(const MonitorStatus& status, const UiFix& shown);
+
+// The block that a terminal shows over and over in the same place: goes back up over `previousRows`
+// rows, writes each row over the old one and cuts it at `columns`. Sets `previousRows`.
+std::string monitorBlock(const std::string& text, int columns, int& previousRows);
+
+}  // namespace vgps

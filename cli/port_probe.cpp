@@ -1,0 +1,139 @@
+#include "cli/port_probe.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+
+#include "base/number.h"
+
+namespace vgps {
+namespace {
+
+using SteadyClock = std::chrono::steady_clock;
+
+// Enough for three seconds at 115200 baud.
+constexpr size_t kMostBytes = 40000;
+
+bool isPrintable(char c) { return (c >= ' ' && c <= '~') || c == '\r' || c == '\n' || c == '\t'; }
+
+bool isMostlyText(std::string_view bytes) {
+  const auto printable = std::count_if(bytes.begin(), bytes.end(), isPrintable);
+  return static_cast<size_t>(printable) * 4 >= bytes.size() * 3;
+}
+
+// A whole message of the binary protocol of SiRF receivers, or at least its two ends.
+bool looksLikeSirf(std::string_view bytes) {
+  const size_t start = bytes.find("\xA0\xA2");
+  return start != std::string_view::npos && bytes.find("\xB0\xB3", start) != std::string_view::npos;
+}
+
+// "$" and five letters or digits, then a comma.
+bool isSentence(std::string_view line) {
+  if (line.size() < 7 || line[0] != '$' || line[6] != ',') return false;
+  return std::all_of(line.begin() + 1, line.begin() + 6,
+                     [](char c) { return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); });
+}
+
+bool isPosition(std::string_view sentence) {
+  const std::string_view kind = sentence.substr(3, 3);
+  return sentence[1] == 'G' && (kind == "RMC" || kind == "GGA");
+}
+
+ProbeResult openResult(PortError error) {
+  switch (error) {
+    case PortError::notThere: return ProbeResult::notThere;
+    case PortError::busy: return ProbeResult::busy;
+    case PortError::noPermission: return ProbeResult::noPermission;
+    default: return ProbeResult::cannotOpen;
+  }
+}
+
+std::string listen(SerialPort& port, uint32_t limitMs, uint32_t& heardMs) {
+  const auto start = SteadyClock::now();
+  const auto passed = [start] {
+    return static_cast<uint32_t>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(SteadyClock::now() - start).count());
+  };
+  std::string bytes;
+  std::array<char, 4096> buffer{};
+  while (bytes.size() < kMostBytes && passed() < limitMs) {
+    size_t got = 0;
+    const PortRead result = port.read(buffer, got, static_cast<int>(limitMs - passed()));
+    if (result == PortRead::closed || result == PortRead::failed) break;
+    bytes.append(buffer.data(), got);
+  }
+  heardMs = passed();
+  return bytes;
+}
+
+}  // namespace
+
+const char* probeResultName(ProbeResult result) {
+  switch (result) {
+    case ProbeResult::found: return "found";
+    case ProbeResult::noPosition: return "no position";
+    case ProbeResult::notThere: return "not there";
+    case ProbeResult::busy: return "busy";
+    case ProbeResult::noPermission: return "no permission";
+    case ProbeResult::cannotOpen: return "cannot open";
+    case ProbeResult::noData: return "no data";
+    case ProbeResult::notNmea: return "not NMEA";
+    case ProbeResult::wrongSpeed: return "wrong speed";
+  }
+  return "";
+}
+
+std::string probeReason(const ProbeAnswer& answer, uint32_t speed) {
+  switch (answer.result) {
+    case ProbeResult::found:
+      return "talker " + answer.talker + ", " + fixedText(answer.sentencesPerSecond, 1) +
+             " sentences a second";
+    case ProbeResult::noPosition: return "NMEA sentences, but neither RMC nor GGA of a receiver";
+    case ProbeResult::notThere: return "there is no such port";
+    case ProbeResult::busy: return "another program holds it";
+    case ProbeResult::noPermission: return "this user may not open it";
+    case ProbeResult::cannotOpen: return "it cannot be opened as a serial line";
+    case ProbeResult::noData: return "nothing came";
+    case ProbeResult::notNmea: return "what came are no NMEA sentences";
+    case ProbeResult::wrongSpeed:
+      return "what came is no text: probably not sent at " + std::to_string(speed) + " baud";
+  }
+  return "";
+}
+
+ProbeAnswer judgeBytes(std::string_view bytes, uint32_t ms) {
+  ProbeAnswer answer;
+  if (bytes.empty()) return answer;
+  size_t sentences = 0;
+  for (std::string_view rest = bytes; !rest.empty();) {
+    const size_t end = std::min(rest.find_first_of("\r\n"), rest.size());
+    const std::string_view line = rest.substr(0, end);
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+    if (!isSentence(line)) continue;
+    ++sentences;
+    if (isPosition(line)) answer.talker = line.substr(1, 2);
+  }
+  answer.sentencesPerSecond = ms == 0 ? 0 : static_cast<double>(sentences) * 1000 / ms;
+  if (!answer.talker.empty()) {
+    answer.result = ProbeResult::found;
+  } else if (sentences > 0) {
+    answer.result = ProbeResult::noPosition;
+  } else if (isMostlyText(bytes) || looksLikeSirf(bytes)) {
+    answer.result = ProbeResult::notNmea;
+  } else {
+    answer.result = ProbeResult::wrongSpeed;
+  }
+  return answer;
+}
+
+ProbeAnswer probePort(SerialPort& port, const std::string& path, uint32_t speed, uint32_t limitMs) {
+  const PortError error = port.open(path);
+  if (error != PortError::none) return {openResult(error), {}, 0};
+  if (!port.setUp(speed)) return {ProbeResult::cannotOpen, {}, 0};
+  uint32_t heardMs = 0;
+  const std::string bytes = listen(port, limitMs, heardMs);
+  port.close();
+  return judgeBytes(bytes, heardMs);
+}
+
+}  // namespace vgps

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/serial_port.h"
+
+namespace vgps {
+
+enum class ProbeResult {
+  found,       // a position sentence came
+  noPosition,  // NMEA sentences, but neither RMC nor GGA
+  notThere,
+  busy,
+  noPermission,
+  cannotOpen,
+  noData,
+  notNmea,
+  wrongSpeed,
+};
+
+struct ProbeAnswer {
+  ProbeResult result = ProbeResult::noData;
+  std::string talker;             // of the position sentence: "GP", "GN"
+  double sentencesPerSecond = 0;  // of all kinds together
+};
+
+// "found", "not there", ...
+const char* probeResultName(ProbeResult result);
+
+// Why it is so, in words for a person.
+std::string probeReason(const ProbeAnswer& answer, uint32_t speed);
+
+// What bytes heard for `ms` milliseconds are. A receiver is whoever sends RMC or GGA as a "$G"
+// talker; bytes that are mostly no text come at another speed than ours.
+ProbeAnswer judgeBytes(std::string_view bytes, uint32_t ms);
+
+// Opens the port, listens for `limitMs` and closes it.
+ProbeAnswer probePort(SerialPort& port, const std::string& path, uint32_t speed, uint32_t limitMs);
+
+}  // namespace vgps

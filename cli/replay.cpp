@@ -1,0 +1,103 @@
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "app/app_state.h"
+#include "app/direct_ui_thread.h"
+#include "app/on_line.h"
+#include "base/text.h"
+#include "cli/commands.h"
+#include "cli/log_reader.h"
+#include "cli/quiet_platform.h"
+#include "cli/replay_clock.h"
+#include "cli/state_json.h"
+#include "cli/state_text.h"
+#include "platform/files.h"
+
+// The same road as a receiver's line takes, all on one thread: the hand-over is a direct call.
+namespace vgps {
+namespace {
+
+struct CloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+class Replay {
+ public:
+  explicit Replay(const ReplayOptions& options)
+      : options_(options),
+        clock_(options.utcOffsetMinutes),
+        app_({clock_, sounds_, door_, window_, makeSerialPort, nullptr}) {
+    app_.gps.options.talkers = static_cast<int32_t>(options.talkers);
+    app_.gps.options.utcOffsetMinutes = options.utcOffsetMinutes;
+    door_.setHandler([this](const UiMessage& message) { handle(message); });
+  }
+
+  void play(LogReader& reader) {
+    LogPiece piece;
+    while (reader.next(piece)) {
+      if (!piece.binary) clock_.advanceTo(piece.text);
+      lineCame_ = false;
+      app_.fix.onReceive(piece.chunk);
+      if (options_.lines) printLine(piece);
+    }
+    onUiMessage(app_, {.event = UiEvent::repaint});  // copies the fix
+  }
+
+  void print() const {
+    const std::string text = options_.json ? jsonText(stateJson(app_.shown, app_.fix), 2) + "\n"
+                                           : alignedText(stateRows(app_.shown));
+    std::fwrite(text.data(), 1, text.size(), stdout);
+  }
+
+ private:
+  // Nobody looks before the log has ended, so the fix is copied once, there.
+  void handle(const UiMessage& message) {
+    if (message.event != UiEvent::line) return;
+    lineCame_ = true;
+    if (options_.lines && message.record != nullptr) onUiMessage(app_, message);
+  }
+
+  void printLine(const LogPiece& piece) {
+    if (piece.binary && !lineCame_) return;  // a message that the end of the log cuts short
+    const Json line = {{"line", piece.binary ? app_.lastMessageText : validUtf8(piece.text)},
+                       {"kind", lineCame_ && !piece.binary ? app_.fix.lastSentenceKind : 0},
+                       {"returned", lineCame_},
+                       {"fix", fixJson(app_.fix, app_.fix)}};
+    const std::string text = jsonText(line, -1) + "\n";
+    std::fwrite(text.data(), 1, text.size(), stdout);
+  }
+
+  const ReplayOptions& options_;
+  ReplayClock clock_;
+  QuietSounds sounds_;
+  QuietWindow window_;
+  DirectUiThread door_;
+  AppState app_;
+  bool lineCame_ = false;
+};
+
+}  // namespace
+
+int runReplay(const ReplayOptions& options) {
+  errno = 0;
+  const File file(openFile(options.path, "rb"));
+  if (file == nullptr) {
+    return fail("cannot read " + options.path + ": " + std::strerror(errno));
+  }
+  std::setvbuf(file.get(), nullptr, _IONBF, 0);  // the log reader has blocks of its own
+  LogReader reader([&](std::span<char> buffer) {
+    return std::fread(buffer.data(), 1, buffer.size(), file.get());
+  });
+  const auto replay = std::make_unique<Replay>(options);
+  replay->play(reader);
+  if (std::ferror(file.get()) != 0) {
+    return fail("cannot read " + options.path + ": " + std::strerror(errno));
+  }
+  if (!options.lines) replay->print();
+  return finishOutput();
+}
+
+}  // namespace vgps

@@ -1,0 +1,64 @@
+#include "cli/replay_clock.h"
+
+namespace vgps {
+namespace {
+
+constexpr int32_t kSecondMs = 1000;
+constexpr int32_t kMinuteMs = 60 * kSecondMs;
+constexpr int32_t kHourMs = 60 * kMinuteMs;
+constexpr int32_t kDayMs = 24 * kHourMs;
+
+constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+bool isPositionSentence(std::string_view line) {
+  if (line.size() < 7 || line[0] != '$' || line[6] != ',') return false;
+  const std::string_view kind = line.substr(3, 3);
+  return kind == "RMC" || kind == "GGA";
+}
+
+// hhmmss[.decimals] in milliseconds since midnight, -1 when it is none.
+int32_t timeOfDay(std::string_view field) {
+  constexpr int32_t kUnits[] = {10 * kHourMs, kHourMs,        10 * kMinuteMs,
+                                kMinuteMs,    10 * kSecondMs, kSecondMs};
+  if (field.size() < 6) return -1;
+  int32_t time = 0;
+  for (size_t i = 0; i < 6; ++i) {
+    if (!isDigit(field[i])) return -1;
+    time += (field[i] - '0') * kUnits[i];
+  }
+  int32_t unit = 100;
+  const bool hasDecimals = field.size() > 6 && field[6] == '.';
+  for (size_t i = 7; hasDecimals && i < field.size() && isDigit(field[i]); ++i, unit /= 10) {
+    time += (field[i] - '0') * unit;
+  }
+  return time < kDayMs ? time : -1;
+}
+
+}  // namespace
+
+void ReplayClock::advanceTo(std::string_view line) {
+  if (!isPositionSentence(line)) return;
+  line.remove_prefix(7);
+  const int32_t time = timeOfDay(line.substr(0, line.find(',')));
+  if (time < 0) return;
+  if (timeOfDay_ >= 0) {
+    int32_t step = time - timeOfDay_;
+    if (step <= -kDayMs / 2) step += kDayMs;
+    if (step > 0) tick_ += static_cast<uint32_t>(step);
+  }
+  timeOfDay_ = time;
+}
+
+DateTime ReplayClock::utc() const {
+  const int32_t time = timeOfDay_ < 0 ? 0 : timeOfDay_;
+  DateTime utc;
+  utc.hour = static_cast<uint16_t>(time / kHourMs);
+  utc.minute = static_cast<uint16_t>(time / kMinuteMs % 60);
+  utc.second = static_cast<uint16_t>(time / kSecondMs % 60);
+  utc.millisecond = static_cast<uint16_t>(time % kSecondMs);
+  return utc;
+}
+
+DateTime ReplayClock::local() const { return timeOfDayMinusMinutes(utc(), utcOffsetMinutes_); }
+
+}  // namespace vgps

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "platform/clock.h"
+
+namespace vgps {
+
+// The time of a replay comes from the log, so that a replay gives the same answer every time. The
+// tick starts at 1,000 and goes on by the differences of the UTC times of day in RMC and GGA of any
+// talker.
+class ReplayClock : public Clock {
+ public:
+  explicit ReplayClock(int32_t utcOffsetMinutes) : utcOffsetMinutes_(utcOffsetMinutes) {}
+
+  // To be called before the line is replayed. Without a time of day nothing changes. A time that
+  // goes back by less than half a day is disorder and moves nothing, one that goes back by more has
+  // passed midnight.
+  void advanceTo(std::string_view line);
+
+  uint32_t tick() const override { return tick_; }
+  DateTime utc() const override;    // no date, only the time of day
+  DateTime local() const override;  // likewise
+
+ private:
+  int32_t utcOffsetMinutes_;
+  uint32_t tick_ = 1000;
+  int32_t timeOfDay_ = -1;  // milliseconds; -1: none yet
+};
+
+}  // namespace vgps

@@ -1,0 +1,97 @@
+#include "cli/state_json.h"
+
+namespace vgps {
+namespace {
+
+Json timeJson(const DateTime& time) {
+  return {{"year", time.year},           {"month", time.month},
+          {"dayOfWeek", time.dayOfWeek}, {"day", time.day},
+          {"hour", time.hour},           {"minute", time.minute},
+          {"second", time.second},       {"millisecond", time.millisecond}};
+}
+
+Json sentencesJson(const SentenceStats& stats) {
+  const auto count = [&](CountedKind kind) { return stats.counts[static_cast<size_t>(kind)]; };
+  return {{"total", stats.total()},
+          {"rmc", count(CountedKind::rmc)},
+          {"gga", count(CountedKind::gga)},
+          {"gsa", count(CountedKind::gsa)},
+          {"gsv", count(CountedKind::gsv)},
+          {"other", count(CountedKind::other)},
+          {"rejected", stats.rejected},
+          {"binary", stats.binary},
+          {"checksumRight", stats.checksumRight},
+          {"checksumWrong", stats.checksumWrong},
+          {"checksumAbsent", stats.checksumAbsent}};
+}
+
+Json satellitesJson(const SatelliteTable& table) {
+  Json visible = Json::array();
+  Json used = Json::array();
+  for (size_t prn = 0; prn < table.slots.size(); ++prn) {
+    if (table.slots[prn].visible != 0) visible.push_back(prn);
+    if (table.slots[prn].used != 0) used.push_back(prn);
+  }
+  // A float reads back to the same double only when it is printed as the double it is.
+  return {{"usedCount", table.usedCount},
+          {"inViewCount", table.inViewCount},
+          {"pdop", double{table.pdop}},
+          {"hdop", double{table.hdop}},
+          {"vdop", double{table.vdop}},
+          {"visible", visible},
+          {"used", used}};
+}
+
+Json viewJson(const std::vector<ViewedSatellite>& satellites) {
+  Json view = Json::array();
+  for (const ViewedSatellite& satellite : satellites) {
+    view.push_back({{"system", satelliteSystemName(satellite.system)},
+                    {"id", satellite.id},
+                    {"elevation", double{satellite.elevation}},
+                    {"azimuth", double{satellite.azimuth}},
+                    {"snr", double{satellite.snr}},
+                    {"used", satellite.used}});
+  }
+  return view;
+}
+
+}  // namespace
+
+Json fixJson(const FixRecord& values, const GpsFix& connection) {
+  return {{"fixStatus", values.fixStatus},
+          {"longitude", values.longitude},
+          {"latitude", values.latitude},
+          {"altitude", values.altitude},
+          {"utcTime", timeJson(values.utcTime)},
+          {"localTime", timeJson(values.localTime)},
+          {"speedKnots", values.speedKnots},
+          {"speedMps", values.speedMps},
+          {"speedKmh", values.speedKmh},
+          {"speedMph", values.speedMph},
+          {"speedSpare", values.speedSpare},
+          {"course", values.course},
+          {"magneticVariation", values.magneticVariation},
+          {"lastSentenceKind", values.lastSentenceKind},
+          {"portPath", connection.portPath},
+          {"baudRate", connection.baudRate},
+          {"simulate", connection.simulate.load()},
+          {"useGpsApi", connection.useGpsApi},
+          {"useSensorApi", connection.useSensorApi},
+          {"running", connection.running.load()}};
+}
+
+Json stateJson(const UiFix& shown, const GpsFix& connection) {
+  return {{"sentences", sentencesJson(shown.stats)},
+          {"fix", fixJson(shown.fix, connection)},
+          {"satellites", satellitesJson(shown.satellites)},
+          {"view", viewJson(shown.view)},
+          {"maxSpeed", shown.maxSpeed},
+          {"maxAltitude", shown.maxAltitude},
+          {"inputProtocol", shown.inputProtocol}};
+}
+
+std::string jsonText(const Json& json, int indent) {
+  return json.dump(indent, ' ', false, Json::error_handler_t::replace);
+}
+
+}  // namespace vgps

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/app_state.h"
+
+// The state in words and figures, for a person at a terminal.
+namespace vgps {
+
+struct TextRow {
+  std::string label;
+  std::string value;
+};
+
+// "no fix", "GPS fix", "RTK fixed" ...: what a GGA calls the quality of a fix.
+std::string fixStatusText(int32_t fixStatus);
+
+// "48.117300 N  11.516667 E", or "none" at 0/0, where receivers without a position put themselves.
+std::string positionText(const FixRecord& fix);
+
+// "2024-03-23 12:35:19.500", without the date while none has come.
+std::string timeText(const DateTime& time);
+
+// Fix, satellites and what came down the line.
+std::vector<TextRow> stateRows(const UiFix& shown);
+
+// Labels padded to one width.
+std::string alignedText(const std::vector<TextRow>& rows);
+
+}  // namespace vgps
