@@ -30,14 +30,6 @@ word_run() {
   follow_programs "$limit"
 }
 
-# seconds --for NUMBER: the number.
-seconds() {
-  case ${2:-} in
-    '' | *[!0-9]*) fail "$1 takes a number of seconds" ;;
-    *) echo "$2" ;;
-  esac
-}
-
 # Sets `virtual` and, where there is no display to be reached, starts one on a free number.
 find_display() {
   if [ -n "${DISPLAY:-}" ] && timeout 5 xdpyinfo >/dev/null 2>&1; then return; fi
