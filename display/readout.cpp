@@ -53,6 +53,7 @@ class Painter {
             Align align) {
     if (text.empty()) return;
     const std::string shown = shortened(canvas_, text, font, box.width);
+    if (shown.empty()) return;
     const float height = std::min(std::ceil(font.size * kLineHeight), box.height);
     canvas_.text(shown, {box.x, box.y, box.width, height}, font, colour, align);
   }
@@ -196,7 +197,7 @@ class Painter {
     drawSignalBars(
         canvas_,
         {barsX, top, std::max(room.x + room.width - barsX, 1.f), room.y + room.height - top},
-        scene_.view, palette_, layout_.smallText * 0.95f, layout_.smallest);
+        scene_.view, palette_, layout_.smallText, layout_.smallest);
   }
 
   void drawStatus() {
