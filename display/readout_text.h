@@ -1,0 +1,57 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "display/scene.h"
+
+// What the read-out says, as text. A value that no sentence has brought yet is dashes, not 0.
+namespace vgps {
+
+inline constexpr const char* kDashes = "--";
+
+struct ReadoutTexts {
+  std::string latitude;  // "48.117300° N", or "no position"
+  std::string longitude;
+  std::string quality;  // of the fix, in words
+
+  std::string speed;                       // in the chosen unit
+  std::array<std::string, 3> otherSpeeds;  // in the other units, in their order
+  std::string maxSpeed;
+
+  std::string course;
+  std::string courseDetail;  // compass point and magnetic variation
+  std::string altitude;
+  std::string maxAltitude;
+
+  std::string utc;
+  std::string date;
+  std::string local;
+  std::string offset;  // "UTC+02:00"
+
+  std::string satellitesUsed;
+  std::string satellitesInView;
+  std::string pdop;
+  std::string hdop;
+  std::string vdop;
+
+  std::string state;  // "fix", "no data", ...
+  std::string age;    // "fix 3 s ago"; empty before the first one
+  std::string rate;   // "6.0 sentences/s"
+};
+
+ReadoutTexts readoutTexts(const Scene& scene);
+
+// The quality number of GGA in words.
+const char* fixQualityText(int32_t fixStatus);
+
+// One of the sixteen points of the compass, "N" to "NNW".
+const char* compassPoint(double degrees);
+
+// Whether a position was ever received: receivers without one report zeros.
+bool hasPosition(const FixRecord& fix);
+
+// Satellites in the view, those with several signals counted once.
+int32_t distinctSatellites(std::span<const ViewedSatellite> view);
+
+}  // namespace vgps

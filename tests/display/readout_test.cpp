@@ -1,0 +1,298 @@
+#include "display/readout.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "display/readout_text.h"
+#include "display/text_fit.h"
+#include "geo/units.h"
+#include "tests/fakes/recording_canvas.h"
+
+namespace vgps {
+namespace {
+
+void count(Scene& scene, CountedKind kind) { scene.stats.counts[static_cast<size_t>(kind)] = 10; }
+
+Scene liveScene(std::vector<ViewedSatellite>& view) {
+  Scene scene;
+  scene.fix.fixStatus = 1;
+  scene.fix.latitude = -48.117300001780194;
+  scene.fix.longitude = -171.516666666666667;
+  scene.fix.altitude = 8848;
+  scene.fix.speedKnots = 222.4;
+  scene.fix.speedMps = 114.41;
+  scene.fix.speedKmh = 411.88;
+  scene.fix.speedMph = 255.93;
+  scene.fix.course = 337.4;
+  scene.fix.magneticVariation = -3.1;
+  scene.fix.utcTime = {2026, 3, 0, 23, 22, 35, 19, 0};
+  scene.fix.localTime = {0, 0, 0, 0, 0, 35, 19, 0};
+  scene.utcOffsetMinutes = -120;
+  scene.satellites.usedCount = 18;
+  scene.satellites.inViewCount = 12;
+  scene.satellites.pdop = 12.5f;
+  scene.satellites.hdop = 0.9f;
+  scene.satellites.vdop = 11.1f;
+  for (int i = 0; i < 34; ++i) {
+    const auto system = static_cast<SatelliteSystem>(1 + i / 9);
+    view.push_back({.system = system,
+                    .id = 1 + i * 3,
+                    .snr = static_cast<float>(i) * 1.7f,
+                    .used = i % 2 == 0});
+  }
+  scene.view = view;
+  scene.maxSpeed = 512.25;
+  scene.maxAltitude = 8900;
+  scene.source = "COM13, 115200 baud";
+  scene.state = ReceiverState::fix;
+  scene.fixSeen = true;
+  scene.fixAgeMs = 59000;
+  scene.sentencesPerSecond = 105.3;
+  count(scene, CountedKind::rmc);
+  count(scene, CountedKind::gga);
+  count(scene, CountedKind::gsv);
+  return scene;
+}
+
+struct Size {
+  float width, height;
+};
+
+class ReadoutAtSize : public testing::TestWithParam<Size> {
+ protected:
+  RecordingCanvas canvas{GetParam().width, GetParam().height};
+};
+
+bool inside(const Rect& inner, const Rect& outer) {
+  constexpr float kSlack = 1;
+  return inner.x >= outer.x - kSlack && inner.y >= outer.y - kSlack &&
+         inner.x + inner.width <= outer.x + outer.width + kSlack &&
+         inner.y + inner.height <= outer.y + outer.height + kSlack;
+}
+
+bool overlap(const Rect& a, const Rect& b) {
+  constexpr float kSlack = 1.5f;
+  return a.x + a.width > b.x + kSlack && b.x + b.width > a.x + kSlack &&
+         a.y + a.height > b.y + kSlack && b.y + b.height > a.y + kSlack;
+}
+
+void expectTidy(const RecordingCanvas& canvas) {
+  for (const auto& fill : canvas.fills) {
+    EXPECT_TRUE(inside(fill.box, canvas.bounds()));
+    EXPECT_GT(fill.box.width, 0);
+    EXPECT_GT(fill.box.height, 0);
+  }
+  for (size_t i = 0; i < canvas.texts.size(); ++i) {
+    const auto& text = canvas.texts[i];
+    EXPECT_TRUE(inside(text.ink, canvas.bounds())) << text.text;
+    EXPECT_TRUE(inside(text.ink, text.box)) << text.text << " is clipped";
+    EXPECT_GE(text.font.size, 9) << text.text;
+    for (size_t j = 0; j < i; ++j) {
+      EXPECT_FALSE(overlap(text.ink, canvas.texts[j].ink))
+          << text.text << " over " << canvas.texts[j].text;
+    }
+  }
+}
+
+TEST_P(ReadoutAtSize, SaysEverythingWithoutClippingOrOverlap) {
+  std::vector<ViewedSatellite> view;
+  drawReadout(canvas, liveScene(view));
+  expectTidy(canvas);
+  for (const char* text : {"48.117300° S", "171.516667° W",
+                           "411.88",       "Km/H",
+                           "222.40 Knots", "114.41 m/s",
+                           "255.93 MpH",   "max 512.25",
+                           "337.4°",       "8848.00m",
+                           "max 8900.00m", "22:35:19",
+                           "2026-03-23",   "00:35:19",
+                           "UTC+02:00",    "18 used, 34 in view",
+                           "12.5",         "0.9",
+                           "11.1",         "GPS fix",
+                           "fix",          "105.3 sentences/s"}) {
+    EXPECT_TRUE(canvas.said(text)) << text;
+  }
+}
+
+TEST_P(ReadoutAtSize, IsTidyWithNothingKnown) {
+  drawReadout(canvas, Scene());
+  expectTidy(canvas);
+  EXPECT_TRUE(canvas.said("no position"));
+  EXPECT_TRUE(canvas.said("not connected"));
+  EXPECT_TRUE(canvas.said("no satellites"));
+  for (const auto& text : canvas.texts) {
+    if (text.text == "UTC+00:00") continue;
+    EXPECT_EQ(text.text.find_first_of("0123456789"), std::string::npos) << text.text;
+  }
+}
+
+TEST_P(ReadoutAtSize, LongTextsEndInAnEllipsis) {
+  std::vector<ViewedSatellite> view;
+  Scene scene = liveScene(view);
+  scene.source = std::string(300, 'W');
+  scene.notice = "Unknown option";
+  scene.fix.altitude = -1e30;
+  scene.fix.speedKmh = 1e300;
+  scene.fix.longitude = 1e18;
+  scene.satellites.pdop = 1e30f;
+  scene.satellites.usedCount = 2000000000;
+  drawReadout(canvas, scene);
+  expectTidy(canvas);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, ReadoutAtSize,
+                         testing::Values(Size{800, 480}, Size{1280, 800}, Size{320, 240},
+                                         Size{240, 320}, Size{480, 800}, Size{1920, 400}));
+
+TEST(Readout, SurvivesAWindowOfNoSize) {
+  std::vector<ViewedSatellite> view;
+  const Scene scene = liveScene(view);
+  for (const float size : {0.f, 1.f, 20.f, 60.f}) {
+    RecordingCanvas canvas(size, size);
+    drawReadout(canvas, scene);
+  }
+}
+
+struct PositionCase {
+  double latitude, longitude;
+  const char* latitudeText;
+  const char* longitudeText;
+};
+
+class ReadoutPosition : public testing::TestWithParam<PositionCase> {};
+
+TEST_P(ReadoutPosition, HasHemispheresAndAGapAtZero) {
+  Scene scene;
+  scene.fix.latitude = GetParam().latitude;
+  scene.fix.longitude = GetParam().longitude;
+  const ReadoutTexts texts = readoutTexts(scene);
+  EXPECT_EQ(texts.latitude, GetParam().latitudeText);
+  EXPECT_EQ(texts.longitude, GetParam().longitudeText);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, ReadoutPosition,
+    testing::Values(PositionCase{0.0010000000474974513, -0.001, "no position", ""},
+                    PositionCase{0.0010000001, 0, "0.001000° N", "0.000000° E"},
+                    PositionCase{0, -0.0011, "0.000000° N", "0.001100° W"},
+                    PositionCase{-33.5, 151.25, "33.500000° S", "151.250000° E"},
+                    PositionCase{std::numeric_limits<double>::quiet_NaN(), 0, "no position", ""}));
+
+TEST(Readout, ZerosOfAReceiverWithoutFixAreDashes) {
+  Scene scene;
+  count(scene, CountedKind::rmc);
+  count(scene, CountedKind::gga);
+  scene.state = ReceiverState::noFix;
+  ReadoutTexts texts = readoutTexts(scene);
+  for (const std::string& text : {texts.speed, texts.course, texts.altitude, texts.utc, texts.local,
+                                  texts.pdop, texts.satellitesInView}) {
+    EXPECT_EQ(text, kDashes);
+  }
+  EXPECT_EQ(texts.satellitesUsed, "0");
+
+  scene.fix.fixStatus = 1;
+  texts = readoutTexts(scene);
+  EXPECT_EQ(texts.speed, "0.00 Km/H");
+  EXPECT_EQ(texts.altitude, "0.00m");
+  EXPECT_EQ(texts.course, kDashes) << "at rest there is no course";
+  scene.fix.speedKmh = 0.5;
+  EXPECT_EQ(readoutTexts(scene).course, "0.0°");
+}
+
+TEST(Readout, SpeedInTheChosenUnitFirst) {
+  Scene scene;
+  scene.fix.speedMps = 10;
+  scene.fix.speedKmh = 36;
+  scene.speedUnit = kMps;
+  const ReadoutTexts texts = readoutTexts(scene);
+  EXPECT_EQ(texts.speed, "10.00 m/s");
+  EXPECT_EQ(texts.otherSpeeds[0], "36.00 Km/H");
+  EXPECT_EQ(texts.otherSpeeds[1], kDashes) << "simulated sentences give no knots";
+  EXPECT_EQ(texts.otherSpeeds[2], kDashes);
+}
+
+TEST(Readout, CompassPointsGoAllTheWayRound) {
+  const std::pair<double, const char*> cases[] = {{0, "N"},
+                                                  {11.24, "N"},
+                                                  {11.26, "NNE"},
+                                                  {90, "E"},
+                                                  {348.74, "NNW"},
+                                                  {348.76, "N"},
+                                                  {360, "N"},
+                                                  {720, "N"},
+                                                  {-90, "W"},
+                                                  {1e300, "N"},
+                                                  {std::numeric_limits<double>::infinity(), ""}};
+  for (const auto& [degrees, point] : cases) EXPECT_STREQ(compassPoint(degrees), point) << degrees;
+}
+
+TEST(Readout, SignalsOfOneSatelliteCountOnce) {
+  const std::vector<ViewedSatellite> view = {
+      {.system = SatelliteSystem::gps, .signal = 1, .id = 4, .snr = 40},
+      {.system = SatelliteSystem::gps, .signal = 8, .id = 4, .snr = 44},
+      {.system = SatelliteSystem::galileo, .signal = 7, .id = 4, .snr = 30}};
+  EXPECT_EQ(distinctSatellites(view), 2);
+  Scene scene;
+  scene.view = view;
+  RecordingCanvas canvas(800, 480);
+  drawReadout(canvas, scene);
+  EXPECT_TRUE(canvas.said("G4"));
+  EXPECT_TRUE(canvas.said("44"));
+  EXPECT_FALSE(canvas.said("40"));
+  EXPECT_TRUE(canvas.said("E4"));
+}
+
+TEST(Readout, AStrongerSignalHasAHigherBar) {
+  const auto barHeight = [](float snr) {
+    const std::vector<ViewedSatellite> view = {
+        {.system = SatelliteSystem::gps, .id = 4, .snr = snr, .used = true}};
+    Scene scene;
+    scene.view = view;
+    RecordingCanvas canvas(800, 480);
+    drawReadout(canvas, scene);
+    const Colour colour = scene.palette.systems[static_cast<size_t>(SatelliteSystem::gps)];
+    for (const auto& fill : canvas.fills) {
+      if (fill.colour == colour) return fill.box.height;
+    }
+    return 0.f;
+  };
+  EXPECT_GT(barHeight(20), 10);
+  EXPECT_NEAR(barHeight(40), 2 * barHeight(20), 2);
+  EXPECT_EQ(barHeight(99), barHeight(55)) << "beyond the scale ends at its top";
+}
+
+TEST(Readout, AnOldFixFades) {
+  std::vector<ViewedSatellite> view;
+  Scene scene = liveScene(view);
+  RecordingCanvas live(800, 480);
+  drawReadout(live, scene);
+  scene.state = ReceiverState::noData;
+  RecordingCanvas old(800, 480);
+  drawReadout(old, scene);
+  EXPECT_EQ(live.find("48.117300° S")->colour, scene.palette.value);
+  EXPECT_EQ(old.find("48.117300° S")->colour, scene.palette.faded);
+  EXPECT_TRUE(old.said("no data"));
+  EXPECT_TRUE(old.said("fix 59 s ago"));
+  EXPECT_TRUE(old.said("0.0 sentences/s"));
+}
+
+TEST(Scene, StateFollowsConnectionDataAndFix) {
+  EXPECT_EQ(receiverState(false, true, 0, 1), ReceiverState::notConnected);
+  EXPECT_EQ(receiverState(true, false, 0, 1), ReceiverState::noData);
+  EXPECT_EQ(receiverState(true, true, kSilentAfterMs + 1, 1), ReceiverState::noData);
+  EXPECT_EQ(receiverState(true, true, kSilentAfterMs, 0), ReceiverState::noFix);
+  EXPECT_EQ(receiverState(true, true, 0, 2), ReceiverState::fix);
+}
+
+TEST(TextFit, CutsBetweenCharacters) {
+  RecordingCanvas canvas(100, 100);
+  const Font font{.size = 10};
+  EXPECT_EQ(shortened(canvas, "short", font, 100), "short");
+  const std::string cut = shortened(canvas, "°°°°°°°°", font, 26);
+  EXPECT_EQ(cut, "°°°°…");
+  EXPECT_EQ(shortened(canvas, "text", font, 3), "");
+}
+
+}  // namespace
+}  // namespace vgps
