@@ -451,6 +451,7 @@ TEST(Nmea, ChecksumsAreToldApart) {
   EXPECT_EQ(checkNmeaChecksum(kGgaLine), Checksum::right);
   EXPECT_EQ(checkNmeaChecksum(kRmcLine), Checksum::right);
   EXPECT_EQ(checkNmeaChecksum("$GPGGA,1*00"), Checksum::wrong);
+  EXPECT_EQ(checkNmeaChecksum("$GPGGA,1*6E" + kRmcLine), Checksum::wrong);  // two glued together
   EXPECT_EQ(checkNmeaChecksum("$GPGGA,1"), Checksum::absent);
   EXPECT_EQ(checkNmeaChecksum("$GPGGA,1*4"), Checksum::absent);
   EXPECT_EQ(checkNmeaChecksum("$GPGGA,1*4z"), Checksum::absent);
