@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/number.h"
+#include "gps/sentence_name.h"
 
 namespace vgps {
 namespace {
@@ -63,32 +64,35 @@ SatelliteSystem systemOfNumber(int32_t id) {
   return SatelliteSystem::unknown;
 }
 
-struct TalkerSystem {
-  std::string_view talker;
-  SatelliteSystem system;
-};
-
-constexpr std::array<TalkerSystem, 7> kTalkerSystems = {{
-    {"GL", SatelliteSystem::glonass},
-    {"GA", SatelliteSystem::galileo},
-    {"GB", SatelliteSystem::beidou},
-    {"BD", SatelliteSystem::beidou},
-    {"GQ", SatelliteSystem::qzss},
-    {"QZ", SatelliteSystem::qzss},
-    {"GI", SatelliteSystem::navic},
-}};
-
-// System numbers of NMEA 4.10 in GSA.
-constexpr std::array<std::string_view, 7> kTalkerOfSystemNumber = {"GN", "GP", "GL", "GA",
-                                                                   "GB", "GQ", "GI"};
-
-SatelliteSystem systemOf(std::string_view talker, int32_t id) {
-  for (const TalkerSystem& known : kTalkerSystems) {
-    if (known.talker != talker) continue;
-    const bool augmentation = talker == "GL" && id >= 33 && id <= 64;
-    return augmentation ? SatelliteSystem::sbas : known.system;
+// What a talker's own satellites are; unknown for those that list several systems by number.
+SatelliteSystem systemOfTalker(uint64_t talker) {
+  switch (talker) {
+    case lettersKey("GL"): return SatelliteSystem::glonass;
+    case lettersKey("GA"): return SatelliteSystem::galileo;
+    case lettersKey("GB"):
+    case lettersKey("BD"): return SatelliteSystem::beidou;
+    case lettersKey("GQ"):
+    case lettersKey("QZ"): return SatelliteSystem::qzss;
+    case lettersKey("GI"): return SatelliteSystem::navic;
+    default: return SatelliteSystem::unknown;
   }
-  return systemOfNumber(id);
+}
+
+// System numbers of NMEA 4.10 in GSA, as the talker that speaks of the same satellites.
+constexpr std::array<uint64_t, 7> kTalkerOfSystemNumber = {
+    lettersKey("GN"), lettersKey("GP"), lettersKey("GL"), lettersKey("GA"),
+    lettersKey("GB"), lettersKey("GQ"), lettersKey("GI")};
+
+SatelliteSystem systemOf(uint64_t talker, int32_t id) {
+  const SatelliteSystem system = systemOfTalker(talker);
+  if (system == SatelliteSystem::unknown) return systemOfNumber(id);
+  const bool augmentation = system == SatelliteSystem::glonass && id >= 33 && id <= 64;
+  return augmentation ? SatelliteSystem::sbas : system;
+}
+
+// A satellite of one system as one number.
+uint64_t satelliteKey(SatelliteSystem system, int32_t id) {
+  return uint64_t{static_cast<uint8_t>(system)} << 32 | static_cast<uint32_t>(id);
 }
 
 int hexValue(std::string_view field) {
@@ -99,12 +103,9 @@ int hexValue(std::string_view field) {
   return 0;
 }
 
-uint16_t talkerKey(std::string_view line) {
-  return static_cast<uint16_t>(static_cast<uint8_t>(line[1]) << 8 | static_cast<uint8_t>(line[2]));
-}
-
 bool isTalkerOfSatellites(std::string_view line) {
-  return line[1] == 'G' || line.substr(1, 2) == "BD" || line.substr(1, 2) == "QZ";
+  const uint64_t talker = talkerOf(line);
+  return line[1] == 'G' || talker == lettersKey("BD") || talker == lettersKey("QZ");
 }
 
 }  // namespace
@@ -127,7 +128,7 @@ void SatelliteView::take(std::string_view line, uint32_t tick) {
 
 // $GPGSV,messages,message,in view,{id,elevation,azimuth,snr} x 0..4[,signal]*hh
 void SatelliteView::takeGsv(std::string_view line, uint32_t tick) {
-  const std::string_view talker = line.substr(1, 2);
+  const uint64_t talker = talkerOf(line);
   FieldReader fields(line);
   fields.next();
   const int32_t messages = fields.nextInt();
@@ -153,7 +154,7 @@ void SatelliteView::takeGsv(std::string_view line, uint32_t tick) {
     satellite.snr = static_cast<float>(leadingDouble(snr));
   }
   const int signal = left % 4 == 1 ? hexValue(fields.next()) : 0;
-  const Source source = {talkerKey(line), static_cast<uint8_t>(signal)};
+  const Source source = {static_cast<uint16_t>(talker), static_cast<uint8_t>(signal)};
   beginOrContinueCycle(source, message, tick);
   for (size_t i = 0; i < found; ++i) {
     listed[i].signal = static_cast<uint8_t>(signal);
@@ -242,18 +243,17 @@ void SatelliteView::takeGsa(std::string_view line, uint32_t tick) {
   }
   for (int i = 0; i < 3 && !fields.atEnd(); ++i) fields.next();
   const int number = fields.atEnd() ? 0 : hexValue(fields.next());
-  UsedSet* set = usedSetOf({talkerKey(line), static_cast<uint8_t>(number)});
+  UsedSet* set = usedSetOf({static_cast<uint16_t>(talkerOf(line)), static_cast<uint8_t>(number)});
   if (set == nullptr) return;
   // Several GSA of one source in a row list more than twelve; the next epoch starts anew.
   if (set->run != gsaRun_) set->count = 0;
   set->run = gsaRun_;
   set->tick = tick;
   const bool named = number > 0 && number < static_cast<int>(kTalkerOfSystemNumber.size());
-  const std::string_view talker =
-      named ? kTalkerOfSystemNumber[static_cast<size_t>(number)] : line.substr(1, 2);
-  for (size_t i = 0; i < count && set->count < set->ids.size(); ++i) {
-    set->systems[set->count] = systemOf(talker, ids[i]);
-    set->ids[set->count++] = ids[i];
+  const uint64_t talker =
+      named ? kTalkerOfSystemNumber[static_cast<size_t>(number)] : talkerOf(line);
+  for (size_t i = 0; i < count && set->count < set->keys.size(); ++i) {
+    set->keys[set->count++] = satelliteKey(systemOf(talker, ids[i]), ids[i]);
   }
   for (size_t i = usedSetCount_; i-- > 0;) {
     if (tick - usedSets_[i].tick > kForgetMs) usedSets_[i] = usedSets_[--usedSetCount_];
@@ -274,11 +274,10 @@ SatelliteView::UsedSet* SatelliteView::usedSetOf(Source source) {
 }
 
 bool SatelliteView::isUsed(const ViewedSatellite& satellite) const {
+  const uint64_t key = satelliteKey(satellite.system, satellite.id);
   for (size_t i = 0; i < usedSetCount_; ++i) {
-    const UsedSet& set = usedSets_[i];
-    for (size_t k = 0; k < set.count; ++k) {
-      if (set.ids[k] == satellite.id && set.systems[k] == satellite.system) return true;
-    }
+    const auto keys = std::span(usedSets_[i].keys).first(usedSets_[i].count);
+    if (std::find(keys.begin(), keys.end(), key) != keys.end()) return true;
   }
   return false;
 }

@@ -59,8 +59,7 @@ class SatelliteView {
     uint32_t tick = 0;
     uint32_t run = 0;  // of consecutive GSA lines
     uint8_t count = 0;
-    std::array<SatelliteSystem, 48> systems{};
-    std::array<int32_t, 48> ids{};
+    std::array<uint64_t, 48> keys{};  // system and number
   };
   struct Bookkeeping {
     Source source;

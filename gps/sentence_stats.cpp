@@ -1,6 +1,7 @@
 #include "gps/sentence_stats.h"
 
 #include "gps/nmea.h"
+#include "gps/sentence_name.h"
 
 namespace vgps {
 namespace {
@@ -34,12 +35,14 @@ uint64_t SentenceStats::total() const {
 }
 
 CountedKind countedKind(std::string_view sentence) {
-  const std::string_view name = sentence.substr(0, 6);
-  if (name == "$GPRMC") return CountedKind::rmc;
-  if (name == "$GPGGA") return CountedKind::gga;
-  if (name == "$GPGSA") return CountedKind::gsa;
-  if (name == "$GPGSV") return CountedKind::gsv;
-  return CountedKind::other;
+  if (sentence.size() < 6) return CountedKind::other;
+  switch (lettersKey(sentence.substr(0, 6))) {
+    case lettersKey("$GPRMC"): return CountedKind::rmc;
+    case lettersKey("$GPGGA"): return CountedKind::gga;
+    case lettersKey("$GPGSA"): return CountedKind::gsa;
+    case lettersKey("$GPGSV"): return CountedKind::gsv;
+    default: return CountedKind::other;
+  }
 }
 
 void SentenceStats::countLine(std::string_view raw, std::string_view parsed, uint32_t tick) {

@@ -2,12 +2,18 @@
 
 #include <algorithm>
 
+#include "gps/sentence_name.h"
+
 namespace vgps {
 namespace {
 
 // In the order of preference between equally complete ones.
-constexpr std::array<std::string_view, 6> kTalkerNames = {"GN", "GL", "GA", "GB", "BD", "GQ"};
-constexpr std::array<std::string_view, 3> kKindNames = {"RMC", "GGA", "GSA"};
+constexpr std::array<uint64_t, 6> kTalkerKeys = {lettersKey("GN"), lettersKey("GL"),
+                                                 lettersKey("GA"), lettersKey("GB"),
+                                                 lettersKey("BD"), lettersKey("GQ")};
+constexpr std::array<uint64_t, 3> kKindKeys = {lettersKey("RMC"), lettersKey("GGA"),
+                                               lettersKey("GSA")};
+constexpr uint64_t kGps = lettersKey("GP");
 enum : int { kRmcKind = 0, kGgaKind = 1, kGsaKind = 2 };
 
 // So long after the last position sentence of GP another talker takes its place; and so long a
@@ -15,9 +21,9 @@ enum : int { kRmcKind = 0, kGgaKind = 1, kGsaKind = 2 };
 constexpr uint32_t kSilenceMs = 3000;
 
 template <size_t N>
-int positionIn(const std::array<std::string_view, N>& names, std::string_view name) {
-  const auto found = std::find(names.begin(), names.end(), name);
-  return found == names.end() ? -1 : static_cast<int>(found - names.begin());
+int positionIn(const std::array<uint64_t, N>& keys, uint64_t key) {
+  const auto found = std::find(keys.begin(), keys.end(), key);
+  return found == keys.end() ? -1 : static_cast<int>(found - keys.begin());
 }
 
 // NMEA 4.10 adds the number of the satellite system behind the three DOP values.
@@ -43,14 +49,13 @@ std::string_view TalkerTranslation::translate(std::string_view line, uint32_t ti
   if (!started_) gpsTick_ = tick;
   started_ = true;
   if (line.size() < 6 || line[0] != '$' || setting == TalkerSetting::never) return line;
-  const int kind = positionIn(kKindNames, line.substr(3, 3));
+  const int kind = positionIn(kKindKeys, lettersKey(line.substr(3, 3)));
   if (kind < 0) return line;
-  const std::string_view name = line.substr(1, 2);
-  if (name == "GP") {
+  if (talkerOf(line) == kGps) {
     if (kind != kGsaKind) gpsTick_ = tick;
     return line;
   }
-  const int talker = positionIn(kTalkerNames, name);
+  const int talker = positionIn(kTalkerKeys, talkerOf(line));
   if (talker < 0 || (kind == kGsaKind && !isGsaOfGps(line))) return line;
   const bool wanted =
       setting == TalkerSetting::always || translateAutomatically(talker, kind, tick);
