@@ -10,19 +10,20 @@ namespace {
 // A talker that has said nothing for so long has no say in the view any more.
 constexpr uint32_t kForgetMs = 30000;
 
-// Takes fields off a sentence until its end, which is the checksum or the line's.
+// Takes fields off a sentence until its checksum or its end.
 class FieldReader {
  public:
-  explicit FieldReader(std::string_view line)
-      : rest_(line.substr(0, line.find_first_of("*\r\n"))) {}
+  explicit FieldReader(std::string_view line) : rest_(line.substr(0, line.find('*'))) {}
 
   bool atEnd() const { return ended_; }
 
+  // Fields are short: looking at each character beats a call that is made for long texts.
   std::string_view next() {
-    const size_t comma = rest_.find(',');
+    size_t comma = 0;
+    while (comma < rest_.size() && rest_[comma] != ',') ++comma;
     const std::string_view field = rest_.substr(0, comma);
-    ended_ = comma == std::string_view::npos;
-    rest_ = ended_ ? std::string_view() : rest_.substr(comma + 1);
+    ended_ = comma == rest_.size();
+    rest_.remove_prefix(ended_ ? comma : comma + 1);
     return field;
   }
 
@@ -84,7 +85,7 @@ constexpr std::array<std::string_view, 7> kTalkerOfSystemNumber = {"GN", "GP", "
 
 SatelliteSystem systemOf(std::string_view talker, int32_t id) {
   for (const TalkerSystem& known : kTalkerSystems) {
-    if (known.talker != talker) continue;
+    if (known.talker[0] != talker[0] || known.talker[1] != talker[1]) continue;
     const bool augmentation = talker == "GL" && id >= 33 && id <= 64;
     return augmentation ? SatelliteSystem::sbas : known.system;
   }
