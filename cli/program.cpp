@@ -2,18 +2,36 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <array>
 #include <cstdio>
-#include <map>
 
+#include "base/number.h"
 #include "cli/commands.h"
 #include "cli/version.h"
 
 namespace vgps {
 namespace {
 
-const std::map<std::string, TalkerSetting> kTalkerWords = {{"auto", TalkerSetting::automatic},
-                                                           {"always", TalkerSetting::always},
-                                                           {"never", TalkerSetting::never}};
+// In the order of TalkerSetting.
+constexpr std::array<std::string_view, 3> kTalkerWords = {"auto", "always", "never"};
+
+// The library's own checks speak of limits and mappings; a person wants to read what is allowed.
+CLI::Validator above0() {
+  return {[](const std::string& text) {
+            return leadingDouble(text) > 0 ? std::string() : text + " is no number above 0";
+          },
+          ""};
+}
+
+CLI::Validator talkerWord() {
+  return {[](std::string& text) -> std::string {
+            const auto found = std::find(kTalkerWords.begin(), kTalkerWords.end(), text);
+            if (found == kTalkerWords.end()) return text + " is none of auto, always, never";
+            text = std::to_string(found - kTalkerWords.begin());
+            return {};
+          },
+          ""};
+}
 
 CLI::App* addMonitor(CLI::App& program, MonitorOptions& options) {
   CLI::App* const command = program.add_subcommand(
@@ -21,18 +39,17 @@ CLI::App* addMonitor(CLI::App& program, MonitorOptions& options) {
       "Show the live fix of a receiver: one refreshed block on a terminal, one line a second "
       "otherwise. Ends with Ctrl-C.");
   command->add_option("--port", options.port, "The receiver's port (/dev/ttyUSB0, COM3)")
-      ->type_name("DEV");
+      ->option_text("DEV");
   command->add_option("--speed", options.speed, "Line speed in baud")
-      ->type_name("N")
-      ->check(CLI::PositiveNumber)
-      ->capture_default_str();
+      ->check(above0())
+      ->option_text("N (9600)");
   command->add_flag("--simulate", options.simulate, "A built-in trip instead of a receiver");
   command->add_option("--log", options.logPath, "Append what is received to this file")
-      ->type_name("FILE");
+      ->option_text("FILE");
   command->add_flag("--json", options.json, "Print one JSON object a second");
   command->add_option("--for", options.seconds, "End after so many seconds")
-      ->type_name("SECONDS")
-      ->check(CLI::PositiveNumber);
+      ->check(above0())
+      ->option_text("SECONDS");
   return command;
 }
 
@@ -41,20 +58,20 @@ CLI::App* addReplay(CLI::App& program, ReplayOptions& options) {
       "replay",
       "Read a recorded log (NMEA text, SiRF binary, or both) as fast as it goes and print the "
       "state it leads to.");
-  command->add_option("file", options.path, "The log")->required()->type_name("FILE");
+  command->add_option("FILE", options.path, "The log")->required()->option_text(" ");
   command->add_flag("--json", options.json, "Print the state as one JSON object");
   command->add_flag("--lines", options.lines, "Print one JSON object for each line of the log");
   command
       ->add_option("--talkers", options.talkers,
-                   "Read RMC, GGA and GSA of other talkers than GP: auto (when GP is silent), "
-                   "always, never")
-      ->transform(CLI::CheckedTransformer(kTalkerWords).description("auto|always|never"))
-      ->type_name("");
+                   "Whether RMC, GGA and GSA of other talkers than GP count: auto (when GP is "
+                   "silent), always, never")
+      ->transform(talkerWord())
+      ->option_text("auto|always|never");
   command
       ->add_option("--utc-offset", options.utcOffsetMinutes,
                    "UTC minus local time in minutes: -120 where clocks are two hours ahead of UTC")
-      ->type_name("MINUTES")
-      ->check(CLI::Range(-1440, 1440));
+      ->check(CLI::Range(-1440, 1440))
+      ->option_text("MINUTES");
   return command;
 }
 
@@ -63,11 +80,10 @@ CLI::App* addPorts(CLI::App& program, PortsOptions& options) {
       "ports",
       "Listen to every serial port for three seconds and tell where a receiver answers, and why "
       "not elsewhere.");
-  command->add_option("--port", options.ports, "Only these ports")->type_name("DEV");
+  command->add_option("--port", options.ports, "Only these ports")->option_text("DEV");
   command->add_option("--speed", options.speed, "Line speed in baud")
-      ->type_name("N")
-      ->check(CLI::PositiveNumber)
-      ->capture_default_str();
+      ->check(above0())
+      ->option_text("N (4800)");
   command->add_flag("--json", options.json, "Print JSON");
   return command;
 }
@@ -91,7 +107,6 @@ int finishOutput() {
 int runProgram(std::vector<std::string> arguments) {
   CLI::App program("Reads GPS receivers and their logs.", "vgps");
   program.set_version_flag("--version", std::string("vgps ") + kVersion, "Print the version");
-  program.require_subcommand(1);
   MonitorOptions monitorOptions;
   ReplayOptions replayOptions;
   PortsOptions portsOptions;
@@ -105,6 +120,9 @@ int runProgram(std::vector<std::string> arguments) {
     return program.exit(wanted);
   } catch (const CLI::ParseError& error) {
     return fail(firstLine(error.what()) + " (see vgps --help)");
+  }
+  if (program.get_subcommands().empty()) {
+    return fail("say what to do: monitor, replay or ports (see vgps --help)");
   }
   if (monitor->parsed()) return runMonitor(monitorOptions);
   if (replay->parsed()) return runReplay(replayOptions);

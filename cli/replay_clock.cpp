@@ -12,8 +12,8 @@ constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool isPositionSentence(std::string_view line) {
   if (line.size() < 7 || line[0] != '$' || line[6] != ',') return false;
-  const std::string_view kind = line.substr(3, 3);
-  return kind == "RMC" || kind == "GGA";
+  return (line[3] == 'R' && line[4] == 'M' && line[5] == 'C') ||
+         (line[3] == 'G' && line[4] == 'G' && line[5] == 'A');
 }
 
 // hhmmss[.decimals] in milliseconds since midnight, -1 when it is none.
