@@ -1,2 +1,21 @@
 # shellcheck shell=bash
-word_bench() { fail 'not yet'; }
+# Read by vexa: benchmarks. Programs that print, never tests: how fast this machine is today is no
+# fault of the code.
+
+# The word names a function below; each builds what it runs.
+word_bench() {
+  local name
+  [ $# -gt 0 ] || set -- nmea
+  for name; do
+    [ "$(type -t "bench_$name")" = function ] || fail "no benchmark '$name'; there is: nmea"
+  done
+  need build bench
+  for name; do "bench_$name"; done
+}
+
+bench_nmea() {
+  build_preset native vgps
+  build_preset bench bench_nmea bench_replay
+  build/bench/bin/bench_nmea
+  build/bench/bin/bench_replay build/native/bin/vgps build/bench/replay.nmea
+}
