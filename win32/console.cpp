@@ -1,44 +1,42 @@
 #include "platform/console.h"
 
 #include <windows.h>
-// After windows.h, which it needs.
+
 #include <shellapi.h>
 
 #include <atomic>
+#include <thread>
 #include <utility>
 
-#include "base/text.h"
+#include "win32/wide.h"
 
 namespace vgps {
 namespace {
 
-// The system calls a plain function, so what it shall do stands beside it.
-struct StopRequest {
-  std::function<void()> handler;
-  std::atomic<bool> asked{false};
-};
-StopRequest& stopRequest() {
-  static StopRequest request;
-  return request;
-}
+// A closed terminal ends the program as soon as the system's handler returns.
+constexpr DWORD kGraceMs = 5000;
 
-// Runs on a thread that the system starts for it. TRUE: the program goes on and ends itself.
-BOOL WINAPI onConsoleEvent(DWORD) {
-  if (stopRequest().asked.exchange(true)) return FALSE;
-  stopRequest().handler();
+// The system calls its handler with nothing but the kind of event.
+HANDLE stopRequested = nullptr;
+
+BOOL WINAPI onConsoleEvent(DWORD kind) {
+  static std::atomic<bool> asked{false};
+  if (asked.exchange(true)) return FALSE;  // a second time: the system ends the program
+  SetEvent(stopRequested);
+  if (kind != CTRL_C_EVENT && kind != CTRL_BREAK_EVENT) Sleep(kGraceMs);
   return TRUE;
 }
 
 }  // namespace
 
-std::vector<std::string> commandLineArguments(int, char**) {
+// The C library passes the arguments in the code page of the region, which cannot name all files.
+std::vector<std::string> commandLineArguments(int argc, char** argv) {
   std::vector<std::string> arguments;
   int count = 0;
-  wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
-  for (int i = 1; i < count; ++i) {
-    arguments.push_back(utf8FromUtf16(reinterpret_cast<const char16_t*>(words[i])));
-  }
-  LocalFree(words);
+  wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);
+  if (wide == nullptr) return {argv + (argc > 0 ? 1 : 0), argv + argc};
+  for (int i = 1; i < count; ++i) arguments.push_back(utf8FromWide(wide[i]));
+  LocalFree(wide);
   return arguments;
 }
 
@@ -47,7 +45,7 @@ bool outputIsTerminal() {
   DWORD mode = 0;
   if (!GetConsoleMode(output, &mode)) return false;
   SetConsoleOutputCP(CP_UTF8);
-  return SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+  return SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != FALSE;
 }
 
 int terminalColumns() {
@@ -57,7 +55,12 @@ int terminalColumns() {
 }
 
 void onStopRequest(std::function<void()> handler) {
-  stopRequest().handler = std::move(handler);
+  stopRequested = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  if (stopRequested == nullptr) return;
+  std::thread([handler = std::move(handler)] {
+    WaitForSingleObject(stopRequested, INFINITE);
+    handler();
+  }).detach();
   SetConsoleCtrlHandler(onConsoleEvent, TRUE);
 }
 
