@@ -6,16 +6,7 @@
 namespace vgps {
 namespace {
 
-constexpr bool isDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 constexpr bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-
-// Powers of ten that a double holds exactly.
-constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-// Up to this many digits a whole number fits a double exactly, and so one division by an exact
-// power of ten is correctly rounded (Clinger, "How to read floating point numbers accurately").
-constexpr int kExactDigits = 15;
 
 // Whether the digits from `begin` to `end`, known to be out of a double's range, are too large
 // (rather than too small): by the written exponent, or without one by a digit before the point.
@@ -35,7 +26,7 @@ double slowDouble(const char* begin, const char* end) {
 
 }  // namespace
 
-int32_t leadingInt(std::string_view text) {
+int32_t anyLeadingInt(std::string_view text) {
   const char* p = text.data();
   const char* const end = p + text.size();
   while (p != end && isBlank(*p)) ++p;
@@ -51,28 +42,15 @@ int32_t leadingInt(std::string_view text) {
   return static_cast<int32_t>(value < kTooLarge ? value : kTooLarge - 1);
 }
 
-double leadingDouble(std::string_view text) {
+double anyLeadingDouble(std::string_view text) {
   const char* p = text.data();
   const char* const end = p + text.size();
   while (p != end && isBlank(*p)) ++p;
   bool negative = false;
   if (p != end && (*p == '-' || *p == '+')) negative = *p++ == '-';
-  const char* const begin = p;
-  uint64_t mantissa = 0;
-  for (; p != end && isDigit(*p); ++p) mantissa = mantissa * 10 + static_cast<uint64_t>(*p - '0');
-  int64_t digits = p - begin;
-  int64_t decimals = 0;
-  if (p != end && *p == '.') {
-    const char* const point = ++p;
-    for (; p != end && isDigit(*p); ++p) mantissa = mantissa * 10 + static_cast<uint64_t>(*p - '0');
-    decimals = p - point;
-    digits += decimals;
-  }
-  if (digits == 0) return 0;
-  const bool exponent = p != end && (*p == 'e' || *p == 'E');
-  const double value = digits > kExactDigits || exponent
-                           ? slowDouble(begin, end)
-                           : static_cast<double>(mantissa) / kPowersOfTen[decimals];
+  // Left to the library: only digits or a point may begin a number here, no word.
+  if (p == end || !(isDigit(*p) || *p == '.')) return 0;
+  const double value = slowDouble(p, end);
   return negative ? -value : value;
 }
 

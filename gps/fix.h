@@ -54,7 +54,8 @@ struct FixRecord {
 // GSA and GSV share a number; who needs to tell them apart looks at the text.
 enum SentenceKind : int32_t { kNoSentence = 0, kRmc = 1, kGga = 2, kSatellites = 4 };
 
-// What one sentence said. Everything that the sentence lacks is zero.
+// What one sentence said: the record that its kind names. Everything that the sentence lacks is
+// zero.
 struct NmeaSentence {
   struct Position {  // RMC and RMCX
     int32_t valid;
@@ -88,7 +89,8 @@ struct NmeaSentence {
   };
 
   NmeaSentence();
-  void clear();
+  // Sets the kind and makes its record zero; the others are not looked at then.
+  void begin(int32_t newKind, int32_t newTag);
 };
 
 }  // namespace vgps

@@ -27,6 +27,8 @@ inline constexpr size_t kReadBufferSize = 10000;
 inline constexpr size_t kCarrySize = 5000;
 inline constexpr int kDefaultBaudRate = 9600;
 
+class Fields;
+
 // What the stream was last recognised as.
 enum InputProtocol : int32_t { kNmeaText = 0, kSirfBinary = 1, kSensorInput = 3 };
 
@@ -158,7 +160,8 @@ struct GpsFix : FixRecord {
   void takeSpeed(double knots, NmeaSentence::Position& out, bool apply);
   void parseGsa(std::string_view text, NmeaSentence::Active& out, bool apply);
   void parseGsv(std::string_view text, NmeaSentence::InView& out, bool apply);
-  void takeSatellites(std::string_view groups, NmeaSentence::InView& out, bool apply);
+  bool takeSatellite(const Fields& fields, size_t at, NmeaSentence::InView& out, bool apply);
+  void takeSatellites(const Fields& fields, NmeaSentence::InView& out, bool apply);
   void carryOver(std::string_view rest);
   void stepWhileShiftHeld();
   void processLine(std::string_view line);

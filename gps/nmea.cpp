@@ -1,9 +1,12 @@
 #include "gps/nmea.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "base/number.h"
 #include "geo/units.h"
+#include "gps/fields.h"
 #include "gps/gps_fix.h"
 
 namespace vgps {
@@ -12,41 +15,6 @@ namespace {
 constexpr int32_t kRmcTag = 0x88;
 constexpr int32_t kGgaTag = 0x410;
 constexpr int32_t kSatellitesTag = 0x3A0;
-
-// The commas of a sentence, found once; fields are cut out between them. Only the fields that a
-// sentence of fixed layout can have are kept, `size` stops counting there.
-class Fields {
- public:
-  static constexpr size_t kKept = 20;
-
-  explicit Fields(std::string_view text) : text_(text) {
-    starts_[0] = 0;
-    size_t at = 0;
-    while (size_ < kKept) {
-      const void* comma =
-          at < text.size() ? std::memchr(text.data() + at, ',', text.size() - at) : nullptr;
-      if (comma == nullptr) {
-        starts_[size_] = text.size() + 1;
-        return;
-      }
-      at = static_cast<size_t>(static_cast<const char*>(comma) - text.data()) + 1;
-      starts_[size_++] = at;
-    }
-  }
-
-  // How many fields there are, at most kKept.
-  size_t size() const { return size_; }
-  // Whether the field numbered `index` exists.
-  bool has(size_t index) const { return size_ > index; }
-  std::string_view operator[](size_t index) const {
-    return text_.substr(starts_[index], starts_[index + 1] - starts_[index] - 1);
-  }
-
- private:
-  std::string_view text_;
-  size_t size_ = 1;
-  std::array<size_t, kKept + 1> starts_;
-};
 
 double degreesOf(std::string_view field) {
   double degrees = 0;
@@ -130,17 +98,25 @@ uint8_t xorOf(std::string_view sentence) {
 }
 
 // The first six characters as one number, so that a sentence is told by integer compares.
-uint64_t nameKey(std::string_view text) {
-  uint64_t key = 0;
-  std::memcpy(&key, text.data(), 6);
-  return key;
+constexpr uint64_t nameKey(std::string_view text) {
+  std::array<char, 8> name{};
+  std::copy_n(text.data(), 6, name.data());
+  return std::bit_cast<uint64_t>(name);
 }
 
 }  // namespace
 
-NmeaSentence::NmeaSentence() { clear(); }
+NmeaSentence::NmeaSentence() { std::memset(static_cast<void*>(this), 0, sizeof *this); }
 
-void NmeaSentence::clear() { std::memset(static_cast<void*>(this), 0, sizeof *this); }
+// Only what a sentence of that kind can fill: the satellite records are large. The size comes from
+// a table so that the library clears it; compilers inline a slow instruction for a size they know.
+void NmeaSentence::begin(int32_t newKind, int32_t newTag) {
+  static constexpr std::array<size_t, 5> kRecordSizes = {0, sizeof rmc, sizeof gga, 0,
+                                                         std::max(sizeof gsa, sizeof gsv)};
+  kind = newKind;
+  tag = newTag;
+  std::memset(static_cast<void*>(&rmc), 0, kRecordSizes[static_cast<size_t>(newKind)]);
+}
 
 void splitFields(std::string_view sentence, std::vector<std::string_view>& fields) {
   fields.clear();
@@ -366,73 +342,74 @@ void GpsFix::parseGsa(std::string_view text, NmeaSentence::Active& out, bool app
 // $GPGSV,messages,message,in view,{prn,elevation,azimuth,snr} x 1..4*hh
 //   0       1        2       3      4      5        6     7
 void GpsFix::parseGsv(std::string_view text, NmeaSentence::InView& out, bool apply) {
-  const Fields head(text);
-  if (!head.has(2)) return;
-  if (leadingInt(head[2]) == 1 && apply) {
+  const Fields fields(text);
+  if (!fields.has(2)) return;
+  if (leadingInt(fields[2]) == 1 && apply) {
     for (SatelliteInfo& slot : satellites->slots) slot.visible = 0;
   }
-  if (head.has(6)) {
-    std::string_view rest = text.substr(static_cast<size_t>(head[4].data() - text.data()));
-    takeSatellites(rest, out, apply);
-  }
-  if (head.has(3)) {
-    out.inViewCount = leadingInt(head[3]);
+  if (fields.has(6)) takeSatellites(fields, out, apply);
+  if (fields.has(3)) {
+    out.inViewCount = leadingInt(fields[3]);
     if (apply) satellites->inViewCount = out.inViewCount;
   }
 }
 
+// Puts a group into its slot. False when the list ends there: slots are numbered by PRN.
+bool GpsFix::takeSatellite(const Fields& fields, size_t at, NmeaSentence::InView& out, bool apply) {
+  const int32_t prn = leadingInt(fields[at]);
+  if (prn >= kSatelliteSlots) return false;
+  if (prn < 0) return true;
+  SatelliteInfo& slot = out.slots[static_cast<size_t>(prn)];
+  slot.visible = 1;
+  slot.prn = prn;
+  slot.elevation = leadingFloat(fields[at + 1]);
+  slot.azimuth = leadingFloat(fields[at + 2]);
+  slot.snr = fields.has(at + 3) ? leadingFloat(fields[at + 3]) : 0;
+  if (apply) satellites->slots[static_cast<size_t>(prn)] = slot;
+  return true;
+}
+
 // Groups of four fields. The first may lack its last field (reads 0), later ones must be whole.
-void GpsFix::takeSatellites(std::string_view rest, NmeaSentence::InView& out, bool apply) {
-  const auto takeField = [&rest](std::string_view& field) {
-    if (rest.data() == nullptr) return false;
-    const size_t comma = rest.find(',');
-    field = rest.substr(0, comma);
-    rest = comma == std::string_view::npos ? std::string_view() : rest.substr(comma + 1);
-    return true;
-  };
-  for (bool first = true;; first = false) {
-    std::array<std::string_view, 4> group;
-    size_t count = 0;
-    while (count < group.size() && takeField(group[count])) ++count;
-    if (count < group.size() && !(first && count == 3)) return;
-    const int32_t prn = leadingInt(group[0]);
-    if (prn >= kSatelliteSlots) return;
-    if (prn < 0) continue;
-    SatelliteInfo& slot = out.slots[static_cast<size_t>(prn)];
-    slot.visible = 1;
-    slot.prn = prn;
-    slot.elevation = leadingFloat(group[1]);
-    slot.azimuth = leadingFloat(group[2]);
-    slot.snr = leadingFloat(group[3]);
-    if (apply) satellites->slots[static_cast<size_t>(prn)] = slot;
+void GpsFix::takeSatellites(const Fields& fields, NmeaSentence::InView& out, bool apply) {
+  static_assert(Fields::kKept % 4 == 0);
+  if (!takeSatellite(fields, 4, out, apply)) return;
+  size_t at = 8;
+  for (; at + 4 <= fields.size(); at += 4) {
+    if (!takeSatellite(fields, at, out, apply)) return;
+  }
+  bool more = fields.more();
+  for (std::string_view rest = more ? fields.rest() : std::string_view(); more;) {
+    const Fields further(rest);
+    for (at = 0; at + 4 <= further.size(); at += 4) {
+      if (!takeSatellite(further, at, out, apply)) return;
+    }
+    more = further.more();
+    if (more) rest = further.rest();
   }
 }
 
 bool GpsFix::parseSentence(std::string_view text, NmeaSentence& out, bool apply) {
-  static const uint64_t kGgaKey = nameKey("$GPGGA");
-  static const uint64_t kRmcKey = nameKey("$GPRMC");
-  static const uint64_t kGsaKey = nameKey("$GPGSA");
-  static const uint64_t kGsvKey = nameKey("$GPGSV");
-  out.clear();
+  out.begin(kNoSentence, 0);
   if (text.empty() || text[0] != '$') return false;
   if (text.size() < 6) return true;
-  const uint64_t key = nameKey(text);
-  const auto recognised = [&out](int32_t kind, int32_t tag) {
-    out.kind = kind;
-    out.tag = tag;
-  };
-  if (key == kGgaKey) {
-    recognised(kGga, kGgaTag);
-    parseGga(text, out.gga, apply);
-  } else if (key == kRmcKey) {
-    recognised(kRmc, kRmcTag);
-    parseRmc(text, out.rmc, apply);
-  } else if (key == kGsaKey) {
-    recognised(kSatellites, kSatellitesTag);
-    parseGsa(text, out.gsa, apply);
-  } else if (key == kGsvKey) {
-    recognised(kSatellites, kSatellitesTag);
-    parseGsv(text, out.gsv, apply);
+  switch (nameKey(text)) {
+    case nameKey("$GPGGA"):
+      out.begin(kGga, kGgaTag);
+      parseGga(text, out.gga, apply);
+      break;
+    case nameKey("$GPRMC"):
+      out.begin(kRmc, kRmcTag);
+      parseRmc(text, out.rmc, apply);
+      break;
+    case nameKey("$GPGSA"):
+      out.begin(kSatellites, kSatellitesTag);
+      parseGsa(text, out.gsa, apply);
+      break;
+    case nameKey("$GPGSV"):
+      out.begin(kSatellites, kSatellitesTag);
+      parseGsv(text, out.gsv, apply);
+      break;
+    default: break;
   }
   return true;
 }

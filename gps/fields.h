@@ -1,0 +1,75 @@
+#pragma once
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+// The fields of a sentence, cut in place.
+namespace vgps {
+
+// Bit i is set when character i of `text` is a comma; of the first 64 characters. Sentences are
+// full of commas: looking for one after the other costs more than reading the numbers between.
+inline uint64_t commaBits(std::string_view text) {
+  constexpr uint64_t kCommas = 0x2C2C2C2C2C2C2C2C;
+  constexpr uint64_t kSevenBits = 0x7F7F7F7F7F7F7F7F;
+  constexpr uint64_t kGather = 0x0102040810204080;
+  // Eight characters at a time: those that are commas become 0, all others keep a bit that is
+  // carried into their highest; a multiplication gathers the highest bits in one byte.
+  const auto bitsOfEight = [](const char* characters) {
+    uint64_t word = 0;
+    std::memcpy(&word, characters, sizeof word);
+    word ^= kCommas;
+    const uint64_t commas = ~(((word & kSevenBits) + kSevenBits) | word | kSevenBits) >> 7;
+    return commas * kGather >> 56;
+  };
+  const size_t length = text.size() < 64 ? text.size() : 64;
+  uint64_t bits = 0;
+  size_t at = 0;
+  if constexpr (std::endian::native == std::endian::little) {
+    for (; at + 8 <= length; at += 8) bits |= bitsOfEight(text.data() + at) << at;
+  }
+  for (; at < length; ++at) bits |= uint64_t{text[at] == ','} << at;
+  return bits;
+}
+
+// The first fields of a text, as many as a sentence of fixed layout can have.
+class Fields {
+ public:
+  static constexpr size_t kKept = 24;
+
+  explicit Fields(std::string_view text) : text_(text) {
+    starts_[0] = 0;
+    for (size_t block = 0; block < text.size(); block += 64) {
+      for (uint64_t bits = commaBits(text.substr(block)); bits != 0; bits &= bits - 1) {
+        starts_[size_] = block + static_cast<size_t>(std::countr_zero(bits)) + 1;
+        if (size_ == kKept) {
+          more_ = true;
+          return;
+        }
+        ++size_;
+      }
+    }
+    starts_[size_] = text.size() + 1;
+  }
+
+  // How many fields there are, at most kKept.
+  size_t size() const { return size_; }
+  // Whether the field numbered `index` exists.
+  bool has(size_t index) const { return size_ > index; }
+  std::string_view operator[](size_t index) const {
+    return {text_.data() + starts_[index], starts_[index + 1] - starts_[index] - 1};
+  }
+  // Whether there are more than kKept; the text of those.
+  bool more() const { return more_; }
+  std::string_view rest() const { return text_.substr(starts_[size_]); }
+
+ private:
+  std::string_view text_;
+  size_t size_ = 1;
+  bool more_ = false;
+  std::array<size_t, kKept + 1> starts_;
+};
+
+}  // namespace vgps
