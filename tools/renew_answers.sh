@@ -1,0 +1,18 @@
+#!/bin/bash
+# Renews the expected answers in tests/answers: the state to which each recorded log leads. Read the
+# difference before committing it.
+#
+#   tools/renew_answers.sh [PROGRAM]     PROGRAM: the vgps to ask, build/native/bin/vgps by default
+set -euo pipefail
+cd "$(dirname "$0")/.."
+program=${1:-build/native/bin/vgps}
+data=${VEXA_DATA:-../shared/data}
+
+if [ ! -d "$data/nmea" ]; then
+  echo "renew_answers: $data/nmea is missing, only the project's own logs are renewed" >&2
+fi
+for log in tests/logs/*.nmea tests/logs/*.log "$data"/nmea/*; do
+  [ -f "$log" ] || continue
+  "$program" replay --json "$log" >"tests/answers/$(basename "$log").json"
+done
+git --no-pager diff --stat -- tests/answers
