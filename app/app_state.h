@@ -41,6 +41,8 @@ struct UiFix {
   bool satellitesInUseKnown = false;
   bool dataSeen = false;      // a line has come since the connection was opened
   uint32_t lastDataTick = 0;  // when it came
+  bool fixSeen = false;       // likewise a position sentence or message with a fix
+  uint32_t lastFixTick = 0;
 };
 
 // Everything that the program knows, once. Made by the program's entry, handed down from there.
@@ -63,6 +65,10 @@ struct AppState {
   uint64_t epochsOffered = 0;
   // A complete fix for the recording or the route, whichever is going on.
   std::function<void(const UiFix&)> offerFix;
+
+  std::string sourceName;  // of the last connection, for a person: "COM3, 9600 baud"
+  std::string notice;      // one line that the status shows
+  bool nightColours = false;
 
   std::string lastSensorText;   // "SENS msg: ..."
   std::string lastMessageText;  // "Sirf msg ...", of binary input

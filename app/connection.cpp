@@ -8,11 +8,18 @@ namespace {
 constexpr uint32_t kOpeningFailed = 601;
 constexpr int kReaderEndMs = 2000;
 
+std::string nameOf(const SourceChoice& choice) {
+  if (choice.simulate) return "Simulation";
+  if (choice.useSensorApi) return "Location sensor";
+  return choice.port + ", " + std::to_string(choice.speed) + " baud";
+}
+
 }  // namespace
 
 bool connectReceiver(AppState& app, const SourceChoice& choice) {
   app.fix.close(true);
-  app.shown.dataSeen = false;
+  app.shown.dataSeen = app.shown.fixSeen = false;
+  app.sourceName = nameOf(choice);
   app.fix.setPort(choice.port, choice.speed);
   if (app.fix.open(choice.simulate, choice.useGpsApi, choice.useSensorApi, false)) return true;
   app.platform.window.tellError(textOf(kOpeningFailed));

@@ -51,10 +51,18 @@ void takeMessageText(AppState& app, const SirfMessage& message) {
   app.lastMessageText = text;
 }
 
+void noteArrival(UiFix& shown, bool binary, uint32_t tick) {
+  shown.dataSeen = true;
+  shown.lastDataTick = tick;
+  const int32_t kind = shown.fix.lastSentenceKind;
+  if (shown.fix.fixStatus == 0 || !(binary || kind == kRmc || kind == kGga)) return;
+  shown.fixSeen = true;
+  shown.lastFixTick = tick;
+}
+
 void onLine(AppState& app, const UiMessage& message) {
   copyFix(app);
-  app.shown.dataSeen = true;
-  app.shown.lastDataTick = app.platform.clock.tick();
+  noteArrival(app.shown, message.record != nullptr, app.platform.clock.tick());
   if (message.record == nullptr) offerEpoch(app);
   if (isSkipped(app)) return;
   if (message.record != nullptr) {

@@ -9,11 +9,13 @@ namespace vgps {
 class Window {
  public:
   virtual ~Window() = default;
-  // Draws the current screen anew and returns when it is drawn. On the user-interface thread.
+  // The current screen is drawn anew, at once or so soon that nobody sees the difference: the lines
+  // of one burst may share a drawing. On the user-interface thread.
   virtual void repaint() = 0;
-  // From any thread.
+  // From any thread; returns without waiting for the user-interface thread.
   virtual void setTitle(std::string_view title) = 0;
-  // Tells the person that something failed; on the user-interface thread.
+  // Tells the person that something failed and returns without waiting for an answer; on the
+  // user-interface thread.
   virtual void tellError(std::string_view text) = 0;
   // The stepping aid of the simulation; from any thread.
   virtual bool shiftHeld() = 0;

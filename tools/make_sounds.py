@@ -1,0 +1,43 @@
+#!/usr/bin/env python3
+"""Makes the program's sounds: short tones with soft edges, 8 bits, one channel.
+
+    tools/make_sounds.py        writes res/ok.wav and res/err2.wav
+"""
+import math
+import pathlib
+import struct
+import wave
+
+RATE = 11025
+LOUDNESS = 0.45
+
+# Each sound: tones one after the other as (hertz, milliseconds).
+SOUNDS = {
+    "ok.wav": [(880, 70), (1319, 130)],  # up: received
+    "err2.wav": [(622, 110), (415, 110), (311, 190)],  # down: lost
+}
+
+
+def tone(hertz, milliseconds):
+    count = RATE * milliseconds // 1000
+    for i in range(count):
+        second = i / RATE
+        rise = min(1, i / (RATE * 0.005))
+        fade = 1 - i / count
+        value = math.sin(2 * math.pi * hertz * second)
+        value += 0.3 * math.sin(4 * math.pi * hertz * second)
+        yield LOUDNESS * rise * fade * value / 1.3
+
+
+def main():
+    folder = pathlib.Path(__file__).resolve().parent.parent / "res"
+    for name, tones in SOUNDS.items():
+        samples = [value for part in tones for value in tone(*part)]
+        with wave.open(str(folder / name), "wb") as out:
+            out.setnchannels(1)
+            out.setsampwidth(1)
+            out.setframerate(RATE)
+            out.writeframes(b"".join(struct.pack("B", round(128 + 127 * s)) for s in samples))
+
+
+main()

@@ -1,0 +1,82 @@
+#include "win32/desktop.h"
+
+#include <commctrl.h>
+#include <ole2.h>
+
+#include <memory>
+
+#include "app/app_state.h"
+#include "app/connection.h"
+#include "app/scene_of.h"
+#include "platform/console.h"
+#include "win32/main_window.h"
+#include "win32/resource_sounds.h"
+#include "win32/start_options.h"
+#include "win32/window_door.h"
+
+namespace vgps {
+namespace {
+
+constexpr int kDoorShutMs = 500;
+
+// The thread that draws and shows dialogs is an apartment of its own.
+class OleSession {
+ public:
+  OleSession() : entered_(SUCCEEDED(OleInitialize(nullptr))) {}
+  OleSession(const OleSession&) = delete;
+  OleSession& operator=(const OleSession&) = delete;
+  ~OleSession() {
+    if (entered_) OleUninitialize();
+  }
+
+ private:
+  const bool entered_;
+};
+
+void applyStartOptions(AppState& app, const StartOptions& options) {
+  if (!options.notUnderstood.empty()) app.notice = "Not understood: " + options.notUnderstood;
+  if (!options.connects()) return;
+  connectReceiver(app,
+                  {.port = options.port, .speed = options.speed, .simulate = options.simulate});
+}
+
+int runMessageLoop() {
+  MSG message{};
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+  return static_cast<int>(message.wParam);
+}
+
+}  // namespace
+
+int runDesktop(HINSTANCE instance, int show) {
+  const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_STANDARD_CLASSES | ICC_WIN95_CLASSES};
+  InitCommonControlsEx(&controls);
+  const OleSession ole;
+  const GdiplusSession gdiplus;
+
+  const Clock& clock = systemClock();
+  ResourceSounds sounds;
+  WindowDoor door;
+  MainWindow window;
+  AppState app(Platform{clock, sounds, door, window, makeSerialPort, locationSensorManager()});
+  app.gps.options.utcOffsetMinutes = measureUtcOffset(clock.utc(), clock.local());
+  app.nightColours = isNightHour(clock.local());
+
+  const HWND handle = window.create(instance, app);
+  if (handle == nullptr) return 1;
+  door.open(handle, app.fix);
+  ShowWindow(handle, show);
+  applyStartOptions(app, parseStartOptions(commandLineArguments(0, nullptr)));
+  const int result = runMessageLoop();
+
+  if (IsWindow(handle)) DestroyWindow(handle);  // the loop was ended from outside
+  door.shut(kDoorShutMs);
+  // A reader that hangs in a driver must find nothing destroyed: the system ends it.
+  if (!stopReceiver(app)) ExitProcess(static_cast<UINT>(result));
+  return result;
+}
+
+}  // namespace vgps

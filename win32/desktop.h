@@ -1,0 +1,10 @@
+#pragma once
+
+#include <windows.h>
+
+namespace vgps {
+
+// The desktop program from its start to its end; the exit code. `show`: how the window first shows.
+int runDesktop(HINSTANCE instance, int show);
+
+}  // namespace vgps

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <windows.h>
+
+#include <objidl.h>
+
+// GDI+ takes min and max from the global namespace.
+#include <algorithm>
+namespace Gdiplus {
+using std::max;
+using std::min;
+}  // namespace Gdiplus
+#include <gdiplus.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <tuple>
+
+#include "platform/canvas.h"
+
+namespace vgps {
+
+// GDI+ runs while this lives; everything made with it must be gone before.
+class GdiplusSession {
+ public:
+  GdiplusSession();
+  GdiplusSession(const GdiplusSession&) = delete;
+  GdiplusSession& operator=(const GdiplusSession&) = delete;
+  ~GdiplusSession();
+
+ private:
+  ULONG_PTR token_ = 0;
+};
+
+// The fonts of a canvas, made once: a screen asks for the same dozen every time.
+class GdiplusFonts {
+ public:
+  // Null when the system has neither the family nor any to fall back to.
+  const Gdiplus::Font* get(const Font& font);
+
+ private:
+  using Key = std::tuple<std::string, int, bool>;  // family, sixteenths of a pixel, bold
+  std::map<Key, std::unique_ptr<Gdiplus::Font>> fonts_;
+};
+
+// Draws into a device context, usually one in memory.
+class GdiplusCanvas : public Canvas {
+ public:
+  GdiplusCanvas(HDC target, int width, int height, GdiplusFonts& fonts);
+
+  Rect bounds() const override { return bounds_; }
+  void clear(Colour colour) override;
+  void line(Point from, Point to, const Pen& pen) override;
+  void polyline(std::span<const Point> points, const Pen& pen) override;
+  void fillRect(const Rect& rect, Colour colour) override;
+  void fillPolygon(std::span<const Point> points, Colour colour) override;
+  void ellipse(const Rect& box, const Pen& pen) override;
+  void fillEllipse(const Rect& box, Colour colour) override;
+  void text(std::string_view text, const Rect& box, const Font& font, Colour colour,
+            Align align) override;
+  float textWidth(std::string_view text, const Font& font) override;
+
+  // The first failure since the canvas was made; Ok when all went well.
+  Gdiplus::Status status() const { return status_; }
+
+ private:
+  void check(Gdiplus::Status status);
+
+  Gdiplus::Graphics graphics_;
+  Gdiplus::StringFormat format_;
+  Rect bounds_;
+  GdiplusFonts& fonts_;
+  Gdiplus::Status status_ = Gdiplus::Ok;
+};
+
+}  // namespace vgps

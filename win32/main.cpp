@@ -1,0 +1,7 @@
+#include <windows.h>
+
+#include "win32/desktop.h"
+
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int show) {
+  return vgps::runDesktop(instance, show);
+}

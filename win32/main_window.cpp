@@ -1,0 +1,217 @@
+#include "win32/main_window.h"
+
+#include <algorithm>
+
+#include "app/app_state.h"
+#include "app/on_line.h"
+#include "app/scene_of.h"
+#include "display/readout.h"
+#include "display/readout_text.h"
+#include "res/resource_ids.h"
+#include "win32/wide.h"
+#include "win32/window_door.h"
+
+namespace vgps {
+namespace {
+
+constexpr UINT kTitleChanged = WM_APP + 1;
+constexpr UINT kErrorsWaiting = WM_APP + 2;
+
+// Far from the numbers of the program's own timers.
+constexpr UINT_PTR kDrawTimer = 1001;
+constexpr UINT_PTR kStatusTimer = 1002;
+constexpr UINT kDrawDelayMs = 30;       // the lines of one burst arrive within it
+constexpr UINT kStatusPeriodMs = 1000;  // ages are shown in seconds
+
+// The size at 96 dots per inch.
+constexpr int kClientWidth = 800;
+constexpr int kClientHeight = 480;
+constexpr int kSmallestWidth = 240;
+constexpr int kSmallestHeight = 180;
+
+int systemDpi() {
+  const HDC screen = GetDC(nullptr);
+  const int dpi = screen == nullptr ? 0 : GetDeviceCaps(screen, LOGPIXELSX);
+  if (screen != nullptr) ReleaseDC(nullptr, screen);
+  return dpi > 0 ? dpi : USER_DEFAULT_SCREEN_DPI;
+}
+
+SIZE windowSizeFor(int clientWidth, int clientHeight) {
+  const int dpi = systemDpi();
+  RECT frame{0, 0, MulDiv(clientWidth, dpi, USER_DEFAULT_SCREEN_DPI),
+             MulDiv(clientHeight, dpi, USER_DEFAULT_SCREEN_DPI)};
+  AdjustWindowRectEx(&frame, WS_OVERLAPPEDWINDOW, FALSE, 0);
+  return {frame.right - frame.left, frame.bottom - frame.top};
+}
+
+bool registerClass(HINSTANCE instance, WNDPROC procedure) {
+  WNDCLASSEXW description{};
+  description.cbSize = sizeof description;
+  description.style = CS_HREDRAW | CS_VREDRAW;
+  description.lpfnWndProc = procedure;
+  description.hInstance = instance;
+  description.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(PROGRAM_ICON));
+  description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  description.lpszClassName = kMainWindowClass;
+  return RegisterClassExW(&description) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+}
+
+// What the status says and time alone changes.
+std::string statusOf(const Scene& scene) {
+  const ReadoutTexts texts = readoutTexts(scene);
+  return texts.state + '\n' + texts.age + '\n' + texts.rate + '\n' + scene.notice;
+}
+
+}  // namespace
+
+HWND MainWindow::create(HINSTANCE instance, AppState& app) {
+  if (!registerClass(instance, procedure)) return nullptr;
+  app_ = &app;
+  const SIZE size = windowSizeFor(kClientWidth, kClientHeight);
+  CreateWindowExW(0, kMainWindowClass, kProgramTitle, WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
+                  CW_USEDEFAULT, size.cx, size.cy, nullptr, nullptr, instance, this);
+  if (window_ != nullptr) SetTimer(window_, kStatusTimer, kStatusPeriodMs, nullptr);
+  return window_;
+}
+
+LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
+  if (message == WM_NCCREATE) {
+    const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(second);
+    auto* const created = static_cast<MainWindow*>(creation->lpCreateParams);
+    created->window_ = window;
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
+  }
+  auto* const self = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  if (self == nullptr) return DefWindowProcW(window, message, first, second);
+  return self->handle(message, first, second);
+}
+
+LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
+  if (handleUiMessage(message, first, second)) return WindowDoor::kHandled;
+  switch (message) {
+    case WM_PAINT: paint(); return 0;
+    case WM_ERASEBKGND: return 1;  // everything is drawn anyhow, and erasing would flicker
+    case WM_PRINTCLIENT: {
+      RECT client{};
+      GetClientRect(window_, &client);
+      drawInto(reinterpret_cast<HDC>(first), client.right, client.bottom);
+      return 0;
+    }
+    case WM_TIMER: onTimer(first); return 0;
+    case WM_KEYDOWN: onKey(first); return 0;
+    case WM_DPICHANGED: onDpiChanged(*reinterpret_cast<const RECT*>(second)); return 0;
+    case WM_GETMINMAXINFO: keepReadable(*reinterpret_cast<MINMAXINFO*>(second)); return 0;
+    case kTitleChanged: showTitle(); return 0;
+    case kErrorsWaiting: showErrors(); return 0;
+    case WM_DESTROY: PostQuitMessage(0); return 0;
+    case WM_NCDESTROY: {
+      const HWND window = std::exchange(window_, nullptr);
+      SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+      return DefWindowProcW(window, message, first, second);
+    }
+    default: return DefWindowProcW(window_, message, first, second);
+  }
+}
+
+bool MainWindow::handleUiMessage(UINT message, WPARAM first, LPARAM second) {
+  std::string text;
+  UiMessage event;
+  if (!readUiMessage(message, first, second, app_->fix, text, event)) return false;
+  onUiMessage(*app_, event);
+  return true;
+}
+
+void MainWindow::onTimer(WPARAM timer) {
+  if (timer == kStatusTimer) watchStatus();
+  if (timer != kDrawTimer) return;
+  KillTimer(window_, kDrawTimer);
+  InvalidateRect(window_, nullptr, FALSE);
+}
+
+void MainWindow::onKey(WPARAM key) {
+  if (key == VK_SPACE) app_->gps.simulation.step();
+}
+
+// Moved to a screen of another density: the system has worked out the size to keep.
+void MainWindow::onDpiChanged(const RECT& suggested) {
+  SetWindowPos(window_, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
+               suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void MainWindow::keepReadable(MINMAXINFO& limits) const {
+  const SIZE smallest = windowSizeFor(kSmallestWidth, kSmallestHeight);
+  limits.ptMinTrackSize = {smallest.cx, smallest.cy};
+}
+
+// Without data nobody asks for a repaint, yet ages grow and a silent receiver has to be shown as
+// silent. Nothing is drawn while the text stays the same.
+void MainWindow::watchStatus() {
+  if (statusOf(sceneOf(*app_)) == paintedStatus_) return;
+  if (app_->repaints.due(app_->platform.clock.tick())) repaint();
+}
+
+void MainWindow::repaint() { SetTimer(window_, kDrawTimer, kDrawDelayMs, nullptr); }
+
+void MainWindow::paint() {
+  PAINTSTRUCT paint;
+  const HDC screen = BeginPaint(window_, &paint);
+  if (screen == nullptr) return;
+  RECT client{};
+  GetClientRect(window_, &client);
+  const HDC buffer =
+      backBuffer_.prepare(screen, std::max<int>(client.right, 1), std::max<int>(client.bottom, 1));
+  if (buffer != nullptr) {
+    drawInto(buffer, client.right, client.bottom);
+    BitBlt(screen, 0, 0, client.right, client.bottom, buffer, 0, 0, SRCCOPY);
+  }
+  EndPaint(window_, &paint);
+}
+
+void MainWindow::drawInto(HDC target, int width, int height) {
+  const Scene scene = sceneOf(*app_);
+  GdiplusCanvas canvas(target, width, height, fonts_);
+  drawReadout(canvas, scene);
+  paintedStatus_ = statusOf(scene);
+  if (canvas.status() != Gdiplus::Ok) OutputDebugStringW(L"the screen could not be drawn\n");
+}
+
+// The reader must not wait for the window here, so the text is left for it to fetch.
+void MainWindow::setTitle(std::string_view title) {
+  {
+    const std::lock_guard lock(titleMutex_);
+    title_ = wideFromUtf8(title);
+  }
+  PostMessageW(window_, kTitleChanged, 0, 0);
+}
+
+void MainWindow::showTitle() {
+  std::wstring title;
+  {
+    const std::lock_guard lock(titleMutex_);
+    title = title_;
+  }
+  SetWindowTextW(window_, title.c_str());
+}
+
+// A message box runs until the person answers, and the caller may be a reader that waits.
+void MainWindow::tellError(std::string_view text) {
+  errors_.push_back(wideFromUtf8(text));
+  PostMessageW(window_, kErrorsWaiting, 0, 0);
+}
+
+void MainWindow::showErrors() {
+  if (showingErrors_) return;
+  showingErrors_ = true;
+  while (!errors_.empty() && window_ != nullptr) {
+    const std::wstring text = errors_.front();
+    errors_.pop_front();
+    MessageBoxW(window_, text.c_str(), kProgramTitle, MB_OK | MB_ICONERROR);
+  }
+  showingErrors_ = false;
+}
+
+bool MainWindow::shiftHeld() { return GetAsyncKeyState(VK_SHIFT) < 0; }
+
+void MainWindow::pressSpace() { PostMessageW(window_, WM_KEYDOWN, VK_SPACE, 0); }
+
+}  // namespace vgps

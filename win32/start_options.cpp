@@ -1,0 +1,52 @@
+#include "win32/start_options.h"
+
+#include <string_view>
+
+#include "base/number.h"
+
+namespace vgps {
+namespace {
+
+void refuse(StartOptions& options, std::string_view argument) {
+  if (!options.notUnderstood.empty()) options.notUnderstood += ' ';
+  options.notUnderstood += argument;
+}
+
+bool takeSpeed(StartOptions& options, std::string_view value) {
+  const int32_t speed = leadingInt(value);
+  if (speed <= 0 || value.find_first_not_of("0123456789") != std::string_view::npos) return false;
+  options.speed = static_cast<uint32_t>(speed);
+  return true;
+}
+
+bool takeValue(StartOptions& options, std::string_view name, std::string_view value) {
+  if (name == "--speed") return takeSpeed(options, value);
+  if (value.empty()) return false;
+  options.port = value;
+  return true;
+}
+
+}  // namespace
+
+StartOptions parseStartOptions(std::span<const std::string> arguments) {
+  StartOptions options;
+  for (size_t i = 0; i < arguments.size(); ++i) {
+    const std::string_view argument = arguments[i];
+    const size_t equals = argument.find('=');
+    const std::string_view name = argument.substr(0, equals);
+    if (argument == "--simulate") {
+      options.simulate = true;
+    } else if (name != "--port" && name != "--speed") {
+      refuse(options, argument);
+    } else if (equals != std::string_view::npos) {
+      if (!takeValue(options, name, argument.substr(equals + 1))) refuse(options, argument);
+    } else if (i + 1 == arguments.size() || arguments[i + 1].starts_with("--")) {
+      refuse(options, argument);  // its value is missing
+    } else if (!takeValue(options, name, arguments[++i])) {
+      refuse(options, std::string(argument) + ' ' + arguments[i]);
+    }
+  }
+  return options;
+}
+
+}  // namespace vgps

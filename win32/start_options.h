@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "gps/gps_fix.h"
+
+namespace vgps {
+
+// What the command line of the desktop program says.
+struct StartOptions {
+  std::string port;
+  uint32_t speed = kDefaultBaudRate;
+  bool simulate = false;
+  std::string notUnderstood;  // the arguments that mean nothing, with a blank between them
+
+  bool connects() const { return simulate || !port.empty(); }
+};
+
+// "--port COM3 --speed=4800 --simulate", with a blank or "=" before the value. What it does not
+// know is passed over, so that an old shortcut with a switch of another version still starts the
+// program.
+StartOptions parseStartOptions(std::span<const std::string> arguments);
+
+}  // namespace vgps
