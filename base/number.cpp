@@ -48,8 +48,9 @@ double anyLeadingDouble(std::string_view text) {
   while (p != end && isBlank(*p)) ++p;
   bool negative = false;
   if (p != end && (*p == '-' || *p == '+')) negative = *p++ == '-';
-  // Left to the library: only digits or a point may begin a number here, no word.
-  if (p == end || !(isDigit(*p) || *p == '.')) return 0;
+  // The rest is left to the library, but for words: a number begins with a digit here.
+  const char* const first = p != end && *p == '.' ? p + 1 : p;
+  if (first == end || !isDigit(*first)) return 0;
   const double value = slowDouble(p, end);
   return negative ? -value : value;
 }

@@ -1,3 +1,4 @@
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -25,7 +26,8 @@ double referenceDouble(std::string_view field) {
 
 void checkField(std::string_view field) {
   const double value = leadingDouble(field);
-  require(value == referenceDouble(field));
+  const double reference = referenceDouble(field);
+  require(value == reference && std::signbit(value) == std::signbit(reference));
   require(field.find_first_of(",") == std::string_view::npos);
   int32_t milliseconds = 0;
   int32_t millisecondsAlone = 0;

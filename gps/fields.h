@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -61,9 +62,18 @@ class Fields {
   std::string_view operator[](size_t index) const {
     return {text_.data() + starts_[index], starts_[index + 1] - starts_[index] - 1};
   }
+  std::string_view orEmpty(size_t index) const {
+    return has(index) ? (*this)[index] : std::string_view();
+  }
   // Whether there are more than kKept; the text of those.
   bool more() const { return more_; }
   std::string_view rest() const { return text_.substr(starts_[size_]); }
+  // How many there are in all.
+  size_t count() const {
+    if (!more_) return size_;
+    const std::string_view others = rest();
+    return size_ + 1 + static_cast<size_t>(std::count(others.begin(), others.end(), ','));
+  }
 
  private:
   std::string_view text_;

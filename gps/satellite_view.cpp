@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/number.h"
+#include "gps/fields.h"
 #include "gps/sentence_name.h"
 
 namespace vgps {
@@ -11,33 +12,8 @@ namespace {
 // A talker that has said nothing for so long has no say in the view any more.
 constexpr uint32_t kForgetMs = 30000;
 
-// Takes fields off a sentence until its checksum or its end.
-class FieldReader {
- public:
-  explicit FieldReader(std::string_view line) : rest_(line.substr(0, line.find('*'))) {}
-
-  bool atEnd() const { return ended_; }
-
-  // Fields are short: looking at each character beats a call that is made for long texts.
-  std::string_view next() {
-    size_t comma = 0;
-    while (comma < rest_.size() && rest_[comma] != ',') ++comma;
-    const std::string_view field = rest_.substr(0, comma);
-    ended_ = comma == rest_.size();
-    rest_.remove_prefix(ended_ ? comma : comma + 1);
-    return field;
-  }
-
-  int32_t nextInt() { return leadingInt(next()); }
-
-  size_t left() const {
-    return ended_ ? 0 : 1 + static_cast<size_t>(std::count(rest_.begin(), rest_.end(), ','));
-  }
-
- private:
-  std::string_view rest_;
-  bool ended_ = false;
-};
+// The fields of a sentence without its checksum.
+Fields fieldsOf(std::string_view line) { return Fields(line.substr(0, line.find('*'))); }
 
 struct Range {
   int32_t first;
@@ -129,22 +105,23 @@ void SatelliteView::take(std::string_view line, uint32_t tick) {
 
 // $GPGSV,messages,message,in view,{id,elevation,azimuth,snr} x 0..4[,signal]*hh
 void SatelliteView::takeGsv(std::string_view line, uint32_t tick) {
+  constexpr size_t kHead = 4;
   const uint64_t talker = talkerOf(line);
-  FieldReader fields(line);
-  fields.next();
-  const int32_t messages = fields.nextInt();
-  const int32_t message = fields.nextInt();
-  fields.next();
-  const size_t left = fields.left();
+  const Fields fields = fieldsOf(line);
+  const int32_t messages = leadingInt(fields.orEmpty(1));
+  const int32_t message = leadingInt(fields.orEmpty(2));
+  const size_t all = fields.count();
+  const size_t left = all > kHead ? all - kHead : 0;
   const size_t groups = left / 4 + (left % 4 == 3 ? 1 : 0);
   std::array<ViewedSatellite, 4> listed;
   const size_t count = std::min(groups, listed.size());
   size_t found = 0;
   for (size_t i = 0; i < count; ++i) {
-    const std::string_view id = fields.next();
-    const std::string_view elevation = fields.next();
-    const std::string_view azimuth = fields.next();
-    const std::string_view snr = fields.atEnd() ? std::string_view() : fields.next();
+    const size_t at = kHead + 4 * i;
+    const std::string_view id = fields[at];
+    const std::string_view elevation = fields[at + 1];
+    const std::string_view azimuth = fields[at + 2];
+    const std::string_view snr = fields.orEmpty(at + 3);
     if (id.empty()) continue;
     ViewedSatellite& satellite = listed[found++];
     satellite.id = leadingInt(id);
@@ -154,7 +131,7 @@ void SatelliteView::takeGsv(std::string_view line, uint32_t tick) {
     satellite.positionKnown = !elevation.empty() && !azimuth.empty();
     satellite.snr = static_cast<float>(leadingDouble(snr));
   }
-  const int signal = left % 4 == 1 ? hexValue(fields.next()) : 0;
+  const int signal = left % 4 == 1 ? hexValue(fields[kHead + 4 * count]) : 0;
   const Source source = {static_cast<uint16_t>(talker), static_cast<uint8_t>(signal)};
   beginOrContinueCycle(source, message, tick);
   for (size_t i = 0; i < found; ++i) {
@@ -233,17 +210,15 @@ void SatelliteView::dropSilentSources(uint32_t tick) {
 
 // $GPGSA,mode,fix,id x 12,pdop,hdop,vdop[,system]*hh
 void SatelliteView::takeGsa(std::string_view line, uint32_t tick) {
-  constexpr int kChannels = 12;
-  FieldReader fields(line);
-  for (int i = 0; i < 3; ++i) fields.next();
+  constexpr size_t kChannels = 12;
+  constexpr size_t kSystemField = 18;
+  const Fields fields = fieldsOf(line);
   std::array<int32_t, kChannels> ids{};
   size_t count = 0;
-  for (int i = 0; i < kChannels && !fields.atEnd(); ++i) {
-    const std::string_view field = fields.next();
-    if (!field.empty()) ids[count++] = leadingInt(field);
+  for (size_t i = 3; i < 3 + kChannels && fields.has(i); ++i) {
+    if (!fields[i].empty()) ids[count++] = leadingInt(fields[i]);
   }
-  for (int i = 0; i < 3 && !fields.atEnd(); ++i) fields.next();
-  const int number = fields.atEnd() ? 0 : hexValue(fields.next());
+  const int number = hexValue(fields.orEmpty(kSystemField));
   UsedSet* set = usedSetOf({static_cast<uint16_t>(talkerOf(line)), static_cast<uint8_t>(number)});
   if (set == nullptr) return;
   // Several GSA of one source in a row list more than twelve; the next epoch starts anew.

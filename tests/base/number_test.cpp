@@ -73,6 +73,7 @@ TEST(Number, DecimalsReadTheSameDoubleAsTheCLibrary) {
 TEST(Number, WordsAndHexadecimalDigitsAreNoNumbers) {
   for (const char* text : {"nan", "NAN", "inf", "-infinity", "x", "", ".", "-.", "e5", "+-1"}) {
     EXPECT_EQ(leadingDouble(text), 0) << text;
+    EXPECT_FALSE(std::signbit(leadingDouble(text))) << text;
   }
   EXPECT_EQ(leadingDouble("0x1A"), 0);
   const std::string digits(100000, '7');
