@@ -120,7 +120,7 @@ class ReceiverRate : public testing::TestWithParam<int> {};
 
 TEST_P(ReceiverRate, EverySentenceArrivesAndEveryEpochInTime) {
   const int perSecond = GetParam();
-  const int epochs = perSecond == 1 ? 2 : 2 * perSecond;
+  const int epochs = 2 * perSecond;
   Pty line;
   LiveWorld world(line.path());
   Receiver receiver(line, perSecond, epochs);
@@ -141,12 +141,10 @@ TEST_P(ReceiverRate, EverySentenceArrivesAndEveryEpochInTime) {
   for (int epoch = 0; epoch < epochs; ++epoch)
     EXPECT_EQ(arrived[static_cast<size_t>(epoch)], epoch);
   // A loaded machine may hold up one of ten.
-  if (perSecond >= 5) {
-    EXPECT_GE(inTime * 10, epochs * 9);
-  }
+  EXPECT_GE(inTime * 10, epochs * 9);
 }
 
-INSTANTIATE_TEST_SUITE_P(OneFiveTen, ReceiverRate, testing::Values(1, 5, 10));
+INSTANTIATE_TEST_SUITE_P(Hertz, ReceiverRate, testing::Values(5, 10));
 
 // At 4800 baud an epoch takes longer than a block may last. GGA and RMC of 200 bytes come in two
 // blocks, more than 100 ms apart, so each opens a burst of its own: automatically both are offered.

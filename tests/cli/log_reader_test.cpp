@@ -1,0 +1,89 @@
+#include "cli/log_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace vgps {
+namespace {
+
+using namespace std::string_literals;
+
+// Gives a log in portions, as a file or a pipe would.
+LogReader::Source portions(const std::string& log, size_t portion) {
+  return [log, portion, at = size_t{0}](std::span<char> buffer) mutable {
+    const size_t count = std::min({buffer.size(), portion, log.size() - at});
+    log.copy(buffer.data(), count, at);
+    at += count;
+    return count;
+  };
+}
+
+// The pieces as text; binary ones in angle brackets. Every chunk is checked on the way.
+std::vector<std::string> pieces(const std::string& log, size_t portion, size_t blockSize) {
+  LogReader reader(portions(log, portion), blockSize);
+  std::vector<std::string> found;
+  LogPiece piece;
+  while (reader.next(piece)) {
+    const std::string text(piece.text);
+    EXPECT_EQ(piece.chunk, piece.binary ? text : text + "\r\n");
+    found.push_back(piece.binary ? "<" + text + ">" : text);
+  }
+  EXPECT_FALSE(reader.next(piece));
+  return found;
+}
+
+const std::string kEmptyMessage = "\xA0\xA2\0\0\0\0\xB0\xB3"s;
+const std::string kMessage = "\xA0\xA2\0\x05\r\n$\xA0\xA2\0\0\xB0\xB3"s;
+
+TEST(LogReader, Pieces) {
+  const struct {
+    const char* about;
+    std::string log;
+    std::vector<std::string> pieces;
+  } rows[] = {
+      {"nothing", "", {}},
+      {"CR LF", "a\r\nb\r\n", {"a", "b"}},
+      {"LF", "a\nb\n", {"a", "b"}},
+      {"CR", "a\rb\r", {"a", "b"}},
+      {"CR CR LF gives a blank line", "a\r\r\nb\r\r\n", {"a", "", "b", ""}},
+      {"LF CR too", "a\n\rb\n", {"a", "", "b"}},
+      {"blank lines", "\r\n\n\r", {"", "", ""}},
+      {"no end on the last line", "a\r\nb", {"a", "b"}},
+      {"only a CR at the very end", "a\nb\r", {"a", "b"}},
+      {"zero bytes and bytes outside ASCII", "a\0b\xFF\n\0\n"s, {"a\0b\xFF"s, "\0"s}},
+      {"a message in front", kMessage + "a\r\n", {"<" + kMessage + ">", "a"}},
+      {"messages back to back",
+       kEmptyMessage + kMessage,
+       {"<" + kEmptyMessage + ">", "<" + kMessage + ">"}},
+      {"text behind a message at once",
+       kEmptyMessage + "$GP\r\n" + kMessage + "\n",
+       {"<" + kEmptyMessage + ">", "$GP", "<" + kMessage + ">", ""}},
+      {"a message's start inside a line is text", "a\xA0\xA2\0\0\n"s, {"a\xA0\xA2\0\0"s}},
+      {"one byte of a start", "\xA0\n\xA0", {"\xA0", "\xA0"}},
+      {"a message cut short", kMessage.substr(0, 7), {"<" + kMessage.substr(0, 7) + ">"}},
+      {"a message's header cut short", "\xA0\xA2\x01", {"<\xA0\xA2\x01>"}},
+  };
+  for (const auto& row : rows) {
+    // Every way in which blocks can fall, down to one byte at a time.
+    for (const size_t portion : {1, 2, 3, 1000}) {
+      for (const size_t blockSize : {1, 3, 8, 100}) {
+        EXPECT_EQ(pieces(row.log, portion, blockSize), row.pieces)
+            << row.about << ", portions of " << portion << " into " << blockSize;
+      }
+    }
+  }
+}
+
+TEST(LogReader, ALineWithoutEndIsCutAtTheLongestLine) {
+  const std::string log(LogReader::kLongestLine * 2 + 10, 'x');
+  const std::vector<std::string> found = pieces(log + "\nend\n", 100000, 1000);
+  ASSERT_EQ(found.size(), 4U);
+  EXPECT_EQ(found[0].size(), LogReader::kLongestLine);
+  EXPECT_EQ(found[1].size(), LogReader::kLongestLine);
+  EXPECT_EQ(found[2].size(), 10U);
+  EXPECT_EQ(found[3], "end");
+}
+
+}  // namespace
+}  // namespace vgps

@@ -1,0 +1,242 @@
+// `vgps monitor` and `vgps ports` with a receiver on a pseudo-terminal.
+#include <filesystem>
+#include <random>
+
+#include "tests/posix/pty.h"
+#include "tests/program/program.h"
+
+namespace vgps {
+namespace {
+
+using nlohmann::json;
+using std::chrono::milliseconds;
+
+const std::string kRmc = "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230324,003.1,W*61\r\n";
+const std::string kGga = "$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*47\r\n";
+const std::string kGsa = "$GPGSA,A,3,04,05,,09,12,,,24,,,,,2.5,1.3,2.1*39\r\n";
+
+// A whole number out of the last JSON object that the program printed, -1 without one.
+int64_t counted(const Program& program, const char* kind) {
+  const json state = program.lastJson();
+  return state.is_object() ? state["sentences"][kind].get<int64_t>() : -1;
+}
+
+bool says(const std::string& text, const std::string& what) {
+  return text.find(what) != std::string::npos;
+}
+
+// Epochs at a rate, each cut anywhere.
+void play(Pty& line, int perSecond, int epochs) {
+  std::mt19937 random(static_cast<unsigned>(perSecond));
+  auto next = std::chrono::steady_clock::now();
+  for (int epoch = 0; epoch < epochs; ++epoch) {
+    std::string rest = kGga + kGsa + kRmc;
+    while (!rest.empty()) {
+      const size_t piece = std::min<size_t>(rest.size(), 1 + random() % 90);
+      line.write(rest.substr(0, piece));
+      rest.erase(0, piece);
+      std::this_thread::sleep_for(milliseconds(random() % 5));
+    }
+    next += milliseconds(1000 / perSecond);
+    std::this_thread::sleep_until(next);
+  }
+}
+
+TEST(Monitor, DeliversEverySentenceAtOneFiveAndTenHertz) {
+  struct Run {
+    int perSecond;
+    Pty line{};
+    std::unique_ptr<Program> program{};
+    std::thread receiver{};
+  };
+  std::vector<std::unique_ptr<Run>> runs;
+  for (const int perSecond : {1, 5, 10}) {
+    runs.push_back(std::make_unique<Run>(perSecond));
+    Run& run = *runs.back();
+    run.program.reset(new Program({"monitor", "--json", "--port", run.line.path()}));
+    run.receiver = std::thread([&run] { play(run.line, run.perSecond, 2 * run.perSecond); });
+  }
+  for (auto& run : runs) {
+    const int64_t sentences = 6 * run->perSecond;
+    Program& program = *run->program;
+    EXPECT_TRUE(program.readUntil([&] { return counted(program, "total") >= sentences; }));
+    run->receiver.join();
+    const json state = program.lastJson();
+    ASSERT_TRUE(state.is_object());
+    EXPECT_EQ(state["sentences"]["total"], sentences);
+    EXPECT_EQ(state["sentences"]["rmc"], 2 * run->perSecond);
+    EXPECT_EQ(state["sentences"]["checksumWrong"], 0);
+    EXPECT_EQ(state["sentences"]["rejected"], 0);
+    EXPECT_EQ(state["fix"]["latitude"].get<double>(), 48.117300001780194);
+    EXPECT_EQ(state["fix"]["portPath"], run->line.path());
+    EXPECT_EQ(state["fix"]["running"], true);
+    program.signal(SIGINT);
+    EXPECT_EQ(program.finish(), 0);
+  }
+}
+
+TEST(Monitor, UnpluggedItSaysSoAndGoesOnWhenPluggedInAgain) {
+  const TemporaryFolder folder;
+  const std::string path = (folder / "gps").string();
+  auto line = std::make_unique<Pty>(path);
+  Program program({"monitor", "--json", "--port", path});
+  line->write(kRmc);
+  EXPECT_TRUE(program.readUntil([&] { return counted(program, "rmc") == 1; }));
+  line = nullptr;
+  EXPECT_TRUE(program.readUntil([&] { return says(program.errors, "the line is gone"); }));
+  EXPECT_TRUE(program.readUntil([&] { return program.lastJson()["fix"]["running"] == false; }));
+  line = std::make_unique<Pty>(path);
+  EXPECT_TRUE(program.readUntil([&] {
+    const json state = program.lastJson();
+    return state.is_object() && state["fix"]["running"] == true;
+  }));
+  line->write(kGga + kRmc);
+  EXPECT_TRUE(program.readUntil([&] { return counted(program, "total") == 3; })) << program.output;
+  program.signal(SIGTERM);
+  EXPECT_EQ(program.finish(), 0);
+}
+
+TEST(Monitor, SaysWhyItIsNotConnected) {
+  const TemporaryFolder folder;
+  Pty held;
+  Program holder({"monitor", "--json", "--port", held.path()});
+  EXPECT_TRUE(holder.readUntil([&] { return holder.lastJson().is_object(); }));
+  const struct {
+    std::string port, says;
+  } rows[] = {{held.path(), "is held by another program"},
+              {(folder / "none").string(), "is not there"},
+              {"/dev/null", "cannot be opened as a serial line"}};
+  std::vector<std::unique_ptr<Program>> programs;
+  for (const auto& row : rows) {
+    programs.emplace_back(new Program({"monitor", "--port", row.port, "--for", "1.2"}));
+  }
+  for (size_t i = 0; i < std::size(rows); ++i) {
+    EXPECT_EQ(programs[i]->finish(), 0);
+    EXPECT_EQ(programs[i]->output, "not connected: " + rows[i].port + " " + rows[i].says + "\n");
+  }
+}
+
+TEST(Monitor, OneLineASecondAndTheLogHoldsWhatCame) {
+  const TemporaryFolder folder;
+  const std::string log = (folder / "stream.log").string();
+  Pty line;
+  Program program({"monitor", "--port", line.path(), "--log", log, "--for", "2.1"});
+  line.write("noise\r\n" + kGga + kRmc);
+  EXPECT_EQ(program.finish(), 0);
+  EXPECT_EQ(std::count(program.output.begin(), program.output.end(), '\n'), 2) << program.output;
+  EXPECT_TRUE(
+      says(program.output,
+           "2024-03-23 12:35:19.000  48.117300 N  11.516667 E  545 m  41.48 km/h  84.4 deg  "
+           "8 satellites  GPS fix, "))
+      << program.output;
+  std::ifstream file(log, std::ios::binary);
+  const std::string logged{std::istreambuf_iterator<char>(file), {}};
+  EXPECT_EQ(logged, kGga + kRmc);
+}
+
+TEST(Monitor, PlaysTheSimulation) {
+  Program program({"monitor", "--simulate", "--json", "--for", "2.2"});
+  EXPECT_EQ(program.finish(), 0);
+  EXPECT_GE(counted(program, "total"), 1);
+  EXPECT_EQ(program.lastJson()["fix"]["simulate"], true);
+  EXPECT_EQ(std::count(program.output.begin(), program.output.end(), '\n'), 2);
+}
+
+// On a terminal: a block in one place; Ctrl-C ends it and brings the cursor back.
+TEST(Monitor, OnATerminalItKeepsToItsPlace) {
+  int terminal = -1;
+  winsize size{.ws_row = 24, .ws_col = 60, .ws_xpixel = 0, .ws_ypixel = 0};
+  Pty line;
+  setenv("TERM", "xterm", 1);
+  const pid_t child = forkpty(&terminal, nullptr, nullptr, &size);
+  if (child == 0) {
+    execl(VGPS_PROGRAM, "vgps", "monitor", "--port", line.path().c_str(), nullptr);
+    _exit(127);
+  }
+  std::string screen;
+  const auto readUntil = [&](const std::string& text) {
+    char buffer[4096];
+    pollfd waited{terminal, POLLIN, 0};
+    for (int i = 0; i < 500 && !says(screen, text); ++i) {
+      if (poll(&waited, 1, 20) <= 0) continue;
+      const ssize_t count = read(terminal, buffer, sizeof buffer);
+      if (count <= 0) break;
+      screen.append(buffer, static_cast<size_t>(count));
+    }
+    return says(screen, text);
+  };
+  EXPECT_TRUE(readUntil("waiting for data"));
+  line.write(kGga + kRmc);
+  EXPECT_TRUE(readUntil("Position    48.117300 N  11.516667 E"));
+  EXPECT_TRUE(readUntil("\x1b[16A")) << screen;
+  EXPECT_FALSE(says(screen, "\x1b[?25h"));
+  ASSERT_EQ(write(terminal, "\x03", 1), 1);
+  EXPECT_TRUE(readUntil("\x1b[?25h"));
+  int status = -1;
+  EXPECT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+  ::close(terminal);
+}
+
+// Sanitizers have work of their own to do, so this is measured in the program as it is used.
+TEST(Monitor, IdleItCostsNextToNothing) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "measured in the optimised build";
+#endif
+  const TemporaryFolder folder;
+  Pty silent;
+  auto unplugged = std::make_unique<Pty>((folder / "unplugged").string());
+  struct Row {
+    const char* about;
+    std::string port;
+    std::unique_ptr<Program> program{};
+    double before = 0;
+  };
+  Row rows[] = {{"a silent port", silent.path()},
+                {"no such port", (folder / "none").string()},
+                {"a port that was unplugged", unplugged->path()}};
+  for (Row& row : rows) row.program.reset(new Program({"monitor", "--port", row.port}));
+  std::this_thread::sleep_for(milliseconds(300));
+  unplugged = nullptr;
+  std::this_thread::sleep_for(milliseconds(1200));
+  for (Row& row : rows) row.before = row.program->processorMs();
+  std::this_thread::sleep_for(milliseconds(2000));
+  for (Row& row : rows) {
+    const double used = row.program->processorMs() - row.before;
+    RecordProperty(row.about, std::to_string(used) + " ms in 2 s");
+    EXPECT_LT(used, 10) << row.about;  // half a percent of two seconds
+    EXPECT_GT(row.program->processorMs(), 0) << row.about;
+  }
+}
+
+TEST(Ports, AReasonForEachPort) {
+  const TemporaryFolder folder;
+  Pty receiver, silent, text, noise, held;
+  Program holder({"monitor", "--json", "--port", held.path()});
+  EXPECT_TRUE(holder.readUntil([&] { return holder.lastJson().is_object(); }));
+  const std::string none = (folder / "none").string();
+  std::vector<std::string> words = {"ports", "--json"};
+  for (const std::string& port :
+       {receiver.path(), silent.path(), text.path(), noise.path(), held.path(), none}) {
+    words.insert(words.end(), {"--port", port});
+  }
+  Program program(words);
+  for (int i = 0; i < 4; ++i) {
+    std::this_thread::sleep_for(milliseconds(400));
+    receiver.write(kRmc + "$GPVTG,1,T\r\n");
+    text.write("hello there\r\n");
+    noise.write(std::string(50, '\xE5') + std::string(50, '\x02'));
+  }
+  EXPECT_EQ(program.finish(), 0);
+  std::vector<std::string> results;
+  const json list = json::parse(program.output, nullptr, false);
+  for (const json& port : list) results.push_back(port["result"]);
+  EXPECT_EQ(results, (std::vector<std::string>{"found", "no data", "not NMEA", "wrong speed",
+                                               "busy", "not there"}));
+  EXPECT_EQ(list[0]["talker"], "GP");
+  EXPECT_NEAR(list[0]["sentencesPerSecond"].get<double>(), 8 / 3.0, 0.5);
+  for (const json& port : list) EXPECT_NE(port["reason"], "");
+}
+
+}  // namespace
+}  // namespace vgps
