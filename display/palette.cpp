@@ -26,9 +26,9 @@ const Palette& nightPalette() {
   static constexpr Palette kNight = {
       .background = rgb(8, 7, 6),
       .panel = rgb(24, 21, 18),
-      .label = rgb(150, 128, 104),
+      .label = rgb(168, 144, 116),
       .value = rgb(244, 206, 150),
-      .faded = rgb(110, 92, 74),
+      .faded = rgb(128, 106, 84),
       .grid = rgb(46, 40, 34),
       .good = rgb(70, 130, 60),
       .caution = rgb(176, 108, 20),

@@ -16,6 +16,9 @@ namespace {
 // fonts that a backend falls back to.
 constexpr float kBaseLine = 0.9f;
 
+// The small parts share one size of text, however long each value is at the moment.
+constexpr const char* kLongestValue = "88888.88m";
+
 class Painter {
  public:
   Painter(Canvas& canvas, const Scene& scene)
@@ -30,11 +33,11 @@ class Painter {
     canvas_.clear(palette_.background);
     drawPosition();
     drawSpeed();
-    drawValue(layout_.altitude, "ALTITUDE", texts_.altitude, "88888.88m", {texts_.maxAltitude});
+    drawValue(layout_.altitude, "ALTITUDE", texts_.altitude, {texts_.maxAltitude});
     const std::string point = texts_.courseDetail.substr(0, texts_.courseDetail.find(','));
-    drawValue(layout_.course, "COURSE", texts_.course, "888.8°", {texts_.courseDetail, point});
-    drawValue(layout_.utc, "UTC", texts_.utc, "88:88:88", {texts_.date});
-    drawValue(layout_.local, "LOCAL", texts_.local, "88:88:88", {texts_.offset});
+    drawValue(layout_.course, "COURSE", texts_.course, {texts_.courseDetail, point});
+    drawValue(layout_.utc, "UTC", texts_.utc, {texts_.date});
+    drawValue(layout_.local, "LOCAL", texts_.local, {texts_.offset});
     drawSatellites();
     drawStatus();
   }
@@ -45,7 +48,7 @@ class Painter {
 
   // Dashes stand for what is not known, now or ever.
   Colour colourOf(const std::string& text) const {
-    return text == kDashes ? palette_.faded : holds_;
+    return text.starts_with(kDashes) ? palette_.faded : holds_;
   }
 
   // One line at the top of `box` that ends in an ellipsis rather than at the border.
@@ -149,13 +152,13 @@ class Painter {
   }
 
   // A value in large with a small line below: the first of `details` that fits.
-  void drawValue(const Rect& part, const char* name, const std::string& value, const char* sample,
+  void drawValue(const Rect& part, const char* name, const std::string& value,
                  std::initializer_list<std::string> details) {
     const Rect room = openPart(part, name);
     const float detailHeight = smallLine();
     const float height = std::max(room.height - detailHeight, 1.f);
     const Font font =
-        fittingFont(canvas_, sample, room.width, height * 0.95f, layout_.smallest, true);
+        fittingFont(canvas_, kLongestValue, room.width, height * 0.95f, layout_.smallest, true);
     const float textHeight = font.size * kLineHeight;
     line(value, {room.x, room.y + (height - textHeight) / 2, room.width, textHeight}, font,
          colourOf(value), Align::left);
@@ -176,7 +179,9 @@ class Painter {
     const Font font =
         fittingFont(canvas_, "88 used, 888 in view", left.width, row, layout_.smallest, false);
     const auto rowBox = [&](int index) {
-      return Rect{left.x, left.y + row * static_cast<float>(index), left.width, row};
+      const float height = std::min(font.size * kLineHeight, row);
+      const float top = left.y + row * static_cast<float>(index) + (row - height) / 2;
+      return Rect{left.x, top, left.width, height};
     };
     line(texts_.satellitesUsed + " used, " + texts_.satellitesInView + " in view", rowBox(0), font,
          holds_, Align::left);

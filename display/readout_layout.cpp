@@ -54,7 +54,7 @@ void placeWide(const Rect& area, float gap, ReadoutLayout& layout) {
 }
 
 void placeTall(const Rect& area, float gap, ReadoutLayout& layout) {
-  const Cells<5> rows(area.y, area.height, gap, {25, 23, 15, 15, 28});
+  const Cells<5> rows(area.y, area.height, gap, {24, 26, 18, 18, 24});
   const auto row = [&](size_t i, float x, float width) {
     return Rect{x, rows.start[i], width, rows.length[i]};
   };

@@ -62,7 +62,8 @@ void fillSpeed(const Scene& scene, ReadoutTexts& texts) {
   size_t other = 0;
   for (int32_t unit = kKmh; unit <= kMph; ++unit) {
     const double value = speedInUnit(speeds, unit);
-    const std::string text = value != 0 || zeroHolds ? speedText(value, unit) : kDashes;
+    std::string text = speedText(value, unit);
+    if (value == 0 && !zeroHolds) text = kDashes + text.substr(text.find(' '));
     if (unit == scene.speedUnit) {
       texts.speed = text;
     } else if (other < texts.otherSpeeds.size()) {

@@ -15,7 +15,7 @@ struct ReadoutTexts {
   std::string longitude;
   std::string quality;  // of the fix, in words
 
-  std::string speed;                       // in the chosen unit
+  std::string speed;                       // in the chosen unit: "41.48 Km/H" or "-- Km/H"
   std::array<std::string, 3> otherSpeeds;  // in the other units, in their order
   std::string maxSpeed;
 

@@ -14,6 +14,7 @@ namespace {
 constexpr float kFullScale = 55;  // dB-Hz, the best that an ordinary antenna gives
 constexpr float kGridStep = 20;
 constexpr float kNarrowestBar = 5;  // pixels, with its gap
+constexpr float kNameGap = 2;       // between two names, pixels
 constexpr float kWidestBar = 3;     // times the height of the text
 
 // Letters of the systems as in observation files.
@@ -59,11 +60,62 @@ void drawGrid(Canvas& canvas, const Rect& bars, const Palette& palette) {
   }
 }
 
-// Every label the same size; none at all when the longest does not fit.
+std::vector<std::string> namesOf(std::span<const ViewedSatellite> satellites, bool letters) {
+  std::vector<std::string> names;
+  for (const ViewedSatellite& satellite : satellites) {
+    const char* const letter = letters ? kLetters[static_cast<size_t>(satellite.system)] : "";
+    names.push_back(letter + std::to_string(satellite.id));
+  }
+  return names;
+}
+
 bool fits(Canvas& canvas, std::span<const std::string> labels, const Font& font, float width) {
   return std::all_of(labels.begin(), labels.end(), [&](const std::string& label) {
     return canvas.textWidth(label, font) <= width;
   });
+}
+
+// Every label has the same size. False when the longest does not fit at the smallest.
+bool shrinkToFit(Canvas& canvas, std::span<const std::string> labels, Font& font, float width,
+                 float smallest) {
+  while (font.size > smallest && !fits(canvas, labels, font, width)) {
+    font.size = std::max(font.size - 1, smallest);
+  }
+  return fits(canvas, labels, font, width);
+}
+
+// The strongest of all, at most `most`, by system and number.
+std::vector<ViewedSatellite> shownSatellites(std::span<const ViewedSatellite> view, size_t most) {
+  std::vector<ViewedSatellite> satellites = strongestSignals(view);
+  keepStrongest(satellites, most);
+  std::sort(satellites.begin(), satellites.end(), [](const auto& a, const auto& b) {
+    return a.system != b.system ? a.system < b.system : a.id < b.id;
+  });
+  return satellites;
+}
+
+// Names below the bars in the greatest font that they all fit in; none when there is no room.
+// Where only the letters are too much, the colours have to tell the systems apart.
+std::vector<std::string> fittingNames(Canvas& canvas, std::span<const ViewedSatellite> satellites,
+                                      Font& font, float width, float smallest) {
+  for (const bool letters : {true, false}) {
+    std::vector<std::string> names = namesOf(satellites, letters);
+    if (shrinkToFit(canvas, names, font, width, smallest)) return names;
+  }
+  return {};
+}
+
+// `column`: the whole height of the scale. Returns the top of the bar.
+float drawBar(Canvas& canvas, const Rect& column, const ViewedSatellite& satellite,
+              const Palette& palette) {
+  const float gap = std::max(std::round(column.width * 0.15f), 1.f);
+  const float share = std::clamp(satellite.snr / kFullScale, 0.f, 1.f);
+  const float height = std::max(std::round(column.height * share), 1.f);
+  const float top = column.y + column.height - height;
+  const Colour full = palette.systems[static_cast<size_t>(satellite.system)];
+  canvas.fillRect({column.x + gap, top, std::max(column.width - 2 * gap, 1.f), height},
+                  satellite.used ? full : pale(full, palette.panel));
+  return top;
 }
 
 }  // namespace
@@ -77,46 +129,27 @@ void drawSignalBars(Canvas& canvas, const Rect& box, std::span<const ViewedSatel
                 palette.faded, Align::centre);
     return;
   }
-  std::vector<ViewedSatellite> satellites = strongestSignals(view);
-  keepStrongest(satellites, static_cast<size_t>(std::max(box.width / kNarrowestBar, 1.f)));
-  std::sort(satellites.begin(), satellites.end(), [](const auto& a, const auto& b) {
-    return a.system != b.system ? a.system < b.system : a.id < b.id;
-  });
-
-  const auto count = static_cast<float>(satellites.size());
-  const float step = std::min(box.width / count, textSize * kWidestBar);
-  std::vector<std::string> names;
-  std::vector<std::string> values;
-  for (const ViewedSatellite& satellite : satellites) {
-    names.push_back(kLetters[static_cast<size_t>(satellite.system)] + std::to_string(satellite.id));
-    values.push_back(std::to_string(std::lround(std::clamp(satellite.snr, 0.f, 99.f))));
-  }
-  while (font.size > smallestText && !fits(canvas, names, font, step - 2)) {
-    font.size = std::max(font.size - 1, smallestText);
-  }
-  const bool named = fits(canvas, names, font, step - 1);
-  const float line = std::ceil(font.size * kLineHeight);
-  const float above = named ? line : 0;
-  const Rect bars = {box.x, box.y + above, box.width, std::max(box.height - 2 * above, 1.f)};
-  drawGrid(canvas, bars, palette);
+  const auto most = static_cast<size_t>(std::max(box.width / kNarrowestBar, 1.f));
+  const std::vector<ViewedSatellite> satellites = shownSatellites(view, most);
+  const float step =
+      std::min(box.width / static_cast<float>(satellites.size()), textSize * kWidestBar);
+  const std::vector<std::string> names =
+      fittingNames(canvas, satellites, font, step - kNameGap, smallestText);
+  const float line = names.empty() ? 0 : std::ceil(font.size * kLineHeight);
+  const Rect scale = {box.x, box.y + line, box.width, std::max(box.height - 2 * line, 1.f)};
+  drawGrid(canvas, scale, palette);
 
   for (size_t i = 0; i < satellites.size(); ++i) {
     const ViewedSatellite& satellite = satellites[i];
     const float left = std::round(box.x + step * static_cast<float>(i));
-    const float right = std::round(box.x + step * static_cast<float>(i + 1));
-    const float gap = std::max(std::round(step * 0.15f), 1.f);
-    const float share = std::clamp(satellite.snr / kFullScale, 0.f, 1.f);
-    const float height = std::max(std::round(bars.height * share), 1.f);
-    const float top = bars.y + bars.height - height;
-    const Colour full = palette.systems[static_cast<size_t>(satellite.system)];
-    const Colour colour = satellite.used ? full : pale(full, palette.panel);
-    canvas.fillRect({left + gap, top, std::max(right - left - 2 * gap, 1.f), height}, colour);
-    if (!named) continue;
-    const Colour textColour = satellite.used ? palette.value : palette.label;
-    const Rect below = {left, bars.y + bars.height, right - left, line};
-    canvas.text(names[i], below, font, textColour, Align::centre);
+    const float width = std::round(box.x + step * static_cast<float>(i + 1)) - left;
+    const float top = drawBar(canvas, {left, scale.y, width, scale.height}, satellite, palette);
+    if (names.empty()) continue;
+    canvas.text(names[i], {left, scale.y + scale.height, width, line}, font,
+                satellite.used ? palette.value : palette.label, Align::centre);
     if (satellite.snr <= 0) continue;
-    canvas.text(values[i], {left, top - line, right - left, line}, font, palette.label,
+    const long strength = std::lround(std::clamp(satellite.snr, 0.f, 99.f));
+    canvas.text(std::to_string(strength), {left, top - line, width, line}, font, palette.label,
                 Align::centre);
   }
 }

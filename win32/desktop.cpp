@@ -8,7 +8,6 @@
 #include "app/app_state.h"
 #include "app/connection.h"
 #include "app/scene_of.h"
-#include "platform/console.h"
 #include "win32/main_window.h"
 #include "win32/resource_sounds.h"
 #include "win32/start_options.h"
@@ -51,7 +50,7 @@ int runMessageLoop() {
 
 }  // namespace
 
-int runDesktop(HINSTANCE instance, int show) {
+int runDesktop(HINSTANCE instance, int show, std::span<const std::string> arguments) {
   const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_STANDARD_CLASSES | ICC_WIN95_CLASSES};
   InitCommonControlsEx(&controls);
   const OleSession ole;
@@ -69,7 +68,7 @@ int runDesktop(HINSTANCE instance, int show) {
   if (handle == nullptr) return 1;
   door.open(handle, app.fix);
   ShowWindow(handle, show);
-  applyStartOptions(app, parseStartOptions(commandLineArguments(0, nullptr)));
+  applyStartOptions(app, parseStartOptions(arguments));
   const int result = runMessageLoop();
 
   if (IsWindow(handle)) DestroyWindow(handle);  // the loop was ended from outside

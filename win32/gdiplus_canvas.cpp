@@ -66,12 +66,15 @@ const Gdiplus::Font* GdiplusFonts::get(const Font& font) {
 
 GdiplusCanvas::GdiplusCanvas(HDC target, int width, int height, GdiplusFonts& fonts)
     : graphics_(target),
-      format_(Gdiplus::StringFormatFlagsNoWrap | Gdiplus::StringFormatFlagsNoFitBlackBox |
-              Gdiplus::StringFormatFlagsMeasureTrailingSpaces),
+      // The ordinary format leaves a margin at both ends of a text.
+      format_(Gdiplus::StringFormat::GenericTypographic()),
       bounds_{0, 0, static_cast<float>(width), static_cast<float>(height)},
       fonts_(fonts) {
   check(graphics_.GetLastStatus());
   check(graphics_.SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias));
+  check(format_.SetFormatFlags(Gdiplus::StringFormatFlagsNoWrap |
+                               Gdiplus::StringFormatFlagsNoFitBlackBox |
+                               Gdiplus::StringFormatFlagsMeasureTrailingSpaces));
   check(format_.SetTrimming(Gdiplus::StringTrimmingNone));
 }
 

@@ -1,6 +1,7 @@
 #include "win32/main_window.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "app/app_state.h"
 #include "app/on_line.h"

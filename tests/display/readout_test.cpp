@@ -185,10 +185,11 @@ TEST(Readout, ZerosOfAReceiverWithoutFixAreDashes) {
   count(scene, CountedKind::gga);
   scene.state = ReceiverState::noFix;
   ReadoutTexts texts = readoutTexts(scene);
-  for (const std::string& text : {texts.speed, texts.course, texts.altitude, texts.utc, texts.local,
-                                  texts.pdop, texts.satellitesInView}) {
+  for (const std::string& text :
+       {texts.course, texts.altitude, texts.utc, texts.local, texts.pdop, texts.satellitesInView}) {
     EXPECT_EQ(text, kDashes);
   }
+  EXPECT_EQ(texts.speed, "-- Km/H");
   EXPECT_EQ(texts.satellitesUsed, "0");
 
   scene.fix.fixStatus = 1;
@@ -208,8 +209,8 @@ TEST(Readout, SpeedInTheChosenUnitFirst) {
   const ReadoutTexts texts = readoutTexts(scene);
   EXPECT_EQ(texts.speed, "10.00 m/s");
   EXPECT_EQ(texts.otherSpeeds[0], "36.00 Km/H");
-  EXPECT_EQ(texts.otherSpeeds[1], kDashes) << "simulated sentences give no knots";
-  EXPECT_EQ(texts.otherSpeeds[2], kDashes);
+  EXPECT_EQ(texts.otherSpeeds[1], "-- Knots") << "simulated sentences give no knots";
+  EXPECT_EQ(texts.otherSpeeds[2], "-- MpH");
 }
 
 TEST(Readout, CompassPointsGoAllTheWayRound) {

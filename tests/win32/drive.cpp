@@ -1,0 +1,233 @@
+#include "tests/win32/drive.h"
+
+#include <psapi.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+
+#include "platform/files.h"
+#include "win32/desktop.h"
+#include "win32/main_window.h"
+#include "win32/wide.h"
+
+namespace vgps {
+namespace {
+
+const std::wstring& desktopName() {
+  static const std::wstring name = L"vexa" + std::to_wstring(GetCurrentProcessId());
+  return name;
+}
+
+}  // namespace
+
+bool waitFor(const std::function<bool()>& ok, DWORD limitMs) {
+  const ULONGLONG start = GetTickCount64();
+  while (!ok()) {
+    if (GetTickCount64() - start > limitMs) return false;
+    Sleep(10);
+  }
+  return true;
+}
+
+std::wstring windowText(HWND window) {
+  wchar_t text[512] = L"";
+  DWORD_PTR length = 0;
+  SendMessageTimeoutW(window, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text),
+                      SMTO_ABORTIFHUNG, 3000, &length);
+  return text;
+}
+
+bool isResponsive(HWND window) {
+  DWORD_PTR answer = 0;
+  return SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 3000, &answer) != 0;
+}
+
+HWND findWindow(DWORD process, const wchar_t* className) {
+  struct Search {
+    DWORD process;
+    const wchar_t* className;
+    HWND found;
+  } search{process, className, nullptr};
+  EnumWindows(
+      [](HWND window, LPARAM data) -> BOOL {
+        Search& wanted = *reinterpret_cast<Search*>(data);
+        DWORD owner = 0;
+        wchar_t name[64] = L"";
+        GetWindowThreadProcessId(window, &owner);
+        GetClassNameW(window, name, std::size(name));
+        if (owner != wanted.process || std::wstring_view(name) != wanted.className ||
+            !IsWindowVisible(window)) {
+          return TRUE;
+        }
+        wanted.found = window;
+        return FALSE;
+      },
+      reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+void enterTestDesktop() {
+  static const HDESK desktop =
+      CreateDesktopW(desktopName().c_str(), nullptr, nullptr, 0, GENERIC_ALL, nullptr);
+  SetThreadDesktop(desktop);
+}
+
+Program::Program(const std::wstring& arguments) : job_(CreateJobObjectW(nullptr, nullptr)) {
+  enterTestDesktop();
+  JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+  limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+  SetInformationJobObject(job_.get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
+  std::wstring command = L"\"" + wideFromUtf8(programFolder()) + L"\\VexaGPS.exe\" " + arguments;
+  std::wstring desktop = desktopName();
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  startup.lpDesktop = desktop.data();
+  startup.dwFlags = STARTF_USESTDHANDLES;  // a killed test must not leave its pipes to a child
+  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr,
+                      nullptr, &startup, &process_)) {
+    return;
+  }
+  AssignProcessToJobObject(job_.get(), process_.hProcess);
+  ResumeThread(process_.hThread);
+}
+
+Program::~Program() {
+  job_ = Handle();  // ends the program if it still runs
+  WaitForSingleObject(process_.hProcess, 5000);
+  CloseHandle(process_.hThread);
+  CloseHandle(process_.hProcess);
+}
+
+HWND Program::window() {
+  HWND found = nullptr;
+  waitFor([&] { return (found = findWindow(process_.dwProcessId, kMainWindowClass)) != nullptr; });
+  return found;
+}
+
+int Program::exitCode(DWORD limitMs) const {
+  DWORD code = 0;
+  if (WaitForSingleObject(process_.hProcess, limitMs) != WAIT_OBJECT_0) return -1;
+  GetExitCodeProcess(process_.hProcess, &code);
+  return static_cast<int>(code);
+}
+
+double Program::processorSeconds() const {
+  FILETIME created, ended, kernel, user;
+  if (!GetProcessTimes(process_.hProcess, &created, &ended, &kernel, &user)) return 0;
+  const auto ticks = [](const FILETIME& time) {
+    return static_cast<double>(static_cast<ULONGLONG>(time.dwHighDateTime) << 32 |
+                               time.dwLowDateTime);
+  };
+  return (ticks(kernel) + ticks(user)) / 1e7;
+}
+
+size_t Program::privateBytes() const {
+  PROCESS_MEMORY_COUNTERS_EX memory{};
+  GetProcessMemoryInfo(process_.hProcess, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory),
+                       sizeof memory);
+  return memory.PrivateUsage;
+}
+
+ProgramInProcess::ProgramInProcess(std::vector<std::string> arguments) {
+  enterTestDesktop();
+  thread_ = std::thread([this, arguments = std::move(arguments)] {
+    enterTestDesktop();
+    result_ = runDesktop(GetModuleHandleW(nullptr), SW_SHOWNORMAL, arguments);
+  });
+  waitFor(
+      [&] { return (window_ = findWindow(GetCurrentProcessId(), kMainWindowClass)) != nullptr; });
+}
+
+int ProgramInProcess::close() {
+  if (!thread_.joinable()) return result_;
+  PostMessageW(window_, WM_CLOSE, 0, 0);
+  thread_.join();
+  return result_;
+}
+
+Picture::Picture(HDC source, const RECT& area)
+    : width_(area.right - area.left), height_(area.bottom - area.top) {
+  BITMAPINFO info{};
+  info.bmiHeader = {sizeof info.bmiHeader, width_, -height_, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  void* bits = nullptr;
+  const HDC memory = CreateCompatibleDC(source);
+  const HBITMAP bitmap = CreateDIBSection(memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+  const HGDIOBJ before = SelectObject(memory, bitmap);
+  BitBlt(memory, 0, 0, width_, height_, source, area.left, area.top, SRCCOPY);
+  GdiFlush();
+  const auto* bytes = static_cast<const uint8_t*>(bits);
+  for (int i = 0; i < width_ * height_; ++i, bytes += 4) {
+    pixels_.push_back(bytes[2] | static_cast<Colour>(bytes[1]) << 8 |
+                      static_cast<Colour>(bytes[0]) << 16);
+  }
+  SelectObject(memory, before);
+  DeleteObject(bitmap);
+  DeleteDC(memory);
+}
+
+Picture Picture::ofWindow(HWND window) {
+  RECT client{};
+  GetClientRect(window, &client);
+  const HDC context = GetDC(window);
+  Picture picture(context, client);
+  ReleaseDC(window, context);
+  return picture;
+}
+
+int Picture::ink(const Rect& area, Colour ground) const {
+  int count = 0;
+  const int right = std::min(static_cast<int>(area.x + area.width), width_);
+  const int bottom = std::min(static_cast<int>(area.y + area.height), height_);
+  for (int y = static_cast<int>(area.y); y < bottom; ++y) {
+    for (int x = static_cast<int>(area.x); x < right; ++x) count += at(x, y) != ground;
+  }
+  return count;
+}
+
+SerialLine::SerialLine() { plugIn(); }
+
+SerialLine::~SerialLine() { unplug(); }
+
+// The cable is made of the other system's pseudo-terminals, by the script that started this test.
+bool SerialLine::command(const char* word) {
+  const char* const script = std::getenv("VGPS_TEST_WINE");
+  const char* const folder = std::getenv("VGPS_TEST_WINE_DIR");
+  if (script == nullptr || folder == nullptr) return false;
+  const std::string state = "Z:" + std::string(folder) + "/line/state";
+  DeleteFileW(wideFromUtf8(state).c_str());
+  std::wstring command =
+      wideFromUtf8("Z:\\bin\\sh " + std::string(script) + " line " + folder + " " + word);
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION process{};
+  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                      &startup, &process)) {
+    return false;
+  }
+  return waitFor([&] {
+    std::ifstream in(state);
+    std::string said;
+    return static_cast<bool>(in >> said);
+  });
+}
+
+void SerialLine::unplug() {
+  end_ = Handle();
+  command("stop");
+  up_ = false;
+}
+
+void SerialLine::plugIn() {
+  if (!command("start")) return;
+  end_ = Handle(CreateFileW(L"\\\\.\\COM4", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                            0, nullptr));
+  up_ = end_.isValid();
+}
+
+void SerialLine::write(std::string_view bytes) {
+  DWORD written = 0;
+  WriteFile(end_.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+}
+
+}  // namespace vgps
