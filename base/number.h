@@ -53,7 +53,8 @@ inline double leadingDouble(std::string_view text) {
   }
   const bool exponent = p != end && (*p == 'e' || *p == 'E');
   if (digits == 0 || digits > kExactDigits || exponent) return anyLeadingDouble(text);
-  return static_cast<double>(mantissa) / kPowersOfTen[decimals];
+  const auto value = static_cast<double>(mantissa);
+  return decimals == 0 ? value : value / kPowersOfTen[decimals];
 }
 
 // Reads at most `width` characters (a sign counts, leading blanks do not) as a whole number from

@@ -359,13 +359,20 @@ bool GpsFix::takeSatellite(const Fields& fields, size_t at, NmeaSentence::InView
   const int32_t prn = leadingInt(fields[at]);
   if (prn >= kSatelliteSlots) return false;
   if (prn < 0) return true;
-  SatelliteInfo& slot = out.slots[static_cast<size_t>(prn)];
-  slot.visible = 1;
-  slot.prn = prn;
-  slot.elevation = leadingFloat(fields[at + 1]);
-  slot.azimuth = leadingFloat(fields[at + 2]);
-  slot.snr = fields.has(at + 3) ? leadingFloat(fields[at + 3]) : 0;
-  if (apply) satellites->slots[static_cast<size_t>(prn)] = slot;
+  const float elevation = leadingFloat(fields[at + 1]);
+  const float azimuth = leadingFloat(fields[at + 2]);
+  const float snr = fields.has(at + 3) ? leadingFloat(fields[at + 3]) : 0;
+  // Field by field into both: copying what was just written makes the processor wait for it.
+  const auto fill = [&](SatelliteInfo& slot) {
+    slot.visible = 1;
+    slot.used = 0;
+    slot.prn = prn;
+    slot.elevation = elevation;
+    slot.azimuth = azimuth;
+    slot.snr = snr;
+  };
+  fill(out.slots[static_cast<size_t>(prn)]);
+  if (apply) fill(satellites->slots[static_cast<size_t>(prn)]);
   return true;
 }
 
