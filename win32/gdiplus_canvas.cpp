@@ -124,6 +124,8 @@ void GdiplusCanvas::fillEllipse(const Rect& box, Colour colour) {
   check(graphics_.FillEllipse(&brush, gdiplusRect(box)));
 }
 
+// GDI+ clips a text to its box whole letters at a time or not at all, depending on whose GDI+ it
+// is: so the text is placed here, and clipped only where it does not fit.
 void GdiplusCanvas::text(std::string_view text, const Rect& box, const Font& font, Colour colour,
                          Align align) {
   const Gdiplus::Font* const drawn = fonts_.get(font);
@@ -133,12 +135,15 @@ void GdiplusCanvas::text(std::string_view text, const Rect& box, const Font& fon
   }
   const Gdiplus::SolidBrush brush(gdiplusColour(colour));
   check(brush.GetLastStatus());
-  check(format_.SetAlignment(align == Align::left     ? Gdiplus::StringAlignmentNear
-                             : align == Align::centre ? Gdiplus::StringAlignmentCenter
-                                                      : Gdiplus::StringAlignmentFar));
   const std::wstring wide = wideFromUtf8(text);
-  check(graphics_.DrawString(wide.c_str(), static_cast<INT>(wide.size()), drawn, gdiplusRect(box),
-                             &format_, &brush));
+  const Gdiplus::RectF size = measure(wide, *drawn);
+  const float rest = box.width - size.Width;
+  const float left = align == Align::left ? 0 : align == Align::centre ? rest / 2 : rest;
+  const bool clipped = rest < 0 || size.Height > box.height;
+  if (clipped) check(graphics_.SetClip(gdiplusRect(box)));
+  check(graphics_.DrawString(wide.c_str(), static_cast<INT>(wide.size()), drawn,
+                             Gdiplus::PointF(box.x + left, box.y), &format_, &brush));
+  if (clipped) check(graphics_.ResetClip());
 }
 
 float GdiplusCanvas::textWidth(std::string_view text, const Font& font) {
@@ -147,12 +152,14 @@ float GdiplusCanvas::textWidth(std::string_view text, const Font& font) {
     check(Gdiplus::FontFamilyNotFound);
     return 0;
   }
-  const std::wstring wide = wideFromUtf8(text);
+  return measure(wideFromUtf8(text), *measured).Width;
+}
+
+Gdiplus::RectF GdiplusCanvas::measure(const std::wstring& text, const Gdiplus::Font& font) {
   Gdiplus::RectF box;
-  check(format_.SetAlignment(Gdiplus::StringAlignmentNear));
-  check(graphics_.MeasureString(wide.c_str(), static_cast<INT>(wide.size()), measured,
+  check(graphics_.MeasureString(text.c_str(), static_cast<INT>(text.size()), &font,
                                 Gdiplus::PointF(0, 0), &format_, &box));
-  return box.Width;
+  return box;
 }
 
 }  // namespace vgps

@@ -66,6 +66,7 @@ class GdiplusCanvas : public Canvas {
 
  private:
   void check(Gdiplus::Status status);
+  Gdiplus::RectF measure(const std::wstring& text, const Gdiplus::Font& font);
 
   Gdiplus::Graphics graphics_;
   Gdiplus::StringFormat format_;

@@ -122,11 +122,10 @@ double Program::processorSeconds() const {
   return (ticks(kernel) + ticks(user)) / 1e7;
 }
 
-size_t Program::privateBytes() const {
-  PROCESS_MEMORY_COUNTERS_EX memory{};
-  GetProcessMemoryInfo(process_.hProcess, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory),
-                       sizeof memory);
-  return memory.PrivateUsage;
+size_t Program::workingSet() const {
+  PROCESS_MEMORY_COUNTERS memory{};
+  GetProcessMemoryInfo(process_.hProcess, &memory, sizeof memory);
+  return memory.WorkingSetSize;
 }
 
 ProgramInProcess::ProgramInProcess(std::vector<std::string> arguments) {
@@ -228,6 +227,14 @@ void SerialLine::plugIn() {
 void SerialLine::write(std::string_view bytes) {
   DWORD written = 0;
   WriteFile(end_.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+}
+
+std::string SerialLine::read(size_t length) {
+  std::string bytes(length, '\0');
+  DWORD got = 0;
+  ReadFile(end_.get(), bytes.data(), static_cast<DWORD>(length), &got, nullptr);
+  bytes.resize(got);
+  return bytes;
 }
 
 }  // namespace vgps

@@ -40,7 +40,7 @@ class Program {
   // After the window was asked to close; -1 when the program goes on running.
   int exitCode(DWORD limitMs = 5000) const;
   double processorSeconds() const;
-  size_t privateBytes() const;
+  size_t workingSet() const;
 
  private:
   Handle job_;
@@ -92,6 +92,7 @@ class SerialLine {
   void plugIn();
   // Through COM4.
   void write(std::string_view bytes);
+  std::string read(size_t length);
 
  private:
   bool command(const char* word);

@@ -58,21 +58,23 @@ start_line() {
   until [ -e "$dir/line/com3" ] && [ -e "$dir/line/com4" ]; do
     tries=$((tries + 1))
     [ "$tries" -lt 100 ] || return 1
-    sleep 0.05
+    sleep 0.02
   done
 }
 
+# The end of socat takes the links away; its process may stay as a zombie.
 stop_line() {
   mkdir -p "$dir/line"
   [ -f "$dir/line/pid" ] || return 0
-  pid=$(cat "$dir/line/pid")
+  kill "$(cat "$dir/line/pid")" 2>/dev/null || true
   rm -f "$dir/line/pid"
-  kill "$pid" 2>/dev/null || return 0
   tries=0
-  while kill -0 "$pid" 2>/dev/null && [ "$tries" -lt 100 ]; do
+  while [ -L "$dir/line/com3" ] || [ -L "$dir/line/com4" ]; do
     tries=$((tries + 1))
-    sleep 0.05
+    [ "$tries" -lt 100 ] || break
+    sleep 0.02
   done
+  rm -f "$dir/line/com3" "$dir/line/com4"
 }
 
 case $command in
