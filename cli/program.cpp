@@ -106,6 +106,7 @@ int finishOutput() {
 
 int runProgram(std::vector<std::string> arguments) {
   CLI::App program("Reads GPS receivers and their logs.", "vgps");
+  program.allow_windows_style_options(false);  // "/log" is a path everywhere
   program.set_version_flag("--version", std::string("vgps ") + kVersion, "Print the version");
   MonitorOptions monitorOptions;
   ReplayOptions replayOptions;
