@@ -45,7 +45,7 @@ std::string productOf(const fs::path& entry) {
   std::error_code error;
   fs::path device = fs::canonical(entry / "device", error);
   for (int level = 0; level < 4 && !error && device.has_relative_path(); ++level) {
-    const std::string product = firstLineOf(device / "product");
+    std::string product = firstLineOf(device / "product");
     if (!product.empty()) return product;
     device = device.parent_path();
   }
