@@ -160,7 +160,7 @@ void Monitor::show() {
     case Output::block:
       text = monitorBlock(statusText(status, app_.shown) + "\n" + window_.message + "\n" +
                               alignedText(stateRows(app_.shown)),
-                          terminalColumns(), blockRows_);
+                          terminalSize(), blockRows_);
       break;
   }
   std::fwrite(text.data(), 1, text.size(), stdout);

@@ -1,5 +1,7 @@
 #include "cli/monitor_view.h"
 
+#include <algorithm>
+
 #include "base/number.h"
 #include "base/text.h"
 #include "cli/state_text.h"
@@ -67,14 +69,16 @@ std::string monitorLine(const MonitorStatus& status, const UiFix& shown) {
   return line + "\n";
 }
 
-std::string monitorBlock(const std::string& text, int columns, int& previousRows) {
+std::string monitorBlock(const std::string& text, TerminalSize terminal, int& previousRows) {
   std::string block;
   if (previousRows > 0) block = "\x1b[" + std::to_string(previousRows) + "A";
   previousRows = 0;
-  for (size_t at = 0; at < text.size(); ++previousRows) {
+  // The cursor stands in the row below the last one.
+  const int mostRows = std::max(terminal.rows - 1, 1);
+  for (size_t at = 0; at < text.size() && previousRows < mostRows; ++previousRows) {
     const size_t end = std::min(text.find('\n', at), text.size());
     const std::string_view row = std::string_view(text).substr(at, end - at);
-    block += firstUtf16Units(row, static_cast<size_t>(columns));
+    block += firstUtf16Units(row, static_cast<size_t>(terminal.columns));
     block += "\x1b[K\n";
     at = end + 1;
   }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "app/app_state.h"
+#include "platform/console.h"
 
 // What the monitor says, from plain values.
 namespace vgps {
@@ -37,7 +38,8 @@ std::string statusText(const MonitorStatus& status, const UiFix& shown);
 std::string monitorLine(const MonitorStatus& status, const UiFix& shown);
 
 // The block that a terminal shows over and over in the same place: goes back up over `previousRows`
-// rows, writes each row over the old one and cuts it at `columns`. Sets `previousRows`.
-std::string monitorBlock(const std::string& text, int columns, int& previousRows);
+// rows and writes each row over the old one. What does not fit into the terminal is left out, since
+// a line that wraps or scrolls away would shift all of it. Sets `previousRows`.
+std::string monitorBlock(const std::string& text, TerminalSize terminal, int& previousRows);
 
 }  // namespace vgps

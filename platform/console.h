@@ -13,8 +13,13 @@ std::vector<std::string> commandLineArguments(int argc, char** argv);
 // Whether standard output is a terminal that takes escape sequences; prepares it for them.
 bool outputIsTerminal();
 
-// The width of the terminal, 80 when it is unknown.
-int terminalColumns();
+struct TerminalSize {
+  int columns = 80;
+  int rows = 24;
+};
+
+// Of the terminal behind standard output; the usual size when it is unknown.
+TerminalSize terminalSize();
 
 // Calls `handler` on a thread of its own when the person or the system asks the program to end
 // (Ctrl-C, a closed terminal, a polite kill); asked a second time the program ends at once.

@@ -21,9 +21,12 @@ bool outputIsTerminal() {
   return isatty(STDOUT_FILENO) != 0 && kind != nullptr && std::string_view(kind) != "dumb";
 }
 
-int terminalColumns() {
+TerminalSize terminalSize() {
   winsize size{};
-  return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : 80;
+  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || size.ws_row == 0) {
+    return {};
+  }
+  return {size.ws_col, size.ws_row};
 }
 
 // The signals are blocked in every thread that is started from now on and taken by one thread that

@@ -57,9 +57,9 @@ TEST(MonitorView, SaysHowItStandsTheWorstFirst) {
 
 TEST(MonitorView, ABlockIsWrittenOverTheOneBefore) {
   int rows = 0;
-  EXPECT_EQ(monitorBlock("long row\nb\n", 6, rows), "long r\x1b[K\nb\x1b[K\n\x1b[J");
+  EXPECT_EQ(monitorBlock("long row\nb\n", {6, 24}, rows), "long r\x1b[K\nb\x1b[K\n\x1b[J");
   EXPECT_EQ(rows, 2);
-  EXPECT_EQ(monitorBlock("a\n\nc\n", 80, rows), "\x1b[2Aa\x1b[K\n\x1b[K\nc\x1b[K\n\x1b[J");
+  EXPECT_EQ(monitorBlock("a\n\nc\nd\n", {80, 4}, rows), "\x1b[2Aa\x1b[K\n\x1b[K\nc\x1b[K\n\x1b[J");
   EXPECT_EQ(rows, 3);
 }
 
