@@ -12,7 +12,7 @@ build_preset() {
     rm -rf "build/$preset"
   fi
   if ! cmake --preset "$preset" >"$log" 2>&1 ||
-     ! cmake --build "build/$preset" ${1:+--target "$@"} >>"$log" 2>&1; then
+     ! cmake --build "build/$preset" -j "$(nproc)" ${1:+--target "$@"} >>"$log" 2>&1; then
     grep -E -A12 'FAILED|[Ee]rror' "$log" | head -n 80 >&2 || true
     fail "building $preset failed; all of it stands in $log"
   fi

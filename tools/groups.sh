@@ -54,15 +54,18 @@ count_tap() {
     }'
 }
 
-# tell_KIND: what a person needs to see: the output of failed tests, why tests were skipped, and
-# the end of what a program said that broke off.
+# tell_KIND: what a person needs to see: the output of failed tests (its end, when it is long), why
+# tests were skipped, and the end of what a program said that broke off.
 tell_gtest() {
-  awk '
-    { sub(/\r$/, ""); last[NR % 40] = $0 }
-    /^\[ RUN      \]/ { said = ""; running = 1 }
-    running { said = said "  " $0 "\n" }
+  awk -v kept=40 '
+    function last(count,   i) {
+      if (count > kept) { print "  ..."; count = kept }
+      for (i = NR - count + 1; i <= NR; ++i) print "  " line[i % kept]
+    }
+    { sub(/\r$/, ""); line[NR % kept] = substr($0, 1, 1000) }
+    /^\[ RUN      \]/ { begin = NR; running = 1 }
     /\[       OK \] .*ms\)$/ { running = 0 }
-    /\[  FAILED  \] .*ms\)$/ { printf "%s", said; running = 0 }
+    /\[  FAILED  \] .*ms\)$/ { last(NR - begin + 1); running = 0 }
     reason { ++skips[$0]; reason = 0 }
     running && /: Skipped$/ { reason = 1 }
     /\[  SKIPPED \] .*ms\)$/ { running = 0 }
@@ -71,7 +74,7 @@ tell_gtest() {
     reported > 0 { print "  " $0; --reported }
     END {
       for (why in skips) print "  skipped: " why " (" skips[why] ")"
-      if (!ended) for (i = NR - 39; i <= NR; ++i) if (i > 0) print "  " last[i % 40]
+      if (!ended) last(NR)
     }'
 }
 

@@ -59,9 +59,12 @@ unrandomised() {
   if setarch -R true 2>/dev/null; then limited setarch -R "$@"; else limited "$@"; fi
 }
 
+# Wine finds its server by way of the temporary folder, so that one must stay the same; Windows
+# programs have one of their own anyhow.
 in_wine() {
   local wine=$PWD/tests/wine/wine.sh
-  (cd build/windows/bin && VGPS_TEST_LIMIT=$GROUP_LIMIT "$wine" run "$WINE_DIR" "$@")
+  (cd build/windows/bin && unset TMPDIR &&
+    VGPS_TEST_LIMIT=$GROUP_LIMIT "$wine" run "$WINE_DIR" "$@")
 }
 
 stop_wine() {
