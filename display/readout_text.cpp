@@ -115,9 +115,10 @@ void fillSatellites(const Scene& scene, ReadoutTexts& texts) {
   texts.vdop = dopText(table.vdop);
 }
 
-// Seconds up to a minute, then minutes and hours: old ages need not tick.
+// The older, the coarser: each new text is a new drawing, and a silent receiver should cost none.
 std::string ageText(uint32_t ms) {
-  const uint32_t seconds = ms / 1000;
+  uint32_t seconds = ms / 1000;
+  if (seconds > 10) seconds -= seconds % 5;
   if (seconds < 60) return std::to_string(seconds) + " s";
   const uint32_t minutes = seconds / 60;
   return minutes < 60 ? std::to_string(minutes) + " min" : std::to_string(minutes / 60) + " h";

@@ -8,11 +8,15 @@
 #include <map>
 
 #include "base/number.h"
+#include "platform/port_candidates.h"
 #include "platform/serial_port.h"
 #include "win32/wide.h"
 
 namespace vgps {
 namespace {
+
+// The numbers that a search tries.
+constexpr int kCandidates = 30;
 
 bool isPortName(std::wstring_view name) {
   return name.size() > 3 && name.substr(0, 3) == L"COM" &&
@@ -116,6 +120,19 @@ std::vector<PortName> listSerialPorts() {
   std::sort(ports.begin(), ports.end(),
             [&](const PortName& a, const PortName& b) { return number(a) < number(b); });
   return ports;
+}
+
+std::vector<PortName> portCandidates() {
+  std::vector<PortName> candidates;
+  const std::vector<PortName> present = listSerialPorts();
+  for (int number = 0; number < kCandidates; ++number) {
+    PortName port{"COM" + std::to_string(number), ""};
+    const auto known = std::find_if(present.begin(), present.end(),
+                                    [&](const PortName& other) { return other.name == port.name; });
+    if (known != present.end()) port.description = known->description;
+    candidates.push_back(std::move(port));
+  }
+  return candidates;
 }
 
 }  // namespace vgps

@@ -78,8 +78,9 @@ bool readUiMessage(UINT number, WPARAM first, LPARAM second, const GpsFix& fix, 
     message.y = std::bit_cast<double>(second);
     return true;
   }
+  if (second != reinterpret_cast<LPARAM>(&fix)) return false;
   if (!carriesAddress(message.event)) return true;
-  if (second != reinterpret_cast<LPARAM>(&fix) || first == 0) return false;
+  if (first == 0) return false;
   if (message.event == UiEvent::line && fix.state.inputProtocol == kSirfBinary) {
     message.record = reinterpret_cast<const void*>(first);
     return true;

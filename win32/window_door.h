@@ -35,8 +35,9 @@ class WindowDoor : public UiThread {
   std::atomic<int> underWay_{0};
 };
 
-// The event that a window message stands for. False for other messages, and for those that carry
-// addresses but do not come through the door of this `fix`: another program may send anything.
+// The event that a window message stands for. False for other messages, and for those that do not
+// come through the door of this `fix`: another program may send anything, and only behind a message
+// of the door does a reader wait. `text` holds what `message` looks at.
 bool readUiMessage(UINT number, WPARAM first, LPARAM second, const GpsFix& fix, std::string& text,
                    UiMessage& message);
 

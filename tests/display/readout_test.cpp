@@ -274,8 +274,24 @@ TEST(Readout, AnOldFixFades) {
   EXPECT_EQ(live.find("48.117300° S")->colour, scene.palette.value);
   EXPECT_EQ(old.find("48.117300° S")->colour, scene.palette.faded);
   EXPECT_TRUE(old.said("no data"));
-  EXPECT_TRUE(old.said("fix 59 s ago"));
+  EXPECT_TRUE(old.said("fix 55 s ago"));
   EXPECT_TRUE(old.said("0.0 sentences/s"));
+}
+
+TEST(Readout, AgesGrowCoarser) {
+  Scene scene;
+  EXPECT_EQ(readoutTexts(scene).age, "");
+  scene.state = ReceiverState::noFix;
+  EXPECT_EQ(readoutTexts(scene).age, "") << "before the first fix";
+  scene.fixSeen = true;
+  const std::pair<uint32_t, const char*> rows[] = {
+      {999, "fix 0 s ago"},     {9999, "fix 9 s ago"},          {14999, "fix 10 s ago"},
+      {59999, "fix 55 s ago"},  {60000, "fix 1 min ago"},       {3599999, "fix 59 min ago"},
+      {3600000, "fix 1 h ago"}, {4294967295U, "fix 1193 h ago"}};
+  for (const auto& [ms, text] : rows) {
+    scene.fixAgeMs = ms;
+    EXPECT_EQ(readoutTexts(scene).age, text);
+  }
 }
 
 TEST(Scene, StateFollowsConnectionDataAndFix) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdio>
 #include <mutex>
 
 #include "app/app_state.h"
@@ -87,7 +88,9 @@ TEST_F(LiveWindow, EachLineIsSentWithTheFix) {
   Eavesdropper eavesdropper(program.window());
   const std::string first = rmc("123519", "4807.038", "022.4");
   line.write(first + "!AIVDM,1,1,,A,x*00\r\n" + "$GPGSA,A,3,01*00\r\n$NOISE\xff\r\n");
+  const ULONGLONG written = GetTickCount64();
   ASSERT_TRUE(waitFor([&] { return eavesdropper.lines().size() >= 3; }));
+  std::printf("the lines reached the window after %llu ms\n", GetTickCount64() - written);
   const auto lines = eavesdropper.lines();
   const std::string text = first.substr(0, first.size() - 2);
   EXPECT_EQ(lines[0].text, std::wstring(text.begin(), text.end()));
