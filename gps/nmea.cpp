@@ -399,24 +399,19 @@ bool GpsFix::parseSentence(std::string_view text, NmeaSentence& out, bool apply)
   out.begin(kNoSentence, 0);
   if (text.empty() || text[0] != '$') return false;
   if (text.size() < 6) return true;
-  switch (nameKey(text)) {
-    case nameKey("$GPGGA"):
-      out.begin(kGga, kGgaTag);
-      parseGga(text, out.gga, apply);
-      break;
-    case nameKey("$GPRMC"):
-      out.begin(kRmc, kRmcTag);
-      parseRmc(text, out.rmc, apply);
-      break;
-    case nameKey("$GPGSA"):
-      out.begin(kSatellites, kSatellitesTag);
-      parseGsa(text, out.gsa, apply);
-      break;
-    case nameKey("$GPGSV"):
-      out.begin(kSatellites, kSatellitesTag);
-      parseGsv(text, out.gsv, apply);
-      break;
-    default: break;
+  const uint64_t key = nameKey(text);
+  if (key == nameKey("$GPGGA")) {
+    out.begin(kGga, kGgaTag);
+    parseGga(text, out.gga, apply);
+  } else if (key == nameKey("$GPRMC")) {
+    out.begin(kRmc, kRmcTag);
+    parseRmc(text, out.rmc, apply);
+  } else if (key == nameKey("$GPGSA")) {
+    out.begin(kSatellites, kSatellitesTag);
+    parseGsa(text, out.gsa, apply);
+  } else if (key == nameKey("$GPGSV")) {
+    out.begin(kSatellites, kSatellitesTag);
+    parseGsv(text, out.gsv, apply);
   }
   return true;
 }

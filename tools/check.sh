@@ -1,2 +1,41 @@
 # shellcheck shell=bash
-word_check() { fail 'not yet'; }
+# Read by vexa: what looks at the sources without running them.
+
+word_check() {
+  no_more "$@"
+  need build windows check
+  local status=0 includes
+  mkdir -p build/log
+  : >build/log/tidy.log  # how much it left out, and where it broke off
+  tools/check_layering_test.sh | { grep -v '^ok' || true; } || status=1
+  tools/check_format.sh || status=1
+  tidy native base platform geo gps display app posix cli || status=1
+  # clang has headers of its own for the processor, but none for Windows.
+  mapfile -t includes < <(mingw_includes | sed 's/^/--extra-arg=-isystem/')
+  tidy windows win32 --extra-arg-before=--target=x86_64-w64-mingw32 \
+    "${includes[@]}" || status=1
+  [ $status = 0 ] && say "layering, format and clang-tidy find nothing"
+}
+
+mingw_includes() {
+  x86_64-w64-mingw32-g++-posix -E -v -xc++ /dev/null 2>&1 |
+    sed -n '/^#include </,/^End/s/^ //p' | grep -v -E 'posix/include(-fixed)?$'
+}
+
+# tidy PRESET ROOM... [OPTION...]: clang-tidy over the rooms' sources as the preset builds them.
+tidy() {
+  local preset=$1 rooms=() sources
+  shift
+  while [ $# -gt 0 ] && [ "${1#-}" = "$1" ]; do
+    rooms+=("$1")
+    shift
+  done
+  cmake --preset "$preset" >"build/log/build-$preset.log" 2>&1 ||
+    fail "configuring $preset failed: build/log/build-$preset.log"
+  mapfile -t sources < <(for room in "${rooms[@]}"; do
+    find "$room" -name '*.cpp' 2>/dev/null
+  done | sort)
+  say "clang-tidy, ${rooms[*]}: ${#sources[@]} files"
+  printf '%s\n' "${sources[@]}" |
+    xargs -P "$(nproc)" -n 1 clang-tidy -quiet -p "build/$preset" "$@" 2>>build/log/tidy.log
+}
