@@ -145,8 +145,9 @@ class Painter {
     const std::array<std::string, 4> cells = {texts_.otherSpeeds[0], texts_.otherSpeeds[1],
                                               texts_.otherSpeeds[2], texts_.maxSpeed};
     for (size_t i = 0; i < cells.size(); ++i) {
+      const size_t row = i / 2;
       const Rect cell = {room.x + half * static_cast<float>(i % 2),
-                         first + rowHeight * static_cast<float>(i / 2), half - 2, rowHeight};
+                         first + rowHeight * static_cast<float>(row), half - 2, rowHeight};
       line(cells[i], cell, smallFont(), palette_.label, Align::left);
     }
   }

@@ -12,7 +12,7 @@ namespace vgps {
 namespace {
 
 constexpr float kFullScale = 55;  // dB-Hz, the best that an ordinary antenna gives
-constexpr float kGridStep = 20;
+constexpr int kGridStep = 20;
 constexpr float kNarrowestBar = 5;  // pixels, with its gap
 constexpr float kNameGap = 2;       // between two names, pixels
 constexpr float kWidestBar = 3;     // times the height of the text
@@ -54,8 +54,9 @@ Colour pale(Colour colour, Colour towards) {
 }
 
 void drawGrid(Canvas& canvas, const Rect& bars, const Palette& palette) {
-  for (float value = 0; value < kFullScale; value += kGridStep) {
-    const float y = std::round(bars.y + bars.height * (1 - value / kFullScale));
+  for (int value = 0; static_cast<float>(value) < kFullScale; value += kGridStep) {
+    const float share = static_cast<float>(value) / kFullScale;
+    const float y = std::round(bars.y + bars.height * (1 - share));
     canvas.fillRect({bars.x, y, bars.width, 1}, palette.grid);
   }
 }

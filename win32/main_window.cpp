@@ -9,6 +9,7 @@
 #include "display/readout.h"
 #include "display/readout_text.h"
 #include "res/resource_ids.h"
+#include "win32/message_parameter.h"
 #include "win32/wide.h"
 #include "win32/window_door.h"
 
@@ -77,12 +78,12 @@ HWND MainWindow::create(HINSTANCE instance, AppState& app) {
 
 LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
   if (message == WM_NCCREATE) {
-    const auto* const creation = reinterpret_cast<const CREATESTRUCTW*>(second);
+    const auto* const creation = addressIn<const CREATESTRUCTW>(second);
     auto* const created = static_cast<MainWindow*>(creation->lpCreateParams);
     created->window_ = window;
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
   }
-  auto* const self = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  auto* const self = addressIn<MainWindow>(GetWindowLongPtrW(window, GWLP_USERDATA));
   if (self == nullptr) return DefWindowProcW(window, message, first, second);
   return self->handle(message, first, second);
 }
@@ -95,13 +96,13 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
     case WM_PRINTCLIENT: {
       RECT client{};
       GetClientRect(window_, &client);
-      drawInto(reinterpret_cast<HDC>(first), client.right, client.bottom);
+      drawInto(addressIn<HDC__>(first), client.right, client.bottom);
       return 0;
     }
     case WM_TIMER: onTimer(first); return 0;
     case WM_KEYDOWN: onKey(first); return 0;
-    case WM_DPICHANGED: onDpiChanged(*reinterpret_cast<const RECT*>(second)); return 0;
-    case WM_GETMINMAXINFO: keepReadable(*reinterpret_cast<MINMAXINFO*>(second)); return 0;
+    case WM_DPICHANGED: onDpiChanged(*addressIn<const RECT>(second)); return 0;
+    case WM_GETMINMAXINFO: keepReadable(*addressIn<MINMAXINFO>(second)); return 0;
     case kTitleChanged: showTitle(); return 0;
     case kErrorsWaiting: showErrors(); return 0;
     case WM_DESTROY: PostQuitMessage(0); return 0;

@@ -52,7 +52,7 @@ void addRegistered(Descriptions& ports) {
 
 // What the object manager has a name for.
 void addNamed(Descriptions& ports) {
-  std::wstring names(16 * 1024, L'\0');
+  std::wstring names(16384, L'\0');
   DWORD length = 0;
   while ((length = QueryDosDeviceW(nullptr, names.data(), static_cast<DWORD>(names.size()))) == 0 &&
          GetLastError() == ERROR_INSUFFICIENT_BUFFER && names.size() < (1u << 22)) {

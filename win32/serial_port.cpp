@@ -17,7 +17,7 @@ namespace {
 
 constexpr DWORD kDriverBuffer = 64 * 1024;  // ten seconds of the fastest receiver
 constexpr DWORD kIntervalMs = 250;
-constexpr size_t kMostUnwritten = 64 * 1024;
+constexpr size_t kMostUnwritten = kDriverBuffer;
 constexpr size_t kNameUnits = 10;  // "COM" and its number, as the settings keep it
 
 PortError openError(DWORD error) {

@@ -36,15 +36,19 @@ StartOptions parseStartOptions(std::span<const std::string> arguments) {
     const std::string_view name = argument.substr(0, equals);
     if (argument == "--simulate") {
       options.simulate = true;
-    } else if (name != "--port" && name != "--speed") {
-      refuse(options, argument);
-    } else if (equals != std::string_view::npos) {
-      if (!takeValue(options, name, argument.substr(equals + 1))) refuse(options, argument);
-    } else if (i + 1 == arguments.size() || arguments[i + 1].starts_with("--")) {
-      refuse(options, argument);  // its value is missing
-    } else if (!takeValue(options, name, arguments[++i])) {
-      refuse(options, std::string(argument) + ' ' + arguments[i]);
+      continue;
     }
+    std::string taken(argument);
+    std::string_view value;
+    bool understood = name == "--port" || name == "--speed";
+    if (equals != std::string_view::npos) {
+      value = argument.substr(equals + 1);
+    } else if (understood && i + 1 < arguments.size() && !arguments[i + 1].starts_with("--")) {
+      value = arguments[++i];
+      taken.append(" ").append(value);
+    }
+    understood = understood && takeValue(options, name, value);
+    if (!understood) refuse(options, taken);
   }
   return options;
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "gps/gps_fix.h"
+#include "win32/message_parameter.h"
 #include "win32/wide.h"
 
 namespace vgps {
@@ -82,10 +83,10 @@ bool readUiMessage(UINT number, WPARAM first, LPARAM second, const GpsFix& fix, 
   if (!carriesAddress(message.event)) return true;
   if (first == 0) return false;
   if (message.event == UiEvent::line && fix.state.inputProtocol == kSirfBinary) {
-    message.record = reinterpret_cast<const void*>(first);
+    message.record = addressIn<const void>(first);
     return true;
   }
-  text = utf8FromWide(reinterpret_cast<const wchar_t*>(first));
+  text = utf8FromWide(addressIn<const wchar_t>(first));
   message.text = text;
   return true;
 }

@@ -9,6 +9,7 @@
 #include "platform/files.h"
 #include "win32/desktop.h"
 #include "win32/main_window.h"
+#include "win32/message_parameter.h"
 #include "win32/wide.h"
 
 namespace vgps {
@@ -51,7 +52,7 @@ HWND findWindow(DWORD process, const wchar_t* className) {
   } search{process, className, nullptr};
   EnumWindows(
       [](HWND window, LPARAM data) -> BOOL {
-        Search& wanted = *reinterpret_cast<Search*>(data);
+        Search& wanted = *addressIn<Search>(data);
         DWORD owner = 0;
         wchar_t name[64] = L"";
         GetWindowThreadProcessId(window, &owner);

@@ -71,7 +71,9 @@ class Picture {
 
   int width() const { return width_; }
   int height() const { return height_; }
-  Colour at(int x, int y) const { return pixels_[static_cast<size_t>(y * width_ + x)]; }
+  Colour at(int x, int y) const {
+    return pixels_[static_cast<size_t>(y) * static_cast<size_t>(width_) + static_cast<size_t>(x)];
+  }
   // Pixels in the rectangle that differ from `ground`.
   int ink(const Rect& area, Colour ground) const;
   bool operator==(const Picture&) const = default;

@@ -10,6 +10,7 @@
 #include "platform/location_sensor.h"
 #include "tests/win32/drive.h"
 #include "win32/main_window.h"
+#include "win32/message_parameter.h"
 #include "win32/window_door.h"
 
 // The window from inside: its messages and what is drawn in it, on a real serial line.
@@ -33,7 +34,7 @@ class Eavesdropper {
 
   explicit Eavesdropper(HWND window) {
     current = this;
-    original = reinterpret_cast<WNDPROC>(
+    original = addressIn<std::remove_pointer_t<WNDPROC>>(
         SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
   }
 
@@ -46,8 +47,8 @@ class Eavesdropper {
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
     if (message == 0x466) {
       const std::lock_guard lock(current->mutex);
-      current->heard.push_back({reinterpret_cast<const wchar_t*>(first), second,
-                                InSendMessage() != FALSE, GetCurrentThreadId()});
+      current->heard.push_back({addressIn<const wchar_t>(first), second, InSendMessage() != FALSE,
+                                GetCurrentThreadId()});
     }
     return CallWindowProcW(current->original, window, message, first, second);
   }
@@ -101,7 +102,7 @@ TEST_F(LiveWindow, EachLineIsSentWithTheFix) {
     EXPECT_EQ(heard.fix, lines[0].fix);
     EXPECT_EQ(heard.thread, GetWindowThreadProcessId(program.window(), nullptr));
   }
-  const auto* fix = reinterpret_cast<const GpsFix*>(lines[0].fix);
+  const auto* fix = addressIn<const GpsFix>(lines[0].fix);
   EXPECT_EQ(fix->latitude, 48.117300001780194);
 }
 
