@@ -1,5 +1,7 @@
 #include "cli/state_json.h"
 
+#include <utility>
+
 namespace vgps {
 namespace {
 
@@ -45,12 +47,15 @@ Json satellitesJson(const SatelliteTable& table) {
 Json viewJson(const std::vector<ViewedSatellite>& satellites) {
   Json view = Json::array();
   for (const ViewedSatellite& satellite : satellites) {
-    view.push_back({{"system", satelliteSystemName(satellite.system)},
-                    {"id", satellite.id},
-                    {"elevation", double{satellite.elevation}},
-                    {"azimuth", double{satellite.azimuth}},
-                    {"snr", double{satellite.snr}},
-                    {"used", satellite.used}});
+    Json entry = {{"system", satelliteSystemName(satellite.system)},
+                  {"id", satellite.id},
+                  {"elevation", double{satellite.elevation}},
+                  {"azimuth", double{satellite.azimuth}},
+                  {"snr", double{satellite.snr}},
+                  {"used", satellite.used}};
+    // Tells the entries of a satellite that is received on several frequencies apart.
+    if (satellite.signal != 0) entry["signal"] = satellite.signal;
+    view.push_back(std::move(entry));
   }
   return view;
 }
