@@ -127,7 +127,7 @@ TEST_F(LiveWindow, TheReadoutFollowsTheReceiver) {
 }
 
 TEST_F(LiveWindow, ResizingKeepsThePictureWhole) {
-  for (const SIZE size : {SIZE{340, 270}, SIZE{1300, 840}}) {
+  for (const SIZE size : {SIZE{340, 270}, SIZE{960, 700}}) {
     SetWindowPos(program.window(), nullptr, 0, 0, size.cx, size.cy, SWP_NOMOVE | SWP_NOZORDER);
     RECT client{};
     GetClientRect(program.window(), &client);
@@ -142,7 +142,7 @@ TEST_F(LiveWindow, ResizingKeepsThePictureWhole) {
 }
 
 TEST_F(LiveWindow, ADenserScreenGetsTheSuggestedSize) {
-  const RECT suggested{10, 20, 10 + 1216, 20 + 759};
+  const RECT suggested{10, 20, 10 + 912, 20 + 569};  // within a screen of 1024x768
   SendMessageW(program.window(), WM_DPICHANGED, MAKEWPARAM(144, 144),
                reinterpret_cast<LPARAM>(&suggested));
   RECT window{};
