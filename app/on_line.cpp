@@ -51,18 +51,20 @@ void takeMessageText(AppState& app, const SirfMessage& message) {
   app.lastMessageText = text;
 }
 
-void noteArrival(UiFix& shown, bool binary, uint32_t tick) {
+// Only a position sentence is news of the fix. A binary message is none yet: the kind of the last
+// text line still stands in the fix then.
+void noteArrival(UiFix& shown, bool isText, uint32_t tick) {
   shown.dataSeen = true;
   shown.lastDataTick = tick;
   const int32_t kind = shown.fix.lastSentenceKind;
-  if (shown.fix.fixStatus == 0 || !(binary || kind == kRmc || kind == kGga)) return;
+  if (!isText || shown.fix.fixStatus == 0 || (kind != kRmc && kind != kGga)) return;
   shown.fixSeen = true;
   shown.lastFixTick = tick;
 }
 
 void onLine(AppState& app, const UiMessage& message) {
   copyFix(app);
-  noteArrival(app.shown, message.record != nullptr, app.platform.clock.tick());
+  noteArrival(app.shown, message.record == nullptr, app.platform.clock.tick());
   if (message.record == nullptr) offerEpoch(app);
   if (isSkipped(app)) return;
   if (message.record != nullptr) {
@@ -88,7 +90,7 @@ void onUiMessage(AppState& app, const UiMessage& message) {
       app.lastSensorText = "SENS msg: " + fixedText(message.x, 3) + "," + fixedText(message.y, 3);
       repaint(app);
       break;
-    case UiEvent::unknownBytes: break;  // only the raw log screen shows them
+    case UiEvent::unknownBytes: app.shown.stats = app.gps.stats; break;  // that something comes
     case UiEvent::logFailed:
       app.platform.window.tellError(textWith(kLogFailed, message.text));
       break;

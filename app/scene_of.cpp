@@ -21,7 +21,9 @@ Scene sceneOf(const AppState& app) {
   scene.notice = app.notice;
   scene.fixSeen = shown.fixSeen;
   scene.fixAgeMs = now - shown.lastFixTick;
-  for (const RateMeter& rate : shown.stats.rates) scene.sentencesPerSecond += rate.perSecond();
+  for (const KindStats& kind : shown.stats.kinds) {
+    scene.sentencesPerSecond += kind.rate.perSecond(now);
+  }
   scene.palette = app.nightColours ? nightPalette() : dayPalette();
   return scene;
 }

@@ -129,7 +129,7 @@ void raceOnce() {
                          {}});
   contestants.push_back({"whole road: cut, frame, parse, count",
                          [&] {
-                           cutAtLineStarts(log, fix.carriedStart(),
+                           cutAtLineStarts(log, fix.carriedStart(), false,
                                            [&](std::string_view chunk) { fix.onReceive(chunk); });
                          },
                          1,

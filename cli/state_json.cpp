@@ -13,7 +13,7 @@ Json timeJson(const DateTime& time) {
 }
 
 Json sentencesJson(const SentenceStats& stats) {
-  const auto count = [&](CountedKind kind) { return stats.counts[static_cast<size_t>(kind)]; };
+  const auto count = [&](CountedKind kind) { return stats.of(kind).count; };
   return {{"total", stats.total()},
           {"rmc", count(CountedKind::rmc)},
           {"gga", count(CountedKind::gga)},
@@ -22,9 +22,9 @@ Json sentencesJson(const SentenceStats& stats) {
           {"other", count(CountedKind::other)},
           {"rejected", stats.rejected},
           {"binary", stats.binary},
-          {"checksumRight", stats.checksumRight},
-          {"checksumWrong", stats.checksumWrong},
-          {"checksumAbsent", stats.checksumAbsent}};
+          {"checksumRight", stats.sum(&KindStats::checksumRight)},
+          {"checksumWrong", stats.sum(&KindStats::checksumWrong)},
+          {"checksumAbsent", stats.sum(&KindStats::checksumAbsent)}};
 }
 
 Json satellitesJson(const SatelliteTable& table) {

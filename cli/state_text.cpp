@@ -57,7 +57,7 @@ std::string countsText(const SentenceStats& stats) {
   constexpr std::array<const char*, kCountedKinds> kNames = {"RMC", "GGA", "GSA", "GSV", "other"};
   std::string text = std::to_string(stats.total()) + " (";
   for (size_t kind = 0; kind < kCountedKinds; ++kind) {
-    text += std::string(kNames[kind]) + " " + std::to_string(stats.counts[kind]) + ", ";
+    text += std::string(kNames[kind]) + " " + std::to_string(stats.kinds[kind].count) + ", ";
   }
   return text + "binary " + std::to_string(stats.binary) + ")";
 }
@@ -106,9 +106,9 @@ std::vector<TextRow> stateRows(const UiFix& shown) {
       {"Systems", systemsText(shown.view)},
       {"Sentences", countsText(stats)},
       {"Rejected", std::to_string(stats.rejected)},
-      {"Checksums", std::to_string(stats.checksumRight) + " right, " +
-                        std::to_string(stats.checksumWrong) + " wrong, " +
-                        std::to_string(stats.checksumAbsent) + " absent"},
+      {"Checksums", std::to_string(stats.sum(&KindStats::checksumRight)) + " right, " +
+                        std::to_string(stats.sum(&KindStats::checksumWrong)) + " wrong, " +
+                        std::to_string(stats.sum(&KindStats::checksumAbsent)) + " absent"},
   };
 }
 

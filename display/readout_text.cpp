@@ -14,9 +14,7 @@ constexpr double kNoPositionDegrees = 0.0010000000474974513;
 
 constexpr std::array<const char*, 4> kStates = {"not connected", "no data", "no fix", "fix"};
 
-uint64_t countOf(const Scene& scene, CountedKind kind) {
-  return scene.stats.counts[static_cast<size_t>(kind)];
-}
+uint64_t countOf(const Scene& scene, CountedKind kind) { return scene.stats.of(kind).count; }
 
 std::string twoDigits(uint32_t value) {
   const std::string digits = std::to_string(value);

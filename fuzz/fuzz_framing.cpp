@@ -64,11 +64,13 @@ void feed(GpsFix& fix, std::string_view bytes, std::string_view lengths) {
     const auto block = std::make_unique<char[]>(length);
     bytes.copy(block.get(), length);
     bytes.remove_prefix(length);
-    cutAtLineStarts({block.get(), length}, fix.carriedStart(), [&](std::string_view chunk) {
-      require(!chunk.empty());
-      fix.onReceive(chunk);
-      require(fix.carryLength >= 0 && static_cast<size_t>(fix.carryLength) <= kCarrySize);
-    });
+    cutAtLineStarts(
+        {block.get(), length}, fix.carriedStart(), fix.state.inputProtocol == kSirfBinary,
+        [&](std::string_view chunk) {
+          require(!chunk.empty());
+          fix.onReceive(chunk);
+          require(fix.carryLength >= 0 && static_cast<size_t>(fix.carryLength) <= kCarrySize);
+        });
   }
 }
 

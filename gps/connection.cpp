@@ -37,6 +37,7 @@ bool GpsFix::open(bool simulation, bool gpsApi, bool sensorApi, bool probeOnly) 
   useGpsApi = gpsApi;
   useSensorApi = sensorApi;
   portError = PortError::none;
+  if (!probeOnly) sensor = nullptr;
   if (simulate) {
     useGpsApi = useSensorApi = false;
     startReader();
@@ -57,6 +58,7 @@ bool GpsFix::openSensor() {
 }
 
 bool GpsFix::openPort() {
+  running = false;
   if (port != nullptr) port->close();
   port = state.makePort();
   portError = port->open(portPath);
@@ -102,9 +104,10 @@ void GpsFix::startReader() {
   state.satellitesInUseKnown = false;
   {
     const std::lock_guard lock(sourceMutex_);
-    source_ = {state.readers.generation, simulate, port};
+    source_ = {state.readers.generation, simulate, simulate || sensor ? nullptr : port, sensor};
   }
   running = true;
+  state.simulation.wake();  // the reader before may be waiting for its next line
   startReaderThread(*this);
 }
 
@@ -127,6 +130,10 @@ bool GpsFix::close(bool silent) {
 GpsFix::Source GpsFix::sourceOf(uint32_t generation) const {
   const std::lock_guard lock(sourceMutex_);
   return source_.generation == generation ? source_ : Source();
+}
+
+std::shared_ptr<LocationSensor> GpsFix::sensorOf(uint32_t generation) const {
+  return sourceOf(generation).sensor;
 }
 
 bool GpsFix::simulating(uint32_t generation) const { return sourceOf(generation).simulation; }

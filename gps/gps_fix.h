@@ -130,6 +130,9 @@ struct GpsFix : FixRecord {
   // One read from the current source by the reader of `generation`.
   PortRead read(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs);
 
+  // The sensor that the reader of `generation` reads; null for other sources.
+  std::shared_ptr<LocationSensor> sensorOf(uint32_t generation) const;
+
   // Whether the source of `generation` is the simulation.
   bool simulating(uint32_t generation) const;
 
@@ -177,6 +180,7 @@ struct GpsFix : FixRecord {
     uint32_t generation = 0;
     bool simulation = false;
     std::shared_ptr<SerialPort> port;
+    std::shared_ptr<LocationSensor> sensor;
   };
   Source sourceOf(uint32_t generation) const;
   PortRead readSimulation(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs);

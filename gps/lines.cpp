@@ -39,7 +39,7 @@ void GpsFix::processLine(std::string_view line) {
     ++state.stats.rejected;
   }
   state.view.take(line, receiveTick);
-  state.hooks.lineReceived({line, nullptr, accepted});
+  state.hooks.lineReceived({line, nullptr});
 }
 
 void GpsFix::processMessage(std::string_view bytes) {
@@ -52,7 +52,7 @@ void GpsFix::processMessage(std::string_view bytes) {
   message.checksum = word(4 + size_t{message.length});
   message.end = word(6 + size_t{message.length});
   ++state.stats.binary;
-  state.hooks.lineReceived({bytes, &message, true});
+  state.hooks.lineReceived({bytes, &message});
 }
 
 }  // namespace vgps

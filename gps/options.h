@@ -21,9 +21,8 @@ struct GpsOptions {
 
 // One received line or binary message, as it goes through the door to the user interface.
 struct ReceivedLine {
-  std::string_view text;          // the raw line without its line end, or the raw message bytes
+  std::string_view text;          // the raw line without its CR LF, or the raw message bytes
   const void* message = nullptr;  // the SirfMessage when the input is binary
-  bool accepted = true;           // false: the text does not begin with "$"
 };
 
 // What the receiver's side asks of the program around it. Called on the thread that parses.

@@ -22,6 +22,7 @@ constexpr int kLongestBlockMs = 250;
 constexpr int kRetryMs = 100;
 
 constexpr char kBinaryStart = '\xA0';
+constexpr std::string_view kBinaryMessageStart = "\xA0\xA2";
 
 bool isCurrent(const GpsFix& fix, uint32_t generation) {
   return fix.running && fix.state.readers.generation == generation;
@@ -55,11 +56,18 @@ size_t readBlock(GpsFix& fix, uint32_t generation, std::span<char> buffer) {
   return length;
 }
 
+// Nothing that the source before left half done belongs to this one.
+void beginSource(GpsFix& fix) {
+  fix.carryLength = 0;
+  fix.state.view.clear();
+  fix.state.talkers.reset();
+}
+
 void readerLoop(GpsFix& fix, uint32_t generation) {
   ReaderControl& readers = fix.state.readers;
   std::vector<char> buffer(kReadBufferSize);
-  bool carriesOwn = false;  // what is carried came from this source
-  size_t held = 0;          // bytes at the front of the buffer that wait for the next block
+  bool ownSource = false;  // what is carried, seen and heard came from this source
+  size_t held = 0;         // bytes at the front of the buffer that wait for the next block
   while (!readers.readerStop) {
     if (!isCurrent(fix, generation)) {
       waitForStop(readers);
@@ -77,9 +85,13 @@ void readerLoop(GpsFix& fix, uint32_t generation) {
     // A reader of the source before may still be busy with its last block.
     const std::lock_guard turn(readers.turn);
     if (!isCurrent(fix, generation)) continue;
-    if (!carriesOwn) fix.carryLength = 0;
-    carriesOwn = true;
-    cutAtLineStarts({buffer.data(), length}, fix.carriedStart(), [&](std::string_view chunk) {
+    if (!ownSource) beginSource(fix);
+    ownSource = true;
+    const std::string_view block(buffer.data(), length);
+    // Half a sentence in front of a message is no use to either.
+    if (fix.carriedStart() == '$' && block.starts_with(kBinaryMessageStart)) fix.carryLength = 0;
+    const bool binary = fix.state.inputProtocol == kSirfBinary;
+    cutAtLineStarts(block, fix.carriedStart(), binary, [&](std::string_view chunk) {
       if (isCurrent(fix, generation)) fix.onReceive(chunk);
     });
     if (held > 0) buffer[0] = kBinaryStart;
@@ -114,15 +126,20 @@ void startDetached(GpsFix& fix, Loop loop) {
 
 }  // namespace
 
-void cutAtLineStarts(std::string_view block, char carriedStart,
+void cutAtLineStarts(std::string_view block, char carriedStart, bool binary,
                      const std::function<void(std::string_view)>& take) {
   if (carriedStart == kBinaryStart) {
     take(block);
     return;
   }
+  const size_t start = binary ? block.find(kBinaryMessageStart) : std::string_view::npos;
+  if (start != std::string_view::npos && start > 0 && carriedStart == '\0' && block[0] != '$') {
+    take(block.substr(0, start));
+    block.remove_prefix(start);
+  }
   while (!block.empty()) {
-    const bool binary = block.size() >= 2 && block[0] == kBinaryStart && block[1] == '\xA2';
-    const size_t lineFeed = binary ? std::string_view::npos : block.find('\n');
+    const bool message = block.starts_with(kBinaryMessageStart);
+    const size_t lineFeed = message ? std::string_view::npos : block.find('\n');
     const size_t length = lineFeed == std::string_view::npos ? block.size() : lineFeed + 1;
     take(block.substr(0, length));
     block.remove_prefix(length);
@@ -131,7 +148,7 @@ void cutAtLineStarts(std::string_view block, char carriedStart,
 
 void startReaderThread(GpsFix& fix) {
   const uint32_t generation = fix.state.readers.generation;
-  if (const std::shared_ptr<LocationSensor> sensor = fix.sensor) {
+  if (const std::shared_ptr<LocationSensor> sensor = fix.sensorOf(generation)) {
     startDetached(fix, [&fix, generation, sensor] { sensorLoop(fix, generation, sensor); });
   } else {
     startDetached(fix, [&fix, generation] { readerLoop(fix, generation); });

@@ -11,6 +11,7 @@ namespace {
 
 // A talker that has said nothing for so long has no say in the view any more.
 constexpr uint32_t kForgetMs = 30000;
+constexpr uint32_t kSweepMs = 1000;
 
 // The fields of a sentence without its checksum.
 Fields fieldsOf(std::string_view line) { return Fields(line.substr(0, line.find('*'))); }
@@ -80,11 +81,6 @@ int hexValue(std::string_view field) {
   return 0;
 }
 
-bool isTalkerOfSatellites(std::string_view line) {
-  const uint64_t talker = talkerOf(line);
-  return line[1] == 'G' || talker == lettersKey("BD") || talker == lettersKey("QZ");
-}
-
 }  // namespace
 
 const char* satelliteSystemName(SatelliteSystem system) {
@@ -94,8 +90,10 @@ const char* satelliteSystemName(SatelliteSystem system) {
 }
 
 void SatelliteView::take(std::string_view line, uint32_t tick) {
+  if (tick - sweptTick_ >= kSweepMs) forgetSilentSources(tick);
+  // "$P" begins a sentence of a maker's own, whatever letters follow.
   const bool sentence = line.size() > 6 && line[0] == '$' && line[3] == 'G' && line[4] == 'S' &&
-                        line[6] == ',' && isTalkerOfSatellites(line);
+                        line[6] == ',' && line[1] != 'P';
   const bool gsa = sentence && line[5] == 'A';
   if (gsa && !lastWasGsa_) ++gsaRun_;
   lastWasGsa_ = gsa;
@@ -153,8 +151,6 @@ void SatelliteView::beginOrContinueCycle(Source source, int32_t message, uint32_
     for (size_t i = 0; i < count_; ++i) {
       if (books_[i].source == source) books_[i].stale = true;
     }
-    dropSilentSources(tick);
-    cycle = cycleOf(source);
   }
   cycle->lastMessage = message;
   cycle->tick = tick;
@@ -198,14 +194,25 @@ void SatelliteView::dropEntries(Drop drop) {
   count_ = kept;
 }
 
-void SatelliteView::dropSilentSources(uint32_t tick) {
+void SatelliteView::forgetSilentSources(uint32_t tick) {
+  sweptTick_ = tick;
+  const size_t known = cycleCount_ + usedSetCount_;
   for (size_t i = cycleCount_; i-- > 0;) {
-    const GsvCycle& cycle = cycles_[i];
-    if (tick - cycle.tick <= kForgetMs || cycle.lastMessage == 0) continue;
-    const Source source = cycle.source;
+    if (tick - cycles_[i].tick <= kForgetMs) continue;
+    const Source source = cycles_[i].source;
     dropEntries([&](const Bookkeeping& book) { return book.source == source; });
     cycles_[i] = cycles_[--cycleCount_];
   }
+  for (size_t i = usedSetCount_; i-- > 0;) {
+    if (tick - usedSets_[i].tick > kForgetMs) usedSets_[i] = usedSets_[--usedSetCount_];
+  }
+  if (cycleCount_ + usedSetCount_ == known) return;
+  markUsed();
+  ++revision_;
+}
+
+void SatelliteView::markUsed() {
+  for (size_t i = 0; i < count_; ++i) entries_[i].used = isUsed(entries_[i]);
 }
 
 // $GPGSA,mode,fix,id x 12,pdop,hdop,vdop[,system]*hh
@@ -231,10 +238,7 @@ void SatelliteView::takeGsa(std::string_view line, uint32_t tick) {
   for (size_t i = 0; i < count && set->count < set->keys.size(); ++i) {
     set->keys[set->count++] = satelliteKey(systemOf(talker, ids[i]), ids[i]);
   }
-  for (size_t i = usedSetCount_; i-- > 0;) {
-    if (tick - usedSets_[i].tick > kForgetMs) usedSets_[i] = usedSets_[--usedSetCount_];
-  }
-  for (size_t i = 0; i < count_; ++i) entries_[i].used = isUsed(entries_[i]);
+  markUsed();
   ++revision_;
 }
 

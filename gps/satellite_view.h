@@ -75,7 +75,8 @@ class SatelliteView {
   void store(const ViewedSatellite& satellite, Source source);
   template <typename Drop>
   void dropEntries(Drop drop);
-  void dropSilentSources(uint32_t tick);
+  void forgetSilentSources(uint32_t tick);
+  void markUsed();
   bool isUsed(const ViewedSatellite& satellite) const;
 
   std::array<ViewedSatellite, kCapacity> entries_{};
@@ -89,6 +90,7 @@ class SatelliteView {
   size_t usedSetCount_ = 0;
   uint32_t gsaRun_ = 0;
   bool lastWasGsa_ = false;
+  uint32_t sweptTick_ = 0;
   uint32_t revision_ = 0;
 };
 

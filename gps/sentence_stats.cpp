@@ -4,13 +4,11 @@
 #include "gps/sentence_name.h"
 
 namespace vgps {
-namespace {
-
-size_t index(CountedKind kind) { return static_cast<size_t>(kind); }
-
-}  // namespace
-
 void RateMeter::count(uint32_t tick) {
+  if (tick - lastTick_ > kWindowMs) {  // the first of all, or the first after a pause
+    inWindow_ = 0;
+    lastWindowRate_ = -1;
+  }
   if (inWindow_ == 0 && lastWindowRate_ < 0) windowStart_ = tick;
   const uint32_t elapsed = tick - windowStart_;
   if (elapsed >= kWindowMs) {
@@ -22,17 +20,20 @@ void RateMeter::count(uint32_t tick) {
   lastTick_ = tick;
 }
 
-double RateMeter::perSecond() const {
+double RateMeter::perSecond(uint32_t tick) const {
+  if (tick - lastTick_ > kWindowMs) return 0;
   if (lastWindowRate_ >= 0) return lastWindowRate_;
   const uint32_t elapsed = lastTick_ - windowStart_;
   return elapsed == 0 ? 0 : (inWindow_ - 1) * 1000.0 / elapsed;
 }
 
-uint64_t SentenceStats::total() const {
-  uint64_t sum = binary;
-  for (const uint64_t count : counts) sum += count;
-  return sum;
+uint64_t SentenceStats::sum(uint64_t KindStats::*member) const {
+  uint64_t total = 0;
+  for (const KindStats& kind : kinds) total += kind.*member;
+  return total;
 }
+
+uint64_t SentenceStats::total() const { return binary + sum(&KindStats::count); }
 
 CountedKind countedKind(std::string_view sentence) {
   if (sentence.size() < 6) return CountedKind::other;
@@ -46,13 +47,13 @@ CountedKind countedKind(std::string_view sentence) {
 }
 
 void SentenceStats::countLine(std::string_view raw, std::string_view parsed, uint32_t tick) {
-  const size_t kind = index(countedKind(parsed));
-  ++counts[kind];
-  rates[kind].count(tick);
+  KindStats& kind = kinds[static_cast<size_t>(countedKind(parsed))];
+  ++kind.count;
+  kind.rate.count(tick);
   switch (checkNmeaChecksum(raw)) {
-    case Checksum::right: ++checksumRight; break;
-    case Checksum::wrong: ++checksumWrong; break;
-    case Checksum::absent: ++checksumAbsent; break;
+    case Checksum::right: ++kind.checksumRight; break;
+    case Checksum::wrong: ++kind.checksumWrong; break;
+    case Checksum::absent: ++kind.checksumAbsent; break;
   }
 }
 

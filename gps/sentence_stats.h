@@ -13,27 +13,35 @@ inline constexpr size_t kCountedKinds = 5;
 class RateMeter {
  public:
   void count(uint32_t tick);
-  double perSecond() const;
+  // 0 when nothing has come for a while before `tick`.
+  double perSecond(uint32_t tick) const;
 
  private:
   static constexpr uint32_t kWindowMs = 4000;
   uint32_t windowStart_ = 0;
   uint32_t lastTick_ = 0;
   uint32_t inWindow_ = 0;
-  double lastWindowRate_ = -1;
+  double lastWindowRate_ = -1;  // of the window before; below 0: there is none
+};
+
+struct KindStats {
+  uint64_t count = 0;
+  uint64_t checksumRight = 0;
+  uint64_t checksumWrong = 0;
+  uint64_t checksumAbsent = 0;
+  RateMeter rate;
 };
 
 // What came down the line. Counting changes nothing in what is accepted.
 struct SentenceStats {
-  std::array<uint64_t, kCountedKinds> counts{};
-  std::array<RateMeter, kCountedKinds> rates{};
+  std::array<KindStats, kCountedKinds> kinds;
   uint64_t rejected = 0;  // lines that begin with no "$"
   uint64_t binary = 0;    // whole binary messages
-  uint64_t checksumRight = 0;
-  uint64_t checksumWrong = 0;
-  uint64_t checksumAbsent = 0;
 
+  const KindStats& of(CountedKind kind) const { return kinds[static_cast<size_t>(kind)]; }
   uint64_t total() const;  // accepted lines and binary messages
+  // The sum of one count over all kinds.
+  uint64_t sum(uint64_t KindStats::*member) const;
 
   // An accepted line: `raw` as received carries the checksum, `parsed` the name that was
   // recognised.

@@ -47,11 +47,12 @@ bool Simulation::next(std::string& line, uint32_t& index, uint32_t& count,
   const auto woken = [&] { return simMode_ != mode || cancelled(); };
   if (mode == SimMode::tapping) {
     changed_.wait(lock, [&] { return stepped_ || woken(); });
-    stepped_ = false;
   } else {
     changed_.wait_for(lock, std::chrono::milliseconds(paceMs), woken);
   }
-  if (woken() || simLines_.empty()) return false;
+  if (woken()) return false;  // a step is left to the reader that it is meant for
+  stepped_ = false;
+  if (simLines_.empty()) return false;
   index = simIndex_;
   count = static_cast<uint32_t>(simLines_.size());
   line.assign(simLines_[simIndex_]).append("\r\n");

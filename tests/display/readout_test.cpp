@@ -13,7 +13,7 @@
 namespace vgps {
 namespace {
 
-void count(Scene& scene, CountedKind kind) { scene.stats.counts[static_cast<size_t>(kind)] = 10; }
+void count(Scene& scene, CountedKind kind) { scene.stats.kinds[static_cast<size_t>(kind)].count = 10; }
 
 Scene liveScene(std::vector<ViewedSatellite>& view) {
   Scene scene;

@@ -110,19 +110,22 @@ TEST(Framing, BlocksAreCutAtLineStarts) {
     const char* what;
     std::string block;
     char carried;
+    bool binary;
     Lines chunks;
   } const rows[] = {
-      {"every line for itself", "$A\r\n!B\r\n$C", 0, {"$A\r\n", "!B\r\n", "$C"}},
-      {"the rest of a carried line first", "rest\r\n$B\r\n", '$', {"rest\r\n", "$B\r\n"}},
-      {"LF alone", "$A\n$B\n", 0, {"$A\n", "$B\n"}},
-      {"binary from the start", binary, 0, {binary}},
-      {"binary behind a line", "$A\r\n" + binary, 0, {"$A\r\n", binary}},
-      {"binary being carried", "x\ny\n$A\r\n", '\xA0', {"x\ny\n$A\r\n"}},
-      {"nothing", "", 0, {}},
+      {"every line for itself", "$A\r\n!B\r\n$C", 0, false, {"$A\r\n", "!B\r\n", "$C"}},
+      {"the rest of a carried line first", "rest\r\n$B\r\n", '$', false, {"rest\r\n", "$B\r\n"}},
+      {"LF alone", "$A\n$B\n", 0, false, {"$A\n", "$B\n"}},
+      {"binary from the start", binary, 0, false, {binary}},
+      {"binary behind a line", "$A\r\n" + binary, 0, false, {"$A\r\n", binary}},
+      {"binary being carried", "x\ny\n$A\r\n", '\xA0', false, {"x\ny\n$A\r\n"}},
+      {"the rest of a damaged message", "x\n$y" + binary, 0, true, {"x\n$y", binary}},
+      {"lines after binary", "!A\r\n$B\r\n", 0, true, {"!A\r\n", "$B\r\n"}},
+      {"nothing", "", 0, false, {}},
   };
   for (const auto& row : rows) {
     Lines chunks;
-    cutAtLineStarts(row.block, row.carried,
+    cutAtLineStarts(row.block, row.carried, row.binary,
                     [&](std::string_view chunk) { chunks.emplace_back(chunk); });
     EXPECT_EQ(chunks, row.chunks) << row.what;
   }
@@ -135,7 +138,7 @@ TEST(Framing, ForeignLinesTakeNoSentenceWithThem) {
   std::mt19937 random(1);
   for (size_t at = 0; at < block.size();) {
     const size_t size = 1 + random() % 9;
-    cutAtLineStarts(std::string_view(block).substr(at, size), world.fix.carriedStart(),
+    cutAtLineStarts(std::string_view(block).substr(at, size), world.fix.carriedStart(), false,
                     [&](std::string_view chunk) { world.fix.onReceive(chunk); });
     at += size;
   }
@@ -149,7 +152,7 @@ TEST(Framing, NoiseNeitherCrashesNorBlocks) {
     std::string noise(random() % 300, '\0');
     for (char& c : noise)
       c = static_cast<char>(random() % 8 == 0 ? "$\r\n\xA0\xA2,*\0"[random() % 8] : random());
-    cutAtLineStarts(noise, world.fix.carriedStart(),
+    cutAtLineStarts(noise, world.fix.carriedStart(), random() % 2 == 0,
                     [&](std::string_view chunk) { world.fix.onReceive(chunk); });
   }
   world.fix.onReceive("$" + std::string(1000000, 'x'));
@@ -174,11 +177,15 @@ TEST(Lines, EachLineIsTimedAndCounted) {
   EXPECT_EQ(world.fix.lastSentenceKind, 0);
   EXPECT_EQ(world.hooks.refreshes, 1);
   const SentenceStats& stats = world.state.stats;
-  EXPECT_EQ(stats.counts, (std::array<uint64_t, kCountedKinds>{1, 1, 0, 1, 1}));
+  const std::array<uint64_t, kCountedKinds> counts = {1, 1, 0, 1, 1};
+  for (size_t kind = 0; kind < counts.size(); ++kind) {
+    EXPECT_EQ(stats.kinds[kind].count, counts[kind]) << kind;
+  }
   EXPECT_EQ(stats.total(), 4U);
-  EXPECT_EQ(stats.checksumRight, 2U);
-  EXPECT_EQ(stats.checksumWrong, 1U);
-  EXPECT_EQ(stats.checksumAbsent, 1U);
+  EXPECT_EQ(stats.of(CountedKind::rmc).checksumRight, 1U);
+  EXPECT_EQ(stats.sum(&KindStats::checksumRight), 2U);
+  EXPECT_EQ(stats.of(CountedKind::gsv).checksumWrong, 1U);
+  EXPECT_EQ(stats.of(CountedKind::other).checksumAbsent, 1U);
 }
 
 TEST(Lines, RatesFollowTheTicks) {
@@ -188,9 +195,19 @@ TEST(Lines, RatesFollowTheTicks) {
     world.fix.onReceive(kRmcLine + "\r\n");
     if (i % 10 == 0) world.fix.onReceive(kGgaLine + "\r\n");
   }
-  EXPECT_NEAR(world.state.stats.rates[0].perSecond(), 10, 0.5);
-  EXPECT_NEAR(world.state.stats.rates[1].perSecond(), 1, 0.1);
-  EXPECT_EQ(world.state.stats.rates[2].perSecond(), 0);
+  const auto rate = [&](CountedKind kind) {
+    return world.state.stats.of(kind).rate.perSecond(world.clock.now);
+  };
+  EXPECT_NEAR(rate(CountedKind::rmc), 10, 0.5);
+  EXPECT_NEAR(rate(CountedKind::gga), 1, 0.1);
+  EXPECT_EQ(rate(CountedKind::gsa), 0);
+  world.clock.now += 60000;  // silence
+  EXPECT_EQ(rate(CountedKind::rmc), 0);
+  for (int i = 0; i < 3; ++i) {  // a pause is no part of the rate after it
+    world.clock.now += 500;
+    world.fix.onReceive(kRmcLine + "\r\n");
+  }
+  EXPECT_NEAR(rate(CountedKind::rmc), 2, 0.1);
 }
 
 TEST(Lines, TheLeaderOfABurstIsOfferedAndItsFollowerNot) {

@@ -45,7 +45,8 @@ TEST(SatelliteView, SystemsAreToldByTalkerAndNumber) {
       {"$GPGSV,1,1,01,05,40,083*75", "GPS 5 0"},
   };
   for (const auto& [line, text] : rows) EXPECT_EQ(after({line}), Texts{text}) << line;
-  EXPECT_EQ(after({"$IIGSV,1,1,01,05,40,083,46*75"}), Texts{});
+  EXPECT_EQ(after({"$IIGSV,1,1,01,05,40,083,46*75"}), Texts{"GPS 5 46"});  // any talker
+  EXPECT_EQ(after({"$PMGSV,1,1,01,05,40,083,46*75"}), Texts{});            // a maker's own sentence
   EXPECT_EQ(after({"$GPGSV,1,1,00*79"}), Texts{});
   EXPECT_EQ(after({"$GPGSV"}), Texts{});
 }
@@ -124,8 +125,14 @@ TEST(SatelliteView, SilentTalkersAreForgotten) {
   view.take("$GLGSV,1,1,01,65,40,083,46*75", 1000);
   view.take("$GLGSV,1,1,01,65,40,083,46*75", 31000);
   EXPECT_EQ(shown(view).size(), 2U);
-  view.take("$GLGSV,1,1,01,65,40,083,46*75", 31001);
+  view.take("$GLGSV,1,1,01,65,40,083,46*75", 32000);
   EXPECT_EQ(shown(view), Texts{"GLONASS 65 46"});
+  view.take("$GPGSA,A,3,05,,,,,,,,,,,,1,2,3*00", 40000);
+  view.take("$GPGSV,1,1,01,05,40,083,46*75", 40000);
+  EXPECT_EQ(shown(view), (Texts{"GLONASS 65 46", "GPS 5 46*"}));
+  view.take("$GPGSV,1,1,01,05,40,083,46*75", 69000);
+  view.take("$GPRMC,1", 71000);  // whatever line comes, and the list of used ones ages alike
+  EXPECT_EQ(shown(view), Texts{"GPS 5 46"});
 }
 
 TEST(SatelliteView, HoldsNoMoreThanItsCapacity) {

@@ -95,8 +95,8 @@ TEST(Talkers, TheParserGetsTheTranslationAndEverybodyElseTheRawLine) {
   EXPECT_EQ(world.fix.altitude, 545);
   EXPECT_EQ(world.fix.lastSentenceKind, kGga);
   EXPECT_EQ(world.hooks.lines, std::vector<std::string>{raw});
-  EXPECT_EQ(world.state.stats.counts[1], 1U);
-  EXPECT_EQ(world.state.stats.checksumRight, 1U);  // of the line as it came
+  EXPECT_EQ(world.state.stats.of(CountedKind::gga).count, 1U);
+  EXPECT_EQ(world.state.stats.of(CountedKind::gga).checksumRight, 1U);  // of the line as it came
 }
 
 }  // namespace

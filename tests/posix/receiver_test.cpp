@@ -208,10 +208,10 @@ TEST(Receiver, OpeningAndClosingWhileDataCome) {
     }
     EXPECT_TRUE(connectReceiver(world.app, {.port = path})) << i;
   }
-  const uint64_t before = world.app.shown.stats.counts[static_cast<size_t>(CountedKind::rmc)];
+  const uint64_t before = world.app.shown.stats.of(CountedKind::rmc).count;
   line->write("\r\n" + burst(100));
   EXPECT_TRUE(world.serve([&] { return world.app.shown.fix.course == 100; }));
-  EXPECT_GT(world.app.shown.stats.counts[static_cast<size_t>(CountedKind::rmc)], before);
+  EXPECT_GT(world.app.shown.stats.of(CountedKind::rmc).count, before);
 }
 
 }  // namespace
