@@ -17,6 +17,11 @@ uint32_t XmlTree::copyRow(const XmlTree& other, uint32_t element) {
 
 // The two elements have the same number of children.
 void XmlTree::copyItems(const XmlTree& other, uint32_t from, uint32_t to) {
+  const XmlElementRow& whole = other.elements[from];
+  if (whole.textOnly) {
+    appendItem(to, XmlItemKind::content, text.add(other.text.view(whole.text())));
+    return;
+  }
   uint32_t after = kNoRow;
   uint32_t copiedAfter = kNoRow;
   for (uint32_t item = other.firstItem(from); item != kNoRow; item = other.nextItem(from, item)) {

@@ -13,6 +13,7 @@ namespace {
 constexpr std::string_view kUtf16Declaration =
     R"(<?xml version="1.0" encoding="UTF-16" standalone="yes" ?>)";
 constexpr std::string_view kLineEnd = "\r\n";
+constexpr uint64_t kUsualRoom = 1024 * 1024;  // that nobody needs to count
 
 // A text handed on in pieces.
 size_t readFromView(void* from, char* to, size_t size) {
@@ -135,17 +136,34 @@ int XmlDocument::Save(std::u16string_view fileName, XmlSaveMode mode) {
   return Save(utf8FromUtf16(fileName), mode);
 }
 
-// Empty when the memory cannot be had.
-XmlBuffer XmlDocument::renderAll(std::string_view declaration) const {
-  const uint64_t size = savedSize() + declaration.size() - kXmlDeclaration.size();
-  if (size > files_->roomInMemory()) return {};
-  XmlBuffer text = XmlBuffer::ofSize(size);
+// Empty when `most` bytes do not hold it or the memory cannot be had.
+XmlBuffer XmlDocument::renderInto(size_t size, uint64_t most, std::string_view declaration) const {
+  uint64_t outside = declaration.size() + kLineEnd.size();
+  for (const XmlComment& comment : header_.comments) outside += commentSize(comment);
+  if (outside > most) return {};
+  XmlBuffer text = XmlBuffer::ofSize(size + outside);
   if (!text) return {};
-  char* out = append(append(text.data(), declaration), kLineEnd);
-  out = appendComments(out, header_.comments, false);
-  out = renderXml(*tree_, tree_->root, out);
-  appendComments(out, header_.comments, true);
+  char* const before = append(append(text.data(), declaration), kLineEnd);
+  size_t used = static_cast<size_t>(appendComments(before, header_.comments, false) - text.data());
+  used = renderXml(*tree_, tree_->root, text, used, most);
+  if (used == 0 || !text.resize(used + outside)) return {};
+  char* const end = appendComments(text.data() + used, header_.comments, true);
+  text.resize(static_cast<size_t>(end - text.data()));
   return text;
+}
+
+// Only a deeply nested document is much larger written than it is in memory, by its indentation.
+// It is counted before it takes the memory.
+XmlBuffer XmlDocument::renderAll(std::string_view declaration) const {
+  constexpr uint64_t kLine = 32;
+  const uint64_t held = tree_->text.used() + kLine * tree_->elements.size() +
+                        kLine / 2 * (tree_->attributes.size() + tree_->items.size());
+  const uint64_t room = files_->roomInMemory();
+  if (held > room) return {};
+  XmlBuffer text = renderInto(held, std::min(room, held * 4 + kUsualRoom), declaration);
+  if (text) return text;
+  const uint64_t size = savedSize() + kUsualRoom;
+  return size > room ? XmlBuffer() : renderInto(size, size, declaration);
 }
 
 int XmlDocument::saveFile(const std::string& path, XmlSaveMode mode) {

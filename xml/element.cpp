@@ -206,7 +206,7 @@ void XmlElement::AddCData(std::string_view text, size_t position) {
 
 void XmlElement::addItem(XmlItemKind kind, std::string_view stored, size_t position) {
   if (tree_ == nullptr) return;
-  uint32_t after = row().lastChild;
+  uint32_t after = tree_->lastChild(index_);
   if (position == 0) {
     after = kNoRow;
   } else if (position != SIZE_MAX) {
@@ -219,6 +219,10 @@ void XmlElement::addItem(XmlItemKind kind, std::string_view stored, size_t posit
 std::vector<XmlItem> XmlElement::items(XmlItemKind kind) const {
   std::vector<XmlItem> found;
   if (tree_ == nullptr) return found;
+  if (row().textOnly) {
+    if (kind == XmlItemKind::content) found.push_back({tree_->text.view(row().text()), 0});
+    return found;
+  }
   uint32_t child = kNoRow;  // the last of the `position` children in front
   size_t position = 0;
   for (uint32_t item = tree_->firstItem(index_); item != kNoRow;
@@ -240,12 +244,10 @@ std::string XmlElement::GetText() const {
 }
 
 std::string_view XmlElement::text(std::string& scratch) const {
-  const uint32_t only = tree_ == nullptr ? kNoRow : row().lastItem;
-  if (only == kNoRow) return {};
-  const XmlItemRow& item = tree_->items[only];
-  const bool single = item.next == only && item.kind == static_cast<uint32_t>(XmlItemKind::content);
-  const std::string_view stored = tree_->textOf(item);
-  if (single && stored.find('&') == std::string_view::npos) return stored;
+  if (tree_ == nullptr) return {};
+  const std::string_view stored =
+      row().textOnly ? tree_->text.view(row().text()) : std::string_view();
+  if (row().textOnly && stored.find('&') == std::string_view::npos) return stored;
   scratch = GetText();
   return scratch;
 }

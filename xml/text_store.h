@@ -58,6 +58,8 @@ class TextStore {
   }
   void seal();
   bool overflowed() const { return overflowed_; }
+  // About the bytes of all strings.
+  uint64_t used() const { return used_ + sideUsed_; }
 
  private:
   // Chunk k holds kFirstChunk << k bytes: few chunks, and the one of an offset is one bit scan

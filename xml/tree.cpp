@@ -1,6 +1,7 @@
 #include "xml/tree.h"
 
 #include <bit>
+#include <cstdlib>
 
 namespace vgps {
 namespace {
@@ -69,6 +70,7 @@ void XmlTree::destroy(uint32_t element) {
 }
 
 void XmlTree::destroyChildren(uint32_t element) {
+  if (elements[element].textOnly) return;
   for (uint32_t child = firstChild(element), next = kNoRow; child != kNoRow; child = next) {
     next = nextSibling(child);
     free(child);
@@ -137,23 +139,53 @@ uint32_t XmlTree::lastItemUpTo(uint32_t element, uint32_t after) const {
   }
 }
 
+uint32_t XmlTree::newItem(XmlItemKind kind, XmlSpan stored, uint32_t after) {
+  if (items.size() > kMostItems) std::abort();
+  XmlItemRow row{stored.offset, stored.length, after, 0, 0};
+  row.kind = static_cast<uint32_t>(kind) & 3U;
+  return items.push(row);
+}
+
+void XmlTree::appendItemRow(uint32_t element, XmlItemKind kind, XmlSpan stored) {
+  XmlElementRow& owner = elements[element];
+  const uint32_t item = newItem(kind, stored, owner.lastChild);
+  const uint32_t last = owner.lastItem;
+  items[item].next = (last == kNoRow ? item : items[last].next) & kMostItems;
+  if (last != kNoRow) items[last].next = item & kMostItems;
+  owner.lastItem = item;
+}
+
+void XmlTree::unfoldText(uint32_t element) {
+  XmlElementRow& owner = elements[element];
+  const XmlSpan stored = owner.text();
+  owner.textOnly = 0;
+  owner.lastChild = kNoRow;
+  owner.lastItem = kNoRow;
+  appendItemRow(element, XmlItemKind::content, stored);
+}
+
 void XmlTree::addItem(uint32_t element, XmlItemKind kind, XmlSpan stored, uint32_t after) {
   XmlElementRow& owner = elements[element];
-  if (owner.lastItem == kNoRow || after == owner.lastChild ||
-      after == items[owner.lastItem].after) {
+  if (after == lastChild(element)) {
     appendItem(element, kind, stored);
-    items[owner.lastItem].after = after;
     return;
   }
   const uint32_t item = newItem(kind, stored, after);
-  const uint32_t found = lastItemUpTo(element, after);
+  const uint32_t found = owner.lastItem == kNoRow ? kNoRow : lastItemUpTo(element, after);
   const uint32_t before = found == kNoRow ? owner.lastItem : found;
-  items[item].next = items[before].next;
-  items[before].next = item & kMostItems;
-  if (found == owner.lastItem) owner.lastItem = item;
+  items[item].next = (before == kNoRow ? item : items[before].next) & kMostItems;
+  if (before != kNoRow) items[before].next = item & kMostItems;
+  if (before == kNoRow || found == owner.lastItem) owner.lastItem = item;
 }
 
 void XmlTree::removeItems(uint32_t element, XmlItemKind kind) {
+  if (elements[element].textOnly) {
+    if (kind != XmlItemKind::content) return;
+    elements[element].textOnly = 0;
+    elements[element].lastChild = kNoRow;
+    elements[element].lastItem = kNoRow;
+    return;
+  }
   uint32_t item = firstItem(element);
   const uint32_t oldLast = elements[element].lastItem;
   uint32_t first = kNoRow;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 #include "xml/growing_array.h"
@@ -15,19 +14,23 @@ constexpr uint32_t kNoRow = UINT32_MAX;
 enum class XmlItemKind : uint32_t { comment = 0, content = 1, cdata = 2 };
 
 // One element. Lists are rings known by their last member, so that both ends are one step away:
-// the first child is `elements[lastChild].next`, likewise the items.
+// the first child is `elements[lastChild].next`, likewise the items. An element that holds one text
+// content and nothing else, as most of a GPX file's do, keeps it here: `textOnly` is set, and
+// lastChild and lastItem are the offset and the length of the text.
 struct XmlElementRow {
   uint32_t parent = kNoRow;  // kNoRow at a root and at an element not yet placed
   uint32_t next = kNoRow;    // sibling
   uint32_t lastChild = kNoRow;
   uint32_t lastItem = kNoRow;  // of a free row: the next free one
   uint32_t firstAttribute = 0;
-  uint32_t attributeCount : 30 = 0;
+  uint32_t attributeCount : 29 = 0;
   uint32_t attributesRoomy : 1 = 0;  // the rows reach to the next power of two
   uint32_t spaces : 1 = 0;           // indented with spaces instead of tabs
+  uint32_t textOnly : 1 = 0;
   uint32_t name = 0;
 
-  void setAttributeCount(uint32_t count) { attributeCount = count & (UINT32_MAX >> 2); }
+  void setAttributeCount(uint32_t count) { attributeCount = count & (UINT32_MAX >> 3); }
+  XmlSpan text() const { return {lastChild, lastItem}; }
 };
 static_assert(sizeof(XmlElementRow) == 28);
 
@@ -87,8 +90,11 @@ struct XmlTree {
     return text.view({item.offset, item.length});
   }
 
+  uint32_t lastChild(uint32_t element) const {
+    return elements[element].textOnly ? kNoRow : elements[element].lastChild;
+  }
   uint32_t firstChild(uint32_t element) const {
-    const uint32_t last = elements[element].lastChild;
+    const uint32_t last = lastChild(element);
     return last == kNoRow ? kNoRow : elements[last].next;
   }
   // kNoRow behind the last one. `element` has a parent.
@@ -96,9 +102,10 @@ struct XmlTree {
     const XmlElementRow& row = elements[element];
     return elements[row.parent].lastChild == element ? kNoRow : row.next;
   }
+  // The item rows; none of an element that is `textOnly`.
   uint32_t firstItem(uint32_t element) const {
-    const uint32_t last = elements[element].lastItem;
-    return last == kNoRow ? kNoRow : items[last].next;
+    const XmlElementRow& row = elements[element];
+    return row.textOnly || row.lastItem == kNoRow ? kNoRow : uint32_t{items[row.lastItem].next};
   }
   uint32_t nextItem(uint32_t element, uint32_t item) const {
     return elements[element].lastItem == item ? kNoRow : uint32_t{items[item].next};
@@ -113,6 +120,7 @@ struct XmlTree {
   uint32_t newElement(uint32_t name);
   void appendChild(uint32_t parent, uint32_t child) {
     XmlElementRow& into = elements[parent];
+    if (into.textOnly) unfoldText(parent);
     if (into.lastChild == kNoRow) {
       elements[child].next = child;
     } else {
@@ -147,26 +155,24 @@ struct XmlTree {
   // The same behind everything else, as the reader does.
   void appendItem(uint32_t element, XmlItemKind kind, XmlSpan stored) {
     XmlElementRow& owner = elements[element];
-    const uint32_t item = newItem(kind, stored, owner.lastChild);
-    if (owner.lastItem == kNoRow) {
-      items[item].next = item & kMostItems;
+    if (kind == XmlItemKind::content && owner.lastChild == kNoRow && owner.lastItem == kNoRow) {
+      owner.textOnly = 1;
+      owner.lastChild = stored.offset;
+      owner.lastItem = stored.length;
     } else {
-      items[item].next = items[owner.lastItem].next;
-      items[owner.lastItem].next = item & kMostItems;
+      if (owner.textOnly) unfoldText(element);
+      appendItemRow(element, kind, stored);
     }
-    owner.lastItem = item;
   }
   void removeItems(uint32_t element, XmlItemKind kind);
 
  private:
   static constexpr uint32_t kMostItems = (1U << 30) - 1;
 
-  uint32_t newItem(XmlItemKind kind, XmlSpan stored, uint32_t after) {
-    if (items.size() > kMostItems) std::abort();
-    XmlItemRow row{stored.offset, stored.length, after, 0, 0};
-    row.kind = static_cast<uint32_t>(kind) & 3U;
-    return items.push(row);
-  }
+  uint32_t newItem(XmlItemKind kind, XmlSpan stored, uint32_t after);
+  void appendItemRow(uint32_t element, XmlItemKind kind, XmlSpan stored);
+  // Gives the text of a `textOnly` element a row of its own.
+  void unfoldText(uint32_t element);
   uint32_t lastItemUpTo(uint32_t element, uint32_t after) const;
   uint32_t copyRow(const XmlTree& other, uint32_t element);
   void copyItems(const XmlTree& other, uint32_t from, uint32_t to);

@@ -1,179 +1,212 @@
 #include "xml/writer.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <vector>
 
 namespace vgps {
 namespace {
 
-// Both sinks take strings of the tree's TextStore and literals.
-class Counter {
- public:
-  uint64_t count() const { return count_; }
-  void stored(const XmlTree&, XmlSpan span) { count_ += span.length; }
-  template <size_t size>
-  void literal(const char (&)[size]) {
-    count_ += size - 1;
-  }
-  void indent(uint32_t depth, bool) { count_ += depth; }
+// The walk over the tree is written once, for a count of bytes and for a place to write to. Both
+// are passed by value and returned: they stay in registers, which a member would not.
 
- private:
-  uint64_t count_ = 0;
+struct Place {
+  char* at = nullptr;
+  char* limit = nullptr;  // null once there is no more room
 };
 
-class Renderer {
- public:
-  explicit Renderer(char* out) : out_(out) {}
-  char* end() const { return out_; }
-
-  // Most strings are short: copying a fixed size and then stepping back is faster than looking
-  // at the length. Source and target both have XmlBuffer::kTail bytes to spare.
-  void stored(const XmlTree& tree, XmlSpan span) {
-    const char* const from = tree.text.at(span.offset);
-    if (span.length <= 16) {
-      std::memcpy(out_, from, 16);
-    } else if (span.length <= 48) {
-      std::memcpy(out_, from, 48);
-    } else {
-      std::memcpy(out_, from, span.length);
-    }
-    out_ += span.length;
-  }
-  template <size_t size>
-  void literal(const char (&text)[size]) {
-    std::memcpy(out_, text, size - 1);
-    out_ += size - 1;
-  }
-  void indent(uint32_t depth, bool spaces) {
-    if (depth <= 16) {
-      std::memset(out_, spaces ? ' ' : '\t', 16);
-    } else {
-      std::memset(out_, spaces ? ' ' : '\t', depth);
-    }
-    out_ += depth;
-  }
-
- private:
-  char* out_;
+struct Work {
+  const XmlTree& tree;
+  XmlBuffer* buffer = nullptr;  // null when counting
+  uint64_t most = 0;
 };
 
-template <class Sink>
-class Writer {
- public:
-  Writer(const XmlTree& tree, Sink& sink) : tree_(tree), sink_(sink) {}
+inline bool isFull(uint64_t) { return false; }
+inline bool isFull(Place out) { return out.limit == nullptr; }
 
-  void write(uint32_t top) {
-    uint32_t element = top;
-    for (;;) {
-      const uint32_t child = open(element);
-      if (child != kNoRow) {
-        element = child;
+// What may be written without asking, behind what was asked for.
+constexpr size_t kSlack = 32;
+
+// Room for `length` more bytes in a larger buffer.
+[[gnu::noinline]] Place grown(const Work& work, Place out, uint64_t length) {
+  XmlBuffer& buffer = *work.buffer;
+  const auto used = static_cast<uint64_t>(out.at - buffer.data());
+  const uint64_t needed = used + length + kSlack;
+  const uint64_t size = std::min(std::max(needed, buffer.size() + buffer.size() / 2), work.most);
+  if (isFull(out) || size < needed || !buffer.resize(size)) return {buffer.data(), nullptr};
+  return {buffer.data() + used, buffer.data() + size};
+}
+
+template <size_t size>
+uint64_t put(uint64_t count, const char (&)[size]) {
+  return count + size - 1;
+}
+template <size_t size>
+Place put(Place out, const char (&text)[size]) {
+  std::memcpy(out.at, text, size - 1);
+  out.at += size - 1;
+  return out;
+}
+
+inline uint64_t putStored(uint64_t count, const Work&, XmlSpan span) { return count + span.length; }
+// Most strings are short: copying a fixed size and stepping back is faster than looking at the
+// length. Source and target both have XmlBuffer::kTail bytes to spare.
+inline Place putStored(Place out, const Work& work, XmlSpan span) {
+  if (out.limit - out.at < static_cast<std::ptrdiff_t>(span.length + kSlack)) {
+    out = grown(work, out, span.length);
+    if (isFull(out)) return out;
+  }
+  const char* const from = work.tree.text.at(span.offset);
+  if (span.length <= 16) {
+    std::memcpy(out.at, from, 16);
+  } else if (span.length <= 48) {
+    std::memcpy(out.at, from, 48);
+  } else {
+    std::memcpy(out.at, from, span.length);
+  }
+  out.at += span.length;
+  return out;
+}
+
+inline uint64_t putIndent(uint64_t count, const Work&, uint32_t depth, bool) {
+  return count + depth;
+}
+inline Place putIndent(Place out, const Work& work, uint32_t depth, bool spaces) {
+  static constexpr char kTabs[] = "\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t";
+  static constexpr char kBlanks[] = "                ";
+  static_assert(sizeof kTabs == kSlack / 2 + 1 && sizeof kBlanks == sizeof kTabs);
+  if (depth < sizeof kTabs) {
+    std::memcpy(out.at, spaces ? kBlanks : kTabs, kSlack / 2);
+  } else {
+    if (out.limit - out.at < static_cast<std::ptrdiff_t>(depth + kSlack))
+      out = grown(work, out, depth);
+    if (!isFull(out)) std::memset(out.at, spaces ? ' ' : '\t', depth);
+  }
+  out.at += depth;
+  return out;
+}
+
+template <class Out>
+Out writeAttribute(const Work& work, const XmlAttributeRow& row, Out out) {
+  out = put(out, " ");
+  out = putStored(out, work, work.tree.names.span(work.tree.nameNumber(row)));
+  out = put(out, "=\"");
+  out = putStored(out, work, work.tree.valueSpan(row));
+  return put(out, "\"");
+}
+
+// The element's line up to its last attribute.
+template <class Out>
+Out writeTag(const Work& work, const XmlElementRow& row, uint32_t depth, Out out) {
+  out = putIndent(out, work, depth, row.spaces);
+  out = put(out, "<");
+  out = putStored(out, work, work.tree.names.span(row.name));
+  for (uint32_t i = 0; i < row.attributeCount; ++i) {
+    out = writeAttribute(work, work.tree.attributes[row.firstAttribute + i], out);
+  }
+  return out;
+}
+
+template <class Out>
+Out closeAtOnce(const Work& work, const XmlElementRow& row, Out out) {
+  // Without a name and attributes "</>" would stand there, and read as a closing tag.
+  const bool bare = row.attributeCount == 0 && work.tree.names.span(row.name).length == 0;
+  return bare ? put(out, "></>\r\n") : put(out, "/>\r\n");
+}
+
+template <class Out>
+Out writeClosingTag(const Work& work, const XmlElementRow& row, uint32_t depth, Out out) {
+  out = putIndent(out, work, depth, row.spaces);
+  out = put(out, "</");
+  out = putStored(out, work, work.tree.names.span(row.name));
+  return put(out, ">\r\n");
+}
+
+template <class Out>
+Out writeItem(const Work& work, const XmlItemRow& item, Out out) {
+  const XmlSpan text{item.offset, item.length};
+  switch (static_cast<XmlItemKind>(item.kind)) {
+    case XmlItemKind::comment: return put(putStored(put(out, "<!--"), work, text), "-->\r\n");
+    case XmlItemKind::cdata: return put(putStored(put(out, "<![CDATA["), work, text), "]]>\r\n");
+    default: return put(putStored(out, work, text), "\r\n");
+  }
+}
+
+// Writes the items from `item` on that follow the child `after`: comments first, then texts, then
+// CDATA. `item` becomes the first that follows a later child, or kNoRow.
+template <class Out>
+Out writeItems(const Work& work, uint32_t owner, uint32_t& item, uint32_t after, Out out) {
+  const uint32_t first = item;
+  item = work.tree.nextItem(owner, first);
+  if (work.tree.items[first].after != after) return item = first, out;
+  if (item == kNoRow || work.tree.items[item].after != after) {
+    return writeItem(work, work.tree.items[first], out);
+  }
+  for (const XmlItemKind kind : {XmlItemKind::comment, XmlItemKind::content, XmlItemKind::cdata}) {
+    item = first;
+    while (item != kNoRow && work.tree.items[item].after == after) {
+      if (work.tree.items[item].kind == static_cast<uint32_t>(kind)) {
+        out = writeItem(work, work.tree.items[item], out);
+      }
+      item = work.tree.nextItem(owner, item);
+    }
+  }
+  return out;
+}
+
+template <class Out>
+Out writeTree(const Work& work, uint32_t top, Out out) {
+  std::vector<uint32_t> nextItems;  // for each open element the next item to write
+  uint32_t element = top;
+  for (;;) {
+    if (isFull(out)) return out;
+    const XmlElementRow& row = work.tree.elements[element];
+    const auto depth = static_cast<uint32_t>(nextItems.size());
+    out = writeTag(work, row, depth, out);
+    if (row.textOnly) {
+      out = put(putStored(put(out, ">\r\n"), work, row.text()), "\r\n");
+      out = writeClosingTag(work, row, depth, out);
+    } else if (row.lastChild == kNoRow && row.lastItem == kNoRow) {
+      out = closeAtOnce(work, row, out);
+    } else {
+      out = put(out, ">\r\n");
+      uint32_t item = work.tree.firstItem(element);
+      if (item != kNoRow) out = writeItems(work, element, item, kNoRow, out);
+      if (row.lastChild != kNoRow) {
+        nextItems.push_back(item);
+        element = work.tree.elements[row.lastChild].next;
         continue;
       }
-      for (;;) {
-        if (element == top) return;
-        const uint32_t parent = tree_.elements[element].parent;
-        if (open_.back() != kNoRow) open_.back() = writeItems(parent, open_.back(), element);
-        const uint32_t sibling = tree_.nextSibling(element);
-        element = sibling == kNoRow ? parent : sibling;
-        if (sibling != kNoRow) break;
-        open_.pop_back();
-        close(tree_.elements[parent]);
-      }
+      out = writeClosingTag(work, row, depth, out);
+    }
+    // Behind a whole element: on to its sibling, or out of every parent that ends with it.
+    for (;;) {
+      if (element == top || isFull(out)) return out;
+      const uint32_t parent = work.tree.elements[element].parent;
+      uint32_t& item = nextItems.back();
+      if (item != kNoRow) out = writeItems(work, parent, item, element, out);
+      const uint32_t sibling = work.tree.nextSibling(element);
+      element = sibling == kNoRow ? parent : sibling;
+      if (sibling != kNoRow) break;
+      nextItems.pop_back();
+      out = writeClosingTag(work, work.tree.elements[parent],
+                            static_cast<uint32_t>(nextItems.size()), out);
     }
   }
-
- private:
-  // Writes the element up to its first child and returns that; without children all of it.
-  uint32_t open(uint32_t element) {
-    const XmlElementRow& row = tree_.elements[element];
-    sink_.indent(depth(), row.spaces);
-    sink_.literal("<");
-    sink_.stored(tree_, tree_.names.span(row.name));
-    for (uint32_t i = 0; i < row.attributeCount; ++i)
-      writeAttribute(tree_.attributes[row.firstAttribute + i]);
-    if (row.lastChild == kNoRow && row.lastItem == kNoRow) {
-      closeAtOnce(row);
-      return kNoRow;
-    }
-    sink_.literal(">\r\n");
-    uint32_t item = tree_.firstItem(element);
-    if (item != kNoRow) item = writeItems(element, item, kNoRow);
-    if (row.lastChild == kNoRow) {
-      close(row);
-      return kNoRow;
-    }
-    open_.push_back(item);
-    return tree_.elements[row.lastChild].next;
-  }
-
-  void closeAtOnce(const XmlElementRow& row) {
-    if (row.attributeCount == 0 && tree_.names.span(row.name).length == 0) {
-      sink_.literal("></>\r\n");  // "</>" alone would read as a closing tag
-    } else {
-      sink_.literal("/>\r\n");
-    }
-  }
-
-  void close(const XmlElementRow& row) {
-    sink_.indent(depth(), row.spaces);
-    sink_.literal("</");
-    sink_.stored(tree_, tree_.names.span(row.name));
-    sink_.literal(">\r\n");
-  }
-
-  void writeAttribute(const XmlAttributeRow& row) {
-    sink_.literal(" ");
-    sink_.stored(tree_, tree_.names.span(tree_.nameNumber(row)));
-    sink_.literal("=\"");
-    sink_.stored(tree_, tree_.valueSpan(row));
-    sink_.literal("\"");
-  }
-
-  // Writes the items from `item` on that follow the child `after`, comments first, then texts,
-  // then CDATA; the first that follows a later child, or kNoRow.
-  uint32_t writeItems(uint32_t owner, uint32_t item, uint32_t after) {
-    uint32_t next = item;
-    for (const XmlItemKind kind :
-         {XmlItemKind::comment, XmlItemKind::content, XmlItemKind::cdata}) {
-      next = item;
-      while (next != kNoRow && tree_.items[next].after == after) {
-        if (tree_.items[next].kind == static_cast<uint32_t>(kind)) writeItem(tree_.items[next]);
-        next = tree_.nextItem(owner, next);
-      }
-    }
-    return next;
-  }
-
-  void writeItem(const XmlItemRow& item) {
-    const auto kind = static_cast<XmlItemKind>(item.kind);
-    if (kind == XmlItemKind::comment) sink_.literal("<!--");
-    if (kind == XmlItemKind::cdata) sink_.literal("<![CDATA[");
-    sink_.stored(tree_, {item.offset, item.length});
-    if (kind == XmlItemKind::comment) sink_.literal("-->");
-    if (kind == XmlItemKind::cdata) sink_.literal("]]>");
-    sink_.literal("\r\n");
-  }
-
-  uint32_t depth() const { return static_cast<uint32_t>(open_.size()); }
-
-  const XmlTree& tree_;
-  Sink& sink_;
-  std::vector<uint32_t> open_;  // for each open element, its next item to write
-};
+}
 
 }  // namespace
 
 uint64_t renderedSize(const XmlTree& tree, uint32_t element) {
-  Counter counter;
-  Writer<Counter>(tree, counter).write(element);
-  return counter.count();
+  return writeTree({tree}, element, uint64_t{0});
 }
 
-char* renderXml(const XmlTree& tree, uint32_t element, char* out) {
-  Renderer renderer(out);
-  Writer<Renderer>(tree, renderer).write(element);
-  return renderer.end();
+size_t renderXml(const XmlTree& tree, uint32_t element, XmlBuffer& buffer, size_t used,
+                 uint64_t most) {
+  const Place start{buffer.data() + used, buffer.data() + buffer.size()};
+  const Place end = writeTree({tree, &buffer, most}, element, start);
+  return isFull(end) ? 0 : static_cast<size_t>(end.at - buffer.data());
 }
 
 }  // namespace vgps
