@@ -289,13 +289,15 @@ class Reader {
   [[gnu::always_inline]] char* openElement(char* tag, TagMarks& marks) {
     char* p = lenient ? scanTo<' ', '\t', '\r', '\n', '/', '>', '"', '\'', '='>(tag + 1)
                       : scanTo<' ', '\t', '/', '>', '"'>(tag + 1);
-    // Only one root, and that has a name: the rest is passed over with what it holds.
-    if (open_ == kNoRow && (root_ != kNoRow || p == tag + 1)) {
+    if (p > end_) p = end_;
+    // Only one root, and that has a name: the rest is passed over with what it holds. So is a "<"
+    // that is the last of the text.
+    const bool nameless = p == tag + 1;
+    if (open_ == kNoRow ? root_ != kNoRow || nameless : nameless && p == end_) {
       char* const end = nextMark<'>'>(marks);
       skipElement(tag, end);
       return end + 1;
     }
-    if (p > end_) p = end_;
     const uint32_t element = tree_.newElement(nameNumber(tag + 1, p));
     if (open_ == kNoRow) {
       root_ = element;
@@ -312,7 +314,7 @@ class Reader {
 
   void skipElement(const char* tag, const char* end) {
     strayAt(tag);
-    if (root_ != kNoRow && end[-1] != '/') ++skipped_;
+    if (open_ == kNoRow && root_ != kNoRow && end[-1] != '/') ++skipped_;
   }
 
   // Reads what follows an element's name; the tag's ">".

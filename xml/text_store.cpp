@@ -28,7 +28,7 @@ XmlSpan TextStore::add(std::string_view text) {
 }
 
 XmlSpan TextStore::addToBlock(std::string_view text) {
-  if (block_.size() - used_ < text.size()) {
+  if (!block_ || block_.size() - used_ < text.size()) {
     const uint64_t needed = used_ + text.size();
     overflowed_ = overflowed_ || needed > kLimit;
     if (overflowed_) return {};
@@ -42,8 +42,9 @@ XmlSpan TextStore::addToBlock(std::string_view text) {
 
 void TextStore::seal() {
   open_ = false;
-  sideBase_ = static_cast<uint32_t>(used_);
-  if (!block_.resize(used_)) std::abort();
+  // One byte more, so that an empty string at the end still lies in the block.
+  sideBase_ = static_cast<uint32_t>(used_ + 1);
+  if (!block_.resize(used_ + 1)) std::abort();
 }
 
 }  // namespace vgps

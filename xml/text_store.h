@@ -32,7 +32,7 @@ class TextStore {
   XmlSpan add(std::string_view text);
   // For a string that has XmlBuffer::kTail readable bytes behind it.
   XmlSpan addFromWindow(const char* from, size_t length) {
-    if (!open_ || block_.size() - used_ < length) return add({from, length});
+    if (!open_ || block_.size() - used_ <= length) return add({from, length});
     char* const to = block_.data() + used_;
     if (length <= 16) {
       std::memcpy(to, from, 16);
