@@ -88,7 +88,7 @@ class XmlDocument {
   XmlLoadResult loadFile(const XmlReading& reading);
   XmlLoadResult read(XmlSource source, size_t windowSize, const XmlReading& reading);
   int saveFile(const std::string& path, XmlSaveMode mode);
-  XmlBuffer renderInto(size_t size, uint64_t most, std::string_view declaration) const;
+  XmlBuffer renderInto(uint64_t size, uint64_t most, std::string_view declaration) const;
   XmlBuffer renderAll(std::string_view declaration) const;
 
   const XmlFiles* files_;

@@ -14,6 +14,7 @@
 namespace vgps {
 namespace {
 
+constexpr std::string_view kBlanks = " \t\r\n";
 bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 char* skipBlanks(char* p) { return scanPast<' ', '\t', '\r', '\n'>(p); }
 
@@ -230,13 +231,11 @@ class Reader {
   char* readRun(char* p) {
     const char* const run = p;
     std::string joined;
-    size_t keep = 0;  // blanks up to here stand in a CDATA section and are not trimmed
     while (p < end_) {
       if (startsWith(p, kCdata)) {
         char* const begin = p + kCdata.size();
         char* const close = find(begin, kCdataEnd);
         joined += escapeXml(between(begin, close));
-        keep = joined.size();
         p = close == end_ ? end_ : close + kCdataEnd.size();
       } else if (*p != '<') {
         char* const next = find(p, "<");
@@ -246,7 +245,8 @@ class Reader {
         break;
       }
     }
-    while (joined.size() > keep && isBlank(joined.back())) joined.pop_back();
+    const size_t first = joined.find_first_not_of(kBlanks);
+    joined.erase(joined.find_last_not_of(kBlanks) + 1).erase(0, first);
     if (open_ == kNoRow) strayAt(run);
     if (open_ != kNoRow && !joined.empty()) {
       tree_.appendItem(open_, XmlItemKind::content, tree_.text.add(joined));

@@ -121,7 +121,7 @@ TEST(XmlReader, LenientlyAsOtherProgramsWrite) {
        "<a x=\"AB\xC3\xA9&amp;&lt;&amp;&lt;\"/>|"},
       {"<a>&#65;&#x1F600;&#;&#x;&#12</a>", "<a>|A\xF0\x9F\x98\x80&#;&#x;&#12|</a>|"},
       {"<a>&#1114112;&#99999999999;</a>", "<a>|\xEF\xBF\xBD\xEF\xBF\xBD|</a>|"},
-      {"<a> <![CDATA[ <b>&]]> c <![CDATA[]]>d </a>", "<a>| &lt;b&gt;&amp; c d|</a>|"},
+      {"<a> <![CDATA[ <b>&]]> c <![CDATA[]]>d </a>", "<a>|&lt;b&gt;&amp; c d|</a>|"},
       {"<a>1<![CDATA[2]]><!--3-->4</a>", "<a>|<!--3-->|12|4|</a>|"},
       {"<a><![CDATA[x", "<a>|x|</a>|"},
       {"<a checked x='1'/>", "<a x=\"1\"/>|"},
