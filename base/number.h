@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -27,6 +28,10 @@ inline int32_t leadingInt(std::string_view text) {
   if (digits == 0 || digits > kSurelyInRange) return anyLeadingInt(text);
   return static_cast<int32_t>(value);
 }
+
+// The same in 64 bits. A negative text wraps in the unsigned one, as "%llu" reads it.
+int64_t leadingInt64(std::string_view text);
+uint64_t leadingUint64(std::string_view text);
 
 // Powers of ten that a double holds exactly.
 inline constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
@@ -62,8 +67,15 @@ inline double leadingDouble(std::string_view text) {
 // digit. A negative or large number wraps into 16 bits, like "%hu" of the C library does.
 bool scanUint16(std::string_view& rest, int width, uint16_t& out);
 
+std::string decimalText(int64_t value);
+std::string decimalText(uint64_t value);
+
 // `value` with exactly `decimals` digits after the point (0 to 30): the digits of printf's "%.Nf".
 std::string fixedText(double value, int decimals);
+
+// The same into `out`, which has room for kLongestFixedText bytes; the end of what was written.
+constexpr size_t kLongestFixedText = 360;
+char* writeFixed(char* out, double value, int decimals);
 
 // The shortest text that reads back as the same double.
 std::string shortestText(double value);

@@ -2,6 +2,7 @@
 # reads it; nothing else knows the neighbours. `room(NAME NEIGHBOUR...)`, one line each.
 room(base)
 room(platform base)
+room(xml base)
 room(geo base)
 room(gps geo platform base)
 room(display gps geo platform base)

@@ -1,0 +1,212 @@
+#include "xml/writer.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <vector>
+
+namespace vgps {
+namespace {
+
+// The walk over the tree is written once, for a count of bytes and for a place to write to. Both
+// are passed by value and returned: they stay in registers, which a member would not.
+
+struct Place {
+  char* at = nullptr;
+  char* limit = nullptr;  // null once there is no more room
+};
+
+struct Work {
+  const XmlTree& tree;
+  XmlBuffer* buffer = nullptr;  // null when counting
+  uint64_t most = 0;
+};
+
+inline bool isFull(uint64_t) { return false; }
+inline bool isFull(Place out) { return out.limit == nullptr; }
+
+// What may be written without asking, behind what was asked for.
+constexpr size_t kSlack = 32;
+
+// Room for `length` more bytes in a larger buffer.
+[[gnu::noinline]] Place grown(const Work& work, Place out, uint64_t length) {
+  XmlBuffer& buffer = *work.buffer;
+  const auto used = static_cast<uint64_t>(out.at - buffer.data());
+  const uint64_t needed = used + length + kSlack;
+  const uint64_t size = std::min(std::max(needed, buffer.size() + buffer.size() / 2), work.most);
+  if (isFull(out) || size < needed || !buffer.resize(size)) return {buffer.data(), nullptr};
+  return {buffer.data() + used, buffer.data() + size};
+}
+
+template <size_t size>
+uint64_t put(uint64_t count, const char (&)[size]) {
+  return count + size - 1;
+}
+template <size_t size>
+Place put(Place out, const char (&text)[size]) {
+  std::memcpy(out.at, text, size - 1);
+  out.at += size - 1;
+  return out;
+}
+
+inline uint64_t putStored(uint64_t count, const Work&, XmlSpan span) { return count + span.length; }
+// Most strings are short: copying a fixed size and stepping back is faster than looking at the
+// length. Source and target both have XmlBuffer::kTail bytes to spare.
+inline Place putStored(Place out, const Work& work, XmlSpan span) {
+  if (out.limit - out.at < static_cast<std::ptrdiff_t>(span.length + kSlack)) {
+    out = grown(work, out, span.length);
+    if (isFull(out)) return out;
+  }
+  const char* const from = work.tree.text.at(span.offset);
+  if (span.length <= 16) {
+    std::memcpy(out.at, from, 16);
+  } else if (span.length <= 48) {
+    std::memcpy(out.at, from, 48);
+  } else {
+    std::memcpy(out.at, from, span.length);
+  }
+  out.at += span.length;
+  return out;
+}
+
+inline uint64_t putIndent(uint64_t count, const Work&, uint32_t depth, bool) {
+  return count + depth;
+}
+inline Place putIndent(Place out, const Work& work, uint32_t depth, bool spaces) {
+  static constexpr char kTabs[] = "\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t";
+  static constexpr char kBlanks[] = "                ";
+  static_assert(sizeof kTabs == kSlack / 2 + 1 && sizeof kBlanks == sizeof kTabs);
+  if (depth < sizeof kTabs) {
+    std::memcpy(out.at, spaces ? kBlanks : kTabs, kSlack / 2);
+  } else {
+    if (out.limit - out.at < static_cast<std::ptrdiff_t>(depth + kSlack))
+      out = grown(work, out, depth);
+    if (!isFull(out)) std::memset(out.at, spaces ? ' ' : '\t', depth);
+  }
+  out.at += depth;
+  return out;
+}
+
+template <class Out>
+Out writeAttribute(const Work& work, const XmlAttributeRow& row, Out out) {
+  out = put(out, " ");
+  out = putStored(out, work, work.tree.names.span(work.tree.nameNumber(row)));
+  out = put(out, "=\"");
+  out = putStored(out, work, work.tree.valueSpan(row));
+  return put(out, "\"");
+}
+
+// The element's line up to its last attribute.
+template <class Out>
+Out writeTag(const Work& work, const XmlElementRow& row, uint32_t depth, Out out) {
+  out = putIndent(out, work, depth, row.spaces);
+  out = put(out, "<");
+  out = putStored(out, work, work.tree.names.span(row.name));
+  for (uint32_t i = 0; i < row.attributeCount; ++i) {
+    out = writeAttribute(work, work.tree.attributes[row.firstAttribute + i], out);
+  }
+  return out;
+}
+
+template <class Out>
+Out closeAtOnce(const Work& work, const XmlElementRow& row, Out out) {
+  // Without a name and attributes "</>" would stand there, and read as a closing tag.
+  const bool bare = row.attributeCount == 0 && work.tree.names.span(row.name).length == 0;
+  return bare ? put(out, "></>\r\n") : put(out, "/>\r\n");
+}
+
+template <class Out>
+Out writeClosingTag(const Work& work, const XmlElementRow& row, uint32_t depth, Out out) {
+  out = putIndent(out, work, depth, row.spaces);
+  out = put(out, "</");
+  out = putStored(out, work, work.tree.names.span(row.name));
+  return put(out, ">\r\n");
+}
+
+template <class Out>
+Out writeItem(const Work& work, const XmlItemRow& item, Out out) {
+  const XmlSpan text{item.offset, item.length};
+  switch (static_cast<XmlItemKind>(item.kind)) {
+    case XmlItemKind::comment: return put(putStored(put(out, "<!--"), work, text), "-->\r\n");
+    case XmlItemKind::cdata: return put(putStored(put(out, "<![CDATA["), work, text), "]]>\r\n");
+    default: return put(putStored(out, work, text), "\r\n");
+  }
+}
+
+// Writes the items from `item` on that follow the child `after`: comments first, then texts, then
+// CDATA. `item` becomes the first that follows a later child, or kNoRow.
+template <class Out>
+Out writeItems(const Work& work, uint32_t owner, uint32_t& item, uint32_t after, Out out) {
+  const uint32_t first = item;
+  item = work.tree.nextItem(owner, first);
+  if (work.tree.items[first].after != after) return item = first, out;
+  if (item == kNoRow || work.tree.items[item].after != after) {
+    return writeItem(work, work.tree.items[first], out);
+  }
+  for (const XmlItemKind kind : {XmlItemKind::comment, XmlItemKind::content, XmlItemKind::cdata}) {
+    item = first;
+    while (item != kNoRow && work.tree.items[item].after == after) {
+      if (work.tree.items[item].kind == static_cast<uint32_t>(kind)) {
+        out = writeItem(work, work.tree.items[item], out);
+      }
+      item = work.tree.nextItem(owner, item);
+    }
+  }
+  return out;
+}
+
+template <class Out>
+Out writeTree(const Work& work, uint32_t top, Out out) {
+  std::vector<uint32_t> nextItems;  // for each open element the next item to write
+  uint32_t element = top;
+  for (;;) {
+    if (isFull(out)) return out;
+    const XmlElementRow& row = work.tree.elements[element];
+    const auto depth = static_cast<uint32_t>(nextItems.size());
+    out = writeTag(work, row, depth, out);
+    if (row.textOnly) {
+      out = put(putStored(put(out, ">\r\n"), work, row.text()), "\r\n");
+      out = writeClosingTag(work, row, depth, out);
+    } else if (row.lastChild == kNoRow && row.lastItem == kNoRow) {
+      out = closeAtOnce(work, row, out);
+    } else {
+      out = put(out, ">\r\n");
+      uint32_t item = work.tree.firstItem(element);
+      if (item != kNoRow) out = writeItems(work, element, item, kNoRow, out);
+      if (row.lastChild != kNoRow) {
+        nextItems.push_back(item);
+        element = work.tree.elements[row.lastChild].next;
+        continue;
+      }
+      out = writeClosingTag(work, row, depth, out);
+    }
+    // Behind a whole element: on to its sibling, or out of every parent that ends with it.
+    for (;;) {
+      if (element == top || isFull(out)) return out;
+      const uint32_t parent = work.tree.elements[element].parent;
+      uint32_t& item = nextItems.back();
+      if (item != kNoRow) out = writeItems(work, parent, item, element, out);
+      const uint32_t sibling = work.tree.nextSibling(element);
+      element = sibling == kNoRow ? parent : sibling;
+      if (sibling != kNoRow) break;
+      nextItems.pop_back();
+      out = writeClosingTag(work, work.tree.elements[parent],
+                            static_cast<uint32_t>(nextItems.size()), out);
+    }
+  }
+}
+
+}  // namespace
+
+uint64_t renderedSize(const XmlTree& tree, uint32_t element) {
+  return writeTree({tree}, element, uint64_t{0});
+}
+
+size_t renderXml(const XmlTree& tree, uint32_t element, XmlBuffer& buffer, size_t used,
+                 uint64_t most) {
+  const Place start{buffer.data() + used, buffer.data() + buffer.size()};
+  const Place end = writeTree({tree, &buffer, most}, element, start);
+  return isFull(end) ? 0 : static_cast<size_t>(end.at - buffer.data());
+}
+
+}  // namespace vgps
