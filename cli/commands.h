@@ -37,6 +37,21 @@ struct PortsOptions {
 };
 int runPorts(const PortsOptions& options);
 
+struct SettingsOptions {
+  enum class Action { list, get, set };
+  Action action = Action::list;
+  std::string file;  // empty: vgps.xml beside the program
+  bool json = false;
+  std::string path, key, value;
+};
+int runSettings(const SettingsOptions& options);
+
+struct XmlOptions {
+  std::string file;
+  std::string output;  // empty: nothing is written
+};
+int runXml(const XmlOptions& options);
+
 // One clear line on standard error; the exit status of a failure.
 int fail(std::string_view message);
 

@@ -88,6 +88,36 @@ CLI::App* addPorts(CLI::App& program, PortsOptions& options) {
   return command;
 }
 
+// A value may begin with a minus sign, and a path with anything: both are taken as they stand.
+CLI::App* addSettings(CLI::App& program, SettingsOptions& options) {
+  CLI::App* const command =
+      program.add_subcommand("settings", "Show and change the settings in vgps.xml.");
+  command->add_option("--file", options.file, "The document (vgps.xml beside the program)")
+      ->option_text("FILE");
+  command->require_subcommand(1);
+  CLI::App* const list = command->add_subcommand("list", "Every setting with its value");
+  list->add_flag("--json", options.json, "Print JSON");
+  CLI::App* const get = command->add_subcommand("get", "One value");
+  CLI::App* const set = command->add_subcommand("set", "Change one value in the file at once");
+  for (CLI::App* const one : {list, get, set}) one->fallthrough();
+  for (CLI::App* const one : {get, set}) {
+    one->add_option("PATH", options.path, "Of elements: cfg\\gps")->required()->option_text(" ");
+    one->add_option("KEY", options.key, "The attribute: port")->required()->option_text(" ");
+  }
+  set->add_option("VALUE", options.value, "What it is set to")->required()->option_text(" ");
+  get->callback([&options] { options.action = SettingsOptions::Action::get; });
+  set->callback([&options] { options.action = SettingsOptions::Action::set; });
+  return command;
+}
+
+CLI::App* addXml(CLI::App& program, XmlOptions& options) {
+  CLI::App* const command = program.add_subcommand(
+      "xml", "Read an XML file, and save it in the program's own layout when -o is given.");
+  command->add_option("FILE", options.file, "The file")->required()->option_text(" ");
+  command->add_option("-o", options.output, "Where to save it")->option_text("OUT");
+  return command;
+}
+
 std::string firstLine(std::string_view text) {
   return std::string(text.substr(0, text.find('\n')));
 }
@@ -113,7 +143,11 @@ int runProgram(std::vector<std::string> arguments) {
   PortsOptions portsOptions;
   const CLI::App* const monitor = addMonitor(program, monitorOptions);
   const CLI::App* const replay = addReplay(program, replayOptions);
-  addPorts(program, portsOptions);
+  const CLI::App* const ports = addPorts(program, portsOptions);
+  SettingsOptions settingsOptions;
+  XmlOptions xmlOptions;
+  const CLI::App* const settings = addSettings(program, settingsOptions);
+  addXml(program, xmlOptions);
   std::reverse(arguments.begin(), arguments.end());  // as this overload of parse takes them
   try {
     program.parse(std::move(arguments));
@@ -123,11 +157,13 @@ int runProgram(std::vector<std::string> arguments) {
     return fail(firstLine(error.what()) + " (see vgps --help)");
   }
   if (program.get_subcommands().empty()) {
-    return fail("say what to do: monitor, replay or ports (see vgps --help)");
+    return fail("say what to do: monitor, replay, ports, settings or xml (see vgps --help)");
   }
   if (monitor->parsed()) return runMonitor(monitorOptions);
   if (replay->parsed()) return runReplay(replayOptions);
-  return runPorts(portsOptions);
+  if (ports->parsed()) return runPorts(portsOptions);
+  if (settings->parsed()) return runSettings(settingsOptions);
+  return runXml(xmlOptions);
 }
 
 }  // namespace vgps

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "app/settings.h"
+#include "xml/document.h"
+
+namespace vgps {
+
+// The settings document "vgps.xml", open for the whole run of the program.
+class ConfigStore {
+ public:
+  explicit ConfigStore(const XmlFiles& files = systemFiles());
+
+  // Reads the file; from then on the store speaks of it. False when the file is there and holds
+  // something, but no element can be read from it: then every key has its default, and the file is
+  // copied to "vgps.bad" beside it before it is overwritten. A missing or empty file is none of
+  // that: a program that starts for the first time.
+  bool open(const std::string& path);
+
+  XmlDocument& document() { return document_; }
+  const std::string& path() const { return path_; }
+
+  // One setting as the document holds it, or its default. Strings are cut to the row's length,
+  // never inside a character. Flags are the number that stands there.
+  double number(const SettingRow& row);
+  std::string string(const SettingRow& row);
+
+  // Into the document, as the row's type is written: whole numbers and colours in decimal, other
+  // numbers with two decimals.
+  void set(const SettingRow& row, double value);
+  void set(const SettingRow& row, std::string_view value);
+
+  bool changed() const { return changed_; }
+  void markChanged() { changed_ = true; }
+
+  // Writes the document when it was changed. False when it could not be written; it stays changed.
+  bool save();
+
+ private:
+  bool keepDamagedFile();
+
+  const XmlFiles* files_;
+  XmlDocument document_;
+  std::string path_;
+  bool changed_ = false;
+  bool damaged_ = false;  // the file on disk is one that nobody could read
+};
+
+// What the start-up makes of the document: every key in the order of the table, with the
+// corrections of its row.
+Settings loadSettings(ConfigStore& store);
+
+// The value of a row after its correction.
+double correctedNumber(const SettingRow& row, double value);
+
+// One group's values into the document, and the document to disk. False when that failed.
+bool saveSettings(ConfigStore& store, const Settings& settings, SettingGroup group);
+
+}  // namespace vgps

@@ -1,0 +1,202 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace vgps {
+
+// Every setting of the program, as the start-up loader leaves it. The table in settings_table.cpp
+// says where each is kept and what it is when it is absent.
+struct Settings {
+  std::string languageFile{};      // "file"
+  std::string port{};              // "port"
+  int32_t baudRate{};              // "speed"
+  bool simulate{};                 // "simu"
+  bool useGpsApi{};                // "gapi"
+  int32_t useSensorApi{};          // "sapi"
+  std::string sensorIdentifier{};  // "sapiid"
+  int32_t epochSentenceSetting{};  // "bsm"
+  std::string mapsFolder{};        // "offlinemaps"
+  std::string backgroundDay{};     // "bgimaged"
+  std::string backgroundNight{};   // "bgimagen"
+  std::string backgroundCustom{};  // "bgimagec"
+  std::string soundSpeed{};        // "sound_speed"
+  std::string soundOk{};           // "sound_ok"
+  std::string soundError{};        // "sound_error"
+  std::string soundTurn{};         // "sound_turn"
+  std::string soundZone{};         // "sound_zone"
+  float fontFactor{};              // "fsf"
+  int32_t frameSkip{};             // "gfs"
+  int32_t mapMargin{};             // "margin"
+  bool projectAltitude{};          // "pwa"
+  bool drawZGrid{};                // "dzg"
+  bool tracksIn3d{};               // "tid"
+  bool waypointsIn3d{};            // "wid"
+  float zScale{};                  // "mzs"
+  bool loadDynamicMaps{};          // "lod"
+  bool mapFollowsPosition{};       // "mfp"
+  bool mapShowsIcons{};            // "smi"
+  bool speedWarning{};             // "slw"
+  bool markWarning{};              // "dam"
+  int32_t speedUnit{};             // "smv"
+  int32_t speedLimit{};            // "sxv"
+  int32_t longDistanceUnit{};      // "dmvl"
+  int32_t shortDistanceUnit{};     // "dmvs"
+  bool mapShowsCompass{};          // "mpc"
+  bool mapRotates{};               // "mrp"
+  bool mapRotatesImages{};         // "mri"
+  bool map3dRotates{};             // "mr3p"
+  bool mapRemovesGrid{};           // "mrg"
+  bool mapUsesGrid{};              // "mug"
+  bool mapCutsView{};              // "mcv"
+  bool mapFixesZoom{};             // "fmv"
+  int32_t zoneSpeedLimit{};        // "fzsl"
+  bool loadOfflineMaps{};          // "lof"
+  bool saveDynamicMaps{};          // "sdm"
+  bool autoConnect{};              // "agc"
+  bool solidCompass{};             // "ics"
+  bool showLetters{};              // "scl"
+  bool backlightOn{};              // "kbo"
+  bool trayIcon{};                 // "sti"
+  bool bigWaypoints{};             // "bwd"
+  bool showContactWaypoints{};     // "scw"
+  bool saveOnLowBattery{};         // "ssl"
+  bool useLedFont{};               // "ulf"
+  int32_t positionFormat{};        // "xmv"
+  bool trackingOn{};               // "eit"
+  int32_t trackingSeconds{};       // "its"
+  bool pursueOn{};                 // "eip"
+  int32_t pursueSeconds{};         // "ips"
+  bool smsTrackingOn{};            // "est"
+  int32_t smsTrackingSeconds{};    // "sts"
+  bool centrePosition{};           // "cpc"
+  bool warnTurns{};                // "swt"
+  int32_t warnAngle{};             // "swa"
+  int32_t warnMetres{};            // "muw"
+  int32_t warnSeconds{};           // "msw"
+  std::string trackingUrl{};       // "itu"
+  std::string pursueUrl{};         // "ipu"
+  std::string smsText{};           // "stt"
+  std::string smsNumber{};         // "stn"
+  int32_t normalizeMetres{};       // "ntm"
+  bool recordCell{};               // "rci"
+  bool recordSpeed{};              // "rsc"
+  bool recordTime{};               // "rtc"
+  bool recordCourse{};             // "rbc"
+  int32_t recordEvery{};           // "res"
+  int32_t recordBem{};             // "bem"
+  bool drawPath{};                 // "drp"
+  bool viewCell{};                 // "vci"
+  bool useAltitude{};              // "uaa"
+  int32_t recalculateWaypoints{};  // "rws"
+  int32_t reachMetres{};           // "wrm"
+  int32_t reachSeconds{};          // "wrs"
+  int32_t pathLineSize{};          // "pls"
+  int32_t mapLineSize{};           // "mls"
+  int32_t cameraLeft{};            // "left"
+  int32_t cameraRight{};           // "right"
+  int32_t cameraTop{};             // "top"
+  int32_t cameraBottom{};          // "bottom"
+  uint32_t cameraColour{};         // "color"
+  int32_t cameraAlign{};           // "align"
+  int32_t utmEllipsoid{};          // "cut"
+  int32_t recordAngle{};           // "angle"
+  int32_t recordMinSpeed{};        // "speed"
+  int32_t recordAltitude{};        // "alt"
+  int32_t compassZ{};              // "CompassZ"
+  int32_t compassX{};              // "CompassX"
+  int32_t compassY{};              // "CompassY"
+  uint32_t colourInform{};         // "c1"
+  uint32_t colourBackground{};     // "c2"
+  uint32_t colourSuccess{};        // "c3"
+  uint32_t colourFailure{};        // "c4"
+  uint32_t colourGray{};           // "c5"
+  uint32_t colourLightGray{};      // "c6"
+  uint32_t colourZone{};           // "c7"
+  int32_t updateCountdown{};       // "upd"
+  bool tripDataOn{};               // "tde"
+  bool tripDataPosition{};         // "c1"
+  bool tripDataSpeed{};            // "c2"
+  bool tripDataNearest{};          // "c3"
+  bool tripDataPlayback{};         // "c4"
+  bool tripDataSatellites{};       // "c5"
+  bool tripDataAltitude{};         // "c6"
+  int32_t recordBes{};             // "bes"
+  bool logStream{};                // "lgn"
+  bool altitudeFromGeoidField{};   // "afg"
+  int32_t backupMinutes{};         // "bki"
+  bool manualRecording{};          // "mnr"
+  std::string trackStorePath{};    // "tlp"
+  int32_t talkers{};               // "tlk"
+
+  Settings();  // the defaults of the table
+};
+
+enum class SettingType : uint8_t { integer, flag, real, string, colour };
+
+// What the loader does with a value out of range; everything else is taken as it stands.
+enum class RangeRule : uint8_t {
+  none,
+  upToFive,   // above 5, zero or negative: the default
+  upToTen,    // above 10: 0
+  upToFifty,  // above 50: the default
+  notZero,    // exactly 0: the default
+  forcedOff,  // off at every start, whatever the document holds
+};
+
+// What one dialog saves.
+enum class SettingGroup : uint8_t {
+  language,
+  gps,
+  map,
+  background,
+  sound,
+  display,
+  map3d,
+  speed,
+  recording,
+  distance,
+  other,
+  tracking,
+  pursue,
+  smsTracking,
+  playback,
+  camera,
+  compass,
+  colour,
+  update,
+  tripData,
+};
+
+using SettingMember = std::variant<int32_t Settings::*, bool Settings::*, float Settings::*,
+                                   std::string Settings::*, uint32_t Settings::*>;
+
+struct SettingRow {
+  const char* path;  // of elements, backslashes between
+  const char* key;
+  SettingType type;
+  double number;        // the default of everything but strings
+  const char* text;     // the default of a string
+  uint16_t characters;  // UTF-16 units that a string may have
+  SettingMember member;
+  SettingGroup group;
+  const char* label;  // in the options grid; empty: no row there
+  RangeRule rule;
+};
+
+// All settings in the order in which they are loaded.
+std::span<const SettingRow> settingRows();
+
+// The member of a row. Numbers of every type pass as double, flags as 0 or 1.
+double numberOf(const Settings& settings, const SettingRow& row);
+void setNumber(Settings& settings, const SettingRow& row, double value);
+const std::string& textOf(const Settings& settings, const SettingRow& row);
+void setText(Settings& settings, const SettingRow& row, std::string value);
+
+// Null when there is no such setting. Case counts: "Cfg\\Other" is not "cfg\\other".
+const SettingRow* findSetting(std::string_view path, std::string_view key);
+
+}  // namespace vgps

@@ -1,0 +1,147 @@
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "app/config_store.h"
+#include "app/texts.h"
+#include "base/number.h"
+#include "base/text.h"
+#include "cli/commands.h"
+#include "platform/files.h"
+
+namespace vgps {
+namespace {
+
+constexpr uint32_t kCorrupted = 603;
+
+const char* typeName(SettingType type) {
+  constexpr std::array<const char*, 5> kNames = {"int", "flag", "float", "string", "colour"};
+  return kNames[static_cast<size_t>(type)];
+}
+
+// A 32-bit value as the short decimal that a person wrote: 0.01, not 0.00999999977.
+double shortDecimal(double value) { return leadingDouble(shortestText(static_cast<float>(value))); }
+
+nlohmann::ordered_json jsonNumber(const SettingRow& row, double value) {
+  if (row.type == SettingType::real) return shortDecimal(value);
+  return static_cast<int64_t>(value);
+}
+
+std::string valueText(ConfigStore& store, const SettingRow& row) {
+  if (row.type == SettingType::string) return store.string(row);
+  const double value = store.number(row);
+  return row.type == SettingType::real ? shortestText(static_cast<float>(value))
+                                       : decimalText(static_cast<int64_t>(value));
+}
+
+nlohmann::ordered_json jsonRow(ConfigStore& store, const SettingRow& row) {
+  nlohmann::ordered_json json;
+  json["path"] = row.path;
+  json["key"] = row.key;
+  json["type"] = typeName(row.type);
+  if (row.type == SettingType::string) {
+    json["default"] = row.text;
+    json["value"] = validUtf8(store.string(row));
+  } else {
+    const double value = store.number(row);
+    json["default"] = jsonNumber(row, row.number);
+    json["value"] = jsonNumber(row, value);
+    const double used = correctedNumber(row, value);
+    if (used != value) json["used"] = jsonNumber(row, used);
+  }
+  json["label"] = row.label;
+  return json;
+}
+
+int listSettings(ConfigStore& store, bool json) {
+  if (json) {
+    auto list = nlohmann::ordered_json::array();
+    for (const SettingRow& row : settingRows()) list.push_back(jsonRow(store, row));
+    std::puts(list.dump(2).c_str());
+    return finishOutput();
+  }
+  for (const SettingRow& row : settingRows()) {
+    const std::string address = std::string(row.path) + " " + row.key;
+    const std::string value = valueText(store, row);
+    std::printf("%-24s %-7s %-12s %s", address.c_str(), typeName(row.type), value.c_str(),
+                row.label);
+    if (row.type != SettingType::string) {
+      const double stored = store.number(row);
+      const double used = correctedNumber(row, stored);
+      if (used != stored) {
+        std::printf(" (used as %s)", shortestText(static_cast<float>(used)).c_str());
+      }
+    }
+    std::putchar('\n');
+  }
+  return finishOutput();
+}
+
+bool isNumber(std::string_view text, bool whole) {
+  const size_t first = !text.empty() && (text[0] == '-' || text[0] == '+') ? 1 : 0;
+  const std::string_view digits = text.substr(first);
+  if (digits.find_first_not_of(whole ? "0123456789" : "0123456789.") != std::string_view::npos) {
+    return false;
+  }
+  return digits.find_first_of("0123456789") != std::string_view::npos &&
+         digits.find('.') == digits.rfind('.');
+}
+
+// Empty when the value suits the row, otherwise what would.
+std::string whatIsAllowed(const SettingRow& row, std::string_view text) {
+  constexpr double kLargestInt = 2147483647;
+  constexpr double kLargestColour = 0xFFFFFF;
+  const double value = leadingDouble(text);
+  switch (row.type) {
+    case SettingType::string: return {};
+    case SettingType::real: return isNumber(text, false) ? "" : "a decimal number";
+    case SettingType::flag:
+    case SettingType::integer:
+      if (isNumber(text, true) && std::fabs(value) <= kLargestInt) return {};
+      return row.type == SettingType::flag ? "0 or 1" : "a whole number";
+    case SettingType::colour:
+      if (isNumber(text, true) && value >= 0 && value <= kLargestColour) return {};
+      return "a colour from 0 to 16777215";
+  }
+  return {};
+}
+
+int setSetting(ConfigStore& store, const SettingRow& row, const std::string& text) {
+  const std::string allowed = whatIsAllowed(row, text);
+  if (!allowed.empty()) {
+    return fail(std::string(row.path) + " " + row.key + " takes " + allowed + ", not '" + text +
+                "'");
+  }
+  if (row.type == SettingType::string) {
+    store.set(row, std::string_view(text));
+    if (firstUtf16Units(text, row.characters).size() < text.size()) {
+      std::fprintf(stderr, "vgps: the program reads %u characters of it\n",
+                   unsigned{row.characters});
+    }
+  } else {
+    store.set(row, leadingDouble(text));
+  }
+  return store.save() ? 0 : fail("cannot write " + store.path());
+}
+
+}  // namespace
+
+int runSettings(const SettingsOptions& options) {
+  const std::string path = options.file.empty() ? programFolder() + "/vgps.xml" : options.file;
+  ConfigStore store;
+  if (!store.open(path)) {
+    std::fprintf(stderr, "vgps: %s: %s\n", path.c_str(), std::string(textOf(kCorrupted)).c_str());
+  }
+  if (options.action == SettingsOptions::Action::list) return listSettings(store, options.json);
+  const SettingRow* const row = findSetting(options.path, options.key);
+  if (row == nullptr) return fail("no setting " + options.path + " " + options.key);
+  if (options.action == SettingsOptions::Action::set) {
+    return setSetting(store, *row, options.value);
+  }
+  std::puts(valueText(store, *row).c_str());
+  return finishOutput();
+}
+
+}  // namespace vgps
