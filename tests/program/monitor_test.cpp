@@ -234,6 +234,7 @@ TEST(Ports, AReasonForEachPort) {
   EXPECT_EQ(results, (std::vector<std::string>{"found", "no data", "not NMEA", "wrong speed",
                                                "busy", "not there"}));
   EXPECT_EQ(list[0]["talker"], "GP");
+  EXPECT_EQ(list[0]["speed"], 9600);
   EXPECT_NEAR(list[0]["sentencesPerSecond"].get<double>(), 8 / 3.0, 0.5);
   for (const json& port : list) EXPECT_NE(port["reason"], "");
 }

@@ -243,6 +243,8 @@ TEST(Program, HelpAndVersion) {
     const Finished help = runProgram({command, "--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_NE(help.output.find("--json"), std::string::npos);
+    const bool listens = command != std::string("replay");
+    EXPECT_EQ(help.output.find("N (9600)") != std::string::npos, listens) << command;
   }
 }
 
