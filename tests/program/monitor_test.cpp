@@ -142,6 +142,23 @@ TEST(Monitor, PlaysTheSimulation) {
   EXPECT_EQ(std::count(program.output.begin(), program.output.end(), '\n'), 2);
 }
 
+TEST(Monitor, StopsWhenAskedUnlessItWasStartedToIgnoreThat) {
+  const struct {
+    int ignored, asked;
+  } rows[] = {{0, SIGHUP}, {SIGHUP, SIGTERM}, {SIGINT, SIGHUP}, {SIGTERM, SIGINT}};
+  for (const auto& row : rows) {
+    Program program({"monitor", "--simulate", "--json"}, row.ignored);
+    EXPECT_TRUE(program.readUntil([&] { return !program.output.empty(); }));
+    if (row.ignored != 0) {
+      program.signal(row.ignored);
+      program.output.clear();
+      EXPECT_TRUE(program.readUntil([&] { return !program.output.empty(); })) << row.ignored;
+    }
+    program.signal(row.asked);
+    EXPECT_EQ(program.finish(), 0) << row.ignored;
+  }
+}
+
 // On a terminal: a block in one place; Ctrl-C ends it and brings the cursor back.
 TEST(Monitor, OnATerminalItKeepsToItsPlace) {
   int terminal = -1;
@@ -150,6 +167,7 @@ TEST(Monitor, OnATerminalItKeepsToItsPlace) {
   setenv("TERM", "xterm", 1);
   const pid_t child = forkpty(&terminal, nullptr, nullptr, &size);
   if (child == 0) {
+    setSignals(0);
     execl(VGPS_PROGRAM, "vgps", "monitor", "--port", line.path().c_str(), nullptr);
     _exit(127);
   }
