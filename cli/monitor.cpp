@@ -93,7 +93,6 @@ class Monitor {
   uint32_t openedTick_ = 0;  // of the last attempt to open
   uint32_t noiseTick_ = 0;
   bool noiseSeen_ = false;
-  uint32_t fixTick_ = 0;
   uint32_t dueTick_ = 0;  // when the state is shown next
   uint32_t shownTick_ = 0;
   bool changed_ = false;
@@ -134,12 +133,6 @@ void Monitor::handle(const UiMessage& message) {
     noiseSeen_ = true;
     noiseTick_ = clock_.tick();
   }
-  const FixRecord& fix = app_.shown.fix;
-  const bool position = fix.lastSentenceKind == kRmc || fix.lastSentenceKind == kGga;
-  if (message.event == UiEvent::line && position && fix.fixStatus != 0) {
-    status_.fixSeen = true;
-    fixTick_ = clock_.tick();
-  }
 }
 
 MonitorStatus Monitor::statusNow() const {
@@ -147,7 +140,8 @@ MonitorStatus Monitor::statusNow() const {
   now.dataSeen = app_.shown.dataSeen;
   now.silentMs = since(now.dataSeen ? app_.shown.lastDataTick : openedTick_);
   now.noiseSeen = noiseSeen_ && since(noiseTick_) < kNoiseMs;
-  now.fixAgeMs = since(fixTick_);
+  now.fixSeen = app_.shown.fixSeen;
+  now.fixAgeMs = since(app_.shown.lastFixTick);
   return now;
 }
 

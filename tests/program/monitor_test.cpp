@@ -134,6 +134,22 @@ TEST(Monitor, OneLineASecondAndTheLogHoldsWhatCame) {
   EXPECT_EQ(logged, kGga + kRmc);
 }
 
+TEST(Monitor, BinaryMessagesDoNotFreshenAnOldFix) {
+  Pty line;
+  Program program({"monitor", "--port", line.path()});
+  line.write(kGga + kRmc);
+  EXPECT_TRUE(program.readUntil([&] { return says(program.output, "GPS fix, "); }));
+  std::thread receiver([&] {
+    for (int i = 0; i < 50; ++i) {
+      line.write(std::string_view("\xA0\xA2\x00\x01\x29\x00\x29\xB0\xB3", 9));
+      std::this_thread::sleep_for(milliseconds(100));
+    }
+  });
+  EXPECT_TRUE(program.readUntil([&] { return says(program.output, "speaks SiRF binary"); }, 8000))
+      << program.output;
+  receiver.join();
+}
+
 TEST(Monitor, PlaysTheSimulation) {
   Program program({"monitor", "--simulate", "--json", "--for", "2.2"});
   EXPECT_EQ(program.finish(), 0);
