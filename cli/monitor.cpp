@@ -75,6 +75,7 @@ class Monitor {
   void followLink();
   void handle(const UiMessage& message);
   MonitorStatus statusNow() const;
+  bool takeDue();
   void show();
   void tellStatus();
   uint32_t msToNextStep() const;
@@ -145,6 +146,15 @@ MonitorStatus Monitor::statusNow() const {
   return now;
 }
 
+// Whether a second is over. Those that were missed (a stopped program, a machine asleep) are left
+// out: the same state would be shown for each.
+bool Monitor::takeDue() {
+  const uint32_t late = since(dueTick_);
+  if (static_cast<int32_t>(late) < 0) return false;
+  dueTick_ += (late / kSecondMs + 1) * kSecondMs;
+  return true;
+}
+
 void Monitor::show() {
   const MonitorStatus status = statusNow();
   std::string text;
@@ -199,10 +209,8 @@ void Monitor::run() {
   for (;;) {
     followLink();
     tellStatus();
-    const bool due = static_cast<int32_t>(clock_.tick() - dueTick_) >= 0;
     const bool fresh = output_ == Output::block && changed_ && since(shownTick_) >= kRefreshMs;
-    if (due) dueTick_ += kSecondMs;
-    if (due || fresh) show();
+    if (takeDue() || fresh) show();
     const double left = limitMs - since(start);
     if (left <= 0) break;
     const double wait = std::min<double>(msToNextStep(), std::ceil(left));

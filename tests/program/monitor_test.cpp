@@ -175,6 +175,22 @@ TEST(Monitor, StopsWhenAskedUnlessItWasStartedToIgnoreThat) {
   }
 }
 
+TEST(Monitor, SecondsInWhichItWasStoppedAreLeftOut) {
+  const auto count = [](const std::string& text) {
+    return std::count(text.begin(), text.end(), '\n');
+  };
+  Program program({"monitor", "--simulate", "--json"});
+  EXPECT_TRUE(program.readUntil([&] { return count(program.output) >= 1; }));
+  program.signal(SIGSTOP);
+  std::this_thread::sleep_for(milliseconds(5200));
+  const auto before = count(program.output);
+  program.signal(SIGCONT);
+  EXPECT_TRUE(program.readUntil([&] { return count(program.output) > before; }));
+  program.signal(SIGINT);
+  EXPECT_EQ(program.finish(), 0);
+  EXPECT_LE(count(program.output), before + 3);
+}
+
 // On a terminal: a block in one place; Ctrl-C ends it and brings the cursor back.
 TEST(Monitor, OnATerminalItKeepsToItsPlace) {
   int terminal = -1;
