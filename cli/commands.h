@@ -32,7 +32,7 @@ int runReplay(const ReplayOptions& options);
 
 struct PortsOptions {
   std::vector<std::string> ports;  // empty: those of the system
-  uint32_t speed = 4800;
+  uint32_t speed = 9600;
   bool json = false;
 };
 int runPorts(const PortsOptions& options);

@@ -23,6 +23,10 @@ constexpr uint32_t kSecondMs = 1000;
 // On a terminal what has changed is shown so much later at most.
 constexpr uint32_t kRefreshMs = 200;
 constexpr uint32_t kNoiseMs = 3000;
+// A device that is not there is asked for each second. One that opens and fails at once is left
+// alone for longer, since each opening leaves a reader waiting for the end of the program.
+constexpr uint32_t kRetryMs = 1000;
+constexpr uint32_t kReopenMs = 5000;
 
 enum class Output { block, lines, json };
 
@@ -75,6 +79,7 @@ class Monitor {
   void followLink();
   void handle(const UiMessage& message);
   MonitorStatus statusNow() const;
+  bool takeDue();
   void show();
   void tellStatus();
   uint32_t msToNextStep() const;
@@ -91,9 +96,9 @@ class Monitor {
 
   MonitorStatus status_;
   uint32_t openedTick_ = 0;  // of the last attempt to open
+  uint32_t retryMs_ = 0;     // from it to the next one
   uint32_t noiseTick_ = 0;
   bool noiseSeen_ = false;
-  uint32_t fixTick_ = 0;
   uint32_t dueTick_ = 0;  // when the state is shown next
   uint32_t shownTick_ = 0;
   bool changed_ = false;
@@ -109,6 +114,7 @@ void Monitor::connect() {
   const Link before = status_.link;
   const bool opened = connectReceiver(app_, choice);
   openedTick_ = clock_.tick();
+  retryMs_ = opened ? kReopenMs : kRetryMs;
   window_.message.clear();  // the status says more than "failed"
   status_.error = app_.fix.portError;
   // A device that was unplugged is "gone" rather than "not there" until it is back.
@@ -117,14 +123,14 @@ void Monitor::connect() {
   changed_ = true;
 }
 
-// Notices that the device has gone, and tries again every second while there is none.
+// Notices that the device has gone, and tries again while there is none.
 void Monitor::followLink() {
   if (gone_.exchange(false) && status_.link == Link::open) {
     disconnectReceiver(app_);
     status_.link = Link::gone;
     changed_ = true;
   }
-  if (status_.link != Link::open && since(openedTick_) >= kSecondMs) connect();
+  if (status_.link != Link::open && since(openedTick_) >= retryMs_) connect();
 }
 
 void Monitor::handle(const UiMessage& message) {
@@ -134,12 +140,6 @@ void Monitor::handle(const UiMessage& message) {
     noiseSeen_ = true;
     noiseTick_ = clock_.tick();
   }
-  const FixRecord& fix = app_.shown.fix;
-  const bool position = fix.lastSentenceKind == kRmc || fix.lastSentenceKind == kGga;
-  if (message.event == UiEvent::line && position && fix.fixStatus != 0) {
-    status_.fixSeen = true;
-    fixTick_ = clock_.tick();
-  }
 }
 
 MonitorStatus Monitor::statusNow() const {
@@ -147,8 +147,18 @@ MonitorStatus Monitor::statusNow() const {
   now.dataSeen = app_.shown.dataSeen;
   now.silentMs = since(now.dataSeen ? app_.shown.lastDataTick : openedTick_);
   now.noiseSeen = noiseSeen_ && since(noiseTick_) < kNoiseMs;
-  now.fixAgeMs = since(fixTick_);
+  now.fixSeen = app_.shown.fixSeen;
+  now.fixAgeMs = since(app_.shown.lastFixTick);
   return now;
+}
+
+// Whether a second is over. Those that were missed (a stopped program, a machine asleep) are left
+// out: the same state would be shown for each.
+bool Monitor::takeDue() {
+  const uint32_t late = since(dueTick_);
+  if (static_cast<int32_t>(late) < 0) return false;
+  dueTick_ += (late / kSecondMs + 1) * kSecondMs;
+  return true;
 }
 
 void Monitor::show() {
@@ -190,7 +200,7 @@ uint32_t Monitor::msToNextStep() const {
     return passed >= span ? 0 : span - passed;
   };
   uint32_t wait = left(dueTick_ - kSecondMs, kSecondMs);
-  if (status_.link != Link::open) wait = std::min(wait, left(openedTick_, kSecondMs));
+  if (status_.link != Link::open) wait = std::min(wait, left(openedTick_, retryMs_));
   if (output_ == Output::block && changed_) wait = std::min(wait, left(shownTick_, kRefreshMs));
   return wait;
 }
@@ -205,10 +215,8 @@ void Monitor::run() {
   for (;;) {
     followLink();
     tellStatus();
-    const bool due = static_cast<int32_t>(clock_.tick() - dueTick_) >= 0;
     const bool fresh = output_ == Output::block && changed_ && since(shownTick_) >= kRefreshMs;
-    if (due) dueTick_ += kSecondMs;
-    if (due || fresh) show();
+    if (takeDue() || fresh) show();
     const double left = limitMs - since(start);
     if (left <= 0) break;
     const double wait = std::min<double>(msToNextStep(), std::ceil(left));

@@ -22,6 +22,12 @@ std::string silenceText(const MonitorStatus& status) {
   return "no data from " + status.source + " for " + secondsText(status.silentMs);
 }
 
+// Binary messages leave the values of the last sentence where they are, however old they are.
+bool hasFix(const MonitorStatus& status, const UiFix& shown) {
+  const bool leftOver = shown.inputProtocol == kSirfBinary && status.fixAgeMs >= kSilentMs;
+  return shown.fix.fixStatus != 0 && !leftOver;
+}
+
 std::string noFixText(const MonitorStatus& status, const UiFix& shown) {
   if (shown.inputProtocol == kSirfBinary) {
     return "no fix: the receiver speaks SiRF binary, which carries none here";
@@ -52,7 +58,7 @@ std::string statusText(const MonitorStatus& status, const UiFix& shown) {
   }
   if (status.silentMs >= kSilentMs) return silenceText(status);
   if (!status.dataSeen) return "connected to " + status.source + ", waiting for data";
-  if (shown.fix.fixStatus == 0) return noFixText(status, shown);
+  if (!hasFix(status, shown)) return noFixText(status, shown);
   return fixStatusText(shown.fix.fixStatus) + ", " + fixedText(status.fixAgeMs / 1000.0, 1) +
          " s old";
 }
@@ -60,7 +66,7 @@ std::string statusText(const MonitorStatus& status, const UiFix& shown) {
 std::string monitorLine(const MonitorStatus& status, const UiFix& shown) {
   const FixRecord& fix = shown.fix;
   std::string line = statusText(status, shown);
-  const bool fixShown = status.link == Link::open && status.dataSeen && fix.fixStatus != 0;
+  const bool fixShown = status.link == Link::open && status.dataSeen && hasFix(status, shown);
   if (fixShown) {
     line = timeText(fix.utcTime) + "  " + positionText(fix) + "  " + fixedText(fix.altitude, 0) +
            " m  " + fixedText(fix.speedKmh, 2) + " km/h  " + fixedText(fix.course, 1) + " deg  " +

@@ -23,7 +23,7 @@ struct MonitorStatus {
   uint32_t silentMs = 0;   // since the last line, or since the source was opened
   bool dataSeen = false;   // since it was opened
   bool noiseSeen = false;  // bytes came in the last seconds that were no lines
-  bool fixSeen = false;    // at any time
+  bool fixSeen = false;    // since it was opened
   uint32_t fixAgeMs = 0;   // since the last sentence with a fix
 };
 

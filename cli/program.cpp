@@ -83,7 +83,7 @@ CLI::App* addPorts(CLI::App& program, PortsOptions& options) {
   command->add_option("--port", options.ports, "Only these ports")->option_text("DEV");
   command->add_option("--speed", options.speed, "Line speed in baud")
       ->check(above0())
-      ->option_text("N (4800)");
+      ->option_text("N (9600)");
   command->add_flag("--json", options.json, "Print JSON");
   return command;
 }

@@ -34,6 +34,13 @@ int32_t timeOfDay(std::string_view field) {
   return time < kDayMs ? time : -1;
 }
 
+// From one time of day to another without a date: more than -12 h, at most +12 h.
+int32_t shortestStep(int32_t from, int32_t to) {
+  const int32_t step = to - from;
+  if (step > kDayMs / 2) return step - kDayMs;
+  return step <= -kDayMs / 2 ? step + kDayMs : step;
+}
+
 }  // namespace
 
 void ReplayClock::advanceTo(std::string_view line) {
@@ -41,11 +48,10 @@ void ReplayClock::advanceTo(std::string_view line) {
   line.remove_prefix(7);
   const int32_t time = timeOfDay(line.substr(0, line.find(',')));
   if (time < 0) return;
-  if (timeOfDay_ >= 0) {
-    int32_t step = time - timeOfDay_;
-    if (step <= -kDayMs / 2) step += kDayMs;
-    if (step > 0) tick_ += static_cast<uint32_t>(step);
-  }
+  if (timeOfDay_ < 0) timeOfDay_ = time;
+  const int32_t step = shortestStep(timeOfDay_, time);
+  if (step <= 0) return;
+  tick_ += static_cast<uint32_t>(step);
   timeOfDay_ = time;
 }
 

@@ -14,9 +14,10 @@ class ReplayClock : public Clock {
  public:
   explicit ReplayClock(int32_t utcOffsetMinutes) : utcOffsetMinutes_(utcOffsetMinutes) {}
 
-  // To be called before the line is replayed. Without a time of day nothing changes. A time that
-  // goes back by less than half a day is disorder and moves nothing, one that goes back by more has
-  // passed midnight.
+  // To be called before the line is replayed. Without a time of day nothing changes. Of the two
+  // ways round the day the shorter one is meant: lines near midnight come in disorder like any
+  // others. A time that lies behind the latest one so far moves nothing, and so does a pause of
+  // more than half a day, which cannot be told from it.
   void advanceTo(std::string_view line);
 
   uint32_t tick() const override { return tick_; }
@@ -26,7 +27,7 @@ class ReplayClock : public Clock {
  private:
   int32_t utcOffsetMinutes_;
   uint32_t tick_ = 1000;
-  int32_t timeOfDay_ = -1;  // milliseconds; -1: none yet
+  int32_t timeOfDay_ = -1;  // the latest, in milliseconds; -1: none yet
 };
 
 }  // namespace vgps

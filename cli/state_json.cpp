@@ -1,9 +1,18 @@
 #include "cli/state_json.h"
 
+#include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace vgps {
 namespace {
+
+// JSON knows no infinity and would show null: the greatest number stands for it. A float reads back
+// to the same double only when it is printed as the double it is.
+double number(double value) {
+  constexpr double kGreatest = std::numeric_limits<double>::max();
+  return std::clamp(value, -kGreatest, kGreatest);
+}
 
 Json timeJson(const DateTime& time) {
   return {{"year", time.year},           {"month", time.month},
@@ -34,12 +43,11 @@ Json satellitesJson(const SatelliteTable& table) {
     if (table.slots[prn].visible != 0) visible.push_back(prn);
     if (table.slots[prn].used != 0) used.push_back(prn);
   }
-  // A float reads back to the same double only when it is printed as the double it is.
   return {{"usedCount", table.usedCount},
           {"inViewCount", table.inViewCount},
-          {"pdop", double{table.pdop}},
-          {"hdop", double{table.hdop}},
-          {"vdop", double{table.vdop}},
+          {"pdop", number(table.pdop)},
+          {"hdop", number(table.hdop)},
+          {"vdop", number(table.vdop)},
           {"visible", visible},
           {"used", used}};
 }
@@ -49,9 +57,9 @@ Json viewJson(const std::vector<ViewedSatellite>& satellites) {
   for (const ViewedSatellite& satellite : satellites) {
     Json entry = {{"system", satelliteSystemName(satellite.system)},
                   {"id", satellite.id},
-                  {"elevation", double{satellite.elevation}},
-                  {"azimuth", double{satellite.azimuth}},
-                  {"snr", double{satellite.snr}},
+                  {"elevation", number(satellite.elevation)},
+                  {"azimuth", number(satellite.azimuth)},
+                  {"snr", number(satellite.snr)},
                   {"used", satellite.used}};
     // Tells the entries of a satellite that is received on several frequencies apart.
     if (satellite.signal != 0) entry["signal"] = satellite.signal;
@@ -64,18 +72,18 @@ Json viewJson(const std::vector<ViewedSatellite>& satellites) {
 
 Json fixJson(const FixRecord& values, const GpsFix& connection) {
   return {{"fixStatus", values.fixStatus},
-          {"longitude", values.longitude},
-          {"latitude", values.latitude},
-          {"altitude", values.altitude},
+          {"longitude", number(values.longitude)},
+          {"latitude", number(values.latitude)},
+          {"altitude", number(values.altitude)},
           {"utcTime", timeJson(values.utcTime)},
           {"localTime", timeJson(values.localTime)},
-          {"speedKnots", values.speedKnots},
-          {"speedMps", values.speedMps},
-          {"speedKmh", values.speedKmh},
-          {"speedMph", values.speedMph},
-          {"speedSpare", values.speedSpare},
-          {"course", values.course},
-          {"magneticVariation", values.magneticVariation},
+          {"speedKnots", number(values.speedKnots)},
+          {"speedMps", number(values.speedMps)},
+          {"speedKmh", number(values.speedKmh)},
+          {"speedMph", number(values.speedMph)},
+          {"speedSpare", number(values.speedSpare)},
+          {"course", number(values.course)},
+          {"magneticVariation", number(values.magneticVariation)},
           {"lastSentenceKind", values.lastSentenceKind},
           {"portPath", connection.portPath},
           {"baudRate", connection.baudRate},
@@ -90,8 +98,8 @@ Json stateJson(const UiFix& shown, const GpsFix& connection) {
           {"fix", fixJson(shown.fix, connection)},
           {"satellites", satellitesJson(shown.satellites)},
           {"view", viewJson(shown.view)},
-          {"maxSpeed", shown.maxSpeed},
-          {"maxAltitude", shown.maxAltitude},
+          {"maxSpeed", number(shown.maxSpeed)},
+          {"maxAltitude", number(shown.maxAltitude)},
           {"inputProtocol", shown.inputProtocol}};
 }
 

@@ -30,15 +30,20 @@ TerminalSize terminalSize() {
 }
 
 // The signals are blocked in every thread that is started from now on and taken by one thread that
-// waits for them, so that the handler may do anything that a thread may do.
+// waits for them, so that the handler may do anything that a thread may do. A signal that whoever
+// started the program wants to be ignored (nohup) stays so: waiting for it would bring it back.
 void onStopRequest(std::function<void()> handler) {
   sigset_t signals;
   sigemptyset(&signals);
-  for (const int each : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&signals, each);
+  for (const int each : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction atStart {};
+    const bool known = sigaction(each, nullptr, &atStart) == 0;
+    if (!known || atStart.sa_handler != SIG_IGN) sigaddset(&signals, each);
+  }
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   std::thread([signals, handler = std::move(handler)] {
     int received = 0;
-    sigwait(&signals, &received);
+    if (sigwait(&signals, &received) != 0) return;
     pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
     handler();
     for (;;) pause();

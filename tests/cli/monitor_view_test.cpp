@@ -19,6 +19,8 @@ TEST(MonitorView, SaysHowItStandsTheWorstFirst) {
   const UiFix noFix;
   UiFix binary;
   binary.inputProtocol = kSirfBinary;
+  UiFix binaryFix = fix;
+  binaryFix.inputProtocol = kSirfBinary;
   const auto with = [&](auto change) {
     MonitorStatus status = good;
     change(status);
@@ -33,6 +35,10 @@ TEST(MonitorView, SaysHowItStandsTheWorstFirst) {
       {good, noFix, "no fix since 0 s"},
       {with([](auto& s) { s.fixSeen = false; }), noFix, "no fix yet"},
       {good, binary, "no fix: the receiver speaks SiRF binary, which carries none here"},
+      {good, binaryFix, "GPS fix, 0.3 s old"},
+      {with([](auto& s) { s.fixAgeMs = 2500; }), binaryFix,
+       "no fix: the receiver speaks SiRF binary, which carries none here"},
+      {with([](auto& s) { s.fixAgeMs = 9000; }), fix, "GPS fix, 9.0 s old"},
       {with([](auto& s) { s.dataSeen = false; }), noFix,
        "connected to /dev/ttyUSB0, waiting for data"},
       {with([](auto& s) { s.silentMs = 7900; }), fix, "no data from /dev/ttyUSB0 for 7 s"},

@@ -27,11 +27,16 @@ TEST(ReplayClock, GoesOnByTheTimesOfTheLog) {
       {"nor has RMCX", {rmc("123519"), "$GPRMCX,123529.000,A"}, 0},
       {"no time, no step", {rmc("123519"), rmc(""), rmc("1235"), "$GPRMC", rmc("123520")}, 1000},
       {"no time of day", {rmc("123519"), rmc("250000"), rmc("12x520"), rmc("123520")}, 1000},
-      {"a step back stands still", {rmc("123519"), rmc("123509"), rmc("123510")}, 1000},
+      {"a step back stands still", {rmc("123519"), rmc("123509"), rmc("123510")}, 0},
+      {"a step back and forth counts once", {rmc("000010"), rmc("000005"), rmc("000011")}, 1000},
       {"midnight", {rmc("235959.75"), rmc("000000.25")}, 500},
+      {"disorder around midnight",
+       {rmc("235959"), rmc("000000"), rmc("235959"), rmc("000000"), rmc("000001")},
+       2000},
       {"half a day back is tomorrow", {rmc("130000"), rmc("010000")}, 12 * 3600000},
       {"a little less is disorder", {rmc("130000"), rmc("010001")}, 0},
-      {"a long pause", {rmc("010000"), rmc("230000")}, 22 * 3600000},
+      {"a pause of half a day", {rmc("010000"), rmc("130000")}, 12 * 3600000},
+      {"a long pause cannot be told from disorder", {rmc("010000"), rmc("230000")}, 0},
   };
   for (const auto& row : rows) {
     ReplayClock clock(0);

@@ -96,6 +96,32 @@ TEST(Monitor, UnpluggedItSaysSoAndGoesOnWhenPluggedInAgain) {
   EXPECT_EQ(program.finish(), 0);
 }
 
+// A line that hangs up as soon as it has been opened, and is there again at once, some times.
+TEST(Monitor, ADeviceThatFailsAtOnceIsNotOpenedEachSecond) {
+  const TemporaryFolder folder;
+  const std::string path = (folder / "gps").string();
+  auto line = std::make_unique<Pty>(path);
+  const auto isOpened = [&] {
+    int exclusive = 0;
+    return ioctl(line->slave(), TIOCGEXCL, &exclusive) == 0 && exclusive != 0;
+  };
+  Program program({"monitor", "--json", "--port", path});
+  std::vector<std::chrono::steady_clock::time_point> openings;
+  EXPECT_TRUE(program.readUntil([&] {
+    if (isOpened()) {
+      openings.push_back(std::chrono::steady_clock::now());
+      if (openings.size() == 2) return true;
+      line = nullptr;
+      line = std::make_unique<Pty>(path);
+    }
+    return false;
+  }));
+  ASSERT_EQ(openings.size(), 2U);
+  EXPECT_GT(openings[1] - openings[0], milliseconds(4500));
+  line->write(kRmc);
+  EXPECT_TRUE(program.readUntil([&] { return counted(program, "rmc") == 1; }));
+}
+
 TEST(Monitor, SaysWhyItIsNotConnected) {
   const TemporaryFolder folder;
   Pty held;
@@ -134,12 +160,61 @@ TEST(Monitor, OneLineASecondAndTheLogHoldsWhatCame) {
   EXPECT_EQ(logged, kGga + kRmc);
 }
 
+TEST(Monitor, BinaryMessagesDoNotFreshenAnOldFix) {
+  Pty line;
+  Program program({"monitor", "--port", line.path()});
+  line.write(kGga + kRmc);
+  EXPECT_TRUE(program.readUntil([&] { return says(program.output, "GPS fix, "); }));
+  std::thread receiver([&] {
+    for (int i = 0; i < 50; ++i) {
+      line.write(std::string_view("\xA0\xA2\x00\x01\x29\x00\x29\xB0\xB3", 9));
+      std::this_thread::sleep_for(milliseconds(100));
+    }
+  });
+  EXPECT_TRUE(program.readUntil([&] { return says(program.output, "speaks SiRF binary"); }, 8000))
+      << program.output;
+  receiver.join();
+}
+
 TEST(Monitor, PlaysTheSimulation) {
   Program program({"monitor", "--simulate", "--json", "--for", "2.2"});
   EXPECT_EQ(program.finish(), 0);
   EXPECT_GE(counted(program, "total"), 1);
   EXPECT_EQ(program.lastJson()["fix"]["simulate"], true);
   EXPECT_EQ(std::count(program.output.begin(), program.output.end(), '\n'), 2);
+}
+
+TEST(Monitor, StopsWhenAskedUnlessItWasStartedToIgnoreThat) {
+  const struct {
+    int ignored, asked;
+  } rows[] = {{0, SIGHUP}, {SIGHUP, SIGTERM}, {SIGINT, SIGHUP}, {SIGTERM, SIGINT}};
+  for (const auto& row : rows) {
+    Program program({"monitor", "--simulate", "--json"}, row.ignored);
+    EXPECT_TRUE(program.readUntil([&] { return !program.output.empty(); }));
+    if (row.ignored != 0) {
+      program.signal(row.ignored);
+      program.output.clear();
+      EXPECT_TRUE(program.readUntil([&] { return !program.output.empty(); })) << row.ignored;
+    }
+    program.signal(row.asked);
+    EXPECT_EQ(program.finish(), 0) << row.ignored;
+  }
+}
+
+TEST(Monitor, SecondsInWhichItWasStoppedAreLeftOut) {
+  const auto count = [](const std::string& text) {
+    return std::count(text.begin(), text.end(), '\n');
+  };
+  Program program({"monitor", "--simulate", "--json"});
+  EXPECT_TRUE(program.readUntil([&] { return count(program.output) >= 1; }));
+  program.signal(SIGSTOP);
+  std::this_thread::sleep_for(milliseconds(5200));
+  const auto before = count(program.output);
+  program.signal(SIGCONT);
+  EXPECT_TRUE(program.readUntil([&] { return count(program.output) > before; }));
+  program.signal(SIGINT);
+  EXPECT_EQ(program.finish(), 0);
+  EXPECT_LE(count(program.output), before + 3);
 }
 
 // On a terminal: a block in one place; Ctrl-C ends it and brings the cursor back.
@@ -150,6 +225,7 @@ TEST(Monitor, OnATerminalItKeepsToItsPlace) {
   setenv("TERM", "xterm", 1);
   const pid_t child = forkpty(&terminal, nullptr, nullptr, &size);
   if (child == 0) {
+    setSignals(0);
     execl(VGPS_PROGRAM, "vgps", "monitor", "--port", line.path().c_str(), nullptr);
     _exit(127);
   }
@@ -234,6 +310,7 @@ TEST(Ports, AReasonForEachPort) {
   EXPECT_EQ(results, (std::vector<std::string>{"found", "no data", "not NMEA", "wrong speed",
                                                "busy", "not there"}));
   EXPECT_EQ(list[0]["talker"], "GP");
+  EXPECT_EQ(list[0]["speed"], 9600);
   EXPECT_NEAR(list[0]["sentencesPerSecond"].get<double>(), 8 / 3.0, 0.5);
   for (const json& port : list) EXPECT_NE(port["reason"], "");
 }

@@ -17,10 +17,18 @@
 
 namespace vgps {
 
+// In the program to be: what the tests themselves ignore, run in the background, is none of it.
+inline void setSignals(int ignored) {
+  for (const int each : {SIGINT, SIGTERM, SIGHUP}) {
+    ::signal(each, each == ignored ? SIG_IGN : SIG_DFL);
+  }
+}
+
 // The real `vgps`, started with its output going through pipes.
 class Program {
  public:
-  explicit Program(const std::vector<std::string>& arguments) {
+  // `ignored`: the signal that it is told at its start to ignore.
+  explicit Program(const std::vector<std::string>& arguments, int ignored = 0) {
     int out[2], err[2];
     EXPECT_EQ(pipe2(out, O_CLOEXEC), 0);
     EXPECT_EQ(pipe2(err, O_CLOEXEC), 0);
@@ -31,6 +39,7 @@ class Program {
     if (pid_ == 0) {
       dup2(out[1], STDOUT_FILENO);
       dup2(err[1], STDERR_FILENO);
+      setSignals(ignored);
       execv(VGPS_PROGRAM, const_cast<char**>(words.data()));
       _exit(127);
     }

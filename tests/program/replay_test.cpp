@@ -1,6 +1,7 @@
 // `vgps replay` on recorded logs.
 #include <cmath>
 #include <filesystem>
+#include <limits>
 
 #include "tests/posix/pty.h"
 #include "tests/program/program.h"
@@ -193,6 +194,19 @@ TEST(Replay, NumbersReadBackToTheSameDouble) {
   EXPECT_EQ(state["satellites"]["used"], json::array({4, 5, 9, 12, 24}));
 }
 
+TEST(Replay, NumbersWithoutLimitStayNumbers) {
+  const TemporaryFolder folder;
+  const std::string path = (folder / "log").string();
+  std::ofstream(path) << "$GPRMC,123519,A,4807.038,N,01131.000,E,1e400,-1e400,230394,003.1,W\n"
+                         "$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,-1e400,M,46.9,M,,\n";
+  const json state = replayed(path);
+  constexpr double kGreatest = std::numeric_limits<double>::max();
+  EXPECT_EQ(state["fix"]["speedKnots"], kGreatest);
+  EXPECT_EQ(state["fix"]["speedKmh"], kGreatest);
+  EXPECT_EQ(state["fix"]["altitude"], -kGreatest);
+  EXPECT_EQ(state["maxSpeed"], kGreatest);
+}
+
 TEST(Replay, TalkersAreReadAsAsked) {
   const std::string log = sourcePath("tests/logs/talkers.nmea");
   const struct {
@@ -243,6 +257,8 @@ TEST(Program, HelpAndVersion) {
     const Finished help = runProgram({command, "--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_NE(help.output.find("--json"), std::string::npos);
+    const bool listens = command != std::string("replay");
+    EXPECT_EQ(help.output.find("N (9600)") != std::string::npos, listens) << command;
   }
 }
 
