@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view kUtf16Declaration =
     R"(<?xml version="1.0" encoding="UTF-16" standalone="yes" ?>)";
 constexpr std::string_view kLineEnd = "\r\n";
-constexpr uint64_t kUsualRoom = 1024 * 1024;  // that nobody needs to count
+constexpr uint64_t kUsualRoom = 1024 * 1024;  // what any system has, without asking it
 
 // A text handed on in pieces.
 size_t readFromView(void* from, char* to, size_t size) {
@@ -158,11 +158,12 @@ XmlBuffer XmlDocument::renderAll(std::string_view declaration) const {
   constexpr uint64_t kLine = 32;
   const uint64_t held = tree_->text.used() + kLine * tree_->elements.size() +
                         kLine / 2 * (tree_->attributes.size() + tree_->items.size());
-  const uint64_t room = files_->roomInMemory();
+  uint64_t room = held <= kUsualRoom ? UINT64_MAX : files_->roomInMemory();
   if (held > room) return {};
   XmlBuffer text = renderInto(held, std::min(room, held * 4 + kUsualRoom), declaration);
   if (text) return text;
   const uint64_t size = savedSize() + kUsualRoom;
+  room = files_->roomInMemory();
   return size > room ? XmlBuffer() : renderInto(size, size, declaration);
 }
 
