@@ -28,8 +28,8 @@ class Writer {
   }
   void decimal(double value) { number(std::bit_cast<uint64_t>(value)); }
   void time(const DateTime& t) {
-    for (const uint16_t field : {t.year, t.month, t.dayOfWeek, t.day, t.hour, t.minute, t.second,
-                                 t.millisecond}) {
+    for (const uint16_t field :
+         {t.year, t.month, t.dayOfWeek, t.day, t.hour, t.minute, t.second, t.millisecond}) {
       number(field);
     }
   }
@@ -53,8 +53,8 @@ class Reader {
   double decimal() { return std::bit_cast<double>(number<uint64_t>()); }
   DateTime time() {
     DateTime t;
-    for (uint16_t* field : {&t.year, &t.month, &t.dayOfWeek, &t.day, &t.hour, &t.minute, &t.second,
-                            &t.millisecond}) {
+    for (uint16_t* field :
+         {&t.year, &t.month, &t.dayOfWeek, &t.day, &t.hour, &t.minute, &t.second, &t.millisecond}) {
       *field = number<uint16_t>();
     }
     return t;

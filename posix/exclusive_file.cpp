@@ -24,8 +24,8 @@ class LockedFile : public ExclusiveFile {
   size_t readAt(uint64_t offset, std::span<uint8_t> into) override {
     size_t done = 0;
     while (done < into.size()) {
-      const ssize_t got = ::pread(fd_, into.data() + done, into.size() - done,
-                                  static_cast<off_t>(offset + done));
+      const ssize_t got =
+          ::pread(fd_, into.data() + done, into.size() - done, static_cast<off_t>(offset + done));
       if (got < 0 && errno == EINTR) continue;
       if (got <= 0) break;
       done += static_cast<size_t>(got);

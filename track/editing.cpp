@@ -66,8 +66,8 @@ bool trim(Track& track, size_t first, size_t last) {
   for (TrackAttachment& attachment : track.attachments) {
     attachment.point -= static_cast<uint32_t>(first);
   }
-  std::copy(std::next(track.points.begin(), static_cast<std::ptrdiff_t>(first)),
-            track.points.end(), track.points.begin());
+  std::copy(std::next(track.points.begin(), static_cast<std::ptrdiff_t>(first)), track.points.end(),
+            track.points.begin());
   track.points.truncate(last + 1 - first);
   return true;
 }

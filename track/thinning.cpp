@@ -69,10 +69,9 @@ std::vector<bool> pointsWithAttachments(const Track& track) {
 
 void normalize(Track& track, const RecordingOptions& options) {
   const int32_t metres = options.normalizeMetres == 0 ? kStandardMetres : options.normalizeMetres;
-  removeInterior(track, [&](const TrackPoint& previous, const TrackPoint& point,
-                            const TrackPoint& next, size_t) {
-    return crowded(previous, point, next, metres / 1000.0);
-  });
+  removeInterior(track,
+                 [&](const TrackPoint& previous, const TrackPoint& point, const TrackPoint& next,
+                     size_t) { return crowded(previous, point, next, metres / 1000.0); });
   const double degrees = track.angleThreshold != 0 ? double{track.angleThreshold} : options.angle;
   const std::vector<bool> attached = pointsWithAttachments(track);
   removeInterior(track, [&](const TrackPoint& previous, const TrackPoint& point,

@@ -59,8 +59,7 @@ class UnsharedFile : public ExclusiveFile {
   bool cutAt(uint64_t size) override {
     LARGE_INTEGER end{};
     end.QuadPart = static_cast<LONGLONG>(size);
-    return SetFilePointerEx(handle_.get(), end, nullptr, FILE_BEGIN) &&
-           SetEndOfFile(handle_.get());
+    return SetFilePointerEx(handle_.get(), end, nullptr, FILE_BEGIN) && SetEndOfFile(handle_.get());
   }
 
   bool flush() override { return FlushFileBuffers(handle_.get()) != 0; }
