@@ -3,8 +3,8 @@
 #include <zlib.h>
 
 #include <algorithm>
+#include <array>
 #include <bit>
-#include <cstring>
 #include <string_view>
 
 namespace vgps {
@@ -18,13 +18,13 @@ uint32_t crc32Of(std::span<const uint8_t> bytes, uint32_t before = 0) {
   return static_cast<uint32_t>(::crc32_z(before, bytes.data(), bytes.size()));
 }
 
+// Over room that is known to be enough.
 class Writer {
  public:
-  explicit Writer(std::vector<uint8_t>& out) : out_(out) {}
-  void byte(uint8_t value) { out_.push_back(value); }
+  explicit Writer(uint8_t* at) : at_(at) {}
   template <class Unsigned>
   void number(Unsigned value) {
-    for (size_t i = 0; i < sizeof value; ++i) byte(static_cast<uint8_t>(value >> (8 * i)));
+    for (size_t i = 0; i < sizeof value; ++i) *at_++ = static_cast<uint8_t>(value >> (8 * i));
   }
   void decimal(double value) { number(std::bit_cast<uint64_t>(value)); }
   void time(const DateTime& t) {
@@ -35,7 +35,7 @@ class Writer {
   }
 
  private:
-  std::vector<uint8_t>& out_;
+  uint8_t* at_;
 };
 
 // Over bytes that are known to be enough.
@@ -89,6 +89,10 @@ bool isPoint(std::span<const uint8_t> record) {
   return record.size() == kJournalPoint && record[kJournalRecordHead] == kPoint;
 }
 
+uint32_t recordChecksum(std::span<const uint8_t> record) {
+  return crc32Of(record.subspan(kJournalRecordHead), crc32Of(record.first(4)));
+}
+
 // The good record at the start of `bytes`; empty when there is none.
 std::span<const uint8_t> recordAt(std::span<const uint8_t> bytes) {
   if (bytes.size() < kJournalRecordHead + 1) return {};
@@ -96,9 +100,8 @@ std::span<const uint8_t> recordAt(std::span<const uint8_t> bytes) {
   const auto length = head.number<uint32_t>();
   const auto crc = head.number<uint32_t>();
   if (length == 0 || length > bytes.size() - kJournalRecordHead) return {};
-  const uint32_t ofLength = crc32Of(bytes.first(4));
-  if (crc32Of(bytes.subspan(kJournalRecordHead, length), ofLength) != crc) return {};
-  return bytes.first(kJournalRecordHead + length);
+  const auto record = bytes.first(kJournalRecordHead + length);
+  return recordChecksum(record) == crc ? record : std::span<const uint8_t>();
 }
 
 // The place of the next good point; the size of `bytes` when there is none. Only what has a
@@ -122,19 +125,18 @@ bool headerIsGood(std::span<const uint8_t> bytes) {
 }  // namespace
 
 void writeJournalHeader(std::vector<uint8_t>& out) {
-  const size_t start = out.size();
-  Writer writer(out);
-  for (const char c : kMagic) writer.byte(static_cast<uint8_t>(c));
-  writer.number(kVersion);
-  writer.number(crc32Of({out.data() + start, 12}));
+  std::array<uint8_t, kJournalHeader> header{};
+  std::copy(kMagic.begin(), kMagic.end(), header.begin());
+  Writer(&header[8]).number(kVersion);
+  Writer(&header[12]).number(crc32Of(std::span(header).first(12)));
+  out.insert(out.end(), header.begin(), header.end());
 }
 
 void writeJournalPoint(const TrackPoint& point, std::vector<uint8_t>& out) {
-  const size_t start = out.size();
-  Writer writer(out);
-  writer.number(uint32_t{kJournalPointBody});
-  writer.number(uint32_t{0});  // the checksum, once the body stands
-  writer.byte(kPoint);
+  std::array<uint8_t, kJournalPoint> record{};
+  Writer(record.data()).number(uint32_t{kJournalPointBody});
+  Writer writer(&record[kJournalRecordHead]);
+  writer.number(kPoint);
   writer.number(static_cast<uint32_t>(point.fixStatus));
   for (const double value : {point.longitude, point.latitude, point.altitude}) {
     writer.decimal(value);
@@ -146,10 +148,8 @@ void writeJournalPoint(const TrackPoint& point, std::vector<uint8_t>& out) {
     writer.decimal(value);
   }
   for (const uint32_t value : {point.m, point.s, point.c}) writer.number(value);
-  const uint8_t* const record = out.data() + start;
-  const uint32_t crc =
-      crc32Of({record + kJournalRecordHead, kJournalPointBody}, crc32Of({record, 4}));
-  for (size_t i = 0; i < 4; ++i) out[start + 4 + i] = static_cast<uint8_t>(crc >> (8 * i));
+  Writer(&record[4]).number(recordChecksum(record));
+  out.insert(out.end(), record.begin(), record.end());
 }
 
 JournalContents readJournal(std::span<const uint8_t> bytes) {
