@@ -3,8 +3,9 @@
 BEGIN {
   # Rooms that may include headers of the operating system and ask which one it is.
   split("win32 posix", names); for (i in names) ofSystem[names[i]] = 1
-  # Libraries that a room may include besides: whole folders.
+  # Libraries that a room may include besides: whole folders, or one header.
   library["cli CLI"] = library["cli nlohmann"] = 1
+  library["library zlib.h"] = 1
   # Rooms that use the numbers of the resources.
   data["app res"] = data["win32 res"] = 1
   platformMacro = "(^|[^A-Za-z0-9_])(_?_?(WIN32|WIN64|linux|unix|APPLE|MINGW32|MINGW64|CYGWIN|ANDROID" \

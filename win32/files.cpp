@@ -25,4 +25,26 @@ std::string programFolder() {
   return utf8FromWide(std::wstring_view(path).substr(0, separator));
 }
 
+std::string pathIn(std::string_view folder, std::string_view name) {
+  std::string path(folder);
+  if (!path.empty() && !path.ends_with('\\') && !path.ends_with('/')) path += '\\';
+  return path.append(name);
+}
+
+bool isFolder(const std::string& path) {
+  const DWORD attributes = GetFileAttributesW(wideFromUtf8(path).c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool fileExists(const std::string& path) {
+  return GetFileAttributesW(wideFromUtf8(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+bool replaceFile(const std::string& from, const std::string& to) {
+  return MoveFileExW(wideFromUtf8(from).c_str(), wideFromUtf8(to).c_str(),
+                     MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+bool removeFile(const std::string& path) { return DeleteFileW(wideFromUtf8(path).c_str()) != 0; }
+
 }  // namespace vgps

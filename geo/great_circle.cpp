@@ -1,0 +1,82 @@
+#include "geo/great_circle.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace vgps {
+namespace {
+
+constexpr double kRadian = std::numbers::pi / 180;
+
+double between0And360(double degrees) {
+  const double turned = std::fmod(degrees, 360);
+  const double positive = turned < 0 ? turned + 360 : turned;
+  return positive >= 360 ? 0 : positive;
+}
+
+// The change of longitude the short way round, -180 to 180 degrees.
+double longitudeStep(double from, double to) { return between0And360(to - from + 180) - 180; }
+
+// Great-circle angle between two positions, radians; the haversine form is good for small ones.
+double angleBetween(const Position& a, const Position& b) {
+  const double sinY = std::sin((b.y - a.y) * kRadian / 2);
+  const double sinX = std::sin((b.x - a.x) * kRadian / 2);
+  const double h = sinY * sinY + std::cos(a.y * kRadian) * std::cos(b.y * kRadian) * sinX * sinX;
+  return 2 * std::asin(std::min(1.0, std::sqrt(h)));
+}
+
+}  // namespace
+
+double initialBearing(const Position& from, const Position& to) {
+  const double dLambda = (to.x - from.x) * kRadian;
+  const double y = std::sin(dLambda) * std::cos(to.y * kRadian);
+  const double x = std::cos(from.y * kRadian) * std::sin(to.y * kRadian) -
+                   std::sin(from.y * kRadian) * std::cos(to.y * kRadian) * std::cos(dLambda);
+  return between0And360(std::atan2(y, x) / kRadian);
+}
+
+Position destination(const Position& from, double bearingDegrees, double kilometres) {
+  const double delta = kilometres / kEarthRadiusKm;
+  const double theta = bearingDegrees * kRadian;
+  const double phi = from.y * kRadian;
+  const double sinPhi =
+      std::sin(phi) * std::cos(delta) + std::cos(phi) * std::sin(delta) * std::cos(theta);
+  const double step = std::atan2(std::sin(theta) * std::sin(delta) * std::cos(phi),
+                                 std::cos(delta) - std::sin(phi) * sinPhi);
+  Position reached = from;
+  reached.y = std::asin(std::clamp(sinPhi, -1.0, 1.0)) / kRadian;
+  reached.x = between0And360(from.x + step / kRadian + 180) - 180;
+  return reached;
+}
+
+TrackOffset offsetFromLeg(const Position& start, const Position& end, const Position& position) {
+  const double distance = angleBetween(start, position);
+  const double turn = (initialBearing(start, position) - initialBearing(start, end)) * kRadian;
+  const double across = std::asin(std::sin(distance) * std::sin(turn));
+  const double cosAlong = std::cos(distance) / std::cos(across);
+  const double along = std::acos(std::clamp(cosAlong, -1.0, 1.0));
+  return {across * kEarthRadiusKm, std::copysign(along, std::cos(turn)) * kEarthRadiusKm};
+}
+
+Area enclosedArea(std::span<const Position> points) {
+  Area area;
+  if (points.size() < 3) return area;
+  double flat = 0;
+  double spherical = 0;
+  double x = 0;  // unrolled across the 180th meridian, from the first point
+  for (size_t i = 0; i < points.size(); ++i) {
+    const Position& a = points[i];
+    const Position& b = points[(i + 1) % points.size()];
+    const double step = longitudeStep(a.x, b.x);
+    flat += x * b.y - (x + step) * a.y;
+    spherical += step * kRadian * (2 + std::sin(a.y * kRadian) + std::sin(b.y * kRadian));
+    x += step;
+  }
+  constexpr double kRadiusMetres = kEarthRadiusKm * 1000;
+  area.squareDegrees = std::fabs(flat) / 2;
+  area.squareMetres = std::fabs(spherical) * kRadiusMetres * kRadiusMetres / 2;
+  return area;
+}
+
+}  // namespace vgps

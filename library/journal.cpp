@@ -1,0 +1,199 @@
+#include "library/journal.h"
+
+#include <cstdio>
+#include <utility>
+
+#include "library/journal_format.h"
+#include "platform/files.h"
+
+namespace vgps {
+namespace {
+
+constexpr int kMostJournals = 9;
+
+using SteadyClock = std::chrono::steady_clock;
+
+JournalResult resultOf(FileOpening opening) {
+  switch (opening) {
+    case FileOpening::opened: return JournalResult::open;
+    case FileOpening::missing: return JournalResult::missing;
+    case FileOpening::inUse: return JournalResult::inUse;
+    case FileOpening::refused: break;
+  }
+  return JournalResult::refused;
+}
+
+std::string withoutExtension(const std::string& path) {
+  const size_t point = path.find_last_of("./\\");
+  return point == std::string::npos || path[point] != '.' ? path : path.substr(0, point);
+}
+
+// "DIR/vgpstrack.journal" for 1, "DIR/vgpstrack-2.journal" for 2.
+std::string numberedPath(const std::string& path, int number) {
+  if (number == 1) return path;
+  const std::string stem = withoutExtension(path);
+  return stem + "-" + std::to_string(number) + path.substr(stem.size());
+}
+
+std::string badPathOf(const std::string& path) { return withoutExtension(path) + ".bad"; }
+
+// The path of the copy, empty when the disk did not take it.
+std::string keepDamaged(const std::string& path, std::span<const uint8_t> bytes) {
+  const std::string badPath = badPathOf(path);
+  std::FILE* const file = openFile(badPath, "wb");
+  if (file == nullptr) return {};
+  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+  return std::fclose(file) == 0 && written ? badPath : std::string();
+}
+
+}  // namespace
+
+Journal::Journal(JournalSettings settings) : settings_(std::move(settings)) {}
+
+JournalResult Journal::create(const std::string& path) {
+  close();
+  FileOpening opening{};
+  file_ = settings_.open(path, true, opening);
+  if (file_ == nullptr) return resultOf(opening);
+  if (file_->size() > kJournalHeader) {  // less than that never held a point
+    file_.reset();
+    return JournalResult::left;
+  }
+  path_ = path;
+  end_ = 0;
+  cutFirst_ = true;
+  startWriter();
+  return JournalResult::open;
+}
+
+JournalResult Journal::recover(const std::string& path, RecoveredTrack& out) {
+  close();
+  FileOpening opening{};
+  file_ = settings_.open(path, false, opening);
+  if (file_ == nullptr) return resultOf(opening);
+  std::vector<uint8_t> bytes(file_->size());
+  bytes.resize(file_->readAt(0, bytes));
+  JournalContents contents = readJournal(bytes);
+  if (contents.goodEnd == 0 && bytes.size() > kJournalHeader) {
+    file_.reset();
+    replaceFile(path, badPathOf(path));
+    return JournalResult::notAJournal;
+  }
+  path_ = path;
+  end_ = contents.goodEnd;
+  cutFirst_ = true;
+  out.points = std::move(contents.points);
+  out.damaged = contents.damaged;
+  out.keptAs = contents.damaged ? keepDamaged(path, bytes) : std::string();
+  return JournalResult::open;
+}
+
+void Journal::append(const TrackPoint& point) {
+  if (!isOpen()) return;
+  if (!writer_.joinable()) startWriter();
+  const std::lock_guard lock(mutex_);
+  const bool first = pending_.empty();
+  writeJournalPoint(point, pending_);
+  if (!first) return;
+  due_ = SteadyClock::now() + settings_.flushAfter;
+  changed_.notify_one();
+}
+
+void Journal::flush() {
+  const std::lock_guard lock(mutex_);
+  urgent_ = !pending_.empty();
+  changed_.notify_one();
+}
+
+bool Journal::close() {
+  if (!isOpen()) return true;
+  stopWriter();
+  const bool everything = pending_.empty();
+  pending_.clear();
+  file_.reset();
+  return everything;
+}
+
+bool Journal::discard() {
+  if (!isOpen()) return true;
+  {
+    const std::lock_guard lock(mutex_);
+    pending_.clear();
+  }
+  stopWriter();
+  const bool removed = file_->remove();
+  file_.reset();
+  return removed;
+}
+
+void Journal::startWriter() {
+  if (end_ == 0) writeJournalHeader(pending_);
+  due_ = SteadyClock::now() + settings_.flushAfter;
+  stopping_ = false;
+  urgent_ = false;
+  failing_ = false;
+  writer_ = std::thread([this] { writeUntilStopped(); });
+}
+
+void Journal::stopWriter() {
+  if (!writer_.joinable()) return;
+  {
+    const std::lock_guard lock(mutex_);
+    stopping_ = true;
+    changed_.notify_one();
+  }
+  writer_.join();
+  writer_ = {};
+}
+
+void Journal::writeUntilStopped() {
+  std::unique_lock lock(mutex_);
+  for (bool last = false; !last;) {
+    changed_.wait(lock, [this] { return stopping_ || !pending_.empty(); });
+    changed_.wait_until(lock, due_, [this] { return stopping_ || urgent_; });
+    last = stopping_;
+    urgent_ = false;
+    if (!pending_.empty()) writeOnce(lock);
+  }
+}
+
+void Journal::writeOnce(std::unique_lock<std::mutex>& lock) {
+  std::vector<uint8_t> batch = std::exchange(pending_, {});
+  lock.unlock();
+  const bool written =
+      (!cutFirst_ || file_->cutAt(end_)) && file_->writeAt(end_, batch) && file_->flush();
+  if (written) {
+    end_ += batch.size();
+    cutFirst_ = false;
+  }
+  lock.lock();
+  const bool wasFailing = std::exchange(failing_, !written);
+  if (written) return;
+  // It is written again from its start, with what has come since.
+  batch.insert(batch.end(), pending_.begin(), pending_.end());
+  pending_ = std::move(batch);
+  due_ = SteadyClock::now() + settings_.retryAfter;
+  if (wasFailing || !settings_.failed) return;
+  lock.unlock();
+  settings_.failed();
+  lock.lock();
+}
+
+JournalResult createFreeJournal(Journal& journal, const std::string& path) {
+  JournalResult result = JournalResult::left;
+  for (int number = 1; number <= kMostJournals && result == JournalResult::left; ++number) {
+    result = journal.create(numberedPath(path, number));
+  }
+  return result;
+}
+
+std::vector<std::string> journalsAt(const std::string& path) {
+  std::vector<std::string> found;
+  for (int number = 1; number <= kMostJournals; ++number) {
+    const std::string candidate = numberedPath(path, number);
+    if (fileExists(candidate)) found.push_back(candidate);
+  }
+  return found;
+}
+
+}  // namespace vgps

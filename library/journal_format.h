@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "track/track.h"
+
+// How a journal lies on the disk. All numbers are little-endian, times are eight 16-bit fields in
+// the order of DateTime, decimal numbers are 64-bit IEEE 754.
+//
+//   header   0  8  "VGPSJRNL"
+//            8  4  version, 1
+//           12  4  CRC-32 of the bytes 0 to 11
+//
+//   record   0  4  length of the body
+//            4  4  CRC-32 of the length and the body
+//            8     body
+//
+//   body of  0  1  kind, 1; a record of another kind is passed over
+//   a point  1  4  fix status
+//            5 24  longitude, latitude, altitude
+//           29 16  UTC of the computer
+//           45 16  local time of the computer
+//           61 32  speed in knots, m/s, km/h, mph
+//           93 16  course, magnetic variation
+//          109 12  m, s, c
+namespace vgps {
+
+inline constexpr size_t kJournalHeader = 16;
+inline constexpr size_t kJournalRecordHead = 8;
+inline constexpr size_t kJournalPointBody = 121;
+inline constexpr size_t kJournalPoint = kJournalRecordHead + kJournalPointBody;
+
+// These append to `out`.
+void writeJournalHeader(std::vector<uint8_t>& out);
+void writeJournalPoint(const TrackPoint& point, std::vector<uint8_t>& out);
+
+struct JournalContents {
+  PointList points;
+  uint64_t goodEnd = 0;  // where the last good record ends, or the header; 0: no journal at all
+  // More is wrong than a last record cut short: that is what an ended program leaves.
+  bool damaged = false;
+};
+
+// Every good record there is: behind a damaged one the next good point is looked for.
+JournalContents readJournal(std::span<const uint8_t> bytes);
+
+}  // namespace vgps

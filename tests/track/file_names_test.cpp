@@ -1,0 +1,51 @@
+#include "track/file_names.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/files.h"
+
+namespace vgps {
+namespace {
+
+class FileNames : public testing::Test {
+ protected:
+  FileNames() { std::filesystem::create_directories(folder_); }
+  ~FileNames() override { std::filesystem::remove_all(folder_); }
+  void take(const std::string& name) { std::ofstream(folder_ + "/" + name).put('x'); }
+
+  const std::string folder_ = testing::TempDir() + "vgps_file_names";
+};
+
+TEST_F(FileNames, TracksCountFromTheSecond) {
+  const auto next = [&] { return freeTrackPath(folder_, "X"); };
+  EXPECT_EQ(next(), pathIn(folder_, "X.XML"));
+  take("X.XML");
+  for (int number = 1; number <= 9; ++number) {
+    const std::string name = "X - " + std::to_string(number) + ".XML";
+    EXPECT_EQ(next(), pathIn(folder_, name));
+    take(name);
+  }
+  EXPECT_EQ(next(), "");
+}
+
+TEST_F(FileNames, ImportsAlwaysHaveANumber) {
+  for (int number = 1; number <= 99; ++number) {
+    const std::string name = "X-" + std::to_string(number) + ".XML";
+    EXPECT_EQ(freeImportPath(folder_, "X"), pathIn(folder_, name));
+    take(name);
+  }
+  EXPECT_EQ(freeImportPath(folder_, "X"), "");
+}
+
+TEST_F(FileNames, NamesOfPeople) {
+  EXPECT_EQ(trackNameFromTime({2010, 7, 1, 5, 9, 3, 59, 999}), "Track05_07_2010_09_03");
+  EXPECT_EQ(trackNameFromTime({10, 12, 1, 25, 19, 30, 0, 0}), "Track25_12_10_19_30");
+  EXPECT_EQ(fileNameFrom("a/b\\c:\"d\"\n<*?>|"), "a_b_c__d_______");
+  EXPECT_EQ(freeTrackPath(folder_, "Höhe – 山"), pathIn(folder_, "Höhe – 山.XML"));
+}
+
+}  // namespace
+}  // namespace vgps

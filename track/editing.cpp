@@ -1,0 +1,90 @@
+#include "track/editing.h"
+
+#include <algorithm>
+#include <array>
+#include <tuple>
+#include <utility>
+
+namespace vgps {
+namespace {
+
+bool hasTime(const TrackPoint& point) { return point.localTime.year != 0; }
+
+auto inOrder(const DateTime& t) {
+  return std::tie(t.year, t.month, t.day, t.hour, t.minute, t.second, t.millisecond);
+}
+
+// Appends the points of `from` between the indices, with what belongs to them.
+void append(Track& to, const Track& from, size_t first, size_t end) {
+  const auto shift = static_cast<uint32_t>(to.points.size());
+  for (size_t i = first; i < end; ++i) {
+    to.points.push_back(from.points[i]);
+    const std::string_view name = pointName(from, from.points[i]);
+    setPointName(to, to.points.back(), name);
+  }
+  for (const TrackAttachment& attachment : from.attachments) {
+    if (attachment.point < first || attachment.point >= end) continue;
+    const auto place = static_cast<uint32_t>(attachment.point - first) + shift;
+    to.attachments.push_back({place, attachment.path});
+  }
+}
+
+void dropFrom(Track& track, size_t index) {
+  track.points.truncate(index);
+  std::erase_if(track.attachments, [&](const TrackAttachment& a) { return a.point >= index; });
+}
+
+}  // namespace
+
+void join(Track& track, const Track& other) {
+  if (&track == &other) return join(track, Track(other));
+  append(track, other, 0, other.points.size());
+}
+
+std::optional<Track> split(Track& track, size_t index, uint32_t number) {
+  if (index == 0 || index >= track.points.size()) return std::nullopt;
+  Track second;
+  second.name = "Split " + std::to_string(number);
+  second.angleThreshold = track.angleThreshold;
+  second.speedThreshold = track.speedThreshold;
+  second.altitudeThreshold = track.altitudeThreshold;
+  append(second, track, index, track.points.size());
+  dropFrom(track, index);
+  return second;
+}
+
+void reverse(Track& track) {
+  std::reverse(track.points.begin(), track.points.end());
+  const auto last = static_cast<uint32_t>(track.points.size() - 1);
+  for (TrackAttachment& attachment : track.attachments) attachment.point = last - attachment.point;
+}
+
+bool trim(Track& track, size_t first, size_t last) {
+  if (first > last || last >= track.points.size()) return false;
+  dropFrom(track, last + 1);
+  std::erase_if(track.attachments, [&](const TrackAttachment& a) { return a.point < first; });
+  for (TrackAttachment& attachment : track.attachments) {
+    attachment.point -= static_cast<uint32_t>(first);
+  }
+  std::copy(std::next(track.points.begin(), static_cast<std::ptrdiff_t>(first)), track.points.end(),
+            track.points.begin());
+  track.points.truncate(last + 1 - first);
+  return true;
+}
+
+bool trimToTimes(Track& track, const DateTime& from, const DateTime& to) {
+  const auto late = [&](const TrackPoint& p) {
+    return hasTime(p) && inOrder(p.localTime) >= inOrder(from);
+  };
+  const auto early = [&](const TrackPoint& p) {
+    return hasTime(p) && inOrder(p.localTime) <= inOrder(to);
+  };
+  const size_t count = track.points.size();
+  size_t first = 0;
+  while (first < count && !late(track.points[first])) ++first;
+  size_t end = count;
+  while (end > first && !early(track.points[end - 1])) --end;
+  return first < end && trim(track, first, end - 1);
+}
+
+}  // namespace vgps

@@ -1,0 +1,56 @@
+#include "track/file_names.h"
+
+#include <cstdio>
+
+#include "platform/files.h"
+
+namespace vgps {
+namespace {
+
+bool isTaken(const std::string& path) {
+  std::FILE* const file = openFile(path, "rb");
+  if (file != nullptr) std::fclose(file);
+  return file != nullptr;
+}
+
+// The first free path of "NAME<between>NUMBER.XML" for the numbers given; number 0 has no suffix.
+std::string firstFree(std::string_view folder, std::string_view name, std::string_view between,
+                      int first, int last) {
+  const std::string stem = fileNameFrom(name);
+  for (int number = first; number <= last; ++number) {
+    std::string file = stem;
+    if (number > 0) file.append(between).append(std::to_string(number));
+    const std::string path = pathIn(folder, file + ".XML");
+    if (!isTaken(path)) return path;
+  }
+  return {};
+}
+
+}  // namespace
+
+std::string trackNameFromTime(const DateTime& local) {
+  char name[64];
+  std::snprintf(name, sizeof name, "Track%02u_%02u_%02u_%02u_%02u", unsigned{local.day},
+                unsigned{local.month}, unsigned{local.year}, unsigned{local.hour},
+                unsigned{local.minute});
+  return name;
+}
+
+std::string fileNameFrom(std::string_view name) {
+  std::string file(name);
+  for (char& c : file) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 || std::string_view("<>:\"/\\|?*").find(c) != std::string_view::npos) c = '_';
+  }
+  return file;
+}
+
+std::string freeTrackPath(std::string_view folder, std::string_view name) {
+  return firstFree(folder, name, " - ", 0, 9);
+}
+
+std::string freeImportPath(std::string_view folder, std::string_view name) {
+  return firstFree(folder, name, "-", 1, 99);
+}
+
+}  // namespace vgps

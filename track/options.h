@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace vgps {
+
+struct Track;
+
+// What the settings choose for recording, for track files and for thinning. The defaults are those
+// of the recording dialog.
+struct RecordingOptions {
+  int32_t speed = 5;             // km/h; slower fixes are not recorded
+  int32_t angle = 10;            // degrees
+  int32_t altitude = 30;         // metres
+  int32_t normalizeMetres = 15;  // of thinning; 0 is taken as 15
+  bool recordCell = false;
+  bool drawPath = false;
+  bool recordSpeed = false;
+  bool recordTime = false;
+  bool recordCourse = false;
+  int32_t everyNth = 0;  // above 0: that many fixes are left out between two points
+  int32_t bes = 0;       // kept with the track
+  bool manual = false;   // only fixes that the person asks for are recorded
+
+  // Of the display; a file's speeds and the running distances follow them.
+  int32_t speedUnit = 0;     // SpeedUnit
+  int32_t distanceUnit = 0;  // DistanceUnit
+};
+
+// Thresholds for a way of moving, chosen together.
+struct RecordingPreset {
+  const char* name;
+  int32_t speed;     // km/h
+  int32_t angle;     // degrees
+  int32_t altitude;  // metres
+};
+inline constexpr RecordingPreset kRecordingPresets[] = {
+    {"Walking", 1, 20, 10},
+    {"Driving", 5, 10, 30},
+    {"Flying", 50, 5, 100},
+};
+
+// What the recording dialog does when it is confirmed: thresholds and distance that are 0 become
+// the defaults. Switched off stays off for the rest.
+void replaceZeroes(RecordingOptions& options);
+
+void applyPreset(const RecordingPreset& preset, RecordingOptions& options);
+
+// The thresholds that the track took at its first start are given up, so that the next start
+// takes those of the options; for the recording dialog and the presets. Only an idle track's: a
+// running recording keeps its own.
+void forgetThresholds(Track& track);
+
+}  // namespace vgps

@@ -1,0 +1,144 @@
+#include "track/recording.h"
+
+#include <cmath>
+
+#include "geo/distance.h"
+
+namespace vgps {
+namespace {
+
+Position positionOf(const FixRecord& fix) { return {fix.longitude, fix.latitude, fix.altitude}; }
+
+void takeWhereZero(float& threshold, int32_t option) {
+  if (threshold == 0) threshold = static_cast<float>(option);
+}
+
+// The change of course since the last point, as a track has always been thinned with it: not
+// taken across north, and against the last course moved by the deviation of the fix before. So a
+// slow right turn passes unnoticed and a left turn does not.
+bool turned(const Track& track, double course) {
+  const double base = std::trunc(std::fabs(double{track.lastCourse}) + track.courseDeviation);
+  return std::fabs(course - base) > track.angleThreshold;
+}
+
+bool climbed(const Track& track, double altitude) {
+  return std::fabs(track.lastAltitude - altitude) > track.altitudeThreshold;
+}
+
+}  // namespace
+
+bool Recording::start() {
+  if (current_.state != kIdle) return false;
+  distance_ = 0;
+  takeWhereZero(current_.angleThreshold, options_.angle);
+  takeWhereZero(current_.speedThreshold, options_.speed);
+  takeWhereZero(current_.altitudeThreshold, options_.altitude);
+  current_.courseDeviation = 0;
+  current_.lastCourse = -1;
+  current_.state = kRecording;
+  current_.bes = options_.bes;
+  lastMark_ = 0;
+  pendingMark_ = 0;
+  if (options_.drawPath) hooks_.resetDrawnPath();
+  hooks_.startTimer();
+  return true;
+}
+
+void Recording::pauseOrResume() {
+  if (current_.state == kPlaying) return;
+  if (current_.state == kRecording) {
+    current_.state = kPaused;
+    hooks_.playSound("SPD");
+    hooks_.flushPoints();
+  } else {
+    current_.state = kRecording;
+    hooks_.playSound("TURN");
+  }
+}
+
+void Recording::stop(Track* track, bool ask) {
+  Track& ended = track == nullptr ? current_ : *track;
+  hooks_.stopTimer();
+  const bool played = ended.state == kPlaying;
+  ended.state = kIdle;
+  if (played || ended.points.empty()) return;
+  hooks_.flushPoints();
+  const bool wanted = !ask || hooks_.askToSave();
+  if (wanted && !hooks_.save(ended)) return;
+  hooks_.pointsSettled();
+  if (ask) discard(ended);
+}
+
+void Recording::discard(Track& track) {
+  track.points.clear();
+  track.attachments.clear();
+  track.pointNames.clear();
+  hooks_.trackChanged(track);
+}
+
+bool Recording::offer(const FixRecord& fix, uint32_t force) {
+  if (current_.state != kRecording || !passes(fix, force)) return false;
+  record(fix, force);
+  return true;
+}
+
+bool Recording::passes(const FixRecord& fix, uint32_t force) {
+  if (isNoPosition(fix.longitude, fix.latitude)) return false;
+  if (options_.manual) {
+    const bool wanted = requested_;
+    requested_ = false;
+    return wanted;
+  }
+  if (options_.everyNth > 0) return passesCountdown();
+  if (current_.cellMode != 0 && options_.recordCell) return true;
+  if (current_.lastCourse == -1) return true;
+  if (fix.speedKmh < current_.speedThreshold) return false;
+  if (force != 0 || turned(current_, fix.course) || climbed(current_, fix.altitude)) return true;
+  current_.courseDeviation = static_cast<float>(std::fabs(current_.lastCourse - fix.course));
+  return false;
+}
+
+bool Recording::passesCountdown() {
+  if (countdown_ > 0) {
+    --countdown_;
+    return false;
+  }
+  countdown_ = options_.everyNth;
+  return true;
+}
+
+void Recording::addDistance(const FixRecord& fix) {
+  if (current_.points.empty()) return;
+  const Position last = positionOf(current_.points.back());
+  const int32_t unit = options_.distanceUnit;
+  distance_ += pointDistance(last, positionOf(fix), unit, unit, false);
+  distance3d_ += pointDistance(last, positionOf(fix), unit, unit, true);
+}
+
+void Recording::record(const FixRecord& fix, uint32_t force) {
+  addDistance(fix);
+  TrackPoint point{fix};
+  point.utcTime = clock_.utc();
+  point.localTime = clock_.local();
+  point.s = force;
+  point.m = pendingMark_;
+  if (pendingMark_ != 0) lastMark_ = pendingMark_;
+  pendingMark_ = 0;
+  current_.points.push_back(point);
+  if (options_.drawPath) hooks_.appendToDrawnPath(fix.longitude, fix.latitude);
+  current_.lastCourse = static_cast<float>(fix.course);
+  current_.lastAltitude = static_cast<float>(fix.altitude);
+  current_.cellMode = 0;
+  current_.courseDeviation = 0;
+  hooks_.pointRecorded(point);
+  if (point.m != 0) hooks_.flushPoints();
+}
+
+bool Recording::mark() {
+  if (current_.state != kRecording && current_.state != kPaused) return false;
+  pendingMark_ = lastMark_ + 1;
+  hooks_.flushPoints();
+  return true;
+}
+
+}  // namespace vgps

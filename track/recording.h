@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/clock.h"
+#include "track/options.h"
+#include "track/track.h"
+
+namespace vgps {
+
+// What recording asks of the program around it. Called on the thread that records.
+class RecordingHooks {
+ public:
+  virtual ~RecordingHooks() = default;
+  virtual void startTimer() = 0;  // runs while recording
+  virtual void stopTimer() = 0;
+  virtual void playSound(const char* name) = 0;
+  virtual void resetDrawnPath() = 0;
+  virtual void appendToDrawnPath(double longitude, double latitude) = 0;
+  // "Save the track?"; No is the default.
+  virtual bool askToSave() = 0;
+  // Into the library or a file of its own, and the library's view follows. False when the track
+  // is not on the disk; then the hook has told the person.
+  virtual bool save(Track& track) = 0;
+  virtual void trackChanged(Track& track) = 0;
+
+  // For a journal. A point was appended; everything so far belongs on the disk soon; the points
+  // were saved or given up, so that nothing needs to survive any more.
+  virtual void pointRecorded(const TrackPoint& point) = 0;
+  virtual void flushPoints() = 0;
+  virtual void pointsSettled() = 0;
+};
+
+// Recording into the current track: which fixes become points, and what goes on around it.
+class Recording {
+ public:
+  // All of them outlive the recording.
+  Recording(Track& current, const RecordingOptions& options, RecordingHooks& hooks,
+            const Clock& clock)
+      : current_(current), options_(options), hooks_(hooks), clock_(clock) {}
+
+  // False when the track is not idle.
+  bool start();
+  // Ignored while a track is played.
+  void pauseOrResume();
+  // Ends recording or playing of `track`, of the current one when null. A recorded track is saved;
+  // with `ask` only when the person says so, and is cleared then. What could not be saved stays.
+  void stop(Track* track, bool ask);
+
+  // Every new fix, while recording. True when it became a point. A `force` that is not 0 is kept
+  // as the point's status; it does not stand above the speed threshold.
+  bool offer(const FixRecord& fix, uint32_t force);
+  // The same; forced while a mark waits for its point.
+  bool offer(const FixRecord& fix) { return offer(fix, pendingMark_); }
+
+  // The next point that can be recorded is marked with the next number: 1, 2, ... from each start.
+  // While a mark waits, asking again changes nothing. False when nothing is being recorded.
+  bool mark();
+  // In manual mode: the next fix is recorded.
+  void requestPoint() { requested_ = true; }
+  uint32_t pendingMark() const { return pendingMark_; }
+
+  // In the distance unit that the display had at each point. The first begins at each start, the
+  // second counts on for as long as the program runs.
+  double distance() const { return distance_; }
+  double distance3d() const { return distance3d_; }
+
+ private:
+  bool passes(const FixRecord& fix, uint32_t force);
+  bool passesCountdown();
+  void record(const FixRecord& fix, uint32_t force);
+  void addDistance(const FixRecord& fix);
+  void discard(Track& track);
+
+  Track& current_;
+  const RecordingOptions& options_;
+  RecordingHooks& hooks_;
+  const Clock& clock_;
+  double distance_ = 0;
+  double distance3d_ = 0;
+  int32_t countdown_ = 0;
+  bool requested_ = false;
+  uint32_t lastMark_ = 0;
+  uint32_t pendingMark_ = 0;
+};
+
+}  // namespace vgps

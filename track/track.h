@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "track/point_list.h"
+
+namespace vgps {
+
+enum TrackState : int32_t { kIdle = 0, kRecording = 1, kPaused = 2, kPlaying = 3 };
+
+// A file that belongs to a point: a photograph, a voice note.
+struct TrackAttachment {
+  uint32_t point = 0;  // index into the track's points; several may name the same one
+  std::string path;
+};
+
+struct Track {
+  std::string name;  // empty until the person gives one, or a file of its own needs one
+
+  // Of the recording filter; 0 takes the option's value when recording starts.
+  float angleThreshold = 0;     // degrees
+  float speedThreshold = 0;     // km/h
+  float altitudeThreshold = 0;  // metres
+
+  PointList points;
+  std::vector<TrackAttachment> attachments;
+  std::vector<std::string> pointNames;  // of imported tracks; a point says which is its own
+
+  // Running values of the recording filter.
+  float courseDeviation = 0;  // degrees
+  float lastCourse = -1;      // degrees, of the last recorded point; -1: none since the start
+  float lastAltitude = 0;     // metres, likewise
+  uint32_t cellMode = 0;      // not 0: the next fix is recorded when cells are
+  int32_t state = kIdle;      // TrackState
+  int32_t bes = 0;            // the option of that name when recording started
+};
+
+struct Waypoint {
+  std::string name;
+  double x = 0;  // longitude, degrees
+  double y = 0;  // latitude, degrees
+  double z = 0;  // metres
+};
+
+// Empty when the point has none.
+std::string_view pointName(const Track& track, const TrackPoint& point);
+void setPointName(Track& track, TrackPoint& point, std::string_view name);
+
+// "P #3", "P #3 (M)" for a marked point; points count from 1.
+std::string pointLabel(const Track& track, size_t index);
+
+}  // namespace vgps
