@@ -5,12 +5,23 @@
 # The word names a function below; each builds what it runs.
 word_bench() {
   local name
-  [ $# -gt 0 ] || set -- nmea
+  [ $# -gt 0 ] || set -- nmea xml track
   for name; do
-    [ "$(type -t "bench_$name")" = function ] || fail "no benchmark '$name'; there is: nmea"
+    [ "$(type -t "bench_$name")" = function ] || fail "no benchmark '$name'; there are: nmea xml track"
   done
   need build bench
   for name; do "bench_$name"; done
+}
+
+# The documents it writes are 50 MB each.
+bench_xml() {
+  build_preset bench bench_xml
+  (cd build/bench && bin/bench_xml)
+}
+
+bench_track() {
+  build_preset bench bench_track
+  (cd build/bench && bin/bench_track)
 }
 
 bench_nmea() {
