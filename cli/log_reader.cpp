@@ -18,8 +18,8 @@ LogReader::LogReader(Source source, size_t blockSize)
 
 bool LogReader::next(LogPiece& piece) {
   if (!has(1)) return false;
-  if (startsBinary()) {
-    takeMessage(piece);
+  if (const size_t length = messageLength(); length > 0) {
+    takeMessage(piece, length);
   } else {
     takeLine(piece);
   }
@@ -47,35 +47,67 @@ bool LogReader::has(size_t count) {
   return true;
 }
 
-bool LogReader::startsBinary() {
-  return waiting()[0] == '\xA0' && has(2) && waiting()[1] == '\xA2';
+bool LogReader::startsBinary(size_t at) {
+  return has(at + 1) && waiting()[at] == '\xA0' && has(at + 2) && waiting()[at + 1] == '\xA2';
 }
 
-// A message that the end of the log cuts short is given as far as it goes.
-void LogReader::takeMessage(LogPiece& piece) {
-  size_t length = kBinaryHeader;
-  if (has(kBinaryHeader)) {
-    const auto byteAt = [this](size_t i) { return static_cast<uint8_t>(waiting()[i]); };
-    length = (size_t{byteAt(2)} << 8 | byteAt(3)) + kBinaryOverhead;
-    has(length);
+// Of the message that starts there, as its header says; a header that the end of the log cuts short
+// says nothing beyond itself.
+size_t LogReader::announcedLength(size_t at) {
+  if (!has(at + kBinaryHeader)) return kBinaryHeader;
+  const auto byteAt = [&](size_t i) { return static_cast<uint8_t>(waiting()[at + i]); };
+  return (size_t{byteAt(2)} << 8 | byteAt(3)) + kBinaryOverhead;
+}
+
+// Its length when a whole message starts there, otherwise 0.
+size_t LogReader::wholeMessage(size_t at) {
+  if (!startsBinary(at)) return 0;
+  const size_t length = announcedLength(at);
+  if (!has(at + length)) return 0;
+  return waiting().substr(at, length).ends_with("\xB0\xB3") ? length : 0;
+}
+
+// Of the message at the front, 0 when there is none. One that the end of the log cuts short is
+// given as far as it goes, unless a whole one lies in it: then its length is wrong.
+size_t LogReader::messageLength() {
+  if (!startsBinary(0)) return 0;
+  if (const size_t length = wholeMessage(0); length > 0) return length;
+  if (has(announcedLength(0))) return 0;
+  const size_t rest = waiting().size();
+  return nextMessage(1, rest) == rest ? rest : 0;
+}
+
+// Where the first whole message behind `from` starts, `limit` when none does before it.
+size_t LogReader::nextMessage(size_t from, size_t limit) {
+  for (size_t at = from; at < limit; ++at) {
+    at = waiting().substr(0, limit).find('\xA0', at);
+    if (at == std::string_view::npos) break;
+    if (wholeMessage(at) > 0) return at;
   }
+  return limit;
+}
+
+void LogReader::takeMessage(LogPiece& piece, size_t length) {
   piece.binary = true;
   piece.chunk = piece.text = waiting().substr(0, length);
-  begin_ += piece.text.size();
+  begin_ += length;
 }
 
 void LogReader::takeLine(LogPiece& piece) {
-  const size_t length = lineLength();
+  const size_t lineEnd = lineLength();
+  const size_t length = waiting().starts_with('$') ? lineEnd : nextMessage(1, lineEnd);
+  // The framing would wait for the rest of a message where only the start of one is left.
+  const size_t skipped = startsBinary(0) ? 1 : 0;
   const std::string_view line = waiting().substr(0, length);
   const std::string_view rest = waiting().substr(length);
   piece.binary = false;
   piece.text = line;
   if (rest.starts_with("\r\n")) {
-    piece.chunk = waiting().substr(0, length + 2);
+    piece.chunk = waiting().substr(skipped, length + 2 - skipped);
     begin_ += length + 2;
     return;
   }
-  chunk_.assign(line);
+  chunk_.assign(line.substr(skipped));
   chunk_ += "\r\n";
   piece.chunk = chunk_;
   const bool ended = !rest.empty() && (rest[0] == '\r' || rest[0] == '\n');

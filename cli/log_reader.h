@@ -11,8 +11,10 @@ namespace vgps {
 
 // A line of a recorded log, or one binary message in it. The views last until the next call.
 struct LogPiece {
-  std::string_view text;   // the line without its line end, or the whole message
-  std::string_view chunk;  // as the framing takes it: the line with CR LF, or the message
+  std::string_view text;  // the line without its line end, or the whole message
+  // As the framing takes it: the line with CR LF, or the message. Of a damaged message the first
+  // byte is left out.
+  std::string_view chunk;
   bool binary = false;
 };
 
@@ -21,6 +23,9 @@ struct LogPiece {
 //   text CR LF | text LF | text CR      one line each, a blank one too
 //   A0 A2 length16 payload ... B0 B3    where a line would start: one message, length + 8 bytes;
 //                                       text may follow at once
+//
+// Bytes that are neither, as damage leaves them in a capture of messages, are a piece of text up to
+// the next whole message; only a line that begins with "$" goes on to its end whatever is in it.
 //
 // Reads in blocks and keeps one block only; a longer line than kLongestLine is cut there.
 class LogReader {
@@ -41,8 +46,12 @@ class LogReader {
   std::string_view waiting() const { return {buffer_.data() + begin_, end_ - begin_}; }
   bool fill();
   bool has(size_t count);
-  bool startsBinary();
-  void takeMessage(LogPiece& piece);
+  bool startsBinary(size_t at);
+  size_t announcedLength(size_t at);
+  size_t wholeMessage(size_t at);
+  size_t messageLength();
+  size_t nextMessage(size_t from, size_t limit);
+  void takeMessage(LogPiece& piece, size_t length);
   void takeLine(LogPiece& piece);
   size_t lineLength();
   size_t nextOf(char c, size_t& known) const;

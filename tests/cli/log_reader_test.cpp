@@ -26,7 +26,8 @@ std::vector<std::string> pieces(const std::string& log, size_t portion, size_t b
   LogPiece piece;
   while (reader.next(piece)) {
     const std::string text(piece.text);
-    EXPECT_EQ(piece.chunk, piece.binary ? text : text + "\r\n");
+    const bool damaged = text.starts_with("\xA0\xA2");  // does not pass for the start of a message
+    EXPECT_EQ(piece.chunk, piece.binary ? text : text.substr(damaged ? 1 : 0) + "\r\n");
     found.push_back(piece.binary ? "<" + text + ">" : text);
   }
   EXPECT_FALSE(reader.next(piece));
@@ -60,6 +61,24 @@ TEST(LogReader, Pieces) {
        kEmptyMessage + "$GP\r\n" + kMessage + "\n",
        {"<" + kEmptyMessage + ">", "$GP", "<" + kMessage + ">", ""}},
       {"a message's start inside a line is text", "a\xA0\xA2\0\0\n"s, {"a\xA0\xA2\0\0"s}},
+      {"so is a whole one inside a sentence",
+       "$a" + kEmptyMessage + "\n" + kMessage,
+       {"$a" + kEmptyMessage, "<" + kMessage + ">"}},
+      {"bytes of no line before a message",
+       "\x05\xB0\xB3" + kMessage + kMessage,
+       {"\x05\xB0\xB3", "<" + kMessage + ">", "<" + kMessage + ">"}},
+      {"a length that is too small",
+       "\xA0\xA2\0\x01xyz\0\0\xB0\xB3"s + kMessage,
+       {"\xA0\xA2\0\x01xyz\0\0\xB0\xB3"s, "<" + kMessage + ">"}},
+      {"a length that is too great",
+       "\xA0\xA2\0\x09xyz\0\0\xB0\xB3"s + kMessage + kMessage,
+       {"\xA0\xA2\0\x09xyz\0\0\xB0\xB3"s, "<" + kMessage + ">", "<" + kMessage + ">"}},
+      {"one that leads beyond the end of the log",
+       "\xA0\xA2\x7F\x03xyz\0\0\xB0\xB3"s + kMessage + "a\n",
+       {"\xA0\xA2\x7F\x03xyz\0\0\xB0\xB3"s, "<" + kMessage + ">", "a"}},
+      {"a damaged message with a line end in it",
+       "\xA0\xA2\0\x02x\r\nz\0\xB0\xB3"s + kMessage,
+       {"\xA0\xA2\0\x02x"s, "z\0\xB0\xB3"s, "<" + kMessage + ">"}},
       {"one byte of a start", "\xA0\n\xA0", {"\xA0", "\xA0"}},
       {"a message cut short", kMessage.substr(0, 7), {"<" + kMessage.substr(0, 7) + ">"}},
       {"a message's header cut short", "\xA0\xA2\x01", {"<\xA0\xA2\x01>"}},

@@ -130,6 +130,36 @@ TEST(Replay, FindsEveryBinaryMessage) {
   }
 }
 
+// One damaged byte or a missing start costs a message or two, not the rest of the log.
+TEST(Replay, FindsNearlyEveryMessageOfADamagedCapture) {
+  SKIP_WITHOUT_DATA();
+  const TemporaryFolder folder;
+  const std::string path = (folder / "damaged").string();
+  const struct {
+    const char* log;
+    int messages;
+  } rows[] = {{"gpsd-bu303-moving.sirf", 65}, {"gpsbabel-gt11.sbn", 3484}};
+  for (const auto& row : rows) {
+    std::ifstream file(dataFolder() + "/" + row.log, std::ios::binary);
+    const std::string whole{std::istreambuf_iterator<char>(file), {}};
+    const size_t first = whole.find("\xA0\xA2");
+    const size_t middle = whole.find("\xB0\xB3\xA0\xA2", whole.size() / 2) + 2;
+    std::vector<std::string> damaged = {whole.substr(10)};
+    for (const size_t start : {first, middle}) {
+      for (const int bit : {0, 3, 8, 10, 14}) {
+        damaged.push_back(whole);
+        damaged.back()[start + 3 - static_cast<size_t>(bit) / 8] ^= static_cast<char>(1 << bit % 8);
+      }
+    }
+    for (size_t i = 0; i < damaged.size(); ++i) {
+      std::ofstream(path, std::ios::binary) << damaged[i];
+      const int found = replayed(path)["sentences"]["binary"];
+      EXPECT_LT(found, row.messages) << row.log << ", damage " << i;
+      EXPECT_GE(found, row.messages - 2) << row.log << ", damage " << i;
+    }
+  }
+}
+
 TEST(Replay, LinesTellWhatBecameOfEach) {
   const Finished run =
       runProgram({"replay", "--lines", sourcePath("tests/logs/text-and-binary.log")});
