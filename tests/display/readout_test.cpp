@@ -13,7 +13,9 @@
 namespace vgps {
 namespace {
 
-void count(Scene& scene, CountedKind kind) { scene.stats.kinds[static_cast<size_t>(kind)].count = 10; }
+void count(Scene& scene, CountedKind kind) {
+  scene.stats.kinds[static_cast<size_t>(kind)].count = 10;
+}
 
 Scene liveScene(std::vector<ViewedSatellite>& view) {
   Scene scene;
