@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "gps/port_search.h"
-#include "tests/fakes/gps_world.h"
+#include "tests/fakes/live_world.h"
 
 namespace vgps {
 namespace {
@@ -13,25 +13,6 @@ namespace {
 using Sounds = std::vector<std::string>;
 
 const std::string kPath = devicePath("COM3");
-
-// Waits for what another thread will do; a test that fails here fails after ten seconds.
-bool comes(const std::function<bool()>& happened) {
-  for (int i = 0; i < 1000; ++i) {
-    if (happened()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  return false;
-}
-
-// A world whose reader threads end with it.
-struct LiveWorld : GpsWorld {
-  LiveWorld() {
-    hooks.onLine = [this](const ReceivedLine&) { ++received; };
-    fix.setPort("COM3", 9600);
-  }
-  ~LiveWorld() { EXPECT_TRUE(fix.stopReaders(10000)); }
-  std::atomic<int> received{0};
-};
 
 TEST(Connection, AMissingPortFailsWithoutASound) {
   GpsWorld world;

@@ -279,5 +279,29 @@ TEST_F(StreamLogFile, AFailureIsToldOnce) {
   EXPECT_EQ(world.hooks.lines, (Lines{"$A", "$B"}));
 }
 
+TEST_F(StreamLogFile, AFailureIsToldAgainAfterItWorkedOrWasTurnedOff) {
+  GpsWorld world;
+  const auto receiveTwice = [&](const std::string& path) {
+    world.state.log.path = path;
+    for (int i = 0; i < 2; ++i) world.fix.onReceive("$A\r\n");
+  };
+  const std::string refused = (path_ / "no" / "such").string();
+  world.state.options.logNmea = true;
+  receiveTwice(refused);
+  EXPECT_EQ(world.hooks.logFailures, 1);
+  receiveTwice(path_.string());
+  EXPECT_EQ(content(), "$A\r\n$A\r\n");
+  std::fclose(world.state.log.file);  // as if the folder had gone
+  world.state.log.file = nullptr;
+  receiveTwice(refused);
+  EXPECT_EQ(world.hooks.logFailures, 2);
+  world.state.options.logNmea = false;
+  receiveTwice(refused);
+  EXPECT_EQ(world.hooks.logFailures, 2);
+  world.state.options.logNmea = true;
+  receiveTwice(refused);
+  EXPECT_EQ(world.hooks.logFailures, 3);
+}
+
 }  // namespace
 }  // namespace vgps

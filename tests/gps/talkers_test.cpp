@@ -61,6 +61,32 @@ TEST(Talkers, TheMostCompleteTalkerSpeaks) {
                                  });
 }
 
+TEST(Talkers, PositionsCountMoreThanSatellites) {
+  struct {
+    std::vector<std::string> lines;  // all sent each second
+    std::string chosen;              // the talker that speaks for GPS
+  } const rows[] = {
+      {{"GNGSA"}, ""},  // satellites without a position
+      {{"GNGSA", "GLRMC"}, "GL"},
+      {{"GNRMC", "GNGSA", "GLRMC", "GLGGA"}, "GL"},
+      {{"GNGGA", "GNGSA", "GQRMC", "GQGGA"}, "GQ"},
+      {{"GNRMC", "GLRMC", "GLGSA"}, "GL"},
+      {{"GNRMC", "GNGSA", "GLRMC", "GLGSA"}, "GN"},
+      {{"GLRMC", "GLGGA", "GLGSA", "GNRMC", "GNGGA"}, "GL"},
+  };
+  for (const auto& row : rows) {
+    std::vector<Step> steps;
+    for (const uint32_t tick : {1000U, 2000U, 3000U, 4000U, 5000U}) {
+      for (const std::string& line : row.lines) {
+        const std::string talker = line.substr(0, 2);
+        steps.push_back(
+            {tick, sentence(talker, line.substr(2)), tick >= 4000 && talker == row.chosen});
+      }
+    }
+    walk(TalkerSetting::automatic, steps);
+  }
+}
+
 TEST(Talkers, AlwaysAndNeverDoNotWait) {
   walk(TalkerSetting::always, {
                                   {1000, sentence("GN", "RMC"), true},
