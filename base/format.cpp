@@ -11,7 +11,7 @@ namespace {
 constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 // What stands between "%" and the conversion letter.
-struct Specification {
+struct Conversion {
   bool left = false;
   bool zeros = false;
   char plus = 0;  // '+' or ' ' in front of a number that is not negative
@@ -58,40 +58,41 @@ class Formatter {
     return value;
   }
 
-  Specification specification() {
-    Specification spec;
+  Conversion takeConversion() {
+    Conversion conversion;
     for (; std::string_view("-0+ #").find(peek()) != std::string_view::npos; step()) {
-      if (peek() == '-') spec.left = true;
-      if (peek() == '0') spec.zeros = true;
-      if (peek() == '+' || (peek() == ' ' && spec.plus == 0)) spec.plus = peek();
+      if (peek() == '-') conversion.left = true;
+      if (peek() == '0') conversion.zeros = true;
+      if (peek() == '+' || (peek() == ' ' && conversion.plus == 0)) conversion.plus = peek();
     }
-    spec.width = number();
-    spec.hasPrecision = peek() == '.';
-    if (spec.hasPrecision) {
+    conversion.width = number();
+    conversion.hasPrecision = peek() == '.';
+    if (conversion.hasPrecision) {
       step();
-      spec.precision = number();
+      conversion.precision = number();
     }
     if (rest_.starts_with("I64")) rest_.remove_prefix(3);
     while (std::string_view("hlzjt").find(peek()) != std::string_view::npos) step();
-    return spec;
+    return conversion;
   }
 
   void convert() {
     const std::string_view whole = rest_;
     step();
-    const Specification spec = specification();
+    const Conversion conversion = takeConversion();
     switch (step()) {
       case '%': out_ += '%'; break;
-      case 'c': pad(std::string(1, static_cast<char>(take().whole())), spec); break;
+      case 'c': pad(std::string(1, static_cast<char>(take().whole())), conversion); break;
       case 's':
-        pad(take().text().substr(0, spec.hasPrecision ? spec.precision : SIZE_MAX), spec);
+        pad(take().text().substr(0, conversion.hasPrecision ? conversion.precision : SIZE_MAX),
+            conversion);
         break;
       case 'd':
-      case 'i': putWhole(take(), spec); break;
-      case 'u': putDigits(false, decimalText(take().bits()), spec); break;
-      case 'x': putDigits(false, hexText(take().bits(), 0), spec); break;
-      case 'X': putDigits(false, hexText(take().bits(), 'A' - 'a'), spec); break;
-      case 'f': putReal(take().real(), spec); break;
+      case 'i': putWhole(take(), conversion); break;
+      case 'u': putDigits(false, decimalText(take().bits()), conversion); break;
+      case 'x': putDigits(false, hexText(take().bits(), 0), conversion); break;
+      case 'X': putDigits(false, hexText(take().bits(), 'A' - 'a'), conversion); break;
+      case 'f': putReal(take().real(), conversion); break;
       default: out_ += whole.substr(0, whole.size() - rest_.size());
     }
   }
@@ -105,40 +106,41 @@ class Formatter {
     return text;
   }
 
-  void putWhole(const FormatArgument& argument, const Specification& spec) {
+  void putWhole(const FormatArgument& argument, const Conversion& conversion) {
     const int64_t value = argument.whole();
     const std::string text = decimalText(value);
-    putDigits(value < 0, value < 0 ? text.substr(1) : text, spec);
+    putDigits(value < 0, value < 0 ? text.substr(1) : text, conversion);
   }
 
-  void putReal(double value, const Specification& spec) {
+  void putReal(double value, const Conversion& conversion) {
     constexpr size_t kMostDecimals = 40;
-    const size_t decimals = spec.hasPrecision ? spec.precision : 6;
+    const size_t decimals = conversion.hasPrecision ? conversion.precision : 6;
     const std::string text =
         fixedText(value, static_cast<int>(decimals < kMostDecimals ? decimals : kMostDecimals));
     const bool negative = text.starts_with('-');
-    Specification plain = spec;
+    Conversion plain = conversion;
     plain.hasPrecision = false;
     putDigits(negative, text.substr(negative ? 1 : 0), plain);
   }
 
-  void putDigits(bool negative, std::string digits, const Specification& spec) {
-    if (spec.hasPrecision && digits.size() < spec.precision)
-      digits.insert(0, spec.precision - digits.size(), '0');
-    const char sign = negative ? '-' : spec.plus;
+  void putDigits(bool negative, std::string digits, const Conversion& conversion) {
+    if (conversion.hasPrecision && digits.size() < conversion.precision)
+      digits.insert(0, conversion.precision - digits.size(), '0');
+    const char sign = negative ? '-' : conversion.plus;
     const size_t taken = digits.size() + (sign != 0 ? 1 : 0);
-    if (spec.zeros && !spec.left && !spec.hasPrecision && taken < spec.width) {
-      digits.insert(0, spec.width - taken, '0');
+    if (conversion.zeros && !conversion.left && !conversion.hasPrecision &&
+        taken < conversion.width) {
+      digits.insert(0, conversion.width - taken, '0');
     }
     if (sign != 0) digits.insert(0, 1, sign);
-    pad(digits, spec);
+    pad(digits, conversion);
   }
 
-  void pad(const std::string& text, const Specification& spec) {
-    const size_t blanks = text.size() < spec.width ? spec.width - text.size() : 0;
-    if (!spec.left) out_.append(blanks, ' ');
+  void pad(const std::string& text, const Conversion& conversion) {
+    const size_t blanks = text.size() < conversion.width ? conversion.width - text.size() : 0;
+    if (!conversion.left) out_.append(blanks, ' ');
     out_ += text;
-    if (spec.left) out_.append(blanks, ' ');
+    if (conversion.left) out_.append(blanks, ' ');
   }
 
   std::string_view rest_;
