@@ -137,7 +137,8 @@ int XmlDocument::Save(std::u16string_view fileName, XmlSaveMode mode) {
 }
 
 // Empty when `most` bytes do not hold it or the memory cannot be had.
-XmlBuffer XmlDocument::renderInto(uint64_t size, uint64_t most, std::string_view declaration) const {
+XmlBuffer XmlDocument::renderInto(uint64_t size, uint64_t most,
+                                  std::string_view declaration) const {
   uint64_t outside = declaration.size() + kLineEnd.size();
   for (const XmlComment& comment : header_.comments) outside += commentSize(comment);
   if (outside > most) return {};
