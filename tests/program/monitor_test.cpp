@@ -213,6 +213,7 @@ TEST(Monitor, SecondsInWhichItWasStoppedAreLeftOut) {
   const auto before = count(program.output);
   program.signal(SIGCONT);
   EXPECT_TRUE(program.readUntil([&] { return count(program.output) > before; }));
+  program.readUntil([] { return false; }, 500);
   program.signal(SIGINT);
   EXPECT_EQ(program.finish(), 0);
   EXPECT_LE(count(program.output), before + 3);
