@@ -108,12 +108,11 @@ constexpr uint64_t nameKey(std::string_view text) {
 
 NmeaSentence::NmeaSentence() { std::memset(static_cast<void*>(this), 0, sizeof *this); }
 
-// Only what a sentence of that kind can fill, and all when there is none: the satellite records are
-// large. The size comes from
-// a table so that the library clears it; compilers inline a slow instruction for a size they know.
+// Only what a sentence of that kind can fill: the satellite records are large, and a line that is
+// none of them fills nothing. The size comes from a table so that the library clears it; compilers
+// inline a slow instruction for a size they know.
 void NmeaSentence::begin(int32_t newKind, int32_t newTag) {
-  static constexpr std::array<size_t, 5> kRecordSizes = {std::max(sizeof gsa, sizeof gsv),
-                                                         sizeof rmc, sizeof gga, 0,
+  static constexpr std::array<size_t, 5> kRecordSizes = {0, sizeof rmc, sizeof gga, 0,
                                                          std::max(sizeof gsa, sizeof gsv)};
   kind = newKind;
   tag = newTag;
