@@ -13,7 +13,11 @@
 #include "geo/ellipsoids.h"
 #include "geo/utm.h"
 #include "library/journal_format.h"
+#include "platform/files.h"
 #include "track/recording.h"
+#include "track/track_file.h"
+#include "track/track_xml.h"
+#include "track/whole_file.h"
 #if VEXA_HAVE_PROJ
 #include <proj.h>
 #endif
@@ -257,7 +261,34 @@ void raceOffers(const std::vector<FixRecord>& fixes) {
        fixes.size());
 }
 
-void measureMemory(const std::vector<FixRecord>& fixes) {
+// A million points as text, on the disk, and back.
+void measureFile(const char* what, const Track& track, const RecordingOptions& options) {
+  const std::string path = "bench_track.XML";
+  std::string text;
+  Track back;
+  std::vector<double> rendering, writing, loading;
+  for (int round = 0; round < 5; ++round) {
+    rendering.push_back(secondsOf([&] { text = trackText(track, options, {}, 0); }));
+    writing.push_back(secondsOf([&] { sink = writeWholeFile(path, text); }));
+    loading.push_back(
+        secondsOf([&] { sink = loadTrackFile(path, 0, back) == TrackLoading::whole; }));
+  }
+  removeFile(path);
+  std::printf("  %-20s %6.1f %9.3f %9.3f %9.3f\n", what, static_cast<double>(text.size()) / 1e6,
+              least(rendering), least(writing), least(loading));
+  if (back.points.size() != track.points.size()) std::printf("  not all points came back\n");
+}
+
+void measureFiles(const Track& track) {
+  std::printf("Files of %zu points      MB   as text   to disk   loading (s)\n",
+              track.points.size());
+  RecordingOptions options;
+  measureFile("positions only", track, options);
+  options.recordTime = options.recordSpeed = options.recordCourse = true;
+  measureFile("time, speed, course", track, options);
+}
+
+void measureMillion(const std::vector<FixRecord>& fixes) {
   const StandingClock clock;
   Recorder recorder(-1, clock);
   const size_t before = allocations;
@@ -267,6 +298,7 @@ void measureMemory(const std::vector<FixRecord>& fixes) {
   std::printf("Memory of %.0f points\n  %.1f bytes and %.4f allocations each\n", points,
               static_cast<double>(allocatedBytes - bytesBefore) / points,
               static_cast<double>(allocations - before) / points);
+  measureFiles(recorder.track);
 }
 
 void measureAll() {
@@ -274,7 +306,7 @@ void measureAll() {
   raceDistance(fixes);
   raceGrid(fixes);
   raceOffers(fixes);
-  measureMemory(fixes);
+  measureMillion(fixes);
 }
 
 }  // namespace

@@ -1,10 +1,12 @@
 #include "library/journal.h"
 
-#include <cstdio>
+#include <span>
+#include <string_view>
 #include <utility>
 
 #include "library/journal_format.h"
 #include "platform/files.h"
+#include "track/whole_file.h"
 
 namespace vgps {
 namespace {
@@ -23,11 +25,6 @@ JournalResult resultOf(FileOpening opening) {
   return JournalResult::refused;
 }
 
-std::string withoutExtension(const std::string& path) {
-  const size_t point = path.find_last_of("./\\");
-  return point == std::string::npos || path[point] != '.' ? path : path.substr(0, point);
-}
-
 // "DIR/vgpstrack.journal" for 1, "DIR/vgpstrack-2.journal" for 2.
 std::string numberedPath(const std::string& path, int number) {
   if (number == 1) return path;
@@ -35,15 +32,8 @@ std::string numberedPath(const std::string& path, int number) {
   return stem + "-" + std::to_string(number) + path.substr(stem.size());
 }
 
-std::string badPathOf(const std::string& path) { return withoutExtension(path) + ".bad"; }
-
-// The path of the copy, empty when the disk did not take it.
-std::string keepDamaged(const std::string& path, std::span<const uint8_t> bytes) {
-  const std::string badPath = badPathOf(path);
-  std::FILE* const file = openFile(badPath, "wb");
-  if (file == nullptr) return {};
-  const bool written = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-  return std::fclose(file) == 0 && written ? badPath : std::string();
+std::string_view textOf(std::span<const uint8_t> bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
 }  // namespace
@@ -84,7 +74,7 @@ JournalResult Journal::recover(const std::string& path, RecoveredTrack& out) {
   cutFirst_ = true;
   out.points = std::move(contents.points);
   out.damaged = contents.damaged;
-  out.keptAs = contents.damaged ? keepDamaged(path, bytes) : std::string();
+  out.keptAs = contents.damaged ? keepAsBad(path, textOf(bytes)) : std::string();
   return JournalResult::open;
 }
 

@@ -25,7 +25,10 @@ TrackPoint point(uint32_t number) {
 
 class JournalOnDisk : public testing::Test {
  protected:
-  JournalOnDisk() { std::filesystem::create_directories(folder_); }
+  JournalOnDisk() {
+    std::filesystem::remove_all(folder_);
+    std::filesystem::create_directories(folder_);
+  }
   ~JournalOnDisk() override { std::filesystem::remove_all(folder_); }
   void spoil(std::streamoff at) {
     std::fstream file(path_, std::ios::in | std::ios::out | std::ios::binary);

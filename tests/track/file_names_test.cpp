@@ -12,7 +12,10 @@ namespace {
 
 class FileNames : public testing::Test {
  protected:
-  FileNames() { std::filesystem::create_directories(folder_); }
+  FileNames() {
+    std::filesystem::remove_all(folder_);
+    std::filesystem::create_directories(folder_);
+  }
   ~FileNames() override { std::filesystem::remove_all(folder_); }
   void take(const std::string& name) { std::ofstream(folder_ + "/" + name).put('x'); }
 

@@ -1,0 +1,60 @@
+#include <string>
+#include <string_view>
+
+#include "fuzz/quiet_hooks.h"
+#include "geo/distance.h"
+#include "track/thinning.h"
+#include "track/track_xml.h"
+
+// Any text as a track: what is read of it can be worked with, and survives writing and reading.
+namespace {
+
+using namespace vgps;
+
+RecordingOptions everything(size_t size) {
+  RecordingOptions options;
+  options.recordCell = options.recordSpeed = options.recordTime = options.recordCourse = true;
+  options.speedUnit = static_cast<int32_t>(size % 4);
+  return options;
+}
+
+void checkPoints(const Track& track) {
+  for (const TrackPoint& point : track.points) {
+    require(!isNoPosition(point.longitude, point.latitude));
+    require(point.latitude >= -90 && point.latitude <= 90);
+    require(point.name <= track.pointNames.size());
+  }
+  for (const TrackAttachment& attachment : track.attachments) {
+    require(attachment.point < track.points.size());
+  }
+}
+
+std::string rewritten(const std::string& text, const RecordingOptions& options, bool& whole) {
+  XmlDocument document;
+  document.Load(text, XmlLoadMode::text);
+  Track track;
+  whole = readTrack(document.GetRootElement(), options.speedUnit, track);
+  checkPoints(track);
+  return trackText(track, options, track.name, 0);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const RecordingOptions options = everything(size);
+  bool whole = false;
+  // The first writing rounds positions, and with that the nearest to 0,0 may go.
+  const std::string first = rewritten({reinterpret_cast<const char*>(data), size}, options, whole);
+  const std::string second = rewritten(first, options, whole);
+  require(whole);
+  const std::string third = rewritten(second, options, whole);
+  require(whole && third.size() == second.size());
+
+  XmlDocument document;
+  document.Load(third, XmlLoadMode::text);
+  Track track;
+  readTrack(document.GetRootElement(), options.speedUnit, track);
+  normalize(track, options);
+  checkPoints(track);
+  return 0;
+}

@@ -1,0 +1,119 @@
+#include "track/track_file.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+
+#include "platform/files.h"
+#include "track/file_names.h"
+#include "track/track_xml.h"
+#include "track/whole_file.h"
+
+namespace vgps {
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\n";
+
+TrackSaving save(const std::string& path, std::string_view text, const ExclusiveOpener& open) {
+  if (path.empty()) return TrackSaving::noFreeName;
+  return writeWholeFile(path, text, open) ? TrackSaving::saved : TrackSaving::notWritten;
+}
+
+std::string fileStem(const std::string& path) {
+  const std::string stem = withoutExtension(path);
+  return stem.substr(stem.find_last_of("/\\") + 1);
+}
+
+// The last bytes of a file, without blanks behind them.
+std::string tailOf(const std::string& path) {
+  constexpr long kTail = 256;
+  std::string tail;
+  std::FILE* const file = openFile(path, "rb");
+  if (file == nullptr) return tail;
+  if (std::fseek(file, -kTail, SEEK_END) != 0) std::rewind(file);
+  tail.resize(kTail);
+  tail.resize(std::fread(tail.data(), 1, tail.size(), file));
+  std::fclose(file);
+  tail.erase(tail.find_last_not_of(kBlanks) + 1);
+  return tail;
+}
+
+// A file that was cut off ends in the middle, or behind a tag that is not the root's.
+bool isComplete(const std::string& path, XmlElement root) {
+  const std::string tail = tailOf(path);
+  const bool wide = tail.find('\0') != std::string::npos;  // UTF-16, which no track file is
+  if (wide || tail.ends_with("-->")) return true;
+  const bool empty = root.GetChildren().begin() == root.GetChildren().end();
+  if (empty) return tail.ends_with("/>") || tail.ends_with("</t>");
+  return tail.ends_with("</t>");
+}
+
+// Where the track is. In a damaged file its own tag may be gone, or lie inside of another.
+XmlElement findTrack(XmlElement root) {
+  if (root.storedName() == "t") return root;
+  for (const char* name : {"? == \"t\"", "? == \"p\""}) {
+    const auto found = root.Query(name);
+    if (!found.empty()) return name[6] == 't' ? found.front() : root;
+  }
+  return {};
+}
+
+// With the track's own tag gone the first point is the root, and the rest lies outside.
+bool putTagBack(const std::string& path, XmlDocument& document) {
+  std::FILE* const file = openFile(path, "rb");
+  if (file == nullptr) return false;
+  std::string text = "<t>";
+  char block[65536];
+  for (size_t got = 1; got > 0;) {
+    got = std::fread(block, 1, sizeof block, file);
+    text.append(block, got);
+  }
+  std::fclose(file);
+  return static_cast<bool>(document.Load(text, XmlLoadMode::text));
+}
+
+}  // namespace
+
+TrackSaving saveTrackFile(Track& track, const std::string& folder, const RecordingOptions& options,
+                          const DateTime& local, const ExclusiveOpener& open) {
+  if (track.name.empty()) track.name = trackNameFromTime(local);
+  std::string text(kXmlDeclaration);
+  text += "\r\n";
+  text += trackText(track, options, {}, 0);
+  const TrackSaving result = save(freeTrackPath(folder, track.name), text, open);
+  if (result == TrackSaving::saved) dropWrittenAttachments(track);
+  return result;
+}
+
+TrackSaving importTrackFile(XmlElement element, const std::string& folder,
+                            const ExclusiveOpener& open) {
+  const XmlAttribute name = element.FindAttribute("n");
+  XmlDocument document;
+  document.SetRootElement(element);
+  const XmlBuffer text = document.saveToMemory();
+  if (!text) return TrackSaving::notWritten;
+  return save(freeImportPath(folder, name ? name.GetValue() : "Import"), text.view(), open);
+}
+
+TrackLoading loadTrackFile(const std::string& path, int32_t speedUnit, Track& track) {
+  XmlDocument document;
+  switch (document.Load(path).status) {
+    case XmlLoadStatus::loaded: break;
+    case XmlLoadStatus::noFile: return TrackLoading::noFile;
+    case XmlLoadStatus::unreadable:
+    case XmlLoadStatus::tooLarge: return TrackLoading::unreadable;
+    default: return TrackLoading::notATrack;
+  }
+  bool whole = document.GetRootElement().storedName() == "t";
+  if (document.GetRootElement().storedName() == "p" && !putTagBack(path, document)) {
+    return TrackLoading::notATrack;
+  }
+  const XmlElement element = findTrack(document.GetRootElement());
+  if (!element) return TrackLoading::notATrack;
+  whole = readTrack(element, speedUnit, track) && whole;
+  if (track.name.empty()) track.name = fileStem(path);
+  whole = whole && isComplete(path, element);
+  return whole ? TrackLoading::whole : TrackLoading::damaged;
+}
+
+}  // namespace vgps

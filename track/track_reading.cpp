@@ -1,0 +1,165 @@
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <string_view>
+
+#include "base/number.h"
+#include "geo/distance.h"
+#include "geo/units.h"
+#include "track/track_xml.h"
+
+namespace vgps {
+namespace {
+
+constexpr bool isOfNumber(char c) {
+  return isDigit(c) || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E';
+}
+
+// The whole text as a decimal number; none of a track is anywhere near the limit.
+bool readNumber(std::string_view text, double& value) {
+  constexpr double kLimit = 1e9;
+  const double number = leadingDouble(text);
+  if (text.empty() || !std::all_of(text.begin(), text.end(), isOfNumber)) return false;
+  if (std::fabs(number) > kLimit) return false;
+  value = number;
+  return true;
+}
+
+bool readNumber(std::string_view text, uint32_t& value) {
+  constexpr size_t kMostDigits = 10;
+  uint64_t number = 0;
+  for (const char c : text) {
+    if (!isDigit(c)) return false;
+    number = number * 10 + static_cast<uint64_t>(c - '0');
+  }
+  if (text.empty() || text.size() > kMostDigits || number > UINT32_MAX) return false;
+  value = static_cast<uint32_t>(number);
+  return true;
+}
+
+// "dd-mm-yyyy hh:mm:ss"
+bool readTime(std::string_view text, DateTime& time) {
+  constexpr std::string_view kForm = "00-00-0000 00:00:00";
+  if (text.size() != kForm.size()) return false;
+  for (size_t i = 0; i < kForm.size(); ++i) {
+    if (kForm[i] == '0' ? !isDigit(text[i]) : text[i] != kForm[i]) return false;
+  }
+  const auto field = [text](size_t at, size_t length) {
+    return static_cast<uint16_t>(leadingInt(text.substr(at, length)));
+  };
+  time = {.year = field(6, 4),
+          .month = field(3, 2),
+          .day = field(0, 2),
+          .hour = field(11, 2),
+          .minute = field(14, 2),
+          .second = field(17, 2)};
+  return true;
+}
+
+// One speed in all four units; the one that was read stays to its last digit.
+void setSpeeds(TrackPoint& point, double value, int32_t unit) {
+  double knots = value;
+  if (unit == kKmh) knots = value / kKmhPerKnot;
+  if (unit == kMps) knots = value / kMpsPerKnot;
+  if (unit == kMph) knots = value * kKmPerMile / kKmhPerKnot;
+  const Speeds speeds = speedsFromKnots(knots);
+  point.speedKnots = unit == kKnots ? value : speeds.knots;
+  point.speedMps = unit == kMps ? value : speeds.mps;
+  point.speedKmh = unit == kKmh ? value : speeds.kmh;
+  point.speedMph = unit == kMph ? value : speeds.mph;
+}
+
+class TrackReader {
+ public:
+  TrackReader(int32_t speedUnit, Track& track) : speedUnit_(speedUnit), track_(track) {}
+
+  // Points wherever they stand: behind a damaged tag they lie one inside the other.
+  bool read(XmlElement top) {
+    const XmlTree& tree = *top.tree();
+    uint32_t depth = 0;
+    uint32_t at = tree.nextInSubtree(top.index(), top.index(), depth);
+    for (; at != kNoRow; at = tree.nextInSubtree(top.index(), at, depth)) {
+      const XmlElement element(top.tree(), at);
+      const std::string_view name = element.storedName();
+      if (name == "p") {
+        if (depth != 1) whole_ = false;
+        readPoint(element);
+      } else if (name == "n") {
+        readAttachment(element);
+      } else if (name != "ass") {
+        whole_ = false;
+      }
+    }
+    return whole_;
+  }
+
+ private:
+  void readPoint(XmlElement element) {
+    TrackPoint point;
+    anyPoint_ = true;
+    hasX_ = hasY_ = false;
+    const size_t count = element.GetVariableNum();
+    for (size_t i = 0; i < count; ++i) {
+      if (!readAttribute(element.GetVariable(i), point)) whole_ = false;
+    }
+    const bool onEarth =
+        hasX_ && hasY_ && std::fabs(point.longitude) <= 360 && std::fabs(point.latitude) <= 90;
+    lastKept_ = onEarth && !isNoPosition(point.longitude, point.latitude);
+    if (!onEarth) whole_ = false;
+    if (!lastKept_) return;
+    track_.points.push_back(point);
+    if (!name_.empty()) setPointName(track_, track_.points.back(), name_), name_.clear();
+  }
+
+  bool readAttribute(const XmlAttribute& attribute, TrackPoint& point) {
+    const std::string_view name = attribute.storedName();
+    const std::string_view value = attribute.storedValue();
+    if (name == "x") return hasX_ = readNumber(value, point.longitude);
+    if (name == "y") return hasY_ = readNumber(value, point.latitude);
+    if (name == "z") return readNumber(value, point.altitude);
+    if (name == "s") return readNumber(value, point.s);
+    if (name == "c") return readNumber(value, point.c);
+    if (name == "m") return readNumber(value, point.m);
+    if (name == "br") return readNumber(value, point.course);
+    if (name == "time") return readTime(value, point.localTime);
+    if (name == "n") {
+      name_ = attribute.GetValue();
+      return true;
+    }
+    double speed = 0;
+    if (name != "spd" || !readNumber(value, speed)) return false;
+    setSpeeds(point, speed, speedUnit_);
+    return true;
+  }
+
+  void readAttachment(XmlElement element) {
+    const XmlAttribute file = element.FindAttribute("f");
+    if (!file || !anyPoint_) {
+      whole_ = false;
+    } else if (lastKept_) {
+      const auto point = static_cast<uint32_t>(track_.points.size() - 1);
+      track_.attachments.push_back({point, file.GetValue()});
+    }
+  }
+
+  const int32_t speedUnit_;
+  Track& track_;
+  std::string name_;
+  bool whole_ = true;
+  bool anyPoint_ = false;
+  bool hasX_ = false;
+  bool hasY_ = false;
+  bool lastKept_ = false;
+};
+
+}  // namespace
+
+bool readTrack(XmlElement element, int32_t speedUnit, Track& track) {
+  track.name = element.FindAttribute("n") ? element.FindAttribute("n").GetValue() : std::string();
+  track.points.clear();
+  track.attachments.clear();
+  track.pointNames.clear();
+  return TrackReader(speedUnit, track).read(element);
+}
+
+}  // namespace vgps

@@ -1,0 +1,199 @@
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <vector>
+
+#include "base/number.h"
+#include "geo/distance.h"
+#include "geo/units.h"
+#include "track/track_xml.h"
+#include "xml/escape.h"
+
+namespace vgps {
+namespace {
+
+// A long text that grows by lines. What a line may have without an end (names, paths) goes past it
+// at once.
+class Text {
+ public:
+  explicit Text(size_t usualSize) { text_.reserve(usualSize); }
+
+  // Short texts and numbers: a line has room for a dozen.
+  void add(std::string_view text) { at_ = std::copy(text.begin(), text.end(), at_); }
+  void number(double value, int decimals) { at_ = writeFixed(at_, value, decimals); }
+  void number(uint32_t value) { at_ = std::to_chars(at_, line_.end(), value).ptr; }
+  void padded(uint32_t value, size_t width) {
+    char digits[16];
+    const auto length =
+        static_cast<size_t>(std::to_chars(digits, digits + sizeof digits, value).ptr - digits);
+    if (length < width) at_ = std::fill_n(at_, width - length, '0');
+    at_ = std::copy_n(digits, length, at_);
+  }
+  void time(const DateTime& t) {
+    padded(t.day, 2), add("-"), padded(t.month, 2), add("-"), padded(t.year, 4), add(" ");
+    padded(t.hour, 2), add(":"), padded(t.minute, 2), add(":"), padded(t.second, 2);
+  }
+
+  void addLong(std::string_view text) { endLine(), text_.append(text); }
+  void tabs(size_t count) { endLine(), text_.append(count, '\t'); }
+  std::string take() {
+    endLine();
+    return std::move(text_);
+  }
+
+ private:
+  static constexpr size_t kLine = 12 * kLongestFixedText;
+
+  void endLine() {
+    text_.append(line_.data(), static_cast<size_t>(at_ - line_.data()));
+    at_ = line_.data();
+  }
+
+  std::string text_;
+  std::array<char, kLine> line_;
+  char* at_ = line_.data();
+};
+
+double speedOf(const TrackPoint& point, int32_t unit) {
+  return speedInUnit({point.speedKnots, point.speedMps, point.speedKmh, point.speedMph}, unit);
+}
+
+// The attachments of one track as they are taken out of their list: each is numbered by its place
+// among those that are left.
+class AttachmentList {
+ public:
+  explicit AttachmentList(const Track& track)
+      : attachments_(track.attachments), left_(attachments_.size(), true) {
+    for (uint32_t i = 0; i < attachments_.size(); ++i) {
+      byPoint_.push_back({attachments_[i].point, i});
+    }
+    std::sort(byPoint_.begin(), byPoint_.end(), [](const Entry& a, const Entry& b) {
+      return a.point != b.point ? a.point < b.point : a.index > b.index;
+    });
+  }
+
+  // Points are asked for in their order; those of points that were left out are passed by.
+  bool has(size_t point) {
+    while (next_ < byPoint_.size() && byPoint_[next_].point < point) ++next_;
+    return next_ < byPoint_.size() && byPoint_[next_].point == point;
+  }
+
+  // `write(number, path)` for each attachment of `point`, from the last to the first.
+  template <class Write>
+  void takeOf(size_t point, Write write) {
+    for (; has(point); ++next_) {
+      const uint32_t index = byPoint_[next_].index;
+      const auto before = std::count(left_.begin(), left_.begin() + index, true);
+      left_[index] = false;
+      write(static_cast<uint32_t>(before) + 1, attachments_[index].path);
+    }
+  }
+
+ private:
+  struct Entry {
+    uint32_t point, index;
+  };
+  const std::vector<TrackAttachment>& attachments_;
+  std::vector<bool> left_;
+  std::vector<Entry> byPoint_;
+  size_t next_ = 0;
+};
+
+class TrackWriter {
+ public:
+  TrackWriter(const Track& track, const RecordingOptions& options, size_t depth)
+      : track_(track),
+        options_(options),
+        depth_(depth),
+        attachments_(track),
+        text_(kUsualHead + track.points.size() * usualPoint(options)) {}
+
+  std::string write(std::string_view name) {
+    text_.tabs(depth_);
+    text_.add("<t");
+    if (!name.empty()) text_.add(" n=\""), text_.addLong(escapeXml(name)), text_.add("\"");
+    const bool empty = std::all_of(track_.points.begin(), track_.points.end(), isNowhere);
+    text_.add(empty ? "/>\r\n" : ">\r\n");
+    for (size_t i = 0; i < track_.points.size(); ++i) {
+      if (!isNowhere(track_.points[i])) writePoint(i);
+    }
+    if (!empty) text_.tabs(depth_), text_.add("</t>\r\n");
+    return text_.take();
+  }
+
+ private:
+  static constexpr size_t kUsualHead = 1000;
+  static size_t usualPoint(const RecordingOptions& options) {
+    return options.recordTime || options.recordSpeed || options.recordCourse ? 112 : 64;
+  }
+
+  static bool isNowhere(const TrackPoint& point) {
+    return isNoPosition(point.longitude, point.latitude);
+  }
+
+  void writePoint(size_t index) {
+    const TrackPoint& point = track_.points[index];
+    text_.tabs(depth_ + 1);
+    text_.add("<p x=\""), text_.number(point.longitude, 6);
+    text_.add("\" y=\""), text_.number(point.latitude, 6);
+    text_.add("\" z=\""), text_.number(point.altitude, 6);
+    if (point.s != 0) text_.add("\" s=\""), text_.number(point.s);
+    if (options_.recordCell) text_.add("\" c=\""), text_.number(point.c);
+    if (options_.recordSpeed) {
+      text_.add("\" spd=\""), text_.number(speedOf(point, options_.speedUnit), 2);
+    }
+    if (options_.recordTime) text_.add("\" time=\""), text_.time(point.localTime);
+    if (options_.recordCourse) text_.add("\" br=\""), text_.number(point.course, 1);
+    if (point.m != 0) text_.add("\" m=\""), text_.number(point.m);
+    const std::string_view name = pointName(track_, point);
+    if (!name.empty()) text_.add("\" n=\""), text_.addLong(escapeXml(name));
+    if (attachments_.has(index)) {
+      writeAttachments(index);
+    } else {
+      text_.add("\"/>\r\n");
+    }
+  }
+
+  void writeAttachments(size_t index) {
+    text_.add("\">\r\n"), text_.tabs(depth_ + 2), text_.add("<ass>\r\n");
+    attachments_.takeOf(index, [this](uint32_t number, const std::string& path) {
+      text_.tabs(depth_ + 3);
+      text_.add("<n n=\"Item "), text_.number(number);
+      text_.add("\" f=\""), text_.addLong(escapeXml(path)), text_.add("\"/>\r\n");
+    });
+    text_.tabs(depth_ + 2), text_.add("</ass>\r\n");
+    text_.tabs(depth_ + 1), text_.add("</p>\r\n");
+  }
+
+  const Track& track_;
+  const RecordingOptions& options_;
+  const size_t depth_;
+  AttachmentList attachments_;
+  Text text_;
+};
+
+}  // namespace
+
+std::string libraryName(const Track& track, uint32_t number) {
+  return track.name.empty() ? "Track " + std::to_string(number) : track.name;
+}
+
+std::string trackText(const Track& track, const RecordingOptions& options, std::string_view name,
+                      size_t depth) {
+  return TrackWriter(track, options, depth).write(name);
+}
+
+XmlElement trackElement(XmlDocument& document, const Track& track, const RecordingOptions& options,
+                        std::string_view name) {
+  return document.createElement(trackText(track, options, name, 0));
+}
+
+void dropWrittenAttachments(Track& track) {
+  std::erase_if(track.attachments, [&](const TrackAttachment& attachment) {
+    if (attachment.point >= track.points.size()) return false;
+    const TrackPoint& point = track.points[attachment.point];
+    return !isNoPosition(point.longitude, point.latitude);
+  });
+}
+
+}  // namespace vgps

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "track/options.h"
+#include "track/track.h"
+#include "xml/document.h"
+
+// A track as an element:
+//
+//   <t n="Ride">                                          n only in the library
+//     <p x="11.516667" y="48.117300" z="545.000000"       degrees, metres
+//        s="2" c="0" spd="41.48" time="05-07-2010 09:03:04" br="84.4" m="1" n="Gate">
+//       <ass>
+//         <n n="Item 1" f="photo.jpg"/>                   attachments of the point
+//       </ass>
+//     </p>
+//   </t>
+//
+// s and m stand where they are not 0, n where the point has a name, c, spd, time (local) and br
+// where the options say so. Points without a position are left out.
+namespace vgps {
+
+// What a library calls the track: its name, or "Track %u" where it has none.
+std::string libraryName(const Track& track, uint32_t number);
+
+// The element, each line indented by `depth` tabs and more; without a name when that is empty.
+std::string trackText(const Track& track, const RecordingOptions& options, std::string_view name,
+                      size_t depth);
+
+// The same as an element of the document, not yet placed.
+XmlElement trackElement(XmlDocument& document, const Track& track, const RecordingOptions& options,
+                        std::string_view name);
+
+// A track that was written keeps no attachments but those of points that were left out: they are
+// in the file now.
+void dropWrittenAttachments(Track& track);
+
+// Replaces the track's name, points and attachments by those of the element. `speedUnit` is that
+// of the display: the element's speeds are taken to be in it. False when something in it was no
+// track's; then the good points are there.
+bool readTrack(XmlElement element, int32_t speedUnit, Track& track);
+
+}  // namespace vgps
