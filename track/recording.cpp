@@ -73,6 +73,7 @@ void Recording::discard(Track& track) {
   track.points.clear();
   track.attachments.clear();
   track.pointNames.clear();
+  track.name.clear();  // the next recording is another track
   hooks_.trackChanged(track);
 }
 
@@ -83,7 +84,7 @@ bool Recording::offer(const FixRecord& fix, uint32_t force) {
 }
 
 bool Recording::passes(const FixRecord& fix, uint32_t force) {
-  if (isNoPosition(fix.longitude, fix.latitude)) return false;
+  if (!isPosition(fix.longitude, fix.latitude)) return false;
   if (options_.manual) {
     const bool wanted = requested_;
     requested_ = false;

@@ -1,6 +1,15 @@
 #include "track/track.h"
 
+#include <cmath>
+
+#include "geo/distance.h"
+
 namespace vgps {
+
+bool isPosition(double longitude, double latitude) {
+  const bool onEarth = std::fabs(longitude) <= 360 && std::fabs(latitude) <= 90;
+  return onEarth && !isNoPosition(longitude, latitude);
+}
 
 std::string_view pointName(const Track& track, const TrackPoint& point) {
   if (point.name == 0 || point.name > track.pointNames.size()) return {};

@@ -38,6 +38,10 @@ struct Track {
   int32_t bes = 0;            // the option of that name when recording started
 };
 
+// A point can stand there: it is on the earth, and it is not the 0,0 of a receiver that knows
+// nothing. Receivers have been seen to say 360 degrees north.
+bool isPosition(double longitude, double latitude);
+
 struct Waypoint {
   std::string name;
   double x = 0;  // longitude, degrees

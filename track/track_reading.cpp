@@ -15,12 +15,11 @@ constexpr bool isOfNumber(char c) {
   return isDigit(c) || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E';
 }
 
-// The whole text as a decimal number; none of a track is anywhere near the limit.
+// The whole text as a decimal number.
 bool readNumber(std::string_view text, double& value) {
-  constexpr double kLimit = 1e9;
   const double number = leadingDouble(text);
   if (text.empty() || !std::all_of(text.begin(), text.end(), isOfNumber)) return false;
-  if (std::fabs(number) > kLimit) return false;
+  if (std::fabs(number) > kGreatestNumber) return false;
   value = number;
   return true;
 }
@@ -98,17 +97,19 @@ class TrackReader {
     TrackPoint point;
     anyPoint_ = true;
     hasX_ = hasY_ = false;
+    name_.clear();
     const size_t count = element.GetVariableNum();
     for (size_t i = 0; i < count; ++i) {
       if (!readAttribute(element.GetVariable(i), point)) whole_ = false;
     }
-    const bool onEarth =
-        hasX_ && hasY_ && std::fabs(point.longitude) <= 360 && std::fabs(point.latitude) <= 90;
-    lastKept_ = onEarth && !isNoPosition(point.longitude, point.latitude);
-    if (!onEarth) whole_ = false;
-    if (!lastKept_) return;
+    const bool read = hasX_ && hasY_;
+    lastKept_ = read && isPosition(point.longitude, point.latitude);
+    if (!lastKept_) {
+      if (!read || !isNoPosition(point.longitude, point.latitude)) whole_ = false;
+      return;
+    }
     track_.points.push_back(point);
-    if (!name_.empty()) setPointName(track_, track_.points.back(), name_), name_.clear();
+    setPointName(track_, track_.points.back(), name_);
   }
 
   bool readAttribute(const XmlAttribute& attribute, TrackPoint& point) {

@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <vector>
 
 #include "base/number.h"
-#include "geo/distance.h"
 #include "geo/units.h"
 #include "track/track_xml.h"
 #include "xml/escape.h"
@@ -20,7 +20,10 @@ class Text {
 
   // Short texts and numbers: a line has room for a dozen.
   void add(std::string_view text) { at_ = std::copy(text.begin(), text.end(), at_); }
-  void number(double value, int decimals) { at_ = writeFixed(at_, value, decimals); }
+  // What lies beyond all measure came out of noise and would not be read back.
+  void number(double value, int decimals) {
+    at_ = writeFixed(at_, std::fabs(value) <= kGreatestNumber ? value : 0, decimals);
+  }
   void number(uint32_t value) { at_ = std::to_chars(at_, line_.end(), value).ptr; }
   void padded(uint32_t value, size_t width) {
     char digits[16];
@@ -128,7 +131,7 @@ class TrackWriter {
   }
 
   static bool isNowhere(const TrackPoint& point) {
-    return isNoPosition(point.longitude, point.latitude);
+    return !isPosition(point.longitude, point.latitude);
   }
 
   void writePoint(size_t index) {
@@ -192,7 +195,7 @@ void dropWrittenAttachments(Track& track) {
   std::erase_if(track.attachments, [&](const TrackAttachment& attachment) {
     if (attachment.point >= track.points.size()) return false;
     const TrackPoint& point = track.points[attachment.point];
-    return !isNoPosition(point.longitude, point.latitude);
+    return isPosition(point.longitude, point.latitude);
   });
 }
 

@@ -23,6 +23,9 @@
 // where the options say so. Points without a position are left out.
 namespace vgps {
 
+// Greater numbers are written as 0 and taken for damage: no value of a track is near it.
+inline constexpr double kGreatestNumber = 1e9;
+
 // What a library calls the track: its name, or "Track %u" where it has none.
 std::string libraryName(const Track& track, uint32_t number);
 

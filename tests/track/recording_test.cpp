@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <functional>
 
 #include "geo/distance.h"
@@ -29,6 +30,7 @@ TEST(Recording, WhichFixesBecomePoints) {
       {"no position",
        {{.longitude = 0.001, .latitude = -0.001}, {.longitude = 0.00100000005}},
        ".R"},
+      {"not on the earth", {{.longitude = 720, .latitude = 360}, {.latitude = NAN}}, ".."},
       {"a slow right turn never", {{90}, {95}, {100}, {105}, {110}, {115}}, "R....."},
       {"a slow left turn soon", {{90}, {85}, {80}}, "R.R"},
       {"more than ten degrees", {{90}, {100}, {90}, {100.5}}, "R..R"},
@@ -276,12 +278,14 @@ TEST(Recording, StopAsksSavesAndClears) {
     world.track.state = row.state;
     for (size_t i = 0; i < row.points; ++i) world.track.points.push_back(pointAt(11, 48));
     world.track.attachments.push_back({0, "photo"});
+    world.track.name = "Ride";
     world.hooks.answer = row.answer;
     world.hooks.saved = row.saved;
     world.recording.stop(row.points == 2 ? nullptr : &world.track, row.ask);
     EXPECT_EQ(world.track.state, kIdle) << row.what;
     EXPECT_EQ(world.track.points.size(), row.left) << row.what;
     EXPECT_EQ(world.track.attachments.empty(), row.points > 0 && row.left == 0) << row.what;
+    EXPECT_EQ(world.track.name.empty(), world.track.attachments.empty()) << row.what;
     EXPECT_EQ(world.hooks.said, row.said) << row.what;
   }
 }

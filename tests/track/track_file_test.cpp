@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -69,6 +70,8 @@ TEST(TrackXml, Points) {
             R"(<p x="-0.000000" y="1.000000" z="0.000000"/>)");
   EXPECT_EQ(pointText(pointAt(179.9999996, 1), none),
             R"(<p x="180.000000" y="1.000000" z="0.000000"/>)");
+  EXPECT_EQ(pointText(pointAt(1, 1, HUGE_VAL), none),
+            R"(<p x="1.000000" y="1.000000" z="0.000000"/>)");
 }
 
 TEST(TrackXml, PointsWithoutAPositionAreLeftOut) {
