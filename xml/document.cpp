@@ -15,15 +15,6 @@ constexpr std::string_view kUtf16Declaration =
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr uint64_t kUsualRoom = 1024 * 1024;  // what any system has, without asking it
 
-// A text handed on in pieces.
-size_t readFromView(void* from, char* to, size_t size) {
-  auto& rest = *static_cast<std::string_view*>(from);
-  const size_t count = std::min(size, rest.size());
-  if (count > 0) std::memcpy(to, rest.data(), count);
-  rest.remove_prefix(count);
-  return count;
-}
-
 struct OpenFile {
   const XmlFiles& files;
   void* handle;
@@ -74,7 +65,7 @@ XmlLoadResult XmlDocument::Load(std::string_view source, XmlLoadMode mode,
   if (mode == XmlLoadMode::text) {
     setFileName({});
     const size_t window = std::min(source.size() + 1, XmlWindow::kUsualSize);
-    return read({readFromView, &source}, window, reading);
+    return read(XmlSource::of(source), window, reading);
   }
   setFileName(source);
   fileNameIsUtf16_ = mode == XmlLoadMode::utf16Named;

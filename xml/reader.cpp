@@ -1,7 +1,6 @@
 #include "xml/reader.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "base/scan.h"
 #include "xml/escape.h"
@@ -319,16 +318,13 @@ class Reader {
 
   // Reads what follows an element's name; the tag's ">".
   [[gnu::always_inline]] char* readAttributes(char* p, TagMarks& marks) {
+    if constexpr (lenient) return resume(readLenientAttributes(p), marks);
     char* quote = nextInTag(marks);
-    while (*quote == '"' || lenient) {
+    while (*quote == '"') {
       char* const name = p + 1;
       char* const equals = scanTo<'=', '>'>(name);
       const bool usual = *p == ' ' && *name != '/' && !isBlank(*name) && equals + 1 == quote;
-      if (!usual || lenient) {
-        p = tagEnd(lenient ? readLenientAttributes(p) : readUnusualAttributes(p));
-        marks.seek(p + 1);
-        return p;
-      }
+      if (!usual) return resume(readUnusualAttributes(p), marks);
       char* const close = nextInTag(marks);
       if (*close == '>') return close;
       addAttribute(nameNumber(name, equals), store(quote + 1, close));
@@ -336,6 +332,13 @@ class Reader {
       quote = nextInTag(marks);
     }
     return quote;
+  }
+
+  // Goes on with the marks behind the tag that `p` stands in; the tag's ">".
+  static char* resume(char* p, TagMarks& marks) {
+    char* const end = tagEnd(p);
+    marks.seek(end + 1);
+    return end;
   }
 
   void addAttribute(uint32_t name, XmlSpan value) {
@@ -410,14 +413,6 @@ class Reader {
   bool unclosedSubset_ = false;
 };
 
-size_t readFromView(void* from, char* to, size_t size) {
-  auto& rest = *static_cast<std::string_view*>(from);
-  const size_t count = std::min(size, rest.size());
-  if (count > 0) std::memcpy(to, rest.data(), count);
-  rest.remove_prefix(count);
-  return count;
-}
-
 }  // namespace
 
 uint32_t readXml(XmlTree& tree, XmlSource source, size_t windowSize, const XmlReading& reading,
@@ -430,7 +425,7 @@ uint32_t readXml(XmlTree& tree, XmlSource source, size_t windowSize, const XmlRe
 uint32_t readXml(XmlTree& tree, std::string_view text, const XmlReading& reading,
                  XmlOutside& outside) {
   const size_t size = std::min(text.size() + 1, XmlWindow::kUsualSize);
-  return readXml(tree, {readFromView, &text}, size, reading, outside);
+  return readXml(tree, XmlSource::of(text), size, reading, outside);
 }
 
 }  // namespace vgps

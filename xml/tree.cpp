@@ -56,7 +56,7 @@ void XmlTree::detach(uint32_t child) {
   elements[child].next = kNoRow;
 }
 
-void XmlTree::free(uint32_t element) {
+void XmlTree::release(uint32_t element) {
   uint32_t depth = 0;
   for (uint32_t at = element; at != kNoRow; at = nextInSubtree(element, at, depth)) {
     elements[at].lastItem = firstFree;  // the walk needs parents, siblings and children only
@@ -66,14 +66,14 @@ void XmlTree::free(uint32_t element) {
 
 void XmlTree::destroy(uint32_t element) {
   detach(element);
-  free(element);
+  release(element);
 }
 
 void XmlTree::destroyChildren(uint32_t element) {
   if (elements[element].textOnly) return;
   for (uint32_t child = firstChild(element), next = kNoRow; child != kNoRow; child = next) {
     next = nextSibling(child);
-    free(child);
+    release(child);
   }
   elements[element].lastChild = kNoRow;
   for (uint32_t item = firstItem(element); item != kNoRow; item = nextItem(element, item)) {
@@ -84,13 +84,13 @@ void XmlTree::destroyChildren(uint32_t element) {
 uint32_t XmlTree::newAttribute(uint32_t element) {
   XmlElementRow& row = elements[element];
   const uint32_t count = row.attributeCount;
-  const bool hasRoom = row.attributesRoomy && count > 0 && count < roomyCount(count);
-  const bool atEnd = !row.attributesRoomy && row.firstAttribute + count == attributes.size();
-  if (count == 0 || atEnd) {
-    if (count == 0) row.firstAttribute = attributes.size();
-    if (count == 0) row.attributesRoomy = 0;
+  if (count == 0) {
+    row.firstAttribute = attributes.size();
+    row.attributesRoomy = 0;
+  }
+  if (!row.attributesRoomy && row.firstAttribute + count == attributes.size()) {
     attributes.push({});
-  } else if (!hasRoom) {
+  } else if (!row.attributesRoomy || count == roomyCount(count)) {
     const uint32_t moved = attributes.size();
     for (uint32_t i = 0; i < roomyCount(count + 1); ++i) {
       attributes.push(i < count ? attributes[row.firstAttribute + i] : XmlAttributeRow{});

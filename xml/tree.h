@@ -176,7 +176,7 @@ struct XmlTree {
   uint32_t lastItemUpTo(uint32_t element, uint32_t after) const;
   uint32_t copyRow(const XmlTree& other, uint32_t element);
   void copyItems(const XmlTree& other, uint32_t from, uint32_t to);
-  void free(uint32_t element);
+  void release(uint32_t element);
 };
 
 }  // namespace vgps

@@ -5,6 +5,16 @@
 
 namespace vgps {
 
+XmlSource XmlSource::of(std::string_view& rest) {
+  return {[](void* from, char* to, size_t size) {
+            auto& text = *static_cast<std::string_view*>(from);
+            const size_t count = text.substr(0, size).copy(to, size);
+            text.remove_prefix(count);
+            return count;
+          },
+          &rest};
+}
+
 bool XmlWindow::advance(const char* keep) {
   const size_t given = static_cast<size_t>(keep - bytes_.data());
   if (bytes_) std::memcpy(bytes_.data() + end_, behindEnd_, sizeof behindEnd_);

@@ -12,6 +12,9 @@ namespace vgps {
 struct XmlSource {
   size_t (*read)(void* from, char* to, size_t size) = nullptr;
   void* from = nullptr;
+
+  // `rest` moves on with the reading.
+  static XmlSource of(std::string_view& rest);
 };
 
 // The part of a text that is being read. A file passes through a window small enough to stay in

@@ -25,7 +25,8 @@ struct Work {
 inline bool isFull(uint64_t) { return false; }
 inline bool isFull(Place out) { return out.limit == nullptr; }
 
-// What may be written without asking, behind what was asked for.
+// What may be written behind what was asked for: the few literal characters and the short
+// indentation up to the next stored string.
 constexpr size_t kSlack = 32;
 
 // Room for `length` more bytes in a larger buffer.
@@ -79,9 +80,11 @@ inline Place putIndent(Place out, const Work& work, uint32_t depth, bool spaces)
   if (depth < sizeof kTabs) {
     std::memcpy(out.at, spaces ? kBlanks : kTabs, kSlack / 2);
   } else {
-    if (out.limit - out.at < static_cast<std::ptrdiff_t>(depth + kSlack))
+    if (out.limit - out.at < static_cast<std::ptrdiff_t>(depth + kSlack)) {
       out = grown(work, out, depth);
-    if (!isFull(out)) std::memset(out.at, spaces ? ' ' : '\t', depth);
+      if (isFull(out)) return out;
+    }
+    std::memset(out.at, spaces ? ' ' : '\t', depth);
   }
   out.at += depth;
   return out;
@@ -138,8 +141,8 @@ Out writeItem(const Work& work, const XmlItemRow& item, Out out) {
 template <class Out>
 Out writeItems(const Work& work, uint32_t owner, uint32_t& item, uint32_t after, Out out) {
   const uint32_t first = item;
+  if (work.tree.items[first].after != after) return out;
   item = work.tree.nextItem(owner, first);
-  if (work.tree.items[first].after != after) return item = first, out;
   if (item == kNoRow || work.tree.items[item].after != after) {
     return writeItem(work, work.tree.items[first], out);
   }
