@@ -8,7 +8,6 @@
 #include "app/scene_of.h"
 #include "display/readout.h"
 #include "display/readout_text.h"
-#include "res/resource_ids.h"
 #include "win32/message_parameter.h"
 #include "win32/wide.h"
 #include "win32/window_door.h"
@@ -52,7 +51,7 @@ bool registerClass(HINSTANCE instance, WNDPROC procedure) {
   description.style = CS_HREDRAW | CS_VREDRAW;
   description.lpfnWndProc = procedure;
   description.hInstance = instance;
-  description.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(PROGRAM_ICON));
+  description.hIcon = LoadIconW(instance, L"ICON_1");
   description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   description.lpszClassName = kMainWindowClass;
   return RegisterClassExW(&description) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
