@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "cli/commands.h"
-#include "cli/port_probe.h"
+#include "gps/port_probe.h"
 #include "cli/state_json.h"
 #include "platform/port_candidates.h"
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,7 @@ enum class ProbeResult {
   cannotOpen,
   noData,
   notNmea,
+  sirfBinary,  // messages of the binary protocol of SiRF receivers
   wrongSpeed,
 };
 
@@ -36,7 +38,12 @@ std::string probeReason(const ProbeAnswer& answer, uint32_t speed);
 // talker; bytes that are mostly no text come at another speed than ours.
 ProbeAnswer judgeBytes(std::string_view bytes, uint32_t ms);
 
-// Opens the port, listens for `limitMs` and closes it.
-ProbeAnswer probePort(SerialPort& port, const std::string& path, uint32_t speed, uint32_t limitMs);
+// Asked every so often while a port is listened to, with what came and for how long; true ends the
+// listening.
+using ProbeEnd = std::function<bool(std::string_view bytes, uint32_t ms)>;
+
+// Opens the port, listens for `limitMs` or until `end` says so, and closes it.
+ProbeAnswer probePort(SerialPort& port, const std::string& path, uint32_t speed, uint32_t limitMs,
+                      const ProbeEnd& end = {});
 
 }  // namespace vgps

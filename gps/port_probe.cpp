@@ -1,4 +1,4 @@
-#include "cli/port_probe.h"
+#include "gps/port_probe.h"
 
 #include <algorithm>
 #include <array>
@@ -13,6 +13,8 @@ using SteadyClock = std::chrono::steady_clock;
 
 // Enough for three seconds at 115200 baud.
 constexpr size_t kMostBytes = 40000;
+// Between two questions whether that is enough.
+constexpr uint32_t kSliceMs = 100;
 
 bool isPrintable(char c) { return (c >= ' ' && c <= '~') || c == '\r' || c == '\n' || c == '\t'; }
 
@@ -48,7 +50,7 @@ ProbeResult openResult(PortError error) {
   }
 }
 
-std::string listen(SerialPort& port, uint32_t limitMs, uint32_t& heardMs) {
+std::string listen(SerialPort& port, uint32_t limitMs, const ProbeEnd& end, uint32_t& heardMs) {
   const auto start = SteadyClock::now();
   const auto passed = [start] {
     return static_cast<uint32_t>(
@@ -56,9 +58,11 @@ std::string listen(SerialPort& port, uint32_t limitMs, uint32_t& heardMs) {
   };
   std::string bytes;
   std::array<char, 4096> buffer{};
-  while (bytes.size() < kMostBytes && passed() < limitMs) {
+  for (uint32_t now = 0; bytes.size() < kMostBytes && now < limitMs; now = passed()) {
+    if (end && end(bytes, now)) break;
     size_t got = 0;
-    const PortRead result = port.read(buffer, got, static_cast<int>(limitMs - passed()));
+    const uint32_t wait = end ? std::min(kSliceMs, limitMs - now) : limitMs - now;
+    const PortRead result = port.read(buffer, got, static_cast<int>(wait));
     if (result == PortRead::closed || result == PortRead::failed) break;
     bytes.append(buffer.data(), got);
   }
@@ -78,6 +82,7 @@ const char* probeResultName(ProbeResult result) {
     case ProbeResult::cannotOpen: return "cannot open";
     case ProbeResult::noData: return "no data";
     case ProbeResult::notNmea: return "not NMEA";
+    case ProbeResult::sirfBinary: return "not NMEA";
     case ProbeResult::wrongSpeed: return "wrong speed";
   }
   return "";
@@ -95,6 +100,7 @@ std::string probeReason(const ProbeAnswer& answer, uint32_t speed) {
     case ProbeResult::cannotOpen: return "it cannot be opened as a serial line";
     case ProbeResult::noData: return "nothing came";
     case ProbeResult::notNmea: return "what came are no NMEA sentences";
+    case ProbeResult::sirfBinary: return "binary messages of a SiRF receiver";
     case ProbeResult::wrongSpeed:
       return "what came is no text: probably not sent at " + std::to_string(speed) + " baud";
   }
@@ -118,7 +124,9 @@ ProbeAnswer judgeBytes(std::string_view bytes, uint32_t ms) {
     answer.result = ProbeResult::found;
   } else if (sentences > 0) {
     answer.result = ProbeResult::noPosition;
-  } else if (isMostlyText(bytes) || looksLikeSirf(bytes)) {
+  } else if (looksLikeSirf(bytes)) {
+    answer.result = ProbeResult::sirfBinary;
+  } else if (isMostlyText(bytes)) {
     answer.result = ProbeResult::notNmea;
   } else {
     answer.result = ProbeResult::wrongSpeed;
@@ -126,12 +134,13 @@ ProbeAnswer judgeBytes(std::string_view bytes, uint32_t ms) {
   return answer;
 }
 
-ProbeAnswer probePort(SerialPort& port, const std::string& path, uint32_t speed, uint32_t limitMs) {
+ProbeAnswer probePort(SerialPort& port, const std::string& path, uint32_t speed, uint32_t limitMs,
+                      const ProbeEnd& end) {
   const PortError error = port.open(path);
   if (error != PortError::none) return {openResult(error), {}, 0};
   if (!port.setUp(speed)) return {ProbeResult::cannotOpen, {}, 0};
   uint32_t heardMs = 0;
-  const std::string bytes = listen(port, limitMs, heardMs);
+  const std::string bytes = listen(port, limitMs, end, heardMs);
   port.close();
   return judgeBytes(bytes, heardMs);
 }

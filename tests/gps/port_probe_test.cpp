@@ -1,4 +1,4 @@
-#include "cli/port_probe.h"
+#include "gps/port_probe.h"
 
 #include <gtest/gtest.h>
 
@@ -27,8 +27,8 @@ TEST(PortProbe, WhatTheBytesAre) {
       {"position of something else", "$IIRMC,123519,A,,,,,,,,*00\r\n", ProbeResult::noPosition, ""},
       {"a depth sounder", depth + depth, ProbeResult::noPosition, ""},
       {"text", "login: \r\nPassword: \r\n", ProbeResult::notNmea, ""},
-      {"SiRF binary", std::string("\xA0\xA2\x00\x01\x29\x00\x29\xB0\xB3", 9), ProbeResult::notNmea,
-       ""},
+      {"SiRF binary", std::string("\xA0\xA2\x00\x01\x29\x00\x29\xB0\xB3", 9),
+       ProbeResult::sirfBinary, ""},
       {"another speed", noise, ProbeResult::wrongSpeed, ""},
       {"a few bad bytes before a receiver", "\xFF\xFE" + rmc + rmc, ProbeResult::found, "GN"},
   };

@@ -1,0 +1,132 @@
+#include "app/port_finder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+
+#include "tests/fakes/fake_serial_port.h"
+
+namespace vgps {
+namespace {
+
+const std::string kRmc = "$GNRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n";
+const std::string kGsv = "$GNGSV,1,1,00*65\r\n";
+
+// Lines that speak at one speed only: at another one their bytes are noise.
+class SpeakingPort : public SerialPort {
+ public:
+  struct Voice {
+    uint32_t speed = 9600;
+    std::string bytes;
+    PortError error = PortError::none;
+  };
+  using Voices = std::map<std::string, Voice>;
+
+  explicit SpeakingPort(const Voices& voices) : voices_(voices) {}
+  PortError open(const std::string& path) override {
+    const auto found = std::find_if(voices_.begin(), voices_.end(), [&](const auto& voice) {
+      return devicePath(voice.first) == path;
+    });
+    if (found == voices_.end()) return PortError::notThere;
+    voice_ = &found->second;
+    return voice_->error;
+  }
+  bool setUp(uint32_t baudRate) override {
+    rate_ = baudRate;
+    return true;
+  }
+  PortRead read(std::span<char> buffer, size_t& got, int timeoutMs) override {
+    got = 0;
+    std::this_thread::sleep_for(std::chrono::milliseconds(std::min(timeoutMs, 2)));
+    if (voice_->bytes.empty()) return PortRead::silence;
+    std::string bytes = voice_->bytes;
+    if (rate_ != voice_->speed) {
+      for (char& c : bytes) c = static_cast<char>(c * 5 | 0x80);
+    }
+    got = bytes.copy(buffer.data(), buffer.size());
+    return PortRead::data;
+  }
+  bool write(std::span<const char>) override { return true; }
+  void close() override {}
+
+ private:
+  const Voices& voices_;
+  const Voice* voice_ = nullptr;
+  uint32_t rate_ = 0;
+};
+
+constexpr PortFinderTimes kQuick = {.listenMs = 30, .countMs = 5};
+
+std::vector<PortFinding> findAll(const SpeakingPort::Voices& voices) {
+  std::vector<PortName> ports;
+  for (const auto& [name, voice] : voices) ports.push_back({name, {}});
+  PortFinder finder([&] { return std::make_unique<SpeakingPort>(voices); }, [] {}, kQuick);
+  finder.start(ports);
+  while (finder.running()) std::this_thread::yield();
+  EXPECT_EQ(finder.progress(), 1000);
+  return finder.findings();
+}
+
+TEST(PortFinder, EachPortGetsItsAnswer) {
+  const std::string sirf("\xA0\xA2\x00\x01\x29\x00\x29\xB0\xB3", 9);
+  const struct {
+    SpeakingPort::Voice voice;
+    ProbeResult result;
+    uint32_t speed;
+    const char* words;
+  } rows[] = {
+      {{9600, kRmc}, ProbeResult::found, 9600, "NMEA at 9600 baud, talker GN"},
+      {{921600, kGsv + kRmc}, ProbeResult::found, 921600, "NMEA at 921600 baud, talker GN"},
+      {{57600, sirf}, ProbeResult::sirfBinary, 57600, "SiRF binary at 57600 baud"},
+      {{4800, "$SDDBT,7.2,f,2.2,M,1.2,F*07\r\n"}, ProbeResult::noPosition, 4800, "no position"},
+      {{1200, kRmc}, ProbeResult::wrongSpeed, 0, "probably another speed"},
+      {{9600, ""}, ProbeResult::noData, 0, "No data"},
+      {{9600, kRmc, PortError::busy}, ProbeResult::busy, 9600, "Busy"},
+      {{9600, kRmc, PortError::noPermission}, ProbeResult::noPermission, 9600, "may not open"},
+  };
+  SpeakingPort::Voices voices;
+  for (size_t i = 0; i < std::size(rows); ++i) voices[std::to_string(i)] = rows[i].voice;
+  const std::vector<PortFinding> findings = findAll(voices);
+  ASSERT_EQ(findings.size(), std::size(rows));
+  for (size_t i = 0; i < std::size(rows); ++i) {
+    EXPECT_EQ(findings[i].answer.result, rows[i].result) << i;
+    if (rows[i].speed != 0) {
+      EXPECT_EQ(findings[i].speed, rows[i].speed) << i;
+    }
+    EXPECT_NE(findingText(findings[i]).find(rows[i].words), std::string::npos)
+        << findingText(findings[i]);
+  }
+}
+
+TEST(PortFinder, TheReceiverThatSaysMostIsTheBest) {
+  const SpeakingPort::Voices voices = {
+      {"1", {9600, "$SDDBT,7.2,f,2.2,M,1.2,F*07\r\n"}}, {"2", {9600, kRmc}}, {"3", {9600, ""}}};
+  const std::vector<PortFinding> findings = findAll(voices);
+  const PortFinding* const best = bestFinding(findings);
+  ASSERT_NE(best, nullptr);
+  EXPECT_EQ(best->port.name, "2");
+  EXPECT_EQ(bestFinding(findAll({{"3", {9600, ""}}})), nullptr);
+  EXPECT_EQ(bestFinding(findAll({})), nullptr);
+}
+
+TEST(PortFinder, CancellingEndsItSoonAndAnotherSearchMayBegin) {
+  const SpeakingPort::Voices voices = {{"1", {9600, ""}}, {"2", {9600, kRmc}}};
+  std::atomic<int> changes = 0;
+  PortFinder finder([&] { return std::make_unique<SpeakingPort>(voices); }, [&] { ++changes; },
+                    {.listenMs = 600000, .countMs = 5});
+  finder.start({{"1", {}}, {"2", {}}});
+  while (!finder.findings()[1].done) std::this_thread::yield();
+  EXPECT_TRUE(finder.running());
+  EXPECT_LT(finder.progress(), 1000);
+  EXPECT_NE(findingText(finder.findings()[0]).find("9600"), std::string::npos);
+  finder.stop();
+  EXPECT_TRUE(finder.findings()[0].done);
+  EXPECT_GT(changes, 2);
+  finder.start({{"2", {}}});
+  while (finder.running()) std::this_thread::yield();
+  EXPECT_NE(bestFinding(finder.findings()), nullptr);
+}
+
+}  // namespace
+}  // namespace vgps
