@@ -58,6 +58,13 @@ const ResultRow& rowOf(ProbeResult result) {
                        [result](const ResultRow& row) { return row.result == result; });
 }
 
+// "5", "0.4"
+std::string rateText(double perSecond) {
+  std::string text = fixedText(perSecond, 1);
+  if (text.ends_with(".0")) text.resize(text.size() - 2);
+  return text;
+}
+
 }  // namespace
 
 void PortFinder::start(std::vector<PortName> ports) {
@@ -156,7 +163,7 @@ std::string findingText(const PortFinding& finding) {
   std::string text = textWith(rowOf(finding.answer.result).text, std::to_string(finding.speed));
   if (finding.answer.result != ProbeResult::found) return text;
   for (const std::string& part :
-       {finding.answer.talker, fixedText(finding.answer.sentencesPerSecond, 1)}) {
+       {finding.answer.talker, rateText(finding.answer.sentencesPerSecond)}) {
     const size_t percent = text.find('%');
     if (percent != std::string::npos) text.replace(percent, 2, part);
   }

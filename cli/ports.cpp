@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "cli/commands.h"
-#include "gps/port_probe.h"
 #include "cli/state_json.h"
+#include "gps/port_probe.h"
 #include "platform/port_candidates.h"
 
 namespace vgps {
