@@ -5,7 +5,7 @@
 #include <string>
 
 #include "app/config_store.h"
-#include "app/texts.h"
+#include "base/texts.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "cli/commands.h"
