@@ -1,16 +1,26 @@
 #pragma once
 
+#include <deque>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "app/app_hooks.h"
+#include "app/config_store.h"
+#include "app/paths.h"
+#include "app/recording_hooks.h"
 #include "app/repaint.h"
+#include "app/settings.h"
+#include "app/statistics.h"
+#include "app/supervisor.h"
 #include "gps/gps_fix.h"
 #include "platform/clock.h"
 #include "platform/sounds.h"
 #include "platform/ui_thread.h"
 #include "platform/window.h"
+#include "track/recording.h"
+#include "track/track.h"
 
 namespace vgps {
 
@@ -22,9 +32,12 @@ struct Platform {
   Window& window;
   std::function<std::unique_ptr<SerialPort>()> makePort;
   LocationSensorManager* sensors = nullptr;
+  // The rest may be missing: then it cannot be done here.
+  std::function<std::vector<PortName>()> listPorts = {};
+  std::function<bool(const DateTime& utc)> setSystemTime = {};
+  // Starts the system's installer for mobile devices with this argument; false when there is none.
+  std::function<bool(const std::string& argument)> runDeviceInstaller = {};
 };
-
-enum TrackState : int32_t { kIdle = 0, kRecording = 1, kPaused = 2, kPlaying = 3 };
 
 // The user interface's own copy of what the receiver said, taken while the reader waits. Drawing,
 // recording and timers look at this and never at the live fix.
@@ -43,35 +56,109 @@ struct UiFix {
   uint32_t lastDataTick = 0;  // when it came
   bool fixSeen = false;       // likewise a position sentence or message with a fix
   uint32_t lastFixTick = 0;
+  uint64_t lastByteMicros = 0;  // when the last byte of the newest block came; 0 in a replay
 };
+
+// Features that belong to other rooms or come with their own parts. What is empty is not there yet.
+struct AppExtensions {
+  // The track as the text of a GPX document.
+  std::function<bool(const Track&, std::string& document)> buildGpx;
+  // Into the track library; true when it is on the disk. The hook has told the person otherwise.
+  std::function<bool(Track&)> saveToLibrary;
+  // A track or GPX file as lines of the simulation; an empty path means the last track of the
+  // library.
+  std::function<bool(const std::string& path, std::vector<std::string>& lines)> simulationFrom;
+  // A complete fix while a track is played.
+  std::function<void(const UiFix&)> followRoute;
+  // Duties of the timers 3 and 5, on worker threads of their own.
+  std::function<void()> reportPosition;
+  std::function<void()> updatePursue;
+};
+
+// The turn that a played track makes soon.
+struct TurnWarning {
+  bool raised = false;
+  int32_t repeatCount = 0;
+  bool done = false;  // warned often enough for this turn
+};
+
+enum class Projection : int32_t {
+  cartesian2d = 341,
+  polar2d = 342,
+  cartesian3d = 350,
+  polar3d = 360
+};
+enum class ColourScheme : uint8_t { day, night, custom };
+
+inline constexpr int32_t kScreenGps = 1;
+inline constexpr int32_t kScreenStatistics = 9;
+inline constexpr int32_t kScreenRawLog = 99;
+inline constexpr int32_t kScreen3dMap = 150;
 
 // Everything that the program knows, once. Made by the program's entry, handed down from there.
 struct AppState {
-  explicit AppState(Platform platformToUse);
+  explicit AppState(Platform platformToUse, const XmlFiles& files = systemFiles());
 
   Platform platform;
+  AppExtensions extensions;
+  AppPaths paths;
+  ConfigStore config;
+  Settings settings;
+
   AppHooks hooks;
   GpsState gps;
   GpsFix fix;  // written by the reader; the user interface copies it into `shown`
   UiFix shown;
+  Supervisor supervisor;
+  std::string sourceName;  // of the last connection, for a person: "COM3, 9600 baud"
 
-  int32_t trackState = kIdle;
-  int32_t currentScreen = 1;
+  Track track;  // the one that is recorded or played
+  RecordingOptions recordingOptions;
+  AppRecordingHooks recordingHooks;
+  Recording recording;
+  std::vector<std::pair<double, double>> drawnPath;  // longitude, latitude
+  uint64_t epochsOffered = 0;
+  int32_t backupCountdown = 0;  // minutes
+
+  Statistics statistics;
+  bool insideForbiddenZone = false;
+  TurnWarning turnWarning;
+  uint32_t tapPoint = 0;  // of a tap that waits; packed as `Window::postTap` says
+
+  int32_t currentScreen = kScreenGps;
+  int32_t previousScreen = kScreenGps;
+  Projection projection = Projection::cartesian2d;
+  ColourScheme scheme = ColourScheme::day;
   RepaintThrottle repaints;
-
   int32_t frameSkip = 0;  // of N line messages one is shown; 0 and 1 show all
   int32_t frameCountdown = 0;
+  bool commandFromHotKey = false;  // while such a command runs
 
-  uint64_t epochsOffered = 0;
-  // A complete fix for the recording or the route, whichever is going on.
-  std::function<void(const UiFix&)> offerFix;
+  std::string notice;  // one line that the status shows for a while
+  uint32_t noticeTick = 0;
+  std::deque<std::string> rawLog;  // rows of the raw log screen, the newest last
+  std::string lastSensorText;      // "SENS msg: ..."
+  std::string lastMessageText;     // "Sirf msg ...", of binary input
 
-  std::string sourceName;  // of the last connection, for a person: "COM3, 9600 baud"
-  std::string notice;      // one line that the status shows
-  bool nightColours = false;
-
-  std::string lastSensorText;   // "SENS msg: ..."
-  std::string lastMessageText;  // "Sirf msg ...", of binary input
+  // From the last byte of the data to the drawing that shows them.
+  uint64_t readoutDelayMicros = 0;
+  uint64_t drawnByteMicros = 0;  // of which data it was measured
 };
+
+// One line for the person, in the status for ten seconds.
+void showNotice(AppState& app, std::string_view text);
+// The notice, or nothing when it has stood long enough.
+std::string_view currentNotice(const AppState& app);
+
+// A yes-or-no question by its number; No is the default.
+bool askQuestion(AppState& app, uint32_t text);
+
+// The current screen anew, at most every 800 ms.
+void repaintThrottled(AppState& app);
+// At once: a person has pressed something and wants to see it.
+void repaintNow(AppState& app);
+
+// To be called when a screen that shows the fix has been drawn.
+void noteDrawn(AppState& app);
 
 }  // namespace vgps

@@ -1,32 +1,68 @@
 #include "app/connection.h"
 
-#include "app/texts.h"
+#include <utility>
+#include <vector>
+
+#include "base/texts.h"
 
 namespace vgps {
 namespace {
 
 constexpr uint32_t kOpeningFailed = 601;
+constexpr uint32_t kSerialSource = 801;
+constexpr uint32_t kSimulationSource = 802;
+constexpr uint32_t kSensorSource = 803;
 constexpr int kReaderEndMs = 2000;
 
 std::string nameOf(const SourceChoice& choice) {
-  if (choice.simulate) return "Simulation";
-  if (choice.useSensorApi) return "Location sensor";
-  return choice.port + ", " + std::to_string(choice.speed) + " baud";
+  if (choice.simulate) return std::string(textOf(kSimulationSource));
+  if (choice.useSensorApi) return std::string(textOf(kSensorSource));
+  return serialSourceName(choice.port, choice.speed);
 }
 
 }  // namespace
 
+std::string serialSourceName(const std::string& port, uint32_t speed) {
+  return textWith(kSerialSource, port, std::to_string(speed));
+}
+
+SourceChoice sourceOfSettings(AppState& app) {
+  ConfigStore& config = app.config;
+  const auto number = [&](const char* key) { return config.number(*findSetting("cfg\\gps", key)); };
+  return {.port = config.string(*findSetting("cfg\\gps", "port")),
+          .speed = static_cast<uint32_t>(number("speed")),
+          .simulate = number("simu") != 0,
+          .useGpsApi = number("gapi") != 0,
+          .useSensorApi = number("sapi") != 0};
+}
+
+bool loadSimulationFrom(AppState& app, const std::string& path) {
+  std::vector<std::string> lines;
+  if (!app.extensions.simulationFrom || !app.extensions.simulationFrom(path, lines)) return false;
+  if (lines.empty()) return false;
+  app.gps.simulation.setLines(std::move(lines));
+  return true;
+}
+
 bool connectReceiver(AppState& app, const SourceChoice& choice) {
+  endSupervision(app);
   app.fix.close(true);
   app.shown.dataSeen = app.shown.fixSeen = false;
   app.sourceName = nameOf(choice);
   app.fix.setPort(choice.port, choice.speed);
-  if (app.fix.open(choice.simulate, choice.useGpsApi, choice.useSensorApi, false)) return true;
+  if (app.fix.open(choice.simulate, choice.useGpsApi, choice.useSensorApi, false)) {
+    const bool serial = !app.fix.simulate && app.fix.sensor == nullptr && app.fix.running;
+    if (serial) superviseConnection(app, choice.port, choice.speed);
+    return true;
+  }
   app.platform.window.tellError(textOf(kOpeningFailed));
   return false;
 }
 
-bool disconnectReceiver(AppState& app) { return app.fix.close(false); }
+bool disconnectReceiver(AppState& app) {
+  endSupervision(app);
+  return app.fix.close(false);
+}
 
 int32_t measureUtcOffset(const DateTime& utc, const DateTime& local) {
   int32_t utcHour = utc.hour;

@@ -8,12 +8,22 @@ namespace vgps {
 
 // Where the data come from, as the settings and the command line choose it.
 struct SourceChoice {
-  std::string port;  // "COM3", "/dev/ttyUSB0"
+  std::string port = {};  // "COM3", "/dev/ttyUSB0"
   uint32_t speed = kDefaultBaudRate;
   bool simulate = false;
   bool useGpsApi = false;
   bool useSensorApi = false;
 };
+
+// "COM3, 9600 baud"
+std::string serialSourceName(const std::string& port, uint32_t speed);
+
+// What the settings document says at this moment.
+SourceChoice sourceOfSettings(AppState& app);
+
+// Lines for the simulation out of a track or GPX file, or the last track of the library when `path`
+// is empty. False when there is nothing to be had, or nobody who could read it.
+bool loadSimulationFrom(AppState& app, const std::string& path);
 
 // Opens the source, closing the one before. A failure is told to the person; `app.fix.portError`
 // says why.

@@ -2,14 +2,16 @@
 
 #include <cstdio>
 
-#include "app/texts.h"
 #include "base/number.h"
+#include "base/text.h"
+#include "base/texts.h"
 #include "gps/epoch.h"
 
 namespace vgps {
 namespace {
 
 constexpr uint32_t kLogFailed = 701;
+constexpr size_t kRawRows = 500;  // kept for the raw log screen
 
 void copyFix(AppState& app) {
   UiFix& shown = app.shown;
@@ -26,15 +28,20 @@ void copyFix(AppState& app) {
   shown.epochSentenceKind = app.gps.epochSentenceKind;
   shown.inputProtocol = app.gps.inputProtocol;
   shown.satellitesInUseKnown = app.gps.satellitesInUseKnown;
+  shown.lastByteMicros = app.fix.lastByteMicros;
 }
 
 void offerEpoch(AppState& app) {
-  const bool wanted = app.trackState == kRecording || app.trackState == kPlaying;
+  const bool wanted = app.track.state == kRecording || app.track.state == kPlaying;
   const FixRecord& fix = app.shown.fix;
   if (!wanted || fix.fixStatus == 0) return;
   if (!closesEpoch(fix.lastSentenceKind, app.shown.epochSentenceKind)) return;
   ++app.epochsOffered;
-  if (app.offerFix) app.offerFix(app.shown);
+  if (app.track.state == kRecording) {
+    app.recording.offer(fix);
+  } else if (app.extensions.followRoute) {
+    app.extensions.followRoute(app.shown);
+  }
 }
 
 // Of N messages one is shown.
@@ -62,18 +69,22 @@ void noteArrival(UiFix& shown, bool isText, uint32_t tick) {
   shown.lastFixTick = tick;
 }
 
+void addRawRow(AppState& app, std::string_view text) {
+  if (app.currentScreen != kScreenRawLog || text.empty()) return;
+  app.rawLog.push_back(validUtf8(text));
+  if (app.rawLog.size() > kRawRows) app.rawLog.pop_front();
+}
+
 void onLine(AppState& app, const UiMessage& message) {
   copyFix(app);
+  noteBytes(app);
   noteArrival(app.shown, message.record == nullptr, app.platform.clock.tick());
   if (message.record == nullptr) offerEpoch(app);
   if (isSkipped(app)) return;
+  if (message.record == nullptr) addRawRow(app, message.text);
   if (message.record != nullptr) {
     takeMessageText(app, *static_cast<const SirfMessage*>(message.record));
   }
-}
-
-void repaint(AppState& app) {
-  if (app.repaints.due(app.platform.clock.tick())) app.platform.window.repaint();
 }
 
 }  // namespace
@@ -83,14 +94,18 @@ void onUiMessage(AppState& app, const UiMessage& message) {
     case UiEvent::line: onLine(app, message); break;
     case UiEvent::repaint:
       copyFix(app);
-      repaint(app);
+      repaintThrottled(app);
       break;
-    case UiEvent::refresh: repaint(app); break;
+    case UiEvent::refresh: repaintThrottled(app); break;
     case UiEvent::sensor:
       app.lastSensorText = "SENS msg: " + fixedText(message.x, 3) + "," + fixedText(message.y, 3);
-      repaint(app);
+      repaintThrottled(app);
       break;
-    case UiEvent::unknownBytes: app.shown.stats = app.gps.stats; break;  // that something comes
+    case UiEvent::unknownBytes:
+      app.shown.stats = app.gps.stats;  // that something comes
+      noteBytes(app);
+      addRawRow(app, message.text);
+      break;
     case UiEvent::logFailed:
       app.platform.window.tellError(textWith(kLogFailed, message.text));
       break;

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "app/texts.h"
 #include "base/number.h"
+#include "base/texts.h"
 
 namespace vgps {
 namespace {
@@ -17,7 +17,7 @@ constexpr std::array<uint32_t, 9> kSpeeds = {9600,  115200, 4800,   38400, 57600
 constexpr size_t kEnoughNoise = 120;
 
 enum TextNumber : uint32_t {
-  kFound = 760,
+  kFound = 830,
   kNoPosition,
   kNotThere,
   kBusy,

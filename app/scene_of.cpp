@@ -18,13 +18,13 @@ Scene sceneOf(const AppState& app) {
   scene.state =
       receiverState(app.fix.running, shown.dataSeen, now - shown.lastDataTick, shown.fix.fixStatus);
   scene.source = app.sourceName;
-  scene.notice = app.notice;
+  scene.notice = std::string(currentNotice(app));
   scene.fixSeen = shown.fixSeen;
   scene.fixAgeMs = now - shown.lastFixTick;
   for (const KindStats& kind : shown.stats.kinds) {
     scene.sentencesPerSecond += kind.rate.perSecond(now);
   }
-  scene.palette = app.nightColours ? nightPalette() : dayPalette();
+  scene.palette = app.scheme == ColourScheme::night ? nightPalette() : dayPalette();
   return scene;
 }
 

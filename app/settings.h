@@ -131,6 +131,7 @@ struct Settings {
   bool manualRecording{};          // "mnr"
   std::string trackStorePath{};    // "tlp"
   int32_t talkers{};               // "tlk"
+  bool reconnect{};                // "rcn"
 
   Settings();  // the defaults of the table
 };

@@ -169,6 +169,7 @@ constexpr auto kRows = std::to_array<SettingRow>({
     text("cfg\\vgps", "tlp", "", 300, &Settings::trackStorePath, SettingGroup::recording, ""),
     // Our own.
     number("cfg\\gps", "tlk", 0, &Settings::talkers, SettingGroup::gps, ""),
+    flag("cfg\\gps", "rcn", 1, &Settings::reconnect, SettingGroup::gps, ""),
     // clang-format on
 });
 

@@ -17,8 +17,20 @@ class QuietWindow : public Window {
   void repaint() override {}
   void setTitle(std::string_view) override {}
   void tellError(std::string_view) override {}
+  void tell(std::string_view) override {}
+  bool ask(std::string_view) override { return false; }
   bool shiftHeld() override { return false; }
   void pressSpace() override {}
+  void setTimer(uint32_t, uint32_t) override {}
+  void killTimer(uint32_t) override {}
+  void postTap(uint32_t) override {}
+  void resizeClient(int32_t, int32_t) override {}
+  bool openDialog(uint32_t) override { return false; }
+  bool openUrl(std::string_view) override { return false; }
+  std::string chooseFile(const FileChoice&) override { return {}; }
+  void close() override {}
+  void closeBrowser() override {}
+  void destroy() override {}
 };
 
 }  // namespace vgps

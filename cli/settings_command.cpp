@@ -5,9 +5,9 @@
 #include <string>
 
 #include "app/config_store.h"
-#include "app/texts.h"
 #include "base/number.h"
 #include "base/text.h"
+#include "base/texts.h"
 #include "cli/commands.h"
 #include "platform/files.h"
 

@@ -1,5 +1,6 @@
 #include <chrono>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "gps/gps_fix.h"
@@ -102,6 +103,8 @@ bool GpsFix::probePort() {
 void GpsFix::startReader() {
   ++state.readers.generation;
   state.satellitesInUseKnown = false;
+  portFailed = false;
+  lastByteMicros = 0;
   {
     const std::lock_guard lock(sourceMutex_);
     source_ = {state.readers.generation, simulate, simulate || sensor ? nullptr : port, sensor};
@@ -109,6 +112,33 @@ void GpsFix::startReader() {
   running = true;
   state.simulation.wake();  // the reader before may be waiting for its next line
   startReaderThread(*this);
+}
+
+void GpsFix::dropPort() {
+  {
+    const std::lock_guard lock(sourceMutex_);
+    source_.port = nullptr;
+  }
+  if (port != nullptr) port->close();
+  port = nullptr;
+}
+
+bool GpsFix::replacePort(std::string_view portName) {
+  dropPort();
+  portPath = devicePath(std::string(portName));
+  std::shared_ptr<SerialPort> opened = state.makePort();
+  portError = opened->open(portPath);
+  if (portError != PortError::none) return false;
+  if (!opened->setUp(baudRate)) {
+    portError = PortError::settings;
+    return false;
+  }
+  port = opened;
+  portFailed = false;
+  ++portReplacements;
+  const std::lock_guard lock(sourceMutex_);
+  source_.port = std::move(opened);
+  return true;
 }
 
 bool GpsFix::close(bool silent) {
@@ -143,7 +173,12 @@ PortRead GpsFix::read(uint32_t generation, std::span<char> buffer, size_t& got, 
   if (!running) return PortRead::closed;
   const Source source = sourceOf(generation);
   if (source.simulation) return readSimulation(generation, buffer, got, timeoutMs);
-  return source.port == nullptr ? PortRead::closed : source.port->read(buffer, got, timeoutMs);
+  if (source.port == nullptr) return PortRead::closed;
+  const PortRead result = source.port->read(buffer, got, timeoutMs);
+  if (result == PortRead::data) lastByteMicros = state.clock.microseconds();
+  // A read of a port that was taken away meanwhile says nothing about the one in its place.
+  if (result == PortRead::failed && sourceOf(generation).port == source.port) portFailed = true;
+  return result;
 }
 
 // Paces itself, so a line is a burst of its own and there is nothing to wait for behind it.
@@ -161,6 +196,7 @@ PortRead GpsFix::readSimulation(uint32_t generation, std::span<char> buffer, siz
     state.hooks.setTitle("Sim index: " + std::to_string(index) + "/" + std::to_string(count));
   }
   got = line.copy(buffer.data(), buffer.size());
+  lastByteMicros = state.clock.microseconds();
   return PortRead::data;
 }
 

@@ -112,6 +112,9 @@ struct GpsFix : FixRecord {
   bool useSensorApi = false;
   PortError portError = PortError::none;  // why the last `open` failed
   std::atomic<bool> running{false};
+  std::atomic<bool> portFailed{false};        // the device has reported an error to the reader
+  std::atomic<uint32_t> portReplacements{0};  // under the running reader
+  std::atomic<uint64_t> lastByteMicros{0};    // when the newest byte was read
 
   // Parses one line without its line end. `out` is always filled; the fix changes only when
   // `apply` is set, the greatest speed and altitude in any case. False when the text does not
@@ -126,6 +129,12 @@ struct GpsFix : FixRecord {
 
   // False when neither a sensor nor a serial port was open.
   bool close(bool silent);
+
+  // For a serial source whose device has gone, while `running` stays true and the same reader goes
+  // on: takes the port away, so that `read` reports nothing...
+  void dropPort();
+  // ...and opens another in its place. No sound; false when it does not open, `portError` says why.
+  bool replacePort(std::string_view portName);
 
   // One read from the current source by the reader of `generation`.
   PortRead read(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs);

@@ -67,7 +67,8 @@ void readerLoop(GpsFix& fix, uint32_t generation) {
   ReaderControl& readers = fix.state.readers;
   std::vector<char> buffer(kReadBufferSize);
   bool ownSource = false;  // what is carried, seen and heard came from this source
-  size_t held = 0;         // bytes at the front of the buffer that wait for the next block
+  uint32_t replacements = fix.portReplacements;
+  size_t held = 0;  // bytes at the front of the buffer that wait for the next block
   while (!readers.readerStop) {
     if (!isCurrent(fix, generation)) {
       waitForStop(readers);
@@ -86,6 +87,9 @@ void readerLoop(GpsFix& fix, uint32_t generation) {
     const std::lock_guard turn(readers.turn);
     if (!isCurrent(fix, generation)) continue;
     if (!ownSource) beginSource(fix);
+    // The device was plugged in again: half a line of before is no front of its first one.
+    if (replacements != fix.portReplacements) fix.carryLength = 0;
+    replacements = fix.portReplacements;
     ownSource = true;
     const std::string_view block(buffer.data(), length);
     // Half a sentence in front of a message is no use to either.

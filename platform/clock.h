@@ -12,10 +12,16 @@ class Clock {
   virtual ~Clock() = default;
   // Milliseconds since some start; wraps after 49.7 days, so only differences mean something.
   virtual uint32_t tick() const = 0;
+  // Finer, for measuring; likewise from some start.
+  virtual uint64_t microseconds() const { return uint64_t{tick()} * 1000; }
   virtual DateTime utc() const = 0;
   virtual DateTime local() const = 0;
 };
 
 const Clock& systemClock();
+
+// Sets the computer's clock. False when the system does not let this user. Only the desktop
+// program's platform has it; whoever wants it done takes it from there, so that a test never does.
+bool setSystemUtc(const DateTime& utc);
 
 }  // namespace vgps

@@ -54,8 +54,11 @@ class SerialPort {
 std::unique_ptr<SerialPort> makeSerialPort();
 
 struct PortName {
-  std::string name;         // what a person types and settings store: "COM3", "/dev/ttyUSB0"
-  std::string description;  // what the system calls the device, may be empty
+  std::string name;              // what a person types and settings store: "COM3", "/dev/ttyUSB0"
+  std::string description = {};  // what the system calls the device, may be empty
+  // Of the device itself, the same when it comes back under another name: the device instance on
+  // Windows, the name of the link by identity on Linux. Empty when the system knows none.
+  std::string identity = {};
 };
 
 // The ports that the system lists now. Windows: every COM port; Linux: every serial device with

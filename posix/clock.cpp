@@ -26,6 +26,12 @@ class SystemClock : public Clock {
                                  static_cast<uint64_t>(now.tv_nsec) / 1000000);
   }
 
+  uint64_t microseconds() const override {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<uint64_t>(now.tv_sec) * 1000000 + static_cast<uint64_t>(now.tv_nsec) / 1000;
+  }
+
   DateTime utc() const override {
     timeval now{};
     gettimeofday(&now, nullptr);
@@ -48,6 +54,19 @@ class SystemClock : public Clock {
 const Clock& systemClock() {
   static const SystemClock clock;
   return clock;
+}
+
+bool setSystemUtc(const DateTime& utc) {
+  tm calendar{};
+  calendar.tm_year = utc.year - 1900;
+  calendar.tm_mon = utc.month - 1;
+  calendar.tm_mday = utc.day;
+  calendar.tm_hour = utc.hour;
+  calendar.tm_min = utc.minute;
+  calendar.tm_sec = utc.second;
+  const time_t seconds = timegm(&calendar);
+  const timespec time{seconds, long{utc.millisecond} * 1000000};
+  return seconds != -1 && clock_settime(CLOCK_REALTIME, &time) == 0;
 }
 
 }  // namespace vgps

@@ -79,8 +79,9 @@ std::vector<PortName> listSerialPortsIn(const std::string& classFolder,
     if (!hasHardware(entry)) continue;
     const std::string name = entry.filename().string();
     std::string description = productOf(entry);
-    if (description.empty()) description = linkTo(name, linkFolder);
-    ports.push_back({"/dev/" + name, std::move(description)});
+    std::string identity = linkTo(name, linkFolder);
+    if (description.empty()) description = identity;
+    ports.push_back({"/dev/" + name, std::move(description), std::move(identity)});
   }
   std::sort(ports.begin(), ports.end(), inOrderOfNumbers);
   return ports;

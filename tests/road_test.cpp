@@ -13,7 +13,7 @@ namespace vgps {
 namespace {
 
 struct RoadWorld {
-  RoadWorld() { app.trackState = kRecording; }
+  RoadWorld() { app.track.state = kRecording; }
   ~RoadWorld() {
     door.shut();
     EXPECT_TRUE(stopReceiver(app));
@@ -38,8 +38,6 @@ struct RoadWorld {
 TEST(Road, FromTheLineToTheWindow) {
   RoadWorld world;
   FakeLine& line = world.ports.add(devicePath("COM3"));
-  std::vector<double> offered;
-  world.app.offerFix = [&](const UiFix& fix) { offered.push_back(fix.fix.latitude); };
   ASSERT_TRUE(connectReceiver(world.app, {.port = "COM3"}));
   // One epoch in two pieces, with a foreign line and a blank one between.
   line.feed("!AIVDM,1\r\n$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,2303");
@@ -49,7 +47,9 @@ TEST(Road, FromTheLineToTheWindow) {
   ASSERT_TRUE(world.serve([&] { return world.app.shown.stats.total() == 2; }));
   EXPECT_EQ(world.app.shown.fix.course, 84.4);
   EXPECT_EQ(world.app.shown.fix.altitude, 545);
-  EXPECT_EQ(offered, std::vector<double>{48.117300001780194});
+  EXPECT_EQ(world.app.epochsOffered, 1U);
+  ASSERT_EQ(world.app.track.points.size(), 1U);
+  EXPECT_EQ(world.app.track.points[0].latitude, 48.117300001780194);
   EXPECT_GE(world.window.repaints, 1);
   EXPECT_EQ(world.sounds.played, std::vector<std::string>{"OK"});
 }

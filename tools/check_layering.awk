@@ -7,7 +7,7 @@ BEGIN {
   library["cli CLI"] = library["cli nlohmann"] = 1
   library["library zlib.h"] = 1
   # Rooms that use the numbers of the resources.
-  data["app res"] = data["win32 res"] = 1
+  data["base res"] = data["app res"] = data["win32 res"] = 1
   platformMacro = "(^|[^A-Za-z0-9_])(_?_?(WIN32|WIN64|linux|unix|APPLE|MINGW32|MINGW64|CYGWIN|ANDROID" \
     "|FreeBSD|OpenBSD|NetBSD|GLIBC|GNU_SOURCE)_?_?|_MSC_VER|_WIN32_WINNT|_POSIX[A-Z_]*|__has_include)([^A-Za-z0-9_]|$)"
   thrower = "(^|[^A-Za-z0-9_])(throw|sto(i|l|ul|ll|ull|f|d|ld))([^A-Za-z0-9_]|$)"

@@ -20,6 +20,16 @@ class SystemClock : public Clock {
  public:
   uint32_t tick() const override { return GetTickCount(); }
 
+  uint64_t microseconds() const override {
+    LARGE_INTEGER count;
+    LARGE_INTEGER perSecond;
+    QueryPerformanceCounter(&count);
+    QueryPerformanceFrequency(&perSecond);
+    const auto ticks = static_cast<uint64_t>(count.QuadPart);
+    const auto rate = static_cast<uint64_t>(perSecond.QuadPart);
+    return ticks / rate * 1000000 + ticks % rate * 1000000 / rate;
+  }
+
   DateTime utc() const override {
     SYSTEMTIME time;
     GetSystemTime(&time);
@@ -38,6 +48,18 @@ class SystemClock : public Clock {
 const Clock& systemClock() {
   static const SystemClock clock;
   return clock;
+}
+
+bool setSystemUtc(const DateTime& utc) {
+  SYSTEMTIME time{};
+  time.wYear = utc.year;
+  time.wMonth = utc.month;
+  time.wDay = utc.day;
+  time.wHour = utc.hour;
+  time.wMinute = utc.minute;
+  time.wSecond = utc.second;
+  time.wMilliseconds = utc.millisecond;
+  return SetSystemTime(&time) != 0;
 }
 
 }  // namespace vgps

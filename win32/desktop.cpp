@@ -7,10 +7,11 @@
 
 #include "app/app_state.h"
 #include "app/connection.h"
-#include "app/scene_of.h"
+#include "app/startup.h"
+#include "app/timers.h"
+#include "platform/files.h"
 #include "win32/main_window.h"
 #include "win32/resource_sounds.h"
-#include "win32/start_options.h"
 #include "win32/window_door.h"
 
 namespace vgps {
@@ -31,13 +32,6 @@ class OleSession {
  private:
   const bool entered_;
 };
-
-void applyStartOptions(AppState& app, const StartOptions& options) {
-  if (!options.notUnderstood.empty()) app.notice = "Not understood: " + options.notUnderstood;
-  if (!options.connects()) return;
-  connectReceiver(app,
-                  {.port = options.port, .speed = options.speed, .simulate = options.simulate});
-}
 
 int runMessageLoop() {
   MSG message{};
@@ -60,16 +54,20 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
   ResourceSounds sounds;
   WindowDoor door;
   MainWindow window;
-  AppState app(Platform{clock, sounds, door, window, makeSerialPort, locationSensorManager()});
-  app.gps.options.utcOffsetMinutes = measureUtcOffset(clock.utc(), clock.local());
-  app.nightColours = isNightHour(clock.local());
+  AppState app(Platform{clock, sounds, door, window, makeSerialPort, locationSensorManager(),
+                        listSerialPorts, setSystemUtc});
+  app.paths = pathsOf(programFolder());
+  startClocks(app);
+  startSettings(app);
 
   const HWND handle = window.create(instance, app);
   if (handle == nullptr) return 1;
   door.open(handle, app.fix);
   ShowWindow(handle, show);
+  armStartTimers(app);
   applyStartOptions(app, parseStartOptions(arguments));
   const int result = runMessageLoop();
+  endProgram(app);
 
   if (IsWindow(handle)) DestroyWindow(handle);  // the loop was ended from outside
   door.shut(kDoorShutMs);

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "app/texts.h"
+#include "base/texts.h"
 #include "res/finder_ids.h"
 #include "win32/message_parameter.h"
 #include "win32/wide.h"
@@ -16,11 +16,11 @@ constexpr UINT kChanged = WM_APP + 1;
 constexpr int kProgressRange = 1000;
 
 enum TextNumber : uint32_t {
-  kSearching = 773,
-  kChoose = 774,
-  kNothingFound = 775,
-  kNoPorts = 776,
-  kFirstColumn = 777,
+  kSearching = 843,
+  kChoose = 844,
+  kNothingFound = 845,
+  kNoPorts = 846,
+  kFirstColumn = 847,
 };
 
 // Of the list's width, in hundredths.

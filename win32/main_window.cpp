@@ -1,11 +1,18 @@
 #include "win32/main_window.h"
 
+// Behind <windows.h>, on which they build.
+#include <commdlg.h>
+#include <shellapi.h>
+
 #include <algorithm>
 #include <utility>
 
 #include "app/app_state.h"
+#include "app/commands.h"
 #include "app/on_line.h"
 #include "app/scene_of.h"
+#include "app/startup.h"
+#include "app/timers.h"
 #include "display/readout.h"
 #include "display/readout_text.h"
 #include "win32/message_parameter.h"
@@ -71,7 +78,9 @@ HWND MainWindow::create(HINSTANCE instance, AppState& app) {
   const SIZE size = windowSizeFor(kClientWidth, kClientHeight);
   CreateWindowExW(0, kMainWindowClass, kProgramTitle, WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
                   CW_USEDEFAULT, size.cx, size.cy, nullptr, nullptr, instance, this);
-  if (window_ != nullptr) SetTimer(window_, kStatusTimer, kStatusPeriodMs, nullptr);
+  if (window_ == nullptr) return nullptr;
+  SetTimer(window_, kStatusTimer, kStatusPeriodMs, nullptr);
+  if (!errors_.empty()) PostMessageW(window_, kErrorsWaiting, 0, 0);
   return window_;
 }
 
@@ -104,6 +113,8 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
     case WM_GETMINMAXINFO: keepReadable(*addressIn<MINMAXINFO>(second)); return 0;
     case kTitleChanged: showTitle(); return 0;
     case kErrorsWaiting: showErrors(); return 0;
+    case WM_CLOSE: closeRequested(*app_); return 0;
+    case WM_COMMAND: runCommand(*app_, LOWORD(first)); return 0;
     case WM_DESTROY: PostQuitMessage(0); return 0;
     case WM_NCDESTROY: {
       const HWND window = std::exchange(window_, nullptr);
@@ -124,7 +135,7 @@ bool MainWindow::handleUiMessage(UINT message, WPARAM first, LPARAM second) {
 
 void MainWindow::onTimer(WPARAM timer) {
   if (timer == kStatusTimer) watchStatus();
-  if (timer != kDrawTimer) return;
+  if (timer != kDrawTimer) return vgps::onTimer(*app_, static_cast<uint32_t>(timer));
   KillTimer(window_, kDrawTimer);
   InvalidateRect(window_, nullptr, FALSE);
 }
@@ -173,6 +184,7 @@ void MainWindow::drawInto(HDC target, int width, int height) {
   GdiplusCanvas canvas(target, width, height, fonts_);
   drawReadout(canvas, scene);
   paintedStatus_ = statusOf(scene);
+  noteDrawn(*app_);
   if (canvas.status() != Gdiplus::Ok) OutputDebugStringW(L"the screen could not be drawn\n");
 }
 
@@ -195,23 +207,78 @@ void MainWindow::showTitle() {
 }
 
 // A message box runs until the person answers, and the caller may be a reader that waits.
-void MainWindow::tellError(std::string_view text) {
-  errors_.push_back(wideFromUtf8(text));
-  PostMessageW(window_, kErrorsWaiting, 0, 0);
+void MainWindow::tellError(std::string_view text) { queueMessage(text, MB_ICONERROR); }
+
+void MainWindow::tell(std::string_view text) { queueMessage(text, MB_ICONINFORMATION); }
+
+// What is said before there is a window waits for it.
+void MainWindow::queueMessage(std::string_view text, UINT icon) {
+  errors_.push_back({wideFromUtf8(text), icon});
+  if (window_ != nullptr) PostMessageW(window_, kErrorsWaiting, 0, 0);
 }
 
 void MainWindow::showErrors() {
   if (showingErrors_) return;
   showingErrors_ = true;
   while (!errors_.empty() && window_ != nullptr) {
-    const std::wstring text = errors_.front();
+    const Message message = errors_.front();
     errors_.pop_front();
-    MessageBoxW(window_, text.c_str(), kProgramTitle, MB_OK | MB_ICONERROR);
+    MessageBoxW(window_, message.text.c_str(), kProgramTitle, MB_OK | message.icon);
   }
   showingErrors_ = false;
 }
 
 bool MainWindow::shiftHeld() { return GetAsyncKeyState(VK_SHIFT) < 0; }
+
+bool MainWindow::ask(std::string_view question) {
+  return MessageBoxW(window_, wideFromUtf8(question).c_str(), kProgramTitle,
+                     MB_YESNO | MB_DEFBUTTON2 | MB_ICONQUESTION) == IDYES;
+}
+
+void MainWindow::setTimer(uint32_t number, uint32_t ms) { SetTimer(window_, number, ms, nullptr); }
+
+void MainWindow::killTimer(uint32_t number) { KillTimer(window_, number); }
+
+void MainWindow::postTap(uint32_t point) {
+  PostMessageW(window_, WM_LBUTTONDOWN, MK_LBUTTON, static_cast<LPARAM>(point));
+}
+
+void MainWindow::resizeClient(int32_t width, int32_t height) {
+  const SIZE size = windowSizeFor(width, height);
+  SetWindowPos(window_, nullptr, 0, 0, size.cx, size.cy,
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+bool MainWindow::openDialog(uint32_t) { return false; }
+
+bool MainWindow::openUrl(std::string_view url) {
+  const auto result = reinterpret_cast<INT_PTR>(
+      ShellExecuteW(window_, L"open", wideFromUtf8(url).c_str(), nullptr, nullptr, SW_SHOWNORMAL));
+  return result > 32;  // smaller numbers are errors
+}
+
+std::string MainWindow::chooseFile(const FileChoice& choice) {
+  std::wstring filter = wideFromUtf8(choice.kind) + L'\0' + wideFromUtf8(choice.pattern);
+  filter.append(2, L'\0');
+  std::wstring path = wideFromUtf8(choice.suggestedName);
+  path.resize(32768);
+  const std::wstring title = wideFromUtf8(choice.title);
+  OPENFILENAMEW dialog{};
+  dialog.lStructSize = sizeof dialog;
+  dialog.hwndOwner = window_;
+  dialog.lpstrFilter = filter.c_str();
+  dialog.lpstrFile = path.data();
+  dialog.nMaxFile = static_cast<DWORD>(path.size());
+  dialog.lpstrTitle = title.c_str();
+  dialog.Flags = OFN_NOCHANGEDIR | OFN_HIDEREADONLY | OFN_EXPLORER |
+                 (choice.save ? OFN_OVERWRITEPROMPT : OFN_FILEMUSTEXIST);
+  const BOOL chosen = choice.save ? GetSaveFileNameW(&dialog) : GetOpenFileNameW(&dialog);
+  return chosen ? utf8FromWide(path.c_str()) : std::string();
+}
+
+void MainWindow::close() { PostMessageW(window_, WM_CLOSE, 0, 0); }
+
+void MainWindow::destroy() { DestroyWindow(window_); }
 
 void MainWindow::pressSpace() { PostMessageW(window_, WM_KEYDOWN, VK_SPACE, 0); }
 

@@ -32,6 +32,18 @@ class MainWindow : public Window {
   void tellError(std::string_view text) override;
   bool shiftHeld() override;
   void pressSpace() override;
+  void tell(std::string_view text) override;
+  bool ask(std::string_view question) override;
+  void setTimer(uint32_t number, uint32_t ms) override;
+  void killTimer(uint32_t number) override;
+  void postTap(uint32_t point) override;
+  void resizeClient(int32_t width, int32_t height) override;
+  bool openDialog(uint32_t command) override;
+  bool openUrl(std::string_view url) override;
+  std::string chooseFile(const FileChoice& choice) override;
+  void close() override;
+  void closeBrowser() override {}  // no page has been shown yet
+  void destroy() override;
 
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARAM second);
@@ -56,7 +68,13 @@ class MainWindow : public Window {
   std::mutex titleMutex_;
   std::wstring title_;
 
-  std::deque<std::wstring> errors_;
+  struct Message {
+    std::wstring text;
+    UINT icon;
+  };
+  void queueMessage(std::string_view text, UINT icon);
+
+  std::deque<Message> errors_;
   bool showingErrors_ = false;
 };
 

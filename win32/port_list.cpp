@@ -1,6 +1,7 @@
 // Behind <windows.h>, on which they build.
 #include <windows.h>
 
+#include <cfgmgr32.h>
 #include <devguid.h>
 #include <setupapi.h>
 
@@ -23,10 +24,14 @@ bool isPortName(std::wstring_view name) {
          name.find_first_not_of(L"0123456789", 3) == std::wstring_view::npos;
 }
 
-using Descriptions = std::map<std::string, std::string>;
+struct Device {
+  std::string description;
+  std::string identity;
+};
+using Devices = std::map<std::string, Device>;
 
 // What drivers have registered. Some virtual ports do without.
-void addRegistered(Descriptions& ports) {
+void addRegistered(Devices& ports) {
   HKEY key = nullptr;
   if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"HARDWARE\\DEVICEMAP\\SERIALCOMM", 0, KEY_READ, &key) !=
       ERROR_SUCCESS) {
@@ -51,7 +56,7 @@ void addRegistered(Descriptions& ports) {
 }
 
 // What the object manager has a name for.
-void addNamed(Descriptions& ports) {
+void addNamed(Devices& ports) {
   std::wstring names(16384, L'\0');
   DWORD length = 0;
   while ((length = QueryDosDeviceW(nullptr, names.data(), static_cast<DWORD>(names.size()))) == 0 &&
@@ -86,7 +91,15 @@ std::string withoutPortName(std::wstring_view text, std::wstring_view port) {
   return utf8FromWide(text);
 }
 
-void addDescriptions(Descriptions& ports) {
+// The same when the device is plugged in again, whatever number it gets.
+std::string instanceOf(HDEVINFO devices, SP_DEVINFO_DATA& device) {
+  wchar_t instance[MAX_DEVICE_ID_LEN] = L"";
+  const bool known =
+      SetupDiGetDeviceInstanceIdW(devices, &device, instance, std::size(instance), nullptr);
+  return known ? utf8FromWide(instance) : std::string();
+}
+
+void addDescriptions(Devices& ports) {
   const HDEVINFO devices =
       SetupDiGetClassDevsW(&GUID_DEVCLASS_PORTS, nullptr, nullptr, DIGCF_PRESENT);
   if (devices == INVALID_HANDLE_VALUE) return;
@@ -100,7 +113,9 @@ void addDescriptions(Descriptions& ports) {
       continue;
     }
     const std::wstring name = portNameOf(devices, device);
-    if (isPortName(name)) ports[utf8FromWide(name)] = withoutPortName(text, name);
+    if (isPortName(name)) {
+      ports[utf8FromWide(name)] = {withoutPortName(text, name), instanceOf(devices, device)};
+    }
   }
   SetupDiDestroyDeviceInfoList(devices);
 }
@@ -108,12 +123,14 @@ void addDescriptions(Descriptions& ports) {
 }  // namespace
 
 std::vector<PortName> listSerialPorts() {
-  Descriptions found;
+  Devices found;
   addRegistered(found);
   addNamed(found);
   addDescriptions(found);
   std::vector<PortName> ports;
-  for (const auto& [name, description] : found) ports.push_back({name, description});
+  for (const auto& [name, device] : found) {
+    ports.push_back({name, device.description, device.identity});
+  }
   const auto number = [](const PortName& port) {
     return leadingInt(std::string_view(port.name).substr(3));
   };
@@ -126,10 +143,10 @@ std::vector<PortName> portCandidates() {
   std::vector<PortName> candidates;
   const std::vector<PortName> present = listSerialPorts();
   for (int number = 0; number < kCandidates; ++number) {
-    PortName port{"COM" + std::to_string(number), ""};
+    PortName port{.name = "COM" + std::to_string(number)};
     const auto known = std::find_if(present.begin(), present.end(),
                                     [&](const PortName& other) { return other.name == port.name; });
-    if (known != present.end()) port.description = known->description;
+    if (known != present.end()) port = *known;
     candidates.push_back(std::move(port));
   }
   return candidates;

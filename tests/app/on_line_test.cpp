@@ -46,7 +46,7 @@ TEST(OnLine, ACompleteFixIsOfferedOncePerBurstWhileRecordingOrPlaying) {
   };
   for (const auto& row : rows) {
     AppWorld world;
-    world.app.trackState = row.state;
+    world.app.track.state = row.state;
     world.app.gps.options.epochSentenceSetting = row.setting;
     world.app.frameSkip = 5;  // skips displays, never offers
     for (int epoch = 0; epoch < 3; ++epoch) {

@@ -1,7 +1,9 @@
 #pragma once
 
-#include <atomic>
+#include <functional>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/app_state.h"
@@ -26,13 +28,49 @@ class FakeWindow : public Window {
   }
   void setTitle(std::string_view text) override { title = text; }
   void tellError(std::string_view text) override { errors.emplace_back(text); }
+  void tell(std::string_view text) override { told.emplace_back(text); }
+  bool ask(std::string_view question) override {
+    questions.emplace_back(question);
+    return answer;
+  }
   bool shiftHeld() override { return false; }
   void pressSpace() override { ++spaces; }
+  void setTimer(uint32_t number, uint32_t ms) override {
+    timers[number] = ms;
+    armed.push_back(number);
+  }
+  void killTimer(uint32_t number) override { timers.erase(number); }
+  void postTap(uint32_t point) override { taps.push_back(point); }
+  void resizeClient(int32_t width, int32_t height) override { size = {width, height}; }
+  bool openDialog(uint32_t command) override {
+    dialogs.push_back(command);
+    return dialogsExist;
+  }
+  bool openUrl(std::string_view url) override {
+    urls.emplace_back(url);
+    return true;
+  }
+  std::string chooseFile(const FileChoice& choice) override {
+    choices.push_back(choice);
+    return chosenFile;
+  }
+  void close() override { done.emplace_back("close"); }
+  void closeBrowser() override { done.emplace_back("browser"); }
+  void destroy() override { done.emplace_back("destroy"); }
 
   std::function<void()> onRepaint;
   int repaints = 0, spaces = 0;
   std::string title;
-  std::vector<std::string> errors;
+  std::vector<std::string> errors, told, questions, urls;
+  bool answer = false;                  // to every question; Yes is true
+  std::map<uint32_t, uint32_t> timers;  // running: number, period in ms
+  std::vector<uint32_t> armed;          // in their order
+  std::vector<uint32_t> taps, dialogs;
+  std::pair<int32_t, int32_t> size;
+  bool dialogsExist = true;
+  std::vector<FileChoice> choices;
+  std::string chosenFile;
+  std::vector<std::string> done;  // of the end, in their order
 };
 
 // The whole program without a system: everything runs on the thread that calls.

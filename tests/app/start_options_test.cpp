@@ -1,4 +1,4 @@
-#include "win32/start_options.h"
+#include "app/start_options.h"
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ TEST(StartOptions, AreReadFromTheCommandLine) {
       {{"--port=COM3", "--speed=4800"}, "COM3", 4800, false, ""},
       {{"--speed", "115200", "--simulate"}, "", 115200, true, ""},
       {{"--simulate", "--port", "COM12"}, "COM12", 9600, true, ""},
-      {{"-log", "--port", "COM3", "file.gpx"}, "COM3", 9600, false, "-log file.gpx"},
+      {{"-log", "--port", "COM3", "file.gpx"}, "COM3", 9600, false, "file.gpx"},
       {{"--port"}, "", 9600, false, "--port"},
       {{"--port", "--simulate"}, "", 9600, true, "--port"},
       {{"--port="}, "", 9600, false, "--port="},

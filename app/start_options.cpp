@@ -1,4 +1,4 @@
-#include "win32/start_options.h"
+#include "app/start_options.h"
 
 #include <string_view>
 
@@ -26,6 +26,14 @@ bool takeValue(StartOptions& options, std::string_view name, std::string_view va
   return true;
 }
 
+bool takeSwitch(StartOptions& options, std::string_view argument) {
+  if (argument == "--simulate") return options.simulate = true;
+  if (argument == "-log") return options.log = true;
+  if (argument == "-as1") return options.installPocketPc = true;
+  if (argument == "-as2") return options.installMobile5 = true;
+  return false;
+}
+
 }  // namespace
 
 StartOptions parseStartOptions(std::span<const std::string> arguments) {
@@ -34,8 +42,13 @@ StartOptions parseStartOptions(std::span<const std::string> arguments) {
     const std::string_view argument = arguments[i];
     const size_t equals = argument.find('=');
     const std::string_view name = argument.substr(0, equals);
-    if (argument == "--simulate") {
-      options.simulate = true;
+    if (takeSwitch(options, argument)) continue;
+    if (argument == "-simtrack" || argument == "-simruntrack") {
+      options.simulateTrack = true;
+      options.runTrack = argument == "-simruntrack";
+      if (i + 1 < arguments.size() && !arguments[i + 1].starts_with("-")) {
+        options.trackPath = arguments[++i];
+      }
       continue;
     }
     std::string taken(argument);

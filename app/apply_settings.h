@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "app/app_state.h"
+
+namespace vgps {
+
+// Takes over what the settings say, for every part that keeps values of its own: receiver,
+// recording, display. After the start and after each dialog that saved.
+void applySettings(AppState& app);
+
+// The file that a person has chosen for a sound of the program; empty: the program's own.
+const std::string& soundFile(const Settings& settings, std::string_view sound);
+
+}  // namespace vgps

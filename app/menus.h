@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace vgps {
+
+struct AppState;
+
+// The menu bar, in the order of its items; popups nest.
+struct MenuRow {
+  enum Kind : uint8_t { popup, item, separator, end };
+  Kind kind;
+  // Of a popup: the number of its text. Of an item: the command.
+  uint32_t number;
+};
+std::span<const MenuRow> menuRows();
+
+// Keys are the system-independent numbers that Windows calls virtual key codes: letters and digits
+// as their ASCII capitals, F1 is 0x70.
+struct KeyRow {
+  uint16_t key;
+  bool control, shift, alt;
+  uint32_t command;
+};
+
+// While the program's window is in front.
+std::span<const KeyRow> acceleratorRows();
+// Whatever program is in front.
+std::span<const KeyRow> hotKeyRows();
+
+// "Connect\tF5": the text with its mnemonic ("&") and, where there is one, the key behind a tab.
+std::string menuItemText(uint32_t command);
+// "Ctrl+Shift+R"
+std::string keyText(const KeyRow& row);
+
+// The command of a pressed key; 0 when it has none.
+uint32_t acceleratorCommand(uint16_t key, bool control, bool shift, bool alt);
+
+bool menuItemChecked(const AppState& app, uint32_t command);
+bool menuItemEnabled(const AppState& app, uint32_t command);
+
+}  // namespace vgps

@@ -1,0 +1,96 @@
+#include "app/startup.h"
+
+#include <string>
+
+#include "app/apply_settings.h"
+#include "app/commands.h"
+#include "app/connection.h"
+#include "app/scene_of.h"
+#include "base/texts.h"
+#include "platform/files.h"
+
+namespace vgps {
+namespace {
+
+constexpr uint32_t kConnectCommand = 102;
+constexpr uint32_t kUpdatesCommand = 197;
+
+constexpr uint32_t kSettingsDamaged = 603;
+constexpr uint32_t kAskForUpdates = 710;
+constexpr uint32_t kNotUnderstood = 702;
+constexpr uint32_t kNoInstaller = 703;
+constexpr uint32_t kNoSimulationData = 719;
+constexpr uint32_t kSettingsNotWritten = 737;
+
+constexpr int32_t kStartsBetweenReminders = 20;
+
+void runInstaller(AppState& app, const char* descriptor) {
+  const std::string argument = '"' + pathIn(app.paths.folder, descriptor) + '"';
+  const bool started = app.platform.runDeviceInstaller && app.platform.runDeviceInstaller(argument);
+  if (!started) showNotice(app, textOf(kNoInstaller));
+}
+
+void simulateTrack(AppState& app, const StartOptions& options) {
+  if (!loadSimulationFrom(app, options.trackPath)) {
+    showNotice(app, textWith(kNoSimulationData, options.trackPath));
+    return;
+  }
+  if (!options.runTrack) return;
+  app.gps.simulation.setMode(SimMode::timer);
+  connectReceiver(app, {.simulate = true});
+}
+
+void writeCountdown(AppState& app, int32_t starts) {
+  app.settings.updateCountdown = starts;
+  saveSettings(app.config, app.settings, SettingGroup::update);
+}
+
+}  // namespace
+
+void startClocks(AppState& app) {
+  const DateTime local = app.platform.clock.local();
+  app.scheme = isNightHour(local) ? ColourScheme::night : ColourScheme::day;
+  app.gps.options.utcOffsetMinutes = measureUtcOffset(app.platform.clock.utc(), local);
+}
+
+void startSettings(AppState& app) {
+  if (!app.config.open(app.paths.settings)) {
+    app.platform.window.tellError(textOf(kSettingsDamaged));
+  }
+  app.settings = loadSettings(app.config);
+  applySettings(app);
+  app.gps.options.logNmea = app.settings.logStream;
+}
+
+void applyStartOptions(AppState& app, const StartOptions& options) {
+  if (options.installPocketPc) runInstaller(app, "VGPS-AS-WM2003.INI");
+  if (options.installMobile5) runInstaller(app, "VGPS-AS-WM5.INI");
+  if (options.log) app.gps.options.logNmea = true;  // for this run; the setting stays
+  if (options.simulateTrack) simulateTrack(app, options);
+  if (!options.notUnderstood.empty()) {
+    showNotice(app, textWith(kNotUnderstood, options.notUnderstood));
+  }
+  if (!options.connects()) return;
+  connectReceiver(app,
+                  {.port = options.port, .speed = options.speed, .simulate = options.simulate});
+}
+
+void remindOfUpdates(AppState& app) {
+  if (app.settings.updateCountdown > 0)
+    return writeCountdown(app, app.settings.updateCountdown - 1);
+  writeCountdown(app, kStartsBetweenReminders);
+  if (askQuestion(app, kAskForUpdates)) runCommand(app, kUpdatesCommand);
+}
+
+void autoConnect(AppState& app) {
+  if (app.settings.autoConnect && !app.fix.running) runCommand(app, kConnectCommand);
+}
+
+bool endProgram(AppState& app) {
+  app.recordingHooks.closeJournal();
+  if (app.config.save()) return true;
+  app.platform.window.tellError(textWith(kSettingsNotWritten, app.config.path()));
+  return false;
+}
+
+}  // namespace vgps

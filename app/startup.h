@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+
+#include "app/app_state.h"
+#include "app/start_options.h"
+
+// The start of the program and its end, in the steps that no window is needed for. The program
+// with the window calls them in this order:
+//
+//   another instance?        kInstanceQueryName, isOwnAnswer
+//   the font of the program
+//   startClocks              night colours, UTC offset
+//   startSettings            vgps.xml, every key
+//   the language library     setTextSource
+//   the window
+//   armStartTimers
+//   offerRecovery            a recording that a crash has left behind
+//   applyStartOptions        -as1 -as2 -log -simtrack -simruntrack, --port
+//   remindOfUpdates
+//   autoConnect
+//   the tray icon, the message loop
+//   endProgram
+namespace vgps {
+
+inline constexpr const char* kInstanceQueryName = "VGPS_INSTANCE_QUERY";
+inline constexpr uint32_t kInstanceAnswer = 0xFEFEFEFE;
+inline constexpr uint32_t kInstanceQueryMs = 2000;
+
+// Whether what came back for the query is the answer of a running copy; its lower 32 bits count.
+constexpr bool isOwnAnswer(uint64_t answer) {
+  return static_cast<uint32_t>(answer) == kInstanceAnswer;
+}
+
+void startClocks(AppState& app);
+
+// Loads the settings document of `app.paths` and takes every value over. A damaged document is
+// told, and the defaults hold.
+void startSettings(AppState& app);
+
+void applyStartOptions(AppState& app, const StartOptions& options);
+
+// Counts the starts down; asks at the end and at the very first one.
+void remindOfUpdates(AppState& app);
+
+// Connects when the settings say so. Nothing when the start options have connected already.
+void autoConnect(AppState& app);
+
+// The wish to close the program. False when the person wants to go on: nothing has changed then.
+bool closeRequested(AppState& app);
+
+// After the message loop: what was changed is written. False when that failed.
+bool endProgram(AppState& app);
+
+}  // namespace vgps

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace vgps {
+
+struct AppState;
+
+enum TimerNumber : uint32_t {
+  kBackupTimer = 1,
+  kStatisticsTimer = 2,
+  kReportTimer = 3,
+  kTurnTimer = 4,
+  kPursueTimer = 5,
+  kSmsTimer = 6,
+  kTapTimer = 7,
+};
+
+inline constexpr uint32_t kTurnRecordingMs = 7000;
+inline constexpr uint32_t kTurnPlayingMs = 3000;
+inline constexpr uint32_t kTapDelayMs = 100;
+
+struct TimerRow {
+  uint32_t number;
+  // The period in milliseconds with which the start of the program arms it; 0: not at the start.
+  uint32_t (*startPeriod)(const AppState& app);
+  void (*duty)(AppState& app);
+};
+std::span<const TimerRow> timerRows();
+
+// In the order of the start: 1, 2, 3, 6, 5. Intervals that change later count from the next start.
+void armStartTimers(AppState& app);
+
+// What `Window::setTimer` brings; other numbers do nothing.
+void onTimer(AppState& app, uint32_t number);
+
+// The fine mode of the statistics: counts each second.
+void setFineStatistics(AppState& app, bool fine);
+
+// A press at this point follows after a tenth of a second, unless another one comes before.
+void delayTap(AppState& app, uint32_t point);
+
+}  // namespace vgps
