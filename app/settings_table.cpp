@@ -161,7 +161,7 @@ constexpr auto kRows = std::to_array<SettingRow>({
     flag("cfg\\tdp", "c5", 1, &Settings::tripDataSatellites, SettingGroup::tripData, "TD - Sats"),
     flag("cfg\\tdp", "c6", 1, &Settings::tripDataAltitude, SettingGroup::tripData, "TD - Z,Bearing"),
     number("cfg\\vgps", "bes", 0, &Settings::recordBes, SettingGroup::recording, ""),
-    // Keys that other features use and the first table did not name.
+    // Keys of single features, whose defaults change nothing.
     flag("cfg\\vgps", "lgn", 0, &Settings::logStream, SettingGroup::gps, ""),
     flag("cfg\\vgps", "afg", 0, &Settings::altitudeFromGeoidField, SettingGroup::gps, ""),
     number("cfg\\vgps", "bki", 0, &Settings::backupMinutes, SettingGroup::recording, ""),
