@@ -161,7 +161,7 @@ constexpr auto kRows = std::to_array<SettingRow>({
     flag("cfg\\tdp", "c5", 1, &Settings::tripDataSatellites, SettingGroup::tripData, "TD - Sats"),
     flag("cfg\\tdp", "c6", 1, &Settings::tripDataAltitude, SettingGroup::tripData, "TD - Z,Bearing"),
     number("cfg\\vgps", "bes", 0, &Settings::recordBes, SettingGroup::recording, ""),
-    // Keys that other features use and the first table did not name.
+    // Keys of single features, whose defaults change nothing.
     flag("cfg\\vgps", "lgn", 0, &Settings::logStream, SettingGroup::gps, ""),
     flag("cfg\\vgps", "afg", 0, &Settings::altitudeFromGeoidField, SettingGroup::gps, ""),
     number("cfg\\vgps", "bki", 0, &Settings::backupMinutes, SettingGroup::recording, ""),
@@ -173,13 +173,13 @@ constexpr auto kRows = std::to_array<SettingRow>({
     // clang-format on
 });
 
+// Compilers count the steps of such an evaluation: each text is measured once.
 constexpr bool keysAreUnique() {
+  std::array<std::string_view, kRows.size()> keys;
   for (size_t i = 0; i < kRows.size(); ++i) {
-    for (size_t k = i + 1; k < kRows.size(); ++k) {
-      if (std::string_view(kRows[i].path) == kRows[k].path &&
-          std::string_view(kRows[i].key) == kRows[k].key) {
-        return false;
-      }
+    keys[i] = kRows[i].key;
+    for (size_t k = 0; k < i; ++k) {
+      if (keys[k] == keys[i] && std::string_view(kRows[k].path) == kRows[i].path) return false;
     }
   }
   return true;

@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -16,6 +18,7 @@
 #include "base/format.h"
 #include "base/number.h"
 #include "bench/xml_library.h"
+#include "bench/xml_settings.h"
 
 // Loading and saving large documents, beside other libraries and beside moving the bytes alone.
 // Each figure is taken in a fresh process, as a program meets its files, and the libraries take
@@ -23,6 +26,9 @@
 //
 //   bench_xml [ROUNDS]             everything, as a table
 //   bench_xml TASK LIBRARY FILE    one process's work: prints milliseconds and kilobytes
+//
+// What was written to disk before is flushed in front of every run, and saving goes over a file of
+// the same size as it does in the program: else a run would pay for the writing of the last one.
 namespace vgps {
 namespace {
 
@@ -152,13 +158,23 @@ std::optional<double> timeTask(const std::string& task, XmlLibrary& library,
     std::_Exit(0);
   }
   if (!library.load(file)) return std::nullopt;
+  const std::string out = file + ".out";
+  if (task == "save")
+    std::filesystem::copy_file(file, out, std::filesystem::copy_options::overwrite_existing);
+  if (task == "new") std::filesystem::remove(out);
+  ::sync();
   const auto start = Clock::now();
-  const bool done = task == "save" ? library.save(file + ".out") : library.saveToMemory() > 0;
+  const bool done = task == "render" ? library.saveToMemory() > 0 : library.save(out);
   if (!done) return std::nullopt;
   return milliseconds(start);
 }
 
 int runOne(const std::string& task, const std::string& name, const std::string& file) {
+  if (task == "settings") {
+    const auto took = timeSettings(name, file);
+    if (took) std::printf("%f %ld\n", *took, peakKilobytes());
+    return took ? 0 : 1;
+  }
   for (const NamedXmlLibrary& named : contestants()) {
     if (named.name != name) continue;
     const std::unique_ptr<XmlLibrary> library = named.make();
@@ -183,6 +199,7 @@ double median(std::vector<double> values) {
 
 void measure(const std::string& program, const std::string& task, const std::string& name,
              const std::string& file, Figure& figure) {
+  ::sync();
   const std::string command = "'" + program + "' " + task + " '" + name + "' '" + file + "'";
   FILE* const child = popen(command.c_str(), "r");
   if (child == nullptr) return;
@@ -218,6 +235,7 @@ void race(const std::string& program, const std::string& file, const std::string
   const std::vector<NamedXmlLibrary> libraries = contestants();
   const std::pair<const char*, const char*> tasks[] = {{"load", "load, file to tree"},
                                                        {"save", "save, tree to file"},
+                                                       {"new", "save, tree to a new file"},
                                                        {"render", "write in memory"},
                                                        {"parse", "parse in memory"}};
   for (const auto& [task, what] : tasks) {
@@ -240,6 +258,26 @@ double nanosecondsEach(size_t count, Work work) {
     least = std::min(least, milliseconds(start) * 1e6 / static_cast<double>(count));
   }
   return least;
+}
+
+// The program's own document, which it reads at every start.
+void raceSettings(const std::string& program, const std::string& file) {
+  constexpr int kRounds = 21;
+  const char* const libraries[] = {"ours", "pugixml"};
+  Figure figures[std::size(libraries)];
+  if (!writeAllSettings(file)) return;
+  for (int round = 0; round < kRounds; ++round) {
+    for (size_t i = 0; i < std::size(libraries); ++i) {
+      measure(program, "settings", libraries[i], file, figures[i]);
+    }
+  }
+  std::printf("vgps.xml with every key: from its name to all settings, median of %d processes\n",
+              kRounds);
+  for (size_t i = 0; i < std::size(libraries); ++i) {
+    if (figures[i].times.empty()) continue;
+    std::printf("  %-20s %8.3f ms  (least %8.3f)\n", libraries[i], median(figures[i].times),
+                *std::min_element(figures[i].times.begin(), figures[i].times.end()));
+  }
 }
 
 volatile double sink = 0;
@@ -289,12 +327,15 @@ int raceAll(const std::string& program, int rounds) {
   std::ofstream(text, std::ios::binary) << textFile();
   std::ofstream(attributes, std::ios::binary) << attributeFile();
   if (xmlLibraries().size() <= kReference) std::printf("pugixml was not there: no comparison\n");
-  std::printf("files of %zu MB, median of %d rounds, each in a fresh process\n",
-              kFileSize / 1'000'000, rounds);
+  std::printf(
+      "files of %zu MB, median of %d rounds, each in a fresh process with nothing left to be "
+      "written by those before; saving goes over a file that is there\n",
+      kFileSize / 1'000'000, rounds);
   if (xmlLibraries().size() > kReference) {
     race(program, text, "text file", rounds);
     race(program, attributes, "attribute file", rounds);
   }
+  raceSettings(program, (folder / "vgps.xml").string());
   raceNumbers();
   std::filesystem::remove_all(folder);
   return 0;

@@ -45,6 +45,9 @@ struct SettingsOptions {
   std::string path, key, value;
 };
 int runSettings(const SettingsOptions& options);
+// The command line with "--" in front of the value that `settings set` is given, which may look
+// like an option, and with the file before everything else. Other command lines stay as they are.
+std::vector<std::string> withValueMarked(std::vector<std::string> words);
 
 struct XmlOptions {
   std::string file;

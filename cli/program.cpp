@@ -88,7 +88,6 @@ CLI::App* addPorts(CLI::App& program, PortsOptions& options) {
   return command;
 }
 
-// A value may begin with a minus sign, and a path with anything: both are taken as they stand.
 CLI::App* addSettings(CLI::App& program, SettingsOptions& options) {
   CLI::App* const command =
       program.add_subcommand("settings", "Show and change the settings in vgps.xml.");
@@ -148,6 +147,7 @@ int runProgram(std::vector<std::string> arguments) {
   XmlOptions xmlOptions;
   const CLI::App* const settings = addSettings(program, settingsOptions);
   addXml(program, xmlOptions);
+  arguments = withValueMarked(std::move(arguments));
   std::reverse(arguments.begin(), arguments.end());  // as this overload of parse takes them
   try {
     program.parse(std::move(arguments));

@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <array>
-#include <cmath>
+#include <charconv>
 #include <cstdio>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <string>
 
@@ -22,18 +24,24 @@ const char* typeName(SettingType type) {
 }
 
 // A 32-bit value as the short decimal that a person wrote: 0.01, not 0.00999999977.
-double shortDecimal(double value) { return leadingDouble(shortestText(static_cast<float>(value))); }
+std::string numberText(const SettingRow& row, double value) {
+  if (row.type != SettingType::real) return decimalText(static_cast<int64_t>(value));
+  constexpr size_t kLongest = 32;
+  char text[kLongest];
+  constexpr double kMost = std::numeric_limits<float>::max();
+  const auto shown = static_cast<float>(std::clamp(value, -kMost, kMost));
+  const auto end = std::to_chars(text, text + kLongest, shown).ptr;
+  return {text, end};
+}
 
 nlohmann::ordered_json jsonNumber(const SettingRow& row, double value) {
-  if (row.type == SettingType::real) return shortDecimal(value);
+  if (row.type == SettingType::real) return leadingDouble(numberText(row, value));
   return static_cast<int64_t>(value);
 }
 
 std::string valueText(ConfigStore& store, const SettingRow& row) {
   if (row.type == SettingType::string) return store.string(row);
-  const double value = store.number(row);
-  return row.type == SettingType::real ? shortestText(static_cast<float>(value))
-                                       : decimalText(static_cast<int64_t>(value));
+  return numberText(row, store.number(row));
 }
 
 nlohmann::ordered_json jsonRow(ConfigStore& store, const SettingRow& row) {
@@ -45,11 +53,8 @@ nlohmann::ordered_json jsonRow(ConfigStore& store, const SettingRow& row) {
     json["default"] = row.text;
     json["value"] = validUtf8(store.string(row));
   } else {
-    const double value = store.number(row);
     json["default"] = jsonNumber(row, row.number);
-    json["value"] = jsonNumber(row, value);
-    const double used = correctedNumber(row, value);
-    if (used != value) json["used"] = jsonNumber(row, used);
+    json["value"] = jsonNumber(row, store.number(row));
   }
   json["label"] = row.label;
   return json;
@@ -71,7 +76,7 @@ int listSettings(ConfigStore& store, bool json) {
       const double stored = store.number(row);
       const double used = correctedNumber(row, stored);
       if (used != stored) {
-        std::printf(" (used as %s)", shortestText(static_cast<float>(used)).c_str());
+        std::printf(" (used as %s)", numberText(row, used).c_str());
       }
     }
     std::putchar('\n');
@@ -91,7 +96,6 @@ bool isNumber(std::string_view text, bool whole) {
 
 // Empty when the value suits the row, otherwise what would.
 std::string whatIsAllowed(const SettingRow& row, std::string_view text) {
-  constexpr double kLargestInt = 2147483647;
   constexpr double kLargestColour = 0xFFFFFF;
   const double value = leadingDouble(text);
   switch (row.type) {
@@ -99,7 +103,7 @@ std::string whatIsAllowed(const SettingRow& row, std::string_view text) {
     case SettingType::real: return isNumber(text, false) ? "" : "a decimal number";
     case SettingType::flag:
     case SettingType::integer:
-      if (isNumber(text, true) && std::fabs(value) <= kLargestInt) return {};
+      if (isNumber(text, true) && value >= INT32_MIN && value <= INT32_MAX) return {};
       return row.type == SettingType::flag ? "0 or 1" : "a whole number";
     case SettingType::colour:
       if (isNumber(text, true) && value >= 0 && value <= kLargestColour) return {};
@@ -127,6 +131,22 @@ int setSetting(ConfigStore& store, const SettingRow& row, const std::string& tex
 }
 
 }  // namespace
+
+std::vector<std::string> withValueMarked(std::vector<std::string> words) {
+  if (words.empty() || words[0] != "settings") return words;
+  std::vector<std::string> marked = {words[0]};
+  std::vector<std::string> rest;
+  for (size_t i = 1; i < words.size(); ++i) {
+    const bool fileFollows = words[i] == "--file" && i + 1 < words.size();
+    if (fileFollows) marked.push_back(words[i++]);
+    (fileFollows || words[i].starts_with("--file=") ? marked : rest).push_back(words[i]);
+  }
+  constexpr size_t kValue = 3;  // behind "set", the path and the key
+  const bool sets = rest.size() == kValue + 1 && rest[0] == "set" && rest[kValue - 1] != "--";
+  if (sets) rest.insert(rest.begin() + kValue, "--");
+  marked.insert(marked.end(), rest.begin(), rest.end());
+  return marked;
+}
 
 int runSettings(const SettingsOptions& options) {
   const std::string path = options.file.empty() ? programFolder() + "/vgps.xml" : options.file;

@@ -1,5 +1,6 @@
 #include "xml/files.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -20,33 +21,78 @@ std::filesystem::path systemPath(const std::string& path) {
   }
 }
 
+struct SystemFile {
+  std::fstream stream;
+  std::filesystem::path path;
+  bool inPlace = false;  // a file that was there is overwritten
+  uint64_t oldSize = 0;
+  uint64_t written = 0;
+};
+
+// A file that is there keeps its text and its place on the disk until it is overwritten. False for
+// what has no size, like a pipe, and for what may not be opened so.
+bool openInPlace(SystemFile& file) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(file.path, error)) return false;
+  file.oldSize = std::filesystem::file_size(file.path, error);
+  if (error) return false;
+  file.stream.open(file.path, std::ios::in | std::ios::out | std::ios::binary);
+  file.inPlace = file.stream.is_open();
+  return file.inPlace;
+}
+
 // Files are read and written in large pieces: the stream's own buffer would only copy once more.
 void* openFile(const std::string& path, XmlFiles::Access access) {
-  auto file = std::make_unique<std::fstream>();
-  file->rdbuf()->pubsetbuf(nullptr, 0);
-  const std::ios::openmode mode =
-      access == XmlFiles::Access::read ? std::ios::in : std::ios::out | std::ios::trunc;
-  file->open(systemPath(path), mode | std::ios::binary);
-  return file->is_open() ? file.release() : nullptr;
+  auto file = std::make_unique<SystemFile>();
+  file->path = systemPath(path);
+  file->stream.rdbuf()->pubsetbuf(nullptr, 0);
+  if (access == XmlFiles::Access::read) {
+    file->stream.open(file->path, std::ios::in | std::ios::binary);
+  } else if (!openInPlace(*file)) {
+    file->stream.clear();
+    file->stream.open(file->path, std::ios::out | std::ios::trunc | std::ios::binary);
+  }
+  return file->stream.is_open() ? file.release() : nullptr;
 }
 
 size_t readFile(void* file, char* to, size_t size) {
-  auto& stream = *static_cast<std::fstream*>(file);
+  auto& stream = static_cast<SystemFile*>(file)->stream;
   stream.read(to, static_cast<std::streamsize>(size));
   return static_cast<size_t>(stream.gcount());
 }
 
-size_t writeFile(void* file, const char* from, size_t size) {
-  auto& stream = *static_cast<std::fstream*>(file);
-  return stream.write(from, static_cast<std::streamsize>(size)) ? size : 0;
+bool writeAt(std::fstream& stream, uint64_t place, const char* from, size_t size) {
+  return size == 0 || (stream.seekp(static_cast<std::streamoff>(place)) &&
+                       stream.write(from, static_cast<std::streamsize>(size)));
 }
 
-bool closeFile(void* file) {
-  const std::unique_ptr<std::fstream> stream(static_cast<std::fstream*>(file));
-  const bool good = !stream->bad();
-  stream->clear();
-  stream->close();
-  return good && stream->good();
+size_t writeFile(void* handle, const char* from, size_t size) {
+  auto& file = *static_cast<SystemFile*>(handle);
+  size_t over = 0;  // of the bytes, those that lie within the old text
+  if (file.inPlace) {
+    if (file.written < file.oldSize) {
+      over = static_cast<size_t>(std::min<uint64_t>(size, file.oldSize - file.written));
+    }
+    if (!writeAt(file.stream, file.written + over, from + over, size - over)) return 0;
+    if (!writeAt(file.stream, file.written, from, over)) return 0;
+  } else if (!file.stream.write(from, static_cast<std::streamsize>(size))) {
+    return 0;
+  }
+  file.written += size;
+  return size;
+}
+
+bool closeFile(void* handle) {
+  const std::unique_ptr<SystemFile> file(static_cast<SystemFile*>(handle));
+  bool good = !file->stream.bad();
+  file->stream.clear();
+  file->stream.close();
+  good = good && file->stream.good();
+  const uint64_t size = good ? file->written : file->oldSize;
+  if (!file->inPlace || (good && size >= file->oldSize)) return good;
+  std::error_code error;
+  std::filesystem::resize_file(file->path, size, error);
+  return good && !error;
 }
 
 uint64_t roomOnDisk(const std::string& path) {

@@ -20,6 +20,7 @@ class NameTable {
     return text.view(names_[number]);
   }
   XmlSpan span(uint32_t number) const { return names_[number]; }
+  uint32_t size() const { return names_.size(); }
 
   uint32_t number(TextStore& text, std::string_view stored) {
     uint64_t key = 0;

@@ -6,8 +6,8 @@
 namespace vgps {
 
 XmlSource XmlSource::of(std::string_view& rest) {
-  return {[](void* from, char* to, size_t size) {
-            auto& text = *static_cast<std::string_view*>(from);
+  return {[](void* whole, char* to, size_t size) {
+            auto& text = *static_cast<std::string_view*>(whole);
             const size_t count = text.substr(0, size).copy(to, size);
             text.remove_prefix(count);
             return count;

@@ -16,11 +16,48 @@ struct Place {
   char* limit = nullptr;  // null once there is no more room
 };
 
+// What is written around a short name, ready to be copied whole: a point's few names come again and
+// again.
+struct NamePieces {
+  static constexpr uint32_t kLongest = 12;
+
+  char tag[16];        // <name
+  char attribute[16];  //  name="
+  char closing[24];    // </name> CR LF
+  uint32_t length;     // of the name; above kLongest it is not here
+};
+
 struct Work {
   const XmlTree& tree;
   XmlBuffer* buffer = nullptr;  // null when counting
   uint64_t most = 0;
+  std::vector<NamePieces> pieces{};  // by the number of the name, of the first names
+
+  const NamePieces* piecesOf(uint32_t name) const {
+    return name < pieces.size() && pieces[name].length <= NamePieces::kLongest ? &pieces[name]
+                                                                               : nullptr;
+  }
 };
+
+std::vector<NamePieces> piecesOfNames(const XmlTree& tree) {
+  constexpr uint32_t kMost = 1000;
+  std::vector<NamePieces> all(std::min(tree.names.size(), kMost));
+  for (uint32_t i = 0; i < all.size(); ++i) {
+    const std::string_view name = tree.names.view(tree.text, i);
+    NamePieces& pieces = all[i];
+    pieces.length = static_cast<uint32_t>(name.size());
+    if (name.size() > NamePieces::kLongest) continue;
+    const auto set = [name](char* to, std::string_view before, std::string_view behind) {
+      to += before.copy(to, before.size());
+      to += name.copy(to, name.size());
+      behind.copy(to, behind.size());
+    };
+    set(pieces.tag, "<", "");
+    set(pieces.attribute, " ", "=\"");
+    set(pieces.closing, "</", ">\r\n");
+  }
+  return all;
+}
 
 inline bool isFull(uint64_t) { return false; }
 inline bool isFull(Place out) { return out.limit == nullptr; }
@@ -70,6 +107,22 @@ inline Place putStored(Place out, const Work& work, XmlSpan span) {
   return out;
 }
 
+// The first `length` bytes of a piece.
+template <size_t size>
+uint64_t putPiece(uint64_t count, const Work&, const char (&)[size], uint32_t length) {
+  return count + length;
+}
+template <size_t size>
+Place putPiece(Place out, const Work& work, const char (&piece)[size], uint32_t length) {
+  if (out.limit - out.at < static_cast<std::ptrdiff_t>(size + kSlack)) {
+    out = grown(work, out, size);
+    if (isFull(out)) return out;
+  }
+  std::memcpy(out.at, piece, size);
+  out.at += length;
+  return out;
+}
+
 inline uint64_t putIndent(uint64_t count, const Work&, uint32_t depth, bool) {
   return count + depth;
 }
@@ -92,6 +145,11 @@ inline Place putIndent(Place out, const Work& work, uint32_t depth, bool spaces)
 
 template <class Out>
 Out writeAttribute(const Work& work, const XmlAttributeRow& row, Out out) {
+  if (const NamePieces* const pieces = work.piecesOf(row.name)) {
+    out = putPiece(out, work, pieces->attribute, pieces->length + 3);
+    out = putStored(out, work, {row.value, row.length});
+    return put(out, "\"");
+  }
   out = put(out, " ");
   out = putStored(out, work, work.tree.names.span(work.tree.nameNumber(row)));
   out = put(out, "=\"");
@@ -103,8 +161,12 @@ Out writeAttribute(const Work& work, const XmlAttributeRow& row, Out out) {
 template <class Out>
 Out writeTag(const Work& work, const XmlElementRow& row, uint32_t depth, Out out) {
   out = putIndent(out, work, depth, row.spaces);
-  out = put(out, "<");
-  out = putStored(out, work, work.tree.names.span(row.name));
+  if (const NamePieces* const pieces = work.piecesOf(row.name)) {
+    out = putPiece(out, work, pieces->tag, pieces->length + 1);
+  } else {
+    out = put(out, "<");
+    out = putStored(out, work, work.tree.names.span(row.name));
+  }
   for (uint32_t i = 0; i < row.attributeCount; ++i) {
     out = writeAttribute(work, work.tree.attributes[row.firstAttribute + i], out);
   }
@@ -121,6 +183,9 @@ Out closeAtOnce(const Work& work, const XmlElementRow& row, Out out) {
 template <class Out>
 Out writeClosingTag(const Work& work, const XmlElementRow& row, uint32_t depth, Out out) {
   out = putIndent(out, work, depth, row.spaces);
+  if (const NamePieces* const pieces = work.piecesOf(row.name)) {
+    return putPiece(out, work, pieces->closing, pieces->length + 5);
+  }
   out = put(out, "</");
   out = putStored(out, work, work.tree.names.span(row.name));
   return put(out, ">\r\n");
@@ -208,7 +273,7 @@ uint64_t renderedSize(const XmlTree& tree, uint32_t element) {
 size_t renderXml(const XmlTree& tree, uint32_t element, XmlBuffer& buffer, size_t used,
                  uint64_t most) {
   const Place start{buffer.data() + used, buffer.data() + buffer.size()};
-  const Place end = writeTree({tree, &buffer, most}, element, start);
+  const Place end = writeTree({tree, &buffer, most, piecesOfNames(tree)}, element, start);
   return isFull(end) ? 0 : static_cast<size_t>(end.at - buffer.data());
 }
 
