@@ -1,9 +1,12 @@
 #include "tests/win32/drive.h"
 
 #include <psapi.h>
+#include <winternl.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 
 #include "platform/files.h"
@@ -18,6 +21,25 @@ namespace {
 const std::wstring& desktopName() {
   static const std::wstring name = L"vexa" + std::to_wstring(GetCurrentProcessId());
   return name;
+}
+
+// What the system's list of processes says of one. The question for a single process goes
+// unanswered on some systems.
+SYSTEM_PROCESS_INFORMATION processEntry(DWORD process) {
+  std::vector<std::byte> list(1 << 20);
+  ULONG length = 0;
+  if (NtQuerySystemInformation(SystemProcessInformation, list.data(),
+                               static_cast<ULONG>(list.size()), &length) != 0) {
+    return {};
+  }
+  const std::byte* at = list.data();
+  for (;;) {
+    SYSTEM_PROCESS_INFORMATION entry;
+    std::memcpy(&entry, at, sizeof entry);
+    if (reinterpret_cast<ULONG_PTR>(entry.UniqueProcessId) == process) return entry;
+    if (entry.NextEntryOffset == 0) return {};
+    at += entry.NextEntryOffset;
+  }
 }
 
 }  // namespace
@@ -127,6 +149,15 @@ size_t Program::workingSet() const {
   PROCESS_MEMORY_COUNTERS memory{};
   GetProcessMemoryInfo(process_.hProcess, &memory, sizeof memory);
   return memory.WorkingSetSize;
+}
+
+DWORD Program::handles() const { return processEntry(process_.dwProcessId).HandleCount; }
+
+DWORD Program::threads() const { return processEntry(process_.dwProcessId).NumberOfThreads; }
+
+DWORD Program::guiObjects() const {
+  return GetGuiResources(process_.hProcess, GR_GDIOBJECTS) +
+         GetGuiResources(process_.hProcess, GR_USEROBJECTS);
 }
 
 ProgramInProcess::ProgramInProcess(std::vector<std::string> arguments) {

@@ -41,6 +41,11 @@ class Program {
   int exitCode(DWORD limitMs = 5000) const;
   double processorSeconds() const;
   size_t workingSet() const;
+  // Open kernel objects, and threads; as the list of all processes has them.
+  DWORD handles() const;
+  DWORD threads() const;
+  // Pens, bitmaps, windows and the like; 0 where the system does not count them.
+  DWORD guiObjects() const;
 
  private:
   Handle job_;
