@@ -7,6 +7,7 @@
 #include <set>
 #include <sstream>
 
+#include "display/palette.h"
 #include "xml/profile.h"
 
 namespace vgps {
@@ -58,8 +59,9 @@ TEST(Settings, DefaultsOfTheTable) {
   EXPECT_EQ(settings.cameraTop, 2);
   EXPECT_EQ(settings.cameraRight, 98);
   EXPECT_EQ(settings.cameraBottom, 20);
-  EXPECT_EQ(settings.colourSuccess, 0xFF0000U);
-  EXPECT_EQ(settings.colourFailure, 0x0000FFU);
+  EXPECT_EQ(settings.colourSuccess, rgb(0, 0, 255)) << "blue";
+  EXPECT_EQ(settings.colourFailure, rgb(255, 0, 0)) << "red";
+  EXPECT_EQ(settings.cameraColour, rgb(255, 0, 0)) << "red";
   EXPECT_TRUE(settings.useLedFont);  // the loader switches it off
   EXPECT_TRUE(settings.tripDataSpeed);
   EXPECT_FALSE(settings.tripDataOn);
