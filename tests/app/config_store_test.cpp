@@ -7,6 +7,7 @@
 #include <set>
 #include <sstream>
 
+#include "display/palette.h"
 #include "xml/profile.h"
 
 namespace vgps {
@@ -58,8 +59,9 @@ TEST(Settings, DefaultsOfTheTable) {
   EXPECT_EQ(settings.cameraTop, 2);
   EXPECT_EQ(settings.cameraRight, 98);
   EXPECT_EQ(settings.cameraBottom, 20);
-  EXPECT_EQ(settings.colourSuccess, 0xFF0000U);
-  EXPECT_EQ(settings.colourFailure, 0x0000FFU);
+  EXPECT_EQ(settings.colourSuccess, rgb(0, 0, 255)) << "blue";
+  EXPECT_EQ(settings.colourFailure, rgb(255, 0, 0)) << "red";
+  EXPECT_EQ(settings.cameraColour, rgb(255, 0, 0)) << "red";
   EXPECT_TRUE(settings.useLedFont);  // the loader switches it off
   EXPECT_TRUE(settings.tripDataSpeed);
   EXPECT_FALSE(settings.tripDataOn);
@@ -101,6 +103,31 @@ TEST(Settings, EveryRowHasAMemberOfItsOwn) {
   EXPECT_NE(findSetting("cfg\\other", "fzsl"), nullptr);
 }
 
+// What a dialog saves, by the keys it shows.
+TEST(Settings, KeysOfTheGroups) {
+  const std::pair<SettingGroup, const char*> groups[] = {
+      {SettingGroup::gps, "port speed simu gapi sapi sapiid bsm lgn afg tlk "},
+      {SettingGroup::background, "bgimaged bgimagen bgimagec "},
+      {SettingGroup::sound, "sound_speed sound_ok sound_error sound_turn sound_zone "},
+      {SettingGroup::distance, "dmvl dmvs "},
+      {SettingGroup::camera, "left right top bottom color align "},
+      {SettingGroup::colour, "c1 c2 c3 c4 c5 c6 c7 "},
+      {SettingGroup::tripData, "tde c1 c2 c3 c4 c5 c6 "},
+  };
+  for (const auto& [group, keys] : groups) {
+    std::string found;
+    for (const SettingRow& row : settingRows()) {
+      if (row.group == group) found += std::string(row.key) + " ";
+    }
+    EXPECT_EQ(found, keys);
+  }
+  EXPECT_EQ(findSetting("cfg\\vgps", "offlinemaps")->group, SettingGroup::map);
+  EXPECT_EQ(findSetting("cfg\\vgps", "margin")->group, SettingGroup::map);
+  for (const char* key : {"angle", "speed", "alt"}) {
+    EXPECT_EQ(findSetting("cfg\\track", key)->group, SettingGroup::recording);
+  }
+}
+
 TEST_F(ConfigFile, MissingAndEmptyFilesGiveTheDefaultsSilently) {
   EXPECT_TRUE(store_.open(path("none.xml")));
   const Settings settings = loadSettings(store_);
@@ -133,7 +160,8 @@ TEST_F(ConfigFile, CorrectionsOfTheLoader) {
   for (const auto& [text, value] : {std::pair{"50", 50}, {"51", 20}, {"-1", -1}, {"0", 0}}) {
     EXPECT_EQ(loaded(std::string("margin=\"") + text + "\"").mapMargin, value) << text;
   }
-  for (const auto& [text, value] : {std::pair{"0", 0.01F}, {"-0.5", -0.5F}, {"2", 2.0F}}) {
+  for (const auto& [text, value] :
+       {std::pair{"0", 0.01F}, {"0.00", 0.01F}, {"-0.5", -0.5F}, {"2", 2.0F}}) {
     EXPECT_EQ(loaded(std::string("mzs=\"") + text + "\"").zScale, value) << text;
   }
   EXPECT_EQ(loaded("speed=\"1\" sxv=\"-7\" smv=\"9\"").speedLimit, -7);  // nothing else is

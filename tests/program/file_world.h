@@ -67,12 +67,12 @@ class OrdinaryUser {
  public:
   OrdinaryUser() {
     constexpr uid_t kNobody = 65534;
-    if (before_ == 0) changed_ = seteuid(kNobody) == 0;
+    if (before_ == 0) changed_ = setresuid(kNobody, kNobody, before_) == 0;
   }
   OrdinaryUser(const OrdinaryUser&) = delete;
   OrdinaryUser& operator=(const OrdinaryUser&) = delete;
   ~OrdinaryUser() {
-    if (changed_ && seteuid(before_) != 0) std::abort();
+    if (changed_ && setresuid(before_, before_, before_) != 0) std::abort();
   }
   bool mayRunTheProgram() const {
     return geteuid() != 0 && faccessat(AT_FDCWD, VGPS_PROGRAM, X_OK, AT_EACCESS) == 0;

@@ -67,6 +67,20 @@ TEST_F(XmlFile, SavingNeedsANameAndAModeThatWrites) {
   EXPECT_EQ(contentsOf(path("b.xml")), kEmptyDocument);
 }
 
+TEST_F(XmlFile, AFileIsOverwrittenInPlace) {
+  write("a.xml", std::string(5000, 'o'));
+  std::filesystem::create_hard_link(path("a.xml"), path("same.xml"));
+  XmlDocument document;
+  EXPECT_EQ(document.Save(path("a.xml")), 1);
+  EXPECT_EQ(contentsOf(path("same.xml")), kEmptyDocument) << "no other file took its name";
+  document.GetRootElement().SetText(std::string(300000, 'n'));
+  EXPECT_EQ(document.Save(path("a.xml")), 1);
+  std::string text;
+  ASSERT_EQ(document.saveText(text), 1);
+  EXPECT_TRUE(contentsOf(path("same.xml")) == text);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_), {}), 2);
+}
+
 TEST_F(XmlFile, Utf16NamesAndFiles) {
   const std::u16string name =
       utf16FromUtf8((folder_ / "").string()) + u"gr\u00FC\u00DFe \u20AC.xml";

@@ -200,6 +200,14 @@ TEST(XmlAttribute, TypedValues) {
   EXPECT_EQ(text(), "-0.000000");
   value.SetValueFloat(179.9999996);
   EXPECT_EQ(text(), "180.000000");
+  value.SetValueFloat(545);
+  EXPECT_EQ(text(), "545.000000");
+  value.SetValueFloat(11.516666666666667);
+  EXPECT_EQ(text(), "11.516667");
+  value.SetFormattedValue("%.7f,%.7f,%.3f ", value.GetValueDouble(), 48.1173, 545.0);
+  EXPECT_EQ(text(), "11.5166670,48.1173000,545.000 ");
+  value.SetFormattedValue("%f,%f,%f\r\n", 11.516666666666667, 48.117300001780194, 545.0);
+  EXPECT_EQ(text(), "11.516667,48.117300,545.000000\r\n");
   value.SetValueFloat(48.117300001780194);
   EXPECT_EQ(text(), "48.117300");
   EXPECT_EQ(value.GetValueDouble(), 48.1173);
@@ -211,6 +219,29 @@ TEST(XmlAttribute, TypedValues) {
   EXPECT_EQ(text().size(), 9999U);
   value.SetValue("12abc");
   EXPECT_EQ(value.GetValueInt(), 12);
+}
+
+// A position survives reading and writing as a double; 32 bits lose a digit of it.
+TEST(XmlAttribute, PositionsReadAsDoublesKeepTheirText) {
+  struct Row {
+    const char* stored;
+    const char* asFloat;
+    const char* asDouble;
+  };
+  constexpr Row kRows[] = {{"48.117300", "48.117298", "48.117300"},
+                           {"-122.0840750", "-122.084076", "-122.084075"},
+                           {"123.456789", "123.456787", "123.456789"}};
+  XmlDocument document;
+  XmlAttribute value = document.GetRootElement().AddVariable("v", "");
+  for (const Row& row : kRows) {
+    value.SetValue(row.stored);
+    const float single = value.GetValueFloat();
+    const double full = value.GetValueDouble();
+    value.SetValueFloat(single);
+    EXPECT_EQ(value.GetValue(), row.asFloat);
+    value.SetValueFloat(full);
+    EXPECT_EQ(value.GetValue(), row.asDouble);
+  }
 }
 
 TEST(XmlElement, TextsCommentsAndSectionsKeepTheirPlace) {

@@ -74,7 +74,7 @@ TEST_F(ForeignFiles, TheSecondSaveGivesTheBytesOfTheFirst) {
 }
 
 TEST_F(ForeignFiles, CutAnywhere) {
-  constexpr size_t kEveryByteUpTo = 6000;
+  constexpr size_t kEveryByteUpTo = 16000;
   constexpr size_t kSteps = 150;
   for (const auto& file : sharedFiles({"xml", "loc"})) {
     const std::string text = contentsOf(file);
