@@ -272,7 +272,8 @@ void fillDialog(const Dialog& dialog, DialogView& view, const DialogContext& con
 void acceptDialog(const Dialog& dialog, DialogView& view, const DialogContext& context,
                   Settings& settings) {
   for (const DialogField& field : dialog.fields) {
-    if (view.has(field.control)) acceptField(field, view, context, settings);
+    const bool whole = field.switchControl == 0 || view.has(field.switchControl);
+    if (view.has(field.control) && whole) acceptField(field, view, context, settings);
   }
 }
 

@@ -135,19 +135,19 @@ void WindowDialogView::tell(std::string_view text) {
 bool WindowDialogView::drawColour(const DRAWITEMSTRUCT& item) {
   const auto found = colours_.find(static_cast<uint16_t>(item.CtlID));
   if (found == colours_.end()) return false;
+  const bool focused = (item.itemState & ODS_FOCUS) != 0;
+  const bool pressed = (item.itemState & ODS_SELECTED) != 0;
   RECT area = item.rcItem;
-  DrawEdge(item.hDC, &area, (item.itemState & ODS_SELECTED) != 0 ? EDGE_SUNKEN : EDGE_RAISED,
-           BF_RECT | BF_ADJUST);
-  const HBRUSH frame = GetSysColorBrush(COLOR_BTNFACE);
-  FillRect(item.hDC, &area, frame);
-  RECT swatch = area;
-  InflateRect(&swatch, -GetSystemMetrics(SM_CXEDGE), -GetSystemMetrics(SM_CYEDGE));
+  FillRect(item.hDC, &area, GetSysColorBrush(COLOR_BTNFACE));
+  FrameRect(item.hDC, &area, GetSysColorBrush(focused ? COLOR_HIGHLIGHT : COLOR_BTNSHADOW));
+  const int margin = GetSystemMetrics(SM_CXEDGE) + (pressed ? 2 : 1);
+  InflateRect(&area, -margin, -margin);
   const HBRUSH brush = CreateSolidBrush(found->second & 0xFFFFFF);
-  FillRect(item.hDC, &swatch, brush);
+  FillRect(item.hDC, &area, brush);
   DeleteObject(brush);
-  if ((item.itemState & ODS_FOCUS) != 0 && (item.itemState & ODS_NOFOCUSRECT) == 0) {
-    DrawFocusRect(item.hDC, &area);
-  }
+  // Also a colour like the dialog's own is seen.
+  FrameRect(item.hDC, &area, GetSysColorBrush(COLOR_BTNSHADOW));
+  if (focused && (item.itemState & ODS_NOFOCUSRECT) == 0) DrawFocusRect(item.hDC, &item.rcItem);
   return true;
 }
 
