@@ -108,7 +108,7 @@ double decimalOf(std::string text) {
 
 // A box shows more than is stored when one of its suggestions was chosen.
 std::string typedText(const DialogField& field, DialogView& view, const DialogContext& context) {
-  const std::string text = view.text(field.control);
+  std::string text = view.text(field.control);
   if (field.kind == FieldKind::box) {
     for (const DialogItem& item : itemsOf(field, context)) {
       if (item.shown == text) return item.value;

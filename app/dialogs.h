@@ -69,12 +69,12 @@ struct Correction {
 struct DialogField {
   uint16_t control;
   FieldKind kind;
-  SettingMember setting;
+  uint16_t switchControl = 0;  // the check box of a switched number
+  SettingMember setting{};
   Correction correction{};
   std::span<const DialogChoice> choices{};
   std::vector<DialogItem> (*items)(const DialogContext& context) = nullptr;  // instead of choices
   std::span<const uint16_t> disables{};  // controls that mean nothing while this is checked
-  uint16_t switchControl = 0;            // the check box of a switched number
 };
 
 enum class ActionKind : uint8_t { chooseFile, chooseFolder, playSound, preset, searchPorts };

@@ -16,7 +16,8 @@ constexpr DialogField check(uint16_t control, SettingMember setting,
 }
 
 constexpr DialogField number(uint16_t control, SettingMember setting, Correction correction = {}) {
-  return {control, FieldKind::number, setting, correction};
+  return {
+      .control = control, .kind = FieldKind::number, .setting = setting, .correction = correction};
 }
 
 // A zero or empty value becomes the default.
@@ -29,15 +30,15 @@ constexpr DialogField upTo30(uint16_t control, SettingMember setting, int32_t st
 }
 
 constexpr DialogField decimal(uint16_t control, SettingMember setting) {
-  return {control, FieldKind::decimal, setting};
+  return {.control = control, .kind = FieldKind::decimal, .setting = setting};
 }
 
 constexpr DialogField text(uint16_t control, SettingMember setting) {
-  return {control, FieldKind::text, setting};
+  return {.control = control, .kind = FieldKind::text, .setting = setting};
 }
 
 constexpr DialogField colour(uint16_t control, SettingMember setting) {
-  return {control, FieldKind::colour, setting};
+  return {.control = control, .kind = FieldKind::colour, .setting = setting};
 }
 
 constexpr DialogField list(uint16_t control, SettingMember setting,
@@ -48,8 +49,8 @@ constexpr DialogField list(uint16_t control, SettingMember setting,
 constexpr DialogField switched(uint16_t control, SettingMember setting, uint16_t switchControl) {
   return {.control = control,
           .kind = FieldKind::switched,
-          .setting = setting,
-          .switchControl = switchControl};
+          .switchControl = switchControl,
+          .setting = setting};
 }
 
 constexpr FileKind kImageFiles{921, "*.png;*.jpg;*.jpeg;*.bmp;*.gif;*.tif;*.tiff"};
