@@ -1,0 +1,41 @@
+#include "app/dialog_context.h"
+
+#include "app/apply_settings.h"
+#include "app/supervisor.h"
+#include "gps/port_search.h"
+
+namespace vgps {
+namespace {
+
+constexpr uint32_t kRecordingCommand = 1904;
+
+// The map follows the recording's options soon, everything else is to be seen at once.
+void followDialog(AppState& app, const Dialog& dialog) {
+  applySettings(app);
+  const bool recording = dialog.command == kRecordingCommand;
+  if (recording) forgetThresholds(app.track);
+  if (!recording || app.repaints.due(app.platform.clock.tick())) app.platform.window.repaint();
+}
+
+PortSearch beginSearch(AppState& app, uint32_t speed) {
+  endSupervision(app);
+  app.fix.close(true);
+  app.platform.window.repaint();
+  return [&app, speed](const std::function<bool()>& cancelled) {
+    return scanPorts(app.fix, speed, cancelled);
+  };
+}
+
+}  // namespace
+
+DialogContext dialogContextOf(AppState& app) {
+  return {
+      .store = app.config,
+      .settings = app.settings,
+      .ports = app.platform.listPorts ? app.platform.listPorts() : std::vector<PortName>{},
+      .saved = [&app](const Dialog& dialog) { followDialog(app, dialog); },
+      .beginPortSearch = [&app](uint32_t speed) { return beginSearch(app, speed); },
+  };
+}
+
+}  // namespace vgps

@@ -1,0 +1,48 @@
+#include "app/dialog_hidden_option.h"
+
+#include <algorithm>
+
+#include "base/texts.h"
+#include "xml/profile.h"
+
+namespace vgps {
+namespace {
+
+constexpr uint32_t kNotWrittenText = 737;
+constexpr uint32_t kCaptionText = 941;
+constexpr uint32_t kTitleText = 942;
+constexpr uint32_t kValueText = 943;
+constexpr uint32_t kBadTitleText = 946;
+
+// Not the element that the loader reads "fzsl" from: names in the document are told apart by case,
+// and documents hold their hidden options here.
+constexpr const char* kPath = "Cfg\\Other";
+
+// Whatever else is typed would leave a document that cannot be read again.
+bool isAttributeName(std::string_view name) {
+  const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+  const auto goesOn = [&](char c) {
+    return isLetter(c) || (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '_';
+  };
+  return !name.empty() && isLetter(name.front()) && std::all_of(name.begin(), name.end(), goesOn);
+}
+
+}  // namespace
+
+bool editHiddenOption(ConfigStore& store, const TextPrompt& prompt, const TextTeller& tell) {
+  const auto title = prompt(textOf(kCaptionText), textOf(kTitleText), "");
+  if (!title) return false;
+  if (!isAttributeName(*title)) {
+    tell(textOf(kBadTitleText));
+    return false;
+  }
+  const auto value = prompt(textOf(kCaptionText), textOf(kValueText),
+                            XmlGetString(kPath, *title, "", nullptr, &store.document()));
+  if (!value) return false;
+  XmlSetString(kPath, *title, *value, nullptr, &store.document());
+  store.markChanged();
+  if (!store.save()) tell(textWith(kNotWrittenText, store.path()));
+  return true;
+}
+
+}  // namespace vgps

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+// The system's own dialogs for files and folders that exist. Nothing when the person gave up. They
+// begin where `current` lies, and leave the program's current folder alone: names like ".\maps"
+// count from it.
+namespace vgps {
+
+std::optional<std::string> chooseExistingFile(HWND owner, std::string_view kind,
+                                              std::string_view pattern, const std::string& current);
+std::optional<std::string> chooseExistingFolder(HWND owner, const std::string& current);
+
+}  // namespace vgps

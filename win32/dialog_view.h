@@ -1,0 +1,47 @@
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <map>
+
+#include "platform/dialog_view.h"
+
+namespace vgps {
+
+// An open dialog of the system.
+class WindowDialogView : public DialogView {
+ public:
+  explicit WindowDialogView(HWND dialog) : dialog_(dialog) {}
+
+  bool has(uint16_t control) override;
+  void setText(uint16_t control, std::string_view text) override;
+  std::string text(uint16_t control) override;
+  void limitText(uint16_t control, size_t units) override;
+  void setChecked(uint16_t control, bool checked) override;
+  bool checked(uint16_t control) override;
+  void setItems(uint16_t control, std::span<const std::string> items) override;
+  void select(uint16_t control, int item) override;
+  int selected(uint16_t control) override;
+  void setColour(uint16_t control, Colour colour) override;
+  Colour colour(uint16_t control) override;
+  void enable(uint16_t control, bool enabled) override;
+  std::optional<std::string> chooseFile(std::string_view kind, std::string_view pattern,
+                                        const std::string& current) override;
+  std::optional<std::string> chooseFolder(const std::string& current) override;
+  std::optional<Colour> chooseColour(Colour current) override;
+  void playSound(const std::string& file, const char* name) override;
+  void tell(std::string_view text) override;
+
+  // Draws a button that shows a colour. False when the control is none.
+  bool drawColour(const DRAWITEMSTRUCT& item);
+
+ private:
+  HWND control(uint16_t number) const { return GetDlgItem(dialog_, number); }
+
+  HWND dialog_;
+  std::map<uint16_t, Colour> colours_;
+  std::array<COLORREF, 16> mixedColours_{};  // that the person made while this dialog is open
+};
+
+}  // namespace vgps
