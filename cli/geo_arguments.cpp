@@ -20,16 +20,18 @@ std::string lowered(std::string text) {
 
 // A number of the list or a name in it.
 CLI::Validator ellipsoidWord() {
-  return {[](std::string& text) -> std::string {
-            for (size_t i = 1; i < kEllipsoids; ++i) {
-              const std::string number = std::to_string(i);
-              if (text != number && lowered(text) != lowered(ellipsoids()[i].name)) continue;
-              text = number;
-              return {};
-            }
-            return text + " is no ellipsoid (see vgps geo utm --help)";
-          },
-          ""};
+  return {
+      [](std::string& text) -> std::string {
+        for (size_t i = 1; i < kEllipsoids; ++i) {
+          const std::string number = std::to_string(i);
+          if (text != number && lowered(text) != lowered(ellipsoids()[i].name)) continue;
+          text = number;
+          return {};
+        }
+        return text +
+               " is neither a number from 1 to 23 nor a name of the list in vgps geo utm --help";
+      },
+      ""};
 }
 
 CLI::Validator plainNumber() {

@@ -102,15 +102,38 @@ void addXml(CLI::App& program, Chosen& chosen) {
   command->callback([options, &chosen] { chosen = [options] { return runXml(*options); }; });
 }
 
-// "monitor, replay or xml"
-std::string commandNames(const CLI::App& program) {
-  const auto commands = program.get_subcommands([](const CLI::App*) { return true; });
-  std::string names;
-  for (size_t i = 0; i < commands.size(); ++i) {
-    if (i > 0) names += i + 1 == commands.size() ? " or " : ", ";
-    names += commands[i]->get_name();
+std::vector<std::string> commandNames(const CLI::App& program) {
+  std::vector<std::string> names;
+  for (const CLI::App* const command :
+       program.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(command->get_name());
   }
   return names;
+}
+
+// "monitor, replay or xml"
+std::string listed(const std::vector<std::string>& names) {
+  std::string text;
+  for (size_t i = 0; i < names.size(); ++i) {
+    if (i > 0) text += i + 1 == names.size() ? " or " : ", ";
+    text += names[i];
+  }
+  return text;
+}
+
+// The library takes "-.5" for an option; "-0.5" it knows for a number.
+void giveZerosToNumbers(std::vector<std::string>& arguments) {
+  for (std::string& argument : arguments) {
+    if (argument.starts_with("-.")) argument.insert(1, 1, '0');
+  }
+}
+
+// Where the help for these words stands.
+std::string helpFor(const CLI::App& program, const std::vector<std::string>& arguments) {
+  const std::vector<std::string> names = commandNames(program);
+  const bool known =
+      !arguments.empty() && std::find(names.begin(), names.end(), arguments[0]) != names.end();
+  return " (see vgps " + (known ? arguments[0] + " " : "") + "--help)";
 }
 
 std::string firstLine(std::string_view text) {
@@ -166,6 +189,8 @@ int runProgram(std::vector<std::string> arguments) {
                          addTrackCommand, addGeoCommand, addSettings, addXml}) {
     add(program, chosen);
   }
+  if (!arguments.empty() && arguments[0] == "geo") giveZerosToNumbers(arguments);
+  const std::string help = helpFor(program, arguments);
   arguments = withValueMarked(std::move(arguments));
   std::reverse(arguments.begin(), arguments.end());  // as this overload of parse takes them
   try {
@@ -173,10 +198,9 @@ int runProgram(std::vector<std::string> arguments) {
   } catch (const CLI::Success& wanted) {  // --help, --version
     return program.exit(wanted);
   } catch (const CLI::ParseError& error) {
-    return fail(firstLine(error.what()) + " (see vgps --help)");
+    return fail(firstLine(error.what()) + help);
   }
-  return chosen ? chosen()
-                : fail("say what to do: " + commandNames(program) + " (see vgps --help)");
+  return chosen ? chosen() : fail("say what to do: " + listed(commandNames(program)) + help);
 }
 
 }  // namespace vgps

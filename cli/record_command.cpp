@@ -139,6 +139,12 @@ std::optional<int64_t> firstDayOf(const std::string& path) {
   return clock.firstDay();
 }
 
+// "1 point", "2 fixes"
+std::string countText(size_t count, const std::string& what) {
+  const char* const plural = what.ends_with('x') ? "es" : "s";
+  return std::to_string(count) + " " + what + (count == 1 ? "" : plural);
+}
+
 }  // namespace
 
 int runRecord(const RecordOptions& options) {
@@ -159,8 +165,9 @@ int runRecord(const RecordOptions& options) {
                     : "no fix in " + options.log + " passed the filter: no track was written");
   }
   if (!recorder->save()) return fail("cannot write " + options.output);
-  std::printf("%s: %zu points of %zu fixes\n", options.output.c_str(), recorder->points(),
-              recorder->fixes());
+  std::printf("%s: %s of %s\n", options.output.c_str(),
+              countText(recorder->points(), "point").c_str(),
+              countText(recorder->fixes(), "fix").c_str());
   return finishOutput();
 }
 
