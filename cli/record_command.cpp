@@ -148,6 +148,7 @@ std::string countText(size_t count, const std::string& what) {
 }  // namespace
 
 int runRecord(const RecordOptions& options) {
+  if (options.output == options.log) return fail("the track cannot take the place of its log");
   ConfigStore store;
   Settings settings;
   if (!options.settings.empty()) {

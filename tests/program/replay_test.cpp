@@ -45,7 +45,7 @@ int compareAnswers(bool own) {
   return compared;
 }
 
-TEST(Replay, OwnLogsLeadToTheExpectedAnswers) { EXPECT_EQ(compareAnswers(true), 6); }
+TEST(Replay, OwnLogsLeadToTheExpectedAnswers) { EXPECT_EQ(compareAnswers(true), 7); }
 
 TEST(Replay, RecordedLogsLeadToTheExpectedAnswers) {
   SKIP_WITHOUT_DATA();
@@ -282,6 +282,13 @@ TEST(Program, OneClearLineWhenSomethingIsWrong) {
 
 TEST(Program, HelpAndVersion) {
   EXPECT_TRUE(runProgram({"--version"}).output.starts_with("vgps "));
+  for (const char* command : {"record", "info", "track", "geo"}) {
+    const Finished help = runProgram({command, "--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.output.find("\nUsage: vgps "), std::string::npos) << command;
+  }
+  const std::string record = runProgram({"record", "--help"}).output;
+  EXPECT_NE(record.find("taken from the log's own UTC"), std::string::npos);
   for (const char* command : {"monitor", "replay", "ports"}) {
     const Finished help = runProgram({command, "--help"});
     EXPECT_EQ(help.status, 0);

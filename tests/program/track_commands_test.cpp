@@ -122,6 +122,8 @@ TEST_F(TrackCommands, NothingIsWrittenOfNothing) {
       {{"record", "--replay", log, "-o", out, "--settings", path("none.xml")},
        "no settings file " + path("none.xml")},
       {{"record", "--replay", log, "-o", out, "--settings", log}, log + " holds no settings"},
+      {{"record", "--replay", nowhere, "-o", nowhere},
+       "the track cannot take the place of its log"},
       {{"record", "-o", out}, "--replay is required"},
   };
   for (const auto& row : rows) {
@@ -285,7 +287,9 @@ TEST(GeoCommands, AnswersAndComplaints) {
       {{"utm", "-33.8568,151.2153"}, 0, "56H 334900 6252288\n"},
       {{"utm", "-0.5, 10"}, 0, "32M 611276 9944726\n"},
       {{"utm", "84.0001,20"}, 0, "34 488330 9328206\n"},
-      {{"utm", "48.1173,11.516666667", "--ellipsoid", "bessel 1841 (nambia)"}, 0, "32U 687279 5331929\n"},
+      {{"utm", "48.1173,11.516666667", "--ellipsoid", "bessel 1841 (nambia)"},
+       0,
+       "32U 687279 5331929\n"},
       {{"utm", "48.1173,11.516666667", "--ellipsoid", "3"}, 0, "32U 687276 5331857\n"},
       {{"dms", "-33.8568,-74.006"}, 0, "33 51' 24.480''S 74 0' 21.600''W\n"},
       {{"mgrs", "48.1173,11.516667"}, 0, "32U PU 87299 32401\n"},
