@@ -12,8 +12,6 @@
 #include "app/ui_mailbox.h"
 #include "platform/files.h"
 #include "tests/fakes/app_world.h"
-#include "tests/track/recording_world.h"
-#include "track/track_file.h"
 
 namespace vgps {
 namespace {
@@ -79,13 +77,12 @@ TEST(Road, FromTheLineToTheTrackFile) {
   std::filesystem::create_directories(folder);
   RoadWorld world;
   FakeLine& line = world.ports.add(devicePath("COM3"));
-  Track track;
-  RecordingOptions options;
+  world.app.settings.trackStorePath = folder;
+  RecordingOptions& options = world.app.recordingOptions;
   options.recordCell = options.recordSpeed = options.recordTime = options.recordCourse = true;
-  FakeRecordingHooks hooks;
-  Recording recording(track, options, hooks, world.clock);
-  world.app.offerFix = [&](const UiFix& fix) { recording.offer(fix.fix); };
-  recording.start();
+  Recording& recording = world.app.recording;
+  world.app.track.state = kIdle;
+  ASSERT_TRUE(recording.start());
   ASSERT_TRUE(connectReceiver(world.app, {.port = "COM3"}));
 
   const struct {
@@ -121,7 +118,6 @@ TEST(Road, FromTheLineToTheTrackFile) {
     ASSERT_TRUE(world.serve([&] { return world.app.shown.stats.total() == lines; }));
   }
   recording.stop(nullptr, false);
-  ASSERT_EQ(saveTrackFile(track, folder, options, world.clock.localNow), TrackSaving::saved);
 
   std::ifstream file(pathIn(folder, "Track05_07_2010_09_03.XML"), std::ios::binary);
   std::ostringstream text;
