@@ -55,8 +55,55 @@ struct XmlOptions {
 };
 int runXml(const XmlOptions& options);
 
+// Fixes of a log through the recording filter into a track file.
+struct RecordOptions {
+  std::string log;
+  std::string output;
+  std::string settings;  // empty: those of a program that starts for the first time
+  int32_t utcOffsetMinutes = 0;
+};
+int runRecord(const RecordOptions& options);
+
+struct InfoOptions {
+  std::string file;
+  int32_t speedUnit = 0;  // SpeedUnit of the file's speeds
+  bool json = false;
+};
+int runInfo(const InfoOptions& options);
+
+// A track file into another. Points count from 1, as the program numbers them.
+struct TrackOptions {
+  enum class Action { join, split, reverse, thin, trim };
+  Action action = Action::join;
+  std::vector<std::string> files;
+  std::string output;
+  std::string secondOutput;  // of a split
+  uint32_t at = 0;           // of a split: the first point of the second part
+  double metres = 0;         // of thinning; 0: the program's own
+  double angle = 0;          // likewise, degrees
+  std::string from, to;      // of trimming: a point's number or a local time; empty: the end
+};
+int runTrack(const TrackOptions& options);
+
+struct GeoOptions {
+  enum class Action { distance, bearing, destination, utm, dms, mgrs, locator };
+  Action action = Action::distance;
+  std::vector<std::string> positions;  // LAT,LON each
+  int32_t unit = 0;                    // DistanceUnit
+  int32_t ellipsoid = 0;               // index
+  int digits = 0;                      // of each of a grid reference's two numbers
+  int pairs = 0;                       // of characters in a locator
+  double course = 0;                   // degrees true
+  double way = 0;                      // in the unit
+  bool json = false;
+};
+int runGeo(const GeoOptions& options);
+
 // One clear line on standard error; the exit status of a failure.
 int fail(std::string_view message);
+
+// One line on standard error about something that does not end the command.
+void warn(std::string_view message);
 
 // Writes to standard output what is still held back; a failure (a full disk) is told.
 int finishOutput();

@@ -2,119 +2,138 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <array>
 #include <cstdio>
+#include <memory>
 
 #include "base/number.h"
+#include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/version.h"
 
 namespace vgps {
 namespace {
 
-// In the order of TalkerSetting.
-constexpr std::array<std::string_view, 3> kTalkerWords = {"auto", "always", "never"};
-
-// The library's own checks speak of limits and mappings; a person wants to read what is allowed.
-CLI::Validator above0() {
-  return {[](const std::string& text) {
-            return leadingDouble(text) > 0 ? std::string() : text + " is no number above 0";
-          },
-          ""};
-}
-
-CLI::Validator talkerWord() {
-  return {[](std::string& text) -> std::string {
-            const auto found = std::find(kTalkerWords.begin(), kTalkerWords.end(), text);
-            if (found == kTalkerWords.end()) return text + " is none of auto, always, never";
-            text = std::to_string(found - kTalkerWords.begin());
-            return {};
-          },
-          ""};
-}
-
-CLI::App* addMonitor(CLI::App& program, MonitorOptions& options) {
+void addMonitor(CLI::App& program, Chosen& chosen) {
+  const auto options = std::make_shared<MonitorOptions>();
   CLI::App* const command = program.add_subcommand(
       "monitor",
       "Show the live fix of a receiver: one refreshed block on a terminal, one line a second "
       "otherwise. Ends with Ctrl-C.");
-  command->add_option("--port", options.port, "The receiver's port (/dev/ttyUSB0, COM3)")
+  command->add_option("--port", options->port, "The receiver's port (/dev/ttyUSB0, COM3)")
       ->option_text("DEV");
-  command->add_option("--speed", options.speed, "Line speed in baud")
+  command->add_option("--speed", options->speed, "Line speed in baud")
       ->check(above0())
       ->option_text("N (9600)");
-  command->add_flag("--simulate", options.simulate, "A built-in trip instead of a receiver");
-  command->add_option("--log", options.logPath, "Append what is received to this file")
+  command->add_flag("--simulate", options->simulate, "A built-in trip instead of a receiver");
+  command->add_option("--log", options->logPath, "Append what is received to this file")
       ->option_text("FILE");
-  command->add_flag("--json", options.json, "Print one JSON object a second");
-  command->add_option("--for", options.seconds, "End after so many seconds")
+  command->add_flag("--json", options->json, "Print one JSON object a second");
+  command->add_option("--for", options->seconds, "End after so many seconds")
       ->check(above0())
       ->option_text("SECONDS");
-  return command;
+  command->callback([options, &chosen] { chosen = [options] { return runMonitor(*options); }; });
 }
 
-CLI::App* addReplay(CLI::App& program, ReplayOptions& options) {
+void addReplay(CLI::App& program, Chosen& chosen) {
+  const auto options = std::make_shared<ReplayOptions>();
   CLI::App* const command = program.add_subcommand(
       "replay",
       "Read a recorded log (NMEA text, SiRF binary, or both) as fast as it goes and print the "
       "state it leads to.");
-  command->add_option("FILE", options.path, "The log")->required()->option_text(" ");
-  command->add_flag("--json", options.json, "Print the state as one JSON object");
-  command->add_flag("--lines", options.lines, "Print one JSON object for each line of the log");
+  command->add_option("FILE", options->path, "The log")->required()->option_text(" ");
+  command->add_flag("--json", options->json, "Print the state as one JSON object");
+  command->add_flag("--lines", options->lines, "Print one JSON object for each line of the log");
   command
-      ->add_option("--talkers", options.talkers,
+      ->add_option("--talkers", options->talkers,
                    "Whether RMC, GGA and GSA of other talkers than GP count: auto (when GP is "
                    "silent), always, never")
-      ->transform(talkerWord())
+      ->transform(oneOf({{"auto", 0}, {"always", 1}, {"never", 2}}))
       ->option_text("auto|always|never");
   command
-      ->add_option("--utc-offset", options.utcOffsetMinutes,
+      ->add_option("--utc-offset", options->utcOffsetMinutes,
                    "UTC minus local time in minutes: -120 where clocks are two hours ahead of UTC")
       ->check(CLI::Range(-1440, 1440))
       ->option_text("MINUTES");
-  return command;
+  command->callback([options, &chosen] { chosen = [options] { return runReplay(*options); }; });
 }
 
-CLI::App* addPorts(CLI::App& program, PortsOptions& options) {
+void addPorts(CLI::App& program, Chosen& chosen) {
+  const auto options = std::make_shared<PortsOptions>();
   CLI::App* const command = program.add_subcommand(
       "ports",
       "Listen to every serial port for three seconds and tell where a receiver answers, and why "
       "not elsewhere.");
-  command->add_option("--port", options.ports, "Only these ports")->option_text("DEV");
-  command->add_option("--speed", options.speed, "Line speed in baud")
+  command->add_option("--port", options->ports, "Only these ports")->option_text("DEV");
+  command->add_option("--speed", options->speed, "Line speed in baud")
       ->check(above0())
       ->option_text("N (9600)");
-  command->add_flag("--json", options.json, "Print JSON");
-  return command;
+  command->add_flag("--json", options->json, "Print JSON");
+  command->callback([options, &chosen] { chosen = [options] { return runPorts(*options); }; });
 }
 
-CLI::App* addSettings(CLI::App& program, SettingsOptions& options) {
+void addSettings(CLI::App& program, Chosen& chosen) {
+  const auto options = std::make_shared<SettingsOptions>();
   CLI::App* const command =
       program.add_subcommand("settings", "Show and change the settings in vgps.xml.");
-  command->add_option("--file", options.file, "The document (vgps.xml beside the program)")
+  command->add_option("--file", options->file, "The document (vgps.xml beside the program)")
       ->option_text("FILE");
   command->require_subcommand(1);
   CLI::App* const list = command->add_subcommand("list", "Every setting with its value");
-  list->add_flag("--json", options.json, "Print JSON");
+  list->add_flag("--json", options->json, "Print JSON");
   CLI::App* const get = command->add_subcommand("get", "One value");
   CLI::App* const set = command->add_subcommand("set", "Change one value in the file at once");
   for (CLI::App* const one : {list, get, set}) one->fallthrough();
   for (CLI::App* const one : {get, set}) {
-    one->add_option("PATH", options.path, "Of elements: cfg\\gps")->required()->option_text(" ");
-    one->add_option("KEY", options.key, "The attribute: port")->required()->option_text(" ");
+    one->add_option("PATH", options->path, "Of elements: cfg\\gps")->required()->option_text(" ");
+    one->add_option("KEY", options->key, "The attribute: port")->required()->option_text(" ");
   }
-  set->add_option("VALUE", options.value, "What it is set to")->required()->option_text(" ");
-  get->callback([&options] { options.action = SettingsOptions::Action::get; });
-  set->callback([&options] { options.action = SettingsOptions::Action::set; });
-  return command;
+  set->add_option("VALUE", options->value, "What it is set to")->required()->option_text(" ");
+  get->callback([options] { options->action = SettingsOptions::Action::get; });
+  set->callback([options] { options->action = SettingsOptions::Action::set; });
+  command->callback([options, &chosen] { chosen = [options] { return runSettings(*options); }; });
 }
 
-CLI::App* addXml(CLI::App& program, XmlOptions& options) {
+void addXml(CLI::App& program, Chosen& chosen) {
+  const auto options = std::make_shared<XmlOptions>();
   CLI::App* const command = program.add_subcommand(
       "xml", "Read an XML file, and save it in the program's own layout when -o is given.");
-  command->add_option("FILE", options.file, "The file")->required()->option_text(" ");
-  command->add_option("-o", options.output, "Where to save it")->option_text("OUT");
-  return command;
+  command->add_option("FILE", options->file, "The file")->required()->option_text(" ");
+  command->add_option("-o", options->output, "Where to save it")->option_text("OUT");
+  command->callback([options, &chosen] { chosen = [options] { return runXml(*options); }; });
+}
+
+std::vector<std::string> commandNames(const CLI::App& program) {
+  std::vector<std::string> names;
+  for (const CLI::App* const command :
+       program.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(command->get_name());
+  }
+  return names;
+}
+
+// "monitor, replay or xml"
+std::string listed(const std::vector<std::string>& names) {
+  std::string text;
+  for (size_t i = 0; i < names.size(); ++i) {
+    if (i > 0) text += i + 1 == names.size() ? " or " : ", ";
+    text += names[i];
+  }
+  return text;
+}
+
+// The library takes "-.5" for an option; "-0.5" it knows for a number.
+void giveZerosToNumbers(std::vector<std::string>& arguments) {
+  for (std::string& argument : arguments) {
+    if (argument.starts_with("-.")) argument.insert(1, 1, '0');
+  }
+}
+
+// Where the help for these words stands.
+std::string helpFor(const CLI::App& program, const std::vector<std::string>& arguments) {
+  const std::vector<std::string> names = commandNames(program);
+  const bool known =
+      !arguments.empty() && std::find(names.begin(), names.end(), arguments[0]) != names.end();
+  return " (see vgps " + (known ? arguments[0] + " " : "") + "--help)";
 }
 
 std::string firstLine(std::string_view text) {
@@ -123,8 +142,35 @@ std::string firstLine(std::string_view text) {
 
 }  // namespace
 
-int fail(std::string_view message) {
+CLI::Validator above0() {
+  return {[](const std::string& text) {
+            return leadingDouble(text) > 0 ? std::string() : text + " is no number above 0";
+          },
+          ""};
+}
+
+CLI::Validator oneOf(std::vector<std::pair<std::string, int>> words) {
+  return {[words = std::move(words)](std::string& text) -> std::string {
+            std::string names;
+            for (const auto& [word, number] : words) {
+              if (word != text) {
+                names += (names.empty() ? "" : ", ") + word;
+                continue;
+              }
+              text = std::to_string(number);
+              return {};
+            }
+            return text + " is none of " + names;
+          },
+          ""};
+}
+
+void warn(std::string_view message) {
   std::fprintf(stderr, "vgps: %.*s\n", static_cast<int>(message.size()), message.data());
+}
+
+int fail(std::string_view message) {
+  warn(message);
   return 1;
 }
 
@@ -134,19 +180,17 @@ int finishOutput() {
 }
 
 int runProgram(std::vector<std::string> arguments) {
-  CLI::App program("Reads GPS receivers and their logs.", "vgps");
+  CLI::App program("Reads GPS receivers and their logs, records tracks, edits them, calculates.",
+                   "vgps");
   program.allow_windows_style_options(false);  // "/log" is a path everywhere
   program.set_version_flag("--version", std::string("vgps ") + kVersion, "Print the version");
-  MonitorOptions monitorOptions;
-  ReplayOptions replayOptions;
-  PortsOptions portsOptions;
-  const CLI::App* const monitor = addMonitor(program, monitorOptions);
-  const CLI::App* const replay = addReplay(program, replayOptions);
-  const CLI::App* const ports = addPorts(program, portsOptions);
-  SettingsOptions settingsOptions;
-  XmlOptions xmlOptions;
-  const CLI::App* const settings = addSettings(program, settingsOptions);
-  addXml(program, xmlOptions);
+  Chosen chosen;
+  for (const auto add : {addMonitor, addReplay, addPorts, addRecordCommand, addInfoCommand,
+                         addTrackCommand, addGeoCommand, addSettings, addXml}) {
+    add(program, chosen);
+  }
+  if (!arguments.empty() && arguments[0] == "geo") giveZerosToNumbers(arguments);
+  const std::string help = helpFor(program, arguments);
   arguments = withValueMarked(std::move(arguments));
   std::reverse(arguments.begin(), arguments.end());  // as this overload of parse takes them
   try {
@@ -154,16 +198,9 @@ int runProgram(std::vector<std::string> arguments) {
   } catch (const CLI::Success& wanted) {  // --help, --version
     return program.exit(wanted);
   } catch (const CLI::ParseError& error) {
-    return fail(firstLine(error.what()) + " (see vgps --help)");
+    return fail(firstLine(error.what()) + help);
   }
-  if (program.get_subcommands().empty()) {
-    return fail("say what to do: monitor, replay, ports, settings or xml (see vgps --help)");
-  }
-  if (monitor->parsed()) return runMonitor(monitorOptions);
-  if (replay->parsed()) return runReplay(replayOptions);
-  if (ports->parsed()) return runPorts(portsOptions);
-  if (settings->parsed()) return runSettings(settingsOptions);
-  return runXml(xmlOptions);
+  return chosen ? chosen() : fail("say what to do: " + listed(commandNames(program)) + help);
 }
 
 }  // namespace vgps

@@ -1,6 +1,4 @@
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <memory>
 
 #include "app/app_state.h"
@@ -8,21 +6,15 @@
 #include "app/on_line.h"
 #include "base/text.h"
 #include "cli/commands.h"
-#include "cli/log_reader.h"
+#include "cli/log_file.h"
 #include "cli/quiet_platform.h"
 #include "cli/replay_clock.h"
 #include "cli/state_json.h"
 #include "cli/state_text.h"
-#include "platform/files.h"
 
 // The same road as a receiver's line takes, all on one thread: the hand-over is a direct call.
 namespace vgps {
 namespace {
-
-struct CloseFile {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
 
 class Replay {
  public:
@@ -35,9 +27,9 @@ class Replay {
     door_.setHandler([this](const UiMessage& message) { handle(message); });
   }
 
-  void play(LogReader& reader) {
+  void play(LogFile& log) {
     LogPiece piece;
-    while (reader.next(piece)) {
+    while (log.next(piece)) {
       if (!piece.binary) clock_.advanceTo(piece.text);
       lineCame_ = false;
       app_.fix.onReceive(piece.chunk);
@@ -82,20 +74,10 @@ class Replay {
 }  // namespace
 
 int runReplay(const ReplayOptions& options) {
-  errno = 0;
-  const File file(openFile(options.path, "rb"));
-  if (file == nullptr) {
-    return fail("cannot read " + options.path + ": " + std::strerror(errno));
-  }
-  std::setvbuf(file.get(), nullptr, _IONBF, 0);  // the log reader has blocks of its own
-  LogReader reader([&](std::span<char> buffer) {
-    return std::fread(buffer.data(), 1, buffer.size(), file.get());
-  });
+  LogFile log(options.path);
   const auto replay = std::make_unique<Replay>(options);
-  replay->play(reader);
-  if (std::ferror(file.get()) != 0) {
-    return fail("cannot read " + options.path + ": " + std::strerror(errno));
-  }
+  replay->play(log);
+  if (!log.complaint().empty()) return fail(log.complaint());
   if (!options.lines) replay->print();
   return finishOutput();
 }

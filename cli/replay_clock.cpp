@@ -34,19 +34,22 @@ int32_t timeOfDay(std::string_view field) {
   return time < kDayMs ? time : -1;
 }
 
-// From one time of day to another without a date: more than -12 h, at most +12 h.
+}  // namespace
+
+int32_t timeOfDayIn(std::string_view line) {
+  if (!isPositionSentence(line)) return -1;
+  line.remove_prefix(7);
+  return timeOfDay(line.substr(0, line.find(',')));
+}
+
 int32_t shortestStep(int32_t from, int32_t to) {
   const int32_t step = to - from;
   if (step > kDayMs / 2) return step - kDayMs;
   return step <= -kDayMs / 2 ? step + kDayMs : step;
 }
 
-}  // namespace
-
 void ReplayClock::advanceTo(std::string_view line) {
-  if (!isPositionSentence(line)) return;
-  line.remove_prefix(7);
-  const int32_t time = timeOfDay(line.substr(0, line.find(',')));
+  const int32_t time = timeOfDayIn(line);
   if (time < 0) return;
   if (timeOfDay_ < 0) timeOfDay_ = time;
   const int32_t step = shortestStep(timeOfDay_, time);

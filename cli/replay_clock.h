@@ -7,6 +7,13 @@
 
 namespace vgps {
 
+// The UTC time of day of an RMC or GGA sentence of any talker in milliseconds, -1 when the line has
+// none.
+int32_t timeOfDayIn(std::string_view line);
+
+// From one time of day to another without a date, in milliseconds: more than -12 h, at most +12 h.
+int32_t shortestStep(int32_t from, int32_t to);
+
 // The time of a replay comes from the log, so that a replay gives the same answer every time. The
 // tick starts at 1,000 and goes on by the differences of the UTC times of day in RMC and GGA of any
 // talker.

@@ -103,8 +103,4 @@ Json stateJson(const UiFix& shown, const GpsFix& connection) {
           {"inputProtocol", shown.inputProtocol}};
 }
 
-std::string jsonText(const Json& json, int indent) {
-  return json.dump(indent, ' ', false, Json::error_handler_t::replace);
-}
-
 }  // namespace vgps

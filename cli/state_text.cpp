@@ -112,14 +112,4 @@ std::vector<TextRow> stateRows(const UiFix& shown) {
   };
 }
 
-std::string alignedText(const std::vector<TextRow>& rows) {
-  size_t width = 0;
-  for (const TextRow& row : rows) width = std::max(width, row.label.size());
-  std::string text;
-  for (const TextRow& row : rows) {
-    text += row.label + std::string(width + 2 - row.label.size(), ' ') + row.value + "\n";
-  }
-  return text;
-}
-
 }  // namespace vgps

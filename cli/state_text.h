@@ -5,14 +5,10 @@
 #include <vector>
 
 #include "app/app_state.h"
+#include "cli/text_rows.h"
 
 // The state in words and figures, for a person at a terminal.
 namespace vgps {
-
-struct TextRow {
-  std::string label;
-  std::string value;
-};
 
 // "no fix", "GPS fix", "RTK fixed" ...: what a GGA calls the quality of a fix.
 std::string fixStatusText(int32_t fixStatus);
@@ -25,8 +21,5 @@ std::string timeText(const DateTime& time);
 
 // Fix, satellites and what came down the line.
 std::vector<TextRow> stateRows(const UiFix& shown);
-
-// Labels padded to one width.
-std::string alignedText(const std::vector<TextRow>& rows);
 
 }  // namespace vgps

@@ -43,10 +43,13 @@ double surfaceDistance(float lon1, float lat1, float lon2, float lat2, int32_t u
 
 double distance3d(float x1, float y1, float z1, float x2, float y2, float z2, int32_t unit,
                   int32_t displayUnit) {
-  const double surface = kilometresBetween(x1, y1, x2, y2);
+  return inUnit(slantKilometres(kilometresBetween(x1, y1, x2, y2), z1, z2), unit, displayUnit);
+}
+
+double slantKilometres(double surfaceKilometres, float z1, float z2) {
   const double height =
       static_cast<float>(std::fabs(static_cast<double>(z1) - static_cast<double>(z2)) / 1000);
-  return inUnit(std::sqrt(square(surface) + square(height)), unit, displayUnit);
+  return std::sqrt(square(surfaceKilometres) + square(height));
 }
 
 double pointDistance(const Position& first, const Position& second, int32_t unit,

@@ -34,6 +34,10 @@ double surfaceDistance(float lon1, float lat1, float lon2, float lat2, int32_t u
 double distance3d(float x1, float y1, float z1, float x2, float y2, float z2, int32_t unit,
                   int32_t displayUnit);
 
+// A surface distance and the height between its ends (metres), both in kilometres: what distance3d
+// makes of them, for those who have the surface distance already.
+double slantKilometres(double surfaceKilometres, float z1, float z2);
+
 double pointDistance(const Position& first, const Position& second, int32_t unit,
                      int32_t displayUnit, bool withAltitude);
 

@@ -1,6 +1,6 @@
 #!/bin/bash
-# Renews the expected answers in tests/answers: the state to which each recorded log leads. Read the
-# difference before committing it.
+# Renews the expected answers in tests/answers: the state to which each recorded log leads, and the
+# track of a log with recording settings beside it. Read the difference before committing it.
 #
 #   tools/renew_answers.sh [PROGRAM]     PROGRAM: the vgps to ask, build/native/bin/vgps by default
 set -euo pipefail
@@ -14,5 +14,10 @@ fi
 for log in tests/logs/*.nmea tests/logs/*.log "$data"/nmea/*; do
   [ -f "$log" ] || continue
   "$program" replay --json "$log" >"tests/answers/$(basename "$log").json"
+done
+for settings in tests/logs/*.settings.xml; do
+  ride=${settings%.settings.xml}
+  "$program" record --replay "$ride.nmea" --settings "$settings" \
+    -o "tests/answers/tracks/$(basename "$ride").XML" >/dev/null
 done
 git --no-pager diff --stat -- tests/answers

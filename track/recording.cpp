@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "geo/distance.h"
+#include "geo/units.h"
 
 namespace vgps {
 namespace {
@@ -110,10 +111,13 @@ bool Recording::passesCountdown() {
 
 void Recording::addDistance(const FixRecord& fix) {
   if (current_.points.empty()) return;
-  const Position last = positionOf(current_.points.back());
-  const int32_t unit = options_.distanceUnit;
-  distance_ += pointDistance(last, positionOf(fix), unit, unit, false);
-  distance3d_ += pointDistance(last, positionOf(fix), unit, unit, true);
+  const TrackPoint& last = current_.points.back();
+  const double surface =
+      pointDistance(positionOf(last), positionOf(fix), kKilometres, kKilometres, false);
+  const double slant =
+      slantKilometres(surface, static_cast<float>(last.altitude), static_cast<float>(fix.altitude));
+  distance_ += distanceInUnit(surface, options_.distanceUnit);
+  distance3d_ += distanceInUnit(slant, options_.distanceUnit);
 }
 
 void Recording::record(const FixRecord& fix, uint32_t force) {

@@ -13,6 +13,14 @@ namespace vgps {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
+constexpr std::string_view kLibraryRoot = "root";
+
+std::string fileText(const Track& track, const RecordingOptions& options) {
+  std::string text(kXmlDeclaration);
+  text += "\r\n";
+  text += trackText(track, options, {}, 0);
+  return text;
+}
 
 TrackSaving save(const std::string& path, std::string_view text, const ExclusiveOpener& open) {
   if (path.empty()) return TrackSaving::noFreeName;
@@ -77,12 +85,15 @@ bool putTagBack(const std::string& path, XmlDocument& document) {
 TrackSaving saveTrackFile(Track& track, const std::string& folder, const RecordingOptions& options,
                           const DateTime& local, const ExclusiveOpener& open) {
   if (track.name.empty()) track.name = trackNameFromTime(local);
-  std::string text(kXmlDeclaration);
-  text += "\r\n";
-  text += trackText(track, options, {}, 0);
-  const TrackSaving result = save(freeTrackPath(folder, track.name), text, open);
+  const std::string path = freeTrackPath(folder, track.name);
+  const TrackSaving result = save(path, fileText(track, options), open);
   if (result == TrackSaving::saved) dropWrittenAttachments(track);
   return result;
+}
+
+bool writeTrackFile(const Track& track, const std::string& path, const RecordingOptions& options,
+                    const ExclusiveOpener& open) {
+  return writeWholeFile(path, fileText(track, options), open);
 }
 
 TrackSaving importTrackFile(XmlElement element, const std::string& folder,
@@ -105,6 +116,8 @@ TrackLoading loadTrackFile(const std::string& path, int32_t speedUnit, Track& tr
     default: return TrackLoading::notATrack;
   }
   bool whole = document.GetRootElement().storedName() == "t";
+  // A library has many tracks; its first one is not what is meant.
+  if (document.GetRootElement().storedName() == kLibraryRoot) return TrackLoading::notATrack;
   if (document.GetRootElement().storedName() == "p" && !putTagBack(path, document)) {
     return TrackLoading::notATrack;
   }

@@ -23,6 +23,11 @@ enum class TrackSaving {
 TrackSaving saveTrackFile(Track& track, const std::string& folder, const RecordingOptions& options,
                           const DateTime& local, const ExclusiveOpener& open = openExclusive);
 
+// Writes the track to that path, in place of what is there. False when the disk did not take it;
+// then nothing has changed.
+bool writeTrackFile(const Track& track, const std::string& path, const RecordingOptions& options,
+                    const ExclusiveOpener& open = openExclusive);
+
 // Saves a track element that came from another program.
 TrackSaving importTrackFile(XmlElement element, const std::string& folder,
                             const ExclusiveOpener& open = openExclusive);

@@ -30,6 +30,8 @@ TEST(Dms, PartsAreCutAndTheFractionIsA32BitFloat) {
       {-74.006, AngleKind::longitude, "74 0' 21.600''W", -1},
       {89.99999, AngleKind::latitude, "89 59' 59.963''N", 1},
       {-0.5, AngleKind::latitude, "0 30' 0.000''S", -1},
+      {1.0 / 3600, AngleKind::none, "0 0' 1.000'' ", 1},
+      {-0.5, AngleKind::longitude, "0 30' 0.000''W", -1},
       {-0.5, AngleKind::none, "0 30' 0.000'' ", -1},
       {0, AngleKind::latitude, "0 0' 0.000''N", 1},
       {-0.0, AngleKind::longitude, "0 0' 0.000''E", 1},

@@ -62,6 +62,7 @@ TEST(Utm, OtherEllipsoids) {
   EXPECT_NEAR(utmFromDegrees(3, 48.1173, 11.516666666666667).easting, 687276.80164385866, 1e-6);
   EXPECT_NEAR(utmFromDegrees(3, 48.1173, 11.516666666666667).northing, 5331857.0899885651, 1e-6);
   EXPECT_NEAR(utmFromDegrees(14, 48.1173, 11.516666666666667).easting, 687308.42024621065, 1e-6);
+  EXPECT_NEAR(utmFromDegrees(14, 48.1173, 11.516666666666667).northing, 5332505.6135484595, 1e-6);
   const UtmPosition standard = utmFromDegrees(kWgs84, 48.1173, 11.516667);
   for (const int32_t unusable : {0, -1, 24, 99}) {
     EXPECT_EQ(utmFromDegrees(unusable, 48.1173, 11.516667).easting, standard.easting);

@@ -45,7 +45,7 @@ int compareAnswers(bool own) {
   return compared;
 }
 
-TEST(Replay, OwnLogsLeadToTheExpectedAnswers) { EXPECT_EQ(compareAnswers(true), 6); }
+TEST(Replay, OwnLogsLeadToTheExpectedAnswers) { EXPECT_EQ(compareAnswers(true), 7); }
 
 TEST(Replay, RecordedLogsLeadToTheExpectedAnswers) {
   SKIP_WITHOUT_DATA();
@@ -268,7 +268,7 @@ TEST(Program, OneClearLineWhenSomethingIsWrong) {
       {{"monitor"}, "monitor needs --port DEV or --simulate; ports here: "},
       {{"monitor", "--port", "x", "--speed", "fast"}, "fast is no number above 0"},
       {{"monitor", "--simulate", "--log", "/no/folder/log"}, "cannot write the log /no/folder/log"},
-      {{}, "say what to do: monitor, replay, ports, settings or xml"},
+      {{}, "say what to do: monitor, replay, ports, record, info, track, geo, settings or xml"},
       {{"fly"}, "fly"},
   };
   for (const auto& row : rows) {
@@ -282,6 +282,13 @@ TEST(Program, OneClearLineWhenSomethingIsWrong) {
 
 TEST(Program, HelpAndVersion) {
   EXPECT_TRUE(runProgram({"--version"}).output.starts_with("vgps "));
+  for (const char* command : {"record", "info", "track", "geo"}) {
+    const Finished help = runProgram({command, "--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.output.find("\nUsage: vgps "), std::string::npos) << command;
+  }
+  const std::string record = runProgram({"record", "--help"}).output;
+  EXPECT_NE(record.find("taken from the log's own UTC"), std::string::npos);
   for (const char* command : {"monitor", "replay", "ports"}) {
     const Finished help = runProgram({command, "--help"});
     EXPECT_EQ(help.status, 0);

@@ -193,6 +193,36 @@ TEST_F(TrackFiles, AFullDiskLeavesNothingBehindAndTakesEverythingLater) {
   EXPECT_NE(fileText(pathIn(folder_, track_.name + ".XML")).find("Item 1"), std::string::npos);
 }
 
+TEST_F(TrackFiles, WhateverTheDiskRefusesTheOldFileStays) {
+  track_.points.push_back(samplePoint());
+  ASSERT_TRUE(writeTrackFile(track_, path_, {}));
+  const std::string old = fileText(path_);
+  track_.points.push_back(samplePoint());
+  for (const bool full : {true, false}) {
+    MemoryDisk disk;
+    disk.room = full ? 100 : SIZE_MAX;
+    disk.flushWorks = full;
+    EXPECT_FALSE(writeTrackFile(track_, path_, {}, disk.opener()));
+    EXPECT_TRUE(disk.files.empty());
+    XmlDocument document;
+    const XmlElement element = document.createElement("<t><p x=\"1\" y=\"2\"/></t>");
+    EXPECT_EQ(importTrackFile(element, folder_, disk.opener()), TrackSaving::notWritten);
+  }
+  EXPECT_EQ(fileText(path_), old);
+  // Another program is saving there; then it was killed while it did.
+  FileOpening opening{};
+  std::unique_ptr<ExclusiveFile> other = openExclusive(path_ + ".new", true, opening);
+  const std::vector<uint8_t> rest(old.size() * 4, 'x');
+  ASSERT_TRUE(other && other->writeAt(0, rest));
+  EXPECT_FALSE(writeTrackFile(track_, path_, {}));
+  EXPECT_EQ(fileText(path_), old);
+  other.reset();
+  EXPECT_TRUE(writeTrackFile(track_, path_, {}));
+  EXPECT_EQ(loadTrackFile(path_, 0, track_), TrackLoading::whole);
+  EXPECT_EQ(track_.points.size(), 2U);
+  EXPECT_EQ(names(), std::vector<std::string>{"Ride.XML"});
+}
+
 TEST_F(TrackFiles, Imported) {
   XmlDocument document;
   const XmlElement named = document.createElement("<t n=\"A/B\"><p x=\"1\" y=\"2\"/></t>");
@@ -267,6 +297,8 @@ TEST_F(TrackFiles, DamagedFilesGiveTheirGoodPart) {
       {"declaration as a tag", "<xml version=\"1.0\"?>\r\n<t>" + p + p + "</t>",
        TrackLoading::damaged, 2},
       {"nowhere", "<t><p x=\"0\" y=\"0\"/>" + p + "</t>", TrackLoading::whole, 1},
+      {"a library", "<root><tracks><t n=\"A\">" + p + "</t></tracks></root>",
+       TrackLoading::notATrack, 9},
       {"other XML", "<gpx/>", TrackLoading::notATrack, 9},
       {"no XML", "once upon a time", TrackLoading::notATrack, 9},
       {"empty", "", TrackLoading::notATrack, 9},

@@ -1,0 +1,112 @@
+#include <cstdio>
+
+#include "base/number.h"
+#include "cli/commands.h"
+#include "cli/json_text.h"
+#include "cli/position_text.h"
+#include "geo/dms.h"
+#include "geo/ellipsoids.h"
+#include "geo/great_circle.h"
+#include "geo/grid_texts.h"
+#include "geo/units.h"
+#include "geo/utm.h"
+
+namespace vgps {
+namespace {
+
+constexpr int kDecimals = 6;
+
+// What a question is answered with, for a person and for a program.
+struct Answer {
+  std::string text;
+  Json json;
+  std::string complaint;  // not empty: there is no answer
+};
+
+// "Km": the unit behind a distance text.
+std::string unitName(int32_t unit) {
+  const std::string text = distanceText(0, unit);
+  return text.substr(text.find(' ') + 1);
+}
+
+Answer distanceAnswer(const Position& from, const Position& to, int32_t unit) {
+  const double distance = pointDistance(from, to, unit, unit, false);
+  return {fixedText(distance, kDecimals) + " " + unitName(unit),
+          {{"distance", distance}, {"unit", unitName(unit)}},
+          {}};
+}
+
+Answer bearingAnswer(const Position& from, const Position& to) {
+  const double bearing = initialBearing(from, to);
+  return {fixedText(bearing, kDecimals) + " degrees", {{"bearing", bearing}}, {}};
+}
+
+double kilometresIn(double way, int32_t unit) { return way / distanceInUnit(1, unit); }
+
+Answer destinationAnswer(const Position& from, const GeoOptions& options) {
+  const Position to = destination(from, options.course, kilometresIn(options.way, options.unit));
+  return {fixedText(to.y, kDecimals) + "," + fixedText(to.x, kDecimals),
+          {{"latitude", to.y}, {"longitude", to.x}},
+          {}};
+}
+
+// The text has whole metres, cut as on the position display.
+Answer utmAnswer(const Position& at, int32_t ellipsoid) {
+  const UtmPosition utm = utmFromDegrees(ellipsoid, at.y, at.x);
+  return {utm.zoneText() + " " + decimalText(static_cast<int64_t>(utm.easting)) + " " +
+              decimalText(static_cast<int64_t>(utm.northing)),
+          {{"zone", utm.zoneText()},
+           {"easting", utm.easting},
+           {"northing", utm.northing},
+           {"ellipsoid", ellipsoidOf(ellipsoid).name}},
+          {}};
+}
+
+Answer dmsAnswer(const Position& at) {
+  const std::string latitude = dmsText(at.y, AngleKind::latitude);
+  const std::string longitude = dmsText(at.x, AngleKind::longitude);
+  return {latitude + " " + longitude, {{"latitude", latitude}, {"longitude", longitude}}, {}};
+}
+
+Answer mgrsAnswer(const Position& at, int digits) {
+  const std::string text = mgrsText(at.y, at.x, digits);
+  if (text.empty()) return {{}, {}, "the grid ends at 80 degrees south and 84 degrees north"};
+  return {text, {{"mgrs", text}}, {}};
+}
+
+Answer locatorAnswer(const Position& at, int pairs) {
+  const std::string text = maidenheadText(at.y, at.x, pairs);
+  return {text, {{"locator", text}}, {}};
+}
+
+Answer answerOf(const GeoOptions& options, const std::vector<Position>& at) {
+  using Action = GeoOptions::Action;
+  switch (options.action) {
+    case Action::distance: return distanceAnswer(at[0], at[1], options.unit);
+    case Action::bearing: return bearingAnswer(at[0], at[1]);
+    case Action::destination: return destinationAnswer(at[0], options);
+    case Action::utm: return utmAnswer(at[0], options.ellipsoid);
+    case Action::dms: return dmsAnswer(at[0]);
+    case Action::mgrs: return mgrsAnswer(at[0], options.digits);
+    case Action::locator: return locatorAnswer(at[0], options.pairs);
+  }
+  return {};
+}
+
+}  // namespace
+
+int runGeo(const GeoOptions& options) {
+  std::vector<Position> positions;
+  for (const std::string& text : options.positions) {
+    std::string complaint;
+    const std::optional<Position> position = typedPosition(text, complaint);
+    if (!position) return fail(complaint);
+    positions.push_back(*position);
+  }
+  const Answer answer = answerOf(options, positions);
+  if (!answer.complaint.empty()) return fail(answer.complaint);
+  std::puts((options.json ? jsonText(answer.json, 2) : answer.text).c_str());
+  return finishOutput();
+}
+
+}  // namespace vgps

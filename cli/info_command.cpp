@@ -1,0 +1,110 @@
+#include <cstdio>
+
+#include "base/number.h"
+#include "cli/commands.h"
+#include "cli/json_text.h"
+#include "cli/text_rows.h"
+#include "cli/track_input.h"
+#include "track/track_statistics.h"
+
+namespace vgps {
+namespace {
+
+// "2010-07-05T09:03:04", with a blank for a person.
+std::string timeText(const DateTime& time, char between) {
+  char text[64];
+  std::snprintf(text, sizeof text, "%04u-%02u-%02u%c%02u:%02u:%02u", unsigned{time.year},
+                unsigned{time.month}, unsigned{time.day}, between, unsigned{time.hour},
+                unsigned{time.minute}, unsigned{time.second});
+  return text;
+}
+
+std::string durationText(double seconds) {
+  const auto whole = static_cast<uint64_t>(seconds);
+  char text[64];
+  std::snprintf(text, sizeof text, "%02llu:%02u:%02u",
+                static_cast<unsigned long long>(whole / 3600),
+                static_cast<unsigned>(whole / 60 % 60), static_cast<unsigned>(whole % 60));
+  return text;
+}
+
+Json pointJson(const TrackPoint& point) {
+  Json json = {{"longitude", point.longitude},
+               {"latitude", point.latitude},
+               {"altitude", point.altitude},
+               {"time", nullptr}};
+  if (point.localTime.month != 0) json["time"] = timeText(point.localTime, 'T');
+  return json;
+}
+
+// What is not known is null.
+Json infoJson(const Track& track, const TrackStatistics& all) {
+  Json json = {{"points", all.points},
+               {"distanceKm", all.distanceKm},
+               {"distance3dKm", all.distance3dKm},
+               {"durationSeconds", nullptr},
+               {"movingSeconds", nullptr},
+               {"climb", all.climb},
+               {"descent", all.descent},
+               {"bounds", nullptr},
+               {"first", nullptr},
+               {"last", nullptr}};
+  if (all.times) {
+    json["durationSeconds"] = all.times->seconds;
+    json["movingSeconds"] = all.times->movingSeconds;
+  }
+  if (!all.bounds) return json;
+  json["bounds"] = {{"west", all.bounds->west},
+                    {"south", all.bounds->south},
+                    {"east", all.bounds->east},
+                    {"north", all.bounds->north}};
+  json["first"] = pointJson(track.points.front());
+  json["last"] = pointJson(track.points.back());
+  return json;
+}
+
+void addTimes(const TrackStatistics& all, std::vector<TextRow>& rows) {
+  if (!all.times) {
+    rows.push_back({"Time", "not recorded"});
+    return;
+  }
+  const TrackTimes& times = *all.times;
+  rows.push_back({"Time", timeText(times.first, ' ') + " to " + timeText(times.last, ' ')});
+  rows.push_back({"Duration", durationText(times.seconds) + ", moving " +
+                                  durationText(times.movingSeconds) + ", stopped " +
+                                  durationText(times.seconds - times.movingSeconds)});
+  rows.push_back({"Speed", "average " + fixedText(all.averageKmh(), 2) + " km/h, moving " +
+                               fixedText(all.movingKmh(), 2) + " km/h"});
+}
+
+std::vector<TextRow> infoRows(const Track& track, const TrackStatistics& all) {
+  std::vector<TextRow> rows = {{"Track", track.name}, {"Points", std::to_string(all.points)}};
+  if (!all.bounds) return rows;
+  rows.push_back({"Length", fixedText(all.distanceKm, 3) + " km, with heights " +
+                                fixedText(all.distance3dKm, 3) + " km"});
+  addTimes(all, rows);
+  if (all.greatestKmh > 0) {
+    rows.push_back({"Top speed", fixedText(all.greatestKmh, 2) + " km/h"});
+  }
+  rows.push_back({"Heights", fixedText(all.lowest, 0) + " m to " + fixedText(all.highest, 0) +
+                                 " m, climb " + fixedText(all.climb, 0) + " m, descent " +
+                                 fixedText(all.descent, 0) + " m"});
+  const TrackBounds& bounds = *all.bounds;
+  rows.push_back({"South-west", fixedText(bounds.south, 6) + "," + fixedText(bounds.west, 6)});
+  rows.push_back({"North-east", fixedText(bounds.north, 6) + "," + fixedText(bounds.east, 6)});
+  return rows;
+}
+
+}  // namespace
+
+int runInfo(const InfoOptions& options) {
+  TrackInput input;
+  if (!readTrackInput(options.file, options.speedUnit, input)) return 1;
+  const TrackStatistics all = statisticsOf(input.track);
+  const std::string text = options.json ? jsonText(infoJson(input.track, all), 2) + "\n"
+                                        : alignedText(infoRows(input.track, all));
+  std::fwrite(text.data(), 1, text.size(), stdout);
+  return finishOutput();
+}
+
+}  // namespace vgps

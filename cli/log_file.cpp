@@ -1,0 +1,31 @@
+#include "cli/log_file.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include "platform/files.h"
+
+namespace vgps {
+
+LogFile::LogFile(const std::string& path)
+    : path_(path), reader_([this](std::span<char> buffer) {
+        return file_ == nullptr ? 0 : std::fread(buffer.data(), 1, buffer.size(), file_.get());
+      }) {
+  errno = 0;
+  file_.reset(openFile(path, "rb"));
+  if (file_ == nullptr) {
+    complain();
+  } else {
+    std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // the log reader has blocks of its own
+  }
+}
+
+bool LogFile::next(LogPiece& piece) {
+  if (reader_.next(piece)) return true;
+  if (file_ != nullptr && std::ferror(file_.get()) != 0) complain();
+  return false;
+}
+
+void LogFile::complain() { complaint_ = "cannot read " + path_ + ": " + std::strerror(errno); }
+
+}  // namespace vgps

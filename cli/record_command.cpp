@@ -1,0 +1,175 @@
+#include <cstdio>
+#include <memory>
+
+#include "app/config_store.h"
+#include "cli/commands.h"
+#include "cli/log_clock.h"
+#include "cli/log_file.h"
+#include "gps/epoch.h"
+#include "gps/gps_fix.h"
+#include "platform/files.h"
+#include "track/recording.h"
+#include "track/track_file.h"
+
+// The road of a receiver's line on into the recording, all on one thread.
+namespace vgps {
+namespace {
+
+RecordingOptions recordingOptionsOf(const Settings& settings) {
+  RecordingOptions options;
+  options.speed = settings.recordMinSpeed;
+  options.angle = settings.recordAngle;
+  options.altitude = settings.recordAltitude;
+  options.recordCell = settings.recordCell;
+  options.recordSpeed = settings.recordSpeed;
+  options.recordTime = settings.recordTime;
+  options.recordCourse = settings.recordCourse;
+  options.everyNth = settings.recordEvery;
+  options.bes = settings.recordBes;
+  options.manual = false;  // nobody is there who could ask for a point
+  options.speedUnit = settings.speedUnit;
+  options.distanceUnit = settings.longDistanceUnit;
+  return options;
+}
+
+// A program without window and loudspeaker that only wants the lines.
+class LineHooks : public GpsHooks {
+ public:
+  std::function<void()> line;
+
+  void lineReceived(const ReceivedLine& received) override {
+    if (received.message == nullptr) line();
+  }
+  void playSound(const char*) override {}
+  void repaint() override {}
+  void maxSpeedChanged() override {}
+  void maxAltitudeChanged() override {}
+  void refreshDisplay() override {}
+  void unknownBytes(std::string_view) override {}
+  void setTitle(std::string_view) override {}
+  void sensorReading(double, double) override {}
+  bool shiftHeld() override { return false; }
+  void pressSpace() override {}
+  void logFailed(const std::string&) override {}
+};
+
+// The track goes into its file when recording ends; there is nobody to ask.
+class FileHooks : public RecordingHooks {
+ public:
+  FileHooks(const std::string& path, const RecordingOptions& options)
+      : path_(path), options_(options) {}
+
+  bool saved = false;
+
+  bool save(Track& track) override { return saved = writeTrackFile(track, path_, options_); }
+  void startTimer() override {}
+  void stopTimer() override {}
+  void playSound(const char*) override {}
+  void resetDrawnPath() override {}
+  void appendToDrawnPath(double, double) override {}
+  bool askToSave() override { return true; }
+  void trackChanged(Track&) override {}
+  void pointRecorded(const TrackPoint&) override {}
+  void flushPoints() override {}
+  void pointsSettled() override {}
+
+ private:
+  const std::string& path_;
+  const RecordingOptions& options_;
+};
+
+class LogRecorder {
+ public:
+  LogRecorder(const RecordOptions& options, const Settings& settings,
+              std::optional<int64_t> firstDay)
+      : clock_(options.utcOffsetMinutes, firstDay),
+        options_(recordingOptionsOf(settings)),
+        files_(options.output, options_) {
+    gps_.options.speedUnit = settings.speedUnit;
+    gps_.options.altitudeFromGeoidField = settings.altitudeFromGeoidField;
+    gps_.options.epochSentenceSetting = settings.epochSentenceSetting;
+    gps_.options.talkers = settings.talkers;
+    gps_.options.utcOffsetMinutes = options.utcOffsetMinutes;
+    lines_.line = [this] { offer(); };
+    recording_.start();
+  }
+
+  void play(LogFile& log) {
+    LogPiece piece;
+    while (log.next(piece)) {
+      if (!piece.binary) clock_.advanceTo(piece.text);
+      fix_.onReceive(piece.chunk);
+    }
+  }
+  // False when the track could not be written; one without points is not.
+  bool save() {
+    recording_.stop(nullptr, false);
+    return files_.saved;
+  }
+  size_t fixes() const { return fixes_; }
+  size_t points() const { return track_.points.size(); }
+
+ private:
+  void offer() {
+    if (fix_.fixStatus == 0) return;
+    if (!closesEpoch(fix_.lastSentenceKind, gps_.epochSentenceKind)) return;
+    ++fixes_;
+    recording_.offer(fix_);
+  }
+
+  LogClock clock_;
+  LineHooks lines_;
+  GpsState gps_{lines_, clock_};
+  GpsFix fix_{gps_};
+  Track track_;
+  RecordingOptions options_;
+  FileHooks files_;
+  Recording recording_{track_, options_, files_, clock_};
+  size_t fixes_ = 0;
+};
+
+// The date of the first line, which a receiver may tell only some lines later.
+std::optional<int64_t> firstDayOf(const std::string& path) {
+  LogFile log(path);
+  LogClock clock(0);
+  LogPiece piece;
+  while (!clock.firstDay() && log.next(piece)) {
+    if (!piece.binary) clock.advanceTo(piece.text);
+  }
+  return clock.firstDay();
+}
+
+// "1 point", "2 fixes"
+std::string countText(size_t count, const std::string& what) {
+  const char* const plural = what.ends_with('x') ? "es" : "s";
+  return std::to_string(count) + " " + what + (count == 1 ? "" : plural);
+}
+
+}  // namespace
+
+int runRecord(const RecordOptions& options) {
+  if (options.output == options.log) return fail("the track cannot take the place of its log");
+  ConfigStore store;
+  Settings settings;
+  if (!options.settings.empty()) {
+    if (!fileExists(options.settings)) return fail("no settings file " + options.settings);
+    if (!store.open(options.settings)) return fail(options.settings + " holds no settings");
+    settings = loadSettings(store);
+  }
+  LogFile log(options.log);
+  const auto recorder = std::make_unique<LogRecorder>(options, settings, firstDayOf(options.log));
+  recorder->play(log);
+  if (!log.complaint().empty()) return fail(log.complaint());
+  if (recorder->points() == 0) {
+    return fail(recorder->fixes() == 0
+                    ? options.log + " has no fix: no track was written"
+                    : "no fix in " + options.log + " passed the filter: no track was written");
+  }
+  if (!recorder->save()) return fail("cannot write " + options.output);
+  std::printf("%s: %s of %s\n", options.output.c_str(),
+              countText(recorder->points(), "point").c_str(),
+              countText(recorder->fixes(), "fix").c_str());
+  return finishOutput();
+}
+
+}  // namespace vgps

@@ -1,0 +1,135 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+
+#include "base/number.h"
+#include "cli/commands.h"
+#include "cli/track_input.h"
+#include "geo/units.h"
+#include "track/editing.h"
+#include "track/thinning.h"
+
+namespace vgps {
+namespace {
+
+// The speeds of a file are read and written in one unit, so that its figures stay as they are,
+// whichever it is.
+constexpr int32_t kUnit = kKmh;
+
+bool isNumber(std::string_view text) {
+  return !text.empty() && text.size() < 10 && std::all_of(text.begin(), text.end(), isDigit);
+}
+
+// "2010-07-05 09:03[:04]", also with a "T" between.
+std::optional<DateTime> readLocalTime(std::string_view text) {
+  constexpr std::string_view kForm = "0000-00-00 00:00:00";
+  constexpr size_t kWithoutSeconds = 16;
+  if (text.size() != kForm.size() && text.size() != kWithoutSeconds) return std::nullopt;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const bool fits = kForm[i] == '0'   ? isDigit(text[i])
+                      : kForm[i] == ' ' ? text[i] == ' ' || text[i] == 'T'
+                                        : text[i] == kForm[i];
+    if (!fits) return std::nullopt;
+  }
+  const auto part = [text](size_t at, size_t length) {
+    return at < text.size() ? static_cast<uint16_t>(leadingInt(text.substr(at, length)))
+                            : uint16_t{0};
+  };
+  return DateTime{.year = part(0, 4),
+                  .month = part(5, 2),
+                  .day = part(8, 2),
+                  .hour = part(11, 2),
+                  .minute = part(14, 2),
+                  .second = part(17, 2)};
+}
+
+int noSuchPoint(const TrackInput& input, const std::string& number) {
+  return fail(input.path + " has no point " + number + ": there are " +
+              std::to_string(input.track.points.size()));
+}
+
+int splitFile(const TrackOptions& options, std::span<TrackInput> inputs) {
+  Track& track = inputs[0].track;
+  const size_t count = track.points.size();
+  if (options.at < 2 || options.at > count) {
+    return fail(inputs[0].path + " cannot be split at point " + std::to_string(options.at) +
+                ": its points are 1 to " + std::to_string(count) +
+                ", and both parts need at least one");
+  }
+  if (options.output == options.secondOutput) {
+    return fail("the two parts need two files, not " + options.output + " twice");
+  }
+  const std::optional<Track> second = split(track, options.at - 1, 1);
+  // The second part goes first: should the disk refuse it, the first may still be the whole track.
+  const int status = writeTrackOutput(*second, options.secondOutput, kUnit, inputs);
+  return status != 0 ? status : writeTrackOutput(track, options.output, kUnit, inputs);
+}
+
+int thinFile(const TrackOptions& options, std::span<TrackInput> inputs) {
+  Track& track = inputs[0].track;
+  RecordingOptions thinning;
+  if (options.metres > 0) thinning.normalizeMetres = static_cast<int32_t>(options.metres);
+  track.angleThreshold = static_cast<float>(options.angle);
+  normalize(track, thinning);
+  return writeTrackOutput(track, options.output, kUnit, inputs);
+}
+
+// One end as a point's number or a time; without one of both the track's own end stands.
+struct TrimEnd {
+  std::optional<DateTime> time;
+  size_t point = 0;
+};
+
+std::optional<TrimEnd> readEnd(const std::string& text, size_t standard) {
+  if (text.empty()) return TrimEnd{std::nullopt, standard};
+  if (isNumber(text)) return TrimEnd{std::nullopt, static_cast<size_t>(leadingInt(text))};
+  const std::optional<DateTime> time = readLocalTime(text);
+  if (!time) return std::nullopt;
+  return TrimEnd{time, standard};
+}
+
+int trimFile(const TrackOptions& options, std::span<TrackInput> inputs) {
+  constexpr DateTime kEarliest{};
+  constexpr DateTime kLatest{
+      .year = 9999, .month = 12, .day = 31, .hour = 23, .minute = 59, .second = 59};
+  TrackInput& input = inputs[0];
+  const std::optional<TrimEnd> from = readEnd(options.from, 1);
+  const std::optional<TrimEnd> to = readEnd(options.to, input.track.points.size());
+  if (!from || !to) {
+    return fail((from ? options.to : options.from) +
+                " is neither a point's number nor a time like \"2010-07-05 09:03\"");
+  }
+  if (from->point < 1 || from->point > input.track.points.size()) {
+    return noSuchPoint(input, options.from.empty() ? "1" : options.from);
+  }
+  if (to->point < 1 || to->point > input.track.points.size()) return noSuchPoint(input, options.to);
+  bool left = trim(input.track, from->point - 1, to->point - 1);
+  if (left && (from->time || to->time)) {
+    left = trimToTimes(input.track, from->time.value_or(kEarliest), to->time.value_or(kLatest));
+  }
+  if (!left) return fail("nothing of " + input.path + " lies between: no track was written");
+  return writeTrackOutput(input.track, options.output, kUnit, inputs);
+}
+
+}  // namespace
+
+int runTrack(const TrackOptions& options) {
+  std::vector<TrackInput> inputs(options.files.size());
+  for (size_t i = 0; i < inputs.size(); ++i) {
+    if (!readTrackInput(options.files[i], kUnit, inputs[i])) return 1;
+  }
+  Track& track = inputs[0].track;
+  switch (options.action) {
+    case TrackOptions::Action::split: return splitFile(options, inputs);
+    case TrackOptions::Action::thin: return thinFile(options, inputs);
+    case TrackOptions::Action::trim: return trimFile(options, inputs);
+    case TrackOptions::Action::reverse: reverse(track); break;
+    case TrackOptions::Action::join:
+      for (size_t i = 1; i < inputs.size(); ++i) join(track, inputs[i].track);
+      break;
+  }
+  return writeTrackOutput(track, options.output, kUnit, inputs);
+}
+
+}  // namespace vgps
