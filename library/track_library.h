@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -24,6 +25,8 @@ inline constexpr const char* kTrackLibraryName = "tracks.xml";
 // Where the library lies: what the setting names (a document, or a folder that is there), a name
 // without a folder beside the settings; by default kTrackLibraryName there.
 std::string trackLibraryPath(std::string_view setting, const std::string& settingsFolder);
+
+struct Editable;
 
 // A library that is open. It holds what a list shows of each track and no points, and reads the
 // document again when another program has changed it. Every change is on the disk when its call
@@ -49,6 +52,8 @@ class TrackLibrary {
   // The copy that was made of a damaged document before it was first written over; empty when
   // there is none.
   const std::string& keptAs() const;
+  // What a person is to know about the state after `open`; empty when everything is well.
+  std::string message() const;
 
   // Replaces `track` by that one. `damaged` of its summary says that only the good points came.
   LibraryResult load(size_t index, int32_t speedUnit, Track& track);
@@ -71,20 +76,25 @@ class TrackLibrary {
   LibraryResult replace(size_t index, const Track& track, const RecordingOptions& options);
 
   // Of the last change that was made through this object, as long as nobody else changed anything.
-  bool canUndo() const { return !undo_.empty(); }
+  bool canUndo() const;
   LibraryResult undo();
 
  private:
-  LibraryResult change(LibraryChange change);
-  LibraryResult rewrite(size_t index, const RecordingOptions& options, bool (*edit)(Track&));
+  using Edit = std::function<void(Track&)>;
+
+  LibraryResult change(const LibraryChange& change);
+  LibraryResult readForEditing(size_t index, Editable& out);
+  TrackText rendered(const Track& track, const RecordingOptions& writing, std::string name) const;
+  LibraryResult rewrite(size_t index, const RecordingOptions& options, const Edit& edit);
 
   LibraryDisk disk_;
   std::unique_ptr<TrackStore> store_;
   LibraryChange undo_;
+  uint64_t undoRevision_ = 0;  // of the store when `undo_` was made
 };
 
 // One sentence for a person, naming the file; empty for `done` and for a library that is whole.
 std::string libraryMessage(LibraryResult result, const std::string& path);
-std::string libraryMessage(LibraryState state, const std::string& path, const std::string& keptAs);
+std::string libraryMessage(LibraryState state, const std::string& path);
 
 }  // namespace vgps

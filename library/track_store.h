@@ -56,13 +56,16 @@ TrackSummary summaryOf(const Track& track);
 struct TrackText {
   std::string name;
   std::string text;  // "<t ...>...</t>"
-  std::string file;  // in a folder: where it lies or is to lie; empty: under a free name
+  // In a folder: where it lies or is to lie, empty for a free name; and whether the text is that of
+  // the whole file.
+  std::string file;
+  bool isFile = false;
 };
 
 struct TrackEdit {
-  size_t index = 0;              // of the track, or their number: at the end
-  bool removes = true;           // that track goes
-  std::vector<TrackText> texts;  // these stand in its place, or in front of it
+  size_t index = 0;                // of the track, or their number: at the end
+  bool removes = true;             // that track goes
+  std::vector<TrackText> texts{};  // these stand in its place, or in front of it
 };
 
 // Several edits that are done together, by rising index.
@@ -73,7 +76,12 @@ class TrackStore {
   virtual ~TrackStore() = default;
   virtual const std::string& path() const = 0;
   virtual const std::string& keptAs() const = 0;
+  // The document, or the first of the files that is not whole.
+  virtual const std::string& damagedPath() const = 0;
+  virtual bool isFolder() const = 0;
   virtual LibraryState state() const = 0;
+  // Another number whenever tracks may have changed otherwise than by `apply`.
+  virtual uint64_t revision() const = 0;
   virtual LibraryState refresh() = 0;
   virtual const std::vector<TrackSummary>& tracks() const = 0;
   // Reads one track as it lies there.

@@ -63,21 +63,23 @@ class WaypointLibrary {
   LibraryResult removeCategory(size_t index, bool withWaypoints);
 
  private:
-  XmlElement waypointsElement(bool create);
+  LibraryState load();
   void collect();
   void collectFrom(XmlElement parent, size_t category);
   bool readWaypoint(XmlElement element, Waypoint& out) const;
   XmlElement parentFor(size_t category);
-  LibraryState load();
+  void rebuild();
+  LibraryResult prepare();
   template <class Edit>
   LibraryResult change(Edit edit);
-  LibraryResult save();
 
   LibraryDisk disk_;
   std::string path_;
   std::string keptAs_;
   LibraryState state_ = LibraryState::missing;
   FileStamp stamp_;
+  FileStamp keptStamp_;  // of the document that `keptAs_` is a copy of
+  bool damaged_ = false;
   XmlDocument document_;
   std::vector<StoredWaypoint> waypoints_;
   std::vector<XmlElement> elements_;  // of the waypoints
