@@ -25,6 +25,10 @@ class LayoutReader {
     if (track_) endTrack(tags_.place(), true);
     if (!open_.empty() || tags_.isBroken()) damaged_ = true;
     layout_.state = state();
+    if (layout_.state == LibraryState::notALibrary) {
+      layout_.tracks.clear();
+      layout_.places.clear();
+    }
     return std::move(layout_);
   }
 
@@ -36,12 +40,24 @@ class LayoutReader {
   };
 
   void take(const TagMark& tag) {
-    if (tag.textBefore) (track_ ? track_->damaged : damaged_) = true;
+    if (tag.textBefore) noteText();
     if (tag.kind == Kind::close) return close(tag);
-    if (tag.name == "t" && (track_ || open_.size() <= 2)) return beginTrack(tag, false);
-    if (!track_ && tag.name == "p" && open_.size() <= 2) beginTrack(tag, true);
+    if (tag.name == "t" && (track_ || mayHoldTracks())) return beginTrack(tag, false);
+    if (!track_ && tag.name == "p" && mayHoldTracks()) beginTrack(tag, true);
     if (!track_) noteOuter(tag);
     if (tag.kind == Kind::open) open_.emplace_back(tag.name);
+  }
+
+  // Also where a damaged tag stands in the place of the list's or the track's own.
+  bool mayHoldTracks() const { return open_.size() <= 2 || open_[1] == "tracks"; }
+
+  // In a track, between tracks or around them there is none; other elements may have theirs.
+  void noteText() {
+    if (track_) {
+      track_->damaged = true;
+    } else if (open_.size() < 2 || open_.back() == "tracks") {
+      damaged_ = true;
+    }
   }
 
   void beginTrack(const TagMark& tag, bool headless) {

@@ -58,8 +58,17 @@ TagReader::Piece TagReader::passOver(std::string_view terminator) {
     searched -= std::min(searched, terminator.size());
     if (!fill()) break;
   }
-  at_ = bytes_.size();
+  ++at_;  // without an end it hides nothing
   return Piece::broken;
+}
+
+// Over a declaration, which ends with ">".
+TagReader::Piece TagReader::passDeclaration(size_t end) {
+  const bool processing = bytes_[at_ + 1] == '?';
+  const bool good = !processing || bytes_[end - 1] == '?';
+  at_ = end + 1;
+  lastEnd_ = place();
+  return good ? Piece::passed : Piece::broken;
 }
 
 void TagReader::finishTag(TagMark& tag, size_t close) {
@@ -87,11 +96,11 @@ TagReader::Piece TagReader::readPiece(TagMark& tag) {
   const std::string_view rest = std::string_view(bytes_).substr(at_);
   if (rest.starts_with("<!--")) return passOver("-->");
   if (rest.starts_with(kCData)) return passOver("]]>");
-  if (rest.starts_with("<?")) return passOver("?>");
-  if (rest.starts_with("<!")) return passOver(">");
+  const bool declaration = rest.starts_with("<?") || rest.starts_with("<!");
   for (size_t searched = 1;;) {
     const size_t found = bytes_.find_first_of("<>", at_ + searched);
     if (found != std::string::npos && bytes_[found] == '>') {
+      if (declaration) return passDeclaration(found);
       finishTag(tag, found);
       return Piece::tag;
     }

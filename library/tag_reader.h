@@ -52,6 +52,7 @@ class TagReader {
   bool toTag();
   Piece readPiece(TagMark& tag);
   Piece passOver(std::string_view terminator);
+  Piece passDeclaration(size_t end);
   void finishTag(TagMark& tag, size_t close);
 
   Source source_;
