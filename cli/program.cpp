@@ -117,6 +117,42 @@ CLI::App* addXml(CLI::App& program, XmlOptions& options) {
   return command;
 }
 
+CLI::App* addRecover(CLI::App& program, RecoverOptions& options) {
+  using Action = RecoverOptions::Action;
+  CLI::App* const command =
+      program.add_subcommand("recover",
+                             "Tell whether a recording was cut short by a crash or a power cut, "
+                             "and go on with it, save or "
+                             "discard it. Ends with 2 when a running program still records.");
+  command->add_option("--file", options.file, "The settings beside which it lies (vgps.xml)")
+      ->option_text("FILE");
+  const auto action = [&options](Action chosen) {
+    return [&options, chosen] { options.action = chosen; };
+  };
+  CLI::Option* const save =
+      command->add_flag_callback("--save", action(Action::save), "Put it into the track library");
+  CLI::Option* const discard =
+      command->add_flag_callback("--discard", action(Action::discard), "Delete it");
+  CLI::Option* const goOn = command->add_flag_callback(
+      "--continue", action(Action::goOn),
+      "Go on recording into it until Ctrl-C, then put it into the track library");
+  save->excludes(discard)->excludes(goOn);
+  discard->excludes(goOn);
+  command->add_option("--port", options.port, "The receiver's port, to continue from")
+      ->needs(goOn)
+      ->option_text("DEV");
+  command->add_option("--speed", options.speed, "Its line speed in baud")
+      ->needs(goOn)
+      ->check(above0())
+      ->option_text("N (9600)");
+  command->add_flag("--simulate", options.simulate, "Continue from the built-in trip")->needs(goOn);
+  command->add_option("--for", options.seconds, "End after so many seconds")
+      ->needs(goOn)
+      ->check(above0())
+      ->option_text("SECONDS");
+  return command;
+}
+
 std::string firstLine(std::string_view text) {
   return std::string(text.substr(0, text.find('\n')));
 }
@@ -148,6 +184,8 @@ int runProgram(std::vector<std::string> arguments) {
   const CLI::App* const settings = addSettings(program, settingsOptions);
   addXml(program, xmlOptions);
   arguments = withValueMarked(std::move(arguments));
+  RecoverOptions recoverOptions;
+  const CLI::App* const recover = addRecover(program, recoverOptions);
   std::reverse(arguments.begin(), arguments.end());  // as this overload of parse takes them
   try {
     program.parse(std::move(arguments));
@@ -157,12 +195,14 @@ int runProgram(std::vector<std::string> arguments) {
     return fail(firstLine(error.what()) + " (see vgps --help)");
   }
   if (program.get_subcommands().empty()) {
-    return fail("say what to do: monitor, replay, ports, settings or xml (see vgps --help)");
+    return fail(
+        "say what to do: monitor, replay, ports, settings, xml or recover (see vgps --help)");
   }
   if (monitor->parsed()) return runMonitor(monitorOptions);
   if (replay->parsed()) return runReplay(replayOptions);
   if (ports->parsed()) return runPorts(portsOptions);
   if (settings->parsed()) return runSettings(settingsOptions);
+  if (recover->parsed()) return runRecover(recoverOptions);
   return runXml(xmlOptions);
 }
 

@@ -27,6 +27,9 @@ class LeftRecording {
   // "A track of 12 points was being recorded.", and what is to be said about damage.
   std::string question() const;
 
+  // Puts a longer track in the place of what the journal holds, where a disk did not take its end.
+  void take(Track track) { track_ = std::move(track); }
+
   // Continue: the points become those of `current`, which is to be started then, and the journal
   // is the caller's to append to.
   std::unique_ptr<Journal> continueInto(Track& current);

@@ -6,7 +6,7 @@
 namespace vgps {
 namespace {
 
-constexpr size_t kBlock = size_t{1} << 20;
+constexpr size_t kBlock = size_t{1} << 17;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kCData = "<![CDATA[";
 
