@@ -69,6 +69,8 @@ class LayoutReader {
     if (open_.size() != 2 || open_.back() != "tracks") damaged_ = true;
     tags_.keepFrom(tag.begin);
     if (headless) return;
+    const std::string_view text = tags_.kept(tag.begin, tag.end);
+    if (std::count(text.begin(), text.end(), '"') % 2 != 0) track_->damaged = true;
     open_.emplace_back("t");
     if (tag.kind == Kind::empty) endTrack(tag.end, false);
   }
