@@ -236,6 +236,9 @@ LibraryResult WaypointLibrary::add(const Waypoint& waypoint, size_t category) {
 }
 
 LibraryResult WaypointLibrary::add(std::span<const StoredWaypoint> waypoints) {
+  // Without a category no number is meant that another program could have changed.
+  const auto plain = [](const StoredWaypoint& stored) { return stored.category == kNoCategory; };
+  if (std::all_of(waypoints.begin(), waypoints.end(), plain)) refresh();
   return change([&] {
     for (const StoredWaypoint& stored : waypoints) {
       if (stored.category != kNoCategory && stored.category >= categories_.size()) {
