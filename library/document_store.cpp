@@ -311,6 +311,7 @@ LibraryResult DocumentStore::write(const LibraryChange& change) {
     at = end.end;
   }
   if (!fresh) copyTo(stamp_.size);
+  from.close();  // some systems do not replace what is open
   if (!writer.finish()) return LibraryResult::notWritten;
 
   const bool usual = end.before.empty() || fresh;

@@ -19,6 +19,7 @@ class InputFile {
  public:
   explicit InputFile(const std::string& path);
   explicit operator bool() const { return file_ != nullptr; }
+  void close() { file_.reset(); }
   // Its bytes in their order.
   TagReader::Source source();
   // False when these bytes cannot all be read.
