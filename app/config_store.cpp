@@ -6,6 +6,7 @@
 
 #include "base/number.h"
 #include "base/text.h"
+#include "platform/files.h"
 #include "xml/profile.h"
 
 namespace vgps {
@@ -41,8 +42,12 @@ bool ConfigStore::open(const std::string& path) {
   path_ = path;
   changed_ = false;
   const XmlLoadStatus status = document_.Load(path, XmlLoadMode::file).status;
-  damaged_ = status != XmlLoadStatus::loaded && status != XmlLoadStatus::noFile &&
-             status != XmlLoadStatus::empty;
+  // A file that another program holds for a moment is there all the same, and its settings must
+  // not be overwritten with defaults.
+  FileStamp stamp;
+  const bool missing =
+      status == XmlLoadStatus::noFile && (!fileStamp(path, stamp) || stamp.size == 0);
+  damaged_ = status != XmlLoadStatus::loaded && status != XmlLoadStatus::empty && !missing;
   return !damaged_;
 }
 

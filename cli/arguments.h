@@ -16,6 +16,7 @@ void addRecordCommand(CLI::App& program, Chosen& chosen);
 void addInfoCommand(CLI::App& program, Chosen& chosen);
 void addTrackCommand(CLI::App& program, Chosen& chosen);
 void addGeoCommand(CLI::App& program, Chosen& chosen);
+void addRecoverCommand(CLI::App& program, Chosen& chosen);
 
 // The library's own checks speak of limits and mappings; a person wants to read what is allowed.
 CLI::Validator above0();

@@ -99,6 +99,18 @@ struct GeoOptions {
 };
 int runGeo(const GeoOptions& options);
 
+struct RecoverOptions {
+  enum class Action { tell, goOn, save, discard };
+  Action action = Action::tell;
+  std::string file;  // empty: vgps.xml beside the program
+  // Of goOn:
+  std::string port;
+  uint32_t speed = 9600;
+  bool simulate = false;
+  double seconds = 0;  // 0: until it is stopped
+};
+int runRecover(const RecoverOptions& options);
+
 // One clear line on standard error; the exit status of a failure.
 int fail(std::string_view message);
 

@@ -186,7 +186,7 @@ int runProgram(std::vector<std::string> arguments) {
   program.set_version_flag("--version", std::string("vgps ") + kVersion, "Print the version");
   Chosen chosen;
   for (const auto add : {addMonitor, addReplay, addPorts, addRecordCommand, addInfoCommand,
-                         addTrackCommand, addGeoCommand, addSettings, addXml}) {
+                         addTrackCommand, addGeoCommand, addRecoverCommand, addSettings, addXml}) {
     add(program, chosen);
   }
   if (!arguments.empty() && arguments[0] == "geo") giveZerosToNumbers(arguments);

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Paths are UTF-8 everywhere. Chosen at link time.
 namespace vgps {
@@ -26,5 +28,17 @@ bool fileExists(const std::string& path);
 bool replaceFile(const std::string& from, const std::string& to);
 
 bool removeFile(const std::string& path);
+
+// By what a file is known to be the same as before.
+struct FileStamp {
+  uint64_t size = 0;  // bytes
+  int64_t time = 0;   // of the last change, in the system's finest units from a start of its own
+  bool operator==(const FileStamp&) const = default;
+};
+// False when there is no such file, or it is a folder.
+bool fileStamp(const std::string& path, FileStamp& stamp);
+
+// The names of the files in a folder, not of its folders, in no order.
+std::vector<std::string> filesIn(const std::string& folder);
 
 }  // namespace vgps

@@ -55,4 +55,24 @@ bool replaceFile(const std::string& from, const std::string& to) {
 
 bool removeFile(const std::string& path) { return ::unlink(path.c_str()) == 0; }
 
+bool fileStamp(const std::string& path, FileStamp& stamp) {
+  constexpr int64_t kNanoseconds = 1000000000;
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) return false;
+  stamp.size = static_cast<uint64_t>(status.st_size);
+  stamp.time = int64_t{status.st_mtim.tv_sec} * kNanoseconds + status.st_mtim.tv_nsec;
+  return true;
+}
+
+std::vector<std::string> filesIn(const std::string& folder) {
+  std::vector<std::string> names;
+  std::error_code error;
+  std::filesystem::directory_iterator at(folder, error);
+  for (; !error && at != std::filesystem::directory_iterator(); at.increment(error)) {
+    std::error_code noKind;  // a file that vanished meanwhile
+    if (!at->is_directory(noKind)) names.push_back(at->path().filename().string());
+  }
+  return names;
+}
+
 }  // namespace vgps

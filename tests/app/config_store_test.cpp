@@ -106,7 +106,7 @@ TEST(Settings, EveryRowHasAMemberOfItsOwn) {
 // What a dialog saves, by the keys it shows.
 TEST(Settings, KeysOfTheGroups) {
   const std::pair<SettingGroup, const char*> groups[] = {
-      {SettingGroup::gps, "port speed simu gapi sapi sapiid bsm lgn afg tlk "},
+      {SettingGroup::gps, "port speed simu gapi sapi sapiid bsm lgn afg tlk rcn "},
       {SettingGroup::background, "bgimaged bgimagen bgimagec "},
       {SettingGroup::sound, "sound_speed sound_ok sound_error sound_turn sound_zone "},
       {SettingGroup::distance, "dmvl dmvs "},
@@ -237,6 +237,20 @@ TEST_F(ConfigFile, ADamagedFileIsKeptBesideBeforeItIsOverwritten) {
   store_.set(*findSetting("cfg\\gps", "speed"), 4800);
   EXPECT_TRUE(store_.save());
   EXPECT_FALSE(fs::exists(path("vgps.bad")));
+}
+
+TEST_F(ConfigFile, AFileThatAnotherProgramHoldsIsNoMissingFile) {
+  const std::string text = "<root><cfg><gps port=\"COM7\"/></cfg></root>";
+  write(text);
+  XmlFiles held = systemFiles();
+  held.open = [](const std::string& file, XmlFiles::Access access) -> void* {
+    return access == XmlFiles::Access::read ? nullptr : systemFiles().open(file, access);
+  };
+  ConfigStore store(held);
+  EXPECT_FALSE(store.open(path()));
+  store.set(*findSetting("cfg\\gps", "port"), "COM3");
+  EXPECT_FALSE(store.save()) << "a copy of it cannot be kept";
+  EXPECT_EQ(read(), text);
 }
 
 TEST_F(ConfigFile, AFailedSaveStaysChangedAndLosesNothing) {

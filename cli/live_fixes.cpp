@@ -1,0 +1,122 @@
+#include "cli/live_fixes.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <memory>
+
+#include "app/connection.h"
+#include "app/on_line.h"
+#include "app/ui_mailbox.h"
+#include "cli/quiet_platform.h"
+#include "cli/watched_port.h"
+#include "gps/epoch.h"
+#include "platform/console.h"
+
+namespace vgps {
+namespace {
+
+// A device that is not there is asked for each second.
+constexpr uint32_t kRetryMs = 1000;
+
+class LiveFixes {
+ public:
+  LiveFixes(const LiveSource& source, std::shared_ptr<UiMailbox> door,
+            const std::function<void(const FixRecord&)>& take,
+            const std::function<void(const std::string&)>& tell)
+      : source_(source),
+        take_(take),
+        tell_(tell),
+        door_(std::move(door)),
+        app_({clock_, sounds_, *door_, window_, [this] { return watchedPort(); }, nullptr}) {
+    app_.gps.options.utcOffsetMinutes = measureUtcOffset(clock_.utc(), clock_.local());
+  }
+
+  void run() {
+    const uint32_t start = clock_.tick();
+    const double limitMs = source_.seconds > 0 ? source_.seconds * 1000 : HUGE_VAL;
+    connect();
+    for (;;) {
+      if (gone_.exchange(false) && open_) lose();
+      if (!open_ && clock_.tick() - triedTick_ >= kRetryMs) connect();
+      const double left = limitMs - (clock_.tick() - start);
+      if (left <= 0) return;
+      const auto handler = [this](const UiMessage& message) { handle(message); };
+      const int wait = static_cast<int>(std::min<double>(kRetryMs, std::ceil(left)));
+      if (door_->wait(wait, handler) == UiMailbox::Waited::shut) return;
+    }
+  }
+
+  // False: a reader still lives, and this must not be destroyed.
+  bool stop() {
+    take_ = [](const FixRecord&) {};
+    door_->shut();
+    disconnectReceiver(app_);
+    return stopReceiver(app_);
+  }
+
+ private:
+  std::unique_ptr<SerialPort> watchedPort() {
+    return std::make_unique<WatchedPort>(makeSerialPort(), [this] {
+      gone_ = true;
+      door_->post({.event = UiEvent::refresh});
+    });
+  }
+
+  void connect() {
+    gone_ = false;
+    triedTick_ = clock_.tick();
+    SourceChoice choice;
+    choice.port = source_.port;
+    choice.speed = source_.speed;
+    choice.simulate = source_.simulate;
+    open_ = connectReceiver(app_, choice);
+    say(open_ ? "reading " + (source_.simulate ? "the simulation" : source_.port)
+              : "cannot open " + source_.port + "; trying again");
+  }
+
+  void lose() {
+    disconnectReceiver(app_);
+    open_ = false;
+    say(source_.port + " has gone; trying again");
+  }
+
+  void say(const std::string& text) {
+    if (text != said_) tell_(text);
+    said_ = text;
+  }
+
+  void handle(const UiMessage& message) {
+    onUiMessage(app_, message);
+    const FixRecord& fix = app_.shown.fix;
+    if (message.event != UiEvent::line || message.record != nullptr || fix.fixStatus == 0) return;
+    if (closesEpoch(fix.lastSentenceKind, app_.shown.epochSentenceKind)) take_(fix);
+  }
+
+  const LiveSource source_;
+  std::function<void(const FixRecord&)> take_;
+  std::function<void(const std::string&)> tell_;
+  const Clock& clock_ = systemClock();
+  QuietSounds sounds_;
+  QuietWindow window_;
+  std::shared_ptr<UiMailbox> door_;
+  std::atomic<bool> gone_{false};  // set by the reader
+  AppState app_;
+  bool open_ = false;
+  uint32_t triedTick_ = 0;
+  std::string said_;
+};
+
+}  // namespace
+
+void readLiveFixes(const LiveSource& source, const std::function<void(const FixRecord&)>& take,
+                   const std::function<void(const std::string&)>& tell) {
+  const auto door = std::make_shared<UiMailbox>();
+  onStopRequest([door] { door->shut(); });
+  auto live = std::make_unique<LiveFixes>(source, door, take, tell);
+  live->run();
+  // What a reader could still touch must outlive it.
+  if (!live->stop()) (void)live.release();
+}
+
+}  // namespace vgps

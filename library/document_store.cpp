@@ -1,0 +1,344 @@
+#include "library/document_store.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "track/track_xml.h"
+#include "track/whole_file.h"
+#include "xml/document.h"
+
+namespace vgps {
+namespace {
+
+constexpr std::string_view kBlanks = " \t\r\n";
+constexpr std::string_view kBeforeTrack = "\r\n\t\t";
+constexpr const char* kHead = "\r\n<root>\r\n\t<tracks>";
+constexpr const char* kTail = "\r\n\t</tracks>\r\n</root>\r\n";
+
+std::string_view withoutBlanksAround(std::string_view text) {
+  const size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+}
+
+// A new document around an old one's tracks.
+class DocumentWriter {
+ public:
+  DocumentWriter(const std::string& path, const ExclusiveOpener& open) : out_(path, open) {}
+
+  bool text(std::string_view bytes) { return good_ = out_.write(bytes) && good_; }
+  bool copy(InputFile& from, uint64_t begin, uint64_t end) {
+    if (begin == end) return good_;
+    return good_ = good_ && begin < end &&
+                   from.copy(begin, end, [this](auto bytes) { return text(bytes); });
+  }
+  // The track's place, to be listed in this order.
+  void track(std::string_view element, std::string_view name) {
+    element = withoutBlanksAround(element);
+    TrackPlace place{.lead = out_.written()};
+    text(kBeforeTrack);
+    place.begin = out_.written();
+    text(element);
+    place.end = out_.written();
+    place.checksum = checksumOf(element);
+    layout.places.push_back(place);
+    layout.tracks.push_back(summaryOfText(element, layout.places.size()));
+    if (!name.empty()) layout.tracks.back().name = name;
+  }
+  uint64_t written() const { return out_.written(); }
+  bool finish() { return good_ && out_.finish(); }
+
+  DocumentLayout layout;
+
+ private:
+  OutputFile out_;
+  bool good_ = true;
+};
+
+// The places must lie in the document in their order: an index is believed no further.
+bool isSound(const LibraryIndex& index) {
+  uint64_t at = 0;
+  for (const IndexEntry& entry : index.entries) {
+    if (entry.lead < at || entry.begin < entry.lead || entry.end <= entry.begin) return false;
+    at = entry.end;
+  }
+  return index.endPlace >= at && index.endPlace <= index.document.size;
+}
+
+bool leadIsBlank(InputFile& file, const TrackPlace& place) {
+  std::string lead;
+  return file.readAt(place.lead, place.begin - place.lead, lead) &&
+         lead.find_first_not_of(kBlanks) == std::string::npos;
+}
+
+// Edits by rising index, none behind the end, and no track removed twice.
+bool fits(const LibraryChange& change, size_t tracks) {
+  for (size_t i = 0; i < change.size(); ++i) {
+    if (change[i].index + (change[i].removes ? 1 : 0) > tracks) return false;
+    if (i == 0) continue;
+    const TrackEdit& before = change[i - 1];
+    if (change[i].index < before.index + (before.removes ? 1 : 0)) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+DocumentStore::DocumentStore(std::string path, LibraryDisk disk)
+    : path_(std::move(path)),
+      indexPath_(withoutExtension(path_) + ".index"),
+      disk_(std::move(disk)) {}
+
+LibraryState DocumentStore::refresh() {
+  constexpr int kAttempts = 3;  // another program may put a new document there meanwhile
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    FileStamp now;
+    const bool there = fileStamp(path_, now);
+    if (known_ && there && now == stamp_) break;
+    if (!there && known_ && layout_.state == LibraryState::missing && stamp_ == FileStamp{}) break;
+    ++revision_;
+    layout_ = {};
+    stamp_ = now;
+    known_ = true;
+    if (!there) {
+      if (fileExists(path_)) layout_.state = LibraryState::unreadable;
+      break;
+    }
+    if (readIndexFile()) break;
+    if (!readFile()) {
+      layout_ = {};
+      layout_.state = LibraryState::unreadable;
+    }
+    FileStamp after;
+    if (!fileStamp(path_, after) || !(after == now)) continue;
+    writeIndexFile();
+    break;
+  }
+  return layout_.state;
+}
+
+bool DocumentStore::readFile() {
+  InputFile file(path_);
+  if (!file) return false;
+  layout_ = readLayout(file.source());
+  return !file.failed();
+}
+
+bool DocumentStore::readIndexFile() {
+  std::string bytes;
+  LibraryIndex index;
+  if (!readWholeFile(indexPath_, bytes) || !readIndex(bytes, index)) return false;
+  if (!(index.document == stamp_) || !isSound(index)) return false;
+  for (IndexEntry& entry : index.entries) {
+    layout_.places.push_back(
+        {.lead = entry.lead, .begin = entry.begin, .end = entry.end, .checksum = entry.checksum});
+    layout_.tracks.push_back(std::move(entry.summary));
+  }
+  layout_.end = {index.endPlace, index.endPlace, "", ""};
+  layout_.state = LibraryState::whole;
+  return true;
+}
+
+// Only a whole document of the usual form gets an index; without one it is read again next time.
+void DocumentStore::writeIndexFile() {
+  const EndPlace& end = layout_.end;
+  if (layout_.state != LibraryState::whole || end.begin != end.end || !end.before.empty()) return;
+  LibraryIndex index{.document = stamp_, .endPlace = end.begin};
+  for (size_t i = 0; i < layout_.places.size(); ++i) {
+    const TrackPlace& place = layout_.places[i];
+    index.entries.push_back({.lead = place.lead,
+                             .begin = place.begin,
+                             .end = place.end,
+                             .checksum = place.checksum,
+                             .summary = layout_.tracks[i]});
+  }
+  if (!writeWholeFile(indexPath_, indexText(index), disk_.open)) removeFile(indexPath_);
+}
+
+// The document is not what the places say, though its size and time are.
+LibraryResult DocumentStore::reread() {
+  removeFile(indexPath_);
+  known_ = false;
+  refresh();
+  return LibraryResult::changed;
+}
+
+LibraryResult DocumentStore::read(size_t index, TrackText& out) {
+  if (index >= layout_.places.size()) return LibraryResult::notThere;
+  const TrackPlace& place = layout_.places[index];
+  FileStamp now;
+  if (!fileStamp(path_, now) || !(now == stamp_)) {
+    refresh();
+    return LibraryResult::changed;
+  }
+  InputFile file(path_);
+  if (!file) return LibraryResult::unreadable;
+  if (!file.readAt(place.begin, place.end - place.begin, out.text)) {
+    return file.failed() ? LibraryResult::unreadable : reread();
+  }
+  if (checksumOf(out.text) != place.checksum || !leadIsBlank(file, place)) return reread();
+  out.name = layout_.tracks[index].name;
+  out.file.clear();
+  return LibraryResult::done;
+}
+
+// Before anything is written: the document is the one that is known, and whole.
+LibraryResult DocumentStore::prepare() {
+  const uint64_t before = revision_;
+  switch (refresh()) {
+    case LibraryState::notALibrary: return LibraryResult::notALibrary;
+    case LibraryState::unreadable: return LibraryResult::unreadable;
+    default: break;
+  }
+  if (revision_ != before) return LibraryResult::changed;
+  return layout_.state == LibraryState::damaged ? repair() : LibraryResult::done;
+}
+
+// Keeps the damaged document and writes a whole one with its tracks in the same order.
+LibraryResult DocumentStore::repair() {
+  if (keptAs_.empty() || !(keptStamp_ == stamp_)) keptAs_ = copyAsBad(path_, disk_.open);
+  if (keptAs_.empty()) return LibraryResult::notKept;
+  keptStamp_ = stamp_;
+  DocumentWriter writer(path_, disk_.open);
+  writer.text(std::string(kXmlDeclaration) + kHead);
+  for (size_t i = 0; i < layout_.places.size(); ++i) {
+    TrackText old;
+    const LibraryResult result = read(i, old);
+    if (result != LibraryResult::done) return result;
+    if (layout_.tracks[i].damaged) {
+      Track track;
+      parseTrack(old.text, 0, track);
+      old.text = trackText(track, writtenAs(old.text), old.name, 2);
+    }
+    writer.track(old.text, old.name);
+  }
+  const uint64_t end = writer.written();
+  writer.text(kTail);
+  if (!writer.finish()) return LibraryResult::notWritten;
+  layout_ = std::move(writer.layout);
+  layout_.state = LibraryState::whole;
+  layout_.end = {end, end, "", ""};
+  known_ = fileStamp(path_, stamp_);
+  return LibraryResult::done;
+}
+
+// What puts the old tracks in the place of the new ones, by the numbers that they will have.
+LibraryResult DocumentStore::invert(const LibraryChange& change, LibraryChange& inverse) {
+  inverse.clear();
+  size_t at = 0;     // old number of the track behind the last edit
+  size_t place = 0;  // its new number
+  for (const TrackEdit& edit : change) {
+    place += edit.index - at;
+    at = edit.index;
+    TrackEdit back{.index = place, .removes = false};
+    TrackText old;
+    if (edit.index < layout_.places.size()) {
+      const LibraryResult result = read(edit.index, old);
+      if (result != LibraryResult::done) return result;
+    }
+    if (edit.removes) {
+      back.texts.push_back(std::move(old));
+      ++at;
+    }
+    back.removes = !edit.texts.empty();
+    if (back.removes || !back.texts.empty()) inverse.push_back(std::move(back));
+    for (size_t i = 1; i < edit.texts.size(); ++i) inverse.push_back({.index = place + i});
+    place += edit.texts.size();
+  }
+  return LibraryResult::done;
+}
+
+// An index that lies about the end would have a track written into the middle of another.
+bool DocumentStore::endIsWhereItWas() {
+  constexpr std::string_view kEnd = "</tracks";
+  constexpr uint64_t kMostBlanks = 4096;
+  const EndPlace& end = layout_.end;
+  const bool fresh = layout_.state == LibraryState::missing;
+  if (fresh || !end.before.empty()) return true;  // it was read, not remembered
+  InputFile file(path_);
+  std::string bytes;
+  const uint64_t size = std::min(stamp_.size - end.begin, kMostBlanks);
+  if (!file || !file.readAt(end.begin, size, bytes)) return false;
+  const size_t first = bytes.find_first_not_of(kBlanks);
+  return first != std::string::npos && bytes.compare(first, kEnd.size(), kEnd) == 0;
+}
+
+LibraryResult DocumentStore::write(const LibraryChange& change) {
+  const bool fresh = layout_.state == LibraryState::missing;
+  const std::vector<TrackPlace>& places = layout_.places;
+  EndPlace end = layout_.end;
+  if (fresh) end = {0, stamp_.size, std::string(kXmlDeclaration) + kHead, kTail};
+  InputFile from(path_);
+  if (!fresh && !from) return LibraryResult::unreadable;
+  DocumentWriter writer(path_, disk_.open);
+  uint64_t at = 0;     // of the old document
+  size_t copied = 0;   // old tracks that were gone over
+  bool added = false;  // at the end
+  const auto copyTo = [&](uint64_t place) {
+    writer.copy(from, at, place);
+    at = place;
+  };
+  const auto keepUpTo = [&](size_t index) {
+    for (; copied < index; ++copied) {
+      copyTo(places[copied].lead);
+      TrackPlace place = places[copied];
+      const uint64_t shift = writer.written() - place.lead;  // wraps back where it is below
+      place.lead += shift, place.begin += shift, place.end += shift;
+      copyTo(places[copied].end);
+      writer.layout.places.push_back(place);
+      writer.layout.tracks.push_back(layout_.tracks[copied]);
+    }
+  };
+  for (const TrackEdit& edit : change) {
+    keepUpTo(edit.index);
+    if (edit.index < places.size()) {
+      copyTo(places[edit.index].lead);
+    } else if (!added) {
+      copyTo(end.begin);
+      writer.text(end.before);
+      added = true;
+    }
+    for (const TrackText& text : edit.texts) writer.track(text.text, text.name);
+    if (!edit.removes) continue;
+    at = places[edit.index].end;
+    ++copied;
+  }
+  keepUpTo(places.size());
+  if (!added) copyTo(end.begin);
+  const uint64_t newEnd = writer.written();
+  if (added) {
+    writer.text(end.after);
+    at = end.end;
+  }
+  if (!fresh) copyTo(stamp_.size);
+  from.close();  // some systems do not replace what is open
+  if (!writer.finish()) return LibraryResult::notWritten;
+
+  const bool usual = end.before.empty() || fresh;
+  writer.layout.state = LibraryState::whole;
+  writer.layout.end = {newEnd, newEnd, "", ""};
+  layout_ = std::move(writer.layout);
+  known_ = fileStamp(path_, stamp_) && usual;
+  return LibraryResult::done;
+}
+
+LibraryResult DocumentStore::apply(const LibraryChange& change, LibraryChange& inverse) {
+  const LibraryLock lock(withoutExtension(path_) + ".lock", disk_);
+  if (lock.result() != LibraryResult::done) return lock.result();
+  LibraryResult result = prepare();
+  if (result != LibraryResult::done || change.empty()) return result;
+  if (!fits(change, layout_.places.size())) return LibraryResult::notThere;
+  result = invert(change, inverse);
+  if (result != LibraryResult::done) return result;
+  if (!endIsWhereItWas()) return reread();
+  result = write(change);
+  if (result != LibraryResult::done) return result;
+  if (known_) {
+    writeIndexFile();
+  } else {
+    refresh();
+  }
+  return LibraryResult::done;
+}
+
+}  // namespace vgps

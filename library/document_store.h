@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "library/document_layout.h"
+#include "library/library_files.h"
+#include "library/library_index.h"
+#include "library/track_store.h"
+
+namespace vgps {
+
+// All tracks in one document. A change copies the bytes of what it does not touch.
+class DocumentStore : public TrackStore {
+ public:
+  DocumentStore(std::string path, LibraryDisk disk);
+
+  const std::string& path() const override { return path_; }
+  const std::string& keptAs() const override { return keptAs_; }
+  const std::string& damagedPath() const override { return path_; }
+  bool isFolder() const override { return false; }
+  LibraryState state() const override { return layout_.state; }
+  uint64_t revision() const override { return revision_; }
+  LibraryState refresh() override;
+  const std::vector<TrackSummary>& tracks() const override { return layout_.tracks; }
+  LibraryResult read(size_t index, TrackText& out) override;
+  LibraryResult apply(const LibraryChange& change, LibraryChange& inverse) override;
+
+ private:
+  bool readFile();
+  bool readIndexFile();
+  void writeIndexFile();
+  LibraryResult reread();
+  LibraryResult prepare();
+  LibraryResult repair();
+  LibraryResult invert(const LibraryChange& change, LibraryChange& inverse);
+  bool endIsWhereItWas();
+  LibraryResult write(const LibraryChange& change);
+
+  const std::string path_;
+  const std::string indexPath_;
+  const LibraryDisk disk_;
+  std::string keptAs_;
+  bool known_ = false;  // what follows is about the document of this stamp
+  FileStamp stamp_;
+  FileStamp keptStamp_;  // of the document that `keptAs_` is a copy of
+  uint64_t revision_ = 0;
+  DocumentLayout layout_;
+};
+
+}  // namespace vgps

@@ -1,0 +1,229 @@
+#include "library/folder_store.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "library/document_layout.h"
+#include "platform/files.h"
+#include "track/file_names.h"
+#include "track/track_file.h"
+#include "track/whole_file.h"
+#include "xml/document.h"
+
+namespace vgps {
+namespace {
+
+constexpr const char* kIndexName = "tracks.index";
+constexpr const char* kLockName = "tracks.lock";
+
+bool isXmlName(std::string_view name) {
+  constexpr std::string_view kEnd = ".xml";
+  if (name.size() <= kEnd.size()) return false;
+  const std::string_view end = name.substr(name.size() - kEnd.size());
+  return std::equal(end.begin(), end.end(), kEnd.begin(), [](char a, char b) {
+    return (a >= 'A' && a <= 'Z' ? static_cast<char>(a - 'A' + 'a') : a) == b;
+  });
+}
+
+// A file as it is listed; `other` when it is no track.
+IndexEntry entryOf(const std::string& path, const std::string& name, const FileStamp& stamp) {
+  IndexEntry entry{.file = name, .stamp = stamp};
+  Track track;
+  const TrackLoading loading = loadTrackFile(path, 0, track);
+  entry.other = loading != TrackLoading::whole && loading != TrackLoading::damaged;
+  if (entry.other) return entry;
+  entry.summary = summaryOf(track);
+  entry.summary.name = withoutExtension(name);
+  entry.summary.damaged = loading == TrackLoading::damaged;
+  return entry;
+}
+
+}  // namespace
+
+FolderStore::FolderStore(std::string folder, LibraryDisk disk)
+    : folder_(std::move(folder)), indexPath_(pathIn(folder_, kIndexName)), disk_(std::move(disk)) {}
+
+std::string FolderStore::pathOf(const IndexEntry& entry) const {
+  return pathIn(folder_, entry.file);
+}
+
+// Looks at the files that are new or changed. True when the list is another one.
+bool FolderStore::look() {
+  std::vector<IndexEntry> known = std::move(files_);
+  files_.clear();
+  std::vector<std::string> names = filesIn(folder_);
+  std::sort(names.begin(), names.end());
+  bool changed = false;
+  for (const std::string& name : names) {
+    const std::string path = pathIn(folder_, name);
+    FileStamp stamp;
+    if (!isXmlName(name) || !fileStamp(path, stamp)) continue;
+    const auto old = std::lower_bound(known.begin(), known.end(), name,
+                                      [](const auto& e, const auto& n) { return e.file < n; });
+    if (old != known.end() && old->file == name && old->stamp == stamp) {
+      files_.push_back(std::move(*old));
+      old->file = name;  // the search goes on by it
+    } else {
+      files_.push_back(entryOf(path, name, stamp));
+      changed = true;
+    }
+  }
+  return changed || files_.size() != known.size();
+}
+
+LibraryState FolderStore::refresh() {
+  std::string bytes;
+  LibraryIndex index;
+  if (!looked_ && readWholeFile(indexPath_, bytes) && readIndex(bytes, index)) {
+    files_ = std::move(index.entries);
+    std::sort(files_.begin(), files_.end(),
+              [](const IndexEntry& a, const IndexEntry& b) { return a.file < b.file; });
+  }
+  const bool changed = look();
+  if (changed) {
+    index.entries = files_;
+    if (!writeWholeFile(indexPath_, indexText(index), disk_.open)) removeFile(indexPath_);
+  }
+  if (changed || !looked_) ++revision_;
+  looked_ = true;
+  trackFiles_.clear();
+  tracks_.clear();
+  damagedPath_.clear();
+  for (size_t i = 0; i < files_.size(); ++i) {
+    if (files_[i].other) continue;
+    trackFiles_.push_back(i);
+    tracks_.push_back(files_[i].summary);
+    if (tracks_.back().damaged && damagedPath_.empty()) damagedPath_ = pathOf(files_[i]);
+  }
+  state_ = damagedPath_.empty() ? LibraryState::whole : LibraryState::damaged;
+  if (!vgps::isFolder(folder_)) state_ = LibraryState::unreadable;
+  return state_;
+}
+
+LibraryResult FolderStore::read(size_t index, TrackText& out) {
+  if (index >= trackFiles_.size()) return LibraryResult::notThere;
+  const IndexEntry& entry = files_[trackFiles_[index]];
+  FileStamp now;
+  if (!fileStamp(pathOf(entry), now) || !(now == entry.stamp)) {
+    refresh();
+    return LibraryResult::changed;
+  }
+  if (!readWholeFile(pathOf(entry), out.text)) return LibraryResult::unreadable;
+  out.name = entry.summary.name;
+  out.file = pathOf(entry);
+  out.isFile = true;
+  return LibraryResult::done;
+}
+
+// The first text of a track keeps the file as long as it keeps the name; a text that stood there
+// before goes back to its file; all others get a free name.
+LibraryResult FolderStore::collectEdit(const TrackEdit& edit, std::vector<FileChange>& files) {
+  FileChange old;
+  if (edit.removes) {
+    const LibraryResult result = read(edit.index, old.old);
+    if (result != LibraryResult::done) return result;
+    old.path = old.old.file;
+    old.wasThere = true;
+  }
+  for (const TrackText& text : edit.texts) {
+    std::string bytes = text.text;
+    if (!text.isFile) bytes.insert(0, std::string(kXmlDeclaration) + "\r\n");
+    if (old.wasThere && !old.stays && (text.file == old.path || text.name == old.old.name)) {
+      old.bytes = std::move(bytes);
+      old.stays = true;
+      continue;
+    }
+    const bool back = !text.file.empty() && !fileExists(text.file);
+    FileChange added{.path = back ? text.file : freeTrackPath(folder_, text.name),
+                     .bytes = std::move(bytes),
+                     .stays = true};
+    const auto same = [&](const FileChange& file) { return file.path == added.path; };
+    if (added.path.empty() || std::any_of(files.begin(), files.end(), same)) {
+      return LibraryResult::noFreeName;
+    }
+    files.push_back(std::move(added));
+  }
+  if (old.wasThere) files.push_back(std::move(old));
+  return LibraryResult::done;
+}
+
+// New files first, deleted ones last: whatever ends the program in between, no point is lost.
+LibraryResult FolderStore::collect(const LibraryChange& change, std::vector<FileChange>& files) {
+  for (const TrackEdit& edit : change) {
+    const LibraryResult result = collectEdit(edit, files);
+    if (result != LibraryResult::done) return result;
+  }
+  std::stable_sort(files.begin(), files.end(), [](const FileChange& a, const FileChange& b) {
+    const auto rank = [](const FileChange& f) { return !f.wasThere ? 0 : f.stays ? 1 : 2; };
+    return rank(a) < rank(b);
+  });
+  return LibraryResult::done;
+}
+
+LibraryResult FolderStore::keepDamaged(const LibraryChange& change) {
+  for (const TrackEdit& edit : change) {
+    if (!edit.removes || !tracks_[edit.index].damaged) continue;
+    keptAs_ = copyAsBad(pathOf(files_[trackFiles_[edit.index]]), disk_.open);
+    if (keptAs_.empty()) return LibraryResult::notKept;
+  }
+  return LibraryResult::done;
+}
+
+bool FolderStore::write(const FileChange& file) {
+  if (!file.stays) return removeFile(file.path);
+  OutputFile out(file.path, disk_.open);
+  return out.write(file.bytes) && out.finish();
+}
+
+// The disk refused in the middle: what was done is undone, as far as the disk lets us.
+void FolderStore::takeBack(const std::vector<FileChange>& files, size_t count) {
+  for (size_t i = count; i-- > 0;) {
+    FileChange back = files[i];
+    back.stays = back.wasThere;
+    back.bytes = back.old.text;
+    write(back);
+  }
+}
+
+LibraryChange FolderStore::inverseOf(std::vector<FileChange> files) const {
+  LibraryChange inverse;
+  LibraryChange restored;
+  for (FileChange& file : files) {
+    TrackEdit edit{.index = tracks_.size(), .removes = false};
+    for (size_t i = 0; i < trackFiles_.size() && file.stays; ++i) {
+      if (pathOf(files_[trackFiles_[i]]) != file.path) continue;
+      edit.index = i;
+      edit.removes = true;
+    }
+    if (file.wasThere) edit.texts.push_back(std::move(file.old));
+    (edit.removes ? inverse : restored).push_back(std::move(edit));
+  }
+  std::sort(inverse.begin(), inverse.end(),
+            [](const TrackEdit& a, const TrackEdit& b) { return a.index < b.index; });
+  std::move(restored.begin(), restored.end(), std::back_inserter(inverse));
+  return inverse;
+}
+
+LibraryResult FolderStore::apply(const LibraryChange& change, LibraryChange& inverse) {
+  const LibraryLock lock(pathIn(folder_, kLockName), disk_);
+  if (lock.result() != LibraryResult::done) return lock.result();
+  const uint64_t before = revision_;
+  if (refresh() == LibraryState::unreadable) return LibraryResult::unreadable;
+  if (revision_ != before) return LibraryResult::changed;
+  std::vector<FileChange> files;
+  LibraryResult result = collect(change, files);
+  if (result == LibraryResult::done) result = keepDamaged(change);
+  if (result != LibraryResult::done) return result;
+  for (size_t i = 0; i < files.size(); ++i) {
+    if (write(files[i])) continue;
+    takeBack(files, i);
+    refresh();
+    return LibraryResult::notWritten;
+  }
+  refresh();
+  inverse = inverseOf(std::move(files));
+  return LibraryResult::done;
+}
+
+}  // namespace vgps

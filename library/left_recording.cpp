@@ -1,0 +1,54 @@
+#include "library/left_recording.h"
+
+#include <utility>
+
+namespace vgps {
+
+JournalResult LeftRecording::open(const std::string& path) {
+  path_ = path;
+  track_ = {};
+  auto journal = std::make_unique<Journal>(settings_);
+  RecoveredTrack found;
+  const JournalResult result = journal->recover(path, found);
+  damaged_ = found.damaged;
+  keptAs_ = found.keptAs;
+  if (result != JournalResult::open) return result;
+  if (found.points.empty()) {
+    journal->discard();
+    return JournalResult::missing;
+  }
+  track_.points = std::move(found.points);
+  journal_ = std::move(journal);
+  return result;
+}
+
+std::string LeftRecording::question() const {
+  std::string text = "A track of " + std::to_string(points()) + " points was being recorded.";
+  if (!damaged_) return text;
+  text += " A part of " + path_ + " is damaged";
+  return text + (keptAs_.empty() ? "." : "; it is kept as " + keptAs_ + ".");
+}
+
+std::unique_ptr<Journal> LeftRecording::continueInto(Track& current) {
+  current.points = std::exchange(track_.points, {});
+  current.attachments.clear();
+  current.pointNames.clear();
+  return std::move(journal_);
+}
+
+LibraryResult LeftRecording::save(TrackLibrary& library, const RecordingOptions& options,
+                                  const DateTime& local) {
+  const LibraryResult result = library.add(track_, options, local);
+  if (result == LibraryResult::done) discard();
+  return result;
+}
+
+void LeftRecording::leave() { journal_.reset(); }
+
+bool LeftRecording::discard() {
+  const bool gone = journal_ == nullptr || journal_->discard();
+  journal_.reset();
+  return gone;
+}
+
+}  // namespace vgps

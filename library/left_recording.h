@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+#include "library/journal.h"
+#include "library/track_library.h"
+
+// What a start of the program does about a recording that did not end: for each of
+// `journalsAt(path)` it opens a LeftRecording, asks, and carries out the answer.
+namespace vgps {
+
+class LeftRecording {
+ public:
+  explicit LeftRecording(JournalSettings settings = {}) : settings_(std::move(settings)) {}
+
+  // Takes hold of the journal, so that no other program asks about it too. Only after `open` there
+  // is something to answer. One without a single point is deleted, and is `missing` then.
+  JournalResult open(const std::string& path);
+
+  const std::string& path() const { return path_; }
+  size_t points() const { return track_.points.size(); }
+  bool damaged() const { return damaged_; }
+  const std::string& keptAs() const { return keptAs_; }
+  const Track& track() const { return track_; }
+  // "A track of 12 points was being recorded.", and what is to be said about damage.
+  std::string question() const;
+
+  // Puts a longer track in the place of what the journal holds, where a disk did not take its end.
+  void take(Track track) { track_ = std::move(track); }
+
+  // Continue: the points become those of `current`, which is to be started then, and the journal
+  // is the caller's to append to.
+  std::unique_ptr<Journal> continueInto(Track& current);
+  // Save: into the library; the journal goes only when the track is there for sure.
+  LibraryResult save(TrackLibrary& library, const RecordingOptions& options, const DateTime& local);
+  // Later: it stays as it is.
+  void leave();
+  // Nobody wants it. False when the system does not let us delete it.
+  bool discard();
+
+ private:
+  JournalSettings settings_;
+  std::string path_;
+  std::string keptAs_;
+  bool damaged_ = false;
+  Track track_;
+  std::unique_ptr<Journal> journal_;
+};
+
+// One sentence for a person about a journal that could not be taken hold of; empty for `open` and
+// `missing`.
+std::string journalMessage(JournalResult result, const std::string& path);
+
+}  // namespace vgps

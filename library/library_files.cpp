@@ -1,0 +1,142 @@
+#include "library/library_files.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+#include <utility>
+
+#include "platform/files.h"
+#include "track/whole_file.h"
+
+namespace vgps {
+namespace {
+
+constexpr size_t kBlock = size_t{1} << 20;
+
+}  // namespace
+
+InputFile::InputFile(const std::string& path) : file_(openFile(path, "rb")) {
+  if (file_ != nullptr) std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // blocks are asked for
+}
+
+TagReader::Source InputFile::source() {
+  return [this](char* to, size_t size) { return std::fread(to, 1, size, file_.get()); };
+}
+
+bool InputFile::seek(uint64_t offset) {
+  // One step of the C library is a long, which has 32 bits on some systems.
+  constexpr uint64_t kStep = uint64_t{1} << 30;
+  std::rewind(file_.get());
+  for (; offset > 0; offset -= std::min(offset, kStep)) {
+    if (std::fseek(file_.get(), static_cast<long>(std::min(offset, kStep)), SEEK_CUR) != 0) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool InputFile::readAt(uint64_t offset, uint64_t size, std::string& out) {
+  if (!seek(offset)) return false;
+  out.clear();
+  while (out.size() < size) {
+    const size_t before = out.size();
+    const size_t wanted = std::min<uint64_t>(size - before, 16 * kBlock);
+    out.resize(before + wanted);
+    const size_t got = std::fread(out.data() + before, 1, wanted, file_.get());
+    if (got < wanted) return false;
+  }
+  return true;
+}
+
+bool InputFile::copy(uint64_t begin, uint64_t end,
+                     const std::function<bool(std::string_view)>& write) {
+  if (!seek(begin)) return false;
+  std::string block(std::min<uint64_t>(kBlock, end - begin), '\0');
+  for (uint64_t left = end - begin; left > 0;) {
+    const size_t wanted = std::min<uint64_t>(left, block.size());
+    if (std::fread(block.data(), 1, wanted, file_.get()) != wanted) return false;
+    if (!write(std::string_view(block).substr(0, wanted))) return false;
+    left -= wanted;
+  }
+  return true;
+}
+
+bool InputFile::failed() const { return std::ferror(file_.get()) != 0; }
+
+bool readWholeFile(const std::string& path, std::string& out) {
+  FileStamp stamp;
+  InputFile file(path);
+  return file && fileStamp(path, stamp) && file.readAt(0, stamp.size, out);
+}
+
+OutputFile::OutputFile(std::string path, const ExclusiveOpener& open)
+    : path_(std::move(path)), beside_(path_ + ".new") {
+  FileOpening opening{};
+  file_ = open(beside_, true, opening);
+  good_ = file_ != nullptr && file_->cutAt(0);
+}
+
+OutputFile::~OutputFile() {
+  if (file_ != nullptr) file_->remove();
+}
+
+bool OutputFile::sendBuffer() {
+  const std::span bytes(reinterpret_cast<const uint8_t*>(buffer_.data()), buffer_.size());
+  good_ = good_ && file_->writeAt(written_ - buffer_.size(), bytes);
+  buffer_.clear();
+  return good_;
+}
+
+bool OutputFile::write(std::string_view bytes) {
+  buffer_ += bytes;
+  written_ += bytes.size();
+  return buffer_.size() < kBlock ? good_ : sendBuffer();
+}
+
+bool OutputFile::finish() {
+  if (!sendBuffer() || !file_->flush()) return good_ = false;
+  file_.reset();  // some systems do not rename what is open
+  // A program that looks through new files can hold one for a moment.
+  constexpr int kAttempts = 20;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    if (replaceFile(beside_, path_)) return true;
+    if (!fileExists(beside_)) break;
+    std::this_thread::sleep_for(std::chrono::milliseconds(25));
+  }
+  removeFile(beside_);
+  return false;
+}
+
+LibraryLock::LibraryLock(const std::string& path, const LibraryDisk& disk) {
+  const auto limit =
+      std::chrono::steady_clock::now() + std::chrono::milliseconds(disk.waitForOthersMs);
+  FileOpening opening{};
+  while ((file_ = disk.open(path, true, opening)) == nullptr) {
+    const bool wait = opening == FileOpening::inUse && std::chrono::steady_clock::now() < limit;
+    if (!wait) break;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  if (file_ != nullptr) result_ = LibraryResult::done;
+  if (file_ == nullptr && opening == FileOpening::inUse) result_ = LibraryResult::inUse;
+}
+
+LibraryLock::~LibraryLock() {
+  if (file_ != nullptr) file_->remove();
+}
+
+std::string copyAsBad(const std::string& path, const ExclusiveOpener& open) {
+  constexpr int kMost = 99;
+  std::string bad = badPathOf(path);
+  for (int number = 2; fileExists(bad); ++number) {
+    if (number > kMost) return {};
+    bad = withoutExtension(path) + "-" + std::to_string(number) + ".bad";
+  }
+  FileStamp stamp;
+  InputFile from(path);
+  if (!from || !fileStamp(path, stamp)) return {};
+  OutputFile to(bad, open);
+  const auto write = [&to](std::string_view bytes) { return to.write(bytes); };
+  return from.copy(0, stamp.size, write) && to.finish() ? bad : std::string();
+}
+
+}  // namespace vgps

@@ -1,0 +1,167 @@
+#include "library/library_index.h"
+
+#include <bit>
+#include <cstddef>
+
+#include "library/document_layout.h"
+
+namespace vgps {
+namespace {
+
+constexpr std::string_view kMagic = "VGPSINDX";
+constexpr uint32_t kVersion = 1;
+constexpr uint32_t kOther = 1;  // flags
+constexpr uint32_t kDamaged = 2;
+constexpr size_t kLeastEntry = 120;  // bytes; more entries than that many fit are none
+
+class Writer {
+ public:
+  template <class Unsigned>
+  void number(Unsigned value) {
+    for (size_t i = 0; i < sizeof value; ++i) bytes_ += static_cast<char>(value >> (8 * i));
+  }
+  void decimal(double value) { number(std::bit_cast<uint64_t>(value)); }
+  void text(std::string_view text) {
+    number(static_cast<uint32_t>(text.size()));
+    bytes_ += text;
+  }
+  void raw(std::string_view text) { bytes_ += text; }
+  std::string take() {
+    number(checksumOf(bytes_));
+    return std::move(bytes_);
+  }
+
+ private:
+  std::string bytes_;
+};
+
+// What is asked for past the end is 0, and said so.
+class Reader {
+ public:
+  explicit Reader(std::string_view bytes) : left_(bytes) {}
+  template <class Unsigned>
+  Unsigned number() {
+    const std::string_view bytes = raw(sizeof(Unsigned));
+    Unsigned value = 0;
+    for (size_t i = 0; i < bytes.size(); ++i) {
+      const auto byte = static_cast<unsigned char>(bytes[i]);
+      value = static_cast<Unsigned>(value | static_cast<Unsigned>(Unsigned{byte} << (8 * i)));
+    }
+    return value;
+  }
+  double decimal() { return std::bit_cast<double>(number<uint64_t>()); }
+  std::string text() { return std::string(raw(number<uint32_t>())); }
+  std::string_view raw(size_t size) {
+    if (size > left_.size()) {
+      failed_ = true;
+      left_ = {};
+    }
+    const std::string_view bytes = left_.substr(0, failed_ ? 0 : size);
+    left_.remove_prefix(bytes.size());
+    return bytes;
+  }
+  size_t left() const { return left_.size(); }
+  bool failed() const { return failed_; }
+
+ private:
+  std::string_view left_;
+  bool failed_ = false;
+};
+
+void writeDate(Writer& out, const DateTime& t) {
+  for (const uint16_t field :
+       {t.year, t.month, t.dayOfWeek, t.day, t.hour, t.minute, t.second, t.millisecond}) {
+    out.number(field);
+  }
+}
+
+void readDate(Reader& in, DateTime& t) {
+  for (uint16_t* field :
+       {&t.year, &t.month, &t.dayOfWeek, &t.day, &t.hour, &t.minute, &t.second, &t.millisecond}) {
+    *field = in.number<uint16_t>();
+  }
+}
+
+void writeStamp(Writer& out, const FileStamp& stamp) {
+  out.number(stamp.size);
+  out.number(static_cast<uint64_t>(stamp.time));
+}
+
+FileStamp readStamp(Reader& in) {
+  FileStamp stamp;
+  stamp.size = in.number<uint64_t>();
+  stamp.time = static_cast<int64_t>(in.number<uint64_t>());
+  return stamp;
+}
+
+void writeEntry(Writer& out, const IndexEntry& entry) {
+  const TrackSummary& summary = entry.summary;
+  out.text(entry.file);
+  writeStamp(out, entry.stamp);
+  for (const uint64_t place : {entry.lead, entry.begin, entry.end}) out.number(place);
+  out.number(entry.checksum);
+  out.number((entry.other ? kOther : 0) | (summary.damaged ? kDamaged : 0));
+  out.number(summary.points);
+  out.decimal(summary.kilometres);
+  out.number(static_cast<uint64_t>(summary.seconds));
+  writeDate(out, summary.date);
+  for (const double edge : {summary.west, summary.south, summary.east, summary.north}) {
+    out.decimal(edge);
+  }
+  out.text(summary.name);
+}
+
+IndexEntry readEntry(Reader& in) {
+  IndexEntry entry;
+  TrackSummary& summary = entry.summary;
+  entry.file = in.text();
+  entry.stamp = readStamp(in);
+  for (uint64_t* place : {&entry.lead, &entry.begin, &entry.end}) *place = in.number<uint64_t>();
+  entry.checksum = in.number<uint32_t>();
+  const auto flags = in.number<uint32_t>();
+  entry.other = (flags & kOther) != 0;
+  summary.damaged = (flags & kDamaged) != 0;
+  summary.points = in.number<uint64_t>();
+  summary.kilometres = in.decimal();
+  summary.seconds = static_cast<int64_t>(in.number<uint64_t>());
+  readDate(in, summary.date);
+  for (double* edge : {&summary.west, &summary.south, &summary.east, &summary.north}) {
+    *edge = in.decimal();
+  }
+  summary.name = in.text();
+  return entry;
+}
+
+}  // namespace
+
+std::string indexText(const LibraryIndex& index) {
+  Writer out;
+  out.raw(kMagic);
+  out.number(kVersion);
+  writeStamp(out, index.document);
+  out.number(index.endPlace);
+  out.number(static_cast<uint32_t>(index.entries.size()));
+  for (const IndexEntry& entry : index.entries) writeEntry(out, entry);
+  return out.take();
+}
+
+bool readIndex(std::string_view bytes, LibraryIndex& index) {
+  constexpr size_t kChecksum = 4;
+  if (bytes.size() < kChecksum) return false;
+  const std::string_view body = bytes.substr(0, bytes.size() - kChecksum);
+  if (Reader(bytes.substr(body.size())).number<uint32_t>() != checksumOf(body)) return false;
+  Reader in(body);
+  if (in.raw(kMagic.size()) != kMagic || in.number<uint32_t>() != kVersion) return false;
+  LibraryIndex read;
+  read.document = readStamp(in);
+  read.endPlace = in.number<uint64_t>();
+  const auto count = in.number<uint32_t>();
+  if (count > in.left() / kLeastEntry) return false;
+  read.entries.reserve(count);
+  for (uint32_t i = 0; i < count; ++i) read.entries.push_back(readEntry(in));
+  if (in.failed() || in.left() != 0) return false;
+  index = std::move(read);
+  return true;
+}
+
+}  // namespace vgps

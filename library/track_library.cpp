@@ -1,0 +1,318 @@
+#include "library/track_library.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+#include "base/text.h"
+#include "library/document_layout.h"
+#include "library/document_store.h"
+#include "library/folder_store.h"
+#include "platform/files.h"
+#include "track/editing.h"
+#include "track/file_names.h"
+#include "track/thinning.h"
+#include "track/track_xml.h"
+#include "xml/escape.h"
+
+namespace vgps {
+
+// A track of the library, and how to write it without losing any of its attributes.
+struct Editable {
+  Track track;
+  RecordingOptions writing;
+};
+
+namespace {
+
+constexpr size_t kDocumentDepth = 2;  // root, tracks
+
+// What a name may hold: one line of text.
+std::string cleanName(std::string_view name) {
+  std::string clean = validUtf8(name);
+  for (char& c : clean) {
+    if (static_cast<unsigned char>(c) < ' ') c = ' ';
+  }
+  const size_t first = clean.find_first_not_of(' ');
+  if (first == std::string::npos) return {};
+  return clean.substr(first, clean.find_last_not_of(' ') + 1 - first);
+}
+
+// The element with another name in its tag; everything else stays as it is.
+std::string renamed(std::string text, const std::string& name) {
+  const std::string stored = escapeXml(name);
+  const size_t end = text.find('>');
+  const size_t at = text.find(" n=\"");
+  if (at < end) {
+    const size_t value = at + 4;
+    return text.replace(value, text.find('"', value) - value, stored);
+  }
+  constexpr size_t kBehindT = 2;  // "<t"
+  return text.insert(kBehindT, " n=\"" + stored + "\"");
+}
+
+void addAttributes(RecordingOptions& writing, const RecordingOptions& other) {
+  writing.recordCell = writing.recordCell || other.recordCell;
+  writing.recordSpeed = writing.recordSpeed || other.recordSpeed;
+  writing.recordTime = writing.recordTime || other.recordTime;
+  writing.recordCourse = writing.recordCourse || other.recordCourse;
+}
+
+// The attributes that hold something in these points.
+RecordingOptions attributesIn(const Track& track) {
+  RecordingOptions writing;
+  for (const TrackPoint& point : track.points) {
+    writing.recordCell = writing.recordCell || point.c != 0;
+    writing.recordSpeed = writing.recordSpeed || point.speedKmh != 0;
+    writing.recordTime = writing.recordTime || point.localTime.year != 0;
+    writing.recordCourse = writing.recordCourse || point.course != 0;
+  }
+  return writing;
+}
+
+// The first number that no split part has yet.
+uint32_t freeSplitNumber(std::span<const TrackSummary> tracks) {
+  for (uint32_t number = 1;; ++number) {
+    const std::string name = "Split " + std::to_string(number);
+    const auto has = [&](const TrackSummary& track) { return track.name == name; };
+    if (std::none_of(tracks.begin(), tracks.end(), has)) return number;
+  }
+}
+
+std::string savedText(XmlElement element) {
+  XmlDocument document;
+  document.SetRootElement(element);
+  const XmlBuffer text = document.saveToMemory();
+  return text ? std::string(text.view()) : std::string();
+}
+
+}  // namespace
+
+std::string trackLibraryPath(std::string_view setting, const std::string& settingsFolder) {
+  if (setting.empty()) return pathIn(settingsFolder, kTrackLibraryName);
+  if (setting.find_first_of("/\\") != std::string_view::npos) return std::string(setting);
+  return pathIn(settingsFolder, setting);
+}
+
+TrackLibrary::TrackLibrary(LibraryDisk disk) : disk_(std::move(disk)) {}
+TrackLibrary::~TrackLibrary() = default;
+TrackLibrary::TrackLibrary(TrackLibrary&&) noexcept = default;
+TrackLibrary& TrackLibrary::operator=(TrackLibrary&&) noexcept = default;
+
+LibraryState TrackLibrary::open(const std::string& path) {
+  undo_.clear();
+  if (vgps::isFolder(path)) {
+    store_ = std::make_unique<FolderStore>(path, disk_);
+  } else {
+    store_ = std::make_unique<DocumentStore>(path, disk_);
+  }
+  return store_->refresh();
+}
+
+LibraryState TrackLibrary::refresh() {
+  return store_ == nullptr ? LibraryState::missing : store_->refresh();
+}
+
+bool TrackLibrary::isFolder() const { return store_ != nullptr && store_->isFolder(); }
+
+const std::string& TrackLibrary::path() const {
+  static const std::string none;
+  return store_ == nullptr ? none : store_->path();
+}
+
+LibraryState TrackLibrary::state() const {
+  return store_ == nullptr ? LibraryState::missing : store_->state();
+}
+
+std::span<const TrackSummary> TrackLibrary::tracks() const {
+  if (store_ == nullptr) return {};
+  return store_->tracks();
+}
+
+const std::string& TrackLibrary::keptAs() const {
+  static const std::string none;
+  return store_ == nullptr ? none : store_->keptAs();
+}
+
+std::string TrackLibrary::message() const {
+  return store_ == nullptr ? std::string() : libraryMessage(state(), store_->damagedPath());
+}
+
+LibraryResult TrackLibrary::load(size_t index, int32_t speedUnit, Track& track) {
+  if (store_ == nullptr) return LibraryResult::notThere;
+  TrackText text;
+  const LibraryResult result = store_->read(index, text);
+  if (result != LibraryResult::done) return result;
+  track = {};
+  parseTrack(text.text, speedUnit, track);
+  track.name = text.name;
+  return LibraryResult::done;
+}
+
+LibraryResult TrackLibrary::change(const LibraryChange& change) {
+  LibraryChange inverse;
+  const LibraryResult result = store_->apply(change, inverse);
+  if (result == LibraryResult::done) {
+    undo_ = std::move(inverse);
+    undoRevision_ = store_->revision();
+  }
+  return result;
+}
+
+bool TrackLibrary::canUndo() const {
+  return store_ != nullptr && !undo_.empty() && undoRevision_ == store_->revision();
+}
+
+LibraryResult TrackLibrary::undo() {
+  if (!canUndo()) return LibraryResult::notThere;
+  LibraryChange inverse;
+  const LibraryResult result = store_->apply(undo_, inverse);
+  // What the disk did not take can be tried once more.
+  if (result == LibraryResult::done || result == LibraryResult::changed) undo_.clear();
+  return result;
+}
+
+TrackText TrackLibrary::rendered(const Track& track, const RecordingOptions& writing,
+                                 std::string name) const {
+  TrackText text;
+  text.text = isFolder() ? trackText(track, writing, {}, 0)
+                         : trackText(track, writing, name, kDocumentDepth);
+  text.name = std::move(name);
+  return text;
+}
+
+LibraryResult TrackLibrary::add(Track& track, const RecordingOptions& options,
+                                const DateTime& local) {
+  if (store_ == nullptr) return LibraryResult::notThere;
+  refresh();
+  const size_t count = tracks().size();
+  std::string name = cleanName(track.name);
+  if (name.empty()) {
+    name =
+        isFolder() ? trackNameFromTime(local) : libraryName({}, static_cast<uint32_t>(count + 1));
+  }
+  const LibraryResult result =
+      change({{.index = count, .removes = false, .texts = {rendered(track, options, name)}}});
+  if (result == LibraryResult::done) dropWrittenAttachments(track);
+  return result;
+}
+
+LibraryResult TrackLibrary::import(XmlElement element) {
+  if (store_ == nullptr) return LibraryResult::notThere;
+  refresh();
+  const size_t count = tracks().size();
+  Track track;
+  readTrack(element, 0, track);
+  const std::string saved = savedText(element);
+  if (saved.empty()) return LibraryResult::notWritten;
+  TrackText text;
+  if (isFolder()) {
+    text.name = cleanName(track.name).empty() ? "Import" : cleanName(track.name);
+    text.text = saved;
+    text.isFile = true;
+    text.file = freeImportPath(path(), text.name);
+    if (text.file.empty()) return LibraryResult::noFreeName;
+  } else {
+    track.name = cleanName(track.name);
+    text = rendered(track, writtenAs(saved), libraryName(track, static_cast<uint32_t>(count + 1)));
+  }
+  return change({{.index = count, .removes = false, .texts = {std::move(text)}}});
+}
+
+LibraryResult TrackLibrary::rename(size_t index, std::string_view name) {
+  TrackText text;
+  const std::string clean = cleanName(name);
+  if (clean.empty()) return LibraryResult::noName;
+  if (store_ == nullptr) return LibraryResult::notThere;
+  if (index < tracks().size() && tracks()[index].name == clean) return LibraryResult::done;
+  const LibraryResult result = store_->read(index, text);
+  if (result != LibraryResult::done) return result;
+  if (tracks()[index].damaged) {
+    return rewrite(index, {}, [&](Track& track) { track.name = clean; });
+  }
+  if (text.isFile) {
+    text.file.clear();
+  } else {
+    text.text = renamed(std::move(text.text), clean);
+  }
+  text.name = clean;
+  return change({{.index = index, .texts = {std::move(text)}}});
+}
+
+LibraryResult TrackLibrary::remove(size_t index) {
+  if (index >= tracks().size()) return LibraryResult::notThere;
+  return change({{.index = index}});
+}
+
+LibraryResult TrackLibrary::readForEditing(size_t index, Editable& out) {
+  if (store_ == nullptr) return LibraryResult::notThere;
+  TrackText text;
+  const LibraryResult result = store_->read(index, text);
+  if (result != LibraryResult::done) return result;
+  parseTrack(text.text, out.writing.speedUnit, out.track);
+  out.track.name = text.name;
+  const int32_t unit = out.writing.speedUnit;
+  out.writing = writtenAs(text.text);
+  out.writing.speedUnit = unit;
+  return LibraryResult::done;
+}
+
+LibraryResult TrackLibrary::rewrite(size_t index, const RecordingOptions& options,
+                                    const Edit& edit) {
+  Editable old{.track = {}, .writing = options};
+  const LibraryResult result = readForEditing(index, old);
+  if (result != LibraryResult::done) return result;
+  edit(old.track);
+  return change({{.index = index, .texts = {rendered(old.track, old.writing, old.track.name)}}});
+}
+
+LibraryResult TrackLibrary::join(size_t index, size_t other, const RecordingOptions& options) {
+  if (index == other) return LibraryResult::notThere;
+  Editable first{.track = {}, .writing = options};
+  Editable second{.track = {}, .writing = options};
+  LibraryResult result = readForEditing(index, first);
+  if (result == LibraryResult::done) result = readForEditing(other, second);
+  if (result != LibraryResult::done) return result;
+  vgps::join(first.track, second.track);
+  addAttributes(first.writing, second.writing);
+  TrackEdit joined{.index = index,
+                   .texts = {rendered(first.track, first.writing, first.track.name)}};
+  TrackEdit gone{.index = other};
+  if (index < other) return change({std::move(joined), std::move(gone)});
+  return change({std::move(gone), std::move(joined)});
+}
+
+LibraryResult TrackLibrary::split(size_t index, size_t point, const RecordingOptions& options) {
+  Editable old{.track = {}, .writing = options};
+  const LibraryResult result = readForEditing(index, old);
+  if (result != LibraryResult::done) return result;
+  const std::optional<Track> second = vgps::split(old.track, point, freeSplitNumber(tracks()));
+  if (!second) return LibraryResult::notThere;
+  return change({{.index = index,
+                  .texts = {rendered(old.track, old.writing, old.track.name),
+                            rendered(*second, old.writing, second->name)}}});
+}
+
+LibraryResult TrackLibrary::reverse(size_t index, const RecordingOptions& options) {
+  return rewrite(index, options, [](Track& track) {
+    if (!track.points.empty()) vgps::reverse(track);
+  });
+}
+
+LibraryResult TrackLibrary::thin(size_t index, const RecordingOptions& options) {
+  return rewrite(index, options, [&](Track& track) { normalize(track, options); });
+}
+
+LibraryResult TrackLibrary::replace(size_t index, const Track& track,
+                                    const RecordingOptions& options) {
+  Editable old{.track = {}, .writing = options};
+  const LibraryResult result = readForEditing(index, old);
+  if (result != LibraryResult::done) return result;
+  addAttributes(old.writing, attributesIn(track));
+  const std::string name = cleanName(track.name);
+  return change({{.index = index,
+                  .texts = {rendered(track, old.writing, name.empty() ? old.track.name : name)}}});
+}
+
+}  // namespace vgps

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/date_time.h"
+#include "platform/exclusive_file.h"
+#include "track/track.h"
+
+// What a library is made of, whether it is a document or a folder.
+namespace vgps {
+
+enum class LibraryState {
+  whole,
+  missing,      // nothing there yet: the first track makes it
+  damaged,      // what was readable is listed; a copy is kept before anything is written over it
+  notALibrary,  // something else lies there: nothing is listed, and it is never written over
+  unreadable,   // the system does not let us read it
+};
+
+enum class LibraryResult {
+  done,
+  notThere,     // no such track or point, or nothing to undo
+  noName,       // an empty name
+  changed,      // another program has changed the library: list it again
+  inUse,        // another program is changing it at this moment
+  notALibrary,  // something else lies there
+  unreadable,   // the system does not let us read it
+  notKept,      // no copy of the damaged file could be kept, so nothing was written over it
+  noFreeName,   // in a folder: all names that may be tried are taken
+  notWritten,   // the disk did not take it: the library is as it was
+};
+
+// The disk under a library; a test puts its own in its place.
+struct LibraryDisk {
+  ExclusiveOpener open = openExclusive;
+  int waitForOthersMs = 5000;  // while another program changes the library
+};
+
+// A track as a list shows it.
+struct TrackSummary {
+  std::string name;
+  uint64_t points = 0;
+  double kilometres = 0;  // on the surface, from point to point
+  int64_t seconds = 0;    // from the first time to the last; 0 without times
+  DateTime date;          // local time of the first point that has one; year 0 without
+  double west = 0, south = 0, east = 0, north = 0;  // degrees; all 0 without points
+  bool damaged = false;  // these are the good points of a track that is not whole
+};
+
+TrackSummary summaryOf(const Track& track);
+
+// A track element as text.
+struct TrackText {
+  std::string name;
+  std::string text;  // "<t ...>...</t>"
+  // In a folder: where it lies or is to lie, empty for a free name; and whether the text is that of
+  // the whole file.
+  std::string file;
+  bool isFile = false;
+};
+
+struct TrackEdit {
+  size_t index = 0;                // of the track, or their number: at the end
+  bool removes = true;             // that track goes
+  std::vector<TrackText> texts{};  // these stand in its place, or in front of it
+};
+
+// Several edits that are done together, by rising index.
+using LibraryChange = std::vector<TrackEdit>;
+
+class TrackStore {
+ public:
+  virtual ~TrackStore() = default;
+  virtual const std::string& path() const = 0;
+  virtual const std::string& keptAs() const = 0;
+  // The document, or the first of the files that is not whole.
+  virtual const std::string& damagedPath() const = 0;
+  virtual bool isFolder() const = 0;
+  virtual LibraryState state() const = 0;
+  // Another number whenever tracks may have changed otherwise than by `apply`.
+  virtual uint64_t revision() const = 0;
+  virtual LibraryState refresh() = 0;
+  virtual const std::vector<TrackSummary>& tracks() const = 0;
+  // Reads one track as it lies there.
+  virtual LibraryResult read(size_t index, TrackText& out) = 0;
+  // Carries out a change, and says how to take it back.
+  virtual LibraryResult apply(const LibraryChange& change, LibraryChange& inverse) = 0;
+};
+
+}  // namespace vgps

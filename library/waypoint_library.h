@@ -1,0 +1,90 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "library/track_store.h"
+#include "platform/files.h"
+#include "track/track.h"
+#include "xml/document.h"
+
+// The waypoints, in one document:
+//
+//   <root>
+//     <waypoints>
+//       <c n="Huts">                                        a category, where there are any
+//         <w n="Camp" x="11.516667" y="48.117300" z="545.000000"/>     degrees, metres
+//       </c>
+//       <w n="Home" x="..." y="..." z="..."/>
+//     </waypoints>
+//   </root>
+namespace vgps {
+
+inline constexpr const char* kWaypointLibraryName = "waypoints.xml";
+
+inline constexpr size_t kNoCategory = SIZE_MAX;
+
+struct StoredWaypoint {
+  Waypoint waypoint;
+  size_t category = kNoCategory;  // place in the list of categories
+};
+
+// The waypoints in memory and in their document, which is saved after every change: when the disk
+// does not take it, the change has not happened. What else stands in the document stays there.
+class WaypointLibrary {
+ public:
+  explicit WaypointLibrary(LibraryDisk disk = {});
+
+  LibraryState open(const std::string& path);
+  // Looks for changes by others.
+  LibraryState refresh();
+
+  LibraryState state() const { return state_; }
+  const std::string& path() const { return path_; }
+  const std::string& keptAs() const { return keptAs_; }
+  std::span<const StoredWaypoint> waypoints() const { return waypoints_; }
+  std::span<const std::string> categories() const { return categories_; }
+
+  // At the end of its category, or of those without one. The number of the new waypoint is found
+  // in the list.
+  LibraryResult add(const Waypoint& waypoint, size_t category = kNoCategory);
+  // All or none, saved once.
+  LibraryResult add(std::span<const StoredWaypoint> waypoints);
+  LibraryResult edit(size_t index, const Waypoint& waypoint);
+  LibraryResult remove(size_t index);
+  LibraryResult move(size_t index, size_t category);
+
+  LibraryResult addCategory(std::string_view name);
+  LibraryResult renameCategory(size_t index, std::string_view name);
+  // Its waypoints stay, without a category, or go with it.
+  LibraryResult removeCategory(size_t index, bool withWaypoints);
+
+ private:
+  LibraryState load();
+  void collect();
+  void collectFrom(XmlElement parent, size_t category);
+  bool readWaypoint(XmlElement element, Waypoint& out) const;
+  XmlElement parentFor(size_t category);
+  void rebuild();
+  LibraryResult prepare();
+  template <class Edit>
+  LibraryResult change(Edit edit);
+
+  LibraryDisk disk_;
+  std::string path_;
+  std::string keptAs_;
+  LibraryState state_ = LibraryState::missing;
+  FileStamp stamp_;
+  FileStamp keptStamp_;  // of the document that `keptAs_` is a copy of
+  bool damaged_ = false;
+  XmlDocument document_;
+  std::vector<StoredWaypoint> waypoints_;
+  std::vector<XmlElement> elements_;  // of the waypoints
+  std::vector<std::string> categories_;
+  std::vector<XmlElement> categoryElements_;
+};
+
+}  // namespace vgps

@@ -1,0 +1,82 @@
+#include "library/document_layout.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace vgps {
+namespace {
+
+// A text that comes in pieces, as a disk may give it.
+TagReader::Source inPieces(std::string text, size_t piece) {
+  return [text = std::move(text), piece, at = size_t{0}](char* to, size_t size) mutable {
+    const size_t count = text.copy(to, std::min(piece, size), at);
+    at += count;
+    return count;
+  };
+}
+
+TEST(DocumentLayout, PlacesAreThoseOfTheBytes) {
+  const std::string text =
+      "<?xml version=\"1.0\" ?>\r\n<root>\r\n\t<tracks>\r\n\t\t<t n=\"A\">\r\n"
+      "<p x=\"1\" y=\"2\"/><!-- <t> --></t>\r\n\t\t<!-- b --> "
+      "<t/><![CDATA[<t>]]>\r\n\t</tracks>\r\n</root>";
+  for (const size_t piece : {1, 2, 7, 64, 100000}) {
+    SCOPED_TRACE(piece);
+    const DocumentLayout layout = readLayout(inPieces(text, piece));
+    ASSERT_EQ(layout.places.size(), 2U);
+    const TrackPlace& first = layout.places[0];
+    const TrackPlace& second = layout.places[1];
+    EXPECT_EQ(text.substr(first.lead, first.begin - first.lead), "\r\n\t\t");
+    EXPECT_EQ(text.substr(first.begin, first.end - first.begin),
+              "<t n=\"A\">\r\n<p x=\"1\" y=\"2\"/><!-- <t> --></t>");
+    EXPECT_EQ(first.checksum, checksumOf(text.substr(first.begin, first.end - first.begin)));
+    EXPECT_EQ(text.substr(second.lead, second.begin - second.lead), " ");
+    EXPECT_EQ(text.substr(second.begin, second.end - second.begin), "<t/>");
+    EXPECT_TRUE(text.substr(layout.end.begin).starts_with("\r\n\t</tracks>"));
+    EXPECT_EQ(layout.tracks[1].name, "Track 2");
+    EXPECT_EQ(layout.state, LibraryState::whole);
+  }
+}
+
+TEST(DocumentLayout, DamagedTextsReadTheSameInPieces) {
+  const std::string texts[] = {
+      "<root><tracks><t n=\"A\"><p x=\"1\" y=\"2\"/><t n=\"B\"><p x=\"1\" y=\"2\"/></t></tracks>",
+      "<root><tracks><t n=\"A><p x=\"1\" y=\"2\"/></t><u><p x=\"3\" y=\"4\"/></t></tracks></root>",
+      "<root><tracks><!-- never ends <t n=\"A\"><p x=\"1\" y=\"2\"/></t>",
+      "<root><tracks><t><p <p x=\"1\" y=\"2\"/></t></tracks></root>x",
+      "<![CDATA[ <root><tracks><t/>",
+      "<",
+  };
+  for (const std::string& text : texts) {
+    SCOPED_TRACE(text);
+    const DocumentLayout whole = readLayout(inPieces(text, text.size()));
+    EXPECT_EQ(whole.state, LibraryState::damaged);
+    for (const size_t piece : {1, 3, 10}) {
+      const DocumentLayout layout = readLayout(inPieces(text, piece));
+      EXPECT_EQ(layout.state, whole.state);
+      ASSERT_EQ(layout.places.size(), whole.places.size());
+      for (size_t i = 0; i < whole.places.size(); ++i) {
+        EXPECT_EQ(layout.places[i].lead, whole.places[i].lead);
+        EXPECT_EQ(layout.places[i].begin, whole.places[i].begin);
+        EXPECT_EQ(layout.places[i].end, whole.places[i].end);
+        EXPECT_EQ(layout.places[i].headless, whole.places[i].headless);
+        EXPECT_EQ(layout.tracks[i].points, whole.tracks[i].points);
+      }
+    }
+  }
+}
+
+TEST(DocumentLayout, ATrackLongerThanAnyBlock) {
+  std::string text = "<root><tracks><t n=\"Long\">";
+  for (int i = 0; i < 20000; ++i) text += "\r\n\t\t\t<p x=\"11.000000\" y=\"48.000000\" z=\"0\"/>";
+  text += "</t><t n=\"Short\"><p x=\"1\" y=\"2\"/></t></tracks></root>";
+  const DocumentLayout layout = readLayout(inPieces(text, 100000));
+  EXPECT_EQ(layout.state, LibraryState::whole);
+  ASSERT_EQ(layout.tracks.size(), 2U);
+  EXPECT_EQ(layout.tracks[0].points, 20000U);
+  EXPECT_EQ(layout.tracks[1].points, 1U);
+}
+
+}  // namespace
+}  // namespace vgps

@@ -1,0 +1,108 @@
+#include "library/left_recording.h"
+
+#include <gtest/gtest.h>
+
+#include "library/journal_format.h"
+#include "tests/library/library_world.h"
+
+namespace vgps {
+namespace {
+
+class Left : public testing::Test {
+ protected:
+  void leave(uint32_t points) {
+    Journal journal;
+    ASSERT_EQ(journal.create(path_), JournalResult::open);
+    for (const TrackPoint& point : walk("", points).points) journal.append(point);
+    ASSERT_TRUE(journal.close());
+  }
+
+  TestFolder folder_{"left"};
+  const std::string path_ = folder_.file(kJournalName);
+  const std::string libraryPath_ = folder_.file("tracks.xml");
+  LeftRecording left_;
+};
+
+TEST_F(Left, LaterLeavesItAsItWas) {
+  leave(3);
+  const std::string before = fileBytes(path_);
+  ASSERT_EQ(left_.open(path_), JournalResult::open);
+  EXPECT_EQ(left_.question(), "A track of 3 points was being recorded.");
+  LeftRecording second;
+  EXPECT_EQ(second.open(path_), JournalResult::inUse);
+  EXPECT_NE(journalMessage(JournalResult::inUse, path_).find("in use by a running program"),
+            std::string::npos);
+  left_.leave();
+  EXPECT_EQ(second.open(path_), JournalResult::open);
+  EXPECT_EQ(fileBytes(path_), before);
+}
+
+TEST_F(Left, WithoutAPointThereIsNothingToAsk) {
+  putFile(path_, "");
+  EXPECT_EQ(left_.open(path_), JournalResult::missing);
+  EXPECT_FALSE(fileExists(path_));
+  EXPECT_EQ(left_.open(path_), JournalResult::missing);
+}
+
+TEST_F(Left, ContinuesIntoTheSameJournal) {
+  leave(3);
+  ASSERT_EQ(left_.open(path_), JournalResult::open);
+  Track current;
+  current.attachments = {{0, "old"}};
+  const std::unique_ptr<Journal> journal = left_.continueInto(current);
+  ASSERT_EQ(current.points.size(), 3U);
+  EXPECT_TRUE(current.attachments.empty());
+  TrackPoint more = current.points.back();
+  more.m = 4;
+  journal->append(more);
+  ASSERT_TRUE(journal->close());
+  ASSERT_EQ(left_.open(path_), JournalResult::open);
+  ASSERT_EQ(left_.points(), 4U);
+  EXPECT_EQ(left_.track().points[3].m, 4U);
+}
+
+TEST_F(Left, TheJournalGoesOnlyWhenTheTrackIsSaved) {
+  leave(3);
+  int saved = 0;
+  for (int steps = 0; saved == 0 && steps < 30; ++steps) {
+    SCOPED_TRACE(steps);
+    const DyingDisk dying(steps);
+    TrackLibrary library(dying.disk());
+    library.open(libraryPath_);
+    ASSERT_EQ(left_.open(path_), JournalResult::open);
+    ASSERT_EQ(left_.points(), 3U);
+    const LibraryResult result = left_.save(library, {}, kAddedAt);
+    if (result == LibraryResult::done) {
+      ++saved;
+      continue;
+    }
+    EXPECT_TRUE(fileExists(path_));
+    EXPECT_FALSE(fileExists(libraryPath_));
+    left_.leave();
+  }
+  EXPECT_EQ(saved, 1);
+  EXPECT_FALSE(fileExists(path_));
+  EXPECT_EQ(contentsAt(libraryPath_), "Track 1 1,2,3");
+}
+
+TEST_F(Left, Discarded) {
+  leave(3);
+  ASSERT_EQ(left_.open(path_), JournalResult::open);
+  EXPECT_TRUE(left_.discard());
+  EXPECT_FALSE(fileExists(path_));
+}
+
+TEST_F(Left, DamageIsSaid) {
+  leave(4);
+  std::string bytes = fileBytes(path_);
+  bytes[kJournalHeader + kJournalPoint + 60] ^= 1;
+  putFile(path_, bytes);
+  ASSERT_EQ(left_.open(path_), JournalResult::open);
+  EXPECT_EQ(left_.points(), 3U);
+  EXPECT_EQ(left_.question(), "A track of 3 points was being recorded. A part of " + path_ +
+                                  " is damaged; it is kept as " + folder_.file("vgpstrack.bad") +
+                                  ".");
+}
+
+}  // namespace
+}  // namespace vgps

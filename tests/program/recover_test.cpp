@@ -1,0 +1,172 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <filesystem>
+
+#include "library/journal.h"
+#include "tests/library/library_world.h"
+#include "tests/program/program.h"
+
+// `vgps recover` on what a killed program left behind.
+namespace vgps {
+namespace {
+
+class Recover : public testing::Test {
+ protected:
+  Finished run(const std::vector<std::string>& words) {
+    std::vector<std::string> arguments = {"recover", "--file", folder_.file("vgps.xml")};
+    arguments.insert(arguments.end(), words.begin(), words.end());
+    return runProgram(arguments);
+  }
+  void leave(uint32_t points, const char* name = kJournalName) {
+    Journal journal;
+    ASSERT_EQ(journal.create(folder_.file(name)), JournalResult::open);
+    for (const TrackPoint& point : walk("", points).points) journal.append(point);
+    ASSERT_TRUE(journal.close());
+  }
+
+  TestFolder folder_{"recover"};
+  const std::string journal_ = folder_.file(kJournalName);
+  const std::string library_ = folder_.file("tracks.xml");
+};
+
+bool says(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+TEST_F(Recover, NothingWasLeft) {
+  for (const char* action : {"", "--save", "--discard"}) {
+    const Finished done = *action == '\0' ? run({}) : run({action});
+    EXPECT_EQ(done.status, 0);
+    EXPECT_TRUE(says(done.output, "No recording was left")) << done.output;
+    EXPECT_FALSE(fileExists(library_));
+  }
+}
+
+TEST_F(Recover, TellingChangesNothing) {
+  leave(12);
+  leave(3, "vgpstrack-2.journal");
+  const std::string before = fileBytes(journal_);
+  const Finished done = run({});
+  EXPECT_EQ(done.status, 0);
+  EXPECT_TRUE(says(done.output, "A track of 12 points was being recorded.")) << done.output;
+  EXPECT_TRUE(says(done.output, "A track of 3 points was being recorded.")) << done.output;
+  EXPECT_EQ(fileBytes(journal_), before);
+  EXPECT_FALSE(fileExists(library_));
+}
+
+TEST_F(Recover, SavesIntoTheLibrary) {
+  leave(12);
+  leave(3, "vgpstrack-2.journal");
+  const Finished done = run({"--save"});
+  EXPECT_EQ(done.status, 0) << done.errors;
+  EXPECT_TRUE(says(done.output, "Saved 12 points in " + library_)) << done.output;
+  EXPECT_EQ(contentsAt(library_), "Track 1 1,2,3,4,5,6,7,8,9,10,11,12 | Track 2 1,2,3");
+  EXPECT_EQ(journalsAt(journal_), std::vector<std::string>());
+}
+
+TEST_F(Recover, SavesWhereTheSettingsSay) {
+  std::filesystem::create_directories(folder_.file("kept"));
+  putFile(folder_.file("vgps.xml"),
+          "<root><cfg><vgps tlp=\"" + folder_.file("kept") + "\" rtc=\"1\"/></cfg></root>");
+  leave(2);
+  EXPECT_EQ(run({"--save"}).status, 0);
+  EXPECT_EQ(filesIn(folder_.file("kept")).size(), 2U);  // and the index
+  TrackLibrary library;
+  library.open(folder_.file("kept"));
+  ASSERT_EQ(library.tracks().size(), 1U);
+  EXPECT_EQ(library.tracks()[0].date.year, 2010);
+}
+
+TEST_F(Recover, WhatCannotBeSavedStays) {
+  putFile(library_, "<gpx/>");
+  leave(5);
+  const Finished done = run({"--save"});
+  EXPECT_EQ(done.status, 1);
+  EXPECT_TRUE(says(done.errors, library_ + " is another kind of file")) << done.errors;
+  EXPECT_TRUE(says(done.errors, "stays in " + journal_)) << done.errors;
+  EXPECT_EQ(fileBytes(library_), "<gpx/>");
+  EXPECT_TRUE(says(run({}).output, "A track of 5 points"));
+}
+
+TEST_F(Recover, Discards) {
+  leave(5);
+  const Finished done = run({"--discard"});
+  EXPECT_EQ(done.status, 0);
+  EXPECT_TRUE(says(done.output, "Discarded 5 points")) << done.output;
+  EXPECT_FALSE(fileExists(journal_));
+  EXPECT_FALSE(fileExists(library_));
+}
+
+TEST_F(Recover, ARunningProgramKeepsItsRecording) {
+  leave(5);
+  Journal held;
+  RecoveredTrack found;
+  ASSERT_EQ(held.recover(journal_, found), JournalResult::open);
+  for (const char* action : {"--save", "--discard"}) {
+    const Finished done = run({action});
+    EXPECT_EQ(done.status, 2);
+    EXPECT_TRUE(says(done.errors, journal_ + " is in use by a running program")) << done.errors;
+  }
+  EXPECT_TRUE(fileExists(journal_));
+}
+
+TEST_F(Recover, DamageIsTold) {
+  leave(5);
+  std::string bytes = fileBytes(journal_);
+  bytes[bytes.size() - 200] ^= 1;
+  putFile(journal_, bytes);
+  const Finished done = run({"--save"});
+  EXPECT_EQ(done.status, 0);
+  EXPECT_EQ(contentsAt(library_), "Track 1 1,2,3,5");
+  EXPECT_EQ(fileBytes(folder_.file("vgpstrack.bad")), bytes);
+  putFile(journal_, "something else that is no journal");
+  const Finished other = run({});
+  EXPECT_EQ(other.status, 1);
+  EXPECT_TRUE(says(other.errors, "vgpstrack.bad")) << other.errors;
+}
+
+TEST_F(Recover, WordsThatDoNotGoTogether) {
+  leave(1);
+  EXPECT_EQ(run({"--save", "--discard"}).status, 1);
+  EXPECT_EQ(run({"--continue"}).status, 1);
+  EXPECT_EQ(run({"--save", "--simulate"}).status, 1);
+  EXPECT_TRUE(fileExists(journal_));
+}
+
+TEST_F(Recover, ContinuesAndSavesInTheEnd) {
+  leave(5);
+  Program program({"recover", "--file", folder_.file("vgps.xml"), "--continue", "--simulate"});
+  ASSERT_TRUE(program.readUntil([&] { return says(program.output, "Going on behind 5 points"); }));
+  // The first fix is always recorded, and is on the disk soon.
+  const auto enough = [&] {
+    return std::filesystem::file_size(journal_) > 16 + 5 * 129;  // header and points
+  };
+  program.readUntil(enough);
+  EXPECT_TRUE(enough());
+  program.signal(SIGINT);
+  EXPECT_EQ(program.finish(), 0) << program.errors;
+  EXPECT_FALSE(fileExists(journal_));
+  TrackLibrary library;
+  library.open(library_);
+  ASSERT_EQ(library.tracks().size(), 1U);
+  EXPECT_GT(library.tracks()[0].points, 5U);
+}
+
+TEST_F(Recover, AKilledContinuationCanBeRecoveredAgain) {
+  leave(5);
+  {
+    Program program({"recover", "--file", folder_.file("vgps.xml"), "--continue", "--simulate"});
+    program.readUntil([&] { return says(program.output, "Going on"); });
+    EXPECT_EQ(run({"--save"}).status, 2);
+  }  // killed
+  EXPECT_EQ(run({"--save"}).status, 0);
+  TrackLibrary library;
+  library.open(library_);
+  ASSERT_EQ(library.tracks().size(), 1U);
+  EXPECT_GE(library.tracks()[0].points, 5U);
+}
+
+}  // namespace
+}  // namespace vgps
