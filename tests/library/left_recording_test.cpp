@@ -34,6 +34,7 @@ TEST_F(Left, LaterLeavesItAsItWas) {
             std::string::npos);
   left_.leave();
   EXPECT_EQ(second.open(path_), JournalResult::open);
+  second.leave();
   EXPECT_EQ(fileBytes(path_), before);
 }
 
