@@ -66,7 +66,7 @@ bool makeDocument(const RecordingOptions& options) {
   return out.finish();
 }
 
-void row(const char* what, double seconds) { std::printf("  %-44s %10.3f\n", what, seconds); }
+void row(const char* what, double seconds) { std::printf("  %-44s %10.4f\n", what, seconds); }
 
 double openSeconds(TrackLibrary& library) {
   return secondsOf([&] { library.open(kPath); });
