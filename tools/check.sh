@@ -9,7 +9,7 @@ word_check() {
   : >build/log/tidy.log  # how much it left out, and where it broke off
   tools/check_layering_test.sh | { grep -v '^ok' || true; } || status=1
   tools/check_format.sh || status=1
-  tidy native base platform geo gps display app posix cli || status=1
+  tidy native base platform xml geo gps track library display app posix cli || status=1
   # clang has headers of its own for the processor, but none for Windows.
   mapfile -t includes < <(mingw_includes | sed 's/^/--extra-arg=-isystem/')
   tidy windows win32 --extra-arg-before=--target=x86_64-w64-mingw32 \

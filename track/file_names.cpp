@@ -20,7 +20,7 @@ std::string firstFree(std::string_view folder, std::string_view name, std::strin
   for (int number = first; number <= last; ++number) {
     std::string file = stem;
     if (number > 0) file.append(between).append(std::to_string(number));
-    const std::string path = pathIn(folder, file + ".XML");
+    std::string path = pathIn(folder, file + ".XML");
     if (!isTaken(path)) return path;
   }
   return {};

@@ -48,7 +48,7 @@ class PointList {
   const TrackPoint& back() const { return (*this)[size_ - 1]; }
   const TrackPoint& front() const { return (*this)[0]; }
 
-  void push_back(const TrackPoint& point) {
+  void push_back(const TrackPoint& point) {  // NOLINT(readability-identifier-naming): as lists do
     if (size_ == blocks_.size() * kBlock) addBlock();
     ++size_;
     back() = point;

@@ -47,6 +47,7 @@ class GrowingArray {
 
   template <class T>
   static void resize(T*& rows, uint64_t count) {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): rows of addresses are meant
     void* const resized = std::realloc(rows, count * sizeof(T));
     if (resized == nullptr) std::abort();
     rows = static_cast<T*>(resized);
