@@ -56,6 +56,7 @@ struct UiFix {
   uint32_t lastDataTick = 0;  // when it came
   bool fixSeen = false;       // likewise a position sentence or message with a fix
   uint32_t lastFixTick = 0;
+  bool fixEver = false;         // and of a connection before
   uint64_t lastByteMicros = 0;  // when the last byte of the newest block came; 0 in a replay
 };
 

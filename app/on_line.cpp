@@ -65,7 +65,7 @@ void noteArrival(UiFix& shown, bool isText, uint32_t tick) {
   shown.lastDataTick = tick;
   const int32_t kind = shown.fix.lastSentenceKind;
   if (!isText || shown.fix.fixStatus == 0 || (kind != kRmc && kind != kGga)) return;
-  shown.fixSeen = true;
+  shown.fixSeen = shown.fixEver = true;
   shown.lastFixTick = tick;
 }
 

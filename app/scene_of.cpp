@@ -1,6 +1,25 @@
 #include "app/scene_of.h"
 
+#include "geo/units.h"
+
 namespace vgps {
+
+namespace {
+
+ReceiverState stateOf(const AppState& app, uint32_t now) {
+  const UiFix& shown = app.shown;
+  if (app.fix.running && app.supervisor.state == Supervisor::State::lost) {
+    return ReceiverState::lost;
+  }
+  return receiverState(app.fix.running, shown.dataSeen, now - shown.lastDataTick,
+                       shown.fix.fixStatus);
+}
+
+const Palette& paletteOf(const AppState& app) {
+  return app.scheme == ColourScheme::night ? nightPalette() : dayPalette();
+}
+
+}  // namespace
 
 Scene sceneOf(const AppState& app) {
   const UiFix& shown = app.shown;
@@ -15,16 +34,19 @@ Scene sceneOf(const AppState& app) {
   scene.maxAltitude = shown.maxAltitude;
   scene.speedUnit = app.gps.options.speedUnit;
   scene.utcOffsetMinutes = app.gps.options.utcOffsetMinutes;
-  scene.state =
-      receiverState(app.fix.running, shown.dataSeen, now - shown.lastDataTick, shown.fix.fixStatus);
+  scene.state = stateOf(app, now);
   scene.source = app.sourceName;
   scene.notice = std::string(currentNotice(app));
   scene.fixSeen = shown.fixSeen;
-  scene.fixAgeMs = now - shown.lastFixTick;
+  scene.dataAgeMs = now - shown.lastDataTick;
+  scene.fixAgeMs = shown.fixEver ? now - shown.lastFixTick : scene.dataAgeMs;
+  scene.trackState = app.track.state;
+  scene.trackPoints = app.track.points.size();
+  scene.trackLength = distanceText(app.recording.distance(), app.recordingOptions.distanceUnit);
   for (const KindStats& kind : shown.stats.kinds) {
     scene.sentencesPerSecond += kind.rate.perSecond(now);
   }
-  scene.palette = app.scheme == ColourScheme::night ? nightPalette() : dayPalette();
+  scene.palette = paletteOf(app);
   return scene;
 }
 

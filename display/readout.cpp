@@ -4,9 +4,11 @@
 #include <cmath>
 #include <initializer_list>
 
+#include "base/texts.h"
 #include "display/readout_layout.h"
 #include "display/readout_text.h"
 #include "display/signal_bars.h"
+#include "display/status_line.h"
 #include "display/text_fit.h"
 
 namespace vgps {
@@ -17,6 +19,9 @@ namespace {
 constexpr float kBaseLine = 0.9f;
 
 // The small parts share one size of text, however long each value is at the moment.
+constexpr uint32_t kNames = 870;  // of the parts, in the order of the drawing
+constexpr uint32_t kUsedAndInView = 883;
+
 constexpr const char* kLongestValue = "88888.88m";
 
 class Painter {
@@ -27,19 +32,21 @@ class Painter {
         palette_(scene.palette),
         texts_(readoutTexts(scene)),
         layout_(layoutReadout(canvas.bounds())),
-        holds_(scene.state == ReceiverState::fix ? palette_.value : palette_.faded) {}
+        holds_(scene.state == ReceiverState::fix && worthOf(scene.fixAgeMs) == Worth::current
+                   ? palette_.value
+                   : palette_.faded) {}
 
   void draw() {
     canvas_.clear(palette_.background);
     drawPosition();
     drawSpeed();
-    drawValue(layout_.altitude, "ALTITUDE", texts_.altitude, {texts_.maxAltitude});
+    drawValue(layout_.altitude, kNames + 2, texts_.altitude, {texts_.maxAltitude});
     const std::string point = texts_.courseDetail.substr(0, texts_.courseDetail.find(','));
-    drawValue(layout_.course, "COURSE", texts_.course, {texts_.courseDetail, point});
-    drawValue(layout_.utc, "UTC", texts_.utc, {texts_.date});
-    drawValue(layout_.local, "LOCAL", texts_.local, {texts_.offset});
+    drawValue(layout_.course, kNames + 3, texts_.course, {texts_.courseDetail, point});
+    drawValue(layout_.utc, kNames + 4, texts_.utc, {texts_.date});
+    drawValue(layout_.local, kNames + 5, texts_.local, {texts_.offset});
     drawSatellites();
-    drawStatus();
+    drawStatusLine(canvas_, {layout_.status, layout_.smallText}, scene_);
   }
 
  private:
@@ -51,18 +58,13 @@ class Painter {
     return text.starts_with(kDashes) ? palette_.faded : holds_;
   }
 
-  // One line at the top of `box` that ends in an ellipsis rather than at the border.
-  void line(const std::string& text, const Rect& box, const Font& font, Colour colour,
-            Align align) {
-    if (text.empty()) return;
-    const std::string shown = shortened(canvas_, text, font, box.width);
-    if (shown.empty()) return;
-    const float height = std::min(std::ceil(font.size * kLineHeight), box.height);
-    canvas_.text(shown, {box.x, box.y, box.width, height}, font, colour, align);
+  void line(std::string_view text, const Rect& box, const Font& font, Colour colour, Align align) {
+    drawShortened(canvas_, text, box, font, colour, align);
   }
 
   // The panel of a part with its name; returns the room below the name.
-  Rect openPart(const Rect& part, const char* name) {
+  Rect openPart(const Rect& part, uint32_t nameText) {
+    const std::string_view name = textOf(nameText);
     canvas_.fillRect(part, palette_.panel);
     const Rect inside = inset(part, layout_.padding);
     const float nameWidth = canvas_.textWidth(name, smallFont(true)) + 2;
@@ -72,40 +74,17 @@ class Painter {
     return {inside.x, inside.y + taken, inside.width, std::max(inside.height - taken, 0.f)};
   }
 
-  // Text on a coloured ground, at the right end of `box` or at its left.
-  float drawMark(const std::string& text, const Rect& box, Colour colour, bool atRight) {
-    const Font font = smallFont(true);
-    const float margin = std::round(layout_.smallText * 0.6f);
-    const float width = std::min(std::ceil(canvas_.textWidth(text, font)) + 2 * margin, box.width);
-    const Rect mark = {atRight ? box.x + box.width - width : box.x, box.y, width, box.height};
-    canvas_.fillRect(mark, colour);
-    const float top = mark.y + std::round((mark.height - font.size * kLineHeight) / 2);
-    line(text, {mark.x + margin, std::max(top, mark.y), width - 2 * margin + 1, mark.height}, font,
-         palette_.onMark, Align::left);
-    return width;
-  }
-
   Colour qualityColour() const {
     if (scene_.state != ReceiverState::fix) return palette_.idle;
     // Values that no satellite stands behind: dead reckoning, typed in, simulated.
-    return scene_.fix.fixStatus >= 6 ? palette_.caution : palette_.good;
-  }
-
-  Colour stateColour() const {
-    switch (scene_.state) {
-      case ReceiverState::notConnected: return palette_.idle;
-      case ReceiverState::noData: return palette_.alarm;
-      case ReceiverState::noFix: return palette_.caution;
-      case ReceiverState::fix: break;
-    }
-    return palette_.good;
+    return scene_.fix.fixStatus > kLastSatelliteQuality ? palette_.caution : palette_.good;
   }
 
   void drawPosition() {
-    const Rect room = openPart(layout_.position, "POSITION");
-    drawMark(texts_.quality,
+    const Rect room = openPart(layout_.position, kNames);
+    drawMark(canvas_, texts_.quality,
              {room.x + room.width * 0.4f, room.y - smallLine(), room.width * 0.6f, smallLine()},
-             qualityColour(), true);
+             layout_.smallText, qualityColour(), palette_.onMark, true);
     const float half = room.height / 2;
     const Font font =
         fittingFont(canvas_, "188.888888° W", room.width, half * 0.98f, layout_.smallest, true);
@@ -122,7 +101,7 @@ class Painter {
   }
 
   void drawSpeed() {
-    const Rect room = openPart(layout_.speed, "SPEED");
+    const Rect room = openPart(layout_.speed, kNames + 1);
     const float rowHeight = std::max(std::ceil(smallLine() * 1.1f), 1.f);
     const Rect above = {room.x, room.y, room.width, std::max(room.height - 2 * rowHeight, 1.f)};
     const size_t space = texts_.speed.find(' ');
@@ -153,7 +132,7 @@ class Painter {
   }
 
   // A value in large with a small line below: the first of `details` that fits.
-  void drawValue(const Rect& part, const char* name, const std::string& value,
+  void drawValue(const Rect& part, uint32_t name, const std::string& value,
                  std::initializer_list<std::string> details) {
     const Rect room = openPart(part, name);
     const float detailHeight = smallLine();
@@ -173,18 +152,18 @@ class Painter {
   }
 
   void drawSatellites() {
-    const Rect room = openPart(layout_.satellites, "SATELLITES");
-    const float textWidth = canvas_.textWidth("88 used, 888 in view", smallFont());
+    const Rect room = openPart(layout_.satellites, kNames + 6);
+    const std::string longest = textWith(kUsedAndInView, "88", "888");
+    const float textWidth = canvas_.textWidth(longest, smallFont());
     const Rect left = {room.x, room.y, std::min(textWidth, room.width * 0.45f), room.height};
     const float row = std::min(room.height / 4, smallLine() * 1.5f);
-    const Font font =
-        fittingFont(canvas_, "88 used, 888 in view", left.width, row, layout_.smallest, false);
+    const Font font = fittingFont(canvas_, longest, left.width, row, layout_.smallest, false);
     const auto rowBox = [&](int index) {
       const float height = std::min(font.size * kLineHeight, row);
       const float top = left.y + row * static_cast<float>(index) + (row - height) / 2;
       return Rect{left.x, top, left.width, height};
     };
-    line(texts_.satellitesUsed + " used, " + texts_.satellitesInView + " in view", rowBox(0), font,
+    line(textWith(kUsedAndInView, texts_.satellitesUsed, texts_.satellitesInView), rowBox(0), font,
          holds_, Align::left);
     const std::array<std::pair<const char*, const std::string*>, 3> dops = {
         {{"PDOP", &texts_.pdop}, {"HDOP", &texts_.hdop}, {"VDOP", &texts_.vdop}}};
@@ -204,34 +183,6 @@ class Painter {
         canvas_,
         {barsX, top, std::max(room.x + room.width - barsX, 1.f), room.y + room.height - top},
         scene_.view, palette_, layout_.smallText, layout_.smallest);
-  }
-
-  void drawStatus() {
-    const Rect& bar = layout_.status;
-    canvas_.fillRect(bar, palette_.panel);
-    const float markWidth = drawMark(texts_.state, bar, stateColour(), false);
-    const Font font = smallFont();
-    const float gap = std::round(layout_.smallText * 0.8f);
-    const float top = bar.y + std::round((bar.height - smallLine()) / 2);
-    Rect rest = {bar.x + markWidth + gap, top, bar.width - markWidth - 2 * gap, smallLine()};
-    const auto takeRight = [&](const std::string& text) {
-      const float width = std::ceil(canvas_.textWidth(text, font)) + 1;
-      if (text.empty() || width > rest.width * 0.6f) return;
-      line(text, {rest.x + rest.width - width, top, width, rest.height}, font, palette_.label,
-           Align::right);
-      rest.width -= width + gap;
-    };
-    const auto takeLeft = [&](const std::string& text, Colour colour) {
-      if (text.empty() || rest.width < gap) return;
-      const float width = std::min(std::ceil(canvas_.textWidth(text, font)) + 1, rest.width);
-      line(text, {rest.x, top, width, rest.height}, font, colour, Align::left);
-      rest.x += width + gap;
-      rest.width = std::max(rest.width - width - gap, 0.f);
-    };
-    takeRight(texts_.rate);
-    takeRight(texts_.age);
-    takeLeft(scene_.source, palette_.value);
-    takeLeft(scene_.notice, palette_.caution);
   }
 
   Canvas& canvas_;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "base/number.h"
+#include "base/texts.h"
 #include "geo/units.h"
 
 namespace vgps {
@@ -12,7 +13,14 @@ namespace {
 // The 32-bit rounding of 0.001 degrees: nearer to 0, 0 than this is "no position".
 constexpr double kNoPositionDegrees = 0.0010000000474974513;
 
-constexpr std::array<const char*, 4> kStates = {"not connected", "no data", "no fix", "fix"};
+constexpr uint32_t kFirstCompassPoint = 850;
+constexpr uint32_t kNorth = 850;
+constexpr uint32_t kEast = 854;
+constexpr uint32_t kSouth = 858;
+constexpr uint32_t kWest = 862;
+constexpr uint32_t kNoPosition = 880;
+constexpr uint32_t kMaximum = 881;
+constexpr uint32_t kVariation = 882;
 
 uint64_t countOf(const Scene& scene, CountedKind kind) { return scene.stats.of(kind).count; }
 
@@ -42,14 +50,17 @@ std::string offsetText(int32_t utcOffsetMinutes) {
          twoDigits(minutes % 60);
 }
 
-std::string degreesText(double degrees, char positive, char negative) {
-  return fixedText(std::fabs(degrees), 6) + "° " + (degrees < 0 ? negative : positive);
+std::string degreesText(double degrees, uint32_t positive, uint32_t negative) {
+  std::string text = fixedText(std::fabs(degrees), 6) + "° ";
+  return text.append(textOf(degrees < 0 ? negative : positive));
 }
 
 // Position sentences of a receiver without a fix carry empty fields, which read as 0.
 bool saidWithFix(const Scene& scene, CountedKind kind) {
   return scene.fix.fixStatus != 0 && countOf(scene, kind) > 0;
 }
+
+bool isTooOld(const Scene& scene) { return worthOf(scene.fixAgeMs) == Worth::unknown; }
 
 void fillSpeed(const Scene& scene, ReadoutTexts& texts) {
   const FixRecord& fix = scene.fix;
@@ -61,26 +72,29 @@ void fillSpeed(const Scene& scene, ReadoutTexts& texts) {
   for (int32_t unit = kKmh; unit <= kMph; ++unit) {
     const double value = speedInUnit(speeds, unit);
     std::string text = speedText(value, unit);
-    if (value == 0 && !zeroHolds) text = kDashes + text.substr(text.find(' '));
+    if ((value == 0 && !zeroHolds) || isTooOld(scene)) text = kDashes + text.substr(text.find(' '));
     if (unit == scene.speedUnit) {
       texts.speed = text;
     } else if (other < texts.otherSpeeds.size()) {
       texts.otherSpeeds[other++] = text;
     }
   }
-  texts.maxSpeed = scene.maxSpeed > 0 ? "max " + fixedText(scene.maxSpeed, 2) : "max --";
+  texts.maxSpeed = textWith(kMaximum, scene.maxSpeed > 0 ? fixedText(scene.maxSpeed, 2) : kDashes);
 }
 
 void fillCourse(const Scene& scene, ReadoutTexts& texts) {
   const FixRecord& fix = scene.fix;
   // A receiver at rest leaves the course empty, so 0 is north only in motion.
-  const bool known = fix.course != 0 || (saidWithFix(scene, CountedKind::rmc) && fix.speedKmh > 0);
+  const bool known =
+      !isTooOld(scene) &&
+      (fix.course != 0 || (saidWithFix(scene, CountedKind::rmc) && fix.speedKmh > 0));
   texts.course = known ? fixedText(fix.course, 1) + "°" : kDashes;
   texts.courseDetail = known ? compassPoint(fix.course) : "";
   if (fix.magneticVariation == 0) return;
   if (known) texts.courseDetail += ", ";
-  texts.courseDetail += "var " + fixedText(std::fabs(fix.magneticVariation), 1) + "° " +
-                        (fix.magneticVariation < 0 ? 'W' : 'E');
+  const std::string degrees = fixedText(std::fabs(fix.magneticVariation), 1) + "° ";
+  texts.courseDetail +=
+      textWith(kVariation, degrees, textOf(fix.magneticVariation < 0 ? kWest : kEast));
 }
 
 void fillAltitude(const Scene& scene, ReadoutTexts& texts) {
@@ -88,68 +102,37 @@ void fillAltitude(const Scene& scene, ReadoutTexts& texts) {
     return altitudeText(altitudeInUnit(metres, scene.altitudeUnit), scene.altitudeUnit);
   };
   const double altitude = scene.fix.altitude;
-  const bool known = altitude != 0 || saidWithFix(scene, CountedKind::gga);
+  const bool known = !isTooOld(scene) && (altitude != 0 || saidWithFix(scene, CountedKind::gga));
   texts.altitude = known ? text(altitude) : kDashes;
-  texts.maxAltitude = scene.maxAltitude > 0 ? "max " + text(scene.maxAltitude) : "max --";
+  texts.maxAltitude = textWith(kMaximum, scene.maxAltitude > 0 ? text(scene.maxAltitude) : kDashes);
 }
 
-std::string dopText(float dop) { return dop == 0 ? kDashes : fixedText(dop, 1); }
+std::string dopText(const Scene& scene, float dop) {
+  return dop == 0 || isTooOld(scene) ? kDashes : fixedText(dop, 1);
+}
 
 void fillSatellites(const Scene& scene, ReadoutTexts& texts) {
   const SatelliteTable& table = scene.satellites;
-  const auto isUsed = [](const auto& satellite) { return satellite.used != 0; };
-  int32_t used = table.usedCount;
-  // A receiver that sends no GGA still lists in GSA which satellites it uses.
-  if (used == 0 && scene.satellitesInUseKnown && countOf(scene, CountedKind::gga) == 0) {
-    used = static_cast<int32_t>(std::count_if(table.slots.begin(), table.slots.end(), isUsed));
-  }
+  const int32_t used = usedSatellites(scene);
   const bool usedKnown = used != 0 || countOf(scene, CountedKind::gga) > 0;
   const int32_t inView = std::max(table.inViewCount, distinctSatellites(scene.view));
   const bool inViewKnown = inView != 0 || countOf(scene, CountedKind::gsv) > 0;
-  texts.satellitesUsed = usedKnown ? std::to_string(used) : kDashes;
-  texts.satellitesInView = inViewKnown ? std::to_string(inView) : kDashes;
-  texts.pdop = dopText(table.pdop);
-  texts.hdop = dopText(table.hdop);
-  texts.vdop = dopText(table.vdop);
-}
-
-// The older, the coarser: each new text is a new drawing, and a silent receiver should cost none.
-std::string ageText(uint32_t ms) {
-  uint32_t seconds = ms / 1000;
-  if (seconds > 10) seconds -= seconds % 5;
-  if (seconds < 60) return std::to_string(seconds) + " s";
-  const uint32_t minutes = seconds / 60;
-  return minutes < 60 ? std::to_string(minutes) + " min" : std::to_string(minutes / 60) + " h";
-}
-
-void fillState(const Scene& scene, ReadoutTexts& texts) {
-  const bool flowing = scene.state == ReceiverState::noFix || scene.state == ReceiverState::fix;
-  texts.state = kStates[static_cast<size_t>(scene.state)];
-  if (scene.fixSeen && scene.state != ReceiverState::notConnected) {
-    texts.age = "fix " + ageText(scene.fixAgeMs) + " ago";
-  }
-  if (scene.state == ReceiverState::notConnected) return;
-  texts.rate = fixedText(flowing ? scene.sentencesPerSecond : 0, 1) + " sentences/s";
+  const bool held = worthOf(scene.dataAgeMs) != Worth::unknown;
+  texts.satellitesUsed = usedKnown && held ? std::to_string(used) : kDashes;
+  texts.satellitesInView = inViewKnown && held ? std::to_string(inView) : kDashes;
+  texts.pdop = dopText(scene, table.pdop);
+  texts.hdop = dopText(scene, table.hdop);
+  texts.vdop = dopText(scene, table.vdop);
 }
 
 }  // namespace
 
-const char* fixQualityText(int32_t fixStatus) {
-  constexpr std::array<const char*, 9> kQualities = {
-      "no fix",    "GPS fix",   "differential fix", "PPS fix",  "RTK fixed",
-      "RTK float", "estimated", "manual input",     "simulated"};
-  if (fixStatus < 0 || fixStatus >= static_cast<int32_t>(kQualities.size())) return "unknown fix";
-  return kQualities[static_cast<size_t>(fixStatus)];
-}
-
-const char* compassPoint(double degrees) {
-  constexpr std::array<const char*, 16> kPoints = {"N",  "NNE", "NE", "ENE", "E",  "ESE",
-                                                   "SE", "SSE", "S",  "SSW", "SW", "WSW",
-                                                   "W",  "WNW", "NW", "NNW"};
+std::string_view compassPoint(double degrees) {
   const double turns = degrees / 360;
   const double sixteenths = std::floor((turns - std::floor(turns)) * 16 + 0.5);
   // A receiver may send any number, and a huge one has no fraction left.
-  return std::isfinite(sixteenths) ? kPoints[static_cast<size_t>(sixteenths) % 16] : "";
+  if (!std::isfinite(sixteenths)) return {};
+  return textOf(kFirstCompassPoint + static_cast<uint32_t>(sixteenths) % 16);
 }
 
 bool hasPosition(const FixRecord& fix) {
@@ -171,21 +154,24 @@ int32_t distinctSatellites(std::span<const ViewedSatellite> view) {
 ReadoutTexts readoutTexts(const Scene& scene) {
   ReadoutTexts texts;
   const FixRecord& fix = scene.fix;
-  const bool position = hasPosition(fix);
-  texts.latitude = position ? degreesText(fix.latitude, 'N', 'S') : "no position";
-  texts.longitude = position ? degreesText(fix.longitude, 'E', 'W') : "";
+  const bool position = hasPosition(fix) && !isTooOld(scene);
+  texts.latitude = position           ? degreesText(fix.latitude, kNorth, kSouth)
+                   : hasPosition(fix) ? kDashes
+                                      : std::string(textOf(kNoPosition));
+  texts.longitude = position           ? degreesText(fix.longitude, kEast, kWest)
+                    : hasPosition(fix) ? kDashes
+                                       : "";
   const bool current = scene.state == ReceiverState::fix;
-  texts.quality = current ? fixQualityText(fix.fixStatus) : fixQualityText(0);
+  texts.quality = fixQualityText(current ? fix.fixStatus : 0);
   fillSpeed(scene, texts);
   fillCourse(scene, texts);
   fillAltitude(scene, texts);
-  const bool timeKnown = hasTime(fix.utcTime);
+  const bool timeKnown = hasTime(fix.utcTime) && worthOf(scene.dataAgeMs) != Worth::unknown;
   texts.utc = timeKnown ? timeText(fix.utcTime) : kDashes;
-  texts.date = dateText(fix.utcTime);
+  texts.date = timeKnown ? dateText(fix.utcTime) : kDashes;
   texts.local = timeKnown ? timeText(fix.localTime) : kDashes;
   texts.offset = offsetText(scene.utcOffsetMinutes);
   fillSatellites(scene, texts);
-  fillState(scene, texts);
   return texts;
 }
 

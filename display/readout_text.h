@@ -34,19 +34,12 @@ struct ReadoutTexts {
   std::string pdop;
   std::string hdop;
   std::string vdop;
-
-  std::string state;  // "fix", "no data", ...
-  std::string age;    // "fix 3 s ago"; empty before the first one
-  std::string rate;   // "6.0 sentences/s"
 };
 
 ReadoutTexts readoutTexts(const Scene& scene);
 
-// The quality number of GGA in words.
-const char* fixQualityText(int32_t fixStatus);
-
 // One of the sixteen points of the compass, "N" to "NNW".
-const char* compassPoint(double degrees);
+std::string_view compassPoint(double degrees);
 
 // Whether a position was ever received: receivers without one report zeros.
 bool hasPosition(const FixRecord& fix);

@@ -1,11 +1,41 @@
 #include "display/scene.h"
 
+#include <algorithm>
+
+#include "base/texts.h"
+
 namespace vgps {
+namespace {
+
+constexpr uint32_t kFirstQuality = 890;
+constexpr int32_t kQualities = 9;  // and one text for all others
+
+}  // namespace
 
 ReceiverState receiverState(bool connected, bool dataSeen, uint32_t dataAgeMs, int32_t fixStatus) {
   if (!connected) return ReceiverState::notConnected;
   if (!dataSeen || dataAgeMs > kSilentAfterMs) return ReceiverState::noData;
   return fixStatus == 0 ? ReceiverState::noFix : ReceiverState::fix;
+}
+
+Worth worthOf(uint32_t ageMs) {
+  if (ageMs > kUnknownAfterMs) return Worth::unknown;
+  return ageMs > kOldAfterMs ? Worth::old : Worth::current;
+}
+
+std::string_view fixQualityText(int32_t fixStatus) {
+  const bool known = fixStatus >= 0 && fixStatus < kQualities;
+  return textOf(kFirstQuality + static_cast<uint32_t>(known ? fixStatus : kQualities));
+}
+
+int32_t usedSatellites(const Scene& scene) {
+  const SatelliteTable& table = scene.satellites;
+  const bool counted = scene.stats.of(CountedKind::gga).count > 0;
+  // A receiver that sends no GGA still lists in GSA which satellites it uses.
+  if (table.usedCount != 0 || counted || !scene.satellitesInUseKnown) return table.usedCount;
+  return static_cast<int32_t>(
+      std::count_if(table.slots.begin(), table.slots.end(),
+                    [](const SatelliteInfo& satellite) { return satellite.used != 0; }));
 }
 
 }  // namespace vgps

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "display/palette.h"
 #include "gps/fix.h"
@@ -11,13 +12,29 @@
 
 namespace vgps {
 
-enum class ReceiverState { notConnected, noData, noFix, fix };
+enum class ReceiverState {
+  notConnected,
+  noData,
+  noFix,
+  fix,
+  lost,  // no data any more, and the port is tried again and again
+};
 
 // After so long without a line the receiver counts as silent: five epochs of an ordinary one.
 inline constexpr uint32_t kSilentAfterMs = 5000;
 
 // `dataAgeMs`: since the last line; meaningless before `dataSeen`.
 ReceiverState receiverState(bool connected, bool dataSeen, uint32_t dataAgeMs, int32_t fixStatus);
+
+// What a value is worth that was received so long ago.
+enum class Worth {
+  current,
+  old,      // drawn in gray
+  unknown,  // dashes
+};
+inline constexpr uint32_t kOldAfterMs = 5000;
+inline constexpr uint32_t kUnknownAfterMs = 30000;
+Worth worthOf(uint32_t ageMs);
 
 // All that a screen may look at: values of one moment, nothing to ask the system for. The same
 // scene gives the same picture.
@@ -35,13 +52,26 @@ struct Scene {
   int32_t utcOffsetMinutes = 0;  // UTC minus local time
 
   ReceiverState state = ReceiverState::notConnected;
-  std::string source;     // "COM3, 9600 baud", "Simulation"; empty when none was chosen
-  std::string notice;     // one line for the person, mostly empty
-  bool fixSeen = false;   // a sentence with a fix has come since the connection was opened
-  uint32_t fixAgeMs = 0;  // since then
+  std::string source;      // "COM3, 9600 baud", "Simulation"; empty when none was chosen
+  std::string notice;      // one line for the person, mostly empty
+  bool fixSeen = false;    // a sentence with a fix has come since the connection was opened
+  uint32_t fixAgeMs = 0;   // of the values of the fix
+  uint32_t dataAgeMs = 0;  // since the last line of any kind
   double sentencesPerSecond = 0;
+
+  int32_t trackState = 0;  // 0 idle, 1 recording, 2 paused, 3 playing
+  size_t trackPoints = 0;
+  std::string trackLength;  // "4.56 Km"
 
   Palette palette = dayPalette();
 };
+
+// The quality number of GGA in words.
+std::string_view fixQualityText(int32_t fixStatus);
+// Beyond it are values that no satellite stands behind: dead reckoning, typed in, simulated.
+inline constexpr int32_t kLastSatelliteQuality = 5;
+
+// That the fix was made of, as GGA counts them or GSA lists them; 0 when nobody says.
+int32_t usedSatellites(const Scene& scene);
 
 }  // namespace vgps

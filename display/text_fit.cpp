@@ -1,6 +1,7 @@
 #include "display/text_fit.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vgps {
 namespace {
@@ -34,6 +35,29 @@ std::string shortened(Canvas& canvas, std::string_view text, const Font& font, f
     if (canvas.textWidth(cut, font) <= width) return cut;
   }
   return {};
+}
+
+void drawShortened(Canvas& canvas, std::string_view text, const Rect& box, const Font& font,
+                   Colour colour, Align align) {
+  if (text.empty()) return;
+  const std::string shown = shortened(canvas, text, font, box.width);
+  if (shown.empty()) return;
+  const float height = std::min(std::ceil(font.size * kLineHeight), box.height);
+  canvas.text(shown, {box.x, box.y, box.width, height}, font, colour, align);
+}
+
+float drawMark(Canvas& canvas, std::string_view text, const Rect& box, float textSize,
+               Colour ground, Colour colour, bool atRight) {
+  const Font font = {.size = textSize, .bold = true};
+  const float margin = std::round(textSize * 0.6f);
+  const float width = std::min(std::ceil(canvas.textWidth(text, font)) + 2 * margin, box.width);
+  const Rect mark = {atRight ? box.x + box.width - width : box.x, box.y, width, box.height};
+  canvas.fillRect(mark, ground);
+  const float top = mark.y + std::round((mark.height - font.size * kLineHeight) / 2);
+  drawShortened(canvas, text,
+                {mark.x + margin, std::max(top, mark.y), width - 2 * margin + 1, mark.height}, font,
+                colour, Align::left);
+  return width;
 }
 
 }  // namespace vgps

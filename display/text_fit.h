@@ -19,4 +19,12 @@ Font fittingFont(Canvas& canvas, std::string_view text, float width, float heigh
 // empty when not even the ellipsis fits.
 std::string shortened(Canvas& canvas, std::string_view text, const Font& font, float width);
 
+// One line at the top of `box` that ends in an ellipsis rather than at the border.
+void drawShortened(Canvas& canvas, std::string_view text, const Rect& box, const Font& font,
+                   Colour colour, Align align);
+
+// Text on a coloured ground, at the right end of `box` or at its left. Returns its width.
+float drawMark(Canvas& canvas, std::string_view text, const Rect& box, float textSize,
+               Colour ground, Colour colour, bool atRight);
+
 }  // namespace vgps

@@ -14,7 +14,7 @@
 #include "app/startup.h"
 #include "app/timers.h"
 #include "display/readout.h"
-#include "display/readout_text.h"
+#include "display/status_line.h"
 #include "win32/message_parameter.h"
 #include "win32/wide.h"
 #include "win32/window_door.h"
@@ -62,12 +62,6 @@ bool registerClass(HINSTANCE instance, WNDPROC procedure) {
   description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   description.lpszClassName = kMainWindowClass;
   return RegisterClassExW(&description) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
-}
-
-// What the status says and time alone changes.
-std::string statusOf(const Scene& scene) {
-  const ReadoutTexts texts = readoutTexts(scene);
-  return texts.state + '\n' + texts.age + '\n' + texts.rate + '\n' + scene.notice;
 }
 
 }  // namespace
@@ -158,7 +152,7 @@ void MainWindow::keepReadable(MINMAXINFO& limits) const {
 // Without data nobody asks for a repaint, yet ages grow and a silent receiver has to be shown as
 // silent. Nothing is drawn while the text stays the same.
 void MainWindow::watchStatus() {
-  if (statusOf(sceneOf(*app_)) == paintedStatus_) return;
+  if (passingText(sceneOf(*app_)) == paintedStatus_) return;
   if (app_->repaints.due(app_->platform.clock.tick())) repaint();
 }
 
@@ -183,7 +177,7 @@ void MainWindow::drawInto(HDC target, int width, int height) {
   const Scene scene = sceneOf(*app_);
   GdiplusCanvas canvas(target, width, height, fonts_);
   drawReadout(canvas, scene);
-  paintedStatus_ = statusOf(scene);
+  paintedStatus_ = passingText(scene);
   noteDrawn(*app_);
   if (canvas.status() != Gdiplus::Ok) OutputDebugStringW(L"the screen could not be drawn\n");
 }

@@ -1,0 +1,157 @@
+#include "display/status_line.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "base/number.h"
+#include "base/texts.h"
+#include "display/text_fit.h"
+
+namespace vgps {
+namespace {
+
+constexpr uint32_t kFirstState = 811;      // in the order of ReceiverState
+constexpr uint32_t kFirstRecording = 816;  // recording, paused, playing
+constexpr uint32_t kSignal = 819;
+constexpr uint32_t kFixAgo = 820;
+constexpr uint32_t kRate = 821;
+constexpr uint32_t kFlatFix = 822;
+constexpr uint32_t kSpatialFix = 823;
+constexpr uint32_t kBetterFlatFix = 824;  // "2-D, %s"
+constexpr uint32_t kBetterSpatialFix = 825;
+constexpr uint32_t kSeconds = 826;
+constexpr uint32_t kMinutes = 827;
+constexpr uint32_t kHours = 828;
+constexpr int32_t kSpatialSatellites = 4;
+
+std::string stateText(const Scene& scene) {
+  const uint32_t word = kFirstState + static_cast<uint32_t>(scene.state);
+  if (scene.state != ReceiverState::fix) return std::string(textOf(word));
+  const int32_t quality = scene.fix.fixStatus;
+  const int32_t used = usedSatellites(scene);
+  // Without a count nobody knows; a value that no satellite stands behind has no dimension.
+  if (used == 0 || quality > kLastSatelliteQuality) return std::string(fixQualityText(quality));
+  const bool flat = used < kSpatialSatellites;
+  if (quality == 1) return std::string(textOf(flat ? kFlatFix : kSpatialFix));
+  return textWith(flat ? kBetterFlatFix : kBetterSpatialFix, fixQualityText(quality));
+}
+
+// The older, the coarser: each new text is a new drawing, and a silent receiver should cost none.
+std::string ageText(uint32_t ms) {
+  uint32_t seconds = ms / 1000;
+  if (seconds > 10) seconds -= seconds % 5;
+  if (seconds < 60) return textWith(kSeconds, std::to_string(seconds));
+  const uint32_t minutes = seconds / 60;
+  return minutes < 60 ? textWith(kMinutes, std::to_string(minutes))
+                      : textWith(kHours, std::to_string(minutes / 60));
+}
+
+std::string recordingText(const Scene& scene) {
+  if (scene.trackState < 1 || scene.trackState > 3) return {};
+  return textWith(kFirstRecording + static_cast<uint32_t>(scene.trackState) - 1,
+                  std::to_string(scene.trackPoints), scene.trackLength);
+}
+
+// Of the satellites that are heard; those whose strength is not told count as not heard.
+std::string signalText(const Scene& scene) {
+  float strongest = 0;
+  float sum = 0;
+  int32_t heard = 0;
+  for (const ViewedSatellite& satellite : scene.view) {
+    if (satellite.snr <= 0) continue;
+    strongest = std::max(strongest, satellite.snr);
+    sum += satellite.snr;
+    ++heard;
+  }
+  if (heard == 0) return {};
+  const auto whole = [](float value) { return std::to_string(std::lround(value)); };
+  return textWith(kSignal, whole(strongest), whole(sum / static_cast<float>(heard)));
+}
+
+Colour stateColour(const Scene& scene) {
+  switch (scene.state) {
+    case ReceiverState::notConnected: return scene.palette.idle;
+    case ReceiverState::noData:
+    case ReceiverState::lost: return scene.palette.alarm;
+    case ReceiverState::noFix: return scene.palette.caution;
+    case ReceiverState::fix: break;
+  }
+  return scene.palette.good;
+}
+
+// Places texts from both ends of a bar until its room is used up.
+class Placer {
+ public:
+  Placer(Canvas& canvas, const Rect& room, const Font& font, float gap)
+      : canvas_(canvas), rest_(room), font_(font), gap_(gap) {}
+
+  // Left out when it would take too much from the others.
+  void right(const std::string& text, Colour colour) {
+    const float width = std::ceil(canvas_.textWidth(text, font_)) + 1;
+    if (text.empty() || width > rest_.width * 0.6f) return;
+    drawShortened(canvas_, text, {rest_.x + rest_.width - width, rest_.y, width, rest_.height},
+                  font_, colour, Align::right);
+    rest_.width -= width + gap_;
+  }
+
+  void left(const std::string& text, Colour colour) {
+    if (text.empty() || rest_.width < gap_) return;
+    const float width = std::min(std::ceil(canvas_.textWidth(text, font_)) + 1, rest_.width);
+    drawShortened(canvas_, text, {rest_.x, rest_.y, width, rest_.height}, font_, colour,
+                  Align::left);
+    rest_.x += width + gap_;
+    rest_.width = std::max(rest_.width - width - gap_, 0.f);
+  }
+
+ private:
+  Canvas& canvas_;
+  Rect rest_;
+  const Font font_;
+  const float gap_;
+};
+
+}  // namespace
+
+StatusTexts statusTexts(const Scene& scene) {
+  StatusTexts texts;
+  texts.state = stateText(scene);
+  texts.recording = recordingText(scene);
+  if (scene.state == ReceiverState::notConnected) return texts;
+  const bool flowing = scene.state == ReceiverState::noFix || scene.state == ReceiverState::fix;
+  if (scene.fixSeen) texts.age = textWith(kFixAgo, ageText(scene.fixAgeMs));
+  texts.rate = textWith(kRate, fixedText(flowing ? scene.sentencesPerSecond : 0, 1));
+  if (flowing) texts.signal = signalText(scene);
+  return texts;
+}
+
+void drawStatusLine(Canvas& canvas, const StatusBar& place, const Scene& scene) {
+  const StatusTexts texts = statusTexts(scene);
+  const Palette& palette = scene.palette;
+  const Rect& bar = place.bar;
+  canvas.fillRect(bar, palette.panel);
+  const float mark =
+      drawMark(canvas, texts.state, bar, place.textSize, stateColour(scene), palette.onMark, false);
+  const float gap = std::round(place.textSize * 0.8f);
+  const float line = std::ceil(place.textSize * kLineHeight);
+  const float top = bar.y + std::round((bar.height - line) / 2);
+  Placer placer(canvas, {bar.x + mark + gap, top, bar.width - mark - 2 * gap, line},
+                {.size = place.textSize}, gap);
+  placer.right(texts.age, palette.label);
+  placer.right(texts.signal, palette.label);
+  placer.left(scene.notice, palette.caution);
+  placer.left(texts.recording, palette.value);
+  placer.left(scene.source, palette.value);
+  placer.right(texts.rate, palette.label);
+}
+
+std::string passingText(const Scene& scene) {
+  const StatusTexts texts = statusTexts(scene);
+  const auto letter = [](uint32_t ageMs) {
+    return static_cast<char>('0' + static_cast<int>(worthOf(ageMs)));
+  };
+  return texts.state + '\n' + texts.age + '\n' + texts.rate + '\n' + scene.notice + '\n' +
+         letter(scene.fixAgeMs) + letter(scene.dataAgeMs);
+}
+
+}  // namespace vgps

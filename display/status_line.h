@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+
+#include "display/scene.h"
+#include "platform/canvas.h"
+
+// The line at the foot of every screen: where the data come from and what they are worth, what is
+// being recorded, how strong the signals are.
+namespace vgps {
+
+struct StatusTexts {
+  std::string state;      // "3-D fix", "no data", ...
+  std::string age;        // "fix 3 s ago"; empty before the first one
+  std::string rate;       // "6.0 sentences/s"
+  std::string recording;  // "recording: 120 points, 4.56 Km"; empty while idle
+  std::string signal;     // "C/N0 46 max, 39 mean, 8 used"; empty without signals
+};
+
+StatusTexts statusTexts(const Scene& scene);
+
+// The bar across the foot of a screen of these bounds, and the size of its text.
+struct StatusBar {
+  Rect bar;
+  float textSize = 0;
+};
+
+void drawStatusLine(Canvas& canvas, const StatusBar& place, const Scene& scene);
+
+// All that time alone changes on a screen; as long as it stays the same nothing has to be drawn.
+std::string passingText(const Scene& scene);
+
+}  // namespace vgps

@@ -1,0 +1,111 @@
+#include "display/status_line.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/fakes/recording_canvas.h"
+
+namespace vgps {
+namespace {
+
+Scene receiving() {
+  Scene scene;
+  scene.state = ReceiverState::fix;
+  scene.fix.fixStatus = 1;
+  scene.fixSeen = true;
+  scene.satellites.usedCount = 8;
+  scene.sentencesPerSecond = 6;
+  scene.source = "COM3, 9600 baud";
+  return scene;
+}
+
+TEST(StatusLine, SaysWhatTheReceiverIsDoing) {
+  struct {
+    ReceiverState state;
+    int32_t quality, used;
+    const char* text;
+  } const rows[] = {
+      {ReceiverState::notConnected, 1, 8, "not connected"},
+      {ReceiverState::noData, 1, 8, "no data"},
+      {ReceiverState::lost, 1, 8, "no data, trying again"},
+      {ReceiverState::noFix, 0, 0, "no fix"},
+      {ReceiverState::fix, 1, 3, "2-D fix"},
+      {ReceiverState::fix, 1, 4, "3-D fix"},
+      {ReceiverState::fix, 2, 9, "3-D, differential fix"},
+      {ReceiverState::fix, 4, 3, "2-D, RTK fixed"},
+      {ReceiverState::fix, 1, 0, "GPS fix"},    // only RMC: nobody counts satellites
+      {ReceiverState::fix, 6, 5, "estimated"},  // no satellite stands behind it
+      {ReceiverState::fix, 99, 5, "unknown fix"},
+  };
+  for (const auto& row : rows) {
+    Scene scene = receiving();
+    scene.state = row.state;
+    scene.fix.fixStatus = row.quality;
+    scene.satellites.usedCount = row.used;
+    EXPECT_EQ(statusTexts(scene).state, row.text);
+  }
+}
+
+TEST(StatusLine, SaysWhatIsRecorded) {
+  Scene scene = receiving();
+  EXPECT_EQ(statusTexts(scene).recording, "");
+  scene.trackPoints = 120;
+  scene.trackLength = "4.56 Km";
+  const char* const words[] = {"recording", "paused", "playing"};
+  for (int32_t state = 1; state <= 3; ++state) {
+    scene.trackState = state;
+    EXPECT_EQ(statusTexts(scene).recording,
+              std::string(words[state - 1]) + ": 120 points, 4.56 Km");
+  }
+  scene.trackState = 4;
+  EXPECT_EQ(statusTexts(scene).recording, "");
+}
+
+TEST(StatusLine, SumsTheSignalsUp) {
+  const std::vector<ViewedSatellite> view = {
+      {.id = 1, .snr = 46}, {.id = 2, .snr = 31}, {.id = 3, .snr = 0}};
+  Scene scene = receiving();
+  EXPECT_EQ(statusTexts(scene).signal, "");
+  scene.view = view;
+  EXPECT_EQ(statusTexts(scene).signal, "C/N0 46 max, 39 mean");
+  scene.state = ReceiverState::noData;
+  EXPECT_EQ(statusTexts(scene).signal, "") << "of satellites that are no longer heard";
+}
+
+TEST(StatusLine, NothingOverlapsHoweverNarrow) {
+  const std::vector<ViewedSatellite> view = {{.id = 1, .snr = 46}};
+  for (const float width : {60.f, 240.f, 320.f, 640.f, 1280.f}) {
+    Scene scene = receiving();
+    scene.view = view;
+    scene.notice = "This is not available yet.";
+    scene.trackState = 1;
+    scene.trackPoints = 123456;
+    scene.trackLength = "1234.56 Km";
+    RecordingCanvas canvas(width, 200);
+    drawStatusLine(canvas, {{0, 180, width, 20}, 12}, scene);
+    EXPECT_TRUE(canvas.texts[0].text == "3-D fix" || width < 200);
+    for (size_t i = 0; i < canvas.texts.size(); ++i) {
+      const Rect& ink = canvas.texts[i].ink;
+      EXPECT_LE(ink.x + ink.width, width + 1) << canvas.texts[i].text;
+      for (size_t k = 0; k < i; ++k) {
+        const Rect& other = canvas.texts[k].ink;
+        EXPECT_TRUE(ink.x >= other.x + other.width - 1 || other.x >= ink.x + ink.width - 1)
+            << canvas.texts[i].text << " over " << canvas.texts[k].text;
+      }
+    }
+    EXPECT_EQ(canvas.said("COM3, 9600 baud"), width == 1280.f);
+  }
+}
+
+TEST(StatusLine, ADrawingIsDueWhenAnAgeChangesWhatIsShown) {
+  Scene scene = receiving();
+  scene.state = ReceiverState::notConnected;
+  scene.fixAgeMs = 6000;
+  const std::string before = passingText(scene);
+  scene.fixAgeMs = 29000;
+  EXPECT_EQ(passingText(scene), before);
+  scene.fixAgeMs = 30001;
+  EXPECT_NE(passingText(scene), before) << "the values become dashes";
+}
+
+}  // namespace
+}  // namespace vgps
