@@ -14,14 +14,17 @@ std::vector<PortName> presentPorts(const AppState& app) {
   return app.platform.listPorts ? app.platform.listPorts() : std::vector<PortName>();
 }
 
-// Under which name the device is there now; its old one when nothing better is known.
+// Under which name the device is there now: its old one when nothing better is known, none when
+// another device has that.
 std::string currentName(const AppState& app) {
   const Supervisor& supervisor = app.supervisor;
   if (supervisor.identity.empty()) return supervisor.portName;
+  std::string name = supervisor.portName;
   for (const PortName& port : presentPorts(app)) {
     if (port.identity == supervisor.identity) return port.name;
+    if (port.name == supervisor.portName && !port.identity.empty()) name.clear();
   }
-  return supervisor.portName;
+  return name;
 }
 
 void tryAgain(AppState& app) {
@@ -31,7 +34,7 @@ void tryAgain(AppState& app) {
   // The old handle first: a device that is still there could not be opened beside it.
   app.fix.dropPort();
   const std::string name = currentName(app);
-  if (!app.fix.replacePort(name)) return;
+  if (name.empty() || !app.fix.replacePort(name)) return;
   supervisor.portName = name;
   app.sourceName = serialSourceName(name, supervisor.speed);
 }

@@ -85,7 +85,21 @@ struct AppWorld {
   FakeWindow window;
   FakePorts ports;
   DirectUiThread door;
-  AppState app{Platform{clock, sounds, door, window, [this] { return ports.make(); }}};
+  std::vector<PortName> listedPorts;
+  std::vector<DateTime> systemTimes;  // that the computer's clock was set to
+  bool clockCanBeSet = true;
+  std::vector<std::string> installed;  // arguments of the installer for mobile devices
+  bool installerExists = true;
+  AppState app{Platform{clock, sounds, door, window, [this] { return ports.make(); }, nullptr,
+                        [this] { return listedPorts; },
+                        [this](const DateTime& utc) {
+                          systemTimes.push_back(utc);
+                          return clockCanBeSet;
+                        },
+                        [this](const std::string& argument) {
+                          if (installerExists) installed.push_back(argument);
+                          return installerExists;
+                        }}};
 };
 
 }  // namespace vgps

@@ -96,6 +96,7 @@ class FakePorts {
     line = std::make_shared<FakeLine>();
     return *line;
   }
+  void remove(const std::string& path) { lines_->erase(path); }
   std::unique_ptr<SerialPort> make() { return std::make_unique<FakeSerialPort>(lines_); }
 
  private:

@@ -1,0 +1,233 @@
+#include <gtest/gtest.h>
+
+#include "app/commands.h"
+#include "app/scene_of.h"
+#include "app/timers.h"
+#include "tests/fakes/program_world.h"
+#include "track/track_file.h"
+
+// Recording as a person does it: commands, the journal behind them, what happens to the track.
+namespace vgps {
+namespace {
+
+constexpr uint32_t kStart = 1202;
+constexpr uint32_t kPause = 1203;
+constexpr uint32_t kEnd = 1204;
+constexpr uint32_t kMark = 1215;
+
+class RecordingCommands : public testing::Test {
+ protected:
+  RecordingCommands() { world.load("drp=\"1\""); }
+  void run(uint32_t command) { EXPECT_TRUE(runCommand(app, command)); }
+  std::string_view notice() const { return currentNotice(app); }
+  bool hasJournal() const { return world.folder.has("vgpstrack.journal"); }
+
+  ProgramWorld world;
+  AppState& app = world.app;
+};
+
+TEST_F(RecordingCommands, ATripFromStartToEnd) {
+  run(kStart);
+  EXPECT_EQ(app.track.state, kRecording);
+  EXPECT_EQ(world.window.timers[kTurnTimer], 7000U);
+  EXPECT_TRUE(hasJournal());
+  world.receiveFix();
+  world.receiveFix();
+  EXPECT_EQ(app.track.points.size(), 1U) << "the course has not changed";
+  run(kMark);
+  EXPECT_EQ(notice(), "The next point will be marked with 1.");
+  world.receiveFix();
+  EXPECT_EQ(app.track.points.size(), 2U);
+  EXPECT_EQ(app.track.points.back().m, 1U);
+  EXPECT_EQ(app.drawnPath.size(), 2U);
+  const Scene scene = sceneOf(app);
+  EXPECT_EQ(scene.trackState, kRecording);
+  EXPECT_EQ(scene.trackPoints, 2U);
+  EXPECT_EQ(scene.trackLength, "3.71 Km");
+
+  run(kPause);
+  EXPECT_EQ(app.track.state, kPaused);
+  world.receiveFix();
+  EXPECT_EQ(app.track.points.size(), 2U);
+  run(kPause);
+  EXPECT_EQ(app.track.state, kRecording);
+  EXPECT_EQ(world.sounds.played, (std::vector<std::string>{"SPD", "TURN"}));
+
+  world.window.answer = true;
+  run(kEnd);
+  EXPECT_EQ(world.window.questions, std::vector<std::string>{"Save the track?"});
+  EXPECT_EQ(world.savedPoints, std::vector<size_t>{2});
+  EXPECT_EQ(app.track.state, kIdle);
+  EXPECT_TRUE(app.track.points.empty());
+  EXPECT_FALSE(world.window.timers.contains(kTurnTimer));
+  EXPECT_FALSE(hasJournal()) << "the points are safe";
+}
+
+TEST_F(RecordingCommands, NoDiscardsTheTrack) {
+  run(kStart);
+  world.receiveFix();
+  run(kEnd);
+  EXPECT_TRUE(world.savedPoints.empty());
+  EXPECT_TRUE(app.track.points.empty());
+  EXPECT_FALSE(hasJournal());
+}
+
+TEST_F(RecordingCommands, WhatTheLibraryDoesNotTakeStays) {
+  world.librarySaves = false;
+  world.window.answer = true;
+  run(kStart);
+  world.receiveFix();
+  run(kEnd);
+  EXPECT_EQ(app.track.state, kIdle);
+  EXPECT_EQ(app.track.points.size(), 1U);
+  EXPECT_TRUE(hasJournal()) << "a crash now must not take it";
+  world.librarySaves = true;
+  run(1212);  // save
+  EXPECT_EQ(world.savedPoints, (std::vector<size_t>{1, 1}));
+  EXPECT_FALSE(hasJournal());
+}
+
+TEST_F(RecordingCommands, AFolderTakesEachTrackAsAFile) {
+  app.settings.trackStorePath = world.folder.path();
+  app.track.name = "Tour";
+  world.window.answer = true;
+  run(kStart);
+  world.receiveFix();
+  run(kEnd);
+  EXPECT_TRUE(world.savedPoints.empty());
+  Track saved;
+  EXPECT_EQ(loadTrackFile(world.folder / "Tour.XML", 0, saved), TrackLoading::whole);
+  EXPECT_EQ(saved.points.size(), 1U);
+}
+
+TEST_F(RecordingCommands, WithoutALibraryTheTrackIsNotLost) {
+  app.extensions.saveToLibrary = nullptr;
+  world.window.answer = true;
+  run(kStart);
+  world.receiveFix();
+  run(kEnd);
+  EXPECT_EQ(world.window.errors.size(), 1U);
+  EXPECT_EQ(app.track.points.size(), 1U);
+}
+
+TEST_F(RecordingCommands, TheJournalSurvivesAnEndWithoutAnAnswer) {
+  run(kStart);
+  world.receiveFix();
+  run(kPause);
+  EXPECT_TRUE(closeRequested(app)) << "a paused recording is not asked about";
+  EXPECT_TRUE(endProgram(app));
+  Journal journal;
+  RecoveredTrack left;
+  EXPECT_EQ(journal.recover(app.paths.journal, left), JournalResult::open);
+  EXPECT_EQ(left.points.size(), 1U);
+}
+
+TEST_F(RecordingCommands, EndingAPauseThatIsNoneRecordsToo) {
+  run(kPause);
+  EXPECT_EQ(app.track.state, kRecording);
+  EXPECT_FALSE(hasJournal());
+  world.receiveFix();
+  EXPECT_EQ(app.track.points.size(), 1U);
+  EXPECT_TRUE(hasJournal());
+  run(kPause);  // flushes
+  app.recordingHooks.closeJournal();
+  Journal journal;
+  RecoveredTrack left;
+  EXPECT_EQ(journal.recover(app.paths.journal, left), JournalResult::open);
+  EXPECT_EQ(left.points.size(), 1U);
+}
+
+TEST_F(RecordingCommands, AJournalThatCannotBeMadeIsToldOnce) {
+  app.paths.journal = world.folder / "no/such/folder/vgpstrack.journal";
+  run(kStart);
+  EXPECT_NE(notice().find("memory only"), std::string_view::npos);
+  world.clock.now += 20000;
+  app.recordingOptions.everyNth = 0;
+  world.receiveFix();
+  EXPECT_EQ(notice(), "");
+  EXPECT_EQ(app.track.points.size(), 1U);
+}
+
+TEST_F(RecordingCommands, WhatCannotBeDoneNowIsSaid) {
+  const std::pair<uint32_t, const char*> rows[] = {
+      {kMark, "Nothing is being recorded."}, {1216, "Nothing is being recorded."},
+      {1208, "There is no track."},          {1209, "There is no track."},
+      {1210, "There is no track."},          {1212, "There is no track."},
+      {1214, "There is no track."}};
+  for (const auto& [command, text] : rows) {
+    run(command);
+    EXPECT_EQ(notice(), text) << command;
+  }
+  run(kStart);
+  for (const uint32_t command : {1208U, 1209U, 1210U, 1212U, 1213U, 1214U}) {
+    run(command);
+    EXPECT_EQ(notice(), "End recording or playing first.") << command;
+  }
+  run(kStart);
+  EXPECT_EQ(notice(), "A track is being recorded or played already.");
+}
+
+TEST_F(RecordingCommands, PresetsAreSavedAndHoldFromTheNextStart) {
+  run(1221);
+  EXPECT_EQ(notice(), "Recording thresholds for walking");
+  run(kStart);
+  EXPECT_EQ(app.track.speedThreshold, 1);
+  EXPECT_EQ(app.track.angleThreshold, 20);
+  run(1223);
+  EXPECT_EQ(app.track.speedThreshold, 1) << "a running recording keeps its own";
+  run(kEnd);
+  run(kStart);
+  EXPECT_EQ(app.track.speedThreshold, 1) << "and a track that was not left keeps them";
+  EXPECT_NE(world.folder.read("vgps.xml").find("speed=\"50\""), std::string::npos);
+}
+
+TEST_F(RecordingCommands, ManualModeRecordsWhatIsAskedFor) {
+  app.recordingOptions.manual = true;
+  run(kStart);
+  world.receiveFix();
+  EXPECT_TRUE(app.track.points.empty());
+  run(1216);
+  world.receiveFix();
+  world.receiveFix();
+  EXPECT_EQ(app.track.points.size(), 1U);
+}
+
+TEST_F(RecordingCommands, WanderingExplainsItselfAndRecords) {
+  run(1285);
+  ASSERT_EQ(world.window.told.size(), 1U);
+  EXPECT_TRUE(world.window.told[0].starts_with("Start wander around; When you select 'Return'"));
+  EXPECT_EQ(app.track.state, kRecording);
+}
+
+TEST_F(RecordingCommands, OperationsOnAFinishedTrack) {
+  for (int i = 0; i < 4; ++i) {
+    TrackPoint point;
+    point.longitude = 11;
+    point.latitude = 48 + i;
+    app.track.points.push_back(point);
+  }
+  run(1209);
+  EXPECT_EQ(app.track.points.front().latitude, 51);
+  run(1208);
+  EXPECT_EQ(app.track.points.size(), 2U) << "a straight line";
+  EXPECT_EQ(notice(), "The track has 2 points now.");
+  world.folder.write("other.xml", "<t><p x=\"1\" y=\"2\" z=\"3\"/></t>");
+  world.window.chosenFile = world.folder / "other.xml";
+  run(1210);
+  EXPECT_EQ(app.track.points.size(), 3U);
+  run(1213);
+  EXPECT_EQ(world.window.questions.size(), 1U);
+  EXPECT_EQ(app.track.points.size(), 3U) << "No was the answer";
+  world.window.answer = true;
+  run(1213);
+  EXPECT_EQ(app.track.points.size(), 1U);
+  run(1214);
+  EXPECT_TRUE(app.track.points.empty());
+  world.folder.write("bad.xml", "nothing");
+  world.window.chosenFile = world.folder / "bad.xml";
+  run(1213);
+  EXPECT_EQ(world.window.errors.size(), 1U);
+}
+
+}  // namespace
+}  // namespace vgps

@@ -1,0 +1,234 @@
+#include "app/startup.h"
+
+#include <gtest/gtest.h>
+
+#include "app/commands.h"
+#include "app/connection.h"
+#include "base/texts.h"
+#include "tests/fakes/program_world.h"
+
+namespace vgps {
+namespace {
+
+TEST(Startup, OnlyTheLowerHalfOfTheAnswerCounts) {
+  EXPECT_TRUE(isOwnAnswer(0xFEFEFEFE));
+  EXPECT_TRUE(isOwnAnswer(0xFFFFFFFFFEFEFEFE)) << "sign extended on its way";
+  EXPECT_FALSE(isOwnAnswer(0));
+  EXPECT_FALSE(isOwnAnswer(1));
+  EXPECT_FALSE(isOwnAnswer(0xFEFEFEFE00000000));
+}
+
+TEST(Startup, TheColoursFollowTheLocalHour) {
+  const std::pair<uint16_t, ColourScheme> rows[] = {
+      {0, ColourScheme::night}, {5, ColourScheme::night}, {6, ColourScheme::day},
+      {12, ColourScheme::day},  {19, ColourScheme::day},  {20, ColourScheme::night},
+      {23, ColourScheme::night}};
+  for (const auto& [hour, scheme] : rows) {
+    AppWorld world;
+    world.clock.localNow.hour = hour;
+    world.clock.localNow.minute = 59;
+    startClocks(world.app);
+    EXPECT_EQ(world.app.scheme, scheme) << hour;
+  }
+}
+
+TEST(Startup, TheUtcOffsetIsMeasuredOnceInWholeHours) {
+  AppWorld world;
+  world.clock.utcNow.day = 31;
+  world.clock.utcNow.hour = 23;
+  world.clock.utcNow.minute = 30;
+  world.clock.localNow.day = 1;
+  world.clock.localNow.hour = 1;
+  world.clock.localNow.minute = 30;
+  startClocks(world.app);
+  EXPECT_EQ(world.app.gps.options.utcOffsetMinutes, 2760) << "right modulo a day";
+  world.receive("$GPRMC,233000,A,4807.038,N,01131.000,E,022.4,084.4,311299,003.1,W*6A\r\n");
+  EXPECT_EQ(world.app.shown.fix.localTime.hour, 1);
+  EXPECT_EQ(world.app.shown.fix.localTime.minute, 30);
+}
+
+TEST(Startup, SettingsReachEveryPart) {
+  ProgramWorld world;
+  world.folder.write(
+      "vgps.xml",
+      "<root><cfg><gps tlk=\"2\" bsm=\"3\" sapiid=\"{1}\"/>"
+      "<vgps smv=\"1\" dmvl=\"2\" gfs=\"4\" lgn=\"1\" afg=\"1\" ntm=\"25\" rci=\"0\" rsc=\"1\" "
+      "rtc=\"1\" rbc=\"1\" res=\"6\" bes=\"7\" mnr=\"1\" drp=\"0\"/>"
+      "<track speed=\"8\" angle=\"9\" alt=\"10\"/></cfg></root>");
+  startSettings(world.app);
+  const AppState& app = world.app;
+  EXPECT_EQ(app.gps.options.talkers, 2);
+  EXPECT_EQ(app.gps.options.epochSentenceSetting, 3);
+  EXPECT_EQ(app.gps.options.speedUnit, 1);
+  EXPECT_TRUE(app.gps.options.logNmea);
+  EXPECT_TRUE(app.gps.options.altitudeFromGeoidField);
+  EXPECT_EQ(app.gps.sensorIdentifier, "{1}");
+  EXPECT_EQ(app.frameSkip, 4);
+  const RecordingOptions& recording = app.recordingOptions;
+  EXPECT_EQ(recording.speed, 8);
+  EXPECT_EQ(recording.angle, 9);
+  EXPECT_EQ(recording.altitude, 10);
+  EXPECT_EQ(recording.normalizeMetres, 25);
+  EXPECT_EQ(recording.everyNth, 6);
+  EXPECT_EQ(recording.bes, 7);
+  EXPECT_EQ(recording.speedUnit, 1);
+  EXPECT_EQ(recording.distanceUnit, 2);
+  EXPECT_TRUE(recording.recordSpeed && recording.recordTime && recording.recordCourse);
+  EXPECT_TRUE(recording.manual);
+  EXPECT_FALSE(recording.recordCell || recording.drawPath);
+}
+
+TEST(Startup, ADamagedDocumentIsToldAndTheDefaultsHold) {
+  ProgramWorld world;
+  world.folder.write("vgps.xml", "\x01\x02 no document at all");
+  startSettings(world.app);
+  EXPECT_EQ(world.window.errors,
+            std::vector<std::string>{"VGPS.XML is corrupted and can't be loaded!"});
+  EXPECT_EQ(world.app.settings.baudRate, 9600);
+  EXPECT_TRUE(world.app.settings.reconnect);
+}
+
+TEST(Startup, UpdatesAreRemindedOfEveryTwentyStarts) {
+  ProgramWorld world;
+  world.load("");
+  std::vector<int> asked;
+  for (int start = 1; start <= 43; ++start) {
+    world.window.questions.clear();
+    startSettings(world.app);  // as the file was left
+    remindOfUpdates(world.app);
+    if (!world.window.questions.empty()) asked.push_back(start);
+  }
+  EXPECT_EQ(asked, (std::vector<int>{1, 22, 43})) << "the very first one asks";
+  EXPECT_EQ(world.app.settings.updateCountdown, 20);
+  EXPECT_EQ(world.window.questions, std::vector<std::string>{"Check for VGPS updates now?"});
+  EXPECT_EQ(currentNotice(world.app), "") << "No was the answer";
+  world.window.answer = true;
+  world.app.settings.updateCountdown = 0;
+  remindOfUpdates(world.app);
+  EXPECT_NE(currentNotice(world.app), "") << "command 197";
+}
+
+TEST(Startup, ConnectsByItselfWhenTheSettingIsOn) {
+  for (const bool on : {false, true}) {
+    ProgramWorld world;
+    world.app.gps.simulation.paceMs = 600000;
+    world.load(on ? "agc=\"1\"" : "", "simu=\"1\"");
+    autoConnect(world.app);
+    EXPECT_EQ(world.app.fix.running, on);
+  }
+}
+
+TEST(Startup, OptionsOfTheCommandLine) {
+  struct {
+    std::vector<std::string> arguments;
+    bool log, running;
+    SimMode mode;
+    std::string asked;  // for simulation data
+    std::vector<std::string> installed;
+  } const rows[] = {
+      {{}, false, false, SimMode::point, "-", {}},
+      {{"-log"}, true, false, SimMode::point, "-", {}},
+      {{"-as1"}, false, false, SimMode::point, "-", {"VGPS-AS-WM2003.INI"}},
+      {{"-as2"}, false, false, SimMode::point, "-", {"VGPS-AS-WM5.INI"}},
+      {{"-simtrack", "a b.xml"}, false, false, SimMode::point, "a b.xml", {}},
+      {{"-simtrack", "-log"}, true, false, SimMode::point, "", {}},
+      {{"-simruntrack", "t.gpx"}, false, true, SimMode::timer, "t.gpx", {}},
+      {{"-simruntrack"}, false, true, SimMode::timer, "", {}},
+  };
+  for (const auto& row : rows) {
+    ProgramWorld world;
+    world.load("");
+    world.app.gps.simulation.setMode(SimMode::point);
+    world.app.gps.simulation.paceMs = 600000;
+    std::string asked = "-";
+    world.app.extensions.simulationFrom = [&](const std::string& path,
+                                              std::vector<std::string>& lines) {
+      asked = path;
+      lines = {"$GPRMC"};
+      return true;
+    };
+    const std::string what = row.arguments.empty() ? "" : row.arguments[0];
+    applyStartOptions(world.app, parseStartOptions(row.arguments));
+    EXPECT_EQ(world.app.gps.options.logNmea, row.log) << what;
+    EXPECT_EQ(world.app.fix.running, row.running) << what;
+    EXPECT_EQ(world.app.gps.simulation.mode(), row.mode) << what;
+    EXPECT_EQ(asked, row.asked) << what;
+    EXPECT_EQ(currentNotice(world.app), "") << what;
+    ASSERT_EQ(world.installed.size(), row.installed.size()) << what;
+    if (row.installed.empty()) continue;
+    EXPECT_EQ(world.installed[0], '"' + world.folder / row.installed[0] + '"');
+    EXPECT_FALSE(world.app.settings.simulate) << "not saved";
+  }
+}
+
+TEST(Startup, WhatCannotBeDoneIsSaid) {
+  for (const char* option : {"-as1", "-simtrack", "--nonsense"}) {
+    ProgramWorld world;
+    world.installerExists = false;
+    applyStartOptions(world.app, parseStartOptions(std::vector<std::string>{option}));
+    EXPECT_NE(currentNotice(world.app), "") << option;
+    EXPECT_FALSE(world.app.fix.running) << option;
+  }
+}
+
+TEST(Close, AsksWhileRecordingOrPlayingOnly) {
+  struct {
+    int32_t state;
+    bool answer;
+    size_t questions;
+    bool closes;
+    int32_t stateAfter;
+  } const rows[] = {
+      {kIdle, false, 0, true, kIdle},        {kRecording, false, 1, false, kRecording},
+      {kRecording, true, 1, true, kIdle},    {kPaused, false, 0, true, kPaused},
+      {kPlaying, false, 1, false, kPlaying}, {kPlaying, true, 1, true, kIdle},
+  };
+  for (const auto& row : rows) {
+    ProgramWorld world;
+    world.app.track.state = row.state;
+    world.window.answer = row.answer;
+    EXPECT_EQ(closeRequested(world.app), row.closes) << row.state;
+    EXPECT_EQ(world.window.questions.size(), row.questions) << row.state;
+    for (const std::string& question : world.window.questions) {
+      EXPECT_EQ(question, "Stop Recording/Playback?");
+    }
+    EXPECT_EQ(world.app.track.state, row.stateAfter) << row.state;
+    EXPECT_EQ(world.app.gps.readers.readerStop, row.closes) << row.state;
+    const auto expected = row.closes ? std::vector<std::string>{"browser", "destroy"}
+                                     : std::vector<std::string>{"browser"};
+    EXPECT_EQ(world.window.done, expected) << row.state;
+  }
+}
+
+TEST(Close, YesEndsTheRecordingAndSavesTheTrack) {
+  ProgramWorld world;
+  world.load("");
+  runCommand(world.app, 1202);
+  world.receiveFix();
+  world.window.answer = true;  // to stopping and to saving
+  EXPECT_TRUE(closeRequested(world.app));
+  EXPECT_EQ(world.window.questions,
+            (std::vector<std::string>{"Stop Recording/Playback?", "Save the track?"}));
+  EXPECT_EQ(world.savedPoints, std::vector<size_t>{1});
+  EXPECT_TRUE(world.app.track.points.empty());
+  EXPECT_FALSE(world.folder.has("vgpstrack.journal"));
+}
+
+TEST(Close, AWaitingSimulationEnds) {
+  ProgramWorld world;
+  world.app.gps.simulation.setMode(SimMode::tapping);
+  connectReceiver(world.app, {.simulate = true});
+  EXPECT_TRUE(closeRequested(world.app));
+  EXPECT_TRUE(stopReceiver(world.app));
+}
+
+TEST(Close, SettingsThatWereChangedAreWritten) {
+  ProgramWorld world;
+  world.load("");
+  world.app.config.set(*findSetting("cfg\\gps", "port"), "COM5");
+  EXPECT_TRUE(endProgram(world.app));
+  EXPECT_NE(world.folder.read("vgps.xml").find("COM5"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace vgps

@@ -1,0 +1,204 @@
+#include "app/supervisor.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+#include "app/connection.h"
+#include "app/scene_of.h"
+#include "app/timers.h"
+#include "app/ui_mailbox.h"
+#include "tests/fakes/app_world.h"
+
+// A receiver that goes away and comes back, with the real reader thread.
+namespace vgps {
+namespace {
+
+const std::string kRmcLine =
+    "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n";
+
+using Heard = std::vector<std::string>;
+
+class Supervision : public testing::Test {
+ protected:
+  Supervision() {
+    listed = {{"COM3", "Receiver", "USB\\VID_1\\7"}, {"COM4", "Modem", "USB\\VID_2\\1"}};
+    line = &ports.add(devicePath("COM3"));
+    app.track.state = kRecording;
+  }
+  ~Supervision() override {
+    door.shut();
+    EXPECT_TRUE(stopReceiver(app));
+  }
+
+  void serve() {
+    door.wait(10, [this](const UiMessage& message) { onUiMessage(app, message); });
+  }
+  bool serveUntil(const std::function<bool()>& happened) {
+    for (int i = 0; i < 1000 && !happened(); ++i) serve();
+    return happened();
+  }
+  bool receive(FakeLine& from) {
+    const uint64_t wanted = app.shown.stats.total() + 1;
+    from.feed(kRmcLine);
+    return serveUntil([&] { return app.shown.stats.total() >= wanted; });
+  }
+  // The 5-second timer.
+  void fiveSecondsPass(int times = 1) {
+    for (int i = 0; i < times; ++i) {
+      clock.now += 5000;
+      onTimer(app, kStatisticsTimer);
+    }
+  }
+  ReceiverState state() { return sceneOf(app).state; }
+
+  FakeClock clock;
+  FakeSounds sounds;
+  FakeWindow window;
+  FakePorts ports;
+  UiMailbox door;
+  std::vector<PortName> listed;
+  FakeLine* line = nullptr;
+  AppState app{Platform{clock, sounds, door, window, [this] { return ports.make(); }, nullptr,
+                        [this] { return listed; }}};
+};
+
+TEST_F(Supervision, ASilentPortIsOpenedAgainUntilDataCome) {
+  ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
+  ASSERT_TRUE(receive(*line));
+  fiveSecondsPass();
+  EXPECT_EQ(state(), ReceiverState::fix);
+  EXPECT_EQ(line->opens, 1);
+  fiveSecondsPass();  // 10 s without a byte
+  EXPECT_EQ(state(), ReceiverState::lost);
+  EXPECT_EQ(sounds.played, (Heard{"OK", "ERR2"}));
+  EXPECT_EQ(line->opens, 2);
+  fiveSecondsPass(3);
+  EXPECT_EQ(line->opens, 5) << "every five seconds";
+  EXPECT_EQ(sounds.played, (Heard{"OK", "ERR2"})) << "once";
+  EXPECT_TRUE(app.fix.running);
+  ASSERT_TRUE(receive(*line));
+  EXPECT_EQ(state(), ReceiverState::fix);
+  EXPECT_EQ(sounds.played, (Heard{"OK", "ERR2", "OK"}));
+  EXPECT_EQ(app.gps.readers.liveReaders, 1) << "the same reader goes on";
+  EXPECT_EQ(app.track.state, kRecording);
+  EXPECT_EQ(app.track.points.size(), 2U);
+  fiveSecondsPass();
+  EXPECT_EQ(line->opens, 5);
+}
+
+TEST_F(Supervision, AReadErrorIsNoticedAtOnceAndTheDeviceFoundUnderAnotherName) {
+  ASSERT_TRUE(connectReceiver(app, {.port = "COM3", .speed = 4800}));
+  ASSERT_TRUE(receive(*line));
+  line->feed("$GPRMC,123519,A,48");  // half a line, never to be finished
+  line->unplug();
+  ASSERT_TRUE(serveUntil([&] { return app.fix.portFailed.load(); }));
+  ports.remove(devicePath("COM3"));
+  listed = {{"COM4", "Modem", "USB\\VID_2\\1"}};
+  fiveSecondsPass();
+  EXPECT_EQ(state(), ReceiverState::lost);
+  EXPECT_EQ(sounds.played, (Heard{"OK", "ERR2"}));
+  fiveSecondsPass(4);
+  EXPECT_TRUE(app.fix.running);
+  listed.push_back({"COM7", "Receiver", "USB\\VID_1\\7"});
+  FakeLine& again = ports.add(devicePath("COM7"));
+  fiveSecondsPass();
+  EXPECT_EQ(again.opens, 1);
+  EXPECT_EQ(again.baudRate, 4800U);
+  EXPECT_EQ(app.sourceName, "COM7, 4800 baud");
+  ASSERT_TRUE(receive(again));
+  EXPECT_EQ(state(), ReceiverState::fix);
+  EXPECT_EQ(app.shown.stats.rejected, 0U) << "half a line of before stood in front";
+  EXPECT_EQ(sounds.played, (Heard{"OK", "ERR2", "OK"}));
+  // It may move again.
+  fiveSecondsPass(2);
+  listed.back().name = "COM8";
+  FakeLine& third = ports.add(devicePath("COM8"));
+  fiveSecondsPass();
+  EXPECT_EQ(third.opens, 1);
+  ASSERT_TRUE(receive(third));
+}
+
+TEST_F(Supervision, AnotherDeviceOnTheOldNameIsOnlyTakenWhereDevicesHaveNoIdentity) {
+  for (const bool known : {true, false}) {
+    if (!known) listed[0].identity.clear();
+    FakeLine& first = ports.add(devicePath("COM3"));
+    ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
+    ASSERT_TRUE(receive(first));
+    listed[0].identity = "USB\\VID_9\\9";
+    fiveSecondsPass(2);
+    EXPECT_EQ(first.opens, known ? 1 : 2) << known;
+    disconnectReceiver(app);
+  }
+}
+
+TEST_F(Supervision, EndsWithTheConnection) {
+  ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
+  ASSERT_TRUE(receive(*line));
+  fiveSecondsPass(2);
+  EXPECT_EQ(state(), ReceiverState::lost);
+  disconnectReceiver(app);
+  EXPECT_EQ(state(), ReceiverState::notConnected);
+  const int opens = line->opens;
+  fiveSecondsPass(4);
+  EXPECT_EQ(line->opens, opens);
+  ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
+  EXPECT_EQ(state(), ReceiverState::noData);
+  EXPECT_TRUE(receive(*line));
+}
+
+TEST_F(Supervision, OnlyWatchesSerialLinesAndOnlyWhenItMay) {
+  app.gps.simulation.paceMs = 600000;
+  ASSERT_TRUE(connectReceiver(app, {.simulate = true}));
+  fiveSecondsPass(4);
+  EXPECT_NE(state(), ReceiverState::lost);
+  app.settings.reconnect = false;
+  ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
+  fiveSecondsPass(4);
+  EXPECT_EQ(state(), ReceiverState::noData);
+  EXPECT_EQ(line->opens, 1);
+}
+
+TEST_F(Supervision, NoiseIsDataToo) {
+  ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
+  for (int i = 0; i < 4; ++i) {
+    clock.now += 4000;
+    const uint64_t rejected = app.shown.stats.rejected;
+    line->feed("\x80\x81 another speed \x82\r\n");
+    EXPECT_TRUE(serveUntil([&] { return app.shown.stats.rejected > rejected; }));
+    onTimer(app, kStatisticsTimer);
+  }
+  EXPECT_EQ(line->opens, 1);
+}
+
+// For the thread sanitizer: handles change under the reader while it reads.
+TEST_F(Supervision, ManyUnpluggings) {
+  ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
+  for (int i = 0; i < 30; ++i) {
+    FakeLine* const current = line;
+    ASSERT_TRUE(receive(*current)) << i;
+    current->feed(kRmcLine.substr(0, 20));
+    if (i % 2 == 0) current->unplug();
+    line = &ports.add(devicePath("COM3"));
+    fiveSecondsPass(3);
+  }
+  EXPECT_EQ(app.gps.readers.liveReaders, 1);
+  EXPECT_EQ(app.shown.stats.total(), 30U);
+}
+
+TEST(ReadoutDelay, IsMeasuredFromTheLastByteToTheDrawing) {
+  AppWorld world;
+  world.app.fix.lastByteMicros = 1000000;
+  world.clock.now = 1040;
+  world.receive(kRmcLine);
+  world.clock.now = 1055;
+  noteDrawn(world.app);
+  EXPECT_EQ(world.app.readoutDelayMicros, 55000U);
+  world.clock.now = 9000;
+  noteDrawn(world.app);
+  EXPECT_EQ(world.app.readoutDelayMicros, 55000U) << "nothing new was drawn";
+}
+
+}  // namespace
+}  // namespace vgps

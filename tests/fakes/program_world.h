@@ -1,0 +1,48 @@
+#pragma once
+
+#include "app/startup.h"
+#include "tests/fakes/app_world.h"
+#include "tests/fakes/test_folder.h"
+
+namespace vgps {
+
+// The desktop program in a folder of its own, without its window.
+struct ProgramWorld : AppWorld {
+  ProgramWorld() {
+    app.paths = pathsOf(folder.path());
+    app.paths.backup = folder / "vgpsbackup.gpx";
+    app.extensions.saveToLibrary = [this](Track& track) {
+      savedPoints.push_back(track.points.size());
+      return librarySaves;
+    };
+  }
+  ~ProgramWorld() {
+    app.recordingHooks.closeJournal();
+    EXPECT_TRUE(app.fix.stopReaders(10000));
+  }
+
+  // vgps.xml with these attributes of "cfg\vgps" and "cfg\gps", loaded as the start does.
+  void load(const std::string& vgps, const std::string& gps = {}) {
+    folder.write("vgps.xml", "<root><cfg><vgps " + vgps + "/><gps " + gps + "/></cfg></root>");
+    startSettings(app);
+  }
+
+  // A complete fix; each call stands a little further north and is a second later.
+  void receiveFix(double kmh = 36) {
+    clock.now += 1000;
+    minutes_ += 1;
+    std::string minutes = std::to_string(minutes_);
+    minutes.insert(0, 2 - minutes.size(), '0');
+    receive("$GPRMC,1235" + minutes + ",A,48" + minutes + ".038,N,01131.000,E," +
+            std::to_string(kmh / 1.852) + ",084.4,230394,003.1,W*6A\r\n");
+  }
+
+  TestFolder folder;
+  std::vector<size_t> savedPoints;  // of each track that went to the library
+  bool librarySaves = true;
+
+ private:
+  int minutes_ = 0;
+};
+
+}  // namespace vgps

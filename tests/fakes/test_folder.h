@@ -1,0 +1,45 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <sstream>
+#include <string>
+
+namespace vgps {
+
+// A folder of the running test, gone with it.
+class TestFolder {
+ public:
+  TestFolder()
+      : path_(std::filesystem::temp_directory_path() /
+              ("vgps-test-" + std::to_string(std::random_device()()))) {
+    std::filesystem::create_directories(path_);
+  }
+  TestFolder(const TestFolder&) = delete;
+  TestFolder& operator=(const TestFolder&) = delete;
+  ~TestFolder() {
+    std::error_code error;
+    std::filesystem::remove_all(path_, error);
+  }
+
+  std::string path() const { return path_.string(); }
+  std::string operator/(const std::string& name) const { return (path_ / name).string(); }
+  bool has(const std::string& name) const { return std::filesystem::exists(path_ / name); }
+  void write(const std::string& name, const std::string& text) const {
+    std::ofstream(path_ / name, std::ios::binary) << text;
+  }
+  std::string read(const std::string& name) const {
+    std::ifstream file(path_ / name, std::ios::binary);
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
+  }
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace vgps
