@@ -15,8 +15,19 @@ ReceiverState stateOf(const AppState& app, uint32_t now) {
                        shown.fix.fixStatus);
 }
 
-const Palette& paletteOf(const AppState& app) {
-  return app.scheme == ColourScheme::night ? nightPalette() : dayPalette();
+Palette paletteOf(const AppState& app) {
+  const Settings& settings = app.settings;
+  switch (app.scheme) {
+    case ColourScheme::day: return dayPalette();
+    case ColourScheme::night: return nightPalette();
+    case ColourScheme::custom: break;
+  }
+  return customPalette({.inform = settings.colourInform,
+                        .background = settings.colourBackground,
+                        .success = settings.colourSuccess,
+                        .failure = settings.colourFailure,
+                        .gray = settings.colourGray,
+                        .lightGray = settings.colourLightGray});
 }
 
 }  // namespace

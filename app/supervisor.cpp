@@ -10,6 +10,9 @@
 namespace vgps {
 namespace {
 
+constexpr uint32_t kSilent = 738;
+constexpr uint32_t kUnplugged = 739;
+
 std::vector<PortName> presentPorts(const AppState& app) {
   return app.platform.listPorts ? app.platform.listPorts() : std::vector<PortName>();
 }
@@ -77,8 +80,8 @@ void checkConnection(AppState& app) {
     if (!hasGone(app)) return;
     supervisor.state = Supervisor::State::lost;
     app.platform.sounds.play("ERR2");
+    showNotice(app, textWith(app.fix.portFailed ? kUnplugged : kSilent, supervisor.portName));
     tryAgain(app);
-    repaintThrottled(app);
   } else if (app.platform.clock.tick() - supervisor.lastAttemptTick >= kRetryEveryMs) {
     tryAgain(app);
   }

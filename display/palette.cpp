@@ -22,6 +22,17 @@ const Palette& dayPalette() {
   return kDay;
 }
 
+Palette customPalette(const CustomColours& colours) {
+  Palette palette = dayPalette();
+  palette.background = palette.panel = colours.background;
+  palette.value = palette.label = colours.inform;
+  palette.faded = palette.idle = colours.gray;
+  palette.grid = colours.lightGray;
+  palette.good = colours.success;
+  palette.alarm = colours.failure;
+  return palette;
+}
+
 const Palette& nightPalette() {
   static constexpr Palette kNight = {
       .background = rgb(8, 7, 6),

@@ -27,6 +27,19 @@ struct Palette {
 };
 
 const Palette& dayPalette();
+
+// What a person chooses for the third scheme.
+struct CustomColours {
+  Colour inform = 0;
+  Colour background = 0;
+  Colour success = 0;
+  Colour failure = 0;
+  Colour gray = 0;
+  Colour lightGray = 0;
+};
+// The colours of the day where nothing was chosen.
+Palette customPalette(const CustomColours& colours);
+
 // Dark, and without the blue and white that spoil eyes used to the dark.
 const Palette& nightPalette();
 

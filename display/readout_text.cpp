@@ -18,9 +18,9 @@ constexpr uint32_t kNorth = 850;
 constexpr uint32_t kEast = 854;
 constexpr uint32_t kSouth = 858;
 constexpr uint32_t kWest = 862;
-constexpr uint32_t kNoPosition = 880;
-constexpr uint32_t kMaximum = 881;
-constexpr uint32_t kVariation = 882;
+constexpr uint32_t kNoPosition = 910;
+constexpr uint32_t kMaximum = 911;
+constexpr uint32_t kVariation = 912;
 
 uint64_t countOf(const Scene& scene, CountedKind kind) { return scene.stats.of(kind).count; }
 

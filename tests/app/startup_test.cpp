@@ -2,10 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "app/commands.h"
 #include "app/connection.h"
+#include "app/scene_of.h"
 #include "base/texts.h"
+#include "display/readout.h"
 #include "tests/fakes/program_world.h"
+#include "tests/fakes/recording_canvas.h"
 
 namespace vgps {
 namespace {
@@ -76,6 +81,33 @@ TEST(Startup, SettingsReachEveryPart) {
   EXPECT_TRUE(recording.recordSpeed && recording.recordTime && recording.recordCourse);
   EXPECT_TRUE(recording.manual);
   EXPECT_FALSE(recording.recordCell || recording.drawPath);
+}
+
+// Colours are stored with blue in front: success is blue, failure red, and the camera's 255 is red.
+TEST(Startup, TheThirdSchemeIsDrawnInTheChosenColours) {
+  EXPECT_EQ(rgb(0, 0, 255), 0xFF0000U);
+  EXPECT_EQ(Settings().cameraColour, rgb(255, 0, 0));
+  ProgramWorld world;
+  world.folder.write("vgps.xml", "<root><cfg><cc c2=\"1122867\" c5=\"4660\"/></cfg></root>");
+  startSettings(world.app);
+  runCommand(world.app, 323);
+  world.app.fix.running = true;
+  world.receive("$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n");
+  const auto drawn = [&] {
+    RecordingCanvas canvas(800, 480);
+    drawReadout(canvas, sceneOf(world.app));
+    return canvas;
+  };
+  const auto filled = [&](const RecordingCanvas& canvas, Colour colour) {
+    return std::any_of(canvas.fills.begin(), canvas.fills.end(),
+                       [&](const auto& fill) { return fill.colour == colour; });
+  };
+  EXPECT_TRUE(filled(drawn(), rgb(0, 0, 255)));
+  EXPECT_TRUE(filled(drawn(), 1122867));
+  world.clock.now += 6000;
+  EXPECT_TRUE(filled(drawn(), rgb(255, 0, 0))) << "no data";
+  EXPECT_EQ(drawn().find("48.117300° N")->colour, 4660U) << "an old value is gray";
+  world.app.fix.running = false;
 }
 
 TEST(Startup, ADamagedDocumentIsToldAndTheDefaultsHold) {

@@ -73,6 +73,7 @@ TEST_F(Supervision, ASilentPortIsOpenedAgainUntilDataCome) {
   fiveSecondsPass();  // 10 s without a byte
   EXPECT_EQ(state(), ReceiverState::lost);
   EXPECT_EQ(sounds.played, (Heard{"OK", "ERR2"}));
+  EXPECT_EQ(currentNotice(app), "No data for 10 seconds. Trying COM3 again.");
   EXPECT_EQ(line->opens, 2);
   fiveSecondsPass(3);
   EXPECT_EQ(line->opens, 5) << "every five seconds";
@@ -99,6 +100,7 @@ TEST_F(Supervision, AReadErrorIsNoticedAtOnceAndTheDeviceFoundUnderAnotherName) 
   fiveSecondsPass();
   EXPECT_EQ(state(), ReceiverState::lost);
   EXPECT_EQ(sounds.played, (Heard{"OK", "ERR2"}));
+  EXPECT_EQ(currentNotice(app), "The receiver was unplugged. Trying COM3 again.");
   fiveSecondsPass(4);
   EXPECT_TRUE(app.fix.running);
   listed.push_back({"COM7", "Receiver", "USB\\VID_1\\7"});
