@@ -16,6 +16,7 @@ struct Settings {
   int32_t baudRate{};              // "speed"
   bool simulate{};                 // "simu"
   bool useGpsApi{};                // "gapi"
+  bool reconnect{};                // "rcn"
   int32_t useSensorApi{};          // "sapi"
   std::string sensorIdentifier{};  // "sapiid"
   int32_t epochSentenceSetting{};  // "bsm"
@@ -131,7 +132,6 @@ struct Settings {
   bool manualRecording{};          // "mnr"
   std::string trackStorePath{};    // "tlp"
   int32_t talkers{};               // "tlk"
-  bool reconnect{};                // "rcn"
 
   Settings();  // the defaults of the table
 };
