@@ -18,7 +18,8 @@ AppState::AppState(Platform platformToUse, const XmlFiles& files)
       gps(hooks, platform.clock),
       fix(gps),
       recordingHooks(*this),
-      recording(track, recordingOptions, recordingHooks, platform.clock) {
+      recording(track, recordingOptions, recordingHooks, platform.clock),
+      library(platform.disk) {
   gps.makePort = platform.makePort;
   gps.sensors = platform.sensors;
 }

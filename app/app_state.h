@@ -15,6 +15,7 @@
 #include "app/statistics.h"
 #include "app/supervisor.h"
 #include "gps/gps_fix.h"
+#include "library/track_library.h"
 #include "platform/clock.h"
 #include "platform/sounds.h"
 #include "platform/ui_thread.h"
@@ -37,6 +38,7 @@ struct Platform {
   std::function<bool(const DateTime& utc)> setSystemTime = {};
   // Starts the system's installer for mobile devices with this argument; false when there is none.
   std::function<bool(const std::string& argument)> runDeviceInstaller = {};
+  LibraryDisk disk = {};
 };
 
 // The user interface's own copy of what the receiver said, taken while the reader waits. Drawing,
@@ -64,8 +66,6 @@ struct UiFix {
 struct AppExtensions {
   // The track as the text of a GPX document.
   std::function<bool(const Track&, std::string& document)> buildGpx;
-  // Into the track library; true when it is on the disk. The hook has told the person otherwise.
-  std::function<bool(Track&)> saveToLibrary;
   // A track or GPX file as lines of the simulation; an empty path means the last track of the
   // library.
   std::function<bool(const std::string& path, std::vector<std::string>& lines)> simulationFrom;
@@ -118,6 +118,7 @@ struct AppState {
   AppRecordingHooks recordingHooks;
   Recording recording;
   std::vector<std::pair<double, double>> drawnPath;  // longitude, latitude
+  TrackLibrary library;
   uint64_t epochsOffered = 0;
   int32_t backupCountdown = 0;  // minutes
 

@@ -4,10 +4,9 @@
 
 #include "app/app_state.h"
 #include "app/commands.h"
+#include "app/library.h"
 #include "app/timers.h"
 #include "base/texts.h"
-#include "platform/files.h"
-#include "track/track_file.h"
 
 namespace vgps {
 namespace {
@@ -15,9 +14,6 @@ namespace {
 constexpr uint32_t kTrackChanged = 1286;
 
 constexpr uint32_t kAskToSave = 711;
-constexpr uint32_t kNoFreeName = 712;
-constexpr uint32_t kTrackNotWritten = 713;
-constexpr uint32_t kNoLibrary = 714;
 constexpr uint32_t kNoJournal = 715;
 
 }  // namespace
@@ -26,7 +22,7 @@ AppRecordingHooks::AppRecordingHooks(AppState& app)
     : app_(app), journal_(std::make_unique<Journal>(journalSettings())) {}
 
 JournalSettings AppRecordingHooks::journalSettings() {
-  return {.failed = [this] { journalFailed_ = true; }};
+  return {.open = app_.platform.disk.open, .failed = [this] { noteJournalFailure(); }};
 }
 
 void AppRecordingHooks::startTimer() {
@@ -45,26 +41,7 @@ void AppRecordingHooks::appendToDrawnPath(double longitude, double latitude) {
 
 bool AppRecordingHooks::askToSave() { return askQuestion(app_, kAskToSave); }
 
-// A folder takes each track as a file of its own, everything else is a library.
-bool AppRecordingHooks::save(Track& track) {
-  const std::string& folder = app_.settings.trackStorePath;
-  if (folder.empty() || !isFolder(folder)) {
-    if (app_.extensions.saveToLibrary) return app_.extensions.saveToLibrary(track);
-    app_.platform.window.tellError(textOf(kNoLibrary));
-    return false;
-  }
-  const DateTime local = app_.platform.clock.local();
-  switch (saveTrackFile(track, folder, app_.recordingOptions, local)) {
-    case TrackSaving::saved: return true;
-    case TrackSaving::noFreeName:
-      app_.platform.window.tellError(textWith(kNoFreeName, track.name));
-      break;
-    case TrackSaving::notWritten:
-      app_.platform.window.tellError(textWith(kTrackNotWritten, folder));
-      break;
-  }
-  return false;
-}
+bool AppRecordingHooks::save(Track& track) { return addToLibrary(app_, track); }
 
 void AppRecordingHooks::trackChanged(Track&) { runCommand(app_, kTrackChanged); }
 

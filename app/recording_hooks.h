@@ -37,6 +37,8 @@ class AppRecordingHooks : public RecordingHooks {
   // How a journal of this program is set up, for those that take one over.
   JournalSettings journalSettings();
 
+  // From any thread: the disk has refused points.
+  void noteJournalFailure() { journalFailed_ = true; }
   // Whether the disk has refused points since this was asked last.
   bool takeJournalFailure() { return journalFailed_.exchange(false); }
 

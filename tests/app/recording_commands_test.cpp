@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "app/commands.h"
+#include "app/library.h"
 #include "app/scene_of.h"
 #include "app/timers.h"
 #include "tests/fakes/program_world.h"
@@ -56,7 +57,7 @@ TEST_F(RecordingCommands, ATripFromStartToEnd) {
   world.window.answer = true;
   run(kEnd);
   EXPECT_EQ(world.window.questions, std::vector<std::string>{"Save the track?"});
-  EXPECT_EQ(world.savedPoints, std::vector<size_t>{2});
+  EXPECT_EQ(world.savedPoints(), std::vector<uint64_t>{2});
   EXPECT_EQ(app.track.state, kIdle);
   EXPECT_TRUE(app.track.points.empty());
   EXPECT_FALSE(world.window.timers.contains(kTurnTimer));
@@ -67,23 +68,24 @@ TEST_F(RecordingCommands, NoDiscardsTheTrack) {
   run(kStart);
   world.receiveFix();
   run(kEnd);
-  EXPECT_TRUE(world.savedPoints.empty());
+  EXPECT_FALSE(world.folder.has("tracks.xml"));
   EXPECT_TRUE(app.track.points.empty());
   EXPECT_FALSE(hasJournal());
 }
 
-TEST_F(RecordingCommands, WhatTheLibraryDoesNotTakeStays) {
-  world.librarySaves = false;
+TEST_F(RecordingCommands, WhatTheDiskDoesNotTakeStays) {
   world.window.answer = true;
   run(kStart);
   world.receiveFix();
+  world.diskWorks = false;
   run(kEnd);
   EXPECT_EQ(app.track.state, kIdle);
   EXPECT_EQ(app.track.points.size(), 1U);
+  EXPECT_EQ(world.window.errors.size(), 1U);
   EXPECT_TRUE(hasJournal()) << "a crash now must not take it";
-  world.librarySaves = true;
+  world.diskWorks = true;
   run(1212);  // save
-  EXPECT_EQ(world.savedPoints, (std::vector<size_t>{1, 1}));
+  EXPECT_EQ(world.savedPoints(), std::vector<uint64_t>{1});
   EXPECT_FALSE(hasJournal());
 }
 
@@ -94,20 +96,78 @@ TEST_F(RecordingCommands, AFolderTakesEachTrackAsAFile) {
   run(kStart);
   world.receiveFix();
   run(kEnd);
-  EXPECT_TRUE(world.savedPoints.empty());
+  EXPECT_FALSE(world.folder.has("tracks.xml"));
   Track saved;
   EXPECT_EQ(loadTrackFile(world.folder / "Tour.XML", 0, saved), TrackLoading::whole);
   EXPECT_EQ(saved.points.size(), 1U);
 }
 
-TEST_F(RecordingCommands, WithoutALibraryTheTrackIsNotLost) {
-  app.extensions.saveToLibrary = nullptr;
+TEST_F(RecordingCommands, ALibraryThatIsSomethingElseIsNotWrittenOver) {
+  world.folder.write("tracks.xml", "<kml/>");
   world.window.answer = true;
   run(kStart);
   world.receiveFix();
   run(kEnd);
   EXPECT_EQ(world.window.errors.size(), 1U);
   EXPECT_EQ(app.track.points.size(), 1U);
+  EXPECT_EQ(world.folder.read("tracks.xml"), "<kml/>");
+}
+
+// The journal's own thread notices; the person is told by the next five-second timer.
+TEST_F(RecordingCommands, AJournalThatTheDiskRefusesIsToldAndKeepsTrying) {
+  run(kStart);
+  app.recordingHooks.noteJournalFailure();
+  onTimer(app, kStatisticsTimer);
+  EXPECT_NE(notice().find("does not take the recorded points"), std::string_view::npos);
+  world.clock.now += 20000;
+  onTimer(app, kStatisticsTimer);
+  EXPECT_EQ(notice(), "") << "once";
+}
+
+struct Recovery {
+  std::vector<bool> answers;  // to the questions in their order
+  size_t questions;
+  std::vector<uint64_t> saved;
+  bool recording, journal;
+};
+
+TEST_F(RecordingCommands, ALeftRecordingIsAskedAbout) {
+  const Recovery rows[] = {
+      {{true}, 1, {}, true, true},
+      {{false, true}, 2, {2}, false, false},
+      {{false, false, true}, 3, {}, false, false},
+      {{false, false, false}, 3, {}, false, true},  // later
+  };
+  for (const Recovery& row : rows) {
+    ProgramWorld later;
+    later.load("");
+    {
+      ProgramWorld before;
+      before.app.paths = later.app.paths;
+      before.app.settings.recordAngle = 1;
+      runCommand(before.app, kStart);
+      before.receiveFix();
+      runCommand(before.app, kMark);
+      before.receiveFix();
+    }
+    size_t asked = 0;
+    later.window.onAsk = [&] { return asked < row.answers.size() && row.answers[asked++]; };
+    offerRecovery(later.app);
+    EXPECT_EQ(later.window.questions.size(), row.questions);
+    EXPECT_EQ(later.window.questions[0],
+              "A recording of 2 points did not end with its program. Go on with it?");
+    EXPECT_EQ(later.savedPoints(), row.saved);
+    EXPECT_EQ(later.app.track.state == kRecording, row.recording);
+    EXPECT_EQ(later.folder.has("vgpstrack.journal"), row.journal) << row.questions;
+    if (!row.recording) continue;
+    later.receiveFix();
+    EXPECT_EQ(later.app.track.points.size(), 3U);
+    later.app.recordingHooks.closeJournal();
+    Journal journal;
+    RecoveredTrack left;
+    EXPECT_EQ(journal.recover(later.app.paths.journal, left), JournalResult::open);
+    EXPECT_EQ(left.points.size(), 3U) << "in the same journal";
+  }
 }
 
 TEST_F(RecordingCommands, TheJournalSurvivesAnEndWithoutAnAnswer) {

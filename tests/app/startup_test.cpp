@@ -241,7 +241,7 @@ TEST(Close, YesEndsTheRecordingAndSavesTheTrack) {
   EXPECT_TRUE(closeRequested(world.app));
   EXPECT_EQ(world.window.questions,
             (std::vector<std::string>{"Stop Recording/Playback?", "Save the track?"}));
-  EXPECT_EQ(world.savedPoints, std::vector<size_t>{1});
+  EXPECT_EQ(world.savedPoints(), std::vector<uint64_t>{1});
   EXPECT_TRUE(world.app.track.points.empty());
   EXPECT_FALSE(world.folder.has("vgpstrack.journal"));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <string>
@@ -31,7 +32,7 @@ class FakeWindow : public Window {
   void tell(std::string_view text) override { told.emplace_back(text); }
   bool ask(std::string_view question) override {
     questions.emplace_back(question);
-    return answer;
+    return onAsk ? onAsk() : answer;
   }
   bool shiftHeld() override { return false; }
   void pressSpace() override { ++spaces; }
@@ -63,6 +64,7 @@ class FakeWindow : public Window {
   std::string title;
   std::vector<std::string> errors, told, questions, urls;
   bool answer = false;                  // to every question; Yes is true
+  std::function<bool()> onAsk;          // in its place
   std::map<uint32_t, uint32_t> timers;  // running: number, period in ms
   std::vector<uint32_t> armed;          // in their order
   std::vector<uint32_t> taps, dialogs;
@@ -90,7 +92,13 @@ struct AppWorld {
   bool clockCanBeSet = true;
   std::vector<std::string> installed;  // arguments of the installer for mobile devices
   bool installerExists = true;
-  AppState app{Platform{clock, sounds, door, window, [this] { return ports.make(); }, nullptr,
+  std::atomic<bool> diskWorks{true};  // for the library and the journal
+  AppState app{Platform{clock,
+                        sounds,
+                        door,
+                        window,
+                        [this] { return ports.make(); },
+                        nullptr,
                         [this] { return listedPorts; },
                         [this](const DateTime& utc) {
                           systemTimes.push_back(utc);
@@ -99,7 +107,12 @@ struct AppWorld {
                         [this](const std::string& argument) {
                           if (installerExists) installed.push_back(argument);
                           return installerExists;
-                        }}};
+                        },
+                        {.open = [this](const std::string& path, bool create,
+                                        FileOpening& opening) -> std::unique_ptr<ExclusiveFile> {
+                          if (!diskWorks) opening = FileOpening::refused;
+                          return diskWorks ? openExclusive(path, create, opening) : nullptr;
+                        }}}};
 };
 
 }  // namespace vgps

@@ -11,10 +11,6 @@ struct ProgramWorld : AppWorld {
   ProgramWorld() {
     app.paths = pathsOf(folder.path());
     app.paths.backup = folder / "vgpsbackup.gpx";
-    app.extensions.saveToLibrary = [this](Track& track) {
-      savedPoints.push_back(track.points.size());
-      return librarySaves;
-    };
   }
   ~ProgramWorld() {
     app.recordingHooks.closeJournal();
@@ -37,9 +33,16 @@ struct ProgramWorld : AppWorld {
             std::to_string(kmh / 1.852) + ",084.4,230394,003.1,W*6A\r\n");
   }
 
+  // How many points each track of the library has.
+  std::vector<uint64_t> savedPoints() {
+    std::vector<uint64_t> points;
+    if (!app.library.isOpen()) return points;
+    app.library.refresh();
+    for (const TrackSummary& track : app.library.tracks()) points.push_back(track.points);
+    return points;
+  }
+
   TestFolder folder;
-  std::vector<size_t> savedPoints;  // of each track that went to the library
-  bool librarySaves = true;
 
  private:
   int minutes_ = 0;

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "app/app_state.h"
+
+namespace vgps {
+
+// The track library, opened where the settings say when it is first needed. False when nothing can
+// be kept there; the person has been told.
+bool openLibrary(AppState& app);
+
+// True when the track is on the disk; the person has been told otherwise.
+bool addToLibrary(AppState& app, Track& track);
+
+// A start of the program: asks about every recording that ended with its program, and carries out
+// the answer. One that is gone on with becomes the current track.
+void offerRecovery(AppState& app);
+
+}  // namespace vgps
