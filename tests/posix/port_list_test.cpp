@@ -53,6 +53,8 @@ TEST(PortList, DevicesWithHardwareAndWhatTheyAreCalled) {
       {"/dev/ttyUSB2", "usb-Prolific_PL2303-if00-port0"},
       {"/dev/ttyUSB10", "u-blox 7"}};
   EXPECT_EQ(found, expected);
+  EXPECT_EQ(ports[3].identity, "usb-Prolific_PL2303-if00-port0");
+  EXPECT_EQ(ports[4].identity, "") << "no link says which device it is";
 }
 
 TEST(PortList, NoSuchFoldersMeanNoPorts) {
