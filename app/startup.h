@@ -15,7 +15,7 @@
 //   the language library     setTextSource
 //   the window
 //   armStartTimers
-//   offerRecovery            a recording that a crash has left behind
+//   offerRecovery            a recording that a crash has left behind (app/library.h)
 //   applyStartOptions        -as1 -as2 -log -simtrack -simruntrack, --port
 //   remindOfUpdates
 //   autoConnect
