@@ -1,6 +1,5 @@
 #pragma once
 
-#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -138,7 +137,7 @@ struct AppState {
 
   std::string notice;  // one line that the status shows for a while
   uint32_t noticeTick = 0;
-  std::deque<std::string> rawLog;  // rows of the raw log screen, the newest last
+  std::vector<std::string> rawLog;  // rows of the raw log screen, the newest last
   std::string lastSensorText;      // "SENS msg: ..."
   std::string lastMessageText;     // "Sirf msg ...", of binary input
 

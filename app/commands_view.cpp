@@ -2,6 +2,7 @@
 #include "app/commands.h"
 #include "app/timers.h"
 #include "base/texts.h"
+#include "display/screens.h"
 
 // Screens, colours, projections.
 namespace vgps {
@@ -11,18 +12,12 @@ constexpr uint32_t kFirstView = 200;
 constexpr uint32_t kDay = 321;
 constexpr uint32_t kNotAvailable = 700;
 
-// Screens that are drawn. The others can be chosen, and say that they are not there yet.
-bool isDrawn(int32_t screen) { return screen == kScreenGps; }
-
 void changeScreen(AppState& app, int32_t screen) {
   if (screen != app.currentScreen) app.previousScreen = app.currentScreen;
   app.currentScreen = screen;
   setFineStatistics(app, screen == kScreenStatistics);
-  if (isDrawn(screen)) {
-    repaintNow(app);
-  } else {
-    showNotice(app, textOf(kNotAvailable));
-  }
+  if (!isScreenDrawn(screen)) showNotice(app, textOf(kNotAvailable));
+  repaintNow(app);
 }
 
 }  // namespace
@@ -41,7 +36,7 @@ void showNextScreen(AppState& app, uint32_t) {
   const CommandRow* next = nullptr;
   for (const CommandRow& row : rows) {
     const bool canShow =
-        row.handler == showScreen && isDrawn(static_cast<int32_t>(row.number - kFirstView));
+        row.handler == showScreen && isScreenDrawn(static_cast<int32_t>(row.number - kFirstView));
     if (canShow && (next == nullptr || (next->number <= current && row.number > current))) {
       next = &row;
     }

@@ -72,7 +72,7 @@ void noteArrival(UiFix& shown, bool isText, uint32_t tick) {
 void addRawRow(AppState& app, std::string_view text) {
   if (app.currentScreen != kScreenRawLog || text.empty()) return;
   app.rawLog.push_back(validUtf8(text));
-  if (app.rawLog.size() > kRawRows) app.rawLog.pop_front();
+  if (app.rawLog.size() > kRawRows) app.rawLog.erase(app.rawLog.begin());
 }
 
 void onLine(AppState& app, const UiMessage& message) {

@@ -30,6 +30,19 @@ Palette paletteOf(const AppState& app) {
                         .lightGray = settings.colourLightGray});
 }
 
+SceneStatistics statisticsOf(const AppState& app) {
+  const Statistics& counted = app.statistics;
+  return {.totalSeconds = static_cast<double>(counted.totalSeconds),
+          .connectedSeconds = static_cast<double>(counted.connectedSeconds),
+          .recordingSeconds = static_cast<double>(counted.recordingSeconds),
+          .movingSeconds = counted.movingSeconds,
+          .stoppedSeconds = counted.stoppedSeconds,
+          .statSeconds = counted.statSeconds,
+          .distance = app.recording.distance(),
+          .distance3d = app.recording.distance3d(),
+          .distanceUnit = app.recordingOptions.distanceUnit};
+}
+
 }  // namespace
 
 Scene sceneOf(const AppState& app) {
@@ -57,6 +70,10 @@ Scene sceneOf(const AppState& app) {
   for (const KindStats& kind : shown.stats.kinds) {
     scene.sentencesPerSecond += kind.rate.perSecond(now);
   }
+  scene.screen = app.currentScreen;
+  scene.statistics = statisticsOf(app);
+  scene.rawLog = app.rawLog;
+  scene.readoutDelayMicros = app.readoutDelayMicros;
   scene.palette = paletteOf(app);
   return scene;
 }

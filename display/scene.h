@@ -36,6 +36,19 @@ inline constexpr uint32_t kOldAfterMs = 5000;
 inline constexpr uint32_t kUnknownAfterMs = 30000;
 Worth worthOf(uint32_t ageMs);
 
+// What the program has counted since it started, or since the statistics screen shows.
+struct SceneStatistics {
+  double totalSeconds = 0;
+  double connectedSeconds = 0;
+  double recordingSeconds = 0;  // paused and playing count as well
+  double movingSeconds = 0;     // of `statSeconds`
+  double stoppedSeconds = 0;    // likewise
+  double statSeconds = 0;
+  double distance = 0;    // of the recording, in `distanceUnit`
+  double distance3d = 0;  // of all recordings, likewise
+  int32_t distanceUnit = 0;
+};
+
 // All that a screen may look at: values of one moment, nothing to ask the system for. The same
 // scene gives the same picture.
 struct Scene {
@@ -62,6 +75,11 @@ struct Scene {
   int32_t trackState = 0;  // 0 idle, 1 recording, 2 paused, 3 playing
   size_t trackPoints = 0;
   std::string trackLength;  // "4.56 Km"
+
+  int32_t screen = 1;
+  SceneStatistics statistics;
+  std::span<const std::string> rawLog;  // the newest last; lives as long as the drawing
+  uint64_t readoutDelayMicros = 0;      // from the last byte to the drawing; 0: not measured
 
   Palette palette = dayPalette();
 };

@@ -13,7 +13,7 @@
 #include "app/scene_of.h"
 #include "app/startup.h"
 #include "app/timers.h"
-#include "display/readout.h"
+#include "display/screens.h"
 #include "display/status_line.h"
 #include "win32/message_parameter.h"
 #include "win32/wide.h"
@@ -176,7 +176,7 @@ void MainWindow::paint() {
 void MainWindow::drawInto(HDC target, int width, int height) {
   const Scene scene = sceneOf(*app_);
   GdiplusCanvas canvas(target, width, height, fonts_);
-  drawReadout(canvas, scene);
+  drawScreen(canvas, scene);
   paintedStatus_ = passingText(scene);
   noteDrawn(*app_);
   if (canvas.status() != Gdiplus::Ok) OutputDebugStringW(L"the screen could not be drawn\n");

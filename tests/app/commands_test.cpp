@@ -241,7 +241,7 @@ TEST(Commands, TheRawLogKeepsItsNewestRowsAndCanBeCleared) {
   runCommand(world.app, 299);
   world.receive("$GPGSA,B\r\n");
   world.receive("noise\r\n");
-  EXPECT_EQ(world.app.rawLog, (std::deque<std::string>{"$GPGSA,B", "noise\r\n"}));
+  EXPECT_EQ(world.app.rawLog, (std::vector<std::string>{"$GPGSA,B", "noise\r\n"}));
   for (int i = 0; i < 1000; ++i) world.receive("$GPGSA,C\r\n");
   EXPECT_LE(world.app.rawLog.size(), 500U);
   runCommand(world.app, 399);

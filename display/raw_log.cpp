@@ -1,0 +1,53 @@
+#include "display/raw_log.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/number.h"
+#include "base/texts.h"
+#include "display/readout_layout.h"
+#include "display/status_line.h"
+#include "display/text_fit.h"
+
+namespace vgps {
+namespace {
+
+constexpr uint32_t kDelay = 999;
+constexpr uint32_t kNothingYet = 1000;
+constexpr double kMicrosOfAMs = 1000;
+
+std::string headline(const Scene& scene) {
+  if (scene.readoutDelayMicros == 0) return {};
+  const double ms = static_cast<double>(scene.readoutDelayMicros) / kMicrosOfAMs;
+  return textWith(kDelay, fixedText(ms, 1));
+}
+
+}  // namespace
+
+void drawRawLog(Canvas& canvas, const Scene& scene) {
+  const ReadoutLayout layout = layoutReadout(canvas.bounds());
+  const Palette& palette = scene.palette;
+  const Font font = {.family = "Courier New", .size = layout.smallText};
+  const float line = std::ceil(layout.smallText * kLineHeight);
+  const float left = layout.position.x + layout.padding;
+  const float width = canvas.bounds().width - 2 * left;
+  canvas.clear(palette.background);
+
+  float foot = layout.status.y - layout.padding;
+  const std::string delay = headline(scene);
+  const float head = layout.position.y + line;
+  drawShortened(canvas, delay, {left, layout.position.y, width, line}, {.size = layout.smallText},
+                palette.label, Align::left);
+  if (scene.rawLog.empty()) {
+    drawShortened(canvas, textOf(kNothingYet), {left, head, width, line},
+                  {.size = layout.smallText}, palette.faded, Align::left);
+  }
+  for (size_t i = scene.rawLog.size(); i > 0 && foot - line >= head; --i) {
+    foot -= line;
+    drawShortened(canvas, scene.rawLog[i - 1], {left, foot, width, line}, font, palette.value,
+                  Align::left);
+  }
+  drawStatusLine(canvas, {layout.status, layout.smallText}, scene);
+}
+
+}  // namespace vgps

@@ -1,0 +1,92 @@
+#include "display/statistics_list.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/texts.h"
+#include "display/readout_layout.h"
+#include "display/status_line.h"
+#include "display/text_fit.h"
+#include "geo/units.h"
+
+namespace vgps {
+namespace {
+
+enum TextNumber : uint32_t {
+  kTotalTime = 990,
+  kConnectedTime,
+  kRecordingTime,
+  kMovingTime,
+  kStoppedTime,
+  kGreatestSpeed,
+  kGreatestAltitude,
+  kRecordedDistance,
+  kRecordedDistance3d,
+};
+
+constexpr float kLargestText = 24;  // pixels at a window of the usual size
+
+std::string timeText(double seconds) {
+  return hoursMinutesText(static_cast<uint64_t>(std::max(seconds, 0.0)));
+}
+
+// "01:20, 66.67%" of the time that was counted while the screen showed.
+std::string withShare(double seconds, double of) {
+  const std::string time = timeText(seconds);
+  return of > 0 ? time + ", " + shareText(100 * seconds / of) : time;
+}
+
+}  // namespace
+
+std::vector<StatisticsRow> statisticsRows(const Scene& scene) {
+  const SceneStatistics& counted = scene.statistics;
+  const auto row = [](TextNumber name, std::string value) {
+    return StatisticsRow{std::string(textOf(name)), std::move(value)};
+  };
+  return {
+      row(kTotalTime, timeText(counted.totalSeconds)),
+      row(kConnectedTime, timeText(counted.connectedSeconds)),
+      row(kRecordingTime, timeText(counted.recordingSeconds)),
+      row(kMovingTime, withShare(counted.movingSeconds, counted.statSeconds)),
+      row(kStoppedTime, withShare(counted.stoppedSeconds, counted.statSeconds)),
+      row(kGreatestSpeed, speedText(scene.maxSpeed, scene.speedUnit)),
+      row(kGreatestAltitude, altitudeStatisticsText(scene.maxAltitude, scene.altitudeUnit)),
+      row(kRecordedDistance, distanceText(counted.distance, counted.distanceUnit)),
+      row(kRecordedDistance3d, distanceText(counted.distance3d, counted.distanceUnit)),
+  };
+}
+
+void drawStatistics(Canvas& canvas, const Scene& scene) {
+  const ReadoutLayout layout = layoutReadout(canvas.bounds());
+  const Palette& palette = scene.palette;
+  canvas.clear(palette.background);
+  const std::vector<StatisticsRow> rows = statisticsRows(scene);
+  const Rect room =
+      inset({layout.position.x, layout.position.y, canvas.bounds().width - 2 * layout.position.x,
+             layout.status.y - layout.position.y - layout.padding},
+            0);
+  const float height = std::floor(room.height / static_cast<float>(rows.size()));
+  const float half = std::floor(room.width * 0.55f);
+  float size = kLargestText * std::max(canvas.bounds().height / 480, 1.f);
+  for (const StatisticsRow& row : rows) {
+    const Font name = fittingFont(canvas, row.name, half - 3 * layout.padding, height * 0.8f,
+                                  layout.smallest, false);
+    const Font value = fittingFont(canvas, row.value, room.width - half - layout.padding,
+                                   height * 0.8f, layout.smallest, true);
+    size = std::min({size, name.size, value.size});
+  }
+  float top = room.y;
+  for (const StatisticsRow& row : rows) {
+    canvas.fillRect({room.x, top, room.width, height - 2}, palette.panel);
+    const float line = size * kLineHeight;
+    const float y = top + std::floor((height - 2 - line) / 2);
+    drawShortened(canvas, row.name, {room.x + layout.padding, y, half - layout.padding, line},
+                  {.size = size}, palette.label, Align::left);
+    drawShortened(canvas, row.value, {room.x + half, y, room.width - half - layout.padding, line},
+                  {.size = size, .bold = true}, palette.value, Align::left);
+    top += height;
+  }
+  drawStatusLine(canvas, {layout.status, layout.smallText}, scene);
+}
+
+}  // namespace vgps
