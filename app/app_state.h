@@ -138,8 +138,8 @@ struct AppState {
   std::string notice;  // one line that the status shows for a while
   uint32_t noticeTick = 0;
   std::vector<std::string> rawLog;  // rows of the raw log screen, the newest last
-  std::string lastSensorText;      // "SENS msg: ..."
-  std::string lastMessageText;     // "Sirf msg ...", of binary input
+  std::string lastSensorText;       // "SENS msg: ..."
+  std::string lastMessageText;      // "Sirf msg ...", of binary input
 
   // From the last byte of the data to the drawing that shows them.
   uint64_t readoutDelayMicros = 0;
