@@ -9,6 +9,7 @@ namespace vgps {
 
 // commands_gps.cpp: the receiver, its log, the simulation
 void connectFromSettings(AppState& app, uint32_t number);
+void connectSimulation(AppState& app, uint32_t number);
 void disconnect(AppState& app, uint32_t number);
 void gpsTimeToSystem(AppState& app, uint32_t number);
 void switchLog(AppState& app, uint32_t number);
@@ -18,6 +19,7 @@ void stepSimulation(AppState& app, uint32_t number);
 void clearRawLog(AppState& app, uint32_t number);
 bool isDisconnected(const AppState& app, uint32_t number);
 bool isConnected(const AppState& app, uint32_t number);
+bool isSimulating(const AppState& app, uint32_t number);
 bool hasFix(const AppState& app, uint32_t number);
 bool isLogState(const AppState& app, uint32_t number);
 bool isSimulationMode(const AppState& app, uint32_t number);

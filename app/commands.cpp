@@ -43,6 +43,7 @@ constexpr auto kRows = std::to_array<CommandRow>({
     one(103, disconnect, "disconnect", nullptr, isConnected),
     one(104, gpsTimeToSystem, "GPS time to system", nullptr, hasFix),
     one(105, openOptionDialog, "find my receiver"),
+    one(106, connectSimulation, "start the simulation", isSimulating),
 
     missing(195, "support forum"),
     missing(196, "donate"),

@@ -38,6 +38,9 @@ DateTime systemTimeFrom(const DateTime& gpsUtc, DateTime systemUtc) {
 
 void connectFromSettings(AppState& app, uint32_t) { connectReceiver(app, sourceOfSettings(app)); }
 
+// For this run; what the settings choose stays.
+void connectSimulation(AppState& app, uint32_t) { connectReceiver(app, {.simulate = true}); }
+
 void disconnect(AppState& app, uint32_t) {
   disconnectReceiver(app);
   repaintNow(app);
@@ -85,6 +88,7 @@ void clearRawLog(AppState& app, uint32_t) {
 
 bool isDisconnected(const AppState& app, uint32_t) { return !app.fix.running; }
 bool isConnected(const AppState& app, uint32_t) { return app.fix.running; }
+bool isSimulating(const AppState& app, uint32_t) { return app.fix.running && app.fix.simulate; }
 bool hasFix(const AppState& app, uint32_t) {
   return app.fix.running && app.shown.fixSeen && app.shown.fix.fixStatus != 0;
 }

@@ -16,7 +16,7 @@ constexpr MenuRow kEnd = {MenuRow::end, 0};
 constexpr auto kMenu = std::to_array<MenuRow>({
     // clang-format off
     popup(9001),  // GPS
-      item(101), item(105), kLine,
+      item(101), item(105), item(106), kLine,
       item(102), item(103), kLine,
       item(104), item(361), kLine,
       item(199),

@@ -10,8 +10,12 @@
 #include "app/startup.h"
 #include "app/timers.h"
 #include "platform/files.h"
+#include "win32/device_installer.h"
+#include "win32/language_library.h"
 #include "win32/main_window.h"
-#include "win32/resource_sounds.h"
+#include "win32/program_font.h"
+#include "win32/program_sounds.h"
+#include "win32/single_instance.h"
 #include "win32/window_door.h"
 
 namespace vgps {
@@ -33,44 +37,47 @@ class OleSession {
   const bool entered_;
 };
 
-int runMessageLoop() {
-  MSG message{};
-  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-    TranslateMessage(&message);
-    DispatchMessageW(&message);
-  }
-  return static_cast<int>(message.wParam);
-}
-
 }  // namespace
 
 int runDesktop(HINSTANCE instance, int show, std::span<const std::string> arguments) {
   const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_STANDARD_CLASSES | ICC_WIN95_CLASSES};
   InitCommonControlsEx(&controls);
+  StartTurn turn;
+  if (activateRunningCopy()) return 0;
+  const ProgramFont font(instance);
   const OleSession ole;
   const GdiplusSession gdiplus;
 
   const Clock& clock = systemClock();
-  ResourceSounds sounds;
+  ProgramSounds sounds;
   WindowDoor door;
   MainWindow window;
   AppState app(Platform{clock, sounds, door, window, makeSerialPort, locationSensorManager(),
-                        listSerialPorts, setSystemUtc});
+                        listSerialPorts, setSystemUtc, runDeviceInstaller});
   app.paths = pathsOf(programFolder());
   startClocks(app);
   startSettings(app);
+  const LanguageLibrary language(app.settings.languageFile);
+  sounds.useFilesOf(app.settings);
 
-  const HWND handle = window.create(instance, app);
+  const HWND handle = window.create({instance, &language, &sounds}, app);
   if (handle == nullptr) return 1;
+  turn.end();
   door.open(handle, app.fix);
   ShowWindow(handle, show);
+  UpdateWindow(handle);
   armStartTimers(app);
   applyStartOptions(app, parseStartOptions(arguments));
-  const int result = runMessageLoop();
-  endProgram(app);
+  remindOfUpdates(app);
+  autoConnect(app);
+  if (app.settings.trayIcon) window.addTrayIcon();
+  window.followState();
+  const int result = window.runMessageLoop();
 
   if (IsWindow(handle)) DestroyWindow(handle);  // the loop was ended from outside
   door.shut(kDoorShutMs);
+  endProgram(app);
+  window.showLastMessages();
   // A reader that hangs in a driver must find nothing destroyed: the system ends it.
   if (!stopReceiver(app)) ExitProcess(static_cast<UINT>(result));
   return result;

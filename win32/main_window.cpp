@@ -1,9 +1,5 @@
 #include "win32/main_window.h"
 
-// Behind <windows.h>, on which they build.
-#include <commdlg.h>
-#include <shellapi.h>
-
 #include <algorithm>
 #include <utility>
 
@@ -15,15 +11,15 @@
 #include "app/timers.h"
 #include "display/screens.h"
 #include "display/status_line.h"
+#include "win32/dpi.h"
+#include "win32/main_menu.h"
 #include "win32/message_parameter.h"
-#include "win32/wide.h"
+#include "win32/single_instance.h"
 #include "win32/window_door.h"
+#include "win32/window_messages.h"
 
 namespace vgps {
 namespace {
-
-constexpr UINT kTitleChanged = WM_APP + 1;
-constexpr UINT kErrorsWaiting = WM_APP + 2;
 
 // Far from the numbers of the program's own timers.
 constexpr UINT_PTR kDrawTimer = 1001;
@@ -31,26 +27,13 @@ constexpr UINT_PTR kStatusTimer = 1002;
 constexpr UINT kDrawDelayMs = 30;       // the lines of one burst arrive within it
 constexpr UINT kStatusPeriodMs = 1000;  // ages are shown in seconds
 
-// The size at 96 dots per inch.
-constexpr int kClientWidth = 800;
-constexpr int kClientHeight = 480;
-constexpr int kSmallestWidth = 240;
-constexpr int kSmallestHeight = 180;
+// Client sizes at 96 dots per inch.
+constexpr SIZE kFirstSize = {800, 480};
+constexpr SIZE kSmallestSize = {240, 180};
 
-int systemDpi() {
-  const HDC screen = GetDC(nullptr);
-  const int dpi = screen == nullptr ? 0 : GetDeviceCaps(screen, LOGPIXELSX);
-  if (screen != nullptr) ReleaseDC(nullptr, screen);
-  return dpi > 0 ? dpi : USER_DEFAULT_SCREEN_DPI;
-}
-
-SIZE windowSizeFor(int clientWidth, int clientHeight) {
-  const int dpi = systemDpi();
-  RECT frame{0, 0, MulDiv(clientWidth, dpi, USER_DEFAULT_SCREEN_DPI),
-             MulDiv(clientHeight, dpi, USER_DEFAULT_SCREEN_DPI)};
-  AdjustWindowRectEx(&frame, WS_OVERLAPPEDWINDOW, FALSE, 0);
-  return {frame.right - frame.left, frame.bottom - frame.top};
-}
+// By the state of the track: idle, recording, paused, playing.
+constexpr std::array<const wchar_t*, 4> kStateIcons = {L"ICON_1", L"ICON_RECORD", L"ICON_PAUSE",
+                                                       L"ICON_PLAY"};
 
 bool registerClass(HINSTANCE instance, WNDPROC procedure) {
   WNDCLASSEXW description{};
@@ -64,21 +47,59 @@ bool registerClass(HINSTANCE instance, WNDPROC procedure) {
   return RegisterClassExW(&description) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
 }
 
+// Before a source was ever chosen there is nothing that the read-out could show.
+bool isFirstStart(const AppState& app) {
+  const Settings& settings = app.settings;
+  return app.currentScreen == kScreenGps && !app.fix.running && settings.port.empty() &&
+         !settings.simulate && !settings.useGpsApi && settings.useSensorApi == 0;
+}
+
+// Only then do the seconds change what is shown.
+bool timePasses(const AppState& app) {
+  return app.fix.running || app.shown.fixSeen || !currentNotice(app).empty();
+}
+
 }  // namespace
 
-HWND MainWindow::create(HINSTANCE instance, AppState& app) {
-  if (!registerClass(instance, procedure)) return nullptr;
+MainWindow::~MainWindow() {
+  if (accelerators_ != nullptr) DestroyAcceleratorTable(accelerators_);
+  for (const HICON icon : smallIcons_) DestroyIcon(icon);
+  for (const HICON icon : largeIcons_) DestroyIcon(icon);
+}
+
+HWND MainWindow::create(const WindowSetting& setting, AppState& app) {
+  if (!registerClass(setting.instance, procedure)) return nullptr;
+  setting_ = setting;
   app_ = &app;
-  const SIZE size = windowSizeFor(kClientWidth, kClientHeight);
-  CreateWindowExW(0, kMainWindowClass, kProgramTitle, WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
-                  CW_USEDEFAULT, size.cx, size.cy, nullptr, nullptr, instance, this);
+  const SIZE size = windowSizeFor(kFirstSize, WS_OVERLAPPEDWINDOW, true, dpiOf(nullptr));
+  CreateWindowExW(0, kMainWindowClass, kProgramTitle, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
+                  CW_USEDEFAULT, CW_USEDEFAULT, size.cx, size.cy, nullptr, createMainMenu(),
+                  setting.instance, this);
   if (window_ == nullptr) return nullptr;
-  SetTimer(window_, kStatusTimer, kStatusPeriodMs, nullptr);
-  if (!errors_.empty()) PostMessageW(window_, kErrorsWaiting, 0, 0);
+  accelerators_ = createAccelerators();
+  registerHotKeys(window_);
+  loadIcons();
+  followState();
+  if (!messages_.empty()) PostMessageW(window_, kMessagesWaiting, 0, 0);
   return window_;
 }
 
+void MainWindow::addTrayIcon() { tray_.add(window_, smallIcons_[0], kProgramTitle); }
+
+int MainWindow::runMessageLoop() {
+  MSG message{};
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    if (window_ != nullptr && TranslateAcceleratorW(window_, accelerators_, &message)) continue;
+    if (startButtons_.areShown() && IsDialogMessageW(window_, &message)) continue;
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+  return static_cast<int>(message.wParam);
+}
+
+// Another copy asks before anything else is looked at, also while the window comes and goes.
 LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
+  if (message == instanceQueryMessage() && message != 0) return kInstanceAnswer;
   if (message == WM_NCCREATE) {
     const auto* const creation = addressIn<const CREATESTRUCTW>(second);
     auto* const created = static_cast<MainWindow*>(creation->lpCreateParams);
@@ -90,8 +111,35 @@ LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM first, 
   return self->handle(message, first, second);
 }
 
+// What people, receivers and timers bring.
 LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
   if (handleUiMessage(message, first, second)) return WindowDoor::kHandled;
+  switch (message) {
+    case WM_COMMAND:
+      runCommand(*app_, LOWORD(first));
+      followState();
+      return 0;
+    case WM_HOTKEY:
+      runHotKey(*app_, static_cast<uint32_t>(first));
+      followState();
+      return 0;
+    case WM_INITMENUPOPUP: updateMenu(addressIn<HMENU__>(first), *app_); return 0;
+    case WM_TIMER: onTimer(first); return 0;
+    case WM_KEYDOWN: onKey(first); return 0;
+    case TrayIcon::kTrayMessage: onTrayPress(second); return 0;
+    case kTitleChanged: showTitle(); return 0;
+    case kMessagesWaiting: showMessages(); return 0;
+    case WM_CLOSE: onClose(); return 0;
+    case WM_QUERYENDSESSION: return TRUE;  // nothing is lost by it
+    case WM_ENDSESSION:
+      if (first != FALSE) onEndOfSession();
+      return 0;
+    default: return handleFrame(message, first, second);
+  }
+}
+
+// The window itself: drawing, size, life.
+LRESULT MainWindow::handleFrame(UINT message, WPARAM first, LPARAM second) {
   switch (message) {
     case WM_PAINT: paint(); return 0;
     case WM_ERASEBKGND: return 1;  // everything is drawn anyhow, and erasing would flicker
@@ -101,21 +149,25 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
       drawInto(addressIn<HDC__>(first), client.right, client.bottom);
       return 0;
     }
-    case WM_TIMER: onTimer(first); return 0;
-    case WM_KEYDOWN: onKey(first); return 0;
+    case WM_DRAWITEM:
+      startButtons_.drawButton(*addressIn<const DRAWITEMSTRUCT>(second), sceneOf(*app_).palette);
+      return TRUE;
+    case WM_SIZE: startButtons_.place(); return 0;
+    case WM_SETFOCUS: startButtons_.focus(); return 0;
+    case DM_GETDEFID:  // Enter presses the button that has the keyboard
+      if (!startButtons_.areShown()) return 0;
+      return MAKELRESULT(GetDlgCtrlID(startButtons_.focused()), DC_HASDEFID);
     case WM_DPICHANGED: onDpiChanged(*addressIn<const RECT>(second)); return 0;
     case WM_GETMINMAXINFO: keepReadable(*addressIn<MINMAXINFO>(second)); return 0;
-    case kTitleChanged: showTitle(); return 0;
-    case kErrorsWaiting: showErrors(); return 0;
-    case WM_CLOSE: closeRequested(*app_); return 0;
-    case WM_COMMAND: runCommand(*app_, LOWORD(first)); return 0;
-    case WM_DESTROY: PostQuitMessage(0); return 0;
+    case WM_DESTROY: onDestroy(); return 0;
     case WM_NCDESTROY: {
       const HWND window = std::exchange(window_, nullptr);
       SetWindowLongPtrW(window, GWLP_USERDATA, 0);
       return DefWindowProcW(window, message, first, second);
     }
-    default: return DefWindowProcW(window_, message, first, second);
+    default:
+      if (message == TrayIcon::areaCreatedMessage() && message != 0) tray_.restore();
+      return DefWindowProcW(window_, message, first, second);
   }
 }
 
@@ -124,29 +176,97 @@ bool MainWindow::handleUiMessage(UINT message, WPARAM first, LPARAM second) {
   UiMessage event;
   if (!readUiMessage(message, first, second, app_->fix, text, event)) return false;
   onUiMessage(*app_, event);
+  followState();
   return true;
 }
 
 void MainWindow::onTimer(WPARAM timer) {
-  if (timer == kStatusTimer) watchStatus();
-  if (timer != kDrawTimer) return vgps::onTimer(*app_, static_cast<uint32_t>(timer));
-  KillTimer(window_, kDrawTimer);
-  InvalidateRect(window_, nullptr, FALSE);
+  if (timer == kDrawTimer) {
+    KillTimer(window_, kDrawTimer);
+    InvalidateRect(window_, nullptr, FALSE);
+  } else if (timer == kStatusTimer) {
+    watchStatus();
+  } else {
+    vgps::onTimer(*app_, static_cast<uint32_t>(timer));
+  }
+  followState();
 }
 
 void MainWindow::onKey(WPARAM key) {
   if (key == VK_SPACE) app_->gps.simulation.step();
 }
 
+// The wish may come again while the person is being asked.
+void MainWindow::onClose() {
+  if (closing_) return;
+  closing_ = true;
+  closeRequested(*app_);
+  closing_ = false;
+  followState();
+}
+
+// The person logs off or the machine goes down, and nobody waits for answers: the recording's
+// journal stays for the next start.
+void MainWindow::onEndOfSession() { endProgram(*app_); }
+
+void MainWindow::onDestroy() {
+  tray_.remove();
+  unregisterHotKeys(window_);
+  PostQuitMessage(0);
+}
+
+void MainWindow::onTrayPress(LPARAM mouse) {
+  if (LOWORD(mouse) != WM_LBUTTONDOWN) return;
+  ShowWindow(window_, IsIconic(window_) ? SW_RESTORE : SW_SHOW);
+  SetForegroundWindow(GetLastActivePopup(window_));
+}
+
 // Moved to a screen of another density: the system has worked out the size to keep.
 void MainWindow::onDpiChanged(const RECT& suggested) {
   SetWindowPos(window_, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
                suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
+  loadIcons();
+  followState();
 }
 
 void MainWindow::keepReadable(MINMAXINFO& limits) const {
-  const SIZE smallest = windowSizeFor(kSmallestWidth, kSmallestHeight);
+  const SIZE smallest = windowSizeFor(kSmallestSize, WS_OVERLAPPEDWINDOW, true, dpiOf(window_));
   limits.ptMinTrackSize = {smallest.cx, smallest.cy};
+}
+
+void MainWindow::loadIcons() {
+  const int dpi = dpiOf(window_);
+  for (size_t i = 0; i < kTrackStates; ++i) {
+    for (auto* const icons : {&smallIcons_, &largeIcons_}) {
+      const HICON loaded = loadIcon(setting_.instance, kStateIcons[i], icons == &smallIcons_, dpi);
+      const HICON before = std::exchange((*icons)[i], loaded);
+      if (before != nullptr) DestroyIcon(before);
+    }
+  }
+  shownTrackState_ = -1;
+}
+
+void MainWindow::followState() {
+  if (window_ == nullptr) return;
+  if (shownTrackState_ != app_->track.state) {
+    shownTrackState_ = app_->track.state;
+    const auto state = static_cast<size_t>(std::clamp(shownTrackState_, 0, 3));
+    SendMessageW(window_, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcons_[state]));
+    SendMessageW(window_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(largeIcons_[state]));
+    tray_.setIcon(smallIcons_[state]);
+  }
+  if (isFirstStart(*app_) != startButtons_.areShown()) {
+    startButtons_.show(window_, !startButtons_.areShown());
+    InvalidateRect(window_, nullptr, FALSE);
+  }
+  if (timePasses(*app_) == watching_) return;
+  watching_ = !watching_;
+  if (watching_) {
+    SetTimer(window_, kStatusTimer, kStatusPeriodMs, nullptr);
+  } else {
+    KillTimer(window_, kStatusTimer);
+    repaint();  // what has passed is still to be seen
+  }
 }
 
 // Without data nobody asks for a repaint, yet ages grow and a silent receiver has to be shown as
@@ -177,103 +297,10 @@ void MainWindow::drawInto(HDC target, int width, int height) {
   const Scene scene = sceneOf(*app_);
   GdiplusCanvas canvas(target, width, height, fonts_);
   drawScreen(canvas, scene);
+  if (startButtons_.areShown()) startButtons_.drawWords(canvas, scene.palette);
   paintedStatus_ = passingText(scene);
   noteDrawn(*app_);
   if (canvas.status() != Gdiplus::Ok) OutputDebugStringW(L"the screen could not be drawn\n");
 }
-
-// The reader must not wait for the window here, so the text is left for it to fetch.
-void MainWindow::setTitle(std::string_view title) {
-  {
-    const std::lock_guard lock(titleMutex_);
-    title_ = wideFromUtf8(title);
-  }
-  PostMessageW(window_, kTitleChanged, 0, 0);
-}
-
-void MainWindow::showTitle() {
-  std::wstring title;
-  {
-    const std::lock_guard lock(titleMutex_);
-    title = title_;
-  }
-  SetWindowTextW(window_, title.c_str());
-}
-
-// A message box runs until the person answers, and the caller may be a reader that waits.
-void MainWindow::tellError(std::string_view text) { queueMessage(text, MB_ICONERROR); }
-
-void MainWindow::tell(std::string_view text) { queueMessage(text, MB_ICONINFORMATION); }
-
-// What is said before there is a window waits for it.
-void MainWindow::queueMessage(std::string_view text, UINT icon) {
-  errors_.push_back({wideFromUtf8(text), icon});
-  if (window_ != nullptr) PostMessageW(window_, kErrorsWaiting, 0, 0);
-}
-
-void MainWindow::showErrors() {
-  if (showingErrors_) return;
-  showingErrors_ = true;
-  while (!errors_.empty() && window_ != nullptr) {
-    const Message message = errors_.front();
-    errors_.pop_front();
-    MessageBoxW(window_, message.text.c_str(), kProgramTitle, MB_OK | message.icon);
-  }
-  showingErrors_ = false;
-}
-
-bool MainWindow::shiftHeld() { return GetAsyncKeyState(VK_SHIFT) < 0; }
-
-bool MainWindow::ask(std::string_view question) {
-  return MessageBoxW(window_, wideFromUtf8(question).c_str(), kProgramTitle,
-                     MB_YESNO | MB_DEFBUTTON2 | MB_ICONQUESTION) == IDYES;
-}
-
-void MainWindow::setTimer(uint32_t number, uint32_t ms) { SetTimer(window_, number, ms, nullptr); }
-
-void MainWindow::killTimer(uint32_t number) { KillTimer(window_, number); }
-
-void MainWindow::postTap(uint32_t point) {
-  PostMessageW(window_, WM_LBUTTONDOWN, MK_LBUTTON, static_cast<LPARAM>(point));
-}
-
-void MainWindow::resizeClient(int32_t width, int32_t height) {
-  const SIZE size = windowSizeFor(width, height);
-  SetWindowPos(window_, nullptr, 0, 0, size.cx, size.cy,
-               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
-bool MainWindow::openDialog(uint32_t) { return false; }
-
-bool MainWindow::openUrl(std::string_view url) {
-  const auto result = reinterpret_cast<INT_PTR>(
-      ShellExecuteW(window_, L"open", wideFromUtf8(url).c_str(), nullptr, nullptr, SW_SHOWNORMAL));
-  return result > 32;  // smaller numbers are errors
-}
-
-std::string MainWindow::chooseFile(const FileChoice& choice) {
-  std::wstring filter = wideFromUtf8(choice.kind) + L'\0' + wideFromUtf8(choice.pattern);
-  filter.append(2, L'\0');
-  std::wstring path = wideFromUtf8(choice.suggestedName);
-  path.resize(32768);
-  const std::wstring title = wideFromUtf8(choice.title);
-  OPENFILENAMEW dialog{};
-  dialog.lStructSize = sizeof dialog;
-  dialog.hwndOwner = window_;
-  dialog.lpstrFilter = filter.c_str();
-  dialog.lpstrFile = path.data();
-  dialog.nMaxFile = static_cast<DWORD>(path.size());
-  dialog.lpstrTitle = title.c_str();
-  dialog.Flags = OFN_NOCHANGEDIR | OFN_HIDEREADONLY | OFN_EXPLORER |
-                 (choice.save ? OFN_OVERWRITEPROMPT : OFN_FILEMUSTEXIST);
-  const BOOL chosen = choice.save ? GetSaveFileNameW(&dialog) : GetOpenFileNameW(&dialog);
-  return chosen ? utf8FromWide(path.c_str()) : std::string();
-}
-
-void MainWindow::close() { PostMessageW(window_, WM_CLOSE, 0, 0); }
-
-void MainWindow::destroy() { DestroyWindow(window_); }
-
-void MainWindow::pressSpace() { PostMessageW(window_, WM_KEYDOWN, VK_SPACE, 0); }
 
 }  // namespace vgps

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <array>
 #include <deque>
 #include <mutex>
 #include <string>
@@ -9,6 +10,10 @@
 #include "platform/window.h"
 #include "win32/back_buffer.h"
 #include "win32/gdiplus_canvas.h"
+#include "win32/language_library.h"
+#include "win32/program_sounds.h"
+#include "win32/start_buttons.h"
+#include "win32/tray_icon.h"
 
 namespace vgps {
 
@@ -17,15 +22,31 @@ struct AppState;
 inline constexpr const wchar_t* kMainWindowClass = L"VGPS CLASS";
 inline constexpr const wchar_t* kProgramTitle = L"Vexa GPS";
 
+// What the window needs of the program around it.
+struct WindowSetting {
+  HINSTANCE instance = nullptr;
+  const LanguageLibrary* language = nullptr;  // null: everything in English
+  ProgramSounds* sounds = nullptr;            // told when the person has chosen others
+};
+
 // The one top-level window. It draws what `AppState` holds and passes on what happens to it.
 class MainWindow : public Window {
  public:
   MainWindow() = default;
   MainWindow(const MainWindow&) = delete;
   MainWindow& operator=(const MainWindow&) = delete;
+  ~MainWindow();
 
   // Null when the system refuses. The window lives until it is closed; `app` must outlive it.
-  HWND create(HINSTANCE instance, AppState& app);
+  HWND create(const WindowSetting& setting, AppState& app);
+  // The icon in the notification area, until the window goes.
+  void addTrayIcon();
+  // Gets, translates and hands out messages until the program is to end; its exit code.
+  int runMessageLoop();
+  // Icons, buttons and timers after the program's state.
+  void followState();
+  // What was to be said when there was no window any more.
+  void showLastMessages();
 
   void repaint() override;
   void setTitle(std::string_view title) override;
@@ -48,22 +69,40 @@ class MainWindow : public Window {
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARAM second);
   LRESULT handle(UINT message, WPARAM first, LPARAM second);
+  LRESULT handleFrame(UINT message, WPARAM first, LPARAM second);
   bool handleUiMessage(UINT message, WPARAM first, LPARAM second);
   void onTimer(WPARAM timer);
   void onKey(WPARAM key);
+  void onClose();
+  void onDestroy();
+  void onEndOfSession();
+  void onTrayPress(LPARAM mouse);
   void onDpiChanged(const RECT& suggested);
   void keepReadable(MINMAXINFO& limits) const;
   void watchStatus();
+  void loadIcons();
   void paint();
   void drawInto(HDC target, int width, int height);
   void showTitle();
-  void showErrors();
+  void showMessages();
 
   HWND window_ = nullptr;
   AppState* app_ = nullptr;
+  WindowSetting setting_;
+  HACCEL accelerators_ = nullptr;
   BackBuffer backBuffer_;
   GdiplusFonts fonts_;
+  StartButtons startButtons_;
+  TrayIcon tray_;
   std::string paintedStatus_;
+  bool closing_ = false;
+  bool watching_ = false;  // the status timer runs
+
+  // By the state of the track; of the caption and large.
+  static constexpr size_t kTrackStates = 4;
+  std::array<HICON, kTrackStates> smallIcons_{};
+  std::array<HICON, kTrackStates> largeIcons_{};
+  int32_t shownTrackState_ = -1;
 
   std::mutex titleMutex_;
   std::wstring title_;
@@ -74,8 +113,8 @@ class MainWindow : public Window {
   };
   void queueMessage(std::string_view text, UINT icon);
 
-  std::deque<Message> errors_;
-  bool showingErrors_ = false;
+  std::deque<Message> messages_;
+  bool showingMessages_ = false;
 };
 
 }  // namespace vgps

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <windows.h>
+
+namespace vgps {
+
+struct AppState;
+struct FinderSetup;
+
+// The search for a receiver from the program's menu: gives the port in use free, connects to the
+// receiver that the person chose and keeps it in the settings, or connects again to what was
+// connected before.
+void findReceiver(AppState& app, HINSTANCE resources, HWND owner, const FinderSetup& setup);
+
+}  // namespace vgps

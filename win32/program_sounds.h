@@ -1,0 +1,29 @@
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <string>
+
+#include "platform/sounds.h"
+
+namespace vgps {
+
+struct Settings;
+
+// Plays the sound files of the settings, and the program's own sounds where none is set or the
+// file is missing. A sound that the program does not have is silence.
+class ProgramSounds : public Sounds {
+ public:
+  // From now on those of `settings`.
+  void useFilesOf(const Settings& settings);
+
+  void play(const char* name) override;
+
+ private:
+  std::string fileOf(const char* name);
+
+  std::mutex mutex_;  // sounds are played on the reader's thread too
+  std::map<std::string, std::string, std::less<>> files_;
+};
+
+}  // namespace vgps

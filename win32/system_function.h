@@ -1,0 +1,17 @@
+#pragma once
+
+#include <windows.h>
+
+namespace vgps {
+
+// A function that not every version of the system has; null where it is missing. `Function` is
+// its type, as in `UINT WINAPI(HWND)`.
+template <typename Function>
+Function* systemFunction(const wchar_t* library, const char* name) {
+  const HMODULE module = GetModuleHandleW(library);
+  if (module == nullptr) return nullptr;
+  const FARPROC address = GetProcAddress(module, name);
+  return reinterpret_cast<Function*>(reinterpret_cast<void*>(address));
+}
+
+}  // namespace vgps

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <windows.h>
+
+namespace vgps {
+
+// What the main window posts to itself.
+inline constexpr UINT kTitleChanged = WM_APP + 1;
+inline constexpr UINT kMessagesWaiting = WM_APP + 2;
+
+}  // namespace vgps

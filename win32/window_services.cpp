@@ -1,0 +1,152 @@
+#include "win32/main_window.h"
+
+// Behind <windows.h>, on which they build.
+#include <commdlg.h>
+#include <shellapi.h>
+
+#include "app/app_state.h"
+#include "res/finder_ids.h"
+#include "win32/dpi.h"
+#include "win32/find_receiver.h"
+#include "win32/finder_dialog.h"
+#include "win32/wide.h"
+#include "win32/window_messages.h"
+
+// What the program asks of its window.
+namespace vgps {
+namespace {
+
+constexpr uint32_t kFindReceiver = 105;
+
+}  // namespace
+
+// The reader must not wait for the window here, so the text is left for it to fetch.
+void MainWindow::setTitle(std::string_view title) {
+  {
+    const std::lock_guard lock(titleMutex_);
+    title_ = wideFromUtf8(title);
+  }
+  PostMessageW(window_, kTitleChanged, 0, 0);
+}
+
+void MainWindow::showTitle() {
+  std::wstring title;
+  {
+    const std::lock_guard lock(titleMutex_);
+    title = title_;
+  }
+  SetWindowTextW(window_, title.c_str());
+}
+
+// A message box runs until the person answers, and the caller may be a reader that waits.
+void MainWindow::tellError(std::string_view text) { queueMessage(text, MB_ICONERROR); }
+
+void MainWindow::tell(std::string_view text) { queueMessage(text, MB_ICONINFORMATION); }
+
+// What is said before there is a window waits for it.
+void MainWindow::queueMessage(std::string_view text, UINT icon) {
+  messages_.push_back({wideFromUtf8(text), icon});
+  if (window_ != nullptr) PostMessageW(window_, kMessagesWaiting, 0, 0);
+}
+
+void MainWindow::showMessages() {
+  if (showingMessages_) return;
+  showingMessages_ = true;
+  while (!messages_.empty() && window_ != nullptr) {
+    const Message message = messages_.front();
+    messages_.pop_front();
+    MessageBoxW(window_, message.text.c_str(), kProgramTitle, MB_OK | message.icon);
+  }
+  showingMessages_ = false;
+}
+
+void MainWindow::showLastMessages() {
+  for (const Message& message : messages_) {
+    MessageBoxW(nullptr, message.text.c_str(), kProgramTitle,
+                MB_OK | MB_SETFOREGROUND | message.icon);
+  }
+  messages_.clear();
+}
+
+bool MainWindow::shiftHeld() { return GetAsyncKeyState(VK_SHIFT) < 0; }
+
+void MainWindow::pressSpace() { PostMessageW(window_, WM_KEYDOWN, VK_SPACE, 0); }
+
+bool MainWindow::ask(std::string_view question) {
+  return MessageBoxW(window_, wideFromUtf8(question).c_str(), kProgramTitle,
+                     MB_YESNO | MB_DEFBUTTON2 | MB_ICONQUESTION) == IDYES;
+}
+
+void MainWindow::setTimer(uint32_t number, uint32_t ms) { SetTimer(window_, number, ms, nullptr); }
+
+void MainWindow::killTimer(uint32_t number) { KillTimer(window_, number); }
+
+void MainWindow::postTap(uint32_t point) {
+  PostMessageW(window_, WM_LBUTTONDOWN, MK_LBUTTON, static_cast<LPARAM>(point));
+}
+
+// In a narrow window the menu bar takes several lines, which only the window itself can tell.
+void MainWindow::resizeClient(int32_t width, int32_t height) {
+  if (IsZoomed(window_)) ShowWindow(window_, SW_RESTORE);
+  const int dpi = dpiOf(window_);
+  const SIZE wanted = {MulDiv(width, dpi, USER_DEFAULT_SCREEN_DPI),
+                       MulDiv(height, dpi, USER_DEFAULT_SCREEN_DPI)};
+  SIZE outer = windowSizeFor({width, height}, WS_OVERLAPPEDWINDOW, true, dpi);
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    SetWindowPos(window_, nullptr, 0, 0, outer.cx, outer.cy,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    RECT client{};
+    GetClientRect(window_, &client);
+    if (client.right == wanted.cx && client.bottom == wanted.cy) return;
+    outer.cx += wanted.cx - client.right;
+    outer.cy += wanted.cy - client.bottom;
+  }
+}
+
+bool MainWindow::openDialog(uint32_t command) {
+  if (command != kFindReceiver) return false;
+  FinderSetup setup;
+  setup.makePort = app_->platform.makePort;
+  const HINSTANCE resources =
+      setting_.language != nullptr ? setting_.language->ofDialog(DIALOG_FINDER) : setting_.instance;
+  findReceiver(*app_, resources, window_, setup);
+  return true;
+}
+
+bool MainWindow::openUrl(std::string_view url) {
+  const auto result = reinterpret_cast<INT_PTR>(
+      ShellExecuteW(window_, L"open", wideFromUtf8(url).c_str(), nullptr, nullptr, SW_SHOWNORMAL));
+  return result > 32;  // smaller numbers are errors
+}
+
+std::string MainWindow::chooseFile(const FileChoice& choice) {
+  std::wstring filter = wideFromUtf8(choice.kind) + L'\0' + wideFromUtf8(choice.pattern);
+  filter.append(2, L'\0');
+  std::wstring path = wideFromUtf8(choice.suggestedName);
+  path.resize(32768);
+  const std::wstring title = wideFromUtf8(choice.title);
+  OPENFILENAMEW dialog{};
+  dialog.lStructSize = sizeof dialog;
+  dialog.hwndOwner = window_;
+  dialog.lpstrFilter = filter.c_str();
+  dialog.lpstrFile = path.data();
+  dialog.nMaxFile = static_cast<DWORD>(path.size());
+  dialog.lpstrTitle = title.c_str();
+  dialog.Flags = OFN_NOCHANGEDIR | OFN_HIDEREADONLY | OFN_EXPLORER |
+                 (choice.save ? OFN_OVERWRITEPROMPT : OFN_FILEMUSTEXIST);
+  const BOOL chosen = choice.save ? GetSaveFileNameW(&dialog) : GetOpenFileNameW(&dialog);
+  return chosen ? utf8FromWide(path.c_str()) : std::string();
+}
+
+void MainWindow::close() { PostMessageW(window_, WM_CLOSE, 0, 0); }
+
+void MainWindow::destroy() {
+  if (window_ == nullptr) return;
+  startButtons_.show(window_, false);
+  const HMENU menu = GetMenu(window_);
+  SetMenu(window_, nullptr);
+  if (menu != nullptr) DestroyMenu(menu);
+  DestroyWindow(window_);
+}
+
+}  // namespace vgps
