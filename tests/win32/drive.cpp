@@ -7,7 +7,9 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 
 #include "platform/files.h"
 #include "win32/desktop.h"
@@ -96,19 +98,65 @@ void enterTestDesktop() {
   SetThreadDesktop(desktop);
 }
 
-Program::Program(const std::wstring& arguments) : job_(CreateJobObjectW(nullptr, nullptr)) {
+RunFolder::RunFolder(std::string_view settings) {
+  static int count = 0;
+  wchar_t place[MAX_PATH] = L"";
+  GetTempPathW(std::size(place), place);
+  path_ = utf8FromWide(place) + "vexa" + std::to_string(GetCurrentProcessId()) + "-" +
+          std::to_string(++count);
+  CreateDirectoryW(wideFromUtf8(path_).c_str(), nullptr);
+  const std::wstring program = wideFromUtf8(programFolder() + "\\VexaGPS.exe");
+  const std::wstring copy = wideFromUtf8(file("VexaGPS.exe"));
+  if (!CreateHardLinkW(copy.c_str(), program.c_str(), nullptr)) {
+    CopyFileW(program.c_str(), copy.c_str(), TRUE);
+  }
+  if (!settings.empty()) write("vgps.xml", settings);
+}
+
+RunFolder::~RunFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(wideFromUtf8(path_), ignored);
+}
+
+std::string RunFolder::file(std::string_view name) const { return pathIn(path_, name); }
+
+bool RunFolder::write(std::string_view name, std::string_view text) const {
+  std::ofstream out(std::filesystem::path(wideFromUtf8(file(name))), std::ios::binary);
+  return static_cast<bool>(out << text);
+}
+
+std::string RunFolder::read(std::string_view name) const {
+  std::ifstream in(std::filesystem::path(wideFromUtf8(file(name))), std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+std::vector<std::string> RunFolder::names() const {
+  std::vector<std::string> names;
+  std::error_code ignored;
+  for (const auto& entry : std::filesystem::directory_iterator(wideFromUtf8(path_), ignored)) {
+    names.push_back(utf8FromWide(entry.path().filename().wstring()));
+  }
+  return names;
+}
+
+Program::Program(const std::wstring& arguments, const RunFolder* folder)
+    : job_(CreateJobObjectW(nullptr, nullptr)) {
   enterTestDesktop();
+  if (folder == nullptr) {
+    ownFolder_ = std::make_unique<RunFolder>();
+    folder = ownFolder_.get();
+  }
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
   limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
   SetInformationJobObject(job_.get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
-  std::wstring command = L"\"" + wideFromUtf8(programFolder()) + L"\\VexaGPS.exe\" " + arguments;
+  std::wstring command = L"\"" + wideFromUtf8(folder->file("VexaGPS.exe")) + L"\" " + arguments;
   std::wstring desktop = desktopName();
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   startup.lpDesktop = desktop.data();
   startup.dwFlags = STARTF_USESTDHANDLES;  // a killed test must not leave its pipes to a child
   if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED, nullptr,
-                      nullptr, &startup, &process_)) {
+                      wideFromUtf8(folder->path()).c_str(), &startup, &process_)) {
     return;
   }
   AssignProcessToJobObject(job_.get(), process_.hProcess);
@@ -126,6 +174,25 @@ HWND Program::window() {
   HWND found = nullptr;
   waitFor([&] { return (found = findWindow(process_.dwProcessId, kMainWindowClass)) != nullptr; });
   return found;
+}
+
+bool Program::hasWindow() const {
+  return findWindow(process_.dwProcessId, kMainWindowClass) != nullptr;
+}
+
+HWND Program::dialogWith(int control, std::wstring_view text) const {
+  HWND found = nullptr;
+  waitFor([&] {
+    found = dialog();
+    return found != nullptr && windowText(GetDlgItem(found, control)) == text;
+  });
+  return found;
+}
+
+bool press(HWND dialog, int button) {
+  PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(button),
+               reinterpret_cast<LPARAM>(GetDlgItem(dialog, button)));
+  return waitFor([&] { return !IsWindow(dialog); });
 }
 
 int Program::exitCode(DWORD limitMs) const {
@@ -160,8 +227,9 @@ DWORD Program::guiObjects() const {
          GetGuiResources(process_.hProcess, GR_USEROBJECTS);
 }
 
-ProgramInProcess::ProgramInProcess(std::vector<std::string> arguments) {
+ProgramInProcess::ProgramInProcess(std::vector<std::string> arguments, std::string_view settings) {
   enterTestDesktop();
+  std::ofstream(programFolder() + "\\vgps.xml", std::ios::binary) << settings;
   thread_ = std::thread([this, arguments = std::move(arguments)] {
     enterTestDesktop();
     result_ = runDesktop(GetModuleHandleW(nullptr), SW_SHOWNORMAL, arguments);
@@ -174,6 +242,7 @@ int ProgramInProcess::close() {
   if (!thread_.joinable()) return result_;
   PostMessageW(window_, WM_CLOSE, 0, 0);
   thread_.join();
+  removeFile(programFolder() + "\\vgps.xml");
   return result_;
 }
 

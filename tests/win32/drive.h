@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -27,15 +28,42 @@ HWND findWindow(DWORD process, const wchar_t* className);
 // The calling thread's windows go to the test's desktop from now on.
 void enterTestDesktop();
 
+// Settings of a program that was started before, and asks nothing when it starts.
+inline constexpr const char* kUsedBefore = R"(<root><cfg><vgps upd="20"/></cfg></root>)";
+
+// A folder for one run of the program, which is in it with its settings; gone with this object.
+class RunFolder {
+ public:
+  explicit RunFolder(std::string_view settings = kUsedBefore);
+  RunFolder(const RunFolder&) = delete;
+  RunFolder& operator=(const RunFolder&) = delete;
+  ~RunFolder();
+
+  const std::string& path() const { return path_; }
+  std::string file(std::string_view name) const;
+  bool write(std::string_view name, std::string_view text) const;
+  // Empty when there is no such file.
+  std::string read(std::string_view name) const;
+  std::vector<std::string> names() const;
+
+ private:
+  std::string path_;
+};
+
 // The started program. It ends with this object, or with the test if that is killed.
 class Program {
  public:
-  explicit Program(const std::wstring& arguments);
+  // In the folder of the caller, or in one of its own.
+  explicit Program(const std::wstring& arguments, const RunFolder* folder = nullptr);
   ~Program();
 
   // The main window, or null after ten seconds.
   HWND window();
+  bool hasWindow() const;
   HWND dialog() const { return findWindow(process_.dwProcessId, L"#32770"); }
+  // A message box or dialog whose text of that control is `text`; null after ten seconds.
+  HWND dialogWith(int control, std::wstring_view text) const;
+  HWND messageBox(std::wstring_view text) const { return dialogWith(0xFFFF, text); }
   bool isRunning() const { return WaitForSingleObject(process_.hProcess, 0) == WAIT_TIMEOUT; }
   // After the window was asked to close; -1 when the program goes on running.
   int exitCode(DWORD limitMs = 5000) const;
@@ -48,14 +76,20 @@ class Program {
   DWORD guiObjects() const;
 
  private:
+  std::unique_ptr<RunFolder> ownFolder_;
   Handle job_;
   PROCESS_INFORMATION process_{};
 };
 
+// Presses a button of a dialog and waits until that is closed.
+bool press(HWND dialog, int button);
+
 // The same program as a thread of this process, whose window may be looked into.
 class ProgramInProcess {
  public:
-  explicit ProgramInProcess(std::vector<std::string> arguments);
+  // Its settings stand beside the test's program, where they are replaced.
+  explicit ProgramInProcess(std::vector<std::string> arguments,
+                            std::string_view settings = kUsedBefore);
   ~ProgramInProcess() { close(); }
 
   HWND window() const { return window_; }

@@ -1,0 +1,171 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "library/journal.h"
+#include "tests/win32/drive.h"
+
+// How the program ends, with a recording under way and without.
+namespace vgps {
+namespace {
+
+std::string epoch(int number) {
+  char text[200];
+  std::snprintf(text, sizeof text,
+                "$GPGGA,1235%02d,48%02d.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,\r\n"
+                "$GPRMC,1235%02d,A,48%02d.038,N,01131.000,E,022.4,%03d.4,230394,003.1,W\r\n",
+                number, number, number, number, number * 20 % 360);
+  return text;
+}
+
+class Recording : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(line.isUp());
+    start();
+    SendMessageW(window, WM_COMMAND, 1202, 0);
+    drive();
+  }
+
+  void start() {
+    program = std::make_unique<Program>(L"--port COM3 --speed 115200", &folder);
+    window = program->window();
+    ASSERT_NE(window, nullptr);
+  }
+
+  // Some points for the track.
+  void drive() {
+    for (int i = 0; i < 6; ++i) {
+      line.write(epoch(++epochs));
+      SendMessageW(window, WM_COMMAND, 1216, 0);
+      Sleep(60);
+    }
+  }
+
+  HWND askToClose() {
+    PostMessageW(window, WM_CLOSE, 0, 0);
+    return program->messageBox(L"Stop Recording/Playback?");
+  }
+
+  size_t tracks() const {
+    const std::string library = folder.read("tracks.xml");
+    size_t count = 0;
+    for (size_t at = library.find("<t "); at != std::string::npos; at = library.find("<t ", at + 1))
+      ++count;
+    return count;
+  }
+
+  bool hasJournal() const {
+    const auto names = folder.names();
+    return std::count(names.begin(), names.end(), kJournalName) > 0;
+  }
+
+  const RunFolder folder;
+  SerialLine line;
+  std::unique_ptr<Program> program;
+  HWND window = nullptr;
+  int epochs = 0;
+};
+
+TEST_F(Recording, NoKeepsTheProgramAndTheRecordingGoing) {
+  const HWND question = askToClose();
+  ASSERT_NE(question, nullptr);
+  const auto style = GetWindowLongPtrW(GetDlgItem(question, IDNO), GWL_STYLE);
+  EXPECT_EQ(style & BS_TYPEMASK, BS_DEFPUSHBUTTON) << "No is what Enter presses";
+  PostMessageW(window, WM_CLOSE, 0, 0);  // impatience asks no second time
+  ASSERT_TRUE(press(question, IDNO));
+  EXPECT_TRUE(isResponsive(window));
+  Sleep(200);
+  EXPECT_EQ(program->dialog(), nullptr);
+  EXPECT_TRUE(hasJournal()) << "still being recorded";
+  drive();
+  ASSERT_NE(askToClose(), nullptr) << "and so asks again";
+}
+
+TEST_F(Recording, YesAndYesSavesTheTrack) {
+  const HWND question = askToClose();
+  ASSERT_NE(question, nullptr);
+  ASSERT_TRUE(press(question, IDYES));
+  const HWND save = program->messageBox(L"Save the track?");
+  ASSERT_NE(save, nullptr);
+  ASSERT_TRUE(press(save, IDYES));
+  EXPECT_EQ(program->exitCode(), 0);
+  EXPECT_EQ(tracks(), 1U);
+  EXPECT_FALSE(hasJournal()) << "the points are safe in the library";
+}
+
+TEST_F(Recording, ClosingWhilePausedAsksNothingAndKeepsThePoints) {
+  SendMessageW(window, WM_COMMAND, 1203, 0);
+  PostMessageW(window, WM_CLOSE, 0, 0);
+  EXPECT_EQ(program->exitCode(), 0);
+  EXPECT_TRUE(hasJournal());
+}
+
+TEST_F(Recording, LoggingOffAsksNothingAndKeepsThePoints) {
+  EXPECT_NE(SendMessageW(window, WM_QUERYENDSESSION, 0, 0), 0);
+  SendMessageW(window, WM_ENDSESSION, TRUE, 0);
+  EXPECT_EQ(program->dialog(), nullptr);
+  EXPECT_TRUE(hasJournal());
+}
+
+TEST_F(Recording, GoesOnWhenTheReceiverIsPluggedInAgain) {
+  line.unplug();
+  Sleep(300);
+  EXPECT_TRUE(isResponsive(window));
+  line.plugIn();
+  ASSERT_TRUE(line.isUp());
+  // The watch looks every five seconds.
+  const auto before = folder.read(kJournalName).size();
+  EXPECT_TRUE(waitFor(
+      [&] {
+        drive();
+        return folder.read(kJournalName).size() > before + 500;
+      },
+      25000));
+  EXPECT_NE(askToClose(), nullptr) << "the recording was never ended";
+}
+
+TEST(End, LeavesNoHandlesAndWindowsBehind) {
+  const auto run = [] {
+    ProgramInProcess program({"--simulate"});
+    ASSERT_NE(program.window(), nullptr);
+    SendMessageW(program.window(), WM_COMMAND, 103, 0);  // the buttons come
+    EXPECT_EQ(program.close(), 0);
+  };
+  const auto handles = [] {
+    DWORD count = 0;
+    GetProcessHandleCount(GetCurrentProcess(), &count);
+    return count;
+  };
+  for (int i = 0; i < 3; ++i) run();
+  const DWORD before = handles();
+  const DWORD objectsBefore = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS) +
+                              GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+  for (int i = 0; i < 5; ++i) run();
+  std::printf("%lu handles before, %lu after five more runs\n", before, handles());
+  EXPECT_LE(handles(), before + 4);
+  EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS) +
+                GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS),
+            objectsBefore + 4);
+}
+
+TEST(End, SettingsThatCannotBeWrittenAreTold) {
+  const RunFolder folder;
+  Program program(L"", &folder);
+  const HWND window = program.window();
+  ASSERT_NE(window, nullptr);
+  SendMessageW(window, WM_COMMAND, 371, 0);  // a changed setting
+  const auto path = std::wstring(folder.path().begin(), folder.path().end()) + L"\\vgps.xml";
+  DeleteFileW(path.c_str());
+  CreateDirectoryW(path.c_str(), nullptr);  // nothing can be written there
+  PostMessageW(window, WM_CLOSE, 0, 0);
+  HWND told = nullptr;
+  ASSERT_TRUE(waitFor([&] { return (told = program.dialog()) != nullptr; }));
+  EXPECT_TRUE(windowText(GetDlgItem(told, 0xFFFF)).starts_with(L"The settings cannot be written"));
+  press(told, IDOK);
+  EXPECT_EQ(program.exitCode(), 0);
+}
+
+}  // namespace
+}  // namespace vgps
