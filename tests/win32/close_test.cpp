@@ -116,11 +116,11 @@ TEST_F(Recording, GoesOnWhenTheReceiverIsPluggedInAgain) {
   line.plugIn();
   ASSERT_TRUE(line.isUp());
   // The watch looks every five seconds.
-  const auto before = folder.read(kJournalName).size();
+  const auto before = folder.size(kJournalName);
   EXPECT_TRUE(waitFor(
       [&] {
         drive();
-        return folder.read(kJournalName).size() > before + 500;
+        return folder.size(kJournalName) > before + 500;
       },
       25000));
   EXPECT_NE(askToClose(), nullptr) << "the recording was never ended";

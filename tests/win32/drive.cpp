@@ -130,6 +130,12 @@ std::string RunFolder::read(std::string_view name) const {
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
+uintmax_t RunFolder::size(std::string_view name) const {
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  GetFileAttributesExW(wideFromUtf8(file(name)).c_str(), GetFileExInfoStandard, &data);
+  return static_cast<uintmax_t>(data.nFileSizeHigh) << 32 | data.nFileSizeLow;
+}
+
 std::vector<std::string> RunFolder::names() const {
   std::vector<std::string> names;
   std::error_code ignored;

@@ -44,6 +44,8 @@ class RunFolder {
   bool write(std::string_view name, std::string_view text) const;
   // Empty when there is no such file.
   std::string read(std::string_view name) const;
+  // Also of a file that nobody else may open; 0 when there is none.
+  uintmax_t size(std::string_view name) const;
   std::vector<std::string> names() const;
 
  private:

@@ -164,7 +164,7 @@ class Stranger {
     WNDCLASSEXW description{};
     description.cbSize = sizeof description;
     description.lpfnWndProc = procedure;
-    description.hInstance = GetModuleHandleW(L"user32.dll");
+    description.hInstance = GetModuleHandleW(L"kernel32.dll");
     description.lpszClassName = kMainWindowClass;
     RegisterClassExW(&description);
     window = CreateWindowExW(0, kMainWindowClass, L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
@@ -172,7 +172,7 @@ class Stranger {
   }
   ~Stranger() {
     DestroyWindow(window);
-    UnregisterClassW(kMainWindowClass, GetModuleHandleW(L"user32.dll"));
+    UnregisterClassW(kMainWindowClass, GetModuleHandleW(L"kernel32.dll"));
   }
 
   HWND window = nullptr;
