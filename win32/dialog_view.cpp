@@ -1,11 +1,10 @@
 #include "win32/dialog_view.h"
 
 #include <commdlg.h>
-#include <mmsystem.h>
 
 #include "win32/dialog_file.h"
 #include "win32/main_window.h"
-#include "win32/resource_sounds.h"
+#include "win32/program_sounds.h"
 #include "win32/wide.h"
 
 namespace vgps {
@@ -121,11 +120,7 @@ std::optional<Colour> WindowDialogView::chooseColour(Colour current) {
 }
 
 void WindowDialogView::playSound(const std::string& file, const char* name) {
-  if (file.empty()) {
-    ResourceSounds().play(name);
-  } else {
-    PlaySoundW(wideFromUtf8(file).c_str(), nullptr, SND_FILENAME | SND_ASYNC | SND_NODEFAULT);
-  }
+  vgps::playSound(file, name);
 }
 
 void WindowDialogView::tell(std::string_view text) {

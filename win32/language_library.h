@@ -18,6 +18,7 @@ class LanguageLibrary {
   ~LanguageLibrary();
 
   bool isLoaded() const { return library_ != nullptr; }
+  HMODULE module() const { return library_; }  // null when none is loaded
 
   // Where a dialog of that number comes from: the library, or the program itself.
   HINSTANCE ofDialog(int number) const;

@@ -120,7 +120,7 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
       followState();
       return 0;
     case WM_HOTKEY:
-      runHotKey(*app_, static_cast<uint32_t>(first));
+      if (!dialogOpen_) runHotKey(*app_, static_cast<uint32_t>(first));
       followState();
       return 0;
     case WM_INITMENUPOPUP: updateMenu(addressIn<HMENU__>(first), *app_); return 0;

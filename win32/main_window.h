@@ -83,6 +83,8 @@ class MainWindow : public Window {
   void loadIcons();
   void paint();
   void drawInto(HDC target, int width, int height);
+  bool openFinder();
+  bool openSettings(uint32_t command);
   void showTitle();
   void showMessages();
 
@@ -96,6 +98,7 @@ class MainWindow : public Window {
   TrayIcon tray_;
   std::string paintedStatus_;
   bool closing_ = false;
+  bool dialogOpen_ = false;
   bool watching_ = false;  // the status timer runs
 
   // By the state of the track; of the caption and large.

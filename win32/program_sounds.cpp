@@ -23,12 +23,14 @@ std::string ProgramSounds::fileOf(const char* name) {
   return found == files_.end() ? std::string() : found->second;
 }
 
-void ProgramSounds::play(const char* name) {
-  const std::string file = fileOf(name);
-  const bool fromFile =
-      !file.empty() && fileExists(file) && !isFolder(file) &&
-      PlaySoundW(wideFromUtf8(file).c_str(), nullptr, SND_FILENAME | SND_ASYNC | SND_NODEFAULT);
-  if (fromFile) return;
+void ProgramSounds::play(const char* name) { playSound(fileOf(name), name); }
+
+void playSound(const std::string& file, const char* name) {
+  const bool isThere = !file.empty() && fileExists(file) && !isFolder(file);
+  if (isThere &&
+      PlaySoundW(wideFromUtf8(file).c_str(), nullptr, SND_FILENAME | SND_ASYNC | SND_NODEFAULT)) {
+    return;
+  }
   PlaySoundW(wideFromUtf8(name).c_str(), GetModuleHandleW(nullptr),
              SND_RESOURCE | SND_ASYNC | SND_NODEFAULT);
 }

@@ -10,8 +10,12 @@ namespace vgps {
 
 struct Settings;
 
+// Starts the sound of a file, or the program's own of that name where the file is missing or none
+// is named, and returns at once. A sound that the program does not have is silence.
+void playSound(const std::string& file, const char* name);
+
 // Plays the sound files of the settings, and the program's own sounds where none is set or the
-// file is missing. A sound that the program does not have is silence.
+// file is missing.
 class ProgramSounds : public Sounds {
  public:
   // From now on those of `settings`.

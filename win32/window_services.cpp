@@ -4,8 +4,9 @@
 #include <commdlg.h>
 #include <shellapi.h>
 
-#include "app/app_state.h"
+#include "app/dialog_context.h"
 #include "res/finder_ids.h"
+#include "win32/dialogs.h"
 #include "win32/dpi.h"
 #include "win32/find_receiver.h"
 #include "win32/finder_dialog.h"
@@ -103,14 +104,29 @@ void MainWindow::resizeClient(int32_t width, int32_t height) {
   }
 }
 
+// The port search of a dialog takes the connection for itself, so keys from elsewhere have to wait.
 bool MainWindow::openDialog(uint32_t command) {
-  if (command != kFindReceiver) return false;
+  if (dialogOpen_) return true;
+  dialogOpen_ = true;
+  const bool opened = command == kFindReceiver ? openFinder() : openSettings(command);
+  dialogOpen_ = false;
+  if (setting_.sounds != nullptr) setting_.sounds->useFilesOf(app_->settings);
+  return opened;
+}
+
+bool MainWindow::openFinder() {
   FinderSetup setup;
   setup.makePort = app_->platform.makePort;
   const HINSTANCE resources =
       setting_.language != nullptr ? setting_.language->ofDialog(DIALOG_FINDER) : setting_.instance;
   findReceiver(*app_, resources, window_, setup);
   return true;
+}
+
+bool MainWindow::openSettings(uint32_t command) {
+  DialogContext context = dialogContextOf(*app_);
+  const HMODULE layouts = setting_.language != nullptr ? setting_.language->module() : nullptr;
+  return runDialog(window_, context, command, layouts) != 0;
 }
 
 bool MainWindow::openUrl(std::string_view url) {
