@@ -5,9 +5,9 @@
 # The word names a function below; each builds what it runs.
 word_bench() {
   local name
-  [ $# -gt 0 ] || set -- nmea xml track
+  [ $# -gt 0 ] || set -- nmea xml track start
   for name; do
-    [ "$(type -t "bench_$name")" = function ] || fail "no benchmark '$name'; there are: nmea xml track"
+    [ "$(type -t "bench_$name")" = function ] || fail "no benchmark '$name'; there are: nmea xml track start"
   done
   need build bench
   for name; do "bench_$name"; done
@@ -22,6 +22,15 @@ bench_xml() {
 bench_track() {
   build_preset bench bench_track
   (cd build/bench && bin/bench_track)
+}
+
+# The program's start beside a bare window's, in the same Wine.
+bench_start() {
+  need windows wine
+  build_preset windows bench_start keepalive
+  trap stop_wine EXIT
+  tests/wine/wine.sh start "$WINE_DIR" build/windows/bin/keepalive.exe >/dev/null 2>&1 </dev/null
+  in_wine bench_start.exe
 }
 
 bench_nmea() {

@@ -115,7 +115,7 @@ TEST_F(Recording, GoesOnWhenTheReceiverIsPluggedInAgain) {
   EXPECT_TRUE(isResponsive(window));
   line.plugIn();
   ASSERT_TRUE(line.isUp());
-  // The watch looks every five seconds.
+  Sleep(3000);  // what was recorded before is in the journal now
   const auto before = folder.size(kJournalName);
   EXPECT_TRUE(waitFor(
       [&] {

@@ -138,10 +138,12 @@ TEST(Program, CarriesItsResources) {
   const HMODULE module =
       LoadLibraryExW(wideFromUtf8(path).c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
   ASSERT_NE(module, nullptr);
-  for (const wchar_t* sound : {L"OK", L"ERR2"}) {
+  for (const wchar_t* sound : {L"OK", L"ERR2", L"TURN", L"SPD", L"FORBIDDEN"}) {
     EXPECT_NE(FindResourceW(module, sound, L"WAVE"), nullptr) << sound;
   }
-  EXPECT_NE(FindResourceW(module, MAKEINTRESOURCEW(1), RT_GROUP_ICON), nullptr);
+  for (const wchar_t* icon : {L"ICON_1", L"ICON_RECORD", L"ICON_PLAY", L"ICON_PAUSE"}) {
+    EXPECT_NE(FindResourceW(module, icon, RT_GROUP_ICON), nullptr) << icon;
+  }
   EXPECT_NE(FindResourceW(module, MAKEINTRESOURCEW(1), RT_MANIFEST), nullptr);
   EXPECT_NE(FindResourceW(module, MAKEINTRESOURCEW(1), RT_VERSION), nullptr);
   FreeLibrary(module);
