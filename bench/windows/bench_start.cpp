@@ -25,7 +25,6 @@ constexpr DWORD kIdleMs = 10000;
 struct Measured {
   double startMs = 0;
   double workingSetMb = 0;
-  double privateMb = 0;
 };
 
 double milliseconds() {
@@ -63,14 +62,11 @@ class Child {
   bool waitUntilIdle() { return WaitForInputIdle(process_.get(), kLimitMs) == 0; }
 
   Measured measure() const {
-    PROCESS_MEMORY_COUNTERS_EX memory{};
-    memory.cb = sizeof memory;
-    GetProcessMemoryInfo(process_.get(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory),
-                         sizeof memory);
+    PROCESS_MEMORY_COUNTERS memory{};
+    GetProcessMemoryInfo(process_.get(), &memory, sizeof memory);
     constexpr double kMega = 1 << 20;
     return {.startMs = milliseconds() - began_,
-            .workingSetMb = static_cast<double>(memory.WorkingSetSize) / kMega,
-            .privateMb = static_cast<double>(memory.PrivateUsage) / kMega};
+            .workingSetMb = static_cast<double>(memory.WorkingSetSize) / kMega};
   }
 
   double processorMs() const {
@@ -130,7 +126,6 @@ int run() {
   };
   print("start to a painted window", &Measured::startMs, "ms");
   print("working set", &Measured::workingSetMb, "MB");
-  print("memory of its own", &Measured::privateMb, "MB");
   std::printf("idle for %lu s, not connected: %.1f ms of a processor; bare window %.1f ms\n",
               kIdleMs / 1000, idleMs(ours), idleMs(bare));
   return 0;
