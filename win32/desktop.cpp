@@ -9,6 +9,7 @@
 #include "app/connection.h"
 #include "app/startup.h"
 #include "app/timers.h"
+#include "app/track_simulation.h"
 #include "platform/files.h"
 #include "win32/device_installer.h"
 #include "win32/language_library.h"
@@ -55,6 +56,7 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
   AppState app(Platform{clock, sounds, door, window, makeSerialPort, locationSensorManager(),
                         listSerialPorts, setSystemUtc, runDeviceInstaller});
   app.paths = pathsOf(programFolder());
+  app.extensions.simulationFrom = simulationFromFile;
   startClocks(app);
   startSettings(app);
   const LanguageLibrary language(app.settings.languageFile);
