@@ -183,7 +183,7 @@ bool MainWindow::handleUiMessage(UINT message, WPARAM first, LPARAM second) {
 void MainWindow::onTimer(WPARAM timer) {
   if (timer == kDrawTimer) {
     KillTimer(window_, kDrawTimer);
-    InvalidateRect(window_, nullptr, FALSE);
+    RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
   } else if (timer == kStatusTimer) {
     watchStatus();
   } else {
@@ -259,6 +259,8 @@ void MainWindow::followState() {
     startButtons_.show(window_, !startButtons_.areShown());
     InvalidateRect(window_, nullptr, FALSE);
   }
+  const bool simulating = app_->fix.running && app_->fix.simulate;
+  if (simulating != titled_) showTitle();
   if (timePasses(*app_) == watching_) return;
   watching_ = !watching_;
   if (watching_) {

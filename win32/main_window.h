@@ -107,6 +107,7 @@ class MainWindow : public Window {
   std::array<HICON, kTrackStates> largeIcons_{};
   int32_t shownTrackState_ = -1;
 
+  bool titled_ = false;  // the caption shows the simulation's title
   std::mutex titleMutex_;
   std::wstring title_;
 

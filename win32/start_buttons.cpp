@@ -41,11 +41,11 @@ StartLayout layoutStart(const Rect& bounds) {
   const ReadoutLayout readout = layoutReadout(bounds);
   const float gap = readout.padding;
   const Rect body = inset({bounds.x, bounds.y, bounds.width, readout.status.y - bounds.y}, gap);
-  const bool wide = body.width >= body.height * 1.1f;
   StartLayout layout;
   layout.smallText = readout.smallText;
   layout.greetingText = layout.smallText * 1.9f;
   layout.buttonText = std::round(layout.smallText * 1.5f);
+  const bool wide = body.width >= body.height * 1.1f && body.width >= layout.buttonText * 26;
   const float line = std::ceil(layout.smallText * kLineHeight);
   const float greeting = std::ceil(layout.greetingText * kLineHeight);
   const float buttonWidth = wide ? (body.width - 3 * gap) * 0.45f : body.width * 0.9f;

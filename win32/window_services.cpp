@@ -30,13 +30,15 @@ void MainWindow::setTitle(std::string_view title) {
   PostMessageW(window_, kTitleChanged, 0, 0);
 }
 
+// Only the simulation has a title of its own, and one may still come when it has ended.
 void MainWindow::showTitle() {
   std::wstring title;
   {
     const std::lock_guard lock(titleMutex_);
     title = title_;
   }
-  SetWindowTextW(window_, title.c_str());
+  titled_ = app_->fix.running && app_->fix.simulate;
+  SetWindowTextW(window_, titled_ && !title.empty() ? title.c_str() : kProgramTitle);
 }
 
 // A message box runs until the person answers, and the caller may be a reader that waits.

@@ -64,6 +64,7 @@ TEST(FirstStart, TheSimulationIsOneKeyAway) {
   EXPECT_FALSE(isShown(window, 106));
   SendMessageW(window, WM_COMMAND, 103, 0);
   EXPECT_TRUE(isShown(window, 106)) << "and given up again";
+  EXPECT_EQ(windowText(window), L"Vexa GPS");
   expectCleanEnd(program, window);
 }
 
