@@ -63,8 +63,7 @@ bool timePasses(const AppState& app) {
 
 MainWindow::~MainWindow() {
   if (accelerators_ != nullptr) DestroyAcceleratorTable(accelerators_);
-  for (const HICON icon : smallIcons_) DestroyIcon(icon);
-  for (const HICON icon : largeIcons_) DestroyIcon(icon);
+  forgetIcons();
 }
 
 HWND MainWindow::create(const WindowSetting& setting, AppState& app) {
@@ -78,13 +77,15 @@ HWND MainWindow::create(const WindowSetting& setting, AppState& app) {
   if (window_ == nullptr) return nullptr;
   accelerators_ = createAccelerators();
   registerHotKeys(window_);
-  loadIcons();
   followState();
   if (!messages_.empty()) PostMessageW(window_, kMessagesWaiting, 0, 0);
   return window_;
 }
 
-void MainWindow::addTrayIcon() { tray_.add(window_, smallIcons_[0], kProgramTitle); }
+void MainWindow::addTrayIcon() {
+  tray_.add(window_, icons_[static_cast<size_t>(std::max(shownTrackState_, 0))].small,
+            kProgramTitle);
+}
 
 int MainWindow::runMessageLoop() {
   MSG message{};
@@ -225,7 +226,7 @@ void MainWindow::onTrayPress(LPARAM mouse) {
 void MainWindow::onDpiChanged(const RECT& suggested) {
   SetWindowPos(window_, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
                suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
-  loadIcons();
+  forgetIcons();
   followState();
 }
 
@@ -234,14 +235,24 @@ void MainWindow::keepReadable(MINMAXINFO& limits) const {
   limits.ptMinTrackSize = {smallest.cx, smallest.cy};
 }
 
-void MainWindow::loadIcons() {
+// Loaded when they are first shown: most runs of the program show the first only.
+void MainWindow::showIcons(size_t state) {
   const int dpi = dpiOf(window_);
-  for (size_t i = 0; i < kTrackStates; ++i) {
-    for (auto* const icons : {&smallIcons_, &largeIcons_}) {
-      const HICON loaded = loadIcon(setting_.instance, kStateIcons[i], icons == &smallIcons_, dpi);
-      const HICON before = std::exchange((*icons)[i], loaded);
-      if (before != nullptr) DestroyIcon(before);
-    }
+  Icons& icons = icons_[state];
+  if (icons.small == nullptr) {
+    icons = {loadIcon(setting_.instance, kStateIcons[state], true, dpi),
+             loadIcon(setting_.instance, kStateIcons[state], false, dpi)};
+  }
+  SendMessageW(window_, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icons.small));
+  SendMessageW(window_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icons.large));
+  tray_.setIcon(icons.small);
+}
+
+void MainWindow::forgetIcons() {
+  for (Icons& icons : icons_) {
+    if (icons.small != nullptr) DestroyIcon(icons.small);
+    if (icons.large != nullptr) DestroyIcon(icons.large);
+    icons = {};
   }
   shownTrackState_ = -1;
 }
@@ -250,10 +261,7 @@ void MainWindow::followState() {
   if (window_ == nullptr) return;
   if (shownTrackState_ != app_->track.state) {
     shownTrackState_ = app_->track.state;
-    const auto state = static_cast<size_t>(std::clamp(shownTrackState_, 0, 3));
-    SendMessageW(window_, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(smallIcons_[state]));
-    SendMessageW(window_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(largeIcons_[state]));
-    tray_.setIcon(smallIcons_[state]);
+    showIcons(static_cast<size_t>(std::clamp(shownTrackState_, 0, 3)));
   }
   if (isFirstStart(*app_) != startButtons_.areShown()) {
     startButtons_.show(window_, !startButtons_.areShown());
@@ -261,6 +269,10 @@ void MainWindow::followState() {
   }
   const bool simulating = app_->fix.running && app_->fix.simulate;
   if (simulating != titled_) showTitle();
+  watchWhileTimePasses();
+}
+
+void MainWindow::watchWhileTimePasses() {
   if (timePasses(*app_) == watching_) return;
   watching_ = !watching_;
   if (watching_) {

@@ -80,7 +80,9 @@ class MainWindow : public Window {
   void onDpiChanged(const RECT& suggested);
   void keepReadable(MINMAXINFO& limits) const;
   void watchStatus();
-  void loadIcons();
+  void watchWhileTimePasses();
+  void showIcons(size_t state);
+  void forgetIcons();
   void paint();
   void drawInto(HDC target, int width, int height);
   bool openFinder();
@@ -101,10 +103,11 @@ class MainWindow : public Window {
   bool dialogOpen_ = false;
   bool watching_ = false;  // the status timer runs
 
-  // By the state of the track; of the caption and large.
-  static constexpr size_t kTrackStates = 4;
-  std::array<HICON, kTrackStates> smallIcons_{};
-  std::array<HICON, kTrackStates> largeIcons_{};
+  struct Icons {
+    HICON small = nullptr;
+    HICON large = nullptr;
+  };
+  std::array<Icons, 4> icons_{};  // by the state of the track
   int32_t shownTrackState_ = -1;
 
   bool titled_ = false;  // the caption shows the simulation's title
