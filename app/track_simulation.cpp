@@ -3,10 +3,13 @@
 #include <cmath>
 #include <cstdio>
 
+#include "app/library.h"
 #include "track/track_file.h"
 
 namespace vgps {
 namespace {
+
+constexpr int32_t kKilometresPerHour = 0;  // the unit of speeds in a file that names none
 
 struct Angle {
   int degrees;
@@ -56,9 +59,17 @@ std::vector<std::string> simulationLines(const Track& track) {
   return lines;
 }
 
+bool simulationFromLibrary(AppState& app, std::vector<std::string>& lines) {
+  if (!openLibrary(app) || app.library.tracks().empty()) return false;
+  Track track;
+  const size_t last = app.library.tracks().size() - 1;
+  if (app.library.load(last, kKilometresPerHour, track) != LibraryResult::done) return false;
+  lines = simulationLines(track);
+  return !lines.empty();
+}
+
 bool simulationFromFile(const std::string& path, std::vector<std::string>& lines) {
   Track track;
-  constexpr int32_t kKilometresPerHour = 0;
   const TrackLoading loading = loadTrackFile(path, kKilometresPerHour, track);
   if (loading != TrackLoading::whole && loading != TrackLoading::damaged) return false;
   lines = simulationLines(track);

@@ -7,11 +7,15 @@
 
 namespace vgps {
 
+struct AppState;
+
 // A track as lines of the simulation: a valid fix at its first point, then for each point one
 // sentence of our own, which carries position, altitude, course and speed at once.
 std::vector<std::string> simulationLines(const Track& track);
 
 // The lines of a track file. False when no point can be read from it.
 bool simulationFromFile(const std::string& path, std::vector<std::string>& lines);
+// Those of the last track of the library. False when there is none.
+bool simulationFromLibrary(AppState& app, std::vector<std::string>& lines);
 
 }  // namespace vgps

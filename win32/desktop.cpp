@@ -7,6 +7,7 @@
 
 #include "app/app_state.h"
 #include "app/connection.h"
+#include "app/library.h"
 #include "app/startup.h"
 #include "app/timers.h"
 #include "app/track_simulation.h"
@@ -56,7 +57,9 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
   AppState app(Platform{clock, sounds, door, window, makeSerialPort, locationSensorManager(),
                         listSerialPorts, setSystemUtc, runDeviceInstaller});
   app.paths = pathsOf(programFolder());
-  app.extensions.simulationFrom = simulationFromFile;
+  app.extensions.simulationFrom = [&app](const std::string& path, std::vector<std::string>& lines) {
+    return path.empty() ? simulationFromLibrary(app, lines) : simulationFromFile(path, lines);
+  };
   startClocks(app);
   startSettings(app);
   const LanguageLibrary language(app.settings.languageFile);
@@ -69,6 +72,7 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
   ShowWindow(handle, show);
   UpdateWindow(handle);
   armStartTimers(app);
+  offerRecovery(app);
   applyStartOptions(app, parseStartOptions(arguments));
   remindOfUpdates(app);
   autoConnect(app);
