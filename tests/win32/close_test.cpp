@@ -126,6 +126,17 @@ TEST_F(Recording, GoesOnWhenTheReceiverIsPluggedInAgain) {
   EXPECT_NE(askToClose(), nullptr) << "the recording was never ended";
 }
 
+TEST_F(Recording, AfterACrashItIsOfferedAndGoesOn) {
+  Sleep(3000);  // what was recorded is in the journal now
+  program.reset();
+  start();
+  HWND question = nullptr;
+  ASSERT_TRUE(waitFor([&] { return (question = program->dialog()) != nullptr; }));
+  EXPECT_NE(windowText(GetDlgItem(question, 0xFFFF)).find(L"6"), std::wstring::npos) << "points";
+  ASSERT_TRUE(press(question, IDYES));
+  ASSERT_NE(askToClose(), nullptr) << "it is being recorded again";
+}
+
 TEST(End, LeavesNoHandlesAndWindowsBehind) {
   const auto run = [] {
     ProgramInProcess program({"--simulate"});
@@ -133,11 +144,7 @@ TEST(End, LeavesNoHandlesAndWindowsBehind) {
     SendMessageW(program.window(), WM_COMMAND, 103, 0);  // the buttons come
     EXPECT_EQ(program.close(), 0);
   };
-  const auto handles = [] {
-    DWORD count = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &count);
-    return count;
-  };
+  const auto handles = [] { return openHandles(GetCurrentProcessId()); };
   for (int i = 0; i < 3; ++i) run();
   const DWORD before = handles();
   const DWORD objectsBefore = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS) +

@@ -224,7 +224,9 @@ size_t Program::workingSet() const {
   return memory.WorkingSetSize;
 }
 
-DWORD Program::handles() const { return processEntry(process_.dwProcessId).HandleCount; }
+DWORD openHandles(DWORD process) { return processEntry(process).HandleCount; }
+
+DWORD Program::handles() const { return openHandles(process_.dwProcessId); }
 
 DWORD Program::threads() const { return processEntry(process_.dwProcessId).NumberOfThreads; }
 

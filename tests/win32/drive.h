@@ -22,6 +22,9 @@ std::wstring windowText(HWND window);
 // Whether the thread of the window answers.
 bool isResponsive(HWND window);
 
+// Open kernel objects of a process, as the list of all processes has them.
+DWORD openHandles(DWORD process);
+
 // The visible top-level window of a process with that class; null when there is none.
 HWND findWindow(DWORD process, const wchar_t* className);
 
