@@ -10,17 +10,18 @@
 
 #include "platform/files.h"
 #include "win32/handle.h"
+#include "win32/message_parameter.h"
 #include "win32/wide.h"
 
-// From the start of the program until its painted window waits for input, its memory and its use
-// of the processor while idle, each beside a program that does nothing but show a window. The two
-// take turns.
+// From the start of the program to its painted window, its memory and its use of the processor
+// while idle, each beside a program that does nothing but show a window. The two take turns.
 namespace vgps {
 namespace {
 
 constexpr int kRounds = 30;
 constexpr DWORD kLimitMs = 20000;
 constexpr DWORD kIdleMs = 10000;
+constexpr DWORD kSettleMs = 100;
 
 struct Measured {
   double startMs = 0;
@@ -59,14 +60,23 @@ class Child {
     }
   }
 
-  bool waitUntilIdle() { return WaitForInputIdle(process_.get(), kLimitMs) == 0; }
+  // Shown, and nothing of it is left to be drawn.
+  bool waitUntilPainted() {
+    while (milliseconds() - began_ < kLimitMs) {
+      const HWND window = shownWindow();
+      if (window != nullptr && !GetUpdateRect(window, nullptr, FALSE)) return true;
+      Sleep(1);
+    }
+    return false;
+  }
+  void waitUntilIdle() { WaitForInputIdle(process_.get(), kLimitMs); }
 
-  Measured measure() const {
+  double sinceStart() const { return milliseconds() - began_; }
+
+  double workingSetMb() const {
     PROCESS_MEMORY_COUNTERS memory{};
     GetProcessMemoryInfo(process_.get(), &memory, sizeof memory);
-    constexpr double kMega = 1 << 20;
-    return {.startMs = milliseconds() - began_,
-            .workingSetMb = static_cast<double>(memory.WorkingSetSize) / kMega};
+    return static_cast<double>(memory.WorkingSetSize) / (1 << 20);
   }
 
   double processorMs() const {
@@ -76,6 +86,19 @@ class Child {
   }
 
  private:
+  HWND shownWindow() const {
+    HWND found = nullptr;
+    EnumThreadWindows(
+        thread_,
+        [](HWND window, LPARAM result) -> BOOL {
+          if (!IsWindowVisible(window)) return TRUE;
+          *addressIn<HWND>(result) = window;
+          return FALSE;
+        },
+        reinterpret_cast<LPARAM>(&found));
+    return found;
+  }
+
   double began_;
   Handle process_;
   DWORD thread_ = 0;
@@ -84,8 +107,11 @@ class Child {
 // False when the program did not come up.
 bool startOnce(const std::string& program, std::vector<Measured>& results) {
   Child child(program);
-  if (!child.waitUntilIdle()) return false;
-  results.push_back(child.measure());
+  if (!child.waitUntilPainted()) return false;
+  const double painted = child.sinceStart();
+  child.waitUntilIdle();
+  Sleep(kSettleMs);
+  results.push_back({.startMs = painted, .workingSetMb = child.workingSetMb()});
   return true;
 }
 
@@ -112,7 +138,7 @@ int run() {
   const std::string ours = pathIn(programFolder(), "VexaGPS.exe");
   // Settings of a program that was started before, and asks nothing.
   std::ofstream(pathIn(programFolder(), "vgps.xml"))
-      << R"(<root><cfg><vgps upd="1000"/></cfg></root>)";
+      << R"(<root><cfg><vgps upd="1000"/><gps port="COM3"/></cfg></root>)";
   std::vector<Measured> bareResults;
   std::vector<Measured> ourResults;
   for (int round = 0; round < kRounds; ++round) {
