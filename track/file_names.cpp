@@ -7,12 +7,6 @@
 namespace vgps {
 namespace {
 
-bool isTaken(const std::string& path) {
-  std::FILE* const file = openFile(path, "rb");
-  if (file != nullptr) std::fclose(file);
-  return file != nullptr;
-}
-
 // The first free path of "NAME<between>NUMBER.XML" for the numbers given; number 0 has no suffix.
 std::string firstFree(std::string_view folder, std::string_view name, std::string_view between,
                       int first, int last) {
@@ -21,7 +15,7 @@ std::string firstFree(std::string_view folder, std::string_view name, std::strin
     std::string file = stem;
     if (number > 0) file.append(between).append(std::to_string(number));
     std::string path = pathIn(folder, file + ".XML");
-    if (!isTaken(path)) return path;
+    if (!fileExists(path)) return path;
   }
   return {};
 }

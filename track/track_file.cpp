@@ -22,9 +22,18 @@ std::string fileText(const Track& track, const RecordingOptions& options) {
   return text;
 }
 
-TrackSaving save(const std::string& path, std::string_view text, const ExclusiveOpener& open) {
-  if (path.empty()) return TrackSaving::noFreeName;
-  return writeWholeFile(path, text, open) ? TrackSaving::saved : TrackSaving::notWritten;
+// `freePath()` names a free one each time it is asked: another program may be quicker.
+template <class FreePath>
+TrackSaving save(FreePath freePath, std::string_view text, const ExclusiveOpener& open) {
+  for (;;) {
+    const std::string path = freePath();
+    if (path.empty()) return TrackSaving::noFreeName;
+    switch (writeFreeFile(path, text, open)) {
+      case FilePlacing::placed: return TrackSaving::saved;
+      case FilePlacing::refused: return TrackSaving::notWritten;
+      case FilePlacing::taken: break;
+    }
+  }
 }
 
 std::string fileStem(const std::string& path) {
@@ -85,8 +94,8 @@ bool putTagBack(const std::string& path, XmlDocument& document) {
 TrackSaving saveTrackFile(Track& track, const std::string& folder, const RecordingOptions& options,
                           const DateTime& local, const ExclusiveOpener& open) {
   if (track.name.empty()) track.name = trackNameFromTime(local);
-  const std::string path = freeTrackPath(folder, track.name);
-  const TrackSaving result = save(path, fileText(track, options), open);
+  const auto freePath = [&] { return freeTrackPath(folder, track.name); };
+  const TrackSaving result = save(freePath, fileText(track, options), open);
   if (result == TrackSaving::saved) dropWrittenAttachments(track);
   return result;
 }
@@ -103,7 +112,8 @@ TrackSaving importTrackFile(XmlElement element, const std::string& folder,
   document.SetRootElement(element);
   const XmlBuffer text = document.saveToMemory();
   if (!text) return TrackSaving::notWritten;
-  return save(freeImportPath(folder, name ? name.GetValue() : "Import"), text.view(), open);
+  const std::string wanted = name ? name.GetValue() : "Import";
+  return save([&] { return freeImportPath(folder, wanted); }, text.view(), open);
 }
 
 TrackLoading loadTrackFile(const std::string& path, int32_t speedUnit, Track& track) {
