@@ -5,6 +5,7 @@
 #include "cli/commands.h"
 #include "cli/log_clock.h"
 #include "cli/log_file.h"
+#include "cli/track_input.h"
 #include "gps/epoch.h"
 #include "gps/gps_fix.h"
 #include "platform/files.h"
@@ -148,7 +149,13 @@ std::string countText(size_t count, const std::string& what) {
 }  // namespace
 
 int runRecord(const RecordOptions& options) {
-  if (options.output == options.log) return fail("the track cannot take the place of its log");
+  if (isSameFile(options.output, options.log)) {
+    return fail("the track cannot take the place of its log");
+  }
+  if (!options.settings.empty() && isSameFile(options.output, options.settings)) {
+    return fail("the track cannot take the place of its settings");
+  }
+  if (fileKind(options.output) == FileKind::other) return noPlaceForTrack(options.output);
   ConfigStore store;
   Settings settings;
   if (!options.settings.empty()) {
