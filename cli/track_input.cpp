@@ -118,7 +118,10 @@ int writeTrackOutputs(std::span<const TrackOutput> outputs, int32_t speedUnit,
     }
   }
   for (const auto& [file, output] : files) {
-    if (!file->finish()) return fail("cannot write " + output->path);
+    if (!file->finish()) {
+      return fail("cannot put the result in the place of " + output->path +
+                  ": another program may hold it");
+    }
   }
   return 0;
 }

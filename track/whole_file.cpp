@@ -3,7 +3,6 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <random>
 #include <span>
 #include <thread>
 #include <vector>
@@ -15,16 +14,17 @@ constexpr size_t kBlock = size_t{1} << 20;
 
 using FileHandle = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
-// "vgps-0123456789abcdef.new", beside the file. Short, so that it fits wherever a name does.
+// "vgps-0123456789abcdef.new", beside the file: short, so that it fits wherever a name does.
+// Programs that start at the same moment lie at different places in memory; should a name be taken
+// all the same, the next one is another.
 std::string nameBeside(const std::string& path) {
   static std::atomic<uint64_t> count = 0;
-  std::random_device device;
-  const auto now =
-      static_cast<uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
-  const uint64_t noise = (uint64_t{device()} << 32 | device()) ^ now ^ ++count << 48;
+  const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+  const uint64_t number =
+      static_cast<uint64_t>(now) ^ reinterpret_cast<uintptr_t>(&count) << 20 ^ ++count << 56;
   char name[40];
-  std::snprintf(name, sizeof name, "vgps-%08x%08x.new", static_cast<unsigned>(noise >> 32),
-                static_cast<unsigned>(noise & 0xFFFFFFFF));
+  std::snprintf(name, sizeof name, "vgps-%08x%08x.new", static_cast<unsigned>(number >> 32),
+                static_cast<unsigned>(number & 0xFFFFFFFF));
   return path.substr(0, path.find_last_of("/\\") + 1) + name;
 }
 

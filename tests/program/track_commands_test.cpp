@@ -316,6 +316,7 @@ TEST_F(TrackCommands, WhatCannotBeDone) {
       {{"track", "split", a, "--at", "2", "-o", path("pipe"), "--second", a}, "is a folder or a"},
       {{"track", "reverse", a, "-o", path("pipe")}, "is a folder or a device"},
       {{"track", "reverse", a, "-o", ""}, "an empty name is no file's name"},
+      {{"xml", a, "-o", ""}, "an empty name is no file's name"},
       {{"track", "thin", a, "-o", out, "--metres", "0.5"}, "a whole number from 1 to 1000000"},
       {{"track", "thin", a, "-o", out, "--metres", "1e300"}, "a whole number from 1 to 1000000"},
       {{"track", "thin", a, "-o", out, "--metres", "3000000000"}, "a whole number from 1"},
