@@ -50,7 +50,8 @@ TEST_F(FileNames, NamesOfPeople) {
   for (const char* device : {"CON", "nul", "Aux.a", "com1", "LPT9 .x"}) {
     EXPECT_EQ(fileNameFrom(device), std::string("_") + device);
   }
-  for (const char* name : {"CONE", "COM", "COM12", "a.CON", ""}) EXPECT_EQ(fileNameFrom(name), name);
+  for (const char* name : {"CONE", "COM", "COM12", "a.CON", ""})
+    EXPECT_EQ(fileNameFrom(name), name);
   EXPECT_EQ(freeTrackPath(folder_, "Höhe – 山"), pathIn(folder_, "Höhe – 山.XML"));
 }
 
