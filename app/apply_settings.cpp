@@ -16,9 +16,10 @@ void applyToReceiver(AppState& app) {
   app.gps.sensorIdentifier = settings.sensorIdentifier;
 }
 
-void applyToRecording(AppState& app) {
-  const Settings& settings = app.settings;
-  RecordingOptions& options = app.recordingOptions;
+}  // namespace
+
+RecordingOptions recordingOptionsOf(const Settings& settings) {
+  RecordingOptions options;
   options.speed = settings.recordMinSpeed;
   options.angle = settings.recordAngle;
   options.altitude = settings.recordAltitude;
@@ -33,13 +34,12 @@ void applyToRecording(AppState& app) {
   options.manual = settings.manualRecording;
   options.speedUnit = settings.speedUnit;
   options.distanceUnit = settings.longDistanceUnit;
+  return options;
 }
-
-}  // namespace
 
 void applySettings(AppState& app) {
   applyToReceiver(app);
-  applyToRecording(app);
+  app.recordingOptions = recordingOptionsOf(app.settings);
   app.frameSkip = app.settings.frameSkip;
 }
 

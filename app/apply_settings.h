@@ -10,6 +10,9 @@ namespace vgps {
 // recording, display. After the start and after each dialog that saved.
 void applySettings(AppState& app);
 
+// What the settings say about recording.
+RecordingOptions recordingOptionsOf(const Settings& settings);
+
 // The file that a person has chosen for a sound of the program; empty: the program's own.
 const std::string& soundFile(const Settings& settings, std::string_view sound);
 

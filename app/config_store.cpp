@@ -2,36 +2,34 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 #include "base/number.h"
 #include "base/text.h"
 #include "platform/files.h"
+#include "track/whole_file.h"
 #include "xml/profile.h"
 
 namespace vgps {
 namespace {
 
-// "vgps.xml" becomes "vgps.bad".
-std::string badName(const std::string& path) {
-  const size_t name = path.find_last_of("/\\") + 1;
-  const size_t dot = path.rfind('.');
-  return path.substr(0, dot == std::string::npos || dot < name ? path.size() : dot) + ".bad";
+// False when the file cannot be read to its end.
+bool readBytes(const XmlFiles& files, const std::string& path, std::string& out) {
+  constexpr size_t kBlock = 65536;
+  void* const file = files.open(path, XmlFiles::Access::read);
+  if (file == nullptr) return false;
+  for (size_t got = kBlock; got == kBlock;) {
+    const size_t before = out.size();
+    out.resize(before + kBlock);
+    got = files.read(file, out.data() + before, kBlock);
+    out.resize(before + got);
+  }
+  return files.close(file);
 }
 
-bool copyFile(const XmlFiles& files, const std::string& from, const std::string& to) {
-  void* const source = files.open(from, XmlFiles::Access::read);
-  if (source == nullptr) return false;
-  void* const target = files.open(to, XmlFiles::Access::overwrite);
-  bool good = target != nullptr;
-  std::vector<char> buffer(65536);
-  for (size_t got = buffer.size(); good && got == buffer.size();) {
-    got = files.read(source, buffer.data(), buffer.size());
-    good = files.write(target, buffer.data(), got) == got;
-  }
-  good = files.close(source) && good;
-  if (target != nullptr) good = files.close(target) && good;
-  return good;
+// Bytes that no text has. A file of two bytes a character begins with a mark that says so.
+bool isBinary(std::string_view bytes) {
+  const bool wide = bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
+  return !wide && bytes.find('\0') != std::string_view::npos;
 }
 
 }  // namespace
@@ -47,8 +45,17 @@ bool ConfigStore::open(const std::string& path) {
   FileStamp stamp;
   const bool missing =
       status == XmlLoadStatus::noFile && (!fileStamp(path, stamp) || stamp.size == 0);
-  damaged_ = status != XmlLoadStatus::loaded && status != XmlLoadStatus::empty && !missing;
-  return !damaged_;
+  const bool good = status == XmlLoadStatus::loaded || status == XmlLoadStatus::empty || missing;
+  readable_ = good || status == XmlLoadStatus::noElement;
+  keepFirst_ = !good || (status == XmlLoadStatus::loaded && isForeign());
+  return good;
+}
+
+// Tags can be found in files of any kind: a document of another program, or a program.
+bool ConfigStore::isForeign() {
+  std::string bytes;
+  return document_.GetRootElement().storedName() != "root" || !readBytes(*files_, path_, bytes) ||
+         isBinary(bytes);
 }
 
 double ConfigStore::number(const SettingRow& row) {
@@ -83,15 +90,16 @@ void ConfigStore::set(const SettingRow& row, std::string_view value) {
   changed_ = true;
 }
 
-bool ConfigStore::keepDamagedFile() {
-  if (!damaged_) return true;
-  damaged_ = !copyFile(*files_, path_, badName(path_));
-  return !damaged_;
+bool ConfigStore::keepOldFile() {
+  if (!keepFirst_) return true;
+  std::string bytes;
+  keepFirst_ = !readBytes(*files_, path_, bytes) || keepAsBad(path_, bytes).empty();
+  return !keepFirst_;
 }
 
 bool ConfigStore::save() {
   if (!changed_) return true;
-  if (!keepDamagedFile() || document_.Save() == 0) return false;
+  if (!keepOldFile() || document_.Save() == 0) return false;
   changed_ = false;
   return true;
 }

@@ -15,9 +15,14 @@ class ConfigStore {
 
   // Reads the file; from then on the store speaks of it. False when the file is there and holds
   // something, but no element can be read from it: then every key has its default, and the file is
-  // copied to "vgps.bad" beside it before it is overwritten. A missing or empty file is none of
-  // that: a program that starts for the first time.
+  // copied to "vgps.bad" beside it before it is overwritten ("vgps-2.bad" and on where there are
+  // earlier ones). So is one that can be read but is no document of settings. A missing or empty
+  // file is none of that: a program that starts for the first time.
   bool open(const std::string& path);
+
+  // False when the system did not give the file's bytes: it is a folder, somebody else holds it, or
+  // nobody may read it. What is in it may be whole.
+  bool readable() const { return readable_; }
 
   XmlDocument& document() { return document_; }
   const std::string& path() const { return path_; }
@@ -39,13 +44,15 @@ class ConfigStore {
   bool save();
 
  private:
-  bool keepDamagedFile();
+  bool isForeign();
+  bool keepOldFile();
 
   const XmlFiles* files_;
   XmlDocument document_;
   std::string path_;
   bool changed_ = false;
-  bool damaged_ = false;  // the file on disk is one that nobody could read
+  bool readable_ = true;
+  bool keepFirst_ = false;  // the file on disk is to be kept before it is overwritten
 };
 
 // What the start-up makes of the document: every key in the order of the table, with the

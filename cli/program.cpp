@@ -76,6 +76,7 @@ void addSettings(CLI::App& program, Chosen& chosen) {
   CLI::App* const command =
       program.add_subcommand("settings", "Show and change the settings in vgps.xml.");
   command->add_option("--file", options->file, "The document (vgps.xml beside the program)")
+      ->check(aName())
       ->option_text("FILE");
   command->require_subcommand(1);
   CLI::App* const list = command->add_subcommand("list", "Every setting with its value");
@@ -97,8 +98,13 @@ void addXml(CLI::App& program, Chosen& chosen) {
   const auto options = std::make_shared<XmlOptions>();
   CLI::App* const command = program.add_subcommand(
       "xml", "Read an XML file, and save it in the program's own layout when -o is given.");
-  command->add_option("FILE", options->file, "The file")->required()->option_text(" ");
-  command->add_option("-o", options->output, "Where to save it")->option_text("OUT");
+  command->add_option("FILE", options->file, "The file")
+      ->required()
+      ->check(aName())
+      ->option_text(" ");
+  command->add_option("-o", options->output, "Where to save it")
+      ->check(aName())
+      ->option_text("OUT");
   command->callback([options, &chosen] { chosen = [options] { return runXml(*options); }; });
 }
 
@@ -145,6 +151,13 @@ std::string firstLine(std::string_view text) {
 CLI::Validator above0() {
   return {[](const std::string& text) {
             return leadingDouble(text) > 0 ? std::string() : text + " is no number above 0";
+          },
+          ""};
+}
+
+CLI::Validator aName() {
+  return {[](const std::string& text) {
+            return text.empty() ? std::string("an empty name is no file's name") : std::string();
           },
           ""};
 }

@@ -1,10 +1,12 @@
 #include <cstdio>
 #include <memory>
 
+#include "app/apply_settings.h"
 #include "app/config_store.h"
 #include "cli/commands.h"
 #include "cli/log_clock.h"
 #include "cli/log_file.h"
+#include "cli/track_input.h"
 #include "gps/epoch.h"
 #include "gps/gps_fix.h"
 #include "platform/files.h"
@@ -15,20 +17,9 @@
 namespace vgps {
 namespace {
 
-RecordingOptions recordingOptionsOf(const Settings& settings) {
-  RecordingOptions options;
-  options.speed = settings.recordMinSpeed;
-  options.angle = settings.recordAngle;
-  options.altitude = settings.recordAltitude;
-  options.recordCell = settings.recordCell;
-  options.recordSpeed = settings.recordSpeed;
-  options.recordTime = settings.recordTime;
-  options.recordCourse = settings.recordCourse;
-  options.everyNth = settings.recordEvery;
-  options.bes = settings.recordBes;
+RecordingOptions optionsOf(const Settings& settings) {
+  RecordingOptions options = recordingOptionsOf(settings);
   options.manual = false;  // nobody is there who could ask for a point
-  options.speedUnit = settings.speedUnit;
-  options.distanceUnit = settings.longDistanceUnit;
   return options;
 }
 
@@ -83,7 +74,7 @@ class LogRecorder {
   LogRecorder(const RecordOptions& options, const Settings& settings,
               std::optional<int64_t> firstDay)
       : clock_(options.utcOffsetMinutes, firstDay),
-        options_(recordingOptionsOf(settings)),
+        options_(optionsOf(settings)),
         files_(options.output, options_) {
     gps_.options.speedUnit = settings.speedUnit;
     gps_.options.altitudeFromGeoidField = settings.altitudeFromGeoidField;
@@ -148,12 +139,20 @@ std::string countText(size_t count, const std::string& what) {
 }  // namespace
 
 int runRecord(const RecordOptions& options) {
-  if (options.output == options.log) return fail("the track cannot take the place of its log");
+  if (isSameFile(options.output, options.log)) {
+    return fail("the track cannot take the place of its log");
+  }
+  if (!options.settings.empty() && isSameFile(options.output, options.settings)) {
+    return fail("the track cannot take the place of its settings");
+  }
+  if (fileKind(options.output) == FileKind::other) return noPlaceForTrack(options.output);
   ConfigStore store;
   Settings settings;
   if (!options.settings.empty()) {
     if (!fileExists(options.settings)) return fail("no settings file " + options.settings);
-    if (!store.open(options.settings)) return fail(options.settings + " holds no settings");
+    const bool good = store.open(options.settings);
+    if (!store.readable()) return fail("cannot read " + options.settings);
+    if (!good) return fail(options.settings + " holds no settings");
     settings = loadSettings(store);
   }
   LogFile log(options.log);

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "app/apply_settings.h"
 #include "app/config_store.h"
 #include "app/settings.h"
 #include "cli/arguments.h"
@@ -37,23 +38,6 @@ struct Place {
   RecordingOptions recording;
 };
 
-RecordingOptions recordingOptionsOf(const Settings& settings) {
-  RecordingOptions options;
-  options.speed = settings.recordMinSpeed;
-  options.angle = settings.recordAngle;
-  options.altitude = settings.recordAltitude;
-  options.normalizeMetres = settings.normalizeMetres;
-  options.recordCell = settings.recordCell;
-  options.recordSpeed = settings.recordSpeed;
-  options.recordTime = settings.recordTime;
-  options.recordCourse = settings.recordCourse;
-  options.everyNth = settings.recordEvery;
-  options.bes = settings.recordBes;
-  options.speedUnit = settings.speedUnit;
-  options.distanceUnit = settings.longDistanceUnit;
-  return options;
-}
-
 // Settings that nobody can read are the standard ones: the recording matters more.
 Place findPlace(const std::string& file) {
   Place place;
@@ -64,6 +48,7 @@ Place findPlace(const std::string& file) {
   place.folder = folderOf(path);
   place.library = trackLibraryPath(settings.trackStorePath, place.folder);
   place.recording = recordingOptionsOf(settings);
+  place.recording.manual = false;  // nobody is there who could ask for a point
   return place;
 }
 

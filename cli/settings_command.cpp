@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <limits>
 #include <nlohmann/json.hpp>
@@ -94,17 +95,27 @@ bool isNumber(std::string_view text, bool whole) {
          digits.find('.') == digits.rfind('.');
 }
 
+// The countdown stands among the flags and counts: it is a number all the same.
+bool isFlag(const SettingRow& row) {
+  return row.type == SettingType::flag && std::string_view(row.key) != "upd";
+}
+
 // Empty when the value suits the row, otherwise what would.
 std::string whatIsAllowed(const SettingRow& row, std::string_view text) {
   constexpr double kLargestColour = 0xFFFFFF;
+  constexpr double kLargestReal = 1e9;  // far beyond use, and read back as it was written
   const double value = leadingDouble(text);
   switch (row.type) {
     case SettingType::string: return {};
-    case SettingType::real: return isNumber(text, false) ? "" : "a decimal number";
+    case SettingType::real:
+      return isNumber(text, false) && std::fabs(value) <= kLargestReal
+                 ? ""
+                 : "a decimal number from -1000000000 to 1000000000";
     case SettingType::flag:
     case SettingType::integer:
+      if (isFlag(row)) return isNumber(text, true) && (value == 0 || value == 1) ? "" : "0 or 1";
       if (isNumber(text, true) && value >= INT32_MIN && value <= INT32_MAX) return {};
-      return row.type == SettingType::flag ? "0 or 1" : "a whole number";
+      return "a whole number";
     case SettingType::colour:
       if (isNumber(text, true) && value >= 0 && value <= kLargestColour) return {};
       return "a colour from 0 to 16777215";
@@ -151,7 +162,9 @@ std::vector<std::string> withValueMarked(std::vector<std::string> words) {
 int runSettings(const SettingsOptions& options) {
   const std::string path = options.file.empty() ? programFolder() + "/vgps.xml" : options.file;
   ConfigStore store;
-  if (!store.open(path)) {
+  const bool good = store.open(path);
+  if (!store.readable()) return fail("cannot read " + path);
+  if (!good) {
     std::fprintf(stderr, "vgps: %s: %s\n", path.c_str(), std::string(textOf(kCorrupted)).c_str());
   }
   if (options.action == SettingsOptions::Action::list) return listSettings(store, options.json);

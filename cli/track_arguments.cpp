@@ -24,12 +24,14 @@ void addFile(CLI::App& command, const Shared& options) {
   command.add_option("FILE", options->files, "The track file")
       ->required()
       ->expected(1)
+      ->check(aName())
       ->option_text(" ");
 }
 
 void addOutput(CLI::App& command, const Shared& options) {
   command.add_option("-o", options->output, "Where the result goes; may be the file itself")
       ->required()
+      ->check(aName())
       ->option_text("OUT");
 }
 
@@ -45,9 +47,11 @@ void addSplit(CLI::App& track, const Shared& options, Chosen& chosen) {
       ->option_text("POINT");
   command->add_option("-o", options->output, "Where the first part goes")
       ->required()
+      ->check(aName())
       ->option_text("FIRST");
   command->add_option("--second", options->secondOutput, "Where the second part goes")
       ->required()
+      ->check(aName())
       ->option_text("SECOND");
 }
 
@@ -98,15 +102,18 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
       "The points' time, in a recording that of the computer, is taken from the log's own UTC.");
   command->add_option("--replay", options->log, "The log (NMEA text, SiRF binary, or both)")
       ->required()
+      ->check(aName())
       ->option_text("LOG");
   command->add_option("-o", options->output, "The track file; written whole or not at all")
       ->required()
+      ->check(aName())
       ->option_text("TRACK");
   command
       ->add_option("--settings", options->settings,
                    "A settings document: thresholds, every Nth fix, and what is written of each "
                    "point (cfg\\track; rsc, rtc, rbc, rci, res of cfg\\vgps). Without it those of "
                    "a first start: positions only")
+      ->check(aName())
       ->option_text("FILE");
   command
       ->add_option("--utc-offset", options->utcOffsetMinutes,
@@ -127,7 +134,10 @@ void addInfoCommand(CLI::App& program, Chosen& chosen) {
       "Stopped is the time between points that lie so close for it that the way between them makes "
       "less than 1 km/h. A climb or descent counts once the height has turned back by more than "
       "5 m, so that a receiver's noise climbs nothing.");
-  command->add_option("FILE", options->file, "The track file")->required()->option_text(" ");
+  command->add_option("FILE", options->file, "The track file")
+      ->required()
+      ->check(aName())
+      ->option_text(" ");
   command
       ->add_option("--speed-unit", options->speedUnit,
                    "The unit in which the file's speeds were written (kmh)")
@@ -149,6 +159,7 @@ void addTrackCommand(CLI::App& program, Chosen& chosen) {
   join->add_option("FILES", options->files, "Two track files or more, in this order")
       ->required()
       ->expected(2, 10000)
+      ->check(aName())
       ->option_text(" ");
   addOutput(*join, options);
   addSplit(track, options, chosen);

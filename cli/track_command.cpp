@@ -7,6 +7,7 @@
 #include "cli/commands.h"
 #include "cli/track_input.h"
 #include "geo/units.h"
+#include "platform/files.h"
 #include "track/editing.h"
 #include "track/thinning.h"
 
@@ -57,22 +58,28 @@ int splitFile(const TrackOptions& options, std::span<TrackInput> inputs) {
                 ": its points are 1 to " + std::to_string(count) +
                 ", and both parts need at least one");
   }
-  if (options.output == options.secondOutput) {
+  if (isSameFile(options.output, options.secondOutput)) {
     return fail("the two parts need two files, not " + options.output + " twice");
   }
   const std::optional<Track> second = split(track, options.at - 1, 1);
-  // The second part goes first: should the disk refuse it, the first may still be the whole track.
-  const int status = writeTrackOutput(*second, options.secondOutput, kUnit, inputs);
-  return status != 0 ? status : writeTrackOutput(track, options.output, kUnit, inputs);
+  const TrackOutput outputs[] = {{track, options.output}, {*second, options.secondOutput}};
+  return writeTrackOutputs(outputs, kUnit, inputs);
 }
 
 int thinFile(const TrackOptions& options, std::span<TrackInput> inputs) {
+  constexpr double kMostMetres = 1000000;
+  constexpr double kMostDegrees = 180;
   Track& track = inputs[0].track;
   RecordingOptions thinning;
+  const bool whole = options.metres == std::floor(options.metres);
+  if (!whole || options.metres > kMostMetres) {
+    return fail("--metres takes a whole number from 1 to 1000000");
+  }
+  if (!(options.angle <= kMostDegrees)) return fail("--angle takes degrees up to 180");
   if (options.metres > 0) thinning.normalizeMetres = static_cast<int32_t>(options.metres);
   track.angleThreshold = static_cast<float>(options.angle);
   normalize(track, thinning);
-  return writeTrackOutput(track, options.output, kUnit, inputs);
+  return writeTrackOutput({track, options.output}, kUnit, inputs);
 }
 
 // One end as a point's number or a time; without one of both the track's own end stands.
@@ -109,7 +116,7 @@ int trimFile(const TrackOptions& options, std::span<TrackInput> inputs) {
     left = trimToTimes(input.track, from->time.value_or(kEarliest), to->time.value_or(kLatest));
   }
   if (!left) return fail("nothing of " + input.path + " lies between: no track was written");
-  return writeTrackOutput(input.track, options.output, kUnit, inputs);
+  return writeTrackOutput({input.track, options.output}, kUnit, inputs);
 }
 
 }  // namespace
@@ -129,7 +136,7 @@ int runTrack(const TrackOptions& options) {
       for (size_t i = 1; i < inputs.size(); ++i) join(track, inputs[i].track);
       break;
   }
-  return writeTrackOutput(track, options.output, kUnit, inputs);
+  return writeTrackOutput({track, options.output}, kUnit, inputs);
 }
 
 }  // namespace vgps

@@ -4,8 +4,11 @@
 #include <cstdio>
 #include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "cli/commands.h"
+#include "library/document_layout.h"
 #include "platform/files.h"
 #include "track/track_file.h"
 #include "track/whole_file.h"
@@ -13,7 +16,9 @@
 namespace vgps {
 namespace {
 
+// Of a file; whoever reads a pipe waits for its writer.
 std::optional<std::string> bytesOf(const std::string& path) {
+  if (fileKind(path) != FileKind::regular) return std::nullopt;
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(openFile(path, "rb"), std::fclose);
   if (file == nullptr) return std::nullopt;
   std::string bytes;
@@ -26,10 +31,17 @@ std::optional<std::string> bytesOf(const std::string& path) {
   return bytes;
 }
 
-// Everything of which some point has something.
-RecordingOptions optionsFor(const Track& track, int32_t speedUnit) {
+// What the files had of each point, and everything else of which some point has something.
+RecordingOptions optionsFor(const Track& track, int32_t speedUnit,
+                            std::span<const TrackInput> inputs) {
   RecordingOptions options;
   options.speedUnit = speedUnit;
+  for (const TrackInput& input : inputs) {
+    options.recordCell = options.recordCell || input.written.recordCell;
+    options.recordSpeed = options.recordSpeed || input.written.recordSpeed;
+    options.recordTime = options.recordTime || input.written.recordTime;
+    options.recordCourse = options.recordCourse || input.written.recordCourse;
+  }
   for (const TrackPoint& point : track.points) {
     options.recordCell = options.recordCell || point.c != 0;
     options.recordSpeed = options.recordSpeed || point.speedKnots != 0;
@@ -39,6 +51,11 @@ RecordingOptions optionsFor(const Track& track, int32_t speedUnit) {
   return options;
 }
 
+bool isInput(const std::string& path, std::span<const TrackInput> inputs) {
+  return std::any_of(inputs.begin(), inputs.end(),
+                     [&](const TrackInput& input) { return isSameFile(path, input.path); });
+}
+
 // The bytes decide, not the paths: one file can have many.
 bool isDamagedInput(const std::string& bytes, std::span<const TrackInput> inputs) {
   return std::any_of(inputs.begin(), inputs.end(), [&](const TrackInput& input) {
@@ -46,10 +63,20 @@ bool isDamagedInput(const std::string& bytes, std::span<const TrackInput> inputs
   });
 }
 
+// False when what is about to be overwritten is damaged and could not be kept.
+bool keepDamaged(const std::string& path, std::span<const TrackInput> inputs) {
+  const std::optional<std::string> before = bytesOf(path);
+  if (!before || !isDamagedInput(*before, inputs)) return true;
+  const std::string kept = keepAsBad(path, *before);
+  if (!kept.empty()) warn("the damaged file is kept as " + kept);
+  return !kept.empty();
+}
+
 }  // namespace
 
 bool readTrackInput(const std::string& path, int32_t speedUnit, TrackInput& input) {
   input.path = path;
+  if (const auto text = bytesOf(path)) input.written = writtenAs(*text);
   switch (loadTrackFile(path, speedUnit, input.track)) {
     case TrackLoading::whole: return true;
     case TrackLoading::damaged:
@@ -64,20 +91,44 @@ bool readTrackInput(const std::string& path, int32_t speedUnit, TrackInput& inpu
   return false;
 }
 
-int writeTrackOutput(const Track& track, const std::string& path, int32_t speedUnit,
-                     std::span<const TrackInput> inputs) {
-  const std::optional<std::string> before = bytesOf(path);
-  if (before && isDamagedInput(*before, inputs)) {
-    const std::string kept = keepAsBad(path, *before);
-    if (kept.empty()) {
-      return fail("cannot keep the damaged " + path + " as " + badPathOf(path) +
-                  ": nothing was written");
+int noPlaceForTrack(const std::string& path) {
+  return fail(path + " is a folder or a device, no file: nothing was written");
+}
+
+int writeTrackOutputs(std::span<const TrackOutput> outputs, int32_t speedUnit,
+                      std::span<const TrackInput> inputs) {
+  for (const TrackOutput& output : outputs) {
+    if (fileKind(output.path) == FileKind::other) return noPlaceForTrack(output.path);
+    if (!keepDamaged(output.path, inputs)) {
+      return fail("cannot keep the damaged " + output.path + " beside it: nothing was written");
     }
-    warn("the damaged file is kept as " + kept);
   }
-  const RecordingOptions options = optionsFor(track, speedUnit);
-  if (!writeTrackFile(track, path, options)) return fail("cannot write " + path);
+  // All are on the disk before the first takes its place, and those that replace an input come
+  // last: until then the whole track is there.
+  std::vector<std::pair<std::unique_ptr<OutputFile>, const TrackOutput*>> files;
+  for (const bool replacing : {false, true}) {
+    for (const TrackOutput& output : outputs) {
+      if (isInput(output.path, inputs) != replacing) continue;
+      auto file = std::make_unique<OutputFile>(output.path);
+      const RecordingOptions options = optionsFor(output.track, speedUnit, inputs);
+      if (!file->write(trackFileText(output.track, options)) || !file->flush()) {
+        return fail("cannot write " + output.path);
+      }
+      files.emplace_back(std::move(file), &output);
+    }
+  }
+  for (const auto& [file, output] : files) {
+    if (!file->finish()) {
+      return fail("cannot put the result in the place of " + output->path +
+                  ": another program may hold it");
+    }
+  }
   return 0;
+}
+
+int writeTrackOutput(const TrackOutput& output, int32_t speedUnit,
+                     std::span<const TrackInput> inputs) {
+  return writeTrackOutputs({&output, 1}, speedUnit, inputs);
 }
 
 }  // namespace vgps

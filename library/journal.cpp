@@ -43,7 +43,7 @@ Journal::Journal(JournalSettings settings) : settings_(std::move(settings)) {}
 JournalResult Journal::create(const std::string& path) {
   close();
   FileOpening opening{};
-  file_ = settings_.open(path, true, opening);
+  file_ = settings_.open(path, OpenMode::orCreate, opening);
   if (file_ == nullptr) return resultOf(opening);
   if (file_->size() > kJournalHeader) {  // less than that never held a point
     file_.reset();
@@ -59,7 +59,7 @@ JournalResult Journal::create(const std::string& path) {
 JournalResult Journal::recover(const std::string& path, RecoveredTrack& out) {
   close();
   FileOpening opening{};
-  file_ = settings_.open(path, false, opening);
+  file_ = settings_.open(path, OpenMode::existing, opening);
   if (file_ == nullptr) return resultOf(opening);
   std::vector<uint8_t> bytes(file_->size());
   bytes.resize(file_->readAt(0, bytes));

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "platform/files.h"
-#include "track/whole_file.h"
 
 namespace vgps {
 namespace {
@@ -69,49 +68,11 @@ bool readWholeFile(const std::string& path, std::string& out) {
   return file && fileStamp(path, stamp) && file.readAt(0, stamp.size, out);
 }
 
-OutputFile::OutputFile(std::string path, const ExclusiveOpener& open)
-    : path_(std::move(path)), beside_(path_ + ".new") {
-  FileOpening opening{};
-  file_ = open(beside_, true, opening);
-  good_ = file_ != nullptr && file_->cutAt(0);
-}
-
-OutputFile::~OutputFile() {
-  if (file_ != nullptr) file_->remove();
-}
-
-bool OutputFile::sendBuffer() {
-  const std::span bytes(reinterpret_cast<const uint8_t*>(buffer_.data()), buffer_.size());
-  good_ = good_ && file_->writeAt(written_ - buffer_.size(), bytes);
-  buffer_.clear();
-  return good_;
-}
-
-bool OutputFile::write(std::string_view bytes) {
-  buffer_ += bytes;
-  written_ += bytes.size();
-  return buffer_.size() < kBlock ? good_ : sendBuffer();
-}
-
-bool OutputFile::finish() {
-  if (!sendBuffer() || !file_->flush()) return good_ = false;
-  file_.reset();  // some systems do not rename what is open
-  // A program that looks through new files can hold one for a moment.
-  constexpr int kAttempts = 20;
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    if (replaceFile(beside_, path_)) return true;
-    if (!fileExists(beside_)) break;
-    std::this_thread::sleep_for(std::chrono::milliseconds(25));
-  }
-  removeFile(beside_);
-  return false;
-}
-
 LibraryLock::LibraryLock(const std::string& path, const LibraryDisk& disk) {
   const auto limit =
       std::chrono::steady_clock::now() + std::chrono::milliseconds(disk.waitForOthersMs);
   FileOpening opening{};
-  while ((file_ = disk.open(path, true, opening)) == nullptr) {
+  while ((file_ = disk.open(path, OpenMode::orCreate, opening)) == nullptr) {
     const bool wait = opening == FileOpening::inUse && std::chrono::steady_clock::now() < limit;
     if (!wait) break;
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
@@ -122,21 +83,6 @@ LibraryLock::LibraryLock(const std::string& path, const LibraryDisk& disk) {
 
 LibraryLock::~LibraryLock() {
   if (file_ != nullptr) file_->remove();
-}
-
-std::string copyAsBad(const std::string& path, const ExclusiveOpener& open) {
-  constexpr int kMost = 99;
-  std::string bad = badPathOf(path);
-  for (int number = 2; fileExists(bad); ++number) {
-    if (number > kMost) return {};
-    bad = withoutExtension(path) + "-" + std::to_string(number) + ".bad";
-  }
-  FileStamp stamp;
-  InputFile from(path);
-  if (!from || !fileStamp(path, stamp)) return {};
-  OutputFile to(bad, open);
-  const auto write = [&to](std::string_view bytes) { return to.write(bytes); };
-  return from.copy(0, stamp.size, write) && to.finish() ? bad : std::string();
 }
 
 }  // namespace vgps

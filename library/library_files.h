@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 
 #include "library/tag_reader.h"
 #include "library/track_store.h"
+#include "track/whole_file.h"
 
 // Files as a library reads and writes them: too long to be held in memory, and shared with other
 // programs.
@@ -39,29 +39,6 @@ class InputFile {
 
 bool readWholeFile(const std::string& path, std::string& out);
 
-// Writes a file beside its place, and gives it its name in the end: until then nothing has changed.
-class OutputFile {
- public:
-  OutputFile(std::string path, const ExclusiveOpener& open);
-  OutputFile(const OutputFile&) = delete;
-  OutputFile& operator=(const OutputFile&) = delete;
-  ~OutputFile();
-  bool write(std::string_view bytes);
-  uint64_t written() const { return written_; }
-  // Everything is on the disk and has its name. False when nothing has changed.
-  bool finish();
-
- private:
-  bool sendBuffer();
-
-  const std::string path_;
-  const std::string beside_;
-  std::unique_ptr<ExclusiveFile> file_;
-  std::string buffer_;
-  uint64_t written_ = 0;  // with the buffer
-  bool good_ = false;
-};
-
 // Held while a library is changed, so that two programs do not write over each other's change. The
 // system gives it free when its program ends.
 class LibraryLock {
@@ -77,9 +54,5 @@ class LibraryLock {
   std::unique_ptr<ExclusiveFile> file_;
   LibraryResult result_ = LibraryResult::notWritten;
 };
-
-// Copies a damaged file beside itself: "NAME.bad", or "NAME-2.bad" to "NAME-99.bad" where there are
-// earlier ones. The copy's path; empty when that failed.
-std::string copyAsBad(const std::string& path, const ExclusiveOpener& open);
 
 }  // namespace vgps

@@ -18,6 +18,12 @@ enum class FileOpening {
   refused,  // no permission, no room, or a folder of that name
 };
 
+enum class OpenMode {
+  existing,   // a missing file stays missing
+  orCreate,   // a missing file is made; one that is there keeps its bytes
+  createNew,  // a file that was not there, under no link: `inUse` when the name is taken
+};
+
 // Closing gives the file free again. Calls may come from any thread, one at a time.
 class ExclusiveFile {
  public:
@@ -34,12 +40,11 @@ class ExclusiveFile {
   virtual bool remove() = 0;
 };
 
-// With `create` a missing file is made; one that is there keeps its bytes. Null when not opened.
-// Chosen at link time.
-std::unique_ptr<ExclusiveFile> openExclusive(const std::string& path, bool create,
+// Null when not opened. Chosen at link time.
+std::unique_ptr<ExclusiveFile> openExclusive(const std::string& path, OpenMode mode,
                                              FileOpening& opening);
 
 using ExclusiveOpener =
-    std::function<std::unique_ptr<ExclusiveFile>(const std::string&, bool, FileOpening&)>;
+    std::function<std::unique_ptr<ExclusiveFile>(const std::string&, OpenMode, FileOpening&)>;
 
 }  // namespace vgps

@@ -27,6 +27,34 @@ bool fileExists(const std::string& path);
 // not even of a power cut, is there neither of the two. False when everything is as it was.
 bool replaceFile(const std::string& from, const std::string& to);
 
+// Whether the rename put the file there.
+enum class FilePlacing {
+  placed,
+  taken,    // a file, folder or link has the name: everything is as it was
+  refused,  // likewise, for another reason
+};
+
+// Gives `from` the name `to` of the same folder unless that is taken.
+FilePlacing placeFile(const std::string& from, const std::string& to);
+
+// What a path leads to, through all links.
+enum class FileKind {
+  none,     // nothing is there yet
+  regular,  // bytes on a disk
+  other,    // a folder, a device, a pipe; or nobody may look
+};
+FileKind fileKind(const std::string& path);
+
+// Where the bytes of `path` are, or would be: the path itself unless that is a link. Empty when
+// the links lead nowhere.
+std::string behindLinks(const std::string& path);
+
+// Whether two paths are one file, also one that is not there yet.
+bool isSameFile(const std::string& a, const std::string& b);
+
+// Lets those read and write `to` who may read and write `from`, as far as the system lets us.
+void copyPermissions(const std::string& from, const std::string& to);
+
 bool removeFile(const std::string& path);
 
 // By what a file is known to be the same as before.

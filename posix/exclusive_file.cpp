@@ -58,6 +58,7 @@ FileOpening openingOf(int error) {
   switch (error) {
     case ENOENT:
     case ENOTDIR: return FileOpening::missing;
+    case EEXIST:
     case EWOULDBLOCK: return FileOpening::inUse;
     default: return FileOpening::refused;
   }
@@ -72,12 +73,21 @@ bool isStillNamed(int fd, const std::string& path) {
          held.st_dev == named.st_dev && held.st_ino == named.st_ino;
 }
 
+int flagsOf(OpenMode mode) {
+  switch (mode) {
+    case OpenMode::existing: break;
+    case OpenMode::orCreate: return O_CREAT;
+    case OpenMode::createNew: return O_CREAT | O_EXCL;
+  }
+  return 0;
+}
+
 }  // namespace
 
-std::unique_ptr<ExclusiveFile> openExclusive(const std::string& path, bool create,
+std::unique_ptr<ExclusiveFile> openExclusive(const std::string& path, OpenMode mode,
                                              FileOpening& opening) {
   for (;;) {
-    const int fd = ::open(path.c_str(), O_RDWR | O_CLOEXEC | (create ? O_CREAT : 0), 0666);
+    const int fd = ::open(path.c_str(), O_RDWR | O_CLOEXEC | flagsOf(mode), 0666);
     if (fd < 0) {
       opening = openingOf(errno);
       return nullptr;

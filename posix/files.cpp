@@ -4,16 +4,21 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 
 namespace vgps {
 namespace {
 
+std::string folderOf(const std::string& path) {
+  const std::string folder = std::filesystem::path(path).parent_path().string();
+  return folder.empty() ? "." : folder;
+}
+
 // A new name is on the disk only when its folder is.
 void flushFolderOf(const std::string& path) {
-  const std::string folder = std::filesystem::path(path).parent_path().string();
-  const int fd = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const int fd = ::open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (fd < 0) return;  // a folder that may be written but not read: the system flushes it in time
   ::fsync(fd);
   ::close(fd);
@@ -51,6 +56,67 @@ bool replaceFile(const std::string& from, const std::string& to) {
   if (std::rename(from.c_str(), to.c_str()) != 0) return false;
   flushFolderOf(to);
   return true;
+}
+
+FilePlacing placeFile(const std::string& from, const std::string& to) {
+  int error = 0;
+  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) != 0) {
+    error = errno;
+  }
+  if (error == EINVAL || error == ENOSYS) {  // the file system does not know that kind of rename
+    error = ::link(from.c_str(), to.c_str()) == 0 ? 0 : errno;
+    if (error == 0) ::unlink(from.c_str());
+  }
+  if (error == 0) flushFolderOf(to);
+  if (error == 0) return FilePlacing::placed;
+  return error == EEXIST ? FilePlacing::taken : FilePlacing::refused;
+}
+
+FileKind fileKind(const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) == 0) {
+    return S_ISREG(status.st_mode) ? FileKind::regular : FileKind::other;
+  }
+  return errno == ENOENT ? FileKind::none : FileKind::other;
+}
+
+std::string behindLinks(const std::string& path) {
+  constexpr int kMostLinks = 40;  // as many as the system itself follows
+  std::string at = path;
+  for (int links = 0; links < kMostLinks; ++links) {
+    std::error_code error;
+    const std::filesystem::path to = std::filesystem::read_symlink(at, error);
+    if (error) return at;
+    at = (std::filesystem::path(at).parent_path() / to).string();
+  }
+  return {};
+}
+
+bool isSameFile(const std::string& a, const std::string& b) {
+  struct stat first {};
+  struct stat second {};
+  const bool hasFirst = ::stat(a.c_str(), &first) == 0;
+  const bool hasSecond = ::stat(b.c_str(), &second) == 0;
+  const auto same = [&] { return first.st_dev == second.st_dev && first.st_ino == second.st_ino; };
+  if (hasFirst || hasSecond) return hasFirst && hasSecond && same();
+  const std::filesystem::path nameOfA(behindLinks(a));
+  const std::filesystem::path nameOfB(behindLinks(b));
+  const std::string folderOfA = folderOf(nameOfA.string());
+  const std::string folderOfB = folderOf(nameOfB.string());
+  return nameOfA.filename() == nameOfB.filename() && ::stat(folderOfA.c_str(), &first) == 0 &&
+         ::stat(folderOfB.c_str(), &second) == 0 && same();
+}
+
+void copyPermissions(const std::string& from, const std::string& to) {
+  constexpr mode_t kReadWriteRun = 0777;
+  constexpr mode_t kWithoutGroup = 0707;
+  struct stat old {};
+  if (::stat(from.c_str(), &old) != 0) return;
+  // First the owner, then the mode. What cannot be given to its old group gives the new one
+  // nothing.
+  const bool given = ::lchown(to.c_str(), old.st_uid, old.st_gid) == 0;
+  const mode_t mode = old.st_mode & (given ? kReadWriteRun : kWithoutGroup);
+  if (::chmod(to.c_str(), mode) != 0) return;  // a file system without modes
 }
 
 bool removeFile(const std::string& path) { return ::unlink(path.c_str()) == 0; }

@@ -2,16 +2,11 @@
 
 #include <cstdio>
 
+#include "base/number.h"
 #include "platform/files.h"
 
 namespace vgps {
 namespace {
-
-bool isTaken(const std::string& path) {
-  std::FILE* const file = openFile(path, "rb");
-  if (file != nullptr) std::fclose(file);
-  return file != nullptr;
-}
 
 // The first free path of "NAME<between>NUMBER.XML" for the numbers given; number 0 has no suffix.
 std::string firstFree(std::string_view folder, std::string_view name, std::string_view between,
@@ -21,9 +16,22 @@ std::string firstFree(std::string_view folder, std::string_view name, std::strin
     std::string file = stem;
     if (number > 0) file.append(between).append(std::to_string(number));
     std::string path = pathIn(folder, file + ".XML");
-    if (!isTaken(path)) return path;
+    if (!fileExists(path)) return path;
   }
   return {};
+}
+
+// Windows gives these names to devices, in every folder and with any extension.
+bool isDevice(std::string_view name) {
+  std::string stem(name.substr(0, name.find('.')));
+  stem.erase(stem.find_last_not_of(' ') + 1);
+  for (char& c : stem) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  for (const char* device : {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"}) {
+    if (stem == device) return true;
+  }
+  constexpr size_t kNumbered = 4;
+  return stem.size() == kNumbered && isDigit(stem.back()) &&
+         (stem.starts_with("COM") || stem.starts_with("LPT"));
 }
 
 }  // namespace
@@ -42,7 +50,7 @@ std::string fileNameFrom(std::string_view name) {
     const auto byte = static_cast<unsigned char>(c);
     if (byte < 0x20 || std::string_view("<>:\"/\\|?*").find(c) != std::string_view::npos) c = '_';
   }
-  return file;
+  return isDevice(file) ? "_" + file : file;
 }
 
 std::string freeTrackPath(std::string_view folder, std::string_view name) {

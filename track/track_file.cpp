@@ -15,16 +15,18 @@ namespace {
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::string_view kLibraryRoot = "root";
 
-std::string fileText(const Track& track, const RecordingOptions& options) {
-  std::string text(kXmlDeclaration);
-  text += "\r\n";
-  text += trackText(track, options, {}, 0);
-  return text;
-}
-
-TrackSaving save(const std::string& path, std::string_view text, const ExclusiveOpener& open) {
-  if (path.empty()) return TrackSaving::noFreeName;
-  return writeWholeFile(path, text, open) ? TrackSaving::saved : TrackSaving::notWritten;
+// `freePath()` names a free one each time it is asked: another program may be quicker.
+template <class FreePath>
+TrackSaving save(FreePath freePath, std::string_view text, const ExclusiveOpener& open) {
+  for (;;) {
+    const std::string path = freePath();
+    if (path.empty()) return TrackSaving::noFreeName;
+    switch (writeFreeFile(path, text, open)) {
+      case FilePlacing::placed: return TrackSaving::saved;
+      case FilePlacing::refused: return TrackSaving::notWritten;
+      case FilePlacing::taken: break;
+    }
+  }
 }
 
 std::string fileStem(const std::string& path) {
@@ -82,18 +84,25 @@ bool putTagBack(const std::string& path, XmlDocument& document) {
 
 }  // namespace
 
+std::string trackFileText(const Track& track, const RecordingOptions& options) {
+  std::string text(kXmlDeclaration);
+  text += "\r\n";
+  text += trackText(track, options, {}, 0);
+  return text;
+}
+
 TrackSaving saveTrackFile(Track& track, const std::string& folder, const RecordingOptions& options,
                           const DateTime& local, const ExclusiveOpener& open) {
   if (track.name.empty()) track.name = trackNameFromTime(local);
-  const std::string path = freeTrackPath(folder, track.name);
-  const TrackSaving result = save(path, fileText(track, options), open);
+  const auto freePath = [&] { return freeTrackPath(folder, track.name); };
+  const TrackSaving result = save(freePath, trackFileText(track, options), open);
   if (result == TrackSaving::saved) dropWrittenAttachments(track);
   return result;
 }
 
 bool writeTrackFile(const Track& track, const std::string& path, const RecordingOptions& options,
                     const ExclusiveOpener& open) {
-  return writeWholeFile(path, fileText(track, options), open);
+  return writeWholeFile(path, trackFileText(track, options), open);
 }
 
 TrackSaving importTrackFile(XmlElement element, const std::string& folder,
@@ -103,7 +112,8 @@ TrackSaving importTrackFile(XmlElement element, const std::string& folder,
   document.SetRootElement(element);
   const XmlBuffer text = document.saveToMemory();
   if (!text) return TrackSaving::notWritten;
-  return save(freeImportPath(folder, name ? name.GetValue() : "Import"), text.view(), open);
+  const std::string wanted = name ? name.GetValue() : "Import";
+  return save([&] { return freeImportPath(folder, wanted); }, text.view(), open);
 }
 
 TrackLoading loadTrackFile(const std::string& path, int32_t speedUnit, Track& track) {
@@ -123,7 +133,15 @@ TrackLoading loadTrackFile(const std::string& path, int32_t speedUnit, Track& tr
   }
   const XmlElement element = findTrack(document.GetRootElement());
   if (!element) return TrackLoading::notATrack;
-  whole = readTrack(element, speedUnit, track) && whole;
+  Track read;
+  whole = readTrack(element, speedUnit, read) && whole;
+  // Any document can have such elements; with a point, or the right root, it was a track.
+  const bool named = document.GetRootElement().storedName() == "t";
+  if (!named && read.points.empty()) return TrackLoading::notATrack;
+  track.name = std::move(read.name);
+  track.points = std::move(read.points);
+  track.attachments = std::move(read.attachments);
+  track.pointNames = std::move(read.pointNames);
   if (track.name.empty()) track.name = fileStem(path);
   whole = whole && isComplete(path, element);
   return whole ? TrackLoading::whole : TrackLoading::damaged;

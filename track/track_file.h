@@ -23,6 +23,9 @@ enum class TrackSaving {
 TrackSaving saveTrackFile(Track& track, const std::string& folder, const RecordingOptions& options,
                           const DateTime& local, const ExclusiveOpener& open = openExclusive);
 
+// A track as a file of its own.
+std::string trackFileText(const Track& track, const RecordingOptions& options);
+
 // Writes the track to that path, in place of what is there. False when the disk did not take it;
 // then nothing has changed.
 bool writeTrackFile(const Track& track, const std::string& path, const RecordingOptions& options,

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <string>
 #include <string_view>
@@ -46,12 +47,19 @@ bool readTime(std::string_view text, DateTime& time) {
   const auto field = [text](size_t at, size_t length) {
     return static_cast<uint16_t>(leadingInt(text.substr(at, length)));
   };
-  time = {.year = field(6, 4),
-          .month = field(3, 2),
-          .day = field(0, 2),
-          .hour = field(11, 2),
-          .minute = field(14, 2),
-          .second = field(17, 2)};
+  const DateTime read = {.year = field(6, 4),
+                         .month = field(3, 2),
+                         .day = field(0, 2),
+                         .hour = field(11, 2),
+                         .minute = field(14, 2),
+                         .second = field(17, 2)};
+  const std::chrono::year_month_day date{
+      std::chrono::year(read.year), std::chrono::month(read.month), std::chrono::day(read.day)};
+  const bool possible =
+      date.ok() && read.year > 0 && read.hour < 24 && read.minute < 60 && read.second < 60;
+  // All zeroes stand for a point that had no time.
+  if (!possible && read != DateTime{}) return false;
+  time = read;
   return true;
 }
 

@@ -20,7 +20,7 @@
 //   </t>
 //
 // s and m stand where they are not 0, n where the point has a name, c, spd, time (local) and br
-// where the options say so. Points without a position are left out.
+// where the options say so, time where the point has one. Points without a position are left out.
 namespace vgps {
 
 // Greater numbers are written as 0 and taken for damage: no value of a track is near it.

@@ -1,25 +1,175 @@
 #include "track/whole_file.h"
 
+#include <atomic>
+#include <chrono>
+#include <cstdio>
 #include <span>
-
-#include "platform/files.h"
+#include <thread>
+#include <vector>
 
 namespace vgps {
+namespace {
+
+constexpr size_t kBlock = size_t{1} << 20;
+
+using FileHandle = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+// "vgps-0123456789abcdef.new", beside the file: short, so that it fits wherever a name does.
+// Programs that start at the same moment lie at different places in memory; should a name be taken
+// all the same, the next one is another.
+std::string nameBeside(const std::string& path) {
+  static std::atomic<uint64_t> count = 0;
+  const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
+  const uint64_t number =
+      static_cast<uint64_t>(now) ^ reinterpret_cast<uintptr_t>(&count) << 20 ^ ++count << 56;
+  char name[40];
+  std::snprintf(name, sizeof name, "vgps-%08x%08x.new", static_cast<unsigned>(number >> 32),
+                static_cast<unsigned>(number & 0xFFFFFFFF));
+  return path.substr(0, path.find_last_of("/\\") + 1) + name;
+}
+
+// A program that looks through new files can hold one for a moment, and then it has no other name.
+template <class Place>
+FilePlacing placePatiently(const std::string& from, Place place) {
+  constexpr int kAttempts = 20;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    const FilePlacing result = place();
+    if (result != FilePlacing::refused || !fileExists(from)) return result;
+    std::this_thread::sleep_for(std::chrono::milliseconds(25));
+  }
+  return FilePlacing::refused;
+}
+
+// Reads a file block by block. False when it cannot be read to its end.
+template <class Use>
+bool readBlocks(const std::string& path, Use use) {
+  const FileHandle file(openFile(path, "rb"), std::fclose);
+  if (file == nullptr) return false;
+  std::vector<char> block(kBlock);
+  for (size_t got = block.size(); got == block.size();) {
+    got = std::fread(block.data(), 1, block.size(), file.get());
+    if (got > 0 && !use(std::string_view(block.data(), got))) return false;
+  }
+  return std::ferror(file.get()) == 0;
+}
+
+bool hasBytes(const std::string& path, std::string_view bytes) {
+  const bool equal = readBlocks(path, [&bytes](std::string_view block) {
+    if (!bytes.starts_with(block)) return false;
+    bytes.remove_prefix(block.size());
+    return true;
+  });
+  return equal && bytes.empty();
+}
+
+bool hasBytesOf(const std::string& path, const std::string& other) {
+  const FileHandle file(openFile(other, "rb"), std::fclose);
+  if (file == nullptr) return false;
+  std::vector<char> mine(kBlock);
+  const bool equal = readBlocks(path, [&](std::string_view block) {
+    const size_t got = std::fread(mine.data(), 1, block.size(), file.get());
+    return block == std::string_view(mine.data(), got);
+  });
+  return equal && std::fgetc(file.get()) == EOF && std::ferror(file.get()) == 0;
+}
+
+// Goes through the names for a damaged file until one is it. `isCopy` says whether a file that is
+// there is a copy already, `place` puts it under a free name.
+template <class IsCopy, class Place>
+std::string firstBadPath(const std::string& path, IsCopy isCopy, Place place) {
+  constexpr int kMost = 99;
+  for (int number = 1; number <= kMost; ++number) {
+    const std::string suffix = number == 1 ? "" : "-" + std::to_string(number);
+    const std::string bad = withoutExtension(path) + suffix + ".bad";
+    if (fileExists(bad)) {
+      const bool another = fileKind(bad) == FileKind::regular && !isSameFile(bad, path);
+      if (another && isCopy(bad)) return bad;
+      continue;
+    }
+    const FilePlacing result = place(bad);
+    if (result == FilePlacing::placed) return bad;
+    if (result == FilePlacing::refused) return {};
+  }
+  return {};
+}
+
+}  // namespace
+
+OutputFile::OutputFile(const std::string& path, const ExclusiveOpener& open)
+    : path_(behindLinks(path)) {
+  if (path_.empty() || fileKind(path_) == FileKind::other) return;
+  constexpr int kAttempts = 10;
+  FileOpening opening = FileOpening::inUse;
+  for (int i = 0; i < kAttempts && opening == FileOpening::inUse; ++i) {
+    beside_ = nameBeside(path_);
+    file_ = open(beside_, OpenMode::createNew, opening);
+  }
+  good_ = file_ != nullptr;
+  if (good_ && fileKind(path_) == FileKind::regular) copyPermissions(path_, beside_);
+}
+
+OutputFile::~OutputFile() {
+  if (file_ != nullptr) {
+    file_->remove();
+  } else if (good_) {
+    removeFile(beside_);
+  }
+}
+
+bool OutputFile::send(std::string_view bytes) {
+  const std::span data(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
+  good_ = good_ && file_->writeAt(sent_, data);
+  sent_ += bytes.size();
+  return good_;
+}
+
+bool OutputFile::write(std::string_view bytes) {
+  written_ += bytes.size();
+  if (buffer_.size() + bytes.size() < kBlock) {
+    buffer_ += bytes;
+    return good_;
+  }
+  send(buffer_);
+  buffer_.clear();
+  return send(bytes);
+}
+
+bool OutputFile::flush() {
+  if (!good_ || file_ == nullptr) return good_;
+  send(buffer_);
+  buffer_.clear();
+  good_ = good_ && file_->flush();
+  if (good_) file_.reset();  // some systems do not rename what is open
+  return good_;
+}
+
+bool OutputFile::finish() {
+  if (!flush() || fileKind(path_) == FileKind::other) return false;
+  const auto place = [this] {
+    return replaceFile(beside_, path_) ? FilePlacing::placed : FilePlacing::refused;
+  };
+  if (placePatiently(beside_, place) != FilePlacing::placed) return false;
+  good_ = false;  // nothing is left beside
+  return true;
+}
+
+FilePlacing OutputFile::finishAs(const std::string& freePath) {
+  if (!flush()) return FilePlacing::refused;
+  const FilePlacing result = placePatiently(beside_, [&] { return placeFile(beside_, freePath); });
+  if (result == FilePlacing::placed) good_ = false;
+  return result;
+}
 
 bool writeWholeFile(const std::string& path, std::string_view text, const ExclusiveOpener& open) {
-  const std::string beside = path + ".new";
-  FileOpening opening{};
-  auto file = open(beside, true, opening);
-  if (file == nullptr) return false;
-  const std::span bytes(reinterpret_cast<const uint8_t*>(text.data()), text.size());
-  if (!file->cutAt(0) || !file->writeAt(0, bytes) || !file->flush()) {
-    file->remove();
-    return false;
-  }
-  file.reset();
-  if (replaceFile(beside, path)) return true;
-  removeFile(beside);
-  return false;
+  OutputFile file(path, open);
+  return file.write(text) && file.finish();
+}
+
+FilePlacing writeFreeFile(const std::string& path, std::string_view text,
+                          const ExclusiveOpener& open) {
+  if (fileExists(path)) return FilePlacing::taken;
+  OutputFile file(path, open);
+  return file.write(text) ? file.finishAs(path) : FilePlacing::refused;
 }
 
 std::string withoutExtension(const std::string& path) {
@@ -29,9 +179,27 @@ std::string withoutExtension(const std::string& path) {
 
 std::string badPathOf(const std::string& path) { return withoutExtension(path) + ".bad"; }
 
-std::string keepAsBad(const std::string& path, std::string_view bytes) {
-  const std::string badPath = badPathOf(path);
-  return writeWholeFile(badPath, bytes) ? badPath : std::string();
+std::string keepAsBad(const std::string& path, std::string_view bytes,
+                      const ExclusiveOpener& open) {
+  return firstBadPath(
+      path, [&](const std::string& bad) { return hasBytes(bad, bytes); },
+      [&](const std::string& bad) { return writeFreeFile(bad, bytes, open); });
+}
+
+std::string copyAsBad(const std::string& path, const ExclusiveOpener& open) {
+  return firstBadPath(
+      path, [&](const std::string& bad) { return hasBytesOf(bad, path); },
+      [&](const std::string& bad) {
+        OutputFile copy(bad, open);
+        const bool read = readBlocks(path, [&](std::string_view b) { return copy.write(b); });
+        return read ? copy.finishAs(bad) : FilePlacing::refused;
+      });
+}
+
+std::string moveAsBad(const std::string& path) {
+  return firstBadPath(
+      path, [](const std::string&) { return false; },
+      [&](const std::string& bad) { return placeFile(path, bad); });
 }
 
 }  // namespace vgps

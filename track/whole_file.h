@@ -1,24 +1,68 @@
 #pragma once
 
+#include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "platform/exclusive_file.h"
+#include "platform/files.h"
 
 // Files that are written anew as a whole, and what happens to damaged ones.
 namespace vgps {
 
-// Writes the file beside its place, flushes it and gives it its name: at no moment is there a
-// half-written file of that name. False when the disk did not take it; then nothing has changed.
+// Writes a file beside its place, under a name that nothing else has, and gives it its own name in
+// the end: at no moment is there a half-written file of that name, and until then nothing has
+// changed. Behind a link it is the file it leads to that becomes another one. What is no regular
+// file (a device, a pipe, a folder) is never replaced.
+class OutputFile {
+ public:
+  explicit OutputFile(const std::string& path, const ExclusiveOpener& open = openExclusive);
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  ~OutputFile();
+
+  bool write(std::string_view bytes);
+  uint64_t written() const { return written_; }
+
+  // Everything is on the disk, though not yet in its place.
+  bool flush();
+  // Puts the file into its place, over what is there. False when nothing has changed.
+  bool finish();
+  // Gives it another name of the same folder, unless that is taken: then it may be tried again.
+  FilePlacing finishAs(const std::string& freePath);
+
+ private:
+  bool send(std::string_view bytes);
+
+  std::string path_;    // behind all links
+  std::string beside_;  // while it has no better name
+  std::unique_ptr<ExclusiveFile> file_;
+  std::string buffer_;
+  uint64_t sent_ = 0;     // bytes
+  uint64_t written_ = 0;  // with the buffer
+  bool good_ = false;
+};
+
+// False when the disk did not take it; then nothing has changed.
 bool writeWholeFile(const std::string& path, std::string_view text,
                     const ExclusiveOpener& open = openExclusive);
+
+// Writes a file under a name that was free: `taken` when something has it. Nothing is ever
+// replaced.
+FilePlacing writeFreeFile(const std::string& path, std::string_view text,
+                          const ExclusiveOpener& open = openExclusive);
 
 // `path` with ".bad" in place of its extension.
 std::string badPathOf(const std::string& path);
 
-// Keeps the bytes of a damaged file beside it. The copy's path; empty when the disk did not take
-// it.
-std::string keepAsBad(const std::string& path, std::string_view bytes);
+// Keep a damaged file beside itself, flushed: as "NAME.bad", or "NAME-2.bad" to "NAME-99.bad" where
+// other files have the names before. A copy that is there already is enough. Its path; empty when
+// that failed. The first two leave the damaged file where it is, the third takes its name away.
+std::string keepAsBad(const std::string& path, std::string_view bytes,
+                      const ExclusiveOpener& open = openExclusive);
+std::string copyAsBad(const std::string& path, const ExclusiveOpener& open = openExclusive);
+std::string moveAsBad(const std::string& path);
 
 std::string withoutExtension(const std::string& path);
 

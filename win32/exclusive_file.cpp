@@ -82,20 +82,31 @@ FileOpening openingOf(DWORD error) {
   switch (error) {
     case ERROR_FILE_NOT_FOUND:
     case ERROR_PATH_NOT_FOUND: return FileOpening::missing;
+    case ERROR_FILE_EXISTS:
+    case ERROR_ALREADY_EXISTS:
     case ERROR_SHARING_VIOLATION:
     case ERROR_LOCK_VIOLATION: return FileOpening::inUse;
     default: return FileOpening::refused;
   }
 }
 
+DWORD dispositionOf(OpenMode mode) {
+  switch (mode) {
+    case OpenMode::existing: break;
+    case OpenMode::orCreate: return OPEN_ALWAYS;
+    case OpenMode::createNew: return CREATE_NEW;
+  }
+  return OPEN_EXISTING;
+}
+
 }  // namespace
 
-std::unique_ptr<ExclusiveFile> openExclusive(const std::string& path, bool create,
+std::unique_ptr<ExclusiveFile> openExclusive(const std::string& path, OpenMode mode,
                                              FileOpening& opening) {
   constexpr DWORD kNotShared = 0;
   Handle handle(CreateFileW(wideFromUtf8(path).c_str(), GENERIC_READ | GENERIC_WRITE | DELETE,
-                            kNotShared, nullptr, create ? OPEN_ALWAYS : OPEN_EXISTING,
-                            FILE_ATTRIBUTE_NORMAL, nullptr));
+                            kNotShared, nullptr, dispositionOf(mode), FILE_ATTRIBUTE_NORMAL,
+                            nullptr));
   if (!handle.isValid()) {
     opening = openingOf(GetLastError());
     return nullptr;

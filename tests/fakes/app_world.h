@@ -108,10 +108,10 @@ struct AppWorld {
                           if (installerExists) installed.push_back(argument);
                           return installerExists;
                         },
-                        {.open = [this](const std::string& path, bool create,
+                        {.open = [this](const std::string& path, OpenMode mode,
                                         FileOpening& opening) -> std::unique_ptr<ExclusiveFile> {
                           if (!diskWorks) opening = FileOpening::refused;
-                          return diskWorks ? openExclusive(path, create, opening) : nullptr;
+                          return diskWorks ? openExclusive(path, mode, opening) : nullptr;
                         }}}};
 };
 

@@ -56,13 +56,13 @@ class DyingDisk {
   explicit DyingDisk(int steps) : left_(std::make_shared<int>(steps)) {}
 
   LibraryDisk disk() const {
-    return {.open = [left = left_](const std::string& path, bool create,
+    return {.open = [left = left_](const std::string& path, OpenMode mode,
                                    FileOpening& opening) -> std::unique_ptr<ExclusiveFile> {
               if (!step(*left)) {
                 opening = FileOpening::refused;
                 return nullptr;
               }
-              auto file = openExclusive(path, create, opening);
+              auto file = openExclusive(path, mode, opening);
               if (file == nullptr) return nullptr;
               return std::make_unique<File>(std::move(file), left);
             },

@@ -19,8 +19,8 @@ struct MemoryDisk {
   };
 
   ExclusiveOpener opener() {
-    return [this](const std::string& path, bool create, FileOpening& opening) {
-      return open(path, create, opening);
+    return [this](const std::string& path, OpenMode mode, FileOpening& opening) {
+      return open(path, mode, opening);
     };
   }
 
@@ -42,7 +42,7 @@ struct MemoryDisk {
 
  private:
   class File;
-  std::unique_ptr<ExclusiveFile> open(const std::string& path, bool create, FileOpening& opening);
+  std::unique_ptr<ExclusiveFile> open(const std::string& path, OpenMode mode, FileOpening& opening);
 };
 
 class MemoryDisk::File : public ExclusiveFile {
@@ -82,10 +82,14 @@ class MemoryDisk::File : public ExclusiveFile {
   std::shared_ptr<Entry> entry_;
 };
 
-inline std::unique_ptr<ExclusiveFile> MemoryDisk::open(const std::string& path, bool create,
+inline std::unique_ptr<ExclusiveFile> MemoryDisk::open(const std::string& path, OpenMode mode,
                                                        FileOpening& opening) {
   auto found = files.find(path);
-  if (found == files.end() && create) found = files.emplace(path, std::make_shared<Entry>()).first;
+  if (found != files.end() && mode == OpenMode::createNew) {
+    opening = FileOpening::inUse;
+    return nullptr;
+  }
+  if (found == files.end() && mode != OpenMode::existing) found = files.emplace(path, std::make_shared<Entry>()).first;
   opening = FileOpening::missing;
   if (found == files.end()) return nullptr;
   opening = FileOpening::inUse;

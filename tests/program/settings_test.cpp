@@ -132,6 +132,10 @@ TEST_F(SettingsCommand, WhatCannotBeDoneIsOneLineAndTouchesNothing) {
       {{"set", "cfg\\vgps", "sxv", "2147483648"}, "vgps.xml"},
       {{"set", "cfg\\vgps", "dam", "yes"}, "vgps.xml"},
       {{"set", "cfg\\vgps", "mzs", "1,5"}, "vgps.xml"},
+      {{"set", "cfg\\vgps", "mzs", std::string(400, '9')}, "vgps.xml"},
+      {{"set", "cfg\\vgps", "mzs", std::string(40, '9')}, "vgps.xml"},
+      {{"set", "cfg\\vgps", "lgn", "7"}, "vgps.xml"},
+      {{"set", "cfg\\vgps", "lgn", "-1"}, "vgps.xml"},
       {{"set", "cfg\\cc", "c1", "-1"}, "vgps.xml"},
       {{"set", "cfg\\cc", "c1", "16777216"}, "vgps.xml"},
       {{"set", "cfg\\vgps", "sxv"}, "vgps.xml"},
@@ -190,12 +194,60 @@ TEST_F(SettingsCommand, ADamagedFileIsKeptBeforeItIsFirstOverwritten) {
   EXPECT_EQ(read("vgps.bad"), damaged);
   EXPECT_EQ(settings({"set", "cfg\\gps", "speed", "1200"}).errors, "");
   EXPECT_EQ(read("vgps.bad"), damaged) << "a file that can be read is not copied";
+  // Another one does not take its place.
+  write("vgps.xml", "another\n");
+  EXPECT_EQ(settings({"set", "cfg\\gps", "speed", "4800"}).status, 0);
+  EXPECT_EQ(read("vgps.bad"), damaged);
+  EXPECT_EQ(read("vgps-2.bad"), "another\n");
   // Where it cannot be kept it is not overwritten.
   fs::remove(path("vgps.bad"));
   fs::create_directory(path("vgps.bad"));
-  write("vgps.xml", damaged);
-  EXPECT_EQ(settings({"set", "cfg\\gps", "speed", "4800"}).status, 1);
-  EXPECT_EQ(read("vgps.xml"), damaged);
+  for (int i = 2; i <= 99; ++i) fs::create_directory(path("full-" + std::to_string(i) + ".bad"));
+  fs::create_directory(path("full.bad"));
+  write("full.xml", damaged);
+  EXPECT_EQ(settings({"set", "cfg\\gps", "speed", "4800"}, "full.xml").status, 1);
+  EXPECT_EQ(read("full.xml"), damaged);
+}
+
+TEST_F(SettingsCommand, WhatIsNoDocumentOfSettingsIsKept) {
+  using std::string_literals::operator""s;
+  const struct {
+    const char* name;
+    std::string bytes;
+    const char* copy;  // empty: these are settings
+  } rows[] = {
+      {"program.xml",
+       "\x7F"
+       "ELF\0\0<root a=\"1\"/>\0"s,
+       "program.bad"},
+      {"other.xml", "<config a=\"1\"/>", "other.bad"},
+      {"damaged.bad", "no element", "damaged-2.bad"},
+      {"mine.xml", "<root a=\"1\"/>", ""},
+      {"wide.xml", "\xFF\xFE<\0r\0o\0o\0t\0/\0>\0"s, ""},
+  };
+  for (const auto& row : rows) {
+    write(row.name, row.bytes);
+    EXPECT_EQ(settings({"set", "cfg\\gps", "speed", "4800"}, row.name).status, 0) << row.name;
+    EXPECT_EQ(settings({"get", "cfg\\gps", "speed"}, row.name).output, "4800\n") << row.name;
+    if (row.copy[0] != 0) {
+      EXPECT_EQ(read(row.copy), row.bytes) << row.name;
+    }
+  }
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder_), {}), 8);
+}
+
+TEST_F(SettingsCommand, WhatCannotBeReadIsNotCalledDamaged) {
+  fs::create_directory(path("folder.xml"));
+  const std::string complaint = "vgps: cannot read " + path("folder.xml") + "\n";
+  for (const auto& words : std::vector<std::vector<std::string>>{
+           {"list"}, {"get", "cfg\\gps", "speed"}, {"set", "cfg\\gps", "speed", "1"}}) {
+    const Finished run = settings(words, "folder.xml");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.errors, complaint);
+  }
+  const Finished run = runProgram({"settings", "--file", "", "list"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_NE(run.errors.find("an empty name is no file's name"), std::string::npos) << run.errors;
 }
 
 }  // namespace

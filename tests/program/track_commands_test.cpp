@@ -1,9 +1,12 @@
 // `vgps record`, `info`, `track` and `geo`.
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <sstream>
 
 #include "tests/posix/pty.h"
+#include "tests/program/file_world.h"
 #include "tests/program/program.h"
 
 namespace vgps {
@@ -110,6 +113,8 @@ TEST_F(TrackCommands, NothingIsWrittenOfNothing) {
   const std::string log = sourcePath("tests/logs/ride.nmea");
   const std::string empty = sourcePath("tests/logs/empty.nmea");
   const std::string nowhere = write("nowhere", "$GPGGA,101500,0,N,0,E,1,08,0.9,545,M,46.9,M,,\r\n");
+  const std::string settings = write("settings.xml", "<root/>");
+  std::filesystem::create_symlink("nowhere", path("link"));
   const struct {
     Words words;
     std::string says;
@@ -125,21 +130,30 @@ TEST_F(TrackCommands, NothingIsWrittenOfNothing) {
       {{"record", "--replay", nowhere, "-o", nowhere},
        "the track cannot take the place of its log"},
       {{"record", "-o", out}, "--replay is required"},
+      {{"record", "--replay", nowhere, "-o", path("./nowhere")}, "place of its log"},
+      {{"record", "--replay", path("link"), "-o", nowhere}, "place of its log"},
+      {{"record", "--replay", log, "-o", settings, "--settings", path("./settings.xml")},
+       "place of its settings"},
+      {{"record", "--replay", log, "-o", ""}, "an empty name is no file's name"},
+      {{"record", "--replay", log, "-o", folder_.string()}, "is a folder or a device"},
   };
   for (const auto& row : rows) {
     const std::string error = oneLineError(row.words);
     EXPECT_NE(error.find(row.says), std::string::npos) << error;
   }
-  EXPECT_EQ(names(), Words{"nowhere"});
+  EXPECT_EQ(names(), (Words{"link", "nowhere", "settings.xml"}));
+  EXPECT_EQ(bytesOf(settings), "<root/>");
 }
 
 TEST_F(TrackCommands, AFullDiskLeavesTheOldTrack) {
-  if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "this system has no /dev/full";
   const std::string old = writeTrack("old.XML", "abc");
-  // What is written beside the track goes to a disk without room.
-  std::filesystem::create_symlink("/dev/full", old + ".new");
-  EXPECT_EQ(oneLineError({"track", "reverse", old, "-o", old}), "vgps: cannot write " + old + "\n");
+  {
+    const FileSizeLimit full(100);
+    EXPECT_EQ(oneLineError({"track", "reverse", old, "-o", old}),
+              "vgps: cannot write " + old + "\n");
+  }
   EXPECT_EQ(letters("old.XML"), "abc");
+  EXPECT_EQ(names(), Words{"old.XML"});
 }
 
 TEST_F(TrackCommands, InfoAsJson) {
@@ -237,9 +251,46 @@ TEST_F(TrackCommands, ADamagedFileIsToldAndKept) {
   EXPECT_EQ(letters("cut.XML"), "dcba");
 }
 
+TEST_F(TrackCommands, ADamagedFileNamedLikeACopyIsKeptToo) {
+  const std::string cut = writeTrack("q.bad", "abcd", "\t<p x=\"11.5\" y=");
+  const std::string bytes = bytesOf(cut);
+  EXPECT_EQ(runProgram({"track", "reverse", cut, "-o", cut}).status, 0);
+  EXPECT_EQ(letters("q.bad"), "dcba");
+  EXPECT_EQ(bytesOf(path("q-2.bad")), bytes);
+}
+
+TEST_F(TrackCommands, BothPartsOfASplitMayReplaceTheWhole) {
+  const std::string a = writeTrack("a.XML", "abcd");
+  expectDone({"track", "split", a, "--at", "2", "-o", path("1.XML"), "--second", a});
+  EXPECT_EQ(letters("1.XML") + "|" + letters("a.XML"), "a|bcd");
+  expectDone({"track", "split", a, "--at", "2", "-o", a, "--second", path("2.XML")});
+  EXPECT_EQ(letters("a.XML") + "|" + letters("2.XML"), "b|cd");
+}
+
+TEST_F(TrackCommands, EditingNeitherInventsNorDropsAttributes) {
+  const struct {
+    const char* points;
+    const char* reversed;
+  } rows[] = {
+      {R"(<p x="1" y="2" c="0" spd="0.00" br="0.0"/>)",
+       R"(<p x="1.000000" y="2.000000" z="0.000000" c="0" spd="0.00" br="0.0"/>)"},
+      {R"(<p x="1" y="2"/>)", R"(<p x="1.000000" y="2.000000" z="0.000000"/>)"},
+      {R"(<p x="3" y="4" time="05-07-2010 09:00:00"/><p x="1" y="2"/>)",
+       R"(<p x="1.000000" y="2.000000" z="0.000000"/>)"},
+  };
+  for (const auto& row : rows) {
+    const std::string file = write("a.XML", std::string("<t>") + row.points + "</t>");
+    expectDone({"track", "reverse", file, "-o", file});
+    EXPECT_NE(bytesOf(file).find(std::string("<t>\r\n\t") + row.reversed), std::string::npos)
+        << bytesOf(file);
+  }
+}
+
 TEST_F(TrackCommands, WhatCannotBeDone) {
   const std::string a = writeTrack("a.XML", "abc");
   const std::string gpx = write("a.gpx", "<gpx/>");
+  const std::string html = write("a.html", "<html><body><p>Good day</p></body></html>");
+  ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
   const std::string library = write("tracks.xml", "<root><tracks><t n=\"A\"/></tracks></root>");
   const std::string out = path("out.XML");
   const struct {
@@ -260,6 +311,17 @@ TEST_F(TrackCommands, WhatCannotBeDone) {
       {{"track", "trim", a, "-o", out, "--from", "2011-01-01 00:00"}, "lies between"},
       {{"track", "trim", a, "-o", out, "--to", "noon"}, "noon is neither a point's number nor"},
       {{"track", "thin", a, "-o", out, "--metres", "-3"}, "-3 is no number above 0"},
+      {{"track", "split", a, "--at", "2", "-o", path("./out.XML"), "--second", out}, "two files"},
+      {{"track", "split", a, "--at", "2", "-o", path("no/x"), "--second", a}, "cannot write"},
+      {{"track", "split", a, "--at", "2", "-o", path("pipe"), "--second", a}, "is a folder or a"},
+      {{"track", "reverse", a, "-o", path("pipe")}, "is a folder or a device"},
+      {{"track", "reverse", a, "-o", ""}, "an empty name is no file's name"},
+      {{"xml", a, "-o", ""}, "an empty name is no file's name"},
+      {{"track", "thin", a, "-o", out, "--metres", "0.5"}, "a whole number from 1 to 1000000"},
+      {{"track", "thin", a, "-o", out, "--metres", "1e300"}, "a whole number from 1 to 1000000"},
+      {{"track", "thin", a, "-o", out, "--metres", "3000000000"}, "a whole number from 1"},
+      {{"track", "thin", a, "-o", out, "--angle", "1e300"}, "degrees up to 180"},
+      {{"track", "reverse", html, "-o", html}, html + " is no track file"},
       {{"track", "reverse", a}, "-o is required"},
       {{"track"}, "vgps track --help"},
   };
@@ -267,7 +329,8 @@ TEST_F(TrackCommands, WhatCannotBeDone) {
     const std::string error = oneLineError(row.words);
     EXPECT_NE(error.find(row.says), std::string::npos) << error;
   }
-  EXPECT_EQ(names(), (Words{"a.XML", "a.gpx", "tracks.xml"}));
+  EXPECT_EQ(names(), (Words{"a.XML", "a.gpx", "a.html", "pipe", "tracks.xml"}));
+  EXPECT_EQ(letters("a.XML"), "abc");
 }
 
 TEST(GeoCommands, AnswersAndComplaints) {

@@ -209,14 +209,6 @@ TEST_F(TrackFiles, WhateverTheDiskRefusesTheOldFileStays) {
     EXPECT_EQ(importTrackFile(element, folder_, disk.opener()), TrackSaving::notWritten);
   }
   EXPECT_EQ(fileText(path_), old);
-  // Another program is saving there; then it was killed while it did.
-  FileOpening opening{};
-  std::unique_ptr<ExclusiveFile> other = openExclusive(path_ + ".new", true, opening);
-  const std::vector<uint8_t> rest(old.size() * 4, 'x');
-  ASSERT_TRUE(other && other->writeAt(0, rest));
-  EXPECT_FALSE(writeTrackFile(track_, path_, {}));
-  EXPECT_EQ(fileText(path_), old);
-  other.reset();
   EXPECT_TRUE(writeTrackFile(track_, path_, {}));
   EXPECT_EQ(loadTrackFile(path_, 0, track_), TrackLoading::whole);
   EXPECT_EQ(track_.points.size(), 2U);
@@ -288,6 +280,13 @@ TEST_F(TrackFiles, DamagedFilesGiveTheirGoodPart) {
       {"height without end", "<t>" + p + "<p x=\"1\" y=\"2\" z=\"1e999\"/></t>",
        TrackLoading::damaged, 2},
       {"bad time", "<t><p x=\"1\" y=\"2\" time=\"5-7-2010 9:3:4\"/></t>", TrackLoading::damaged, 1},
+      {"no such day", "<t><p x=\"1\" y=\"2\" time=\"31-02-2026 01:00:00\"/></t>",
+       TrackLoading::damaged, 1},
+      {"no such hour", "<t><p x=\"1\" y=\"2\" time=\"03-02-2026 25:61:61\"/></t>",
+       TrackLoading::damaged, 1},
+      {"no time", "<t><p x=\"1\" y=\"2\" time=\"00-00-0000 00:00:00\"/></t>", TrackLoading::whole,
+       1},
+      {"a page", "<html><p>Good day</p><p>x</p></html>", TrackLoading::notATrack, 9},
       {"bad mark", "<t><p x=\"1\" y=\"2\" m=\"4294967296\"/></t>", TrackLoading::damaged, 1},
       {"another element", "<t>" + p + "<q x=\"1\" y=\"2\"/></t>", TrackLoading::damaged, 1},
       {"a point left open", "<t>" + p + "<p x=\"1\" y=\"2\">" + p + p + "</t>",
@@ -337,7 +336,54 @@ TEST_F(TrackFiles, WholeFilesAndBadOnes) {
   EXPECT_EQ(names(), (std::vector<std::string>{"Ride.XML", "Ride.bad"}));
   EXPECT_EQ(badPathOf("a.b/c"), "a.b/c.bad");
   EXPECT_FALSE(writeWholeFile(folder_, "a folder has that name"));
-  EXPECT_FALSE(fileExists(folder_ + ".new"));
+}
+
+TEST_F(TrackFiles, NothingButTheNamedFileIsReplaced) {
+  // What lies around, also of a killed program, and what other writers have begun.
+  const std::string neighbour = path_ + ".new";
+  std::ofstream(neighbour) << "another file of the person's";
+  OutputFile slow(path_);
+  EXPECT_TRUE(slow.write("slow"));
+  EXPECT_TRUE(writeWholeFile(path_, "quick"));
+  EXPECT_EQ(fileText(path_), "quick");
+  EXPECT_TRUE(slow.finish());
+  EXPECT_EQ(fileText(path_), "slow");
+  EXPECT_EQ(fileText(neighbour), "another file of the person's");
+  EXPECT_EQ(names(), (std::vector<std::string>{"Ride.XML", "Ride.XML.new"}));
+  { const OutputFile given(path_); }
+  EXPECT_EQ(names().size(), 2U) << "what was not finished leaves nothing";
+}
+
+TEST_F(TrackFiles, AFreeNameIsNeverTakenFromAnother) {
+  std::ofstream(path_) << "there";
+  EXPECT_EQ(writeFreeFile(path_, "new"), FilePlacing::taken);
+  OutputFile file(path_ + "2");
+  EXPECT_TRUE(file.write("new"));
+  EXPECT_EQ(file.finishAs(path_), FilePlacing::taken) << "somebody was quicker";
+  EXPECT_EQ(fileText(path_), "there");
+  EXPECT_EQ(file.finishAs(path_ + "2"), FilePlacing::placed);
+  EXPECT_EQ(fileText(path_ + "2"), "new");
+  EXPECT_EQ(names(), (std::vector<std::string>{"Ride.XML", "Ride.XML2"}));
+}
+
+TEST_F(TrackFiles, BadCopiesNeverReplaceOneAnother) {
+  const std::string bad = pathIn(folder_, "Ride.bad");
+  const std::string second = pathIn(folder_, "Ride-2.bad");
+  const std::string third = pathIn(folder_, "Ride-3.bad");
+  EXPECT_EQ(keepAsBad(path_, "one"), bad);
+  EXPECT_EQ(keepAsBad(path_, "one"), bad) << "it is kept already";
+  EXPECT_EQ(keepAsBad(path_, "onetwo"), second);
+  std::ofstream(path_) << "one";
+  EXPECT_EQ(copyAsBad(path_), bad);
+  std::ofstream(path_) << "on";
+  EXPECT_EQ(copyAsBad(path_), third);
+  EXPECT_EQ(moveAsBad(path_), pathIn(folder_, "Ride-4.bad"));
+  EXPECT_FALSE(fileExists(path_));
+  EXPECT_EQ(fileText(bad) + "|" + fileText(second) + "|" + fileText(third), "one|onetwo|on");
+  // A damaged file that has such a name itself is not its own copy.
+  EXPECT_EQ(copyAsBad(second), pathIn(folder_, "Ride-2-2.bad"));
+  EXPECT_EQ(keepAsBad(bad, "one"), pathIn(folder_, "Ride-5.bad"));
+  EXPECT_EQ(copyAsBad(pathIn(folder_, "none")), "");
 }
 
 }  // namespace
