@@ -3,6 +3,7 @@
 #include "app/command_handlers.h"
 #include "app/connection.h"
 #include "base/texts.h"
+#include "display/scene.h"
 
 // The receiver, its log, the simulation.
 namespace vgps {
@@ -90,7 +91,9 @@ bool isDisconnected(const AppState& app, uint32_t) { return !app.fix.running; }
 bool isConnected(const AppState& app, uint32_t) { return app.fix.running; }
 bool isSimulating(const AppState& app, uint32_t) { return app.fix.running && app.fix.simulate; }
 bool hasFix(const AppState& app, uint32_t) {
-  return app.fix.running && app.shown.fixSeen && app.shown.fix.fixStatus != 0;
+  // The time of a receiver that was unplugged an hour ago is an hour old.
+  const uint32_t age = app.platform.clock.tick() - app.shown.lastFixTick;
+  return app.fix.running && app.shown.fixSeen && app.shown.fix.fixStatus != 0 && age <= kOldAfterMs;
 }
 bool isLogState(const AppState& app, uint32_t number) {
   return app.gps.options.logNmea == (number == kLogOn);

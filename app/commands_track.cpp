@@ -79,7 +79,7 @@ void reverseTrack(AppState& app, uint32_t) {
 
 void joinTrack(AppState& app, uint32_t) {
   Track other;
-  if (!canEdit(app) || !chooseTrack(app, other)) return;
+  if (!canEdit(app) || !chooseTrack(app, other) || !canEdit(app)) return;
   join(app.track, other);
   tellChanged(app);
 }
@@ -94,6 +94,7 @@ void openTrack(AppState& app, uint32_t) {
   if (app.track.state != kIdle) return showNotice(app, textOf(kNotWhileRecording));
   Track chosen;
   if (!mayReplace(app) || !chooseTrack(app, chosen)) return;
+  if (app.track.state != kIdle) return showNotice(app, textOf(kNotWhileRecording));
   app.recordingHooks.pointsSettled();
   app.track = std::move(chosen);
   showNotice(app, textWith(kTrackRead, std::to_string(app.track.points.size())));

@@ -11,7 +11,8 @@ namespace vgps {
 namespace {
 
 constexpr uint32_t kLogFailed = 701;
-constexpr size_t kRawRows = 500;  // kept for the raw log screen
+constexpr size_t kRawRowBytes = 1000;  // more of a row than any screen shows
+constexpr size_t kRawRows = 500;       // kept for the raw log screen
 
 void copyFix(AppState& app) {
   UiFix& shown = app.shown;
@@ -71,7 +72,7 @@ void noteArrival(UiFix& shown, bool isText, uint32_t tick) {
 
 void addRawRow(AppState& app, std::string_view text) {
   if (app.currentScreen != kScreenRawLog || text.empty()) return;
-  app.rawLog.push_back(validUtf8(text));
+  app.rawLog.push_back(validUtf8(text.substr(0, kRawRowBytes)));
   if (app.rawLog.size() > kRawRows) app.rawLog.erase(app.rawLog.begin());
 }
 
@@ -98,6 +99,8 @@ void onUiMessage(AppState& app, const UiMessage& message) {
       break;
     case UiEvent::refresh: repaintThrottled(app); break;
     case UiEvent::sensor:
+      app.shown.dataSeen = true;
+      app.shown.lastDataTick = app.platform.clock.tick();
       app.lastSensorText = "SENS msg: " + fixedText(message.x, 3) + "," + fixedText(message.y, 3);
       repaintThrottled(app);
       break;

@@ -34,6 +34,7 @@ class AppRecordingHooks : public RecordingHooks {
   void closeJournal();
   // One that an ended program left: the points of the current track are in it already.
   void continueJournal(std::unique_ptr<Journal> journal);
+  bool hasJournal() const { return journal_ != nullptr && journal_->isOpen(); }
   // How a journal of this program is set up, for those that take one over.
   JournalSettings journalSettings();
 

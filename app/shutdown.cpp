@@ -17,6 +17,10 @@ bool closeRequested(AppState& app) {
   if (state == kRecording || state == kPlaying) {
     if (!askQuestion(app, kAskToStop)) return false;
     runCommand(app, kEndCommand);
+    // The library refused the track and no journal has it: closing now would lose it. The message
+    // says why; who closes again has been told.
+    const bool kept = app.track.points.empty() || app.recordingHooks.hasJournal();
+    if (state == kRecording && !kept) return false;
   }
   app.fix.stopReaders(0);  // they end by themselves; who waits for them comes later
   window.destroy();

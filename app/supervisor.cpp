@@ -10,6 +10,9 @@
 namespace vgps {
 namespace {
 
+// The 5-second timer comes a little early or late.
+constexpr uint32_t kTimerJitterMs = 500;
+
 constexpr uint32_t kSilent = 738;
 constexpr uint32_t kUnplugged = 739;
 
@@ -82,7 +85,8 @@ void checkConnection(AppState& app) {
     app.platform.sounds.play("ERR2");
     showNotice(app, textWith(app.fix.portFailed ? kUnplugged : kSilent, supervisor.portName));
     tryAgain(app);
-  } else if (app.platform.clock.tick() - supervisor.lastAttemptTick >= kRetryEveryMs) {
+  } else if (app.platform.clock.tick() - supervisor.lastAttemptTick >=
+             kRetryEveryMs - kTimerJitterMs) {
     tryAgain(app);
   }
 }

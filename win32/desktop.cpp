@@ -73,11 +73,15 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
   UpdateWindow(handle);
   armStartTimers(app);
   offerRecovery(app);
-  applyStartOptions(app, parseStartOptions(arguments));
-  remindOfUpdates(app);
-  autoConnect(app);
-  if (app.settings.trayIcon) window.addTrayIcon();
-  window.followState();
+  if (IsWindow(handle)) {  // else it was closed at the question
+    applyStartOptions(app, parseStartOptions(arguments));
+    remindOfUpdates(app);
+  }
+  if (IsWindow(handle)) {
+    autoConnect(app);
+    if (app.settings.trayIcon) window.addTrayIcon();
+    window.followState();
+  }
   const int result = window.runMessageLoop();
 
   if (IsWindow(handle)) DestroyWindow(handle);  // the loop was ended from outside

@@ -121,7 +121,8 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
       followState();
       return 0;
     case WM_HOTKEY:
-      if (!dialogOpen_) runHotKey(*app_, static_cast<uint32_t>(first));
+      // A question or a chooser waits for its answer about what is now; it disables this window.
+      if (!dialogOpen_ && IsWindowEnabled(window_)) runHotKey(*app_, static_cast<uint32_t>(first));
       followState();
       return 0;
     case WM_INITMENUPOPUP: updateMenu(addressIn<HMENU__>(first), *app_); return 0;

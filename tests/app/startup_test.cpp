@@ -246,6 +246,21 @@ TEST(Close, YesEndsTheRecordingAndSavesTheTrack) {
   EXPECT_FALSE(world.folder.has("vgpstrack.journal"));
 }
 
+// A folder that takes neither the track nor a journal, as that of a program without its rights.
+TEST(Close, StaysOpenWithATrackThatLiesNowhere) {
+  ProgramWorld world;
+  world.load("");
+  world.app.paths.journal = world.folder / "missing/vgpstrack.journal";
+  world.app.settings.trackStorePath = world.folder / "missing/tracks.xml";
+  runCommand(world.app, 1202);
+  world.receiveFix();
+  world.window.answer = true;  // to stopping and to saving
+  EXPECT_FALSE(closeRequested(world.app));
+  EXPECT_EQ(world.app.track.points.size(), 1U);
+  EXPECT_EQ(world.window.done, std::vector<std::string>{"browser"});
+  EXPECT_FALSE(world.app.gps.readers.readerStop);
+}
+
 TEST(Close, AWaitingSimulationEnds) {
   ProgramWorld world;
   world.app.gps.simulation.setMode(SimMode::tapping);
