@@ -89,7 +89,8 @@ inline std::unique_ptr<ExclusiveFile> MemoryDisk::open(const std::string& path, 
     opening = FileOpening::inUse;
     return nullptr;
   }
-  if (found == files.end() && mode != OpenMode::existing) found = files.emplace(path, std::make_shared<Entry>()).first;
+  if (found == files.end() && mode != OpenMode::existing)
+    found = files.emplace(path, std::make_shared<Entry>()).first;
   opening = FileOpening::missing;
   if (found == files.end()) return nullptr;
   opening = FileOpening::inUse;

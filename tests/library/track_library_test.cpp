@@ -188,8 +188,8 @@ TEST_P(EitherLibrary, AnotherProgramsChangeIsSeenAndNotWrittenOver) {
 TEST_P(EitherLibrary, WhoeverHoldsTheLockIsWaitedFor) {
   addThree();
   FileOpening opening{};
-  const auto held =
-      openExclusive(folder_.file(GetParam() ? "tracks.lock" : "t.lock"), OpenMode::orCreate, opening);
+  const auto held = openExclusive(folder_.file(GetParam() ? "tracks.lock" : "t.lock"),
+                                  OpenMode::orCreate, opening);
   TrackLibrary hurried({.waitForOthersMs = 30});
   hurried.open(path_);
   EXPECT_EQ(hurried.remove(0), LibraryResult::inUse);
