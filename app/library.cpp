@@ -82,7 +82,7 @@ void offerRecovery(AppState& app) {
     if (result == JournalResult::open) {
       answer(app, left);
     } else if (result != JournalResult::inUse) {  // another copy of the program records there
-      const std::string message = journalMessage(result, path);
+      const std::string message = left.message(result);
       if (!message.empty()) app.platform.window.tellError(message);
     }
   }

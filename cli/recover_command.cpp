@@ -67,8 +67,8 @@ Place findPlace(const std::string& file) {
   return place;
 }
 
-int failedWith(JournalResult result, const std::string& path) {
-  const int status = fail(journalMessage(result, path));
+int failedWith(JournalResult result, const LeftRecording& left) {
+  const int status = fail(left.message(result));
   return result == JournalResult::inUse ? kInUse : status;
 }
 
@@ -84,6 +84,7 @@ int saveRecording(LeftRecording& left, const Place& place) {
     return result == LibraryResult::inUse ? kInUse : status;
   }
   if (!library.keptAs().empty()) fail("the damaged library was kept as " + library.keptAs());
+  if (!left.keptAs().empty()) fail("the damaged recording was kept as " + left.keptAs());
   say("Saved " + std::to_string(points) + " points in " + place.library + ".");
   if (!fileExists(left.path())) return 0;
   return fail("cannot delete " + left.path() + "; it was saved all the same");
@@ -131,7 +132,7 @@ int continueRecording(LeftRecording& left, const Place& place, const RecoverOpti
   }
   LeftRecording whole;
   const JournalResult result = whole.open(path);
-  if (result != JournalResult::open) return failedWith(result, path);
+  if (result != JournalResult::open) return failedWith(result, whole);
   if (whole.points() < track.points.size()) whole.take(std::move(track));
   return saveRecording(whole, place);
 }
@@ -207,7 +208,7 @@ int runRecover(const RecoverOptions& options) {
     if (result == JournalResult::missing) continue;
     ++found;
     const int status =
-        result == JournalResult::open ? answer(left, place, options) : failedWith(result, path);
+        result == JournalResult::open ? answer(left, place, options) : failedWith(result, left);
     if (worst == 0) worst = status;
     if (options.action == Action::goOn && result == JournalResult::open) break;  // one is enough
   }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "library/journal_format.h"
+#include "library/kept_copy.h"
 #include "platform/files.h"
 #include "track/whole_file.h"
 
@@ -62,11 +63,14 @@ JournalResult Journal::recover(const std::string& path, RecoveredTrack& out) {
   file_ = settings_.open(path, false, opening);
   if (file_ == nullptr) return resultOf(opening);
   std::vector<uint8_t> bytes(file_->size());
-  bytes.resize(file_->readAt(0, bytes));
-  JournalContents contents = readJournal(bytes);
-  if (contents.goodEnd == 0 && bytes.size() > kJournalHeader) {
+  if (file_->readAt(0, bytes) < bytes.size()) {  // a fault of the disk, not the journal's end
     file_.reset();
-    replaceFile(path, badPathOf(path));
+    return JournalResult::refused;
+  }
+  JournalContents contents = readJournal(bytes);
+  if (contents.damaged && contents.points.empty()) {
+    file_.reset();
+    out = {.points = {}, .damaged = true, .keptAs = renameToBad(path)};
     return JournalResult::notAJournal;
   }
   path_ = path;
@@ -74,7 +78,7 @@ JournalResult Journal::recover(const std::string& path, RecoveredTrack& out) {
   cutFirst_ = true;
   out.points = std::move(contents.points);
   out.damaged = contents.damaged;
-  out.keptAs = contents.damaged ? keepAsBad(path, textOf(bytes)) : std::string();
+  out.keptAs = contents.damaged ? keepCopyOnce(path, textOf(bytes)) : std::string();
   return JournalResult::open;
 }
 
