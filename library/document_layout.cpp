@@ -75,16 +75,19 @@ class LayoutReader {
     if (tag.name == "t" && (track_ || mayHoldTracks())) return beginTrack(tag, false);
     if (!track_ && tag.name == "p" && mayHoldTracks()) beginTrack(tag, true);
     if (!track_) noteOuter(tag);
-    if (tag.kind == Kind::open) open_.push(tag.name);
+    if (tag.kind != Kind::open) return;
+    const bool own = tag.name == "p" || tag.name == "ass" || tag.name == "n";
+    if (track_ && !own && foreign_ == kNone) foreign_ = open_.depth();
+    open_.push(tag.name);
   }
 
   // Also where a damaged tag stands in the place of the list's or the track's own.
   bool mayHoldTracks() const { return open_.depth() <= 2 || open_[1] == "tracks"; }
 
-  // In a track, between tracks or around them there is none; other elements may have theirs.
+  // In a track, between tracks or around them there is none; elements of others may have theirs.
   void noteText() {
     if (track_) {
-      track_->damaged = true;
+      if (foreign_ == kNone) track_->damaged = true;
     } else if (open_.depth() < 2 || open_.innermost() == "tracks") {
       damaged_ = true;
     }
@@ -96,7 +99,6 @@ class LayoutReader {
     track_ = OpenTrack{.place = {.lead = tag.lead, .begin = tag.begin, .headless = headless},
                        .depth = open_.depth(),
                        .damaged = headless};
-    if (open_.depth() != 2 || open_.innermost() != "tracks") damaged_ = true;
     tags_.keepFrom(tag.begin);
     if (headless) return;
     const std::string_view text = tags_.kept(tag.begin, tag.end);
@@ -107,6 +109,7 @@ class LayoutReader {
 
   void endTrack(uint64_t end, bool damaged) {
     open_.cutTo(track_->depth);
+    foreign_ = kNone;
     track_->place.end = end;
     const std::string_view text = tags_.kept(track_->place.begin, end);
     track_->place.checksum = checksumOf(text);
@@ -141,8 +144,10 @@ class LayoutReader {
     open_.cutTo(found);
     if (open_.depth() == 1 && tag.name == "tracks") {
       setEnd({tag.lead, tag.lead, "", ""});
-    } else if (open_.empty() && !hasTracks_) {
-      setEnd({tag.lead, tag.lead, "\r\n\t<tracks>", kTracksEnd});
+    } else if (open_.empty()) {
+      // Without a list, or with a track behind it, a new one is made at the root's end.
+      const bool behind = !layout_.places.empty() && layout_.places.back().end > layout_.end.begin;
+      if (!hasTracks_ || behind) setEnd({tag.lead, tag.lead, "\r\n\t<tracks>", kTracksEnd});
     }
   }
 
@@ -159,6 +164,7 @@ class LayoutReader {
     }
     if (open_.depth() > track_->depth && open_.innermost() == tag.name) {
       open_.cutTo(open_.depth() - 1);
+      if (open_.depth() <= foreign_) foreign_ = kNone;
     } else {
       track_->damaged = true;
     }
@@ -179,7 +185,9 @@ class LayoutReader {
   DocumentLayout layout_;
   OpenElements open_;  // around the last tag
   std::optional<OpenTrack> track_;
-  std::string root_;  // name of the first element
+  static constexpr size_t kNone = SIZE_MAX;
+  size_t foreign_ = kNone;  // of the open elements in a track, the first that is no track's
+  std::string root_;        // name of the first element
   bool hasTracks_ = false;
   bool damaged_ = false;
 };
@@ -195,7 +203,8 @@ uint32_t checksumOf(std::string_view bytes) {
       ::crc32_z(0, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
 }
 
-bool parseTrack(std::string_view text, int32_t speedUnit, Track& track) {
+bool parseTrack(std::string_view text, int32_t speedUnit, Track& track, bool* foreign) {
+  bool found = false;
   XmlDocument document;
   bool whole = static_cast<bool>(document.Load(text, XmlLoadMode::text));
   XmlElement element = document.GetRootElement();
@@ -209,7 +218,7 @@ bool parseTrack(std::string_view text, int32_t speedUnit, Track& track) {
       element = document.GetRootElement();
     }
   }
-  return readTrack(element, speedUnit, track) && whole;
+  return readTrack(element, speedUnit, track, foreign == nullptr ? &found : foreign) && whole;
 }
 
 RecordingOptions writtenAs(std::string_view text) {

@@ -85,6 +85,7 @@ class TrackLibrary {
   LibraryResult change(const LibraryChange& change);
   LibraryResult readForEditing(size_t index, Editable& out);
   TrackText rendered(const Track& track, const RecordingOptions& writing, std::string name) const;
+  TrackText edited(const Editable& old) const;
   LibraryResult rewrite(size_t index, const RecordingOptions& options, const Edit& edit);
 
   LibraryDisk disk_;
