@@ -93,8 +93,9 @@ std::string savedText(XmlElement element) {
 
 std::string trackLibraryPath(std::string_view setting, const std::string& settingsFolder) {
   if (setting.empty()) return pathIn(settingsFolder, kTrackLibraryName);
-  if (setting.find_first_of("/\\") != std::string_view::npos) return std::string(setting);
-  return pathIn(settingsFolder, setting);
+  const bool drive = setting.size() >= 2 && setting[1] == ':';
+  const bool whole = setting[0] == '/' || setting[0] == '\\' || drive;
+  return whole ? std::string(setting) : pathIn(settingsFolder, setting);
 }
 
 TrackLibrary::TrackLibrary(LibraryDisk disk) : disk_(std::move(disk)) {}
