@@ -5,6 +5,7 @@
 
 #include "app/config_store.h"
 #include "app/settings.h"
+#include "base/texts.h"
 #include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/live_fixes.h"
@@ -33,6 +34,7 @@ void say(const std::string& text) { std::printf("%s\n", text.c_str()); }
 // The settings beside which journals and library lie.
 struct Place {
   std::string folder;
+  std::string settings;
   std::string library;
   RecordingOptions recording;
 };
@@ -62,6 +64,7 @@ Place findPlace(const std::string& file) {
   if (!store.open(path)) fail(path + " cannot be read; the standard settings are taken");
   const Settings settings = loadSettings(store);
   place.folder = folderOf(path);
+  place.settings = path;
   place.library = trackLibraryPath(settings.trackStorePath, place.folder);
   place.recording = recordingOptionsOf(settings);
   return place;
@@ -73,6 +76,8 @@ int failedWith(JournalResult result, const LeftRecording& left) {
 }
 
 int saveRecording(LeftRecording& left, const Place& place) {
+  constexpr uint32_t kHoldsSettings = 962;
+  if (place.library == place.settings) return fail(textWith(kHoldsSettings, place.library));
   TrackLibrary library;
   library.open(place.library);
   if (!library.message().empty()) fail(library.message());
@@ -200,6 +205,7 @@ int runRecover(const RecoverOptions& options) {
   const std::vector<std::string> journals = journalsAt(pathIn(place.folder, kJournalName));
   int worst = 0;
   size_t found = 0;
+  bool goneOn = false;  // the others are only told of
   JournalSettings settings;
   settings.failed = [] { fail("the disk does not take the points; recording goes on in memory"); };
   for (const std::string& path : journals) {
@@ -207,10 +213,16 @@ int runRecover(const RecoverOptions& options) {
     const JournalResult result = left.open(path);
     if (result == JournalResult::missing) continue;
     ++found;
+    if (goneOn) {
+      const bool open = result == JournalResult::open;
+      say(path + ": " + (open ? left.question() : left.message(result)));
+      left.leave();
+      continue;
+    }
     const int status =
         result == JournalResult::open ? answer(left, place, options) : failedWith(result, left);
     if (worst == 0) worst = status;
-    if (options.action == Action::goOn && result == JournalResult::open) break;  // one is enough
+    goneOn = options.action == Action::goOn && result == JournalResult::open;  // one is enough
   }
   if (found == 0) say("No recording was left in " + place.folder + ".");
   const int written = finishOutput();

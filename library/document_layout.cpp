@@ -133,6 +133,8 @@ class LayoutReader {
     } else if (open_.depth() == 1 && tag.name == "tracks") {
       if (tag.kind == Kind::empty) setEnd({tag.end - 2, tag.end, ">", kTracksEnd});
       hasTracks_ = true;
+    } else if (open_.depth() == 1 && (tag.name == "cfg" || tag.name == "Cfg")) {
+      holdsSettings_ = true;
     }
   }
 
@@ -177,7 +179,7 @@ class LayoutReader {
     if (tags_.place() == 0 || (root_.empty() && !tags_.isBroken())) return LibraryState::missing;
     const bool oneTrack = root_ == "t" && layout_.tracks.size() == 1 && !layout_.tracks[0].damaged;
     const bool another = !root_.empty() && root_ != "root" && !hasTracks_ && layout_.tracks.empty();
-    if (oneTrack || another) return LibraryState::notALibrary;
+    if (oneTrack || another || holdsSettings_) return LibraryState::notALibrary;
     return damaged_ ? LibraryState::damaged : LibraryState::whole;
   }
 
@@ -189,6 +191,7 @@ class LayoutReader {
   size_t foreign_ = kNone;  // of the open elements in a track, the first that is no track's
   std::string root_;        // name of the first element
   bool hasTracks_ = false;
+  bool holdsSettings_ = false;  // the program's own document, which is no library
   bool damaged_ = false;
 };
 

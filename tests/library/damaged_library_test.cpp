@@ -69,6 +69,10 @@ TEST_F(DocumentLibrary, WhatMayLieThere) {
        LibraryState::whole, "A 1 | New 9"},
 
       {"another program's file", "<gpx><trk/></gpx>", LibraryState::notALibrary, nullptr},
+      {"settings", "<root><cfg><gps port=\"COM3\"/></cfg></root>", LibraryState::notALibrary,
+       nullptr},
+      {"settings and tracks", "<root><tracks>" + a + "</tracks><Cfg/></root>",
+       LibraryState::notALibrary, nullptr},
       {"a single track", "<t><p x=\"1\" y=\"2\"/></t>", LibraryState::notALibrary, nullptr},
 
       {"noise", "\x01\x02 noise", LibraryState::damaged, "New 9"},
@@ -250,7 +254,7 @@ TEST_F(DocumentLibrary, AFlippedBitCostsOnePointAtMost) {
 
 // The index says what it likes: the document and what is done to it stay right.
 TEST_F(DocumentLibrary, AnIndexIsNeverBelievedTooMuch) {
-  const std::string indexPath = folder_.file("tracks.index");
+  const std::string indexPath = folder_.file("tracks.xml.index");
   open();
   addWalk(library_, "A", 3), addWalk(library_, "B", 4, 11), addWalk(library_, "C", 2, 21);
   const std::string good = fileBytes(indexPath);
@@ -317,6 +321,20 @@ TEST_F(DocumentLibrary, AnIndexIsNeverBelievedTooMuch) {
     LibraryIndex read;
     EXPECT_FALSE(readIndex(bytes, read)) << at;
     EXPECT_FALSE(readIndex(std::string_view(good).substr(0, at), read)) << at;
+  }
+}
+
+// A person's file of such a name is theirs.
+TEST_F(DocumentLibrary, AFileThatIsNoIndexStays) {
+  for (const char* name : {"tracks.index", "tracks.lock", "tracks.xml.index"}) {
+    putFile(folder_.file(name), "mine");
+  }
+  open();
+  ASSERT_EQ(addWalk(library_, "A", 2), LibraryResult::done);
+  TrackLibrary again;
+  EXPECT_EQ(again.open(path_), LibraryState::whole);
+  for (const char* name : {"tracks.index", "tracks.lock", "tracks.xml.index"}) {
+    EXPECT_EQ(fileBytes(folder_.file(name)), "mine") << name;
   }
 }
 

@@ -189,7 +189,7 @@ TEST_P(EitherLibrary, WhoeverHoldsTheLockIsWaitedFor) {
   addThree();
   FileOpening opening{};
   const auto held =
-      openExclusive(folder_.file(GetParam() ? "tracks.lock" : "t.lock"), true, opening);
+      openExclusive(folder_.file(GetParam() ? "tracks.lock" : "t.xml.lock"), true, opening);
   TrackLibrary hurried({.waitForOthersMs = 30});
   hurried.open(path_);
   EXPECT_EQ(hurried.remove(0), LibraryResult::inUse);
