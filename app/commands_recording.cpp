@@ -12,6 +12,7 @@ constexpr uint32_t kMarkWaits = 723;
 constexpr uint32_t kAlreadyRecording = 724;
 constexpr uint32_t kPresetChosen = 725;
 constexpr uint32_t kWanderExplained = 726;
+constexpr uint32_t kSettingsNotWritten = 737;
 constexpr uint32_t kFirstPresetName = 741;  // walking, driving, flying
 
 bool samePreset(const RecordingPreset& preset, const RecordingOptions& options) {
@@ -61,7 +62,9 @@ void choosePreset(AppState& app, uint32_t number) {
   app.settings.recordMinSpeed = preset.speed;
   app.settings.recordAngle = preset.angle;
   app.settings.recordAltitude = preset.altitude;
-  saveSettings(app.config, app.settings, SettingGroup::recording);
+  if (!saveSettings(app.config, app.settings, SettingGroup::recording)) {
+    return showNotice(app, textWith(kSettingsNotWritten, app.config.path()));
+  }
   showNotice(app, textWith(kPresetChosen, textOf(kFirstPresetName + number - kFirstPreset)));
 }
 

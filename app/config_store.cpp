@@ -39,6 +39,8 @@ ConfigStore::ConfigStore(const XmlFiles& files) : files_(&files), document_(file
 bool ConfigStore::open(const std::string& path) {
   path_ = path;
   changed_ = false;
+  changes_ = {};
+  changes_.begin(path);
   const XmlLoadStatus status = document_.Load(path, XmlLoadMode::file).status;
   // A file that another program holds for a moment is there all the same, and its settings must
   // not be overwritten with defaults.
@@ -79,14 +81,26 @@ std::string ConfigStore::string(const SettingRow& row) {
   return std::string(firstUtf16Units(value, row.characters));
 }
 
-void ConfigStore::set(const SettingRow& row, double value) {
-  const std::string text = row.type == SettingType::real ? fixedText(value, 2)
-                                                         : decimalText(static_cast<int64_t>(value));
-  set(row, text);
+std::string ConfigStore::written(const SettingRow& row, double value) {
+  return row.type == SettingType::real ? fixedText(value, 2)
+                                       : decimalText(static_cast<int64_t>(value));
 }
 
+void ConfigStore::set(const SettingRow& row, double value) { set(row, written(row, value)); }
+
 void ConfigStore::set(const SettingRow& row, std::string_view value) {
-  XmlSetString(row.path, row.key, value, nullptr, &document_);
+  const bool isNew = changes_.note(row, std::string(value));
+  // Another program may have changed what this one still has as it was.
+  if (isNew || XmlGetString(row.path, row.key, "", nullptr, &document_).empty()) {
+    XmlSetString(row.path, row.key, value, nullptr, &document_);
+  }
+  changed_ = true;
+}
+
+void ConfigStore::setOther(const std::string& path, const std::string& key,
+                           const std::string& value) {
+  XmlSetString(path, key, value, nullptr, &document_);
+  changes_.note(path, key, value);
   changed_ = true;
 }
 
@@ -99,7 +113,9 @@ bool ConfigStore::keepOldFile() {
 
 bool ConfigStore::save() {
   if (!changed_) return true;
-  if (!keepOldFile() || document_.Save() == 0) return false;
+  if (!keepFirst_) changes_.bringInto(document_, path_, *files_);
+  if (!keepOldFile() || document_.Save(path_) == 0) return false;
+  changes_.saved(path_);
   changed_ = false;
   return true;
 }
@@ -121,8 +137,10 @@ Settings loadSettings(ConfigStore& store) {
   for (const SettingRow& row : settingRows()) {
     if (row.type == SettingType::string) {
       setText(settings, row, store.string(row));
+      store.know(row, textOf(settings, row));
     } else {
       setNumber(settings, row, correctedNumber(row, store.number(row)));
+      store.know(row, numberOf(settings, row));
     }
   }
   return settings;

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "app/config_changes.h"
 #include "app/settings.h"
 #include "xml/document.h"
 
@@ -38,18 +39,28 @@ class ConfigStore {
   void set(const SettingRow& row, std::string_view value);
 
   bool changed() const { return changed_; }
-  void markChanged() { changed_ = true; }
+  // A key that is no row's.
+  void setOther(const std::string& path, const std::string& key, const std::string& value);
+  // What `set` compares with: a value that is none other than the one that was loaded leaves alone
+  // what stands there.
+  void know(const SettingRow& row, double value) { changes_.know(row, written(row, value)); }
+  void know(const SettingRow& row, std::string_view value) {
+    changes_.know(row, std::string(value));
+  }
 
-  // Writes the document when it was changed. False when it could not be written; it stays changed.
+  // Writes the document when it was changed; what another program wrote meanwhile stays, but for
+  // the keys that were changed here. False when it could not be written; it stays changed.
   bool save();
 
  private:
   bool isForeign();
   bool keepOldFile();
+  static std::string written(const SettingRow& row, double value);
 
   const XmlFiles* files_;
   XmlDocument document_;
   std::string path_;
+  ConfigChanges changes_;
   bool changed_ = false;
   bool readable_ = true;
   bool keepFirst_ = false;  // the file on disk is to be kept before it is overwritten

@@ -39,8 +39,7 @@ bool editHiddenOption(ConfigStore& store, const TextPrompt& prompt, const TextTe
   const auto value = prompt(textOf(kCaptionText), textOf(kValueText),
                             XmlGetString(kPath, *title, "", nullptr, &store.document()));
   if (!value) return false;
-  XmlSetString(kPath, *title, *value, nullptr, &store.document());
-  store.markChanged();
+  store.setOther(kPath, *title, *value);
   if (!store.save()) tell(textWith(kNotWrittenText, store.path()));
   return true;
 }

@@ -80,7 +80,7 @@ struct DialogField {
 enum class ActionKind : uint8_t { chooseFile, chooseFolder, playSound, preset, searchPorts };
 
 // A kind of files that a person chooses from.
-struct FileKind {
+struct FileFilter {
   uint16_t text = 0;  // its number
   const char* pattern = "";
 };
@@ -90,7 +90,7 @@ struct DialogAction {
   uint16_t control;
   ActionKind kind;
   uint16_t target = 0;  // the control with the file or folder
-  FileKind files{};
+  FileFilter files{};
   const char* sound = nullptr;  // the program's own, when there is no file
   const RecordingPreset* preset = nullptr;
 };

@@ -53,11 +53,11 @@ constexpr DialogField switched(uint16_t control, SettingMember setting, uint16_t
           .setting = setting};
 }
 
-constexpr FileKind kImageFiles{921, "*.png;*.jpg;*.jpeg;*.bmp;*.gif;*.tif;*.tiff"};
-constexpr FileKind kSoundFiles{922, "*.wav"};
-constexpr FileKind kLanguageFiles{923, "*.dll"};
+constexpr FileFilter kImageFiles{921, "*.png;*.jpg;*.jpeg;*.bmp;*.gif;*.tif;*.tiff"};
+constexpr FileFilter kSoundFiles{922, "*.wav"};
+constexpr FileFilter kLanguageFiles{923, "*.dll"};
 
-constexpr DialogAction chooseFile(uint16_t control, uint16_t target, FileKind files) {
+constexpr DialogAction chooseFile(uint16_t control, uint16_t target, FileFilter files) {
   return {.control = control, .kind = ActionKind::chooseFile, .target = target, .files = files};
 }
 

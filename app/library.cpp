@@ -14,6 +14,8 @@ constexpr uint32_t kAskToGoOn = 744;
 constexpr uint32_t kAskToKeep = 745;
 constexpr uint32_t kAskToDelete = 746;
 constexpr uint32_t kPartDamaged = 747;
+constexpr uint32_t kHoldsSettings = 962;
+constexpr uint32_t kLibraryKept = 963;
 
 // False when the answer was no; then the recording is still unanswered.
 bool goOn(AppState& app, LeftRecording& left, const std::string& points) {
@@ -54,6 +56,10 @@ void answer(AppState& app, LeftRecording& left) {
 bool openLibrary(AppState& app) {
   const std::string path = trackLibraryPath(app.settings.trackStorePath, app.paths.folder);
   if (app.library.isOpen() && app.library.path() == path) return true;
+  if (path == app.paths.settings) {  // also before that is there
+    app.platform.window.tellError(textWith(kHoldsSettings, path));
+    return false;
+  }
   const LibraryState state = app.library.open(path);
   if (state == LibraryState::whole || state == LibraryState::missing) return true;
   const bool usable = state == LibraryState::damaged;
@@ -68,7 +74,11 @@ bool openLibrary(AppState& app) {
 bool addToLibrary(AppState& app, Track& track) {
   if (!openLibrary(app)) return false;
   const DateTime local = app.platform.clock.local();
+  const std::string keptBefore = app.library.keptAs();
   const LibraryResult result = app.library.add(track, app.recordingOptions, local);
+  if (app.library.keptAs() != keptBefore) {
+    showNotice(app, textWith(kLibraryKept, app.library.keptAs()));
+  }
   if (result == LibraryResult::done) return true;
   app.platform.window.tellError(libraryMessage(result, app.library.path()));
   return false;
@@ -82,7 +92,7 @@ void offerRecovery(AppState& app) {
     if (result == JournalResult::open) {
       answer(app, left);
     } else if (result != JournalResult::inUse) {  // another copy of the program records there
-      const std::string message = journalMessage(result, path);
+      const std::string message = left.message(result);
       if (!message.empty()) app.platform.window.tellError(message);
     }
   }

@@ -42,7 +42,9 @@ void simulateTrack(AppState& app, const StartOptions& options) {
 
 void writeCountdown(AppState& app, int32_t starts) {
   app.settings.updateCountdown = starts;
-  saveSettings(app.config, app.settings, SettingGroup::update);
+  if (!saveSettings(app.config, app.settings, SettingGroup::update)) {
+    showNotice(app, textWith(kSettingsNotWritten, app.config.path()));
+  }
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "app/apply_settings.h"
 #include "app/config_store.h"
 #include "app/settings.h"
+#include "base/texts.h"
 #include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/live_fixes.h"
@@ -34,6 +35,7 @@ void say(const std::string& text) { std::printf("%s\n", text.c_str()); }
 // The settings beside which journals and library lie.
 struct Place {
   std::string folder;
+  std::string settings;
   std::string library;
   RecordingOptions recording;
 };
@@ -46,18 +48,21 @@ Place findPlace(const std::string& file) {
   if (!store.open(path)) fail(path + " cannot be read; the standard settings are taken");
   const Settings settings = loadSettings(store);
   place.folder = folderOf(path);
+  place.settings = path;
   place.library = trackLibraryPath(settings.trackStorePath, place.folder);
   place.recording = recordingOptionsOf(settings);
   place.recording.manual = false;  // nobody is there who could ask for a point
   return place;
 }
 
-int failedWith(JournalResult result, const std::string& path) {
-  const int status = fail(journalMessage(result, path));
+int failedWith(JournalResult result, const LeftRecording& left) {
+  const int status = fail(left.message(result));
   return result == JournalResult::inUse ? kInUse : status;
 }
 
 int saveRecording(LeftRecording& left, const Place& place) {
+  constexpr uint32_t kHoldsSettings = 962;
+  if (place.library == place.settings) return fail(textWith(kHoldsSettings, place.library));
   TrackLibrary library;
   library.open(place.library);
   if (!library.message().empty()) fail(library.message());
@@ -69,6 +74,7 @@ int saveRecording(LeftRecording& left, const Place& place) {
     return result == LibraryResult::inUse ? kInUse : status;
   }
   if (!library.keptAs().empty()) fail("the damaged library was kept as " + library.keptAs());
+  if (!left.keptAs().empty()) fail("the damaged recording was kept as " + left.keptAs());
   say("Saved " + std::to_string(points) + " points in " + place.library + ".");
   if (!fileExists(left.path())) return 0;
   return fail("cannot delete " + left.path() + "; it was saved all the same");
@@ -116,7 +122,7 @@ int continueRecording(LeftRecording& left, const Place& place, const RecoverOpti
   }
   LeftRecording whole;
   const JournalResult result = whole.open(path);
-  if (result != JournalResult::open) return failedWith(result, path);
+  if (result != JournalResult::open) return failedWith(result, whole);
   if (whole.points() < track.points.size()) whole.take(std::move(track));
   return saveRecording(whole, place);
 }
@@ -184,6 +190,7 @@ int runRecover(const RecoverOptions& options) {
   const std::vector<std::string> journals = journalsAt(pathIn(place.folder, kJournalName));
   int worst = 0;
   size_t found = 0;
+  bool goneOn = false;  // the others are only told of
   JournalSettings settings;
   settings.failed = [] { fail("the disk does not take the points; recording goes on in memory"); };
   for (const std::string& path : journals) {
@@ -191,10 +198,16 @@ int runRecover(const RecoverOptions& options) {
     const JournalResult result = left.open(path);
     if (result == JournalResult::missing) continue;
     ++found;
+    if (goneOn) {
+      const bool open = result == JournalResult::open;
+      say(path + ": " + (open ? left.question() : left.message(result)));
+      left.leave();
+      continue;
+    }
     const int status =
-        result == JournalResult::open ? answer(left, place, options) : failedWith(result, path);
+        result == JournalResult::open ? answer(left, place, options) : failedWith(result, left);
     if (worst == 0) worst = status;
-    if (options.action == Action::goOn && result == JournalResult::open) break;  // one is enough
+    goneOn = options.action == Action::goOn && result == JournalResult::open;  // one is enough
   }
   if (found == 0) say("No recording was left in " + place.folder + ".");
   const int written = finishOutput();

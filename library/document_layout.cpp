@@ -3,6 +3,7 @@
 #include <zlib.h>
 
 #include <algorithm>
+#include <map>
 #include <optional>
 #include <utility>
 
@@ -14,6 +15,35 @@ namespace {
 using Kind = TagMark::Kind;
 
 constexpr const char* kTracksEnd = "\r\n\t</tracks>";
+
+// The elements around a place, from the root inwards.
+class OpenElements {
+ public:
+  void push(std::string_view name) {
+    names_.emplace_back(name);
+    ++counts_[names_.back()];
+  }
+  void cutTo(size_t depth) {
+    for (; names_.size() > depth; names_.pop_back()) --counts_[names_.back()];
+  }
+  // How many are open around the innermost one of that name; the whole depth when there is none.
+  // Only as far as `cutTo` has to go anyway: noise may leave any number of them open.
+  size_t find(std::string_view name) const {
+    const auto counted = counts_.find(name);
+    if (counted == counts_.end() || counted->second == 0) return depth();
+    size_t at = depth() - 1;
+    while (names_[at] != name) --at;
+    return at;
+  }
+  size_t depth() const { return names_.size(); }
+  bool empty() const { return names_.empty(); }
+  const std::string& operator[](size_t depth) const { return names_[depth]; }
+  const std::string& innermost() const { return names_.back(); }
+
+ private:
+  std::vector<std::string> names_;
+  std::map<std::string, size_t, std::less<>> counts_;
+};
 
 class LayoutReader {
  public:
@@ -45,17 +75,20 @@ class LayoutReader {
     if (tag.name == "t" && (track_ || mayHoldTracks())) return beginTrack(tag, false);
     if (!track_ && tag.name == "p" && mayHoldTracks()) beginTrack(tag, true);
     if (!track_) noteOuter(tag);
-    if (tag.kind == Kind::open) open_.emplace_back(tag.name);
+    if (tag.kind != Kind::open) return;
+    const bool own = tag.name == "p" || tag.name == "ass" || tag.name == "n";
+    if (track_ && !own && foreign_ == kNone) foreign_ = open_.depth();
+    open_.push(tag.name);
   }
 
   // Also where a damaged tag stands in the place of the list's or the track's own.
-  bool mayHoldTracks() const { return open_.size() <= 2 || open_[1] == "tracks"; }
+  bool mayHoldTracks() const { return open_.depth() <= 2 || open_[1] == "tracks"; }
 
-  // In a track, between tracks or around them there is none; other elements may have theirs.
+  // In a track, between tracks or around them there is none; elements of others may have theirs.
   void noteText() {
     if (track_) {
-      track_->damaged = true;
-    } else if (open_.size() < 2 || open_.back() == "tracks") {
+      if (foreign_ == kNone) track_->damaged = true;
+    } else if (open_.depth() < 2 || open_.innermost() == "tracks") {
       damaged_ = true;
     }
   }
@@ -64,19 +97,19 @@ class LayoutReader {
     if (track_) endTrack(tag.lead, true);
     if (root_.empty()) root_ = tag.name;
     track_ = OpenTrack{.place = {.lead = tag.lead, .begin = tag.begin, .headless = headless},
-                       .depth = open_.size(),
+                       .depth = open_.depth(),
                        .damaged = headless};
-    if (open_.size() != 2 || open_.back() != "tracks") damaged_ = true;
     tags_.keepFrom(tag.begin);
     if (headless) return;
     const std::string_view text = tags_.kept(tag.begin, tag.end);
     if (std::count(text.begin(), text.end(), '"') % 2 != 0) track_->damaged = true;
-    open_.emplace_back("t");
+    open_.push("t");
     if (tag.kind == Kind::empty) endTrack(tag.end, false);
   }
 
   void endTrack(uint64_t end, bool damaged) {
-    open_.resize(track_->depth);
+    open_.cutTo(track_->depth);
+    foreign_ = kNone;
     track_->place.end = end;
     const std::string_view text = tags_.kept(track_->place.begin, end);
     track_->place.checksum = checksumOf(text);
@@ -97,29 +130,33 @@ class LayoutReader {
         setEnd({tag.end - 2, tag.end, ">\r\n\t<tracks>",
                 std::string(kTracksEnd) + "\r\n</" + root_ + ">"});
       }
-    } else if (open_.size() == 1 && tag.name == "tracks") {
+    } else if (open_.depth() == 1 && tag.name == "tracks") {
       if (tag.kind == Kind::empty) setEnd({tag.end - 2, tag.end, ">", kTracksEnd});
       hasTracks_ = true;
+    } else if (open_.depth() == 1 && (tag.name == "cfg" || tag.name == "Cfg")) {
+      holdsSettings_ = true;
     }
   }
 
   void close(const TagMark& tag) {
     if (track_ && !closesTrack(tag)) return;
-    const auto found = std::find(open_.rbegin(), open_.rend(), tag.name);
-    if (found != open_.rbegin()) damaged_ = true;
-    if (found == open_.rend()) return;
-    open_.erase(found.base() - 1, open_.end());
-    if (open_.size() == 1 && tag.name == "tracks") {
+    const size_t found = open_.find(tag.name);
+    if (found + 1 != open_.depth()) damaged_ = true;
+    if (found == open_.depth()) return;
+    open_.cutTo(found);
+    if (open_.depth() == 1 && tag.name == "tracks") {
       setEnd({tag.lead, tag.lead, "", ""});
-    } else if (open_.empty() && !hasTracks_) {
-      setEnd({tag.lead, tag.lead, "\r\n\t<tracks>", kTracksEnd});
+    } else if (open_.empty()) {
+      // Without a list, or with a track behind it, a new one is made at the root's end.
+      const bool behind = !layout_.places.empty() && layout_.places.back().end > layout_.end.begin;
+      if (!hasTracks_ || behind) setEnd({tag.lead, tag.lead, "\r\n\t<tracks>", kTracksEnd});
     }
   }
 
   // An end tag while a track is open. True when the tag stands for something around it.
   bool closesTrack(const TagMark& tag) {
     if (tag.name == "t") {
-      const bool clean = open_.size() == track_->depth + 1 && !track_->place.headless;
+      const bool clean = open_.depth() == track_->depth + 1 && !track_->place.headless;
       endTrack(tag.end, !clean);
       return false;
     }
@@ -127,8 +164,9 @@ class LayoutReader {
       endTrack(tag.lead, true);
       return true;
     }
-    if (open_.size() > track_->depth && open_.back() == tag.name) {
-      open_.pop_back();
+    if (open_.depth() > track_->depth && open_.innermost() == tag.name) {
+      open_.cutTo(open_.depth() - 1);
+      if (open_.depth() <= foreign_) foreign_ = kNone;
     } else {
       track_->damaged = true;
     }
@@ -141,16 +179,19 @@ class LayoutReader {
     if (tags_.place() == 0 || (root_.empty() && !tags_.isBroken())) return LibraryState::missing;
     const bool oneTrack = root_ == "t" && layout_.tracks.size() == 1 && !layout_.tracks[0].damaged;
     const bool another = !root_.empty() && root_ != "root" && !hasTracks_ && layout_.tracks.empty();
-    if (oneTrack || another) return LibraryState::notALibrary;
+    if (oneTrack || another || holdsSettings_) return LibraryState::notALibrary;
     return damaged_ ? LibraryState::damaged : LibraryState::whole;
   }
 
   TagReader tags_;
   DocumentLayout layout_;
-  std::vector<std::string> open_;  // the elements around the last tag
+  OpenElements open_;  // around the last tag
   std::optional<OpenTrack> track_;
-  std::string root_;  // name of the first element
+  static constexpr size_t kNone = SIZE_MAX;
+  size_t foreign_ = kNone;  // of the open elements in a track, the first that is no track's
+  std::string root_;        // name of the first element
   bool hasTracks_ = false;
+  bool holdsSettings_ = false;  // the program's own document, which is no library
   bool damaged_ = false;
 };
 
@@ -165,7 +206,8 @@ uint32_t checksumOf(std::string_view bytes) {
       ::crc32_z(0, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
 }
 
-bool parseTrack(std::string_view text, int32_t speedUnit, Track& track) {
+bool parseTrack(std::string_view text, int32_t speedUnit, Track& track, bool* foreign) {
+  bool found = false;
   XmlDocument document;
   bool whole = static_cast<bool>(document.Load(text, XmlLoadMode::text));
   XmlElement element = document.GetRootElement();
@@ -179,7 +221,7 @@ bool parseTrack(std::string_view text, int32_t speedUnit, Track& track) {
       element = document.GetRootElement();
     }
   }
-  return readTrack(element, speedUnit, track) && whole;
+  return readTrack(element, speedUnit, track, foreign == nullptr ? &found : foreign) && whole;
 }
 
 RecordingOptions writtenAs(std::string_view text) {

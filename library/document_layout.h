@@ -40,9 +40,9 @@ DocumentLayout readLayout(TagReader::Source source);
 
 uint32_t checksumOf(std::string_view bytes);
 
-// The good points of a track element, or of points without one. False when something in it was no
-// track's.
-bool parseTrack(std::string_view text, int32_t speedUnit, Track& track);
+// The good points of a track element, or of points without one. False when it is damaged.
+// `foreign` becomes true when it holds attributes or elements of other programs.
+bool parseTrack(std::string_view text, int32_t speedUnit, Track& track, bool* foreign = nullptr);
 
 // The options that write what stands in a track element: its points lose none of it when they are
 // written again.

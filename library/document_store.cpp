@@ -85,9 +85,7 @@ bool fits(const LibraryChange& change, size_t tracks) {
 }  // namespace
 
 DocumentStore::DocumentStore(std::string path, LibraryDisk disk)
-    : path_(std::move(path)),
-      indexPath_(withoutExtension(path_) + ".index"),
-      disk_(std::move(disk)) {}
+    : path_(std::move(path)), indexPath_(path_ + ".index"), disk_(std::move(disk)) {}
 
 LibraryState DocumentStore::refresh() {
   constexpr int kAttempts = 3;  // another program may put a new document there meanwhile
@@ -152,12 +150,12 @@ void DocumentStore::writeIndexFile() {
                              .checksum = place.checksum,
                              .summary = layout_.tracks[i]});
   }
-  if (!writeWholeFile(indexPath_, indexText(index), disk_.open)) removeFile(indexPath_);
+  writeIndex(indexPath_, index, disk_);
 }
 
 // The document is not what the places say, though its size and time are.
 LibraryResult DocumentStore::reread() {
-  removeFile(indexPath_);
+  dropIndex(indexPath_);
   known_ = false;
   refresh();
   return LibraryResult::changed;
@@ -323,7 +321,7 @@ LibraryResult DocumentStore::write(const LibraryChange& change) {
 }
 
 LibraryResult DocumentStore::apply(const LibraryChange& change, LibraryChange& inverse) {
-  const LibraryLock lock(withoutExtension(path_) + ".lock", disk_);
+  const LibraryLock lock(path_ + ".lock", disk_);
   if (lock.result() != LibraryResult::done) return lock.result();
   LibraryResult result = prepare();
   if (result != LibraryResult::done || change.empty()) return result;

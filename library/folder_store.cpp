@@ -83,7 +83,7 @@ LibraryState FolderStore::refresh() {
   const bool changed = look();
   if (changed) {
     index.entries = files_;
-    if (!writeWholeFile(indexPath_, indexText(index), disk_.open)) removeFile(indexPath_);
+    writeIndex(indexPath_, index, disk_);
   }
   if (changed || !looked_) ++revision_;
   looked_ = true;

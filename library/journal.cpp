@@ -62,11 +62,14 @@ JournalResult Journal::recover(const std::string& path, RecoveredTrack& out) {
   file_ = settings_.open(path, OpenMode::existing, opening);
   if (file_ == nullptr) return resultOf(opening);
   std::vector<uint8_t> bytes(file_->size());
-  bytes.resize(file_->readAt(0, bytes));
-  JournalContents contents = readJournal(bytes);
-  if (contents.goodEnd == 0 && bytes.size() > kJournalHeader) {
+  if (file_->readAt(0, bytes) < bytes.size()) {  // a fault of the disk, not the journal's end
     file_.reset();
-    replaceFile(path, badPathOf(path));
+    return JournalResult::refused;
+  }
+  JournalContents contents = readJournal(bytes);
+  if (contents.damaged && contents.points.empty()) {
+    file_.reset();
+    out = {.points = {}, .damaged = true, .keptAs = moveAsBad(path)};
     return JournalResult::notAJournal;
   }
   path_ = path;

@@ -34,16 +34,18 @@ struct JournalSettings {
 enum class JournalResult {
   open,
   missing,
-  left,         // `create`: a recording lies there that nobody has answered for
-  inUse,        // a running program holds it
-  refused,      // the system does not let us
-  notAJournal,  // `recover`: nothing in it is readable; the file is named ".bad" now
+  left,     // `create`: a recording lies there that nobody has answered for
+  inUse,    // a running program holds it
+  refused,  // the system does not let us, or the disk does not give what it holds
+  // `recover`: it is damaged and without a readable point. The file itself is named ".bad" now;
+  // where that failed it is left alone.
+  notAJournal,
 };
 
 struct RecoveredTrack {
   PointList points;
-  // A part of the journal was no longer readable. The whole is kept under this name, which ends in
-  // ".bad"; empty when that failed too.
+  // A part of the journal, or all of it, was no longer readable. The whole is kept under this name,
+  // which ends in ".bad"; empty when that failed too.
   bool damaged = false;
   std::string keptAs;
 };

@@ -2,7 +2,17 @@
 
 #include <utility>
 
+#include "base/texts.h"
+#include "track/whole_file.h"
+
 namespace vgps {
+namespace {
+
+constexpr uint32_t kWasRecorded = 967;
+constexpr uint32_t kPartDamaged = 968;
+constexpr uint32_t kPartDamagedAndKept = 969;
+
+}  // namespace
 
 JournalResult LeftRecording::open(const std::string& path) {
   path_ = path;
@@ -23,10 +33,14 @@ JournalResult LeftRecording::open(const std::string& path) {
 }
 
 std::string LeftRecording::question() const {
-  std::string text = "A track of " + std::to_string(points()) + " points was being recorded.";
+  const std::string text = textWith(kWasRecorded, std::to_string(points()));
   if (!damaged_) return text;
-  text += " A part of " + path_ + " is damaged";
-  return text + (keptAs_.empty() ? "." : "; it is kept as " + keptAs_ + ".");
+  if (keptAs_.empty()) return text + " " + textWith(kPartDamaged, path_);
+  return text + " " + textWith(kPartDamagedAndKept, path_, keptAs_);
+}
+
+std::string LeftRecording::message(JournalResult result) const {
+  return journalMessage(result, path_, keptAs_);
 }
 
 std::unique_ptr<Journal> LeftRecording::continueInto(Track& current) {
@@ -39,7 +53,13 @@ std::unique_ptr<Journal> LeftRecording::continueInto(Track& current) {
 LibraryResult LeftRecording::save(TrackLibrary& library, const RecordingOptions& options,
                                   const DateTime& local) {
   const LibraryResult result = library.add(track_, options, local);
-  if (result == LibraryResult::done) discard();
+  if (result != LibraryResult::done) return result;
+  if (damaged_ && keptAs_.empty()) {
+    journal_.reset();
+    keptAs_ = moveAsBad(path_);
+  } else {
+    discard();
+  }
   return result;
 }
 

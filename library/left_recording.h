@@ -16,7 +16,8 @@ class LeftRecording {
   explicit LeftRecording(JournalSettings settings = {}) : settings_(std::move(settings)) {}
 
   // Takes hold of the journal, so that no other program asks about it too. Only after `open` there
-  // is something to answer. One without a single point is deleted, and is `missing` then.
+  // is something to answer. An undamaged one without a single point is deleted, and is `missing`
+  // then; a damaged one is `notAJournal`, and `message` says where it is.
   JournalResult open(const std::string& path);
 
   const std::string& path() const { return path_; }
@@ -26,6 +27,9 @@ class LeftRecording {
   const Track& track() const { return track_; }
   // "A track of 12 points was being recorded.", and what is to be said about damage.
   std::string question() const;
+  // One sentence for a person about what `open` could not take hold of; empty for `open` and
+  // `missing`.
+  std::string message(JournalResult result) const;
 
   // Puts a longer track in the place of what the journal holds, where a disk did not take its end.
   void take(Track track) { track_ = std::move(track); }
@@ -33,7 +37,8 @@ class LeftRecording {
   // Continue: the points become those of `current`, which is to be started then, and the journal
   // is the caller's to append to.
   std::unique_ptr<Journal> continueInto(Track& current);
-  // Save: into the library; the journal goes only when the track is there for sure.
+  // Save: into the library; the journal goes only when the track is there for sure. A damaged one
+  // of which no copy could be kept is named ".bad" instead.
   LibraryResult save(TrackLibrary& library, const RecordingOptions& options, const DateTime& local);
   // Later: it stays as it is.
   void leave();
@@ -49,8 +54,8 @@ class LeftRecording {
   std::unique_ptr<Journal> journal_;
 };
 
-// One sentence for a person about a journal that could not be taken hold of; empty for `open` and
-// `missing`.
-std::string journalMessage(JournalResult result, const std::string& path);
+// The same for a journal at `path`, which is kept as `keptAs`; empty where it is not.
+std::string journalMessage(JournalResult result, const std::string& path,
+                           const std::string& keptAs = {});
 
 }  // namespace vgps

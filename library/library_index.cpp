@@ -4,6 +4,8 @@
 #include <cstddef>
 
 #include "library/document_layout.h"
+#include "library/library_files.h"
+#include "track/whole_file.h"
 
 namespace vgps {
 namespace {
@@ -132,7 +134,25 @@ IndexEntry readEntry(Reader& in) {
   return entry;
 }
 
+// Nothing, or what begins like an index.
+bool mayBeReplaced(const std::string& path) {
+  FileStamp stamp;
+  if (!fileStamp(path, stamp)) return !fileExists(path);
+  std::string magic;
+  InputFile file(path);
+  const bool same = file && file.readAt(0, kMagic.size(), magic) && magic == kMagic;
+  return same || stamp.size == 0;
+}
+
 }  // namespace
+
+void dropIndex(const std::string& path) {
+  if (mayBeReplaced(path)) removeFile(path);
+}
+
+void writeIndex(const std::string& path, const LibraryIndex& index, const LibraryDisk& disk) {
+  if (mayBeReplaced(path) && !writeWholeFile(path, indexText(index), disk.open)) removeFile(path);
+}
 
 std::string indexText(const LibraryIndex& index) {
   Writer out;

@@ -45,6 +45,9 @@ struct LibraryIndex {
 };
 
 std::string indexText(const LibraryIndex& index);
+// Puts the index there; one that cannot be written is dropped. A file that is no index stays.
+void writeIndex(const std::string& path, const LibraryIndex& index, const LibraryDisk& disk);
+void dropIndex(const std::string& path);
 // False when the bytes are no whole index.
 bool readIndex(std::string_view bytes, LibraryIndex& index);
 

@@ -1,55 +1,73 @@
+#include "base/texts.h"
 #include "library/left_recording.h"
 #include "library/track_library.h"
-#include "track/whole_file.h"
 
 namespace vgps {
+namespace {
+
+// Numbers of texts.
+constexpr uint32_t kNotThere = 950;
+constexpr uint32_t kNoName = 951;
+constexpr uint32_t kChanged = 952;
+constexpr uint32_t kInUse = 953;
+constexpr uint32_t kNotOverwritten = 954;
+constexpr uint32_t kUnreadable = 955;
+constexpr uint32_t kNotKept = 956;
+constexpr uint32_t kNoFreeName = 957;
+constexpr uint32_t kNotWritten = 958;
+constexpr uint32_t kDamaged = 959;
+constexpr uint32_t kLeftAlone = 960;
+constexpr uint32_t kRecordingLeft = 964;
+constexpr uint32_t kNoJournalKept = 965;
+constexpr uint32_t kNoJournal = 966;
+
+uint32_t numberOf(LibraryResult result) {
+  switch (result) {
+    case LibraryResult::done: break;
+    case LibraryResult::notThere: return kNotThere;
+    case LibraryResult::noName: return kNoName;
+    case LibraryResult::changed: return kChanged;
+    case LibraryResult::inUse: return kInUse;
+    case LibraryResult::notALibrary: return kNotOverwritten;
+    case LibraryResult::unreadable: return kUnreadable;
+    case LibraryResult::notKept: return kNotKept;
+    case LibraryResult::noFreeName: return kNoFreeName;
+    case LibraryResult::notWritten: return kNotWritten;
+  }
+  return 0;
+}
+
+uint32_t numberOf(LibraryState state) {
+  switch (state) {
+    case LibraryState::whole:
+    case LibraryState::missing: break;
+    case LibraryState::damaged: return kDamaged;
+    case LibraryState::notALibrary: return kLeftAlone;
+    case LibraryState::unreadable: return kUnreadable;
+  }
+  return 0;
+}
+
+}  // namespace
 
 std::string libraryMessage(LibraryResult result, const std::string& path) {
-  switch (result) {
-    case LibraryResult::done: return {};
-    case LibraryResult::notThere: return "There is no such entry in " + path + ".";
-    case LibraryResult::noName: return "A name is needed.";
-    case LibraryResult::changed:
-      return path + " was changed by another program. Look at it again and repeat the change.";
-    case LibraryResult::inUse: return path + " is in use by a running program.";
-    case LibraryResult::notALibrary:
-      return path + " is another kind of file. Nothing was written over it.";
-    case LibraryResult::unreadable: return "Cannot read " + path + ".";
-    case LibraryResult::notKept:
-      return path + " is damaged, and no copy of it could be kept. Nothing was written over it.";
-    case LibraryResult::noFreeName:
-      return "All names that could be tried are taken in " + path + ".";
-    case LibraryResult::notWritten:
-      return "Cannot write " + path +
-             ". The disk may be full or write-protected; nothing was lost.";
-  }
-  return {};
+  return textWith(numberOf(result), path);
 }
 
 std::string libraryMessage(LibraryState state, const std::string& path) {
-  switch (state) {
-    case LibraryState::whole:
-    case LibraryState::missing: return {};
-    case LibraryState::damaged:
-      return path +
-             " is damaged. What can be read of it is shown; before anything is written it is "
-             "kept as " +
-             badPathOf(path) + ".";
-    case LibraryState::notALibrary: return path + " is another kind of file. It is left alone.";
-    case LibraryState::unreadable: return "Cannot read " + path + ".";
-  }
-  return {};
+  return textWith(numberOf(state), path);
 }
 
-std::string journalMessage(JournalResult result, const std::string& path) {
+std::string journalMessage(JournalResult result, const std::string& path,
+                           const std::string& keptAs) {
   switch (result) {
     case JournalResult::open:
-    case JournalResult::missing: return {};
-    case JournalResult::left: return "A recording was left in " + path + ".";
-    case JournalResult::inUse: return path + " is in use by a running program.";
-    case JournalResult::refused: return "Cannot read " + path + ".";
+    case JournalResult::missing: break;
+    case JournalResult::left: return textWith(kRecordingLeft, path);
+    case JournalResult::inUse: return textWith(kInUse, path);
+    case JournalResult::refused: return textWith(kUnreadable, path);
     case JournalResult::notAJournal:
-      return "Nothing in " + path + " is readable. It is kept as " + badPathOf(path) + ".";
+      return keptAs.empty() ? textWith(kNoJournal, path) : textWith(kNoJournalKept, path, keptAs);
   }
   return {};
 }

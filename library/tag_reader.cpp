@@ -45,9 +45,9 @@ bool TagReader::toTag() {
 }
 
 // Over a comment or the like, which ends with `terminator`.
-TagReader::Piece TagReader::passOver(std::string_view terminator) {
+TagReader::Piece TagReader::passOver(std::string_view terminator, bool& noneFollows) {
   size_t searched = 0;  // behind at_
-  for (;;) {
+  while (!noneFollows) {
     const size_t found = bytes_.find(terminator, at_ + searched);
     if (found != std::string::npos) {
       at_ = found + terminator.size();
@@ -56,7 +56,7 @@ TagReader::Piece TagReader::passOver(std::string_view terminator) {
     }
     searched = bytes_.size() - at_;
     searched -= std::min(searched, terminator.size());
-    if (!fill()) break;
+    noneFollows = !fill();
   }
   ++at_;  // without an end it hides nothing
   return Piece::broken;
@@ -94,8 +94,8 @@ TagReader::Piece TagReader::readPiece(TagMark& tag) {
   while (bytes_.size() - at_ < kCData.size() && fill()) {
   }
   const std::string_view rest = std::string_view(bytes_).substr(at_);
-  if (rest.starts_with("<!--")) return passOver("-->");
-  if (rest.starts_with(kCData)) return passOver("]]>");
+  if (rest.starts_with("<!--")) return passOver("-->", noCommentEnd_);
+  if (rest.starts_with(kCData)) return passOver("]]>", noCDataEnd_);
   const bool declaration = rest.starts_with("<?") || rest.starts_with("<!");
   for (size_t searched = 1;;) {
     const size_t found = bytes_.find_first_of("<>", at_ + searched);

@@ -51,7 +51,7 @@ class TagReader {
   bool fill();
   bool toTag();
   Piece readPiece(TagMark& tag);
-  Piece passOver(std::string_view terminator);
+  Piece passOver(std::string_view terminator, bool& noneFollows);
   Piece passDeclaration(size_t end);
   void finishTag(TagMark& tag, size_t close);
 
@@ -64,6 +64,9 @@ class TagReader {
   bool text_ = false;     // something else than blanks was seen since
   bool broken_ = false;
   bool ended_ = false;
+  // The rest of the text was searched for such an end; it is not searched again.
+  bool noCommentEnd_ = false;
+  bool noCDataEnd_ = false;
 };
 
 }  // namespace vgps

@@ -9,6 +9,7 @@
 #include "library/document_layout.h"
 #include "library/document_store.h"
 #include "library/folder_store.h"
+#include "library/foreign_parts.h"
 #include "platform/files.h"
 #include "track/editing.h"
 #include "track/file_names.h"
@@ -22,6 +23,7 @@ namespace vgps {
 struct Editable {
   Track track;
   RecordingOptions writing;
+  ForeignParts foreign{};
 };
 
 namespace {
@@ -91,8 +93,9 @@ std::string savedText(XmlElement element) {
 
 std::string trackLibraryPath(std::string_view setting, const std::string& settingsFolder) {
   if (setting.empty()) return pathIn(settingsFolder, kTrackLibraryName);
-  if (setting.find_first_of("/\\") != std::string_view::npos) return std::string(setting);
-  return pathIn(settingsFolder, setting);
+  const bool drive = setting.size() >= 2 && setting[1] == ':';
+  const bool whole = setting[0] == '/' || setting[0] == '\\' || drive;
+  return whole ? std::string(setting) : pathIn(settingsFolder, setting);
 }
 
 TrackLibrary::TrackLibrary(LibraryDisk disk) : disk_(std::move(disk)) {}
@@ -182,6 +185,12 @@ TrackText TrackLibrary::rendered(const Track& track, const RecordingOptions& wri
   return text;
 }
 
+TrackText TrackLibrary::edited(const Editable& old) const {
+  TrackText text = rendered(old.track, old.writing, old.track.name);
+  text.text = withForeignParts(text.text, old.track, old.foreign);
+  return text;
+}
+
 LibraryResult TrackLibrary::add(Track& track, const RecordingOptions& options,
                                 const DateTime& local) {
   if (store_ == nullptr) return LibraryResult::notThere;
@@ -250,7 +259,8 @@ LibraryResult TrackLibrary::readForEditing(size_t index, Editable& out) {
   TrackText text;
   const LibraryResult result = store_->read(index, text);
   if (result != LibraryResult::done) return result;
-  parseTrack(text.text, out.writing.speedUnit, out.track);
+  const bool whole = parseTrack(text.text, out.writing.speedUnit, out.track);
+  if (whole) takeForeignParts(text.text, out.track, out.foreign);
   out.track.name = text.name;
   const int32_t unit = out.writing.speedUnit;
   out.writing = writtenAs(text.text);
@@ -264,7 +274,7 @@ LibraryResult TrackLibrary::rewrite(size_t index, const RecordingOptions& option
   const LibraryResult result = readForEditing(index, old);
   if (result != LibraryResult::done) return result;
   edit(old.track);
-  return change({{.index = index, .texts = {rendered(old.track, old.writing, old.track.name)}}});
+  return change({{.index = index, .texts = {edited(old)}}});
 }
 
 LibraryResult TrackLibrary::join(size_t index, size_t other, const RecordingOptions& options) {
@@ -272,12 +282,14 @@ LibraryResult TrackLibrary::join(size_t index, size_t other, const RecordingOpti
   Editable first{.track = {}, .writing = options};
   Editable second{.track = {}, .writing = options};
   LibraryResult result = readForEditing(index, first);
-  if (result == LibraryResult::done) result = readForEditing(other, second);
   if (result != LibraryResult::done) return result;
+  second.foreign = std::move(first.foreign);
+  result = readForEditing(other, second);
+  if (result != LibraryResult::done) return result;
+  first.foreign = std::move(second.foreign);
   vgps::join(first.track, second.track);
   addAttributes(first.writing, second.writing);
-  TrackEdit joined{.index = index,
-                   .texts = {rendered(first.track, first.writing, first.track.name)}};
+  TrackEdit joined{.index = index, .texts = {edited(first)}};
   TrackEdit gone{.index = other};
   if (index < other) return change({std::move(joined), std::move(gone)});
   return change({std::move(gone), std::move(joined)});
@@ -289,9 +301,9 @@ LibraryResult TrackLibrary::split(size_t index, size_t point, const RecordingOpt
   if (result != LibraryResult::done) return result;
   const std::optional<Track> second = vgps::split(old.track, point, freeSplitNumber(tracks()));
   if (!second) return LibraryResult::notThere;
-  return change({{.index = index,
-                  .texts = {rendered(old.track, old.writing, old.track.name),
-                            rendered(*second, old.writing, second->name)}}});
+  TrackText behind = rendered(*second, old.writing, second->name);
+  behind.text = withForeignParts(behind.text, *second, old.foreign, false);
+  return change({{.index = index, .texts = {edited(old), std::move(behind)}}});
 }
 
 LibraryResult TrackLibrary::reverse(size_t index, const RecordingOptions& options) {
@@ -311,8 +323,10 @@ LibraryResult TrackLibrary::replace(size_t index, const Track& track,
   if (result != LibraryResult::done) return result;
   addAttributes(old.writing, attributesIn(track));
   const std::string name = cleanName(track.name);
-  return change({{.index = index,
-                  .texts = {rendered(track, old.writing, name.empty() ? old.track.name : name)}}});
+  TrackText text = rendered(track, old.writing, name.empty() ? old.track.name : name);
+  old.foreign.points.clear();  // nobody knows which of them the new points are
+  text.text = withForeignParts(text.text, track, old.foreign);
+  return change({{.index = index, .texts = {std::move(text)}}});
 }
 
 }  // namespace vgps

@@ -22,8 +22,8 @@ namespace vgps {
 // The name beside the settings document.
 inline constexpr const char* kTrackLibraryName = "tracks.xml";
 
-// Where the library lies: what the setting names (a document, or a folder that is there), a name
-// without a folder beside the settings; by default kTrackLibraryName there.
+// Where the library lies: what the setting names (a document, or a folder that is there), counted
+// from the settings' folder unless it begins at a root; by default kTrackLibraryName there.
 std::string trackLibraryPath(std::string_view setting, const std::string& settingsFolder);
 
 struct Editable;
@@ -85,6 +85,7 @@ class TrackLibrary {
   LibraryResult change(const LibraryChange& change);
   LibraryResult readForEditing(size_t index, Editable& out);
   TrackText rendered(const Track& track, const RecordingOptions& writing, std::string name) const;
+  TrackText edited(const Editable& old) const;
   LibraryResult rewrite(size_t index, const RecordingOptions& options, const Edit& edit);
 
   LibraryDisk disk_;

@@ -78,7 +78,8 @@ void setSpeeds(TrackPoint& point, double value, int32_t unit) {
 
 class TrackReader {
  public:
-  TrackReader(int32_t speedUnit, Track& track) : speedUnit_(speedUnit), track_(track) {}
+  TrackReader(int32_t speedUnit, Track& track, bool* foreign)
+      : speedUnit_(speedUnit), track_(track), foreign_(foreign) {}
 
   // Points wherever they stand: behind a damaged tag they lie one inside the other.
   bool read(XmlElement top) {
@@ -86,21 +87,41 @@ class TrackReader {
     uint32_t depth = 0;
     uint32_t at = tree.nextInSubtree(top.index(), top.index(), depth);
     for (; at != kNoRow; at = tree.nextInSubtree(top.index(), at, depth)) {
-      const XmlElement element(top.tree(), at);
-      const std::string_view name = element.storedName();
-      if (name == "p") {
-        if (depth != 1) whole_ = false;
-        readPoint(element);
-      } else if (name == "n") {
-        readAttachment(element);
-      } else if (name != "ass") {
-        whole_ = false;
-      }
+      if (depth <= foreignDepth_) foreignDepth_ = UINT32_MAX;
+      readElement(XmlElement(top.tree(), at), depth);
     }
     return whole_;
   }
 
  private:
+  void readElement(XmlElement element, uint32_t depth) {
+    const std::string_view name = element.storedName();
+    const bool inForeign = depth > foreignDepth_;
+    const bool hasPosition = element.FindAttribute("x") && element.FindAttribute("y");
+    if (name == "p" && (!inForeign || hasPosition)) {
+      if (depth != 1) whole_ = false;
+      readPoint(element);
+    } else if (inForeign) {
+      return;
+    } else if (name == "n") {
+      readAttachment(element);
+    } else if (name != "ass") {
+      foreignDepth_ = depth;
+      if (!noteForeign(name) || hasPosition) whole_ = false;  // a point with a damaged name
+    }
+  }
+
+  // False when it is a fault: nobody asked for what is foreign, or it is noise.
+  bool noteForeign(std::string_view name) {
+    const auto isOfName = [](char c) {
+      return static_cast<unsigned char>(c) > '~' || c == '_' || c == ':' || c == '-' || c == '.' ||
+             isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    };
+    const bool good = !name.empty() && std::all_of(name.begin(), name.end(), isOfName);
+    if (foreign_ == nullptr || !good) return false;
+    return *foreign_ = true;
+  }
+
   void readPoint(XmlElement element) {
     TrackPoint point;
     anyPoint_ = true;
@@ -136,7 +157,8 @@ class TrackReader {
       return true;
     }
     double speed = 0;
-    if (name != "spd" || !readNumber(value, speed)) return false;
+    if (name != "spd") return noteForeign(name);
+    if (!readNumber(value, speed)) return false;
     setSpeeds(point, speed, speedUnit_);
     return true;
   }
@@ -153,6 +175,8 @@ class TrackReader {
 
   const int32_t speedUnit_;
   Track& track_;
+  bool* const foreign_;
+  uint32_t foreignDepth_ = UINT32_MAX;  // of an open element of another program
   std::string name_;
   bool whole_ = true;
   bool anyPoint_ = false;
@@ -163,12 +187,12 @@ class TrackReader {
 
 }  // namespace
 
-bool readTrack(XmlElement element, int32_t speedUnit, Track& track) {
+bool readTrack(XmlElement element, int32_t speedUnit, Track& track, bool* foreign) {
   track.name = element.FindAttribute("n") ? element.FindAttribute("n").GetValue() : std::string();
   track.points.clear();
   track.attachments.clear();
   track.pointNames.clear();
-  return TrackReader(speedUnit, track).read(element);
+  return TrackReader(speedUnit, track, foreign).read(element);
 }
 
 }  // namespace vgps

@@ -66,7 +66,7 @@ double speedOf(const TrackPoint& point, int32_t unit) {
 class AttachmentList {
  public:
   explicit AttachmentList(const Track& track)
-      : attachments_(track.attachments), left_(attachments_.size(), true) {
+      : attachments_(track.attachments), taken_(attachments_.size() + 1) {
     for (uint32_t i = 0; i < attachments_.size(); ++i) {
       byPoint_.push_back({attachments_[i].point, i});
     }
@@ -86,9 +86,8 @@ class AttachmentList {
   void takeOf(size_t point, Write write) {
     for (; has(point); ++next_) {
       const uint32_t index = byPoint_[next_].index;
-      const auto before = std::count(left_.begin(), left_.begin() + index, true);
-      left_[index] = false;
-      write(static_cast<uint32_t>(before) + 1, attachments_[index].path);
+      write(index - takenBefore(index) + 1, attachments_[index].path);
+      take(index);
     }
   }
 
@@ -96,8 +95,20 @@ class AttachmentList {
   struct Entry {
     uint32_t point, index;
   };
+
+  // Fenwick, "A new data structure for cumulative frequency tables", 1994: entry i holds how many
+  // of the attachments of a range that ends before i are taken, as long as the lowest bit of i.
+  uint32_t takenBefore(uint32_t index) const {
+    uint32_t count = 0;
+    for (uint32_t i = index; i > 0; i &= i - 1) count += taken_[i];
+    return count;
+  }
+  void take(uint32_t index) {
+    for (size_t i = index + size_t{1}; i < taken_.size(); i += i & (~i + 1)) ++taken_[i];
+  }
+
   const std::vector<TrackAttachment>& attachments_;
-  std::vector<bool> left_;
+  std::vector<uint32_t> taken_;
   std::vector<Entry> byPoint_;
   size_t next_ = 0;
 };

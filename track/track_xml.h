@@ -43,7 +43,8 @@ void dropWrittenAttachments(Track& track);
 
 // Replaces the track's name, points and attachments by those of the element. `speedUnit` is that
 // of the display: the element's speeds are taken to be in it. False when something in it was no
-// track's; then the good points are there.
-bool readTrack(XmlElement element, int32_t speedUnit, Track& track);
+// track's; then the good points are there. With `foreign`, attributes and elements of other
+// programs are no fault: it becomes true for them.
+bool readTrack(XmlElement element, int32_t speedUnit, Track& track, bool* foreign = nullptr);
 
 }  // namespace vgps

@@ -253,6 +253,39 @@ TEST_F(ConfigFile, AFileThatAnotherProgramHoldsIsNoMissingFile) {
   EXPECT_EQ(read(), text);
 }
 
+// Two programs have the file open; each keeps what the other changed, also when a whole group is
+// written more than once.
+TEST_F(ConfigFile, WhatAnotherProgramChangedStays) {
+  write("<root><cfg><gps port=\"COM1\" speed=\"4800\"/></cfg><mine a=\"1\"/></root>");
+  ASSERT_TRUE(store_.open(path()));
+  Settings settings = loadSettings(store_);
+  {
+    ConfigStore other;
+    ASSERT_TRUE(other.open(path()));
+    other.set(*findSetting("cfg\\gps", "port"), std::string_view("COM22"));
+    other.set(*findSetting("cfg\\vgps", "sxv"), 90);
+    other.setOther("Cfg\\Other", "zoom", "3");
+    ASSERT_TRUE(other.save());
+  }
+  for (const int speed : {9600, 19200, 38400}) {
+    settings.baudRate = speed;
+    ASSERT_TRUE(saveSettings(store_, settings, SettingGroup::gps));
+    ConfigStore again;
+    ASSERT_TRUE(again.open(path()));
+    const Settings now = loadSettings(again);
+    EXPECT_EQ(now.port, "COM22");
+    EXPECT_EQ(now.speedLimit, 90);
+    EXPECT_EQ(now.baudRate, speed);
+    EXPECT_EQ(XmlGetString("Cfg\\Other", "zoom", "", nullptr, &again.document()), "3");
+    EXPECT_EQ(XmlGetString("mine", "a", "", nullptr, &again.document()), "1");
+  }
+  settings.port = "COM4";  // what is changed here wins
+  ASSERT_TRUE(saveSettings(store_, settings, SettingGroup::gps));
+  ConfigStore last;
+  ASSERT_TRUE(last.open(path()));
+  EXPECT_EQ(loadSettings(last).port, "COM4");
+}
+
 TEST_F(ConfigFile, AFailedSaveStaysChangedAndLosesNothing) {
   fs::create_directories(folder_ / "folder.xml");
   store_.open(path("folder.xml"));  // there and unreadable, or not there: as the system sees it

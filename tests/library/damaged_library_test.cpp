@@ -69,6 +69,10 @@ TEST_F(DocumentLibrary, WhatMayLieThere) {
        LibraryState::whole, "A 1 | New 9"},
 
       {"another program's file", "<gpx><trk/></gpx>", LibraryState::notALibrary, nullptr},
+      {"settings", "<root><cfg><gps port=\"COM3\"/></cfg></root>", LibraryState::notALibrary,
+       nullptr},
+      {"settings and tracks", "<root><tracks>" + a + "</tracks><Cfg/></root>",
+       LibraryState::notALibrary, nullptr},
       {"a single track", "<t><p x=\"1\" y=\"2\"/></t>", LibraryState::notALibrary, nullptr},
 
       {"noise", "\x01\x02 noise", LibraryState::damaged, "New 9"},
@@ -136,6 +140,66 @@ TEST_F(DocumentLibrary, WhatElseStandsInTheDocumentStays) {
   EXPECT_EQ(contentsAt(path_), "Z 1 | B 2");
 }
 
+// What other programs wrote is no damage, and every byte of it is there after any change.
+TEST_F(DocumentLibrary, WhatOthersWroteSurvivesEveryChange) {
+  const std::string track =
+      "<t n=\"A\" color=\"red\"><!-- a > b --><meta k=\"1\">text &amp; <b>more</b></meta>"
+      "<p x=\"1\" y=\"2\" m=\"1\" hr=\"130\"/>"
+      "<p x=\"1.1\" y=\"2\" m=\"2\" gx:id='&lt;' ><ext><n>7</n><p/></ext>"
+      "<ass><n n=\"Item 1\" f=\"f.jpg\"/></ass><!-- c --></p>"
+      "<p x=\"0\" y=\"0\" hr=\"0\"/>"
+      "<p x=\"1.2\" y=\"2\" m=\"3\" hr=\"132\"/></t>";
+  const std::string other = "<x><y/><t n=\"B\"><p x=\"1\" y=\"2\" m=\"9\" hr=\"99\"/></t>text</x>";
+  const std::string document = "<root v=\"2\"><!-- 1 --><tracks><!-- 2 -->" + track +
+                               "<note>mine</note></tracks>" + other + "</root>";
+  using Change = std::function<LibraryResult(TrackLibrary&)>;
+  struct Row {
+    const char* what;
+    Change change;
+    const char* tracks;
+    std::vector<std::string> pairs;  // stand in this order
+  };
+  const std::vector<std::string> inOrder = {"m=\"1\" hr=\"130\"", "<n>7</n>", "m=\"3\" hr=\"132\""};
+  const Row rows[] = {
+      {"add", [](auto& l) { return addWalk(l, "C", 1, 5); }, "A 1,2,3 | B 9 | C 5", {track, other}},
+      {"rename", [](auto& l) { return l.rename(0, "Z"); }, "Z 1,2,3 | B 9", {"hr=\"0\"", other}},
+      {"reverse",
+       [](auto& l) { return l.reverse(0, {}); },
+       "A 3,2,1 | B 9",
+       {"m=\"3\" hr=\"132\"", "<n>7</n>", "m=\"1\" hr=\"130\"", other}},
+      {"split", [](auto& l) { return l.split(0, 2, {}); }, "A 1,2 | Split 1 3 | B 9", inOrder},
+      {"join",
+       [](auto& l) { return l.join(1, 0, {}); },
+       "B 9,1,2,3",
+       {"m=\"9\" hr=\"99\"", "m=\"1\" hr=\"130\"", "<n>7</n>", "m=\"3\" hr=\"132\""}},
+      {"remove", [](auto& l) { return l.remove(1); }, "A 1,2,3", {track}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
+    for (const std::string& name : folder_.names()) removeFile(folder_.file(name));
+    library_ = TrackLibrary();
+    ASSERT_EQ(openWith(document), LibraryState::whole);
+    ASSERT_EQ(row.change(library_), LibraryResult::done);
+    const std::string after = fileBytes(path_);
+    for (const char* part :
+         {"<root v=\"2\"><!-- 1 -->", "<!-- 2 -->", "color=\"red\"", "<!-- a > b -->", "<x><y/>",
+          "<meta k=\"1\">text &amp; <b>more</b></meta>", "<ext><n>7</n><p/></ext>", "<!-- c -->",
+          "<note>mine</note></tracks>", "text</x>", "f=\"f.jpg\"", " gx:id='&lt;'"}) {
+      EXPECT_NE(after.find(part), std::string::npos) << part << "\n" << after;
+    }
+    size_t at = 0;
+    for (const std::string& part : row.pairs) {
+      const size_t found = after.find(part, at);
+      ASSERT_NE(found, std::string::npos) << part << "\n" << after;
+      at = found + part.size();
+    }
+    EXPECT_FALSE(fileExists(bad_));
+    TrackLibrary again;
+    EXPECT_EQ(again.open(path_), LibraryState::whole) << after;
+    EXPECT_EQ(contentsOf(again), row.tracks) << after;
+  }
+}
+
 TEST_F(DocumentLibrary, EveryDamagedDocumentIsKept) {
   const std::string first = "<root><tracks>" + element("A", 1);
   const std::string second = "<root><tracks>" + element("B", 2);
@@ -190,7 +254,7 @@ TEST_F(DocumentLibrary, AFlippedBitCostsOnePointAtMost) {
 
 // The index says what it likes: the document and what is done to it stay right.
 TEST_F(DocumentLibrary, AnIndexIsNeverBelievedTooMuch) {
-  const std::string indexPath = folder_.file("tracks.index");
+  const std::string indexPath = folder_.file("tracks.xml.index");
   open();
   addWalk(library_, "A", 3), addWalk(library_, "B", 4, 11), addWalk(library_, "C", 2, 21);
   const std::string good = fileBytes(indexPath);
@@ -257,6 +321,20 @@ TEST_F(DocumentLibrary, AnIndexIsNeverBelievedTooMuch) {
     LibraryIndex read;
     EXPECT_FALSE(readIndex(bytes, read)) << at;
     EXPECT_FALSE(readIndex(std::string_view(good).substr(0, at), read)) << at;
+  }
+}
+
+// A person's file of such a name is theirs.
+TEST_F(DocumentLibrary, AFileThatIsNoIndexStays) {
+  for (const char* name : {"tracks.index", "tracks.lock", "tracks.xml.index"}) {
+    putFile(folder_.file(name), "mine");
+  }
+  open();
+  ASSERT_EQ(addWalk(library_, "A", 2), LibraryResult::done);
+  TrackLibrary again;
+  EXPECT_EQ(again.open(path_), LibraryState::whole);
+  for (const char* name : {"tracks.index", "tracks.lock", "tracks.xml.index"}) {
+    EXPECT_EQ(fileBytes(folder_.file(name)), "mine") << name;
   }
 }
 

@@ -67,6 +67,30 @@ TEST(DocumentLayout, DamagedTextsReadTheSameInPieces) {
   }
 }
 
+std::string repeated(std::string_view text, size_t count) {
+  std::string all;
+  for (size_t i = 0; i < count; ++i) all += text;
+  return all;
+}
+
+// Each would keep a reader busy for minutes that goes back over the text, or over what is open, for
+// each of its tags.
+TEST(DocumentLayout, NoiseCostsNoMoreThanItsLength) {
+  constexpr size_t kMany = 1000000;
+  const std::string texts[] = {
+      "<root><tracks>" + repeated("<!--", kMany),
+      "<root><tracks>" + repeated("<![CDATA[", kMany),
+      "<root><tracks>" + repeated("<!--<![CDATA[", kMany),
+      repeated("<a>", kMany) + repeated("</b>", kMany),
+      "<root><tracks><t>" + repeated("<a>", kMany) + repeated("</b>", kMany),
+      repeated("<a>", kMany) + repeated("</a><a></b>", kMany),
+  };
+  for (const std::string& text : texts) {
+    const DocumentLayout layout = readLayout(inPieces(text, text.size()));
+    EXPECT_NE(layout.state, LibraryState::whole) << text.substr(0, 40);
+  }
+}
+
 TEST(DocumentLayout, ATrackLongerThanAnyBlock) {
   std::string text = "<root><tracks><t n=\"Long\">";
   for (int i = 0; i < 20000; ++i) text += "\r\n\t\t\t<p x=\"11.000000\" y=\"48.000000\" z=\"0\"/>";

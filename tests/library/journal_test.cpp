@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "library/journal_format.h"
+#include "library/library_files.h"
 #include "platform/files.h"
 #include "tests/library/memory_file.h"
 #include "tests/track/recording_world.h"
@@ -111,13 +112,52 @@ TEST_F(JournalOnDisk, ADamagedEndIsCutAndKeptBeside) {
   EXPECT_FALSE(found.damaged);
 }
 
-TEST_F(JournalOnDisk, AnotherFileIsNamedBad) {
-  std::ofstream(path_) << "something else altogether";
-  Journal journal;
-  RecoveredTrack found;
-  EXPECT_EQ(journal.recover(path_, found), JournalResult::notAJournal);
-  EXPECT_FALSE(fileExists(path_));
-  EXPECT_TRUE(fileExists(pathIn(folder_, "vgpstrack.bad")));
+// Without a readable point the file is out of the way of the next recording, and never lost.
+TEST_F(JournalOnDisk, WithoutAReadablePointItIsNamedBad) {
+  std::vector<uint8_t> header;
+  writeJournalHeader(header);
+  const std::string good(header.begin(), header.end());
+  const std::string rows[] = {
+      "something else altogether",
+      good + std::string(kJournalPoint, '\0'),  // blocks that the disk never filled
+      good + std::string(3 * kJournalPoint, 'x'),
+      std::string(5000, '\0'),
+  };
+  std::vector<std::string> kept;
+  for (const std::string& bytes : rows) {
+    std::ofstream(path_, std::ios::binary) << bytes;
+    Journal journal;
+    RecoveredTrack found;
+    EXPECT_EQ(journal.recover(path_, found), JournalResult::notAJournal);
+    EXPECT_FALSE(fileExists(path_));
+    kept.push_back(found.keptAs);
+  }
+  EXPECT_EQ(kept.front(), pathIn(folder_, "vgpstrack.bad"));
+  EXPECT_EQ(kept.back(), pathIn(folder_, "vgpstrack-4.bad"));
+  for (size_t i = 0; i < std::size(rows); ++i) {
+    std::string bytes;
+    EXPECT_TRUE(readWholeFile(kept[i], bytes));
+    EXPECT_EQ(bytes, rows[i]);
+  }
+}
+
+// Asking at every start does not fill the disk with copies; another damage gets its own.
+TEST_F(JournalOnDisk, ACopyIsMadeOnceForEachDamage) {
+  leave(4);
+  const size_t places[] = {kJournalHeader + 3 * kJournalPoint + 50, kJournalHeader + 50};
+  std::vector<std::string> kept;
+  for (const size_t place : places) {
+    spoil(static_cast<std::streamoff>(place));
+    for (int start = 0; start < 3; ++start) {
+      Journal journal;
+      RecoveredTrack found;
+      ASSERT_EQ(journal.recover(path_, found), JournalResult::open);
+      kept.push_back(found.keptAs);
+    }
+  }
+  const std::string first = pathIn(folder_, "vgpstrack.bad");
+  const std::string second = pathIn(folder_, "vgpstrack-2.bad");
+  EXPECT_EQ(kept, (std::vector<std::string>{first, first, first, second, second, second}));
 }
 
 TEST_F(JournalOnDisk, FoldersThatAreNotThere) {
@@ -185,6 +225,22 @@ TEST(Journal, AFullDiskIsToldOnceAndCaughtUpWith) {
   world.journal.append(point(50));
   EXPECT_TRUE(comesTrue([&] { return world.failures == 2; }));
   EXPECT_FALSE(world.journal.close());
+}
+
+TEST(Journal, WhatTheDiskDoesNotGiveIsNotTheEnd) {
+  JournalWorld world(Milliseconds(1));
+  ASSERT_EQ(world.journal.create("j"), JournalResult::open);
+  for (uint32_t i = 0; i < 5; ++i) world.journal.append(point(i));
+  ASSERT_TRUE(world.journal.close());
+  RecoveredTrack found;
+  for (const size_t readable : {size_t{0}, kJournalHeader, kJournalHeader + 2 * kJournalPoint}) {
+    world.disk.readable = readable;
+    EXPECT_EQ(world.journal.recover("j", found), JournalResult::refused) << readable;
+    EXPECT_FALSE(world.journal.isOpen());
+  }
+  world.disk.readable = SIZE_MAX;
+  ASSERT_EQ(world.journal.recover("j", found), JournalResult::open);
+  EXPECT_EQ(found.points.size(), 5U);
 }
 
 TEST(Journal, AFailedFlushIsWrittenAgain) {

@@ -45,6 +45,34 @@ TEST_F(Left, WithoutAPointThereIsNothingToAsk) {
   EXPECT_EQ(left_.open(path_), JournalResult::missing);
 }
 
+TEST_F(Left, WhatIsDamagedIsNeverDeleted) {
+  leave(1);
+  std::string bytes = fileBytes(path_);
+  bytes[kJournalHeader + 60] ^= 1;
+  putFile(path_, bytes);
+  EXPECT_EQ(left_.open(path_), JournalResult::notAJournal);
+  const std::string bad = folder_.file("vgpstrack.bad");
+  EXPECT_EQ(fileBytes(bad), bytes);
+  EXPECT_EQ(left_.message(JournalResult::notAJournal),
+            "Nothing in " + path_ + " is readable. It is kept as " + bad + ".");
+}
+
+// Where there is no copy, what was saved keeps the file itself.
+TEST_F(Left, SavedWithoutACopyTheJournalBecomesIt) {
+  leave(3);
+  std::string bytes = fileBytes(path_);
+  bytes[kJournalHeader + kJournalPoint + 60] ^= 1;
+  putFile(path_, bytes);
+  std::filesystem::create_directories(folder_.file("vgpstrack.bad.new"));  // no copy can be made
+  ASSERT_EQ(left_.open(path_), JournalResult::open);
+  const bool copied = !left_.keptAs().empty();
+  TrackLibrary library;
+  library.open(libraryPath_);
+  ASSERT_EQ(left_.save(library, {}, kAddedAt), LibraryResult::done);
+  EXPECT_FALSE(fileExists(path_));
+  EXPECT_EQ(fileBytes(left_.keptAs()), bytes) << copied;
+}
+
 TEST_F(Left, ContinuesIntoTheSameJournal) {
   leave(3);
   ASSERT_EQ(left_.open(path_), JournalResult::open);

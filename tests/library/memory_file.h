@@ -39,6 +39,7 @@ struct MemoryDisk {
   std::vector<uint8_t> safe;
   size_t room = SIZE_MAX;  // bytes that a file may have
   bool flushWorks = true;
+  size_t readable = SIZE_MAX;  // bytes of a file before a fault
 
  private:
   class File;
@@ -53,8 +54,9 @@ class MemoryDisk::File : public ExclusiveFile {
 
   uint64_t size() override { return entry_->bytes.size(); }
   size_t readAt(uint64_t offset, std::span<uint8_t> into) override {
-    const size_t from = std::min<size_t>(offset, entry_->bytes.size());
-    const size_t count = std::min(into.size(), entry_->bytes.size() - from);
+    const size_t end = std::min(entry_->bytes.size(), disk_.readable);
+    const size_t from = std::min<size_t>(offset, end);
+    const size_t count = std::min(into.size(), end - from);
     std::copy_n(entry_->bytes.begin() + static_cast<std::ptrdiff_t>(from), count, into.begin());
     return count;
   }

@@ -188,7 +188,7 @@ TEST_P(EitherLibrary, AnotherProgramsChangeIsSeenAndNotWrittenOver) {
 TEST_P(EitherLibrary, WhoeverHoldsTheLockIsWaitedFor) {
   addThree();
   FileOpening opening{};
-  const auto held = openExclusive(folder_.file(GetParam() ? "tracks.lock" : "t.lock"),
+  const auto held = openExclusive(folder_.file(GetParam() ? "tracks.lock" : "t.xml.lock"),
                                   OpenMode::orCreate, opening);
   TrackLibrary hurried({.waitForOthersMs = 30});
   hurried.open(path_);
@@ -274,6 +274,8 @@ TEST(TrackLibrary, WhereItLies) {
   const std::string beside = pathIn("home", "tracks.xml");
   EXPECT_EQ(trackLibraryPath("", "home"), beside);
   EXPECT_EQ(trackLibraryPath("mine.xml", "home"), pathIn("home", "mine.xml"));
+  EXPECT_EQ(trackLibraryPath("kept/mine.xml", "home"), pathIn("home", "kept/mine.xml"));
+  EXPECT_EQ(trackLibraryPath(".\\kept", "home"), pathIn("home", ".\\kept"));
   EXPECT_EQ(trackLibraryPath("/d/mine.xml", "home"), "/d/mine.xml");
   EXPECT_EQ(trackLibraryPath("C:\\d", "home"), "C:\\d");
 }

@@ -124,7 +124,7 @@ TEST_F(Recover, DamageIsTold) {
   putFile(journal_, "something else that is no journal");
   const Finished other = run({});
   EXPECT_EQ(other.status, 1);
-  EXPECT_TRUE(says(other.errors, "vgpstrack.bad")) << other.errors;
+  EXPECT_TRUE(says(other.errors, "vgpstrack-2.bad")) << other.errors;
 }
 
 TEST_F(Recover, WordsThatDoNotGoTogether) {

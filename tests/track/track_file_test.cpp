@@ -84,6 +84,22 @@ TEST(TrackXml, PointsWithoutAPositionAreLeftOut) {
             "<t>\r\n\t<p x=\"0.001000\" y=\"0.000000\" z=\"0.000000\"/>\r\n</t>\r\n");
 }
 
+// Far too many to count those that are left anew for each.
+TEST(TrackXml, AnyNumberOfAttachments) {
+  constexpr uint32_t kMany = 1000000;
+  Track track;
+  track.points.push_back(pointAt(11, 48));
+  track.points.push_back(pointAt(12, 48));
+  for (uint32_t i = 0; i < kMany; ++i) track.attachments.push_back({i % 2, "f"});
+  const std::string text = trackText(track, {}, {}, 0);
+  const size_t second = text.find("<p x=\"12");
+  // The first point's go one by one from the end, those of the second stay among them.
+  EXPECT_NE(text.find("<n n=\"Item 999999\" f=\"f\"/>"), std::string::npos);
+  EXPECT_LT(text.find("<n n=\"Item 1\" f=\"f\"/>"), second);
+  EXPECT_NE(text.find("<n n=\"Item 500000\" f=\"f\"/>", second), std::string::npos);
+  EXPECT_EQ(text.find("<n n=\"Item 500001\" f=\"f\"/>", second), std::string::npos);
+}
+
 TEST(TrackXml, AttachmentsFromTheLastToTheFirst) {
   Track track;
   for (const double x : {0.0, 1.0, 2.0}) track.points.push_back(pointAt(x, 0));

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "track/track.h"
+
+// What other programs wrote into a track element: attributes, elements and comments that are no
+// track's. A track that is edited is written anew, and these bytes with it.
+namespace vgps {
+
+struct ForeignPart {
+  std::string attributes;  // " hr=\"130\""
+  std::string inside;      // elements, comments and text
+};
+
+struct ForeignParts {
+  ForeignPart track;
+  std::vector<ForeignPart> points;
+};
+
+// Takes the foreign parts of an undamaged element, whose points are those of `track`, behind those
+// that are there already. The points' `fixStatus`, of which a file says nothing, becomes their
+// number in `parts`, from 1: it stays with a point through every edit.
+void takeForeignParts(std::string_view text, Track& track, ForeignParts& parts);
+
+// `text` is the element of `track`, freshly written: puts each point's parts back into it, and
+// those of the whole track where `ofTrack` says so.
+std::string withForeignParts(std::string_view text, const Track& track, const ForeignParts& parts,
+                             bool ofTrack = true);
+
+}  // namespace vgps
