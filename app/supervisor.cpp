@@ -76,7 +76,10 @@ void noteBytes(AppState& app) {
 
 void checkConnection(AppState& app) {
   Supervisor& supervisor = app.supervisor;
-  if (supervisor.state == Supervisor::State::off || !app.fix.running || !app.settings.reconnect) {
+  if (supervisor.state == Supervisor::State::off || !app.fix.running) return;
+  if (!app.settings.reconnect) {
+    // Switched off while the port was being tried again: it stays closed, and that is said.
+    if (supervisor.state == Supervisor::State::lost) disconnectReceiver(app);
     return;
   }
   if (supervisor.state == Supervisor::State::watching) {

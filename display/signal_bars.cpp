@@ -6,11 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "base/texts.h"
 #include "display/text_fit.h"
 
 namespace vgps {
 namespace {
 
+constexpr uint32_t kNoSatellites = 907;
 constexpr float kFullScale = 55;  // dB-Hz, the best that an ordinary antenna gives
 constexpr int kGridStep = 20;
 constexpr float kNarrowestBar = 5;  // pixels, with its gap
@@ -126,8 +128,8 @@ void drawSignalBars(Canvas& canvas, const Rect& box, std::span<const ViewedSatel
   Font font{.size = textSize};
   if (view.empty()) {
     const float line = textSize * kLineHeight;
-    canvas.text("no satellites", {box.x, box.y + (box.height - line) / 2, box.width, line}, font,
-                palette.faded, Align::centre);
+    canvas.text(textOf(kNoSatellites), {box.x, box.y + (box.height - line) / 2, box.width, line},
+                font, palette.faded, Align::centre);
     return;
   }
   const auto most = static_cast<size_t>(std::max(box.width / kNarrowestBar, 1.f));

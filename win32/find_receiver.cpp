@@ -32,7 +32,9 @@ void keepChoice(AppState& app, const SourceChoice& choice) {
 }  // namespace
 
 void findReceiver(AppState& app, HINSTANCE resources, HWND owner, const FinderSetup& setup) {
-  const auto before = serialSourceInUse(app);
+  // A receiver that is being looked for has no port open, and goes on being looked for.
+  const bool lost = app.supervisor.state == Supervisor::State::lost;
+  const auto before = lost ? std::nullopt : serialSourceInUse(app);
   if (before.has_value()) disconnectReceiver(app);
   const auto chosen = runFinder(resources, owner, setup);
   if (chosen.has_value()) keepChoice(app, *chosen);

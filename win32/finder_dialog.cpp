@@ -44,6 +44,7 @@ class FinderDialog {
   void search();
   void noteChange();
   void show();
+  void enableAgain(bool enabled);
   void showRow(int row, const PortFinding& finding);
   void setCell(int row, int column, std::string_view text);
   void showHeadline(const std::vector<PortFinding>& findings);
@@ -142,7 +143,7 @@ void FinderDialog::show() {
   for (size_t i = 0; i < findings.size(); ++i) showRow(static_cast<int>(i), findings[i]);
   showHeadline(findings);
   SendMessageW(control(FINDER_PROGRESS), PBM_SETPOS, finder_.progress(), 0);
-  EnableWindow(control(FINDER_AGAIN), finder_.running() ? FALSE : TRUE);
+  enableAgain(!finder_.running());
   const PortFinding* const best = bestFinding(findings);
   if (best != nullptr && !personChose_) {
     selecting_ = true;
@@ -152,6 +153,15 @@ void FinderDialog::show() {
     selecting_ = false;
   }
   followSelection();
+}
+
+// A button that has the keyboard passes it on first: disabled, it would swallow every key.
+void FinderDialog::enableAgain(bool enabled) {
+  const HWND button = control(FINDER_AGAIN);
+  if (!enabled && GetFocus() == button) {
+    SendMessageW(dialog_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control(IDCANCEL)), TRUE);
+  }
+  EnableWindow(button, enabled ? TRUE : FALSE);
 }
 
 void FinderDialog::showRow(int row, const PortFinding& finding) {
@@ -202,7 +212,9 @@ void FinderDialog::followSelection() {
   const HWND button = control(IDOK);
   if (usable == (IsWindowEnabled(button) != FALSE)) return;
   EnableWindow(button, usable ? TRUE : FALSE);
-  if (usable) SendMessageW(dialog_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(button), TRUE);
+  // Who walks through the list with the arrow keys stays there.
+  if (usable && selecting_)
+    SendMessageW(dialog_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(button), TRUE);
 }
 
 void FinderDialog::use() {

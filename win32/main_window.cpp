@@ -209,7 +209,11 @@ void MainWindow::onClose() {
 
 // The person logs off or the machine goes down, and nobody waits for answers: the recording's
 // journal stays for the next start.
-void MainWindow::onEndOfSession() { endProgram(*app_); }
+// No point may come behind the journal's end: it would begin another one.
+void MainWindow::onEndOfSession() {
+  app_->fix.stopReaders(0);
+  endProgram(*app_);
+}
 
 void MainWindow::onDestroy() {
   tray_.remove();

@@ -162,6 +162,17 @@ TEST_F(Supervision, OnlyWatchesSerialLinesAndOnlyWhenItMay) {
   EXPECT_EQ(line->opens, 1);
 }
 
+TEST_F(Supervision, SwitchedOffWhileAPortIsLostItIsClosed) {
+  ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
+  line->unplug();
+  ASSERT_TRUE(serveUntil([&] { return app.fix.portFailed.load(); }));
+  fiveSecondsPass();
+  ASSERT_EQ(state(), ReceiverState::lost);
+  app.settings.reconnect = false;
+  fiveSecondsPass();
+  EXPECT_EQ(state(), ReceiverState::notConnected);
+}
+
 TEST_F(Supervision, NoiseIsDataToo) {
   ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
   for (int i = 0; i < 4; ++i) {

@@ -268,7 +268,9 @@ TEST(Program, OneClearLineWhenSomethingIsWrong) {
       {{"monitor"}, "monitor needs --port DEV or --simulate; ports here: "},
       {{"monitor", "--port", "x", "--speed", "fast"}, "fast is no number above 0"},
       {{"monitor", "--simulate", "--log", "/no/folder/log"}, "cannot write the log /no/folder/log"},
-      {{}, "say what to do: monitor, replay, ports, record, info, track, geo, settings or xml"},
+      {{},
+       "say what to do: monitor, replay, ports, record, info, track, geo, recover, settings or "
+       "xml"},
       {{"fly"}, "fly"},
   };
   for (const auto& row : rows) {
