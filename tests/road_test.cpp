@@ -122,6 +122,7 @@ TEST(Road, FromTheLineToTheTrackFile) {
   std::ifstream file(pathIn(folder, "Track05_07_2010_09_03.XML"), std::ios::binary);
   std::ostringstream text;
   text << file.rdbuf();
+  file.close();  // or it could not be removed everywhere
   EXPECT_EQ(text.str(),
             "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\" ?>\r\n"
             "<t>\r\n"
