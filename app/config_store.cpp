@@ -139,8 +139,10 @@ Settings loadSettings(ConfigStore& store) {
       setText(settings, row, store.string(row));
       store.know(row, textOf(settings, row));
     } else {
-      setNumber(settings, row, correctedNumber(row, store.number(row)));
-      store.know(row, numberOf(settings, row));
+      const double value = store.number(row);
+      setNumber(settings, row, correctedNumber(row, value));
+      // What was corrected is written when its group is saved.
+      if (correctedNumber(row, value) == value) store.know(row, value);
     }
   }
   return settings;

@@ -198,6 +198,12 @@ TEST_F(ConfigFile, AGroupIsSavedAtOnceAndNothingElse) {
   EXPECT_FALSE(store_.changed());
 }
 
+TEST_F(ConfigFile, WhatWasCorrectedIsWrittenWithItsGroup) {
+  const Settings settings = loaded("fsf=\"9.00\" mzs=\"0.50\"");
+  ASSERT_TRUE(saveSettings(store_, settings, findSetting("cfg\\vgps", "fsf")->group));
+  EXPECT_NE(read().find("fsf=\"1.00\""), std::string::npos) << read();
+}
+
 TEST_F(ConfigFile, NumbersAreWrittenAsTheirTypeSays) {
   ASSERT_TRUE(store_.open(path()));
   const SettingRow& real = *findSetting("cfg\\vgps", "mzs");
