@@ -151,15 +151,6 @@ std::string menuItemText(uint32_t command) {
   return text;
 }
 
-uint32_t acceleratorCommand(uint16_t key, bool control, bool shift, bool alt) {
-  for (const KeyRow& row : kAccelerators) {
-    if (row.key == key && row.control == control && row.shift == shift && row.alt == alt) {
-      return row.command;
-    }
-  }
-  return 0;
-}
-
 bool menuItemChecked(const AppState& app, uint32_t command) {
   const CommandRow* const row = findCommand(command);
   return row != nullptr && row->checked != nullptr && row->checked(app, command);

@@ -35,9 +35,6 @@ std::string menuItemText(uint32_t command);
 // "Ctrl+Shift+R"
 std::string keyText(const KeyRow& row);
 
-// The command of a pressed key; 0 when it has none.
-uint32_t acceleratorCommand(uint16_t key, bool control, bool shift, bool alt);
-
 bool menuItemChecked(const AppState& app, uint32_t command);
 bool menuItemEnabled(const AppState& app, uint32_t command);
 

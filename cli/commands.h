@@ -86,7 +86,7 @@ struct TrackOptions {
 int runTrack(const TrackOptions& options);
 
 struct GeoOptions {
-  enum class Action { distance, bearing, destination, utm, dms, mgrs, locator };
+  enum class Action { distance, bearing, destination, area, utm, dms, mgrs, locator };
   Action action = Action::distance;
   std::vector<std::string> positions;  // LAT,LON each
   int32_t unit = 0;                    // DistanceUnit

@@ -49,11 +49,13 @@ std::string ellipsoidList() {
   return list;
 }
 
+constexpr int kMostCorners = 100000;
+
 CLI::App* addQuestion(CLI::App& geo, const char* name, const char* does, Action action,
                       int positions, const Shared& options, Chosen& chosen) {
   CLI::App* const command = geo.add_subcommand(name, does);
   command
-      ->add_option(positions == 2 ? "POSITIONS" : "POSITION", options->positions,
+      ->add_option(positions > 1 ? "POSITIONS" : "POSITION", options->positions,
                    positions == 2 ? "Two positions, LAT,LON each: from and to"
                                   : "LAT,LON in decimal degrees")
       ->required()
@@ -130,6 +132,11 @@ void addGeoCommand(CLI::App& program, Chosen& chosen) {
   addQuestion(geo, "bearing", "The course at the first position towards the second, degrees true.",
               Action::bearing, 2, options, chosen);
   addDestination(geo, options, chosen);
+  addQuestion(geo, "area", "What three or more positions enclose, the last joined to the first.",
+              Action::area, 3, options, chosen)
+      ->get_option("POSITIONS")
+      ->expected(3, kMostCorners)
+      ->description("Three or more positions, LAT,LON each: the corners in their order");
   addQuestion(geo, "dms", "Degrees, minutes and seconds of latitude and longitude.", Action::dms, 1,
               options, chosen);
   addGrids(geo, options, chosen);

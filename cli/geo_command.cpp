@@ -41,6 +41,15 @@ Answer bearingAnswer(const Position& from, const Position& to) {
   return {fixedText(bearing, kDecimals) + " degrees", {{"bearing", bearing}}, {}};
 }
 
+Answer areaAnswer(const std::vector<Position>& corners) {
+  const Area area = enclosedArea(corners);
+  std::string text = areaText(area);
+  std::erase(text, '\r');  // the terminal has line ends of its own
+  return {std::move(text),
+          {{"squareDegrees", area.squareDegrees}, {"squareMetres", area.squareMetres}},
+          {}};
+}
+
 double kilometresIn(double way, int32_t unit) { return way / distanceInUnit(1, unit); }
 
 Answer destinationAnswer(const Position& from, const GeoOptions& options) {
@@ -88,6 +97,7 @@ Answer answerOf(const GeoOptions& options, const std::vector<Position>& at) {
     case Action::utm: return utmAnswer(at[0], options.ellipsoid);
     case Action::dms: return dmsAnswer(at[0]);
     case Action::mgrs: return mgrsAnswer(at[0], options.digits);
+    case Action::area: return areaAnswer(at);
     case Action::locator: return locatorAnswer(at[0], options.pairs);
   }
   return {};

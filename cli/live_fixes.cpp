@@ -28,7 +28,8 @@ class LiveFixes {
         take_(take),
         tell_(tell),
         door_(std::move(door)),
-        app_({clock_, sounds_, *door_, window_, [this] { return watchedPort(); }, nullptr}) {
+        app_({clock_, sounds_, *door_, window_, [this] { return watchedPort(gone_, *door_); },
+              nullptr}) {
     app_.gps.options.utcOffsetMinutes = measureUtcOffset(clock_.utc(), clock_.local());
   }
 
@@ -56,13 +57,6 @@ class LiveFixes {
   }
 
  private:
-  std::unique_ptr<SerialPort> watchedPort() {
-    return std::make_unique<WatchedPort>(makeSerialPort(), [this] {
-      gone_ = true;
-      door_->post({.event = UiEvent::refresh});
-    });
-  }
-
   void connect() {
     gone_ = false;
     triedTick_ = clock_.tick();

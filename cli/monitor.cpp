@@ -48,7 +48,7 @@ class Monitor {
       : options_(options),
         output_(outputOf(options)),
         door_(std::move(door)),
-        app_({clock_, sounds_, *door_, window_, [this] { return watchedPort(); },
+        app_({clock_, sounds_, *door_, window_, [this] { return watchedPort(gone_, *door_); },
               locationSensorManager()}) {
     status_.source = options.simulate ? "the simulation" : options.port;
     status_.speed = options.speed;
@@ -68,13 +68,6 @@ class Monitor {
   }
 
  private:
-  std::unique_ptr<SerialPort> watchedPort() {
-    return std::make_unique<WatchedPort>(makeSerialPort(), [this] {
-      gone_ = true;
-      door_->post({.event = UiEvent::refresh});
-    });
-  }
-
   void connect();
   void followLink();
   void handle(const UiMessage& message);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/serial_port.h"
+#include "platform/ui_thread.h"
 
 namespace vgps {
 
@@ -35,5 +36,14 @@ class WatchedPort : public SerialPort {
   std::function<void()> onGone_;
   std::atomic<bool> told_{false};
 };
+
+// The system's port. `gone` is set when its device has gone, and `door` wakes the program to see
+// it; both outlive the reader.
+inline std::unique_ptr<SerialPort> watchedPort(std::atomic<bool>& gone, UiThread& door) {
+  return std::make_unique<WatchedPort>(makeSerialPort(), [&gone, &door] {
+    gone = true;
+    door.post({.event = UiEvent::refresh});
+  });
+}
 
 }  // namespace vgps

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "base/number.h"
+
 namespace vgps {
 namespace {
 
@@ -77,6 +79,12 @@ Area enclosedArea(std::span<const Position> points) {
   area.squareDegrees = std::fabs(flat) / 2;
   area.squareMetres = std::fabs(spherical) * kRadiusMetres * kRadiusMetres / 2;
   return area;
+}
+
+std::string areaText(const Area& area) {
+  constexpr int kDecimals = 3;
+  return fixedText(area.squareDegrees, kDecimals) + " deg^2\r\n" +
+         fixedText(area.squareMetres, kDecimals) + " m^2";
 }
 
 }  // namespace vgps

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 
 #include "geo/distance.h"
 
@@ -31,5 +32,8 @@ struct Area {
 // 180th meridian is taken across it. 0 for fewer than three points. R. Chamberlain and W. Duquette,
 // "Some Algorithms for Polygons on a Sphere" (2007).
 Area enclosedArea(std::span<const Position> points);
+
+// "1.000 deg^2", the end of a line, "12364036568.245 m^2".
+std::string areaText(const Area& area);
 
 }  // namespace vgps

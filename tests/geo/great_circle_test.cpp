@@ -57,6 +57,8 @@ TEST(GreatCircle, EnclosedAreas) {
   const std::vector<Position> reversed(square.rbegin(), square.rend());
   EXPECT_NEAR(enclosedArea(reversed).squareMetres, enclosedArea(square).squareMetres, 1);
   EXPECT_EQ(enclosedArea(std::span(square).first(2)).squareMetres, 0);
+  EXPECT_EQ(areaText({.squareDegrees = 1, .squareMetres = 12363683990.2614}),
+            "1.000 deg^2\r\n12363683990.261 m^2");
 }
 
 }  // namespace

@@ -365,6 +365,8 @@ TEST(GeoCommands, AnswersAndComplaints) {
       {{"utm", "4e1,nan"}, 1, "is no position"},
       {{"mgrs", "-80.5,3"}, 1, "the grid ends at 80 degrees south and 84 degrees north"},
       {{"distance", "1,2"}, 1, "POSITIONS"},
+      {{"area", "0,-0.5", "0,0.5", "1,0.5", "1,-0.5"}, 0, "1.000 deg^2\n12363"},
+      {{"area", "0,0", "1,1"}, 1, "POSITIONS"},
       {{"distance", "1,2", "3,4", "--unit", "yd"}, 1, "yd is none of km, mi, nmi"},
       {{"utm", "1,2", "--ellipsoid", "24"}, 1, "24 is neither a number from 1 to 23 nor a name"},
       {{}, 1, "vgps geo --help"},
