@@ -153,6 +153,7 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
                              "and go on with it, save or "
                              "discard it. Ends with 2 when a running program still records.");
   command->add_option("--file", options->file, "The settings beside which it lies (vgps.xml)")
+      ->check(aName())
       ->option_text("FILE");
   const auto action = [options](Action wanted) {
     return [options, wanted] { options->action = wanted; };

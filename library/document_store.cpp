@@ -85,7 +85,7 @@ bool fits(const LibraryChange& change, size_t tracks) {
 }  // namespace
 
 DocumentStore::DocumentStore(std::string path, LibraryDisk disk)
-    : path_(std::move(path)), indexPath_(path_ + ".index"), disk_(std::move(disk)) {}
+    : path_(std::move(path)), indexPath_(behindLinks(path_) + ".index"), disk_(std::move(disk)) {}
 
 LibraryState DocumentStore::refresh() {
   constexpr int kAttempts = 3;  // another program may put a new document there meanwhile
@@ -321,7 +321,7 @@ LibraryResult DocumentStore::write(const LibraryChange& change) {
 }
 
 LibraryResult DocumentStore::apply(const LibraryChange& change, LibraryChange& inverse) {
-  const LibraryLock lock(path_ + ".lock", disk_);
+  const LibraryLock lock(lockPathOf(path_), disk_);
   if (lock.result() != LibraryResult::done) return lock.result();
   LibraryResult result = prepare();
   if (result != LibraryResult::done || change.empty()) return result;

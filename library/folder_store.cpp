@@ -172,8 +172,8 @@ LibraryResult FolderStore::keepDamaged(const LibraryChange& change) {
 
 bool FolderStore::write(const FileChange& file) {
   if (!file.stays) return removeFile(file.path);
-  OutputFile out(file.path, disk_.open);
-  return out.write(file.bytes) && out.finish();
+  if (file.wasThere) return writeWholeFile(file.path, file.bytes, disk_.open);
+  return writeFreeFile(file.path, file.bytes, disk_.open) == FilePlacing::placed;
 }
 
 // The disk refused in the middle: what was done is undone, as far as the disk lets us.

@@ -77,7 +77,7 @@ JournalResult Journal::recover(const std::string& path, RecoveredTrack& out) {
   cutFirst_ = true;
   out.points = std::move(contents.points);
   out.damaged = contents.damaged;
-  out.keptAs = contents.damaged ? keepAsBad(path, textOf(bytes)) : std::string();
+  out.keptAs = contents.damaged ? keepAsBad(path, textOf(bytes), settings_.open) : std::string();
   return JournalResult::open;
 }
 

@@ -68,6 +68,8 @@ bool readWholeFile(const std::string& path, std::string& out) {
   return file && fileStamp(path, stamp) && file.readAt(0, stamp.size, out);
 }
 
+std::string lockPathOf(const std::string& document) { return behindLinks(document) + ".lock"; }
+
 LibraryLock::LibraryLock(const std::string& path, const LibraryDisk& disk) {
   const auto limit =
       std::chrono::steady_clock::now() + std::chrono::milliseconds(disk.waitForOthersMs);

@@ -39,6 +39,9 @@ class InputFile {
 
 bool readWholeFile(const std::string& path, std::string& out);
 
+// The lock of a document: beside the file itself, so that it is one under every link to it.
+std::string lockPathOf(const std::string& document);
+
 // Held while a library is changed, so that two programs do not write over each other's change. The
 // system gives it free when its program ends.
 class LibraryLock {

@@ -211,20 +211,24 @@ LibraryResult TrackLibrary::import(XmlElement element) {
   if (store_ == nullptr) return LibraryResult::notThere;
   refresh();
   const size_t count = tracks().size();
-  Track track;
-  readTrack(element, 0, track);
   const std::string saved = savedText(element);
   if (saved.empty()) return LibraryResult::notWritten;
+  Editable imported;
+  Track& track = imported.track;
+  readTrack(element, 0, track);
+  track.name = cleanName(track.name);
   TrackText text;
   if (isFolder()) {
-    text.name = cleanName(track.name).empty() ? "Import" : cleanName(track.name);
+    text.name = track.name.empty() ? "Import" : track.name;
     text.text = saved;
     text.isFile = true;
     text.file = freeImportPath(path(), text.name);
     if (text.file.empty()) return LibraryResult::noFreeName;
   } else {
-    track.name = cleanName(track.name);
-    text = rendered(track, writtenAs(saved), libraryName(track, static_cast<uint32_t>(count + 1)));
+    track.name = libraryName(track, static_cast<uint32_t>(count + 1));
+    imported.writing = writtenAs(saved);
+    takeForeignParts(saved, track, imported.foreign);
+    text = edited(imported);
   }
   return change({{.index = count, .removes = false, .texts = {std::move(text)}}});
 }

@@ -208,7 +208,7 @@ LibraryResult WaypointLibrary::prepare() {
 // `edit` works on the document by the lists and says whether it did; then it is saved.
 template <class Edit>
 LibraryResult WaypointLibrary::change(Edit edit) {
-  const LibraryLock lock(path_ + ".lock", disk_);
+  const LibraryLock lock(lockPathOf(path_), disk_);
   if (lock.result() != LibraryResult::done) return lock.result();
   LibraryResult result = prepare();
   if (result != LibraryResult::done) return result;

@@ -63,14 +63,19 @@ TEST_F(Left, SavedWithoutACopyTheJournalBecomesIt) {
   std::string bytes = fileBytes(path_);
   bytes[kJournalHeader + kJournalPoint + 60] ^= 1;
   putFile(path_, bytes);
-  std::filesystem::create_directories(folder_.file("vgpstrack.bad.new"));  // no copy can be made
-  ASSERT_EQ(left_.open(path_), JournalResult::open);
-  const bool copied = !left_.keptAs().empty();
+  JournalSettings withoutRoom;
+  withoutRoom.open = [](const std::string& path, OpenMode mode, FileOpening& opening) {
+    opening = FileOpening::refused;
+    return mode == OpenMode::createNew ? nullptr : openExclusive(path, mode, opening);
+  };
+  LeftRecording left(withoutRoom);
+  ASSERT_EQ(left.open(path_), JournalResult::open);
+  ASSERT_EQ(left.keptAs(), "");
   TrackLibrary library;
   library.open(libraryPath_);
-  ASSERT_EQ(left_.save(library, {}, kAddedAt), LibraryResult::done);
+  ASSERT_EQ(left.save(library, {}, kAddedAt), LibraryResult::done);
   EXPECT_FALSE(fileExists(path_));
-  EXPECT_EQ(fileBytes(left_.keptAs()), bytes) << copied;
+  EXPECT_EQ(fileBytes(left.keptAs()), bytes);
 }
 
 TEST_F(Left, ContinuesIntoTheSameJournal) {

@@ -244,7 +244,7 @@ TEST_P(EitherLibrary, NoStepOfAChangeLosesTracks) {
 TEST_P(EitherLibrary, ImportedElements) {
   XmlDocument document;
   const auto element = [&](const char* text) { return document.createElement(text); };
-  document.Load("<t n=\"From &amp; to\"><p x=\"1.5\" y=\"2\" z=\"3\" n=\"Gate\"/></t>",
+  document.Load("<t n=\"From &amp; to\"><p x=\"1.5\" y=\"2\" z=\"3\" n=\"Gate\" hr=\"130\"/></t>",
                 XmlLoadMode::text);
   ASSERT_EQ(library_.import(document.GetRootElement()), LibraryResult::done);
   ASSERT_EQ(library_.import(element("<t />")), LibraryResult::done);
@@ -254,6 +254,8 @@ TEST_P(EitherLibrary, ImportedElements) {
   ASSERT_EQ(track.points.size(), 1U);
   EXPECT_EQ(pointName(track, track.points[0]), "Gate");
   EXPECT_EQ(library_.tracks()[1].name, GetParam() ? "Import-1" : "Track 2");
+  const std::string file = folder_.file(folder_.names()[0]);
+  EXPECT_NE(fileBytes(file).find("hr=\"130\""), std::string::npos) << file;
   ASSERT_EQ(library_.undo(), LibraryResult::done);
   EXPECT_EQ(library_.tracks().size(), 1U);
 }
