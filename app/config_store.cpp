@@ -97,6 +97,10 @@ void ConfigStore::set(const SettingRow& row, std::string_view value) {
   changed_ = true;
 }
 
+std::string ConfigStore::other(const std::string& path, const std::string& key) {
+  return XmlGetString(path, key, "", nullptr, &document_);
+}
+
 void ConfigStore::setOther(const std::string& path, const std::string& key,
                            const std::string& value) {
   XmlSetString(path, key, value, nullptr, &document_);

@@ -39,7 +39,8 @@ class ConfigStore {
   void set(const SettingRow& row, std::string_view value);
 
   bool changed() const { return changed_; }
-  // A key that is no row's.
+  // A text of the document as it stands, whole; "" where there is none.
+  std::string other(const std::string& path, const std::string& key);
   void setOther(const std::string& path, const std::string& key, const std::string& value);
   // What `set` compares with: a value that is none other than the one that was loaded leaves alone
   // what stands there.

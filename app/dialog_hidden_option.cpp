@@ -37,7 +37,7 @@ bool editHiddenOption(ConfigStore& store, const TextPrompt& prompt, const TextTe
     return false;
   }
   const auto value = prompt(textOf(kCaptionText), textOf(kValueText),
-                            XmlGetString(kPath, *title, "", nullptr, &store.document()));
+                            store.other(kPath, *title));
   if (!value) return false;
   store.setOther(kPath, *title, *value);
   if (!store.save()) tell(textWith(kNotWrittenText, store.path()));

@@ -184,7 +184,6 @@ struct SettingRow {
   uint16_t characters;  // UTF-16 units that a string may have
   SettingMember member;
   SettingGroup group;
-  const char* label;  // in the options grid; empty: no row there
   RangeRule rule;
 };
 

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "app/config_store.h"
+#include "app/options_table.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "base/texts.h"
@@ -57,7 +58,7 @@ nlohmann::ordered_json jsonRow(ConfigStore& store, const SettingRow& row) {
     json["default"] = jsonNumber(row, row.number);
     json["value"] = jsonNumber(row, store.number(row));
   }
-  json["label"] = row.label;
+  json["label"] = optionLabel(row.path, row.key);
   return json;
 }
 
@@ -72,7 +73,7 @@ int listSettings(ConfigStore& store, bool json) {
     const std::string address = std::string(row.path) + " " + row.key;
     const std::string value = valueText(store, row);
     std::printf("%-24s %-7s %-12s %s", address.c_str(), typeName(row.type), value.c_str(),
-                row.label);
+                optionLabel(row.path, row.key));
     if (row.type != SettingType::string) {
       const double stored = store.number(row);
       const double used = correctedNumber(row, stored);

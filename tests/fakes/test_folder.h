@@ -2,11 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <random>
 #include <sstream>
 #include <string>
+#include <vector>
+
+#include "platform/files.h"
 
 namespace vgps {
 
@@ -27,6 +31,11 @@ class TestFolder {
 
   std::string path() const { return path_.string(); }
   std::string operator/(const std::string& name) const { return (path_ / name).string(); }
+  std::vector<std::string> names() const {
+    std::vector<std::string> names = filesIn(path());
+    std::sort(names.begin(), names.end());
+    return names;
+  }
   bool has(const std::string& name) const { return std::filesystem::exists(path_ / name); }
   void write(const std::string& name, const std::string& text) const {
     std::ofstream(path_ / name, std::ios::binary) << text;

@@ -24,9 +24,9 @@ class DocumentLibrary : public testing::Test {
     return open();
   }
 
-  TestFolder folder_{"damaged_library"};
-  const std::string path_ = folder_.file("tracks.xml");
-  const std::string bad_ = folder_.file("tracks.bad");
+  TestFolder folder_;
+  const std::string path_ = folder_ / "tracks.xml";
+  const std::string bad_ = folder_ / "tracks.bad";
   TrackLibrary library_;
 };
 
@@ -105,7 +105,7 @@ TEST_F(DocumentLibrary, WhatMayLieThere) {
   };
   for (const Found& row : rows) {
     SCOPED_TRACE(row.what);
-    for (const std::string& name : folder_.names()) removeFile(folder_.file(name));
+    for (const std::string& name : folder_.names()) removeFile(folder_ / name);
     library_ = TrackLibrary();
     EXPECT_EQ(openWith(row.bytes), row.state);
     EXPECT_EQ(library_.message().empty(),
@@ -176,7 +176,7 @@ TEST_F(DocumentLibrary, WhatOthersWroteSurvivesEveryChange) {
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
-    for (const std::string& name : folder_.names()) removeFile(folder_.file(name));
+    for (const std::string& name : folder_.names()) removeFile(folder_ / name);
     library_ = TrackLibrary();
     ASSERT_EQ(openWith(document), LibraryState::whole);
     ASSERT_EQ(row.change(library_), LibraryResult::done);
@@ -207,9 +207,9 @@ TEST_F(DocumentLibrary, EveryDamagedDocumentIsKept) {
   ASSERT_EQ(library_.rename(0, "A2"), LibraryResult::done);
   openWith(second);
   ASSERT_EQ(library_.reverse(0, {}), LibraryResult::done);
-  EXPECT_EQ(library_.keptAs(), folder_.file("tracks-2.bad"));
+  EXPECT_EQ(library_.keptAs(), folder_ / "tracks-2.bad");
   EXPECT_EQ(fileBytes(bad_), first);
-  EXPECT_EQ(fileBytes(folder_.file("tracks-2.bad")), second);
+  EXPECT_EQ(fileBytes(folder_ / "tracks-2.bad"), second);
 }
 
 TEST_F(DocumentLibrary, WithoutACopyNothingIsWrittenOverADamagedOne) {
@@ -254,7 +254,7 @@ TEST_F(DocumentLibrary, AFlippedBitCostsOnePointAtMost) {
 
 // The index says what it likes: the document and what is done to it stay right.
 TEST_F(DocumentLibrary, AnIndexIsNeverBelievedTooMuch) {
-  const std::string indexPath = folder_.file("tracks.xml.index");
+  const std::string indexPath = folder_ / "tracks.xml.index";
   open();
   addWalk(library_, "A", 3), addWalk(library_, "B", 4, 11), addWalk(library_, "C", 2, 21);
   const std::string good = fileBytes(indexPath);
@@ -327,44 +327,44 @@ TEST_F(DocumentLibrary, AnIndexIsNeverBelievedTooMuch) {
 // A person's file of such a name is theirs.
 TEST_F(DocumentLibrary, AFileThatIsNoIndexStays) {
   for (const char* name : {"tracks.index", "tracks.lock", "tracks.xml.index"}) {
-    putFile(folder_.file(name), "mine");
+    putFile(folder_ / name, "mine");
   }
   open();
   ASSERT_EQ(addWalk(library_, "A", 2), LibraryResult::done);
   TrackLibrary again;
   EXPECT_EQ(again.open(path_), LibraryState::whole);
   for (const char* name : {"tracks.index", "tracks.lock", "tracks.xml.index"}) {
-    EXPECT_EQ(fileBytes(folder_.file(name)), "mine") << name;
+    EXPECT_EQ(fileBytes(folder_ / name), "mine") << name;
   }
 }
 
 TEST(FolderLibrary, ADamagedFileIsKeptBeforeItIsWrittenOver) {
-  const TestFolder folder("damaged_folder");
+  const TestFolder folder;
   const std::string bytes = "<t><p x=\"1\" y=\"2\" m=\"1\"/><p x=\"1\"";
-  putFile(folder.file("A.XML"), bytes);
+  putFile(folder / "A.XML", bytes);
   TrackLibrary library;
   EXPECT_EQ(library.open(folder.path()), LibraryState::damaged);
-  EXPECT_NE(library.message().find(folder.file("A.XML")), std::string::npos);
+  EXPECT_NE(library.message().find(folder / "A.XML"), std::string::npos);
   ASSERT_EQ(addWalk(library, "B", 1, 9), LibraryResult::done);
-  EXPECT_FALSE(fileExists(folder.file("A.bad")));  // it was not written over
+  EXPECT_FALSE(fileExists(folder / "A.bad"));  // it was not written over
   ASSERT_EQ(library.reverse(0, {}), LibraryResult::done);
-  EXPECT_EQ(fileBytes(folder.file("A.bad")), bytes);
+  EXPECT_EQ(fileBytes(folder / "A.bad"), bytes);
   EXPECT_EQ(library.refresh(), LibraryState::whole);
   EXPECT_EQ(contentsOf(library), "A 1 | B 9");
 }
 
 TEST(FolderLibrary, TheIndexFollowsTheFiles) {
-  const TestFolder folder("folder_index");
+  const TestFolder folder;
   {
     TrackLibrary library;
     library.open(folder.path());
     addWalk(library, "A", 3), addWalk(library, "B", 2, 11);
   }
-  putFile(folder.file("C.xml"), element("inside", 5));
-  removeFile(folder.file("A.XML"));
-  putFile(folder.file("B.XML"), element("x", 6));
+  putFile(folder / "C.xml", element("inside", 5));
+  removeFile(folder / "A.XML");
+  putFile(folder / "B.XML", element("x", 6));
   EXPECT_EQ(contentsAt(folder.path()), "B 6 | C 5");
-  putFile(folder.file("tracks.index"), "rubbish");
+  putFile(folder / "tracks.index", "rubbish");
   EXPECT_EQ(contentsAt(folder.path()), "B 6 | C 5");
 }
 

@@ -17,9 +17,9 @@ class Left : public testing::Test {
     ASSERT_TRUE(journal.close());
   }
 
-  TestFolder folder_{"left"};
-  const std::string path_ = folder_.file(kJournalName);
-  const std::string libraryPath_ = folder_.file("tracks.xml");
+  TestFolder folder_;
+  const std::string path_ = folder_ / kJournalName;
+  const std::string libraryPath_ = folder_ / "tracks.xml";
   LeftRecording left_;
 };
 
@@ -51,7 +51,7 @@ TEST_F(Left, WhatIsDamagedIsNeverDeleted) {
   bytes[kJournalHeader + 60] ^= 1;
   putFile(path_, bytes);
   EXPECT_EQ(left_.open(path_), JournalResult::notAJournal);
-  const std::string bad = folder_.file("vgpstrack.bad");
+  const std::string bad = folder_ / "vgpstrack.bad";
   EXPECT_EQ(fileBytes(bad), bytes);
   EXPECT_EQ(left_.message(JournalResult::notAJournal),
             "Nothing in " + path_ + " is readable. It is kept as " + bad + ".");
@@ -134,8 +134,7 @@ TEST_F(Left, DamageIsSaid) {
   ASSERT_EQ(left_.open(path_), JournalResult::open);
   EXPECT_EQ(left_.points(), 3U);
   EXPECT_EQ(left_.question(), "A track of 3 points was being recorded. A part of " + path_ +
-                                  " is damaged; it is kept as " + folder_.file("vgpstrack.bad") +
-                                  ".");
+                                  " is damaged; it is kept as " + folder_ / "vgpstrack.bad" + ".");
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 
 #include "library/track_library.h"
 #include "platform/files.h"
+#include "tests/fakes/test_folder.h"
 #include "tests/track/recording_world.h"
 
 namespace vgps {
@@ -25,29 +26,6 @@ inline std::string fileBytes(const std::string& path) {
 inline void putFile(const std::string& path, std::string_view bytes) {
   std::ofstream(path, std::ios::binary) << bytes;
 }
-
-// An empty folder for a test's files, gone after it.
-class TestFolder {
- public:
-  explicit TestFolder(const std::string& name) : path_(testing::TempDir() + "vgps_" + name) {
-    std::filesystem::remove_all(path_);
-    std::filesystem::create_directories(path_);
-  }
-  TestFolder(const TestFolder&) = delete;
-  TestFolder& operator=(const TestFolder&) = delete;
-  ~TestFolder() { std::filesystem::remove_all(path_); }
-
-  std::string file(const std::string& name) const { return pathIn(path_, name); }
-  const std::string& path() const { return path_; }
-  std::vector<std::string> names() const {
-    std::vector<std::string> names = filesIn(path_);
-    std::sort(names.begin(), names.end());
-    return names;
-  }
-
- private:
-  const std::string path_;
-};
 
 // The system's files, on a disk that stops working after so many steps: what is written, cut,
 // flushed or deleted then does not happen any more.

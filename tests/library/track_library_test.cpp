@@ -12,9 +12,7 @@ namespace {
 // Both kinds of library: one document, or a folder of files.
 class EitherLibrary : public testing::TestWithParam<bool> {
  protected:
-  EitherLibrary() : folder_("library"), path_(GetParam() ? folder_.path() : folder_.file("t.xml")) {
-    library_.open(path_);
-  }
+  EitherLibrary() : path_(GetParam() ? folder_.path() : folder_ / "t.xml") { library_.open(path_); }
   // In a folder tracks stand by name.
   void addThree() {
     ASSERT_EQ(addWalk(library_, "A", 3), LibraryResult::done);
@@ -188,7 +186,7 @@ TEST_P(EitherLibrary, AnotherProgramsChangeIsSeenAndNotWrittenOver) {
 TEST_P(EitherLibrary, WhoeverHoldsTheLockIsWaitedFor) {
   addThree();
   FileOpening opening{};
-  const auto held = openExclusive(folder_.file(GetParam() ? "tracks.lock" : "t.xml.lock"),
+  const auto held = openExclusive(folder_ / (GetParam() ? "tracks.lock" : "t.xml.lock"),
                                   OpenMode::orCreate, opening);
   TrackLibrary hurried({.waitForOthersMs = 30});
   hurried.open(path_);
@@ -210,7 +208,7 @@ TEST_P(EitherLibrary, NoStepOfAChangeLosesTracks) {
     bool finished = false;
     for (int steps = 0; !finished && steps < 60; ++steps) {
       SCOPED_TRACE(std::string(row.what) + " dies after " + std::to_string(steps));
-      for (const std::string& name : folder_.names()) removeFile(folder_.file(name));
+      for (const std::string& name : folder_.names()) removeFile(folder_ / name);
       TrackLibrary fresh;
       fresh.open(path_);
       addWalk(fresh, "A", 3), addWalk(fresh, "B", 4, 11), addWalk(fresh, "C", 2, 21);
@@ -254,7 +252,7 @@ TEST_P(EitherLibrary, ImportedElements) {
   ASSERT_EQ(track.points.size(), 1U);
   EXPECT_EQ(pointName(track, track.points[0]), "Gate");
   EXPECT_EQ(library_.tracks()[1].name, GetParam() ? "Import-1" : "Track 2");
-  const std::string file = folder_.file(folder_.names()[0]);
+  const std::string file = folder_ / folder_.names()[0];
   EXPECT_NE(fileBytes(file).find("hr=\"130\""), std::string::npos) << file;
   ASSERT_EQ(library_.undo(), LibraryResult::done);
   EXPECT_EQ(library_.tracks().size(), 1U);
@@ -283,20 +281,20 @@ TEST(TrackLibrary, WhereItLies) {
 }
 
 TEST(TrackLibrary, FilesOfAFolderAreNamedLikeThoseOfARecording) {
-  const TestFolder folder("library_folder");
+  const TestFolder folder;
   TrackLibrary library;
   library.open(folder.path());
   for (int i = 0; i < 2; ++i) {
     Track unnamed = walk("", 1);
     ASSERT_EQ(library.add(unnamed, {}, kAddedAt), LibraryResult::done);
   }
-  putFile(folder.file("other.xml"), "<gpx/>");
-  putFile(folder.file("notes.txt"), "<t/>");
+  putFile(folder / "other.xml", "<gpx/>");
+  putFile(folder / "notes.txt", "<t/>");
   library.refresh();
   ASSERT_EQ(library.tracks().size(), 2U);
   EXPECT_EQ(library.tracks()[0].name, "Track05_07_2010_09_03 - 1");
   EXPECT_EQ(library.tracks()[1].name, "Track05_07_2010_09_03");
-  EXPECT_TRUE(fileBytes(folder.file("Track05_07_2010_09_03.XML"))
+  EXPECT_TRUE(fileBytes(folder / "Track05_07_2010_09_03.XML")
                   .starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\" ?>\r\n"
                                "<t>\r\n\t<p x="));
 }

@@ -37,9 +37,9 @@ class Waypoints : public testing::Test {
     return listOf(other);
   }
 
-  TestFolder folder_{"waypoints"};
-  const std::string path_ = folder_.file("waypoints.xml");
-  const std::string bad_ = folder_.file("waypoints.bad");
+  TestFolder folder_;
+  const std::string path_ = folder_ / "waypoints.xml";
+  const std::string bad_ = folder_ / "waypoints.bad";
   WaypointLibrary library_;
 };
 
@@ -144,7 +144,7 @@ TEST_F(Waypoints, DamagedDocumentsAreKept) {
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
-    for (const std::string& name : folder_.names()) removeFile(folder_.file(name));
+    for (const std::string& name : folder_.names()) removeFile(folder_ / name);
     library_ = WaypointLibrary();
     EXPECT_EQ(openWith(row.bytes), LibraryState::damaged);
     EXPECT_EQ(listOf(library_), row.tracks);

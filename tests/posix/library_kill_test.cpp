@@ -91,11 +91,11 @@ TEST(LibraryKill, AtAnyMomentTheLibraryIsWhole) {
   const int kills = wanted != nullptr ? std::atoi(wanted) : 8;
   std::mt19937 random(std::random_device{}());
   std::uniform_int_distribution<int> milliseconds(0, 150);
-  const TestFolder folder("library_kill");
+  const TestFolder folder;
   for (int i = 0; i < kills; ++i) {
     const int after = milliseconds(random);
     SCOPED_TRACE(std::to_string(i) + " after " + std::to_string(after));
-    const std::string path = folder.file(std::to_string(i) + (i % 2 == 0 ? ".xml" : ""));
+    const std::string path = folder / (std::to_string(i) + (i % 2 == 0 ? ".xml" : ""));
     if (i % 2 != 0) std::filesystem::create_directories(path);
     killOnce(path, std::chrono::milliseconds(after));
   }
@@ -121,8 +121,8 @@ class SmallDisk {
 };
 
 TEST(LibraryDisk, AFullDiskChangesNothing) {
-  const TestFolder folder("small_disk");
-  const std::string disk = folder.file("disk");
+  const TestFolder folder;
+  const std::string disk = folder / "disk";
   const SmallDisk small(disk);
   if (!small.mounted()) GTEST_SKIP() << "only an administrator can make a small disk";
   TrackLibrary library;

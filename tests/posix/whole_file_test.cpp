@@ -12,9 +12,9 @@ namespace {
 namespace fs = std::filesystem;
 
 TEST(WholeFile, BehindALinkTheRealFileBecomesAnother) {
-  const TestFolder folder("whole_links");
-  fs::create_directories(folder.file("real"));
-  putFile(folder.file("real/tracks.xml"), "old");
+  const TestFolder folder;
+  fs::create_directories(folder / "real");
+  putFile(folder / "real/tracks.xml", "old");
   const struct {
     const char* link;
     const char* target;
@@ -24,36 +24,36 @@ TEST(WholeFile, BehindALinkTheRealFileBecomesAnother) {
       {"fresh.xml", "real/fresh.xml"},  // which is not there yet
   };
   for (const auto& row : rows) {
-    fs::create_symlink(row.target, folder.file(row.link));
-    EXPECT_TRUE(writeWholeFile(folder.file(row.link), row.link)) << row.link;
-    EXPECT_TRUE(fs::is_symlink(folder.file(row.link))) << row.link;
-    EXPECT_EQ(fileBytes(folder.file(row.target)), row.link);
-    EXPECT_TRUE(isSameFile(folder.file(row.link), folder.file(row.target)));
+    fs::create_symlink(row.target, folder / row.link);
+    EXPECT_TRUE(writeWholeFile(folder / row.link, row.link)) << row.link;
+    EXPECT_TRUE(fs::is_symlink(folder / row.link)) << row.link;
+    EXPECT_EQ(fileBytes(folder / row.target), row.link);
+    EXPECT_TRUE(isSameFile(folder / row.link, folder / row.target));
   }
-  EXPECT_EQ(fileBytes(folder.file("real/tracks.xml")), "far.xml");
-  EXPECT_EQ(filesIn(folder.file("real")).size(), 2U) << "nothing is left beside";
-  fs::create_symlink("round", folder.file("round"));
-  EXPECT_FALSE(writeWholeFile(folder.file("round"), "x"));
-  EXPECT_EQ(writeFreeFile(folder.file("round"), "x"), FilePlacing::taken);
+  EXPECT_EQ(fileBytes(folder / "real/tracks.xml"), "far.xml");
+  EXPECT_EQ(filesIn(folder / "real").size(), 2U) << "nothing is left beside";
+  fs::create_symlink("round", folder / "round");
+  EXPECT_FALSE(writeWholeFile(folder / "round", "x"));
+  EXPECT_EQ(writeFreeFile(folder / "round", "x"), FilePlacing::taken);
 }
 
 TEST(WholeFile, WhatIsNoRegularFileStays) {
-  const TestFolder folder("whole_pipe");
-  const std::string pipe = folder.file("pipe");
+  const TestFolder folder;
+  const std::string pipe = folder / "pipe";
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-  fs::create_symlink("pipe", folder.file("link"));
-  for (const std::string& path : {pipe, folder.file("link")}) {
+  fs::create_symlink("pipe", folder / "link");
+  for (const std::string& path : {pipe, folder / "link"}) {
     EXPECT_FALSE(writeWholeFile(path, "x"));
     EXPECT_EQ(writeFreeFile(path, "x"), FilePlacing::taken);
   }
   EXPECT_TRUE(fs::is_fifo(pipe));
-  EXPECT_TRUE(fs::is_symlink(folder.file("link")));
+  EXPECT_TRUE(fs::is_symlink(folder / "link"));
   EXPECT_EQ(folder.names(), (std::vector<std::string>{"link", "pipe"}));
 }
 
 TEST(WholeFile, PermissionsStay) {
-  const TestFolder folder("whole_mode");
-  const std::string path = folder.file("secret.xml");
+  const TestFolder folder;
+  const std::string path = folder / "secret.xml";
   putFile(path, "old");
   for (const mode_t mode : {0600U, 0640U, 0666U}) {
     ASSERT_EQ(::chmod(path.c_str(), mode), 0);
@@ -65,11 +65,11 @@ TEST(WholeFile, PermissionsStay) {
 }
 
 TEST(WholeFile, FilesThatAreNotThereYetCanBeTheSame) {
-  const TestFolder folder("whole_same");
-  fs::create_directories(folder.file("d"));
-  putFile(folder.file("there"), "x");
-  fs::create_hard_link(folder.file("there"), folder.file("d/there"));
-  fs::create_symlink("d/a", folder.file("link"));
+  const TestFolder folder;
+  fs::create_directories(folder / "d");
+  putFile(folder / "there", "x");
+  fs::create_hard_link(folder / "there", folder / "d/there");
+  fs::create_symlink("d/a", folder / "link");
   const struct {
     const char* a;
     const char* b;
@@ -80,7 +80,7 @@ TEST(WholeFile, FilesThatAreNotThereYetCanBeTheSame) {
       {"none/a", "none/a", false},
   };
   for (const auto& row : rows) {
-    EXPECT_EQ(isSameFile(folder.file(row.a), folder.file(row.b)), row.same) << row.a << row.b;
+    EXPECT_EQ(isSameFile(folder / row.a, folder / row.b), row.same) << row.a << row.b;
   }
 }
 

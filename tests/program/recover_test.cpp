@@ -15,20 +15,20 @@ namespace {
 class Recover : public testing::Test {
  protected:
   Finished run(const std::vector<std::string>& words) {
-    std::vector<std::string> arguments = {"recover", "--file", folder_.file("vgps.xml")};
+    std::vector<std::string> arguments = {"recover", "--file", folder_ / "vgps.xml"};
     arguments.insert(arguments.end(), words.begin(), words.end());
     return runProgram(arguments);
   }
   void leave(uint32_t points, const char* name = kJournalName) {
     Journal journal;
-    ASSERT_EQ(journal.create(folder_.file(name)), JournalResult::open);
+    ASSERT_EQ(journal.create(folder_ / name), JournalResult::open);
     for (const TrackPoint& point : walk("", points).points) journal.append(point);
     ASSERT_TRUE(journal.close());
   }
 
-  TestFolder folder_{"recover"};
-  const std::string journal_ = folder_.file(kJournalName);
-  const std::string library_ = folder_.file("tracks.xml");
+  TestFolder folder_;
+  const std::string journal_ = folder_ / kJournalName;
+  const std::string library_ = folder_ / "tracks.xml";
 };
 
 bool says(const std::string& text, const std::string& part) {
@@ -67,14 +67,14 @@ TEST_F(Recover, SavesIntoTheLibrary) {
 }
 
 TEST_F(Recover, SavesWhereTheSettingsSay) {
-  std::filesystem::create_directories(folder_.file("kept"));
-  putFile(folder_.file("vgps.xml"),
-          "<root><cfg><vgps tlp=\"" + folder_.file("kept") + "\" rtc=\"1\"/></cfg></root>");
+  std::filesystem::create_directories(folder_ / "kept");
+  putFile(folder_ / "vgps.xml",
+          "<root><cfg><vgps tlp=\"" + folder_ / "kept" + "\" rtc=\"1\"/></cfg></root>");
   leave(2);
   EXPECT_EQ(run({"--save"}).status, 0);
-  EXPECT_EQ(filesIn(folder_.file("kept")).size(), 2U);  // and the index
+  EXPECT_EQ(filesIn(folder_ / "kept").size(), 2U);  // and the index
   TrackLibrary library;
-  library.open(folder_.file("kept"));
+  library.open(folder_ / "kept");
   ASSERT_EQ(library.tracks().size(), 1U);
   EXPECT_EQ(library.tracks()[0].date.year, 2010);
 }
@@ -120,7 +120,7 @@ TEST_F(Recover, DamageIsTold) {
   const Finished done = run({"--save"});
   EXPECT_EQ(done.status, 0);
   EXPECT_EQ(contentsAt(library_), "Track 1 1,2,3,5");
-  EXPECT_EQ(fileBytes(folder_.file("vgpstrack.bad")), bytes);
+  EXPECT_EQ(fileBytes(folder_ / "vgpstrack.bad"), bytes);
   putFile(journal_, "something else that is no journal");
   const Finished other = run({});
   EXPECT_EQ(other.status, 1);
@@ -137,7 +137,7 @@ TEST_F(Recover, WordsThatDoNotGoTogether) {
 
 TEST_F(Recover, ContinuesAndSavesInTheEnd) {
   leave(5);
-  Program program({"recover", "--file", folder_.file("vgps.xml"), "--continue", "--simulate"});
+  Program program({"recover", "--file", folder_ / "vgps.xml", "--continue", "--simulate"});
   ASSERT_TRUE(program.readUntil([&] { return says(program.output, "Going on behind 5 points"); }));
   // The first fix is always recorded, and is on the disk soon.
   const auto enough = [&] {
@@ -157,7 +157,7 @@ TEST_F(Recover, ContinuesAndSavesInTheEnd) {
 TEST_F(Recover, AKilledContinuationCanBeRecoveredAgain) {
   leave(5);
   {
-    Program program({"recover", "--file", folder_.file("vgps.xml"), "--continue", "--simulate"});
+    Program program({"recover", "--file", folder_ / "vgps.xml", "--continue", "--simulate"});
     program.readUntil([&] { return says(program.output, "Going on"); });
     EXPECT_EQ(run({"--save"}).status, 2);
   }  // killed
