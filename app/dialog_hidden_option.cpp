@@ -36,8 +36,7 @@ bool editHiddenOption(ConfigStore& store, const TextPrompt& prompt, const TextTe
     tell(textOf(kBadTitleText));
     return false;
   }
-  const auto value = prompt(textOf(kCaptionText), textOf(kValueText),
-                            store.other(kPath, *title));
+  const auto value = prompt(textOf(kCaptionText), textOf(kValueText), store.other(kPath, *title));
   if (!value) return false;
   store.setOther(kPath, *title, *value);
   if (!store.save()) tell(textWith(kNotWrittenText, store.path()));
