@@ -62,7 +62,8 @@ void choosePreset(AppState& app, uint32_t number) {
   app.settings.recordMinSpeed = preset.speed;
   app.settings.recordAngle = preset.angle;
   app.settings.recordAltitude = preset.altitude;
-  if (!saveSettings(app.config, app.settings, SettingGroup::recording)) {
+  if (!saveSettings(app.config, app.settings, SettingGroup::recording) &&
+      app.config.tellRefusal()) {
     return showNotice(app, textWith(kSettingsNotWritten, app.config.path()));
   }
   showNotice(app, textWith(kPresetChosen, textOf(kFirstPresetName + number - kFirstPreset)));

@@ -25,6 +25,10 @@ void ConfigChanges::bringInto(XmlDocument& document, const std::string& path,
   XmlDocument theirs(files);
   if (theirs.Load(path, XmlLoadMode::file).status != XmlLoadStatus::loaded) return;
   document = std::move(theirs);
+  makeIn(document);
+}
+
+void ConfigChanges::makeIn(XmlDocument& document) const {
   for (const auto& [key, text] : changes_) {
     XmlSetString(key.path, key.key, text, nullptr, &document);
   }

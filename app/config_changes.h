@@ -27,6 +27,8 @@ class ConfigChanges {
   // The document as it lies at `path`, with the changes, when another program has written it since;
   // otherwise, and when it cannot be read, `document` stays as it is.
   void bringInto(XmlDocument& document, const std::string& path, const XmlFiles& files) const;
+  // Makes the changes in another document.
+  void makeIn(XmlDocument& document) const;
   void saved(const std::string& path) {
     changes_.clear();
     begin(path);

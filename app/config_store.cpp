@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/number.h"
 #include "base/text.h"
@@ -26,6 +27,14 @@ bool readBytes(const XmlFiles& files, const std::string& path, std::string& out)
   return files.close(file);
 }
 
+// Over the file, or as a new one.
+bool writeBytes(const XmlFiles& files, const std::string& path, std::string_view bytes) {
+  void* const file = files.open(path, XmlFiles::Access::overwrite);
+  if (file == nullptr) return false;
+  const bool whole = files.write(file, bytes.data(), bytes.size()) == bytes.size();
+  return files.close(file) && whole;
+}
+
 // Bytes that no text has. A file of two bytes a character begins with a mark that says so.
 bool isBinary(std::string_view bytes) {
   const bool wide = bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
@@ -38,15 +47,19 @@ ConfigStore::ConfigStore(const XmlFiles& files) : files_(&files), document_(file
 
 bool ConfigStore::open(const std::string& path) {
   path_ = path;
-  changed_ = false;
+  changed_ = refused_ = told_ = false;
   changes_ = {};
-  changes_.begin(path);
-  const XmlLoadStatus status = document_.Load(path, XmlLoadMode::file).status;
+  return load();
+}
+
+bool ConfigStore::load() {
+  changes_.begin(path_);
+  const XmlLoadStatus status = document_.Load(path_, XmlLoadMode::file).status;
   // A file that another program holds for a moment is there all the same, and its settings must
   // not be overwritten with defaults.
   FileStamp stamp;
   const bool missing =
-      status == XmlLoadStatus::noFile && (!fileStamp(path, stamp) || stamp.size == 0);
+      status == XmlLoadStatus::noFile && (!fileStamp(path_, stamp) || stamp.size == 0);
   const bool good = status == XmlLoadStatus::loaded || status == XmlLoadStatus::empty || missing;
   readable_ = good || status == XmlLoadStatus::noElement;
   keepFirst_ = !good || (status == XmlLoadStatus::loaded && isForeign());
@@ -115,14 +128,42 @@ bool ConfigStore::keepOldFile() {
   return !keepFirst_;
 }
 
+// What another program holds is whole as far as anybody knows, so only what was changed here goes
+// into it, as soon as it can be read.
+bool ConfigStore::isReadableNow() {
+  if (readable_) return true;
+  load();
+  changes_.makeIn(document_);
+  return readable_;
+}
+
+// A disk may take the first half and then fail: the old text is put back.
+bool ConfigStore::writeDocument() {
+  std::string old;
+  const bool isNew = !fileExists(path_);
+  const bool known = !isNew && readBytes(*files_, path_, old);
+  if (document_.Save(path_) != 0) return true;
+  std::string now;
+  if (isNew) {
+    removeFile(path_);
+  } else if (known && (!readBytes(*files_, path_, now) || now != old)) {
+    writeBytes(*files_, path_, old);
+  }
+  return false;
+}
+
 bool ConfigStore::save() {
   if (!changed_) return true;
-  if (!keepFirst_) changes_.bringInto(document_, path_, *files_);
-  if (!keepOldFile() || document_.Save(path_) == 0) return false;
+  refused_ = !isReadableNow();
+  if (!refused_ && !keepFirst_) changes_.bringInto(document_, path_, *files_);
+  refused_ = refused_ || !keepOldFile() || !writeDocument();
+  if (refused_) return false;
   changes_.saved(path_);
-  changed_ = false;
+  changed_ = told_ = false;
   return true;
 }
+
+bool ConfigStore::tellRefusal() { return refused_ && !std::exchange(told_, true); }
 
 double correctedNumber(const SettingRow& row, double value) {
   switch (row.rule) {

@@ -25,6 +25,9 @@ class ConfigStore {
   // nobody may read it. What is in it may be whole.
   bool readable() const { return readable_; }
 
+  // Whether all that the file holds is known, and it is a document of settings or nothing yet.
+  bool isSound() const { return readable_ && !keepFirst_; }
+
   XmlDocument& document() { return document_; }
   const std::string& path() const { return path_; }
 
@@ -50,10 +53,20 @@ class ConfigStore {
   }
 
   // Writes the document when it was changed; what another program wrote meanwhile stays, but for
-  // the keys that were changed here. False when it could not be written; it stays changed.
+  // the keys that were changed here. False when it could not be written; it stays changed then, and
+  // the file is as it was. Nothing is written over a file that cannot be read.
   bool save();
 
+  // Whether the last `save` failed.
+  bool refused() const { return refused_; }
+  // True when it did and nobody has asked here since one succeeded: a person is told that once, and
+  // not with every setting.
+  bool tellRefusal();
+
  private:
+  bool load();
+  bool isReadableNow();
+  bool writeDocument();
   bool isForeign();
   bool keepOldFile();
   static std::string written(const SettingRow& row, double value);
@@ -64,6 +77,8 @@ class ConfigStore {
   ConfigChanges changes_;
   bool changed_ = false;
   bool readable_ = true;
+  bool refused_ = false;
+  bool told_ = false;
   bool keepFirst_ = false;  // the file on disk is to be kept before it is overwritten
 };
 

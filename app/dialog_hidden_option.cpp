@@ -39,7 +39,7 @@ bool editHiddenOption(ConfigStore& store, const TextPrompt& prompt, const TextTe
   const auto value = prompt(textOf(kCaptionText), textOf(kValueText), store.other(kPath, *title));
   if (!value) return false;
   store.setOther(kPath, *title, *value);
-  if (!store.save()) tell(textWith(kNotWrittenText, store.path()));
+  if (!store.save() && store.tellRefusal()) tell(textWith(kNotWrittenText, store.path()));
   return true;
 }
 

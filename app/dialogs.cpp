@@ -288,7 +288,8 @@ void confirmDialog(const Dialog& dialog, DialogView& view, DialogContext& contex
     written = saveSettings(context.store, context.settings, group) && written;
   }
   if (context.saved) context.saved(dialog);
-  if (!written) view.tell(textWith(kNotWrittenText, context.store.path()));
+  if (!written && context.store.tellRefusal())
+    view.tell(textWith(kNotWrittenText, context.store.path()));
 }
 
 bool pressControl(const Dialog& dialog, DialogView& view, uint16_t control) {

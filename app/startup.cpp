@@ -1,6 +1,8 @@
 #include "app/startup.h"
 
+#include <chrono>
 #include <string>
+#include <thread>
 
 #include "app/apply_settings.h"
 #include "app/commands.h"
@@ -13,6 +15,7 @@ namespace vgps {
 namespace {
 
 constexpr uint32_t kConnectCommand = 102;
+constexpr uint32_t kLogOnCommand = 371;
 constexpr uint32_t kUpdatesCommand = 197;
 
 constexpr uint32_t kSettingsDamaged = 603;
@@ -21,8 +24,22 @@ constexpr uint32_t kNotUnderstood = 702;
 constexpr uint32_t kNoInstaller = 703;
 constexpr uint32_t kNoSimulationData = 719;
 constexpr uint32_t kSettingsNotWritten = 737;
+constexpr uint32_t kSettingsUnreadable = 970;
 
 constexpr int32_t kStartsBetweenReminders = 20;
+
+// Virus scanners and backups hold a file for a moment, most of all when the computer was just
+// switched on.
+bool openPatiently(ConfigStore& config, const std::string& path,
+                   std::chrono::milliseconds patience) {
+  constexpr std::chrono::milliseconds kStep(50);
+  bool good = config.open(path);
+  for (auto left = patience; !config.readable() && left.count() > 0; left -= kStep) {
+    std::this_thread::sleep_for(kStep);
+    good = config.open(path);
+  }
+  return good;
+}
 
 void runInstaller(AppState& app, const char* descriptor) {
   const std::string argument = '"' + pathIn(app.paths.folder, descriptor) + '"';
@@ -40,8 +57,10 @@ void simulateTrack(AppState& app, const StartOptions& options) {
   connectReceiver(app, {.simulate = true});
 }
 
+// A damaged document stays as it is until the person changes a setting: it may still be mended.
 void writeCountdown(AppState& app, int32_t starts) {
   app.settings.updateCountdown = starts;
+  if (!app.config.isSound()) return;
   if (!saveSettings(app.config, app.settings, SettingGroup::update)) {
     showNotice(app, textWith(kSettingsNotWritten, app.config.path()));
   }
@@ -55,9 +74,11 @@ void startClocks(AppState& app) {
   app.gps.options.utcOffsetMinutes = measureUtcOffset(app.platform.clock.utc(), local);
 }
 
-void startSettings(AppState& app) {
-  if (!app.config.open(app.paths.settings)) {
-    app.platform.window.tellError(textOf(kSettingsDamaged));
+void startSettings(AppState& app, std::chrono::milliseconds patience) {
+  if (!openPatiently(app.config, app.paths.settings, patience)) {
+    app.platform.window.tellError(app.config.readable()
+                                      ? std::string(textOf(kSettingsDamaged))
+                                      : textWith(kSettingsUnreadable, app.config.path()));
   }
   app.settings = loadSettings(app.config);
   applySettings(app);
@@ -67,7 +88,7 @@ void startSettings(AppState& app) {
 void applyStartOptions(AppState& app, const StartOptions& options) {
   if (options.installPocketPc) runInstaller(app, "VGPS-AS-WM2003.INI");
   if (options.installMobile5) runInstaller(app, "VGPS-AS-WM5.INI");
-  if (options.log) app.gps.options.logNmea = true;  // for this run; the setting stays
+  if (options.log) runCommand(app, kLogOnCommand);
   if (options.simulateTrack) simulateTrack(app, options);
   if (!options.notUnderstood.empty()) {
     showNotice(app, textWith(kNotUnderstood, options.notUnderstood));
@@ -78,6 +99,7 @@ void applyStartOptions(AppState& app, const StartOptions& options) {
 }
 
 void remindOfUpdates(AppState& app) {
+  if (!app.config.readable()) return;  // the count is in there
   if (app.settings.updateCountdown > 0)
     return writeCountdown(app, app.settings.updateCountdown - 1);
   writeCountdown(app, kStartsBetweenReminders);
@@ -90,8 +112,9 @@ void autoConnect(AppState& app) {
 
 bool endProgram(AppState& app) {
   app.recordingHooks.closeJournal();
+  const bool known = app.config.refused();  // it was said when it happened
   if (app.config.save()) return true;
-  app.platform.window.tellError(textWith(kSettingsNotWritten, app.config.path()));
+  if (!known) app.platform.window.tellError(textWith(kSettingsNotWritten, app.config.path()));
   return false;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 
 #include "app/app_state.h"
@@ -34,13 +35,15 @@ constexpr bool isOwnAnswer(uint64_t answer) {
 
 void startClocks(AppState& app);
 
-// Loads the settings document of `app.paths` and takes every value over. A damaged document is
-// told, and the defaults hold.
-void startSettings(AppState& app);
+// Loads the settings document of `app.paths` and takes every value over. One that is damaged is
+// told, and so is one that another program does not let go of for so long; the defaults hold then.
+void startSettings(AppState& app,
+                   std::chrono::milliseconds patience = std::chrono::milliseconds(1000));
 
 void applyStartOptions(AppState& app, const StartOptions& options);
 
-// Counts the starts down; asks at the end and at the very first one.
+// Counts the starts down; asks at the end and at the very first one. Nothing while the settings
+// cannot be read.
 void remindOfUpdates(AppState& app);
 
 // Connects when the settings say so. Nothing when the start options have connected already.
@@ -49,7 +52,8 @@ void autoConnect(AppState& app);
 // The wish to close the program. False when the person wants to go on: nothing has changed then.
 bool closeRequested(AppState& app);
 
-// After the message loop: what was changed is written. False when that failed.
+// After the message loop: what was changed is written. False when that failed; it is told unless it
+// was before.
 bool endProgram(AppState& app);
 
 }  // namespace vgps

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <set>
 #include <sstream>
+#include <utility>
 
 #include "display/palette.h"
 #include "xml/profile.h"
@@ -32,6 +33,14 @@ class ConfigFile : public testing::Test {
     std::stringstream text;
     text << file.rdbuf();
     return text.str();
+  }
+  // What a program reads that starts now: port, speed, simulation.
+  std::string findings() const {
+    ConfigStore other;
+    EXPECT_TRUE(other.open(path()));
+    const Settings settings = loadSettings(other);
+    return settings.port + " " + std::to_string(settings.baudRate) + " " +
+           std::to_string(settings.simulate);
   }
   // A document with one attribute of "cfg\vgps".
   Settings loaded(const std::string& attribute) {
@@ -255,8 +264,56 @@ TEST_F(ConfigFile, AFileThatAnotherProgramHoldsIsNoMissingFile) {
   ConfigStore store(held);
   EXPECT_FALSE(store.open(path()));
   store.set(*findSetting("cfg\\gps", "port"), "COM3");
-  EXPECT_FALSE(store.save()) << "a copy of it cannot be kept";
+  EXPECT_FALSE(store.save());
   EXPECT_EQ(read(), text);
+}
+
+// What was changed meanwhile goes into what the file turns out to hold.
+TEST_F(ConfigFile, AFileThatIsLetGoOfLaterKeepsItsSettings) {
+  static bool isHeld;
+  isHeld = true;
+  write("<root><cfg><gps port=\"COM7\" speed=\"4800\"/></cfg></root>");
+  XmlFiles files = systemFiles();
+  files.open = [](const std::string& file, XmlFiles::Access access) -> void* {
+    return isHeld ? nullptr : systemFiles().open(file, access);
+  };
+  ConfigStore store(files);
+  EXPECT_FALSE(store.open(path()));
+  EXPECT_FALSE(store.readable());
+  Settings settings = loadSettings(store);
+  settings.simulate = true;
+  EXPECT_FALSE(saveSettings(store, settings, SettingGroup::gps));
+  isHeld = false;
+  EXPECT_TRUE(store.save());
+  EXPECT_EQ(findings(), "COM7 4800 1");
+  EXPECT_FALSE(fs::exists(path("vgps.bad")));
+}
+
+TEST_F(ConfigFile, AWriteThatComesUpShortLeavesTheOldText) {
+  XmlFiles failing = systemFiles();
+  failing.roomOnDisk = [](const std::string&) { return UINT64_MAX; };
+  static bool isFailing;
+  failing.write = [](void* file, const char* from, size_t size) {
+    return systemFiles().write(file, from, std::exchange(isFailing, false) ? size / 2 : size);
+  };
+  const std::string old =
+      "<root><cfg><gps port=\"COM7\" speed=\"4800\"/></cfg></root>" + std::string(5000, ' ');
+  for (const std::string& before : {old, std::string()}) {
+    isFailing = true;
+    fs::remove(path());
+    if (!before.empty()) write(before);
+    ConfigStore store(failing);
+    EXPECT_TRUE(store.open(path()));
+    EXPECT_FALSE(store.tellRefusal());
+    store.set(*findSetting("cfg\\gps", "port"), "COM3");
+    EXPECT_FALSE(store.save());
+    EXPECT_EQ(read(), before);
+    EXPECT_EQ(fs::exists(path()), !before.empty()) << "half a file would be a damaged one";
+    EXPECT_TRUE(store.tellRefusal());
+    EXPECT_FALSE(store.tellRefusal()) << "once";
+    EXPECT_TRUE(store.save()) << "the next time";
+    EXPECT_NE(read().find("COM3"), std::string::npos);
+  }
 }
 
 // Two programs have the file open; each keeps what the other changed, also when a whole group is

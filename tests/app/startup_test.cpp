@@ -118,6 +118,62 @@ TEST(Startup, ADamagedDocumentIsToldAndTheDefaultsHold) {
             std::vector<std::string>{"VGPS.XML is corrupted and can't be loaded!"});
   EXPECT_EQ(world.app.settings.baudRate, 9600);
   EXPECT_TRUE(world.app.settings.reconnect);
+  remindOfUpdates(world.app);
+  EXPECT_EQ(world.window.questions.size(), 1U) << "the default count";
+  EXPECT_TRUE(endProgram(world.app));
+  EXPECT_EQ(world.folder.read("vgps.xml"), "\x01\x02 no document at all") << "it may be mended";
+}
+
+// Of the next tries to read vgps.xml so many fail, as while a virus scanner holds the file.
+int triesThatFail;
+XmlFiles heldFiles() {
+  XmlFiles files = systemFiles();
+  files.open = [](const std::string& file, XmlFiles::Access access) -> void* {
+    return triesThatFail > 0 && triesThatFail-- > 0 ? nullptr : systemFiles().open(file, access);
+  };
+  return files;
+}
+
+TEST(Startup, SettingsThatAnotherProgramHoldsAreWaitedFor) {
+  const std::string document = "<root><cfg><gps speed=\"4800\"/></cfg></root>";
+  const XmlFiles files = heldFiles();
+  for (const int tries : {3, 1000}) {
+    ProgramWorld world;
+    world.app.config = ConfigStore(files);
+    world.folder.write("vgps.xml", document);
+    triesThatFail = tries;
+    startSettings(world.app, std::chrono::milliseconds(tries == 3 ? 1000 : 0));
+    EXPECT_EQ(world.app.settings.baudRate, tries == 3 ? 4800 : 9600);
+    EXPECT_EQ(world.window.errors.size(), tries == 3 ? 0U : 1U);
+    if (tries == 3) continue;
+    EXPECT_EQ(world.window.errors[0].find("corrupted"), std::string::npos) << "nobody knows";
+    remindOfUpdates(world.app);
+    EXPECT_TRUE(world.window.questions.empty());
+    EXPECT_TRUE(endProgram(world.app));
+    triesThatFail = 0;
+    EXPECT_EQ(world.folder.read("vgps.xml"), document);
+  }
+}
+
+// A disk without room, or a file that nobody may write.
+TEST(Startup, SettingsThatCannotBeWrittenAreToldOnce) {
+  XmlFiles files = systemFiles();
+  files.roomOnDisk = [](const std::string&) { return uint64_t{0}; };
+  ProgramWorld world;
+  world.app.config = ConfigStore(files);
+  world.load("upd=\"7\"");
+  const std::string before = world.folder.read("vgps.xml");
+  remindOfUpdates(world.app);
+  EXPECT_EQ(currentNotice(world.app),
+            "The settings cannot be written: " + world.folder / "vgps.xml");
+  runCommand(world.app, 1221);
+  EXPECT_EQ(currentNotice(world.app).find("Recording"), std::string::npos);
+  runCommand(world.app, 1222);
+  EXPECT_EQ(currentNotice(world.app), "Recording thresholds for driving")
+      << "they hold in this run";
+  EXPECT_FALSE(endProgram(world.app));
+  EXPECT_TRUE(world.window.errors.empty());
+  EXPECT_EQ(world.folder.read("vgps.xml"), before);
 }
 
 TEST(Startup, UpdatesAreRemindedOfEveryTwentyStarts) {
