@@ -7,7 +7,9 @@
 #include "app/apply_settings.h"
 #include "app/commands.h"
 #include "app/connection.h"
+#include "app/library.h"
 #include "app/scene_of.h"
+#include "app/timers.h"
 #include "base/texts.h"
 #include "platform/files.h"
 
@@ -108,6 +110,17 @@ void remindOfUpdates(AppState& app) {
 
 void autoConnect(AppState& app) {
   if (app.settings.autoConnect && !app.fix.running) runCommand(app, kConnectCommand);
+}
+
+bool startWork(AppState& app, const StartOptions& options, const std::function<bool()>& isOpen) {
+  armStartTimers(app);
+  offerRecovery(app);
+  if (!isOpen()) return false;
+  applyStartOptions(app, options);
+  remindOfUpdates(app);
+  if (!isOpen()) return false;
+  autoConnect(app);
+  return true;
 }
 
 bool endProgram(AppState& app) {

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 
 #include "app/app_state.h"
 #include "app/start_options.h"
@@ -15,11 +16,7 @@
 //   startSettings            vgps.xml, every key
 //   the language library     setTextSource
 //   the window
-//   armStartTimers
-//   offerRecovery            a recording that a crash has left behind (app/library.h)
-//   applyStartOptions        -as1 -as2 -log -simtrack -simruntrack, --port
-//   remindOfUpdates
-//   autoConnect
+//   startWork                timers, start options, reminder of updates, connecting
 //   the tray icon, the message loop
 //   endProgram
 namespace vgps {
@@ -48,6 +45,12 @@ void remindOfUpdates(AppState& app);
 
 // Connects when the settings say so. Nothing when the start options have connected already.
 void autoConnect(AppState& app);
+
+// What the program does as soon as its window is there, in this order: the timers, the recording
+// that a crash has left behind (app/library.h), the start options, the reminder of updates,
+// connecting. False when the person closed the window at one of the questions: `isOpen` is asked
+// behind them.
+bool startWork(AppState& app, const StartOptions& options, const std::function<bool()>& isOpen);
 
 // The wish to close the program. False when the person wants to go on: nothing has changed then.
 bool closeRequested(AppState& app);

@@ -7,9 +7,7 @@
 
 #include "app/app_state.h"
 #include "app/connection.h"
-#include "app/library.h"
 #include "app/startup.h"
-#include "app/timers.h"
 #include "app/track_simulation.h"
 #include "platform/files.h"
 #include "win32/device_installer.h"
@@ -71,14 +69,8 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
   door.open(handle, app.fix);
   ShowWindow(handle, show);
   UpdateWindow(handle);
-  armStartTimers(app);
-  offerRecovery(app);
-  if (IsWindow(handle)) {  // else it was closed at the question
-    applyStartOptions(app, parseStartOptions(arguments));
-    remindOfUpdates(app);
-  }
-  if (IsWindow(handle)) {
-    autoConnect(app);
+  const auto isOpen = [&] { return IsWindow(handle) != FALSE; };
+  if (startWork(app, parseStartOptions(arguments), isOpen)) {
     if (app.settings.trayIcon) window.addTrayIcon();
     window.followState();
   }

@@ -249,6 +249,31 @@ TEST(Startup, OptionsOfTheCommandLine) {
   }
 }
 
+// What is done by then is seen at the question; connecting comes behind it.
+TEST(Startup, TheWorkOfTheStartHasAnOrder) {
+  for (const bool stays : {true, false}) {
+    ProgramWorld world;
+    AppState& app = world.app;
+    app.gps.simulation.paceMs = 600000;
+    world.load("agc=\"1\" its=\"9\" ips=\"8\" sts=\"0\"", "simu=\"1\"");
+    std::string before;
+    world.window.onAsk = [&] {
+      before = std::to_string(world.window.timers.size()) + " timers";
+      if (!world.installed.empty()) before += ", installer";
+      if (app.gps.options.logNmea) before += ", log";
+      if (world.folder.read("vgps.xml").find("upd=\"20\"") != std::string::npos)
+        before += ", count";
+      if (app.fix.running) before += ", connected";
+      return false;
+    };
+    const auto options = parseStartOptions(std::vector<std::string>{"-as1", "-log"});
+    const bool works = startWork(app, options, [&] { return stays || before.empty(); });
+    EXPECT_EQ(works, stays);
+    EXPECT_EQ(before, "4 timers, installer, log, count");
+    EXPECT_EQ(app.fix.running, stays) << "closed at the question";
+  }
+}
+
 TEST(Startup, WhatCannotBeDoneIsSaid) {
   for (const char* option : {"-as1", "-simtrack", "--nonsense"}) {
     ProgramWorld world;
