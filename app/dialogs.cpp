@@ -14,6 +14,8 @@ namespace {
 constexpr uint32_t kPortFoundText = 505;
 constexpr uint32_t kNoPortFoundText = 608;
 constexpr uint32_t kNotWrittenText = 737;
+constexpr uint32_t kFirstButtonText = 1901;  // of those that every dialog has
+constexpr uint32_t kLastButtonText = 1902;
 constexpr int kStoredDecimals = 2;
 constexpr size_t kNumberCharacters = 11;  // of the least 32-bit number
 
@@ -261,6 +263,11 @@ const SettingRow& settingOf(const DialogField& field) {
   const auto found = std::find_if(
       rows.begin(), rows.end(), [&](const SettingRow& row) { return row.member == field.setting; });
   return found == rows.end() ? rows.front() : *found;
+}
+
+std::string_view dialogText(std::string_view word, uint32_t texts) {
+  const std::string_view own = texts == 0 ? std::string_view() : textLike(word, texts, texts + 99);
+  return own.empty() ? textLike(word, kFirstButtonText, kLastButtonText) : own;
 }
 
 void fillDialog(const Dialog& dialog, DialogView& view, const DialogContext& context) {

@@ -98,12 +98,17 @@ struct DialogAction {
 struct Dialog {
   uint32_t command;                      // that opens it
   const char* layout;                    // the name of its resource
+  uint32_t texts;                        // the first of the hundred numbers of its texts
   std::span<const SettingGroup> groups;  // that OK saves
   std::span<const DialogField> fields;
   std::span<const DialogAction> actions{};
 };
 
 inline constexpr uint32_t kGpsDialogCommand = 101;
+
+// A word of a dialog's layout in the language of the person; empty when it is none of the dialog's
+// texts: a language library's own layout has its own words.
+std::string_view dialogText(std::string_view word, uint32_t texts);
 
 // All dialogs, ascending by command.
 std::span<const Dialog> dialogs();

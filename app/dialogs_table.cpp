@@ -354,22 +354,22 @@ constexpr DialogAction kLanguageActions[] = {
 constexpr SettingGroup kLanguageGroups[] = {SettingGroup::language};
 
 constexpr Dialog kDialogs[] = {
-    {kGpsDialogCommand, "DIALOG_GPS", kGpsGroups, kGpsFields, kGpsActions},
-    {1901, "DIALOG_MAP", kMapGroups, kMapFields, kMapActions},
-    {1902, "DIALOG_SPEED", kSpeedGroups, kSpeedFields},
-    {1903, "DIALOG_SETTINGS", kDisplayGroups, kDisplayFields},
-    {1904, "DIALOG_RECORDOPTIONS", kRecordGroups, kRecordFields, kRecordActions},
-    {1905, "DIALOG_DISTANCE", kDistanceGroups, kDistanceFields},
-    {1906, "DIALOG_TRACKING", kTrackingGroups, kTrackingFields},
-    {1907, "DIALOG_PLAYOPTIONS", kPlayGroups, kPlayFields},
-    {1908, "DIALOG_COLOURS", kColourGroups, kColourFields},
-    {1909, "DIALOG_PURSUE", kPursueGroups, kPursueFields},
-    {1910, "DIALOG_BACKGROUNDS", kBackgroundGroups, kBackgroundFields, kBackgroundActions},
-    {1911, "DIALOG_CAMERA", kCameraGroups, kCameraFields},
-    {1912, "DIALOG_SOUNDS", kSoundGroups, kSoundFields, kSoundActions},
-    {1914, "DIALOG_TRACKSTORE", kRecordGroups, kTrackStoreFields, kTrackStoreActions},
-    {1915, "DIALOG_LANGUAGE", kLanguageGroups, kLanguageFields, kLanguageActions},
-    {1916, "DIALOG_MAP3D", kMap3dGroups, kMap3dFields},
+    {kGpsDialogCommand, "DIALOG_GPS", 2000, kGpsGroups, kGpsFields, kGpsActions},
+    {1901, "DIALOG_MAP", 2100, kMapGroups, kMapFields, kMapActions},
+    {1902, "DIALOG_SPEED", 2300, kSpeedGroups, kSpeedFields},
+    {1903, "DIALOG_SETTINGS", 2500, kDisplayGroups, kDisplayFields},
+    {1904, "DIALOG_RECORDOPTIONS", 2600, kRecordGroups, kRecordFields, kRecordActions},
+    {1905, "DIALOG_DISTANCE", 2400, kDistanceGroups, kDistanceFields},
+    {1906, "DIALOG_TRACKING", 3300, kTrackingGroups, kTrackingFields},
+    {1907, "DIALOG_PLAYOPTIONS", 2800, kPlayGroups, kPlayFields},
+    {1908, "DIALOG_COLOURS", 2900, kColourGroups, kColourFields},
+    {1909, "DIALOG_PURSUE", 3400, kPursueGroups, kPursueFields},
+    {1910, "DIALOG_BACKGROUNDS", 3000, kBackgroundGroups, kBackgroundFields, kBackgroundActions},
+    {1911, "DIALOG_CAMERA", 3100, kCameraGroups, kCameraFields},
+    {1912, "DIALOG_SOUNDS", 3200, kSoundGroups, kSoundFields, kSoundActions},
+    {1914, "DIALOG_TRACKSTORE", 2700, kRecordGroups, kTrackStoreFields, kTrackStoreActions},
+    {1915, "DIALOG_LANGUAGE", 3500, kLanguageGroups, kLanguageFields, kLanguageActions},
+    {1916, "DIALOG_MAP3D", 2200, kMap3dGroups, kMap3dFields},
 };
 
 constexpr bool commandsAscend() {

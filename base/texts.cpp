@@ -42,15 +42,31 @@ size_t replaceNext(std::string& text, size_t from, std::string_view value) {
   return percent + value.size();
 }
 
+// The first one with that number or a higher one.
+const Text* firstFrom(uint32_t number) {
+  return std::lower_bound(std::begin(kTexts), std::end(kTexts), number,
+                          [](const Text& text, uint32_t wanted) { return text.number < wanted; });
+}
+
+std::string_view inLanguage(const Text& text) {
+  const std::string& translated = translations()[static_cast<size_t>(&text - kTexts)];
+  return translated.empty() ? text.english : std::string_view(translated);
+}
+
 }  // namespace
 
 std::string_view textOf(uint32_t number) {
-  const Text* const found =
-      std::lower_bound(std::begin(kTexts), std::end(kTexts), number,
-                       [](const Text& text, uint32_t wanted) { return text.number < wanted; });
-  if (found == std::end(kTexts) || found->number != number) return {};
-  const std::string& translated = translations()[static_cast<size_t>(found - kTexts)];
-  return translated.empty() ? found->english : std::string_view(translated);
+  const Text* const found = firstFrom(number);
+  return found == std::end(kTexts) || found->number != number ? std::string_view()
+                                                              : inLanguage(*found);
+}
+
+std::string_view textLike(std::string_view english, uint32_t first, uint32_t last) {
+  for (const Text* text = firstFrom(first); text != std::end(kTexts) && text->number <= last;
+       ++text) {
+    if (text->english == english) return inLanguage(*text);
+  }
+  return {};
 }
 
 std::string textWith(uint32_t number, std::string_view value) {

@@ -17,6 +17,10 @@ std::string_view textOf(uint32_t number);
 std::string textWith(uint32_t number, std::string_view value);
 std::string textWith(uint32_t number, std::string_view first, std::string_view second);
 
+// The text in the language of the person whose English one, among the numbers from `first` to
+// `last`, is `english`; empty when none is.
+std::string_view textLike(std::string_view english, uint32_t first, uint32_t last);
+
 // Every number that has an English text, ascending.
 std::span<const uint32_t> textNumbers();
 

@@ -7,6 +7,7 @@
 #include "base/texts.h"
 #include "res/dialog_ids.h"
 #include "win32/dialog_search.h"
+#include "win32/dialog_texts.h"
 #include "win32/dialog_view.h"
 #include "win32/main_window.h"
 #include "win32/message_parameter.h"
@@ -103,6 +104,7 @@ INT_PTR OpenDialog::handle(HWND window, UINT message, WPARAM first, LPARAM secon
 void OpenDialog::open(HWND window) {
   window_ = window;
   view_.emplace(window);
+  translateDialog(window, rows_.texts);
   fillDialog(rows_, *view_, context_);
   searchCaption_ = view_->text(CONTROL_SEARCH_PORTS);
   if (!context_.beginPortSearch) view_->enable(CONTROL_SEARCH_PORTS, false);
@@ -172,6 +174,7 @@ INT_PTR CALLBACK promptProcedure(HWND window, UINT message, WPARAM first, LPARAM
   if (message == WM_INITDIALOG) {
     SetWindowLongPtrW(window, DWLP_USER, second);
     const OpenPrompt& asked = *addressIn<const OpenPrompt>(second);
+    translateDialog(window, 0);
     SetWindowTextW(window, wideFromUtf8(asked.caption).c_str());
     WindowDialogView view(window);
     view.setText(CONTROL_PROMPT, asked.prompt);

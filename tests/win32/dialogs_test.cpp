@@ -6,11 +6,16 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <map>
 #include <set>
 
+#include "base/texts.h"
 #include "res/dialog_ids.h"
 #include "tests/win32/drive.h"
+#include "win32/finder_dialog.h"
+#include "win32/language_library.h"
+#include "win32/main_menu.h"
 #include "win32/message_parameter.h"
 #include "win32/wide.h"
 #include "xml/profile.h"
@@ -26,14 +31,18 @@ constexpr int kFileName = 1148;  // of the system's file dialog
 // A settings dialog that is open, on a thread of its own.
 class Opened {
  public:
-  Opened(DialogContext& context, uint32_t command, HMODULE layouts = nullptr) {
+  explicit Opened(const std::function<int()>& run) {
     enterTestDesktop();
-    thread_ = std::thread([this, &context, command, layouts] {
+    thread_ = std::thread([this, run] {
       enterTestDesktop();
-      result_ = runDialog(nullptr, context, command, layouts);
+      result_ = run();
     });
     next();
   }
+  Opened(DialogContext& context, uint32_t command, HMODULE layouts = nullptr)
+      : Opened([&context, command, layouts] {
+          return runDialog(nullptr, context, command, layouts);
+        }) {}
   ~Opened() { press(IDCANCEL); }
 
   // Waits for a dialog that is another one than before.
@@ -410,6 +419,61 @@ TEST_F(SettingsDialogs, ALanguageLibraryReplacesLayouts) {
   }
   EXPECT_EQ(settings_.longDistanceUnit, 0);
   FreeLibrary(library);
+}
+
+// In the library of the test every text is its number in angle brackets.
+bool isTranslated(const std::wstring& text) {
+  return text.empty() || (text.starts_with(L'<') && text.find(L'>') != std::wstring::npos);
+}
+
+void expectTranslated(HWND dialog) {
+  EXPECT_TRUE(isTranslated(windowText(dialog))) << utf8FromWide(windowText(dialog));
+  for (const Seen& control : controlsOf(dialog)) {
+    if (control.type != L"Button" && !control.isLabel) continue;
+    EXPECT_TRUE(isTranslated(control.text)) << utf8FromWide(control.text);
+  }
+}
+
+void expectTranslated(HMENU menu) {
+  for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+    wchar_t text[200] = L"";
+    GetMenuStringW(menu, static_cast<UINT>(i), text, std::size(text), MF_BYPOSITION);
+    EXPECT_TRUE(isTranslated(text)) << utf8FromWide(text);
+    if (const HMENU popup = GetSubMenu(menu, i)) expectTranslated(popup);
+  }
+}
+
+TEST_F(SettingsDialogs, ALanguageLibraryReplacesEveryWordOfDialogsAndMenus) {
+  const LanguageLibrary library("test_language.dll");
+  ASSERT_TRUE(library.isLoaded());
+  for (const Dialog& dialog : dialogs()) {
+    SCOPED_TRACE(dialog.layout);
+    Opened opened(context_, dialog.command, library.module());
+    ASSERT_NE(opened.window(), nullptr);
+    expectTranslated(opened.window());
+  }
+  {
+    Opened prompt(context_, 1998, library.module());
+    ASSERT_NE(prompt.window(), nullptr);
+    expectTranslated(prompt.window());
+  }
+  FinderSetup nothing;
+  nothing.listPorts = [] { return std::vector<PortName>(); };
+  Opened finder([&] { return runFinder(GetModuleHandleW(nullptr), nullptr, nothing) ? 1 : 0; });
+  ASSERT_NE(finder.window(), nullptr);
+  expectTranslated(finder.window());
+  const HMENU menu = createMainMenu();
+  expectTranslated(menu);
+  DestroyMenu(menu);
+}
+
+// Whoever translates opens the program with a resource editor.
+TEST(Texts, StandInTheProgram) {
+  for (const uint32_t number : textNumbers()) {
+    wchar_t text[4096] = L"";
+    LoadStringW(GetModuleHandleW(nullptr), number, text, std::size(text));
+    EXPECT_EQ(utf8FromWide(text), textOf(number)) << number;
+  }
 }
 
 TEST_F(SettingsDialogs, AHiddenOptionIsAskedInTwoSteps) {

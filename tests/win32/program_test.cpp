@@ -141,9 +141,14 @@ TEST(Program, CarriesItsResources) {
   for (const wchar_t* sound : {L"OK", L"ERR2", L"TURN", L"SPD", L"FORBIDDEN"}) {
     EXPECT_NE(FindResourceW(module, sound, L"WAVE"), nullptr) << sound;
   }
-  for (const wchar_t* icon : {L"ICON_1", L"ICON_RECORD", L"ICON_PLAY", L"ICON_PAUSE"}) {
+  for (const wchar_t* icon :
+       {L"ICON_1", L"ICON_RECORD", L"ICON_PLAY", L"ICON_PAUSE", L"ICON_PHOTO"}) {
     EXPECT_NE(FindResourceW(module, icon, RT_GROUP_ICON), nullptr) << icon;
   }
+  for (const wchar_t* bitmap : {L"BITMAP_LEFT", L"BITMAP_RIGHT"}) {
+    EXPECT_NE(FindResourceW(module, bitmap, RT_BITMAP), nullptr) << bitmap;
+  }
+  EXPECT_NE(FindResourceW(module, L"FONT_1", RT_RCDATA), nullptr);
   EXPECT_NE(FindResourceW(module, MAKEINTRESOURCEW(1), RT_MANIFEST), nullptr);
   EXPECT_NE(FindResourceW(module, MAKEINTRESOURCEW(1), RT_VERSION), nullptr);
   FreeLibrary(module);

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+namespace vgps {
+
+// Shows the caption and the words of a dialog that was just opened in the language of the person.
+// `texts`: the first number of its texts; 0 when it has none but its buttons.
+void translateDialog(HWND dialog, uint32_t texts);
+
+}  // namespace vgps
