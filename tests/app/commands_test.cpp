@@ -112,7 +112,7 @@ TEST(Commands, ColoursSizesDialogs) {
     runCommand(world.app, 801 + i);
     EXPECT_EQ(world.window.size, sizes[i]) << i;
   }
-  for (const uint32_t number : {101U, 1901U, 1916U, 1999U}) {
+  for (const uint32_t number : {101U, 1901U, 1916U, 1998U}) {
     runCommand(world.app, number);
     EXPECT_EQ(world.window.dialogs.back(), number);
     EXPECT_EQ(currentNotice(world.app), "");
