@@ -1,13 +1,11 @@
 #include "win32/dialogs.h"
 
-#include <algorithm>
-
 #include "app/dialog_hidden_option.h"
 #include "base/number.h"
 #include "base/texts.h"
 #include "res/dialog_ids.h"
+#include "win32/dialog_opening.h"
 #include "win32/dialog_search.h"
-#include "win32/dialog_texts.h"
 #include "win32/dialog_view.h"
 #include "win32/main_window.h"
 #include "win32/message_parameter.h"
@@ -19,27 +17,6 @@ namespace {
 constexpr uint32_t kHiddenOptionCommand = 1998;
 constexpr uint32_t kTestingText = 944;
 constexpr uint32_t kStopText = 945;
-
-// In the middle of its owner, as far as the screen allows.
-void centre(HWND dialog) {
-  const HWND owner = GetWindow(dialog, GW_OWNER);
-  MONITORINFO monitor{};
-  monitor.cbSize = sizeof monitor;
-  GetMonitorInfoW(MonitorFromWindow(owner != nullptr ? owner : dialog, MONITOR_DEFAULTTONEAREST),
-                  &monitor);
-  const RECT& screen = monitor.rcWork;
-  RECT around = screen;
-  if (owner != nullptr && IsIconic(owner) == FALSE) GetWindowRect(owner, &around);
-  RECT own{};
-  GetWindowRect(dialog, &own);
-  const LONG width = own.right - own.left;
-  const LONG height = own.bottom - own.top;
-  const LONG left = (around.left + around.right - width) / 2;
-  const LONG top = (around.top + around.bottom - height) / 2;
-  SetWindowPos(dialog, nullptr, std::max(screen.left, std::min(left, screen.right - width)),
-               std::max(screen.top, std::min(top, screen.bottom - height)), 0, 0,
-               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
 
 const DLGTEMPLATE* templateIn(HMODULE module, const wchar_t* name) {
   const HRSRC found = module == nullptr ? nullptr : FindResourceW(module, name, RT_DIALOG);
@@ -108,7 +85,7 @@ void OpenDialog::open(HWND window) {
   fillDialog(rows_, *view_, context_);
   searchCaption_ = view_->text(CONTROL_SEARCH_PORTS);
   if (!context_.beginPortSearch) view_->enable(CONTROL_SEARCH_PORTS, false);
-  centre(window);
+  centreOverOwner(window);
 }
 
 void OpenDialog::onCommand(uint16_t control, uint16_t notification) {
@@ -179,7 +156,7 @@ INT_PTR CALLBACK promptProcedure(HWND window, UINT message, WPARAM first, LPARAM
     WindowDialogView view(window);
     view.setText(CONTROL_PROMPT, asked.prompt);
     view.setText(CONTROL_PROMPT_TEXT, asked.text);
-    centre(window);
+    centreOverOwner(window);
     return TRUE;
   }
   if (message != WM_COMMAND || (LOWORD(first) != IDOK && LOWORD(first) != IDCANCEL)) return FALSE;

@@ -6,7 +6,7 @@
 
 #include "base/texts.h"
 #include "res/finder_ids.h"
-#include "win32/dialog_texts.h"
+#include "win32/dialog_opening.h"
 #include "win32/message_parameter.h"
 #include "win32/wide.h"
 
@@ -98,6 +98,7 @@ INT_PTR FinderDialog::handle(UINT message, WPARAM first, LPARAM second) {
 
 void FinderDialog::begin() {
   translateDialog(dialog_, FINDER_TEXTS);
+  centreOverOwner(dialog_);
   list_ = control(FINDER_LIST);
   ListView_SetExtendedListViewStyle(list_, LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP);
   SendMessageW(control(FINDER_PROGRESS), PBM_SETRANGE32, 0, kProgressRange);

@@ -238,6 +238,7 @@ TEST(Startup, OptionsOfTheCommandLine) {
     const std::string what = row.arguments.empty() ? "" : row.arguments[0];
     applyStartOptions(world.app, parseStartOptions(row.arguments));
     EXPECT_EQ(world.app.gps.options.logNmea, row.log) << what;
+    EXPECT_EQ(world.app.settings.logStream, row.log) << what << ": as the switch of the menu";
     EXPECT_EQ(world.app.fix.running, row.running) << what;
     EXPECT_EQ(world.app.gps.simulation.mode(), row.mode) << what;
     EXPECT_EQ(asked, row.asked) << what;
