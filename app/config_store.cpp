@@ -1,7 +1,9 @@
 #include "app/config_store.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <thread>
 #include <utility>
 
 #include "base/number.h"
@@ -25,6 +27,17 @@ bool readBytes(const XmlFiles& files, const std::string& path, std::string& out)
     out.resize(before + got);
   }
   return files.close(file);
+}
+
+// What another program holds for a moment, as a virus scanner does, can be read soon.
+bool readSoon(const XmlFiles& files, const std::string& path, std::string& out) {
+  constexpr int kTries = 10;
+  for (int tries = 1;; ++tries) {
+    out.clear();
+    if (readBytes(files, path, out)) return true;
+    if (tries == kTries) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
 }
 
 // Over the file, or as a new one.
@@ -141,12 +154,12 @@ bool ConfigStore::isReadableNow() {
 bool ConfigStore::writeDocument() {
   std::string old;
   const bool isNew = !fileExists(path_);
-  const bool known = !isNew && readBytes(*files_, path_, old);
+  if (!isNew && !readSoon(*files_, path_, old)) return false;
   if (document_.Save(path_) != 0) return true;
   std::string now;
   if (isNew) {
     removeFile(path_);
-  } else if (known && (!readBytes(*files_, path_, now) || now != old)) {
+  } else if (!readBytes(*files_, path_, now) || now != old) {
     writeBytes(*files_, path_, old);
   }
   return false;

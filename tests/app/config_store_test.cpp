@@ -270,12 +270,12 @@ TEST_F(ConfigFile, AFileThatAnotherProgramHoldsIsNoMissingFile) {
 
 // What was changed meanwhile goes into what the file turns out to hold.
 TEST_F(ConfigFile, AFileThatIsLetGoOfLaterKeepsItsSettings) {
-  static bool isHeld;
-  isHeld = true;
+  static int triesThatFail;
+  triesThatFail = 1000;
   write("<root><cfg><gps port=\"COM7\" speed=\"4800\"/></cfg></root>");
   XmlFiles files = systemFiles();
   files.open = [](const std::string& file, XmlFiles::Access access) -> void* {
-    return isHeld ? nullptr : systemFiles().open(file, access);
+    return triesThatFail-- > 0 ? nullptr : systemFiles().open(file, access);
   };
   ConfigStore store(files);
   EXPECT_FALSE(store.open(path()));
@@ -283,9 +283,14 @@ TEST_F(ConfigFile, AFileThatIsLetGoOfLaterKeepsItsSettings) {
   Settings settings = loadSettings(store);
   settings.simulate = true;
   EXPECT_FALSE(saveSettings(store, settings, SettingGroup::gps));
-  isHeld = false;
+  triesThatFail = 0;
   EXPECT_TRUE(store.save());
   EXPECT_EQ(findings(), "COM7 4800 1");
+  triesThatFail = 2;
+  settings = loadSettings(store);
+  settings.baudRate = 38400;
+  EXPECT_TRUE(saveSettings(store, settings, SettingGroup::gps)) << "held for a moment";
+  EXPECT_EQ(findings(), "COM7 38400 1");
   EXPECT_FALSE(fs::exists(path("vgps.bad")));
 }
 
