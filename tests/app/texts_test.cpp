@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <regex>
 #include <set>
 
 #include "app/dialogs.h"
@@ -18,25 +17,69 @@ namespace {
 namespace fs = std::filesystem;
 
 struct Literal {
-  std::string where, text, line;
+  std::string where;   // "file:line"
+  std::string before;  // on its line
+  std::string text;
 };
+
+// How many characters a character literal has that begins there; 0 when none does.
+size_t characterAt(std::string_view line, size_t at) {
+  const size_t length = line.substr(at).starts_with("'\\") ? 4 : 3;
+  const bool whole = line[at] == '\'' && at + length <= line.size();
+  return whole && line[at + length - 1] == '\'' ? length : 0;
+}
+
+size_t endOfLiteral(std::string_view line, size_t at) {
+  while (at < line.size() && line[at] != '"') at += line[at] == '\\' ? 2 : 1;
+  return std::min(at, line.size());
+}
 
 // The string literals of a file, without its comments.
 std::vector<Literal> literalsOf(const fs::path& path) {
-  static const std::regex kCharacter(R"('(\\?"|\\'|\\\\)')");
-  static const std::regex kComment(R"(^((?:[^"/]|"(?:[^"\\]|\\.)*"|/(?!/))*)//.*$)");
-  static const std::regex kLiteral(R"re("((?:[^"\\]|\\.)*)")re");
   std::vector<Literal> literals;
   std::ifstream file(path);
   std::string line;
   for (int number = 1; std::getline(file, line); ++number) {
-    line = std::regex_replace(std::regex_replace(line, kCharacter, "0"), kComment, "$1");
     const auto where = path.filename().string() + ":" + std::to_string(number);
-    for (std::sregex_iterator at(line.begin(), line.end(), kLiteral), end; at != end; ++at) {
-      literals.push_back({where, (*at)[1], line});
+    for (size_t at = 0; at < line.size() && line.compare(at, 2, "//") != 0; ++at) {
+      at += characterAt(line, at);
+      if (at >= line.size() || line[at] != '"') continue;
+      const size_t end = endOfLiteral(line, at + 1);
+      literals.push_back({where, line.substr(0, at), line.substr(at + 1, end - at - 1)});
+      at = end;
     }
   }
   return literals;
+}
+
+bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+
+// "two words", each of two letters at least.
+bool isSentence(std::string_view text) {
+  for (size_t i = 2; i + 2 < text.size(); ++i) {
+    const size_t end = text[i - 1] == ',' && i > 2 ? i - 1 : i;
+    if (text[i] == ' ' && isLetter(text[end - 1]) && isLetter(text[end - 2]) &&
+        isLetter(text[i + 1]) && isLetter(text[i + 2])) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// A word that is handed to something that shows it.
+bool isShown(const Literal& literal) {
+  if (literal.text.empty() || !isLetter(literal.text[0])) return false;
+  for (const char* const call : {"tell(", "tellError(", "ask(", "showNotice(", "setText(",
+                                 "setTitle(", "MessageBoxW(", "SetWindowTextW(", "AppendMenuW("}) {
+    if (literal.before.find(call) != std::string::npos) return true;
+  }
+  return false;
+}
+
+// What stands in the code beside what it does.
+bool isForDevelopers(const Literal& literal) {
+  return literal.before.find("static_assert") != std::string::npos ||
+         literal.before.starts_with('#') || literal.text.find("\\\\") != std::string::npos;
 }
 
 std::vector<fs::path> sourcesOf(const char* room) {
@@ -59,19 +102,14 @@ TEST(Texts, CodeHoldsNoWordsThatAPersonSees) {
       R"(the screen could not be drawn\n)"};
   // The tables say in English what their rows are.
   const std::set<std::string> tables = {"commands.cpp", "settings_table.cpp", "options_table.cpp"};
-  const std::regex words(R"([A-Za-z]{2,},? [A-Za-z]{2,})");
-  const std::regex shown(
-      R"(\b(tell|tellError|ask|showNotice|setText|setTitle|MessageBoxW|SetWindowTextW|AppendMenuW)\([^;]*"[A-Za-z])");
-  const std::regex beside("static_assert|^ *#|SOFTWARE|Local");
   size_t seen = 0;
   for (const char* const room : {"app", "display", "win32"}) {
     for (const fs::path& source : sourcesOf(room)) {
       if (tables.contains(source.filename().string())) continue;
       for (const Literal& literal : literalsOf(source)) {
         ++seen;
-        if (others.contains(literal.text) || std::regex_search(literal.line, beside)) continue;
-        EXPECT_FALSE(std::regex_search(literal.text, words) ||
-                     std::regex_search(literal.line, shown))
+        if (others.contains(literal.text) || isForDevelopers(literal)) continue;
+        EXPECT_FALSE(isSentence(literal.text) || isShown(literal))
             << literal.where << " " << literal.text;
       }
     }
@@ -90,29 +128,31 @@ uint32_t textsOfLayout(const std::string& layout) {
 // A word that is not among the texts would stay English, and one that no layout has is a text that
 // is translated for nothing.
 TEST(Texts, EveryWordOfALayoutIsOneOfItsTexts) {
-  const std::regex heading(R"(^(DIALOG_\w+) DIALOGEX.*)");
-  const std::regex classes("BUTTON|SysListView32|msctls_progress32");
+  const std::set<std::string> noWords = {"", "BUTTON", "SysListView32", "msctls_progress32",
+                                         "Segoe UI"};
   std::set<uint32_t> used;
   for (const char* const script : {"dialogs.rc", "finder.rc"}) {
     const fs::path path = fs::path(SOURCE_DIR) / "res" / script;
     std::ifstream file(path);
     if (!file) GTEST_SKIP() << path << " is not here";
+    // The words of a layout stand below its name.
+    std::vector<std::pair<std::string, uint32_t>> textsOfLine;
     uint32_t texts = 0;
     std::string line;
-    std::smatch found;
-    const auto literals = literalsOf(path);
     for (int number = 1; std::getline(file, line); ++number) {
-      if (std::regex_match(line, found, heading)) texts = textsOfLayout(found[1]);
-      if (line.starts_with("FONT") || line.starts_with("#") || line.starts_with("//")) continue;
-      const auto where = std::string(script) + ":" + std::to_string(number);
-      for (const Literal& literal : literals) {
-        if (literal.where != where || literal.text.empty()) continue;
-        if (std::regex_match(literal.text, classes)) continue;
-        EXPECT_FALSE(dialogText(literal.text, texts).empty()) << where << " " << literal.text;
-        for (const uint32_t text : textNumbers()) {
-          if (text >= texts && text < texts + 100 && textOf(text) == literal.text)
-            used.insert(text);
-        }
+      const size_t name = line.find(" DIALOGEX");
+      if (name != std::string::npos) texts = textsOfLayout(line.substr(0, name));
+      textsOfLine.emplace_back(std::string(script) + ":" + std::to_string(number), texts);
+    }
+    for (const Literal& literal : literalsOf(path)) {
+      if (noWords.contains(literal.text) || literal.before.starts_with('#')) continue;
+      const auto at = std::find_if(textsOfLine.begin(), textsOfLine.end(),
+                                   [&](const auto& row) { return row.first == literal.where; });
+      EXPECT_FALSE(dialogText(literal.text, at->second).empty())
+          << literal.where << " " << literal.text;
+      for (const uint32_t text : textNumbers()) {
+        const bool own = text >= at->second && text < at->second + 100;
+        if (own && textOf(text) == literal.text) used.insert(text);
       }
     }
   }
