@@ -46,6 +46,10 @@ class SerialPort {
   // Hands the bytes to the driver without waiting for the line. False when it took not all.
   virtual bool write(std::span<const char> bytes) = 0;
 
+  // From any thread, without waiting for anything: a waiting read and every later one answers
+  // `closed`, until the port is opened anew. The device is still held.
+  virtual void interrupt() = 0;
+
   // From any thread, any number of times: a waiting read ends with `closed`, then the device is
   // released, so that it can be opened again at once.
   virtual void close() = 0;

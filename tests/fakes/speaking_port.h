@@ -45,6 +45,7 @@ class SpeakingPort : public SerialPort {
     return PortRead::data;
   }
   bool write(std::span<const char>) override { return true; }
+  void interrupt() override {}
   void close() override {}
 
  private:

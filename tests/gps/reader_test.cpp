@@ -99,6 +99,7 @@ struct ProbedPort : SerialPort {
     return got > 0 ? PortRead::data : PortRead::silence;
   }
   bool write(std::span<const char>) override { return true; }
+  void interrupt() override {}
   void close() override { ++record.closes; }
   Record& record;
 };
