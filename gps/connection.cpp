@@ -4,26 +4,17 @@
 #include <vector>
 
 #include "gps/gps_fix.h"
+#include "gps/port_probe.h"
 #include "gps/reader.h"
 
 // Opening and closing the source, and one read from it.
 namespace vgps {
 namespace {
 
-using SteadyClock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
 
-constexpr size_t kProbeSize = 1000;
-// A port that stays silent would be waited for without end: this long, then it did not answer.
-constexpr int kProbeLimitMs = 3000;
-constexpr int kProbeSilenceMs = 250;
 // At the end of the program. A Bluetooth line whose receiver is away takes half a minute to open.
 constexpr int kOpeningEndMs = 300;
-
-int millisecondsUntil(SteadyClock::time_point deadline) {
-  const auto left = std::chrono::duration_cast<Milliseconds>(deadline - SteadyClock::now()).count();
-  return left > 0 ? static_cast<int>(left) : 0;
-}
 
 }  // namespace
 
@@ -79,29 +70,7 @@ bool GpsFix::openPort() {
   return true;
 }
 
-// One read: up to 1,000 bytes, over when the line pauses.
-bool GpsFix::probePort() {
-  const std::unique_ptr<SerialPort> probed = state.makePort();
-  portError = probed->open(portPath);
-  if (portError != PortError::none) return false;
-  if (!probed->setUp(baudRate)) {
-    portError = PortError::settings;
-    return false;
-  }
-  std::string answer(kProbeSize, '\0');
-  size_t length = 0;
-  const auto deadline = SteadyClock::now() + Milliseconds(kProbeLimitMs);
-  while (length < answer.size()) {
-    int wait = millisecondsUntil(deadline);
-    if (length > 0 && wait > kProbeSilenceMs) wait = kProbeSilenceMs;
-    size_t got = 0;
-    const std::span<char> rest(answer.data() + length, answer.size() - length);
-    if (wait == 0 || probed->read(rest, got, wait) != PortRead::data) break;
-    length += got;
-  }
-  probed->close();
-  return answer.starts_with("$GP");
-}
+bool GpsFix::probePort() { return answersAsGps(*state.makePort(), portPath, baudRate, portError); }
 
 void GpsFix::startReader() {
   ++state.readers.generation;

@@ -224,11 +224,13 @@ TEST(PortSearch, TriesEveryPortAndReportsThoseThatAnswer) {
   GpsWorld world;
   world.ports.add(devicePath("COM0")).feed("$GPRMC,1\r\n");
   world.ports.add(devicePath("COM7")).feed("noise");
-  world.ports.add(devicePath("COM29")).feed("$GPGGA,1\r\n");
+  FakeLine& last = world.ports.add(devicePath("COM29"));
+  last.feed("$GPGGA,1\r\n");
   world.ports.add(devicePath("COM30")).feed("$GPGGA,1\r\n");
-  EXPECT_EQ(scanPorts(world.fix, 0, [] { return false; }), (std::vector<uint32_t>{0, 29}));
-  EXPECT_EQ(world.fix.baudRate, 4800U);
-  EXPECT_TRUE(scanPorts(world.fix, 9600, [] { return true; }).empty());
+  EXPECT_EQ(scanPorts(world.state.makePort, 0, [](uint32_t) { return false; }),
+            (std::vector<uint32_t>{0, 29}));
+  EXPECT_EQ(last.baudRate, 4800U);
+  EXPECT_TRUE(scanPorts(world.state.makePort, 9600, [](uint32_t) { return true; }).empty());
 }
 
 }  // namespace

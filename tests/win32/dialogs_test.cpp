@@ -341,12 +341,12 @@ HWND messageOver(HWND dialog) {
 TEST_F(SettingsDialogs, PortSearchRunsBesideTheDialog) {
   std::atomic<bool> goOn{false};
   std::atomic<uint32_t> speed{0};
-  const auto search = [&](const std::function<bool()>& cancelled) {
-    for (int port = 0; port < 5; ++port) {
-      if (cancelled()) return std::vector<uint32_t>{};
+  const auto search = [&](const std::function<bool(uint32_t)>& cancelled) {
+    for (uint32_t port = 0; port < 5; ++port) {
+      if (cancelled(port)) return std::vector<uint32_t>{};
     }
-    waitFor([&] { return goOn || cancelled(); });
-    return cancelled() ? std::vector<uint32_t>{} : std::vector<uint32_t>{3};
+    waitFor([&] { return goOn || cancelled(5); });
+    return cancelled(5) ? std::vector<uint32_t>{} : std::vector<uint32_t>{3};
   };
   context_.beginPortSearch = [&](uint32_t wanted) {
     speed = wanted;
