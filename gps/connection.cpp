@@ -82,8 +82,9 @@ void GpsFix::startReader() {
     source_.generation = state.readers.generation;
     source_.simulation = simulate;
     source_.sensor = sensor;
-    source_.path = portPath;
-    source_.baudRate = baudRate;
+    device_ = {};
+    device_.path = portPath;
+    device_.baudRate = baudRate;
   }
   running = true;
   state.simulation.wake();  // the reader before may be waiting for its next line

@@ -209,18 +209,25 @@ struct GpsFix : FixRecord {
     bool simulation = false;
     std::shared_ptr<SerialPort> port;  // not null: open, or opened and refused to be set up
     std::shared_ptr<LocationSensor> sensor;
-    std::string path;  // of the port
+    uint32_t wish = 0;  // number of the last one; an attempt for an older one is in vain
+  };
+  // What is behind the port, to find it again.
+  struct Device {
+    std::string path;
     uint32_t baudRate = 0;
-    std::string identity;  // of the device behind the port; empty when the system knows none
-    uint32_t wish = 0;     // number of the last one; an attempt for an older one is in vain
+    std::string identity;  // empty when the system knows none
+    std::string make;
+    std::vector<std::string> others;  // of the same make, there from the beginning
   };
   Source sourceOf(uint32_t generation) const;
   std::shared_ptr<SerialPort> endSource();
-  bool findDevice(Source& source, std::string& newName) const;
+  static const PortName* portOf(const Device& device, const std::vector<PortName>& present);
+  bool findDevice(Device& device, std::string& newName) const;
   PortRead readSimulation(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs);
 
   mutable std::mutex sourceMutex_;
   Source source_;
+  Device device_;
   PortAttempt attempt_;
   std::string joined_;
   NmeaSentence sentence_;

@@ -19,7 +19,7 @@ constexpr int kSilenceMs = 30;
 // ...and a receiver that never pauses is shown this long after the first byte at the latest...
 constexpr int kLongestBlockMs = 250;
 // ...or so soon, whole lines only, when it speaks so fast that even its longest sentences follow
-// one another in less time than opens a burst.
+// one another within the 100 ms that open a burst.
 constexpr int kDenseBlockMs = 50;
 constexpr int kDenseBytesPerMs = 2;
 // After a read error or while the device is away: not a busy loop, and no long wait either.

@@ -64,51 +64,81 @@ void GpsFix::dropPort() {
 }
 
 void GpsFix::learnDevice(uint32_t generation) {
-  const Source source = sourceOf(generation);
-  if (source.port == nullptr || !state.listPorts) return;
-  for (const PortName& port : state.listPorts()) {
-    if (!isSamePath(devicePath(port.name), source.path)) continue;
+  Device device;
+  {
     const std::lock_guard lock(sourceMutex_);
-    if (source_.generation == generation) source_.identity = port.identity;
+    if (source_.generation != generation || source_.port == nullptr || !state.listPorts) return;
+    device = device_;
   }
+  const std::vector<PortName> present = state.listPorts();
+  for (const PortName& port : present) {
+    if (!isSamePath(devicePath(port.name), device.path)) continue;
+    device.identity = port.identity;
+    device.make = port.make;
+  }
+  for (const PortName& port : present) {
+    const bool isOther = port.make == device.make && port.identity != device.identity;
+    if (isOther && !port.make.empty()) device.others.push_back(port.identity);
+  }
+  const std::lock_guard lock(sourceMutex_);
+  if (source_.generation == generation) device_ = device;
 }
 
-// Puts the path under which the device is there now into `source`. False when another device has
-// its old one.
-bool GpsFix::findDevice(Source& source, std::string& newName) const {
-  if (source.identity.empty() || !state.listPorts) return true;
-  bool taken = false;
-  for (const PortName& port : state.listPorts()) {
-    const std::string path = devicePath(port.name);
-    const bool isOldPath = isSamePath(path, source.path);
-    if (port.identity == source.identity) {
-      if (!isOldPath) newName = port.name;
-      source.path = path;
-      return true;
+// The port of a device among those that are there: the one that has its identity, else, of a make
+// without numbers, the only one that was plugged in since.
+const PortName* GpsFix::portOf(const Device& device, const std::vector<PortName>& present) {
+  const PortName* found = nullptr;
+  for (const PortName& port : present) {
+    if (port.identity == device.identity) return &port;
+    if (device.make.empty() || port.make != device.make) continue;
+    if (std::find(device.others.begin(), device.others.end(), port.identity) !=
+        device.others.end()) {
+      continue;
     }
-    if (isOldPath && !port.identity.empty()) taken = true;
+    if (found != nullptr) return nullptr;
+    found = &port;
   }
-  return !taken;
+  return found;
+}
+
+// Puts the path under which the device is there now into it. False when another device has its old
+// one.
+bool GpsFix::findDevice(Device& device, std::string& newName) const {
+  if (device.identity.empty() || !state.listPorts) return true;
+  const std::vector<PortName> present = state.listPorts();
+  const PortName* const found = portOf(device, present);
+  if (found != nullptr) {
+    const std::string path = devicePath(found->name);
+    if (!isSamePath(path, device.path)) newName = found->name;
+    device.path = path;
+    device.identity = found->identity;
+    return true;
+  }
+  return std::none_of(present.begin(), present.end(), [&](const PortName& port) {
+    return !port.identity.empty() && isSamePath(devicePath(port.name), device.path);
+  });
 }
 
 bool GpsFix::reopenPort(uint32_t generation) {
   const Opening opening(state.readers);
   Source source;
+  Device device;
   {
     const std::lock_guard lock(sourceMutex_);
     if (source_.generation != generation || !state.readers.portWanted) return false;
     state.readers.portWanted = false;
     source = source_;
     source_.port = nullptr;
+    device = device_;
   }
   // The old handle first: a device that is still there could not be opened beside it.
   if (source.port != nullptr) source.port->close();
   PortAttempt attempt{.state = PortAttempt::State::failed};
   // Goes, and with it closes the port, outside the lock when nobody wants it any more.
   std::shared_ptr<SerialPort> opened = state.makePort();
-  attempt.error =
-      findDevice(source, attempt.newName) ? opened->open(source.path) : PortError::notThere;
-  if (attempt.error == PortError::none && !opened->setUp(source.baudRate)) {
+  const bool free = findDevice(device, attempt.newName);
+  attempt.error = free ? opened->open(device.path) : PortError::notThere;
+  if (attempt.error == PortError::none && !opened->setUp(device.baudRate)) {
     attempt.error = PortError::settings;
   }
   const std::lock_guard lock(sourceMutex_);
@@ -117,7 +147,7 @@ bool GpsFix::reopenPort(uint32_t generation) {
   if (attempt.error == PortError::none) {
     attempt.state = PortAttempt::State::opened;
     portFailed = false;
-    source_.path = source.path;
+    device_ = device;
     source_.port = std::move(opened);
   }
   attempt_ = attempt;

@@ -63,6 +63,9 @@ struct PortName {
   // Of the device itself, the same when it comes back under another name: the device instance on
   // Windows, the name of the link by identity on Linux. Empty when the system knows none.
   std::string identity = {};
+  // What devices of one make share that have no number of their own: their identity says where they
+  // are plugged in, and changes with that. Empty when the identity is the device's own.
+  std::string make = {};
 };
 
 // The ports that the system lists now. Windows: every COM port; Linux: every serial device with

@@ -146,6 +146,36 @@ TEST_F(Supervision, AnotherDeviceOnTheOldNameIsOnlyTakenWhereDevicesHaveNoIdenti
   }
 }
 
+// Without numbers of their own devices are known by where they are plugged in.
+TEST_F(Supervision, ADeviceWithoutANumberIsFoundInAnotherSocket) {
+  const auto stick = [](const char* name, const char* socket) {
+    return PortName{name, "Stick", "USB\\VID_1&PID_2\\" + std::string(socket), "USB\\VID_1&PID_2"};
+  };
+  const struct {
+    std::vector<PortName> before, after;
+    bool found;
+  } rows[] = {
+      {{stick("COM3", "1&1")}, {stick("COM4", "1&2")}, true},
+      {{stick("COM3", "1&1"), stick("COM4", "1&2")}, {stick("COM4", "1&2")}, false},
+      {{stick("COM3", "1&1")}, {stick("COM4", "1&2"), stick("COM5", "1&3")}, false},
+      {{stick("COM3", "1&1")}, {{"COM4", "Other", "USB\\VID_9\\1"}}, false},
+  };
+  for (const auto& row : rows) {
+    list(row.before);
+    line = &ports.add(devicePath("COM3"));
+    FakeLine& other = ports.add(devicePath("COM4"));
+    ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
+    ASSERT_TRUE(receive(*line));
+    line->unplug();
+    ASSERT_TRUE(serveUntil([&] { return app.fix.portFailed.load(); }));
+    ports.remove(devicePath("COM3"));
+    list(row.after);
+    fiveSecondsPass(2);
+    EXPECT_EQ(other.number(&FakeLine::opens) > 0, row.found) << &row - rows;
+    disconnectReceiver(app);
+  }
+}
+
 TEST_F(Supervision, EndsWithTheConnection) {
   ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
   ASSERT_TRUE(receive(*line));
