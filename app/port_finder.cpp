@@ -241,10 +241,12 @@ std::string findingText(const PortFinding& finding) {
     return finding.listening == 0 ? std::string(textOf(kWaiting))
                                   : textWith(kListening, std::to_string(finding.listening));
   }
-  if (!finding.triedAll && finding.opening) return std::string(textOf(kNotOpened));
-  // Silence at some of the speeds says nothing.
-  const bool silent = !finding.answered || finding.answer.result == ProbeResult::noData;
-  if (!finding.triedAll && silent) return std::string(textOf(kNotTried));
+  if (!finding.triedAll) {
+    if (finding.opening && !finding.answered) return std::string(textOf(kNotOpened));
+    // Silence at some of the speeds says nothing.
+    const bool silent = !finding.answered || finding.answer.result == ProbeResult::noData;
+    if (silent) return std::string(textOf(kNotTried));
+  }
   std::string text = textWith(rowOf(finding.answer.result).text, std::to_string(finding.speed));
   if (finding.answer.result != ProbeResult::found) return text;
   for (const std::string& part :

@@ -10,31 +10,14 @@ namespace {
 // The 5-second timer comes a little early or late.
 constexpr uint32_t kTimerJitterMs = 500;
 
-enum TextNumber : uint32_t {
-  kSilent = 738,
-  kUnplugged = 739,
-  kBusy = 756,
-  kNotAllowed,
-  kRefused,
-};
+constexpr uint32_t kSilent = 738;
+constexpr uint32_t kUnplugged = 739;
 
-// Why it does not open, where a person can do something about it. A port that is not there needs
-// no words: the state says that it is tried again.
-uint32_t reasonOf(PortError error) {
-  switch (error) {
-    case PortError::busy: return kBusy;
-    case PortError::noPermission: return kNotAllowed;
-    case PortError::settings:
-    case PortError::other: return kRefused;
-    default: return 0;
-  }
-}
-
-// Said again with each attempt, so that it stands for as long as it is true; other news go first.
+// Said again with each attempt, so that it stands for as long as it is true; other news go first. A
+// port that is not there needs no words: the state says that it is tried again.
 void tellReason(AppState& app, PortError error) {
-  const uint32_t number = reasonOf(error);
-  if (number == 0) return;
-  const std::string text = textWith(number, app.supervisor.portName);
+  if (error == PortError::notThere) return;
+  const std::string text = portProblem(error, app.supervisor.portName);
   if (currentNotice(app).empty() || currentNotice(app) == text) showNotice(app, text);
 }
 

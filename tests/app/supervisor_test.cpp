@@ -278,9 +278,9 @@ TEST_F(Supervision, SaysWhyThePortDoesNotOpen) {
   const struct {
     PortError error;
     const char* words;
-  } rows[] = {{PortError::busy, "COM3 is busy: another program holds it. Trying again."},
-              {PortError::noPermission, "This user may not open COM3. Trying again."},
-              {PortError::other, "COM3 cannot be opened as a serial line. Trying again."}};
+  } rows[] = {{PortError::busy, "COM3 is busy: another program holds it."},
+              {PortError::noPermission, "This user may not open COM3."},
+              {PortError::other, "COM3 cannot be opened as a serial line."}};
   for (const auto& row : rows) {
     line = &ports.add(devicePath("COM3"));
     ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
