@@ -22,6 +22,13 @@ namespace {
 using SteadyClock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
+// Only the optimised build is held to times.
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+constexpr bool kHeldToTimes = false;
+#else
+constexpr bool kHeldToTimes = true;
+#endif
+
 // The program without its face.
 struct LiveWorld {
   explicit LiveWorld(const std::string& port) { EXPECT_TRUE(connectReceiver(app, {.port = port})); }
@@ -155,8 +162,10 @@ TEST(DenseLine, SentencesDoNotWaitForAPause) {
   std::sort(delays.begin(), delays.end());
   RecordProperty("medianMs", delays[delays.size() / 2]);
   RecordProperty("latestMs", delays.back());
-  // A loaded machine may hold up one of ten.
-  EXPECT_LE(delays[delays.size() * 9 / 10], 150);
+  // A wait for the end of the block would be twice as long.
+  if (kHeldToTimes) {
+    EXPECT_LE(delays[delays.size() / 2], 75);
+  }
 }
 
 class ReceiverRate : public testing::TestWithParam<int> {};
