@@ -21,6 +21,7 @@ AppState::AppState(Platform platformToUse, const XmlFiles& files)
       recording(track, recordingOptions, recordingHooks, platform.clock),
       library(platform.disk) {
   gps.makePort = platform.makePort;
+  gps.listPorts = platform.listPorts;
   gps.sensors = platform.sensors;
 }
 

@@ -33,7 +33,7 @@ struct Platform {
   std::function<std::unique_ptr<SerialPort>()> makePort;
   LocationSensorManager* sensors = nullptr;
   // The rest may be missing: then it cannot be done here.
-  std::function<std::vector<PortName>()> listPorts = {};
+  std::function<std::vector<PortName>()> listPorts = {};  // called by readers too
   std::function<bool(const DateTime& utc)> setSystemTime = {};
   // Starts the system's installer for mobile devices with this argument; false when there is none.
   std::function<bool(const std::string& argument)> runDeviceInstaller = {};
@@ -58,7 +58,7 @@ struct UiFix {
   bool fixSeen = false;       // likewise a position sentence or message with a fix
   uint32_t lastFixTick = 0;
   bool fixEver = false;         // and of a connection before
-  uint64_t lastByteMicros = 0;  // when the last byte of the newest block came; 0 in a replay
+  uint64_t lastByteMicros = 0;  // when the end of the newest line came; 0 in a replay
 };
 
 // Features that belong to other rooms or come with their own parts. What is empty is not there yet.

@@ -9,6 +9,10 @@ namespace vgps {
 namespace {
 
 constexpr uint32_t kOpeningFailed = 601;
+constexpr uint32_t kNotThere = 756;
+constexpr uint32_t kBusy = 757;
+constexpr uint32_t kNotAllowed = 758;
+constexpr uint32_t kRefused = 759;
 constexpr uint32_t kSerialSource = 801;
 constexpr uint32_t kSimulationSource = 802;
 constexpr uint32_t kSensorSource = 803;
@@ -24,6 +28,15 @@ std::string nameOf(const SourceChoice& choice) {
 
 std::string serialSourceName(const std::string& port, uint32_t speed) {
   return textWith(kSerialSource, port, std::to_string(speed));
+}
+
+std::string portProblem(PortError error, const std::string& port) {
+  switch (error) {
+    case PortError::notThere: return textWith(kNotThere, port);
+    case PortError::busy: return textWith(kBusy, port);
+    case PortError::noPermission: return textWith(kNotAllowed, port);
+    default: return textWith(kRefused, port);
+  }
 }
 
 SourceChoice sourceOfSettings(AppState& app) {
@@ -55,6 +68,7 @@ bool connectReceiver(AppState& app, const SourceChoice& choice) {
     if (serial) superviseConnection(app, choice.port, choice.speed);
     return true;
   }
+  if (!choice.port.empty()) showNotice(app, portProblem(app.fix.portError, choice.port));
   app.platform.window.tellError(textOf(kOpeningFailed));
   return false;
 }

@@ -18,6 +18,9 @@ struct SourceChoice {
 // "COM3, 9600 baud"
 std::string serialSourceName(const std::string& port, uint32_t speed);
 
+// Why a port does not open, in words for a person.
+std::string portProblem(PortError error, const std::string& port);
+
 // What the settings document says at this moment.
 SourceChoice sourceOfSettings(AppState& app);
 

@@ -21,8 +21,9 @@ PortSearch beginSearch(AppState& app, uint32_t speed) {
   endSupervision(app);
   app.fix.close(true);
   app.platform.window.repaint();
-  return [&app, speed](const std::function<bool()>& cancelled) {
-    return scanPorts(app.fix, speed, cancelled);
+  // Of the program only what outlives it: the search may hang in a port for longer.
+  return [makePort = app.platform.makePort, speed](const std::function<bool(uint32_t)>& cancelled) {
+    return scanPorts(makePort, speed, cancelled);
   };
 }
 

@@ -20,8 +20,9 @@ namespace vgps {
 struct Dialog;
 
 // Probes ports, on the thread that calls it, and gives the numbers of those that answered. Asks
-// before each port whether to stop.
-using PortSearch = std::function<std::vector<uint32_t>(const std::function<bool()>& cancelled)>;
+// with the number of each port, once or more often, whether to stop.
+using PortSearch =
+    std::function<std::vector<uint32_t>(const std::function<bool(uint32_t port)>& cancelled)>;
 
 // What a dialog works on. It reads the document and not only the settings in use: other ways of
 // editing write into it too.

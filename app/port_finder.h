@@ -1,11 +1,8 @@
 #pragma once
 
-#include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "gps/port_probe.h"
@@ -17,7 +14,9 @@ namespace vgps {
 struct PortFinding {
   PortName port;
   uint32_t listening = 0;  // baud, at present; 0: not begun
+  bool opening = false;    // the system has not opened it yet
   bool done = false;       // nothing more will be tried
+  bool triedAll = false;   // every speed, or one that answered
   bool answered = false;   // `answer` and `speed` say something
   ProbeAnswer answer;      // the best so far
   uint32_t speed = 0;      // baud, that it came at
@@ -28,16 +27,22 @@ struct PortFinderTimes {
   uint32_t listenMs = 3000;
   // After a position sentence, until the sentences of a second or more are counted.
   uint32_t countMs = 1500;
+  // All together. What has not answered by then is not waited for.
+  uint32_t limitMs = 28000;
 };
 
 // Looks for a receiver on all ports side by side, on each at one speed after the other, the usual
-// ones first. Nine speeds of three seconds end within thirty seconds.
+// ones first. Nine speeds of three seconds end within thirty seconds; a port that takes long to
+// open (Bluetooth) is left to itself then: its thread closes it and ends when the system lets it
+// go.
 //
-// All calls come from one thread. `changed` is called on the threads of the search.
+// All calls come from one thread. `changed` is called on the threads of the search, and not any
+// more once `stop` has returned; it must not call back.
 class PortFinder {
  public:
   using MakePort = std::function<std::unique_ptr<SerialPort>()>;
 
+  // `makePort` may be called by threads that outlive this.
   PortFinder(MakePort makePort, std::function<void()> changed, PortFinderTimes times = {})
       : makePort_(std::move(makePort)), changed_(std::move(changed)), times_(times) {}
   PortFinder(const PortFinder&) = delete;
@@ -47,31 +52,22 @@ class PortFinder {
   // Ends the search before, if one is going on.
   void start(std::vector<PortName> ports);
 
-  // The search ends as soon as the ports give way; does not wait for it.
-  void cancel() { cancelled_ = true; }
-  // Cancels and waits.
+  // Cancels, and waits a little for the ports to be free; not for one that is being opened.
   void stop();
 
-  bool running() const { return running_ > 0; }
-  bool cancelled() const { return cancelled_; }
+  bool running() const;
   // Of 1000.
   int progress() const;
   std::vector<PortFinding> findings() const;
 
  private:
-  void search(size_t index);
-  bool tryAt(size_t index, uint32_t speed);
+  struct Search;
 
   const MakePort makePort_;
   const std::function<void()> changed_;
   const PortFinderTimes times_;
 
-  std::vector<std::thread> threads_;
-  std::atomic<bool> cancelled_{false};
-  std::atomic<int> running_{0};
-  std::atomic<int> stepsDone_{0};
-  mutable std::mutex mutex_;  // of the findings
-  std::vector<PortFinding> findings_;
+  std::shared_ptr<Search> search_;  // with its threads
 };
 
 // The finding to be used: a receiver's with the most sentences a second. Null when none is one.

@@ -1,8 +1,5 @@
 #include "app/supervisor.h"
 
-#include <algorithm>
-#include <vector>
-
 #include "app/app_state.h"
 #include "app/connection.h"
 #include "base/texts.h"
@@ -16,33 +13,42 @@ constexpr uint32_t kTimerJitterMs = 500;
 constexpr uint32_t kSilent = 738;
 constexpr uint32_t kUnplugged = 739;
 
-std::vector<PortName> presentPorts(const AppState& app) {
-  return app.platform.listPorts ? app.platform.listPorts() : std::vector<PortName>();
+// Said again with each attempt, so that it stands for as long as it is true; other news go first. A
+// port that is not there needs no words: the state says that it is tried again.
+void tellReason(AppState& app, PortError error) {
+  if (error == PortError::notThere) return;
+  const std::string text = portProblem(error, app.supervisor.portName);
+  if (currentNotice(app).empty() || currentNotice(app) == text) showNotice(app, text);
 }
 
-// Under which name the device is there now: its old one when nothing better is known, none when
-// another device has that.
-std::string currentName(const AppState& app) {
-  const Supervisor& supervisor = app.supervisor;
-  if (supervisor.identity.empty()) return supervisor.portName;
-  std::string name = supervisor.portName;
-  for (const PortName& port : presentPorts(app)) {
-    if (port.identity == supervisor.identity) return port.name;
-    if (port.name == supervisor.portName && !port.identity.empty()) name.clear();
-  }
-  return name;
-}
-
-void tryAgain(AppState& app) {
+// The device may have come back under another name.
+void followName(AppState& app, const PortAttempt& attempt) {
   Supervisor& supervisor = app.supervisor;
-  supervisor.lastAttemptTick = app.platform.clock.tick();
-  ++supervisor.attempts;
-  // The old handle first: a device that is still there could not be opened beside it.
-  app.fix.dropPort();
-  const std::string name = currentName(app);
-  if (name.empty() || !app.fix.replacePort(name)) return;
-  supervisor.portName = name;
-  app.sourceName = serialSourceName(name, supervisor.speed);
+  if (attempt.newName.empty() || attempt.newName == supervisor.portName) return;
+  supervisor.portName = attempt.newName;
+  app.fix.setPort(supervisor.portName, supervisor.speed);
+  app.sourceName = serialSourceName(supervisor.portName, supervisor.speed);
+}
+
+void followAttempt(AppState& app) {
+  const PortAttempt attempt = app.fix.portAttempt();
+  followName(app, attempt);
+  if (attempt.state == PortAttempt::State::failed) tellReason(app, attempt.error);
+  if (attempt.state == PortAttempt::State::waiting) return;
+  if (!app.settings.reconnect) {
+    // Switched off while the port was being tried again: one that is open is kept, any other is
+    // given up, and that is said.
+    const bool works = attempt.state == PortAttempt::State::opened && !app.fix.portFailed;
+    if (works) {
+      app.supervisor.state = Supervisor::State::watching;
+    } else {
+      disconnectReceiver(app);
+    }
+    return;
+  }
+  // From its end: an opening may take longer than the time between two of them.
+  const uint32_t passed = app.platform.clock.tick() - attempt.tick;
+  if (passed >= kRetryEveryMs - kTimerJitterMs) app.fix.wantPort();
 }
 
 bool hasGone(const AppState& app) {
@@ -53,44 +59,46 @@ bool hasGone(const AppState& app) {
 }  // namespace
 
 void superviseConnection(AppState& app, const std::string& portName, uint32_t speed) {
-  Supervisor& supervisor = app.supervisor;
-  supervisor = {.state = Supervisor::State::watching,
-                .portName = portName,
-                .speed = speed,
-                .lastBytesTick = app.platform.clock.tick()};
-  for (const PortName& port : presentPorts(app)) {
-    if (port.name == portName) supervisor.identity = port.identity;
-  }
+  app.supervisor = {.state = Supervisor::State::watching,
+                    .portName = portName,
+                    .speed = speed,
+                    .lastBytesTick = app.platform.clock.tick()};
 }
 
 void endSupervision(AppState& app) { app.supervisor = {}; }
+
+void holdConnection(AppState& app) {
+  if (app.supervisor.state == Supervisor::State::off) return;
+  app.supervisor.state = Supervisor::State::held;
+  app.fix.dropPort();
+}
+
+void resumeConnection(AppState& app) {
+  if (app.supervisor.state != Supervisor::State::held) return;
+  app.supervisor.state = Supervisor::State::lost;
+  app.fix.wantPort();
+}
 
 void noteBytes(AppState& app) {
   Supervisor& supervisor = app.supervisor;
   supervisor.lastBytesTick = app.platform.clock.tick();
   if (supervisor.state != Supervisor::State::lost) return;
   supervisor.state = Supervisor::State::watching;
-  supervisor.attempts = 0;
+  followName(app, app.fix.portAttempt());
   app.platform.sounds.play("OK");
 }
 
 void checkConnection(AppState& app) {
   Supervisor& supervisor = app.supervisor;
-  if (supervisor.state == Supervisor::State::off || !app.fix.running) return;
-  if (!app.settings.reconnect) {
-    // Switched off while the port was being tried again: it stays closed, and that is said.
-    if (supervisor.state == Supervisor::State::lost) disconnectReceiver(app);
-    return;
-  }
-  if (supervisor.state == Supervisor::State::watching) {
-    if (!hasGone(app)) return;
+  if (!app.fix.running) return;
+  if (supervisor.state == Supervisor::State::lost) {
+    followAttempt(app);
+  } else if (supervisor.state == Supervisor::State::watching && app.settings.reconnect &&
+             hasGone(app)) {
     supervisor.state = Supervisor::State::lost;
     app.platform.sounds.play("ERR2");
     showNotice(app, textWith(app.fix.portFailed ? kUnplugged : kSilent, supervisor.portName));
-    tryAgain(app);
-  } else if (app.platform.clock.tick() - supervisor.lastAttemptTick >=
-             kRetryEveryMs - kTimerJitterMs) {
-    tryAgain(app);
+    app.fix.wantPort();
   }
 }
 

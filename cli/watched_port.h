@@ -29,6 +29,7 @@ class WatchedPort : public SerialPort {
     return result;
   }
   bool write(std::span<const char> bytes) override { return port_->write(bytes); }
+  void interrupt() override { port_->interrupt(); }
   void close() override { port_->close(); }
 
  private:

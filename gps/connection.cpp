@@ -4,24 +4,17 @@
 #include <vector>
 
 #include "gps/gps_fix.h"
+#include "gps/port_probe.h"
 #include "gps/reader.h"
 
 // Opening and closing the source, and one read from it.
 namespace vgps {
 namespace {
 
-using SteadyClock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
 
-constexpr size_t kProbeSize = 1000;
-// A port that stays silent would be waited for without end: this long, then it did not answer.
-constexpr int kProbeLimitMs = 3000;
-constexpr int kProbeSilenceMs = 250;
-
-int millisecondsUntil(SteadyClock::time_point deadline) {
-  const auto left = std::chrono::duration_cast<Milliseconds>(deadline - SteadyClock::now()).count();
-  return left > 0 ? static_cast<int>(left) : 0;
-}
+// At the end of the program. A Bluetooth line whose receiver is away takes half a minute to open.
+constexpr int kOpeningEndMs = 300;
 
 }  // namespace
 
@@ -38,7 +31,11 @@ bool GpsFix::open(bool simulation, bool gpsApi, bool sensorApi, bool probeOnly) 
   useGpsApi = gpsApi;
   useSensorApi = sensorApi;
   portError = PortError::none;
-  if (!probeOnly) sensor = nullptr;
+  if (!probeOnly) {
+    running = false;
+    sensor = nullptr;
+    if (const std::shared_ptr<SerialPort> before = endSource()) before->close();
+  }
   if (simulate) {
     useGpsApi = useSensorApi = false;
     startReader();
@@ -59,46 +56,21 @@ bool GpsFix::openSensor() {
 }
 
 bool GpsFix::openPort() {
-  running = false;
-  if (port != nullptr) port->close();
-  port = state.makePort();
+  std::shared_ptr<SerialPort> port = state.makePort();
   portError = port->open(portPath);
-  if (portError != PortError::none) {
-    port = nullptr;
-    return false;
-  }
+  if (portError != PortError::none) return false;
   state.hooks.playSound("OK");
-  if (!port->setUp(baudRate)) {
-    portError = PortError::settings;
-    return false;
+  if (!port->setUp(baudRate)) portError = PortError::settings;
+  {
+    const std::lock_guard lock(sourceMutex_);
+    source_.port = std::move(port);
   }
+  if (portError != PortError::none) return false;
   startReader();
   return true;
 }
 
-// One read: up to 1,000 bytes, over when the line pauses.
-bool GpsFix::probePort() {
-  const std::unique_ptr<SerialPort> probed = state.makePort();
-  portError = probed->open(portPath);
-  if (portError != PortError::none) return false;
-  if (!probed->setUp(baudRate)) {
-    portError = PortError::settings;
-    return false;
-  }
-  std::string answer(kProbeSize, '\0');
-  size_t length = 0;
-  const auto deadline = SteadyClock::now() + Milliseconds(kProbeLimitMs);
-  while (length < answer.size()) {
-    int wait = millisecondsUntil(deadline);
-    if (length > 0 && wait > kProbeSilenceMs) wait = kProbeSilenceMs;
-    size_t got = 0;
-    const std::span<char> rest(answer.data() + length, answer.size() - length);
-    if (wait == 0 || probed->read(rest, got, wait) != PortRead::data) break;
-    length += got;
-  }
-  probed->close();
-  return answer.starts_with("$GP");
-}
+bool GpsFix::probePort() { return answersAsGps(*state.makePort(), portPath, baudRate, portError); }
 
 void GpsFix::startReader() {
   ++state.readers.generation;
@@ -107,44 +79,32 @@ void GpsFix::startReader() {
   lastByteMicros = 0;
   {
     const std::lock_guard lock(sourceMutex_);
-    source_ = {state.readers.generation, simulate, simulate || sensor ? nullptr : port, sensor};
+    source_.generation = state.readers.generation;
+    source_.simulation = simulate;
+    source_.sensor = sensor;
+    device_ = {};
+    device_.path = portPath;
+    device_.baudRate = baudRate;
   }
   running = true;
   state.simulation.wake();  // the reader before may be waiting for its next line
   startReaderThread(*this);
 }
 
-void GpsFix::dropPort() {
-  {
-    const std::lock_guard lock(sourceMutex_);
-    source_.port = nullptr;
-  }
-  if (port != nullptr) port->close();
-  port = nullptr;
-}
-
-bool GpsFix::replacePort(std::string_view portName) {
-  dropPort();
-  portPath = devicePath(std::string(portName));
-  std::shared_ptr<SerialPort> opened = state.makePort();
-  portError = opened->open(portPath);
-  if (portError != PortError::none) return false;
-  if (!opened->setUp(baudRate)) {
-    portError = PortError::settings;
-    return false;
-  }
-  port = opened;
-  portFailed = false;
-  ++portReplacements;
+// Whatever a reader still does for the source is in vain from now on; a port that it is opening is
+// closed again when that is over. Returns the port, if there is one.
+std::shared_ptr<SerialPort> GpsFix::endSource() {
   const std::lock_guard lock(sourceMutex_);
-  source_.port = std::move(opened);
-  return true;
+  state.readers.portWanted = false;
+  attempt_ = {};
+  return std::exchange(source_, {}).port;
 }
 
 bool GpsFix::close(bool silent) {
   running = false;
   state.satellitesInUseKnown = false;
   state.simulation.wake();
+  const std::shared_ptr<SerialPort> port = endSource();
   if (sensor != nullptr) {
     sensor = nullptr;
     state.hooks.playSound("ERR2");
@@ -152,7 +112,6 @@ bool GpsFix::close(bool silent) {
   }
   if (port == nullptr) return false;
   port->close();
-  port = nullptr;
   if (!silent) state.hooks.playSound("ERR2");
   return true;
 }
@@ -175,7 +134,6 @@ PortRead GpsFix::read(uint32_t generation, std::span<char> buffer, size_t& got, 
   if (source.simulation) return readSimulation(generation, buffer, got, timeoutMs);
   if (source.port == nullptr) return PortRead::closed;
   const PortRead result = source.port->read(buffer, got, timeoutMs);
-  if (result == PortRead::data) lastByteMicros = state.clock.microseconds();
   // A read of a port that was taken away meanwhile says nothing about the one in its place.
   if (result == PortRead::failed && sourceOf(generation).port == source.port) portFailed = true;
   return result;
@@ -196,7 +154,6 @@ PortRead GpsFix::readSimulation(uint32_t generation, std::span<char> buffer, siz
     state.hooks.setTitle("Sim index: " + std::to_string(index) + "/" + std::to_string(count));
   }
   got = line.copy(buffer.data(), buffer.size());
-  lastByteMicros = state.clock.microseconds();
   return PortRead::data;
 }
 
@@ -208,10 +165,16 @@ bool GpsFix::stopReaders(int timeoutMs) {
     readers.wake.notify_all();
   }
   state.simulation.wake();
-  if (port != nullptr) port->close();
-  std::unique_lock lock(readers.mutex);
-  return readers.wake.wait_for(lock, Milliseconds(timeoutMs),
-                               [&] { return readers.liveReaders == 0; });
+  if (const std::shared_ptr<SerialPort> port = endSource()) port->close();
+  const auto waitUntil = [&](int ms, int32_t mostLeft) {
+    std::unique_lock lock(readers.mutex);
+    return readers.wake.wait_for(lock, Milliseconds(ms),
+                                 [&] { return readers.liveReaders <= mostLeft; });
+  };
+  const int forOpening = std::min(timeoutMs, kOpeningEndMs);
+  if (waitUntil(forOpening, 0)) return true;
+  waitUntil(timeoutMs - forOpening, readers.opening);
+  return readers.liveReaders == 0;
 }
 
 }  // namespace vgps

@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "gps/fix.h"
 #include "gps/options.h"
@@ -60,9 +61,20 @@ struct ReaderControl {
   std::atomic<bool> readerStop{false};  // set once, at the end of the program
   std::atomic<uint32_t> generation{0};  // of the source that may be read
   std::atomic<int32_t> liveReaders{0};
+  std::atomic<int32_t> opening{0};      // of these, held by the system in the opening of a port
+  std::atomic<bool> portWanted{false};  // the reader shall look for its device; under `mutex`
   std::mutex turn;  // held by the reader that handles a block: after a reopening two may have one
   std::mutex mutex;
   std::condition_variable wake;
+};
+
+// What became of the last wish for the port, and since when it is so.
+struct PortAttempt {
+  enum class State { none, waiting, opened, failed };
+  State state = State::none;
+  PortError error = PortError::none;  // why it failed
+  std::string newName = {};           // of the port, when the device has come back under another
+  uint32_t tick = 0;
 };
 
 // What stands beside the one fix: the values that the parser and the reader keep for the whole
@@ -74,6 +86,7 @@ struct GpsState {
   GpsHooks& hooks;
   const Clock& clock;
   std::function<std::unique_ptr<SerialPort>()> makePort;
+  std::function<std::vector<PortName>()> listPorts;  // may be missing; called by readers
   LocationSensorManager* sensors = nullptr;
   std::string sensorIdentifier;  // a GUID as text
 
@@ -96,8 +109,8 @@ struct GpsState {
 
 // The one current fix with its connection. Created once, lives as long as the program.
 //
-// `open`, `close` and `setPort` belong to the user-interface thread; `read`, `onReceive` and
-// `processLines` to the reader thread, or to the one thread of a replay.
+// `open`, `close`, `setPort` and the wish for a port belong to the user-interface thread; `read`,
+// `onReceive` and `processLines` to the reader thread, or to the one thread of a replay.
 struct GpsFix : FixRecord {
   explicit GpsFix(GpsState& gpsState);
 
@@ -105,16 +118,14 @@ struct GpsFix : FixRecord {
 
   std::string portPath;
   uint32_t baudRate = kDefaultBaudRate;
-  std::shared_ptr<SerialPort> port;  // not null: open, or opened and refused to be set up
   std::shared_ptr<LocationSensor> sensor;
   std::atomic<bool> simulate{false};  // the reader asks it too
   bool useGpsApi = false;
   bool useSensorApi = false;
   PortError portError = PortError::none;  // why the last `open` failed
   std::atomic<bool> running{false};
-  std::atomic<bool> portFailed{false};        // the device has reported an error to the reader
-  std::atomic<uint32_t> portReplacements{0};  // under the running reader
-  std::atomic<uint64_t> lastByteMicros{0};    // when the newest byte was read
+  std::atomic<bool> portFailed{false};      // the device has reported an error to the reader
+  std::atomic<uint64_t> lastByteMicros{0};  // when the end of the newest line was read
 
   // Parses one line without its line end. `out` is always filled; the fix changes only when
   // `apply` is set, the greatest speed and altitude in any case. False when the text does not
@@ -131,13 +142,20 @@ struct GpsFix : FixRecord {
   bool close(bool silent);
 
   // For a serial source whose device has gone, while `running` stays true and the same reader goes
-  // on: takes the port away, so that `read` reports nothing...
+  // on: the reader lets go of the port, looks where the device is now and opens it there, however
+  // long that takes. Until then `read` reports nothing. No sound.
+  void wantPort();
+  PortAttempt portAttempt() const;
+  // Takes the port away until it is wanted again: it can be opened by others then.
   void dropPort();
-  // ...and opens another in its place. No sound; false when it does not open, `portError` says why.
-  bool replacePort(std::string_view portName);
 
   // One read from the current source by the reader of `generation`.
   PortRead read(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs);
+
+  // By the reader of `generation`: notes which device is behind its port, to find it again.
+  void learnDevice(uint32_t generation);
+  // Likewise: does what `wantPort` asked for. False when nothing was asked.
+  bool reopenPort(uint32_t generation);
 
   // The sensor that the reader of `generation` reads; null for other sources.
   std::shared_ptr<LocationSensor> sensorOf(uint32_t generation) const;
@@ -151,8 +169,9 @@ struct GpsFix : FixRecord {
   // Whole lines, or one whole binary message.
   void processLines(std::string_view bytes);
 
-  // Sets `readerStop`, wakes every reader and waits up to `timeoutMs` for all to end. False when
-  // one still lives: then nothing that it could touch may be destroyed.
+  // Sets `readerStop`, wakes every reader and waits up to `timeoutMs` for all to end; for one that
+  // the system holds in the opening of a port only shortly. False when one still lives: then
+  // nothing that it could touch may be destroyed.
   bool stopReaders(int timeoutMs);
 
   // Whether a received line is being carried, and of what kind its first byte is (0: none).
@@ -188,14 +207,28 @@ struct GpsFix : FixRecord {
   struct Source {
     uint32_t generation = 0;
     bool simulation = false;
-    std::shared_ptr<SerialPort> port;
+    std::shared_ptr<SerialPort> port;  // not null: open, or opened and refused to be set up
     std::shared_ptr<LocationSensor> sensor;
+    uint32_t wish = 0;  // number of the last one; an attempt for an older one is in vain
+  };
+  // What is behind the port, to find it again.
+  struct Device {
+    std::string path;
+    uint32_t baudRate = 0;
+    std::string identity;  // empty when the system knows none
+    std::string make;
+    std::vector<std::string> others;  // of the same make, there from the beginning
   };
   Source sourceOf(uint32_t generation) const;
+  std::shared_ptr<SerialPort> endSource();
+  static const PortName* portOf(const Device& device, const std::vector<PortName>& present);
+  bool findDevice(Device& device, std::string& newName) const;
   PortRead readSimulation(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs);
 
   mutable std::mutex sourceMutex_;
   Source source_;
+  Device device_;
+  PortAttempt attempt_;
   std::string joined_;
   NmeaSentence sentence_;
 };

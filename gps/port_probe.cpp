@@ -16,6 +16,17 @@ constexpr size_t kMostBytes = 40000;
 // Between two questions whether that is enough.
 constexpr uint32_t kSliceMs = 100;
 
+// Of the one read: a port that stays silent would be waited for without end.
+constexpr size_t kAnswerSize = 1000;
+constexpr uint32_t kAnswerLimitMs = 3000;
+constexpr uint32_t kAnswerSilenceMs = 250;
+
+uint32_t msUntil(SteadyClock::time_point start, uint32_t limitMs) {
+  const auto passed =
+      std::chrono::duration_cast<std::chrono::milliseconds>(SteadyClock::now() - start).count();
+  return passed < limitMs ? limitMs - static_cast<uint32_t>(passed) : 0;
+}
+
 bool isPrintable(char c) { return (c >= ' ' && c <= '~') || c == '\r' || c == '\n' || c == '\t'; }
 
 bool isMostlyText(std::string_view bytes) {
@@ -143,6 +154,33 @@ ProbeAnswer probePort(SerialPort& port, const std::string& path, uint32_t speed,
   const std::string bytes = listen(port, limitMs, end, heardMs);
   port.close();
   return judgeBytes(bytes, heardMs);
+}
+
+bool answersAsGps(SerialPort& port, const std::string& path, uint32_t speed, PortError& error,
+                  const std::function<bool()>& cancelled) {
+  error = port.open(path);
+  if (error == PortError::none && !port.setUp(speed)) error = PortError::settings;
+  if (error != PortError::none) return false;
+  std::string answer(kAnswerSize, '\0');
+  size_t length = 0;
+  const auto start = SteadyClock::now();
+  auto lastByte = start;
+  while (length < answer.size() && !(cancelled && cancelled())) {
+    const uint32_t left =
+        length == 0 ? msUntil(start, kAnswerLimitMs)
+                    : std::min(msUntil(start, kAnswerLimitMs), msUntil(lastByte, kAnswerSilenceMs));
+    if (left == 0) break;
+    const uint32_t wait = cancelled ? std::min(left, kSliceMs) : left;
+    size_t got = 0;
+    const std::span<char> rest(answer.data() + length, answer.size() - length);
+    const PortRead result = port.read(rest, got, static_cast<int>(wait));
+    if (result == PortRead::silence && wait < left) continue;
+    if (result != PortRead::data) break;
+    length += got;
+    lastByte = SteadyClock::now();
+  }
+  port.close();
+  return answer.starts_with("$GP");
 }
 
 }  // namespace vgps

@@ -46,4 +46,9 @@ using ProbeEnd = std::function<bool(std::string_view bytes, uint32_t ms)>;
 ProbeAnswer probePort(SerialPort& port, const std::string& path, uint32_t speed, uint32_t limitMs,
                       const ProbeEnd& end = {});
 
+// One read of a port that is opened for it: up to 1,000 bytes, over when the line pauses. True when
+// they begin with "$GP". `error` says why it could not be opened; `cancelled` may be empty.
+bool answersAsGps(SerialPort& port, const std::string& path, uint32_t speed, PortError& error,
+                  const std::function<bool()>& cancelled = {});
+
 }  // namespace vgps

@@ -2,17 +2,21 @@
 
 #include <string>
 
-#include "gps/gps_fix.h"
+#include "gps/port_probe.h"
 
 namespace vgps {
 
-std::vector<uint32_t> scanPorts(GpsFix& fix, uint32_t speed,
-                                const std::function<bool()>& cancelled) {
+std::vector<uint32_t> scanPorts(const std::function<std::unique_ptr<SerialPort>()>& makePort,
+                                uint32_t speed,
+                                const std::function<bool(uint32_t port)>& cancelled) {
   std::vector<uint32_t> answered;
-  fix.close(true);
-  for (uint32_t number = 0; number < kSearchedPorts && !cancelled(); ++number) {
-    fix.setPort("COM" + std::to_string(number), speed == 0 ? kDefaultSearchSpeed : speed);
-    if (fix.open(false, false, false, true)) answered.push_back(number);
+  for (uint32_t number = 0; number < kSearchedPorts && !cancelled(number); ++number) {
+    const std::string path = devicePath("COM" + std::to_string(number));
+    PortError error = PortError::none;
+    if (answersAsGps(*makePort(), path, speed == 0 ? kDefaultSearchSpeed : speed, error,
+                     [&] { return cancelled(number); })) {
+      answered.push_back(number);
+    }
   }
   return answered;
 }

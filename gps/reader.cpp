@@ -16,8 +16,12 @@ using Milliseconds = std::chrono::milliseconds;
 
 // A burst has ended when the line is silent for so long...
 constexpr int kSilenceMs = 30;
-// ...and a receiver that never pauses is shown this long after the first byte at the latest.
+// ...and a receiver that never pauses is shown this long after the first byte at the latest...
 constexpr int kLongestBlockMs = 250;
+// ...or so soon, whole lines only, when it speaks so fast that even its longest sentences follow
+// one another within the 100 ms that open a burst.
+constexpr int kDenseBlockMs = 50;
+constexpr int kDenseBytesPerMs = 2;
 // After a read error or while the device is away: not a busy loop, and no long wait either.
 constexpr int kRetryMs = 100;
 
@@ -36,22 +40,46 @@ void waitForStop(ReaderControl& readers) {
 
 void pause(ReaderControl& readers, int ms) {
   std::unique_lock lock(readers.mutex);
-  readers.wake.wait_for(lock, Milliseconds(ms), [&] { return readers.readerStop.load(); });
+  readers.wake.wait_for(lock, Milliseconds(ms),
+                        [&] { return readers.readerStop || readers.portWanted; });
+}
+
+// How far the buffer was filled by a read, and when.
+struct Arrival {
+  size_t end;
+  uint64_t micros;
+};
+
+// Whole lines, and behind them at most the front of a sentence, which framing carries. The front of
+// another line would be taken for bytes of no receiver.
+bool endsWell(std::string_view block) {
+  const size_t lineFeed = block.rfind('\n');
+  if (lineFeed == std::string_view::npos) return false;
+  return lineFeed + 1 == block.size() || block[lineFeed + 1] == '$';
+}
+
+bool isDense(std::string_view block, int64_t ms) {
+  return ms >= kDenseBlockMs && block.size() >= static_cast<size_t>(ms) * kDenseBytesPerMs;
 }
 
 // Reads until the burst is over, the block has lasted long enough or the buffer is full.
-size_t readBlock(GpsFix& fix, uint32_t generation, std::span<char> buffer) {
+size_t readBlock(GpsFix& fix, uint32_t generation, std::span<char> buffer,
+                 std::vector<Arrival>& arrivals) {
+  arrivals.clear();
   size_t length = 0;
-  if (fix.read(generation, buffer, length, -1) != PortRead::data) return 0;
-  const auto deadline = std::chrono::steady_clock::now() + Milliseconds(kLongestBlockMs);
+  int wait = -1;
+  std::chrono::steady_clock::time_point start;
   while (length < buffer.size()) {
-    const auto left =
-        std::chrono::duration_cast<Milliseconds>(deadline - std::chrono::steady_clock::now());
-    if (left.count() <= 0) break;
-    const int wait = static_cast<int>(std::min<int64_t>(left.count(), kSilenceMs));
     size_t got = 0;
     if (fix.read(generation, buffer.subspan(length), got, wait) != PortRead::data) break;
+    if (length == 0) start = std::chrono::steady_clock::now();
     length += got;
+    arrivals.push_back({length, fix.state.clock.microseconds()});
+    const int64_t passed =
+        std::chrono::duration_cast<Milliseconds>(std::chrono::steady_clock::now() - start).count();
+    const std::string_view block(buffer.data(), length);
+    if (passed >= kLongestBlockMs || (isDense(block, passed) && endsWell(block))) break;
+    wait = static_cast<int>(std::min<int64_t>(kLongestBlockMs - passed, kSilenceMs));
   }
   return length;
 }
@@ -63,49 +91,85 @@ void beginSource(GpsFix& fix) {
   fix.state.talkers.reset();
 }
 
+// What one reader keeps from block to block.
+struct Reading {
+  GpsFix& fix;
+  const uint32_t generation;
+  std::vector<char> buffer = std::vector<char>(kReadBufferSize);
+  std::vector<Arrival> arrivals = {};
+  bool ownSource = false;  // what is carried, seen and heard came from this source
+  bool reopened = false;   // since the last block
+  size_t held = 0;         // bytes at the front of the buffer that wait for the next block
+};
+
+// The first bytes of the buffer, with those that were held before; the reads behind them count
+// from there.
+void handleBlock(Reading& reading, std::string_view block, size_t heldBefore) {
+  GpsFix& fix = reading.fix;
+  if (!reading.ownSource) beginSource(fix);
+  // The device was plugged in again: half a line of before is no front of its first one.
+  if (reading.reopened) fix.carryLength = 0;
+  reading.ownSource = true;
+  reading.reopened = false;
+  // Half a sentence in front of a message is no use to either.
+  if (fix.carriedStart() == '$' && block.starts_with(kBinaryMessageStart)) fix.carryLength = 0;
+  const bool binary = fix.state.inputProtocol == kSirfBinary;
+  auto arrival = reading.arrivals.begin();
+  cutAtLineStarts(block, fix.carriedStart(), binary, [&](std::string_view chunk) {
+    if (!isCurrent(fix, reading.generation)) return;
+    const auto end = static_cast<size_t>(chunk.data() + chunk.size() - block.data());
+    while (heldBefore + arrival->end < end) ++arrival;
+    fix.lastByteMicros = arrival->micros;
+    fix.onReceive(chunk);
+  });
+}
+
+void readAndHandle(Reading& reading) {
+  GpsFix& fix = reading.fix;
+  ReaderControl& readers = fix.state.readers;
+  const size_t heldBefore = reading.held;
+  size_t length = readBlock(fix, reading.generation, std::span(reading.buffer).subspan(heldBefore),
+                            reading.arrivals);
+  if (length == 0) {
+    const bool paces = fix.simulating(reading.generation);
+    if (isCurrent(fix, reading.generation) && !paces) pause(readers, kRetryMs);
+    return;
+  }
+  length += heldBefore;
+  // Half a start sequence of a binary message would not be recognised.
+  reading.held = reading.buffer[length - 1] == kBinaryStart ? 1 : 0;
+  length -= reading.held;
+  // A reader of the source before may still be busy with its last block.
+  const std::lock_guard turn(readers.turn);
+  if (!isCurrent(fix, reading.generation)) return;
+  handleBlock(reading, {reading.buffer.data(), length}, heldBefore);
+  if (reading.held > 0) reading.buffer[0] = kBinaryStart;
+}
+
 void readerLoop(GpsFix& fix, uint32_t generation) {
   ReaderControl& readers = fix.state.readers;
-  std::vector<char> buffer(kReadBufferSize);
-  bool ownSource = false;  // what is carried, seen and heard came from this source
-  uint32_t replacements = fix.portReplacements;
-  size_t held = 0;  // bytes at the front of the buffer that wait for the next block
+  Reading reading{fix, generation};
+  fix.learnDevice(generation);
   while (!readers.readerStop) {
     if (!isCurrent(fix, generation)) {
       waitForStop(readers);
       break;
     }
-    size_t length = readBlock(fix, generation, std::span(buffer).subspan(held));
-    if (length == 0) {
-      if (isCurrent(fix, generation) && !fix.simulating(generation)) pause(readers, kRetryMs);
-      continue;
+    if (fix.reopenPort(generation)) {
+      reading.reopened = true;
+      reading.held = 0;
+    } else {
+      readAndHandle(reading);
     }
-    length += held;
-    // Half a start sequence of a binary message would not be recognised.
-    held = buffer[length - 1] == kBinaryStart ? 1 : 0;
-    length -= held;
-    // A reader of the source before may still be busy with its last block.
-    const std::lock_guard turn(readers.turn);
-    if (!isCurrent(fix, generation)) continue;
-    if (!ownSource) beginSource(fix);
-    // The device was plugged in again: half a line of before is no front of its first one.
-    if (replacements != fix.portReplacements) fix.carryLength = 0;
-    replacements = fix.portReplacements;
-    ownSource = true;
-    const std::string_view block(buffer.data(), length);
-    // Half a sentence in front of a message is no use to either.
-    if (fix.carriedStart() == '$' && block.starts_with(kBinaryMessageStart)) fix.carryLength = 0;
-    const bool binary = fix.state.inputProtocol == kSirfBinary;
-    cutAtLineStarts(block, fix.carriedStart(), binary, [&](std::string_view chunk) {
-      if (isCurrent(fix, generation)) fix.onReceive(chunk);
-    });
-    if (held > 0) buffer[0] = kBinaryStart;
   }
 }
 
-void sensorLoop(GpsFix& fix, uint32_t generation, const std::shared_ptr<LocationSensor>& sensor) {
+// Lets go of the sensor when it ends: one that nobody holds costs no power.
+void sensorLoop(GpsFix& fix, uint32_t generation) {
   ReaderControl& readers = fix.state.readers;
   constexpr int kWaitMs = 500;
-  while (!readers.readerStop && isCurrent(fix, generation)) {
+  const std::shared_ptr<LocationSensor> sensor = fix.sensorOf(generation);
+  while (sensor != nullptr && !readers.readerStop && isCurrent(fix, generation)) {
     double longitude = 0;
     double latitude = 0;
     if (sensor->read(longitude, latitude, kWaitMs)) {
@@ -152,8 +216,8 @@ void cutAtLineStarts(std::string_view block, char carriedStart, bool binary,
 
 void startReaderThread(GpsFix& fix) {
   const uint32_t generation = fix.state.readers.generation;
-  if (const std::shared_ptr<LocationSensor> sensor = fix.sensorOf(generation)) {
-    startDetached(fix, [&fix, generation, sensor] { sensorLoop(fix, generation, sensor); });
+  if (fix.sensorOf(generation) != nullptr) {
+    startDetached(fix, [&fix, generation] { sensorLoop(fix, generation); });
   } else {
     startDetached(fix, [&fix, generation] { readerLoop(fix, generation); });
   }

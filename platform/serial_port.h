@@ -46,6 +46,10 @@ class SerialPort {
   // Hands the bytes to the driver without waiting for the line. False when it took not all.
   virtual bool write(std::span<const char> bytes) = 0;
 
+  // From any thread, without waiting for anything: a waiting read and every later one answers
+  // `closed`, until the port is opened anew. The device is still held.
+  virtual void interrupt() = 0;
+
   // From any thread, any number of times: a waiting read ends with `closed`, then the device is
   // released, so that it can be opened again at once.
   virtual void close() = 0;
@@ -59,6 +63,9 @@ struct PortName {
   // Of the device itself, the same when it comes back under another name: the device instance on
   // Windows, the name of the link by identity on Linux. Empty when the system knows none.
   std::string identity = {};
+  // What devices of one make share that have no number of their own: their identity says where they
+  // are plugged in, and changes with that. Empty when the identity is the device's own.
+  std::string make = {};
 };
 
 // The ports that the system lists now. Windows: every COM port; Linux: every serial device with

@@ -122,6 +122,7 @@ class PosixSerialPort : public SerialPort {
   bool setUp(uint32_t baudRate) override;
   PortRead read(std::span<char> buffer, size_t& got, int timeoutMs) override;
   bool write(std::span<const char> bytes) override;
+  void interrupt() override;
   void close() override;
 
  private:
@@ -139,6 +140,7 @@ class PosixSerialPort : public SerialPort {
 
   PortRead readOnce(std::span<char> buffer, size_t& got, int timeoutMs);
   PortRead fail();
+  void wakeReader();
 
   std::mutex mutex_;
   std::condition_variable unused_;
@@ -222,6 +224,17 @@ bool PosixSerialPort::write(std::span<const char> bytes) {
          ::write(device_.get(), bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
 }
 
+// Stays readable, so whoever waits later is woken too.
+void PosixSerialPort::wakeReader() {
+  const uint64_t one = 1;
+  (void)!::write(wake_.get(), &one, sizeof one);
+}
+
+void PosixSerialPort::interrupt() {
+  const std::lock_guard lock(mutex_);
+  if (isOpen_) wakeReader();
+}
+
 void PosixSerialPort::close() {
   std::unique_lock lock(mutex_);
   if (closing_) {  // another thread is at it: return when it is done
@@ -230,8 +243,7 @@ void PosixSerialPort::close() {
   }
   if (!isOpen_) return;
   closing_ = true;
-  const uint64_t one = 1;
-  (void)!::write(wake_.get(), &one, sizeof one);
+  wakeReader();
   unused_.wait(lock, [this] { return uses_ == 0; });
   // A pseudo-terminal would keep the mode for whoever opens it next.
   ::ioctl(device_.get(), TIOCNXCL);

@@ -2,8 +2,7 @@
 
 #include <windows.h>
 
-#include <atomic>
-#include <thread>
+#include <memory>
 #include <vector>
 
 #include "app/dialogs.h"
@@ -20,20 +19,19 @@ class DialogSearch {
   DialogSearch() = default;
   DialogSearch(const DialogSearch&) = delete;
   DialogSearch& operator=(const DialogSearch&) = delete;
-  ~DialogSearch();
+  ~DialogSearch() { end(); }
 
+  // `search` may go on after this is gone.
   void start(HWND dialog, PortSearch search);
-  // The search ends with the port that it tests now.
-  void cancel() { cancelled_ = true; }
-  bool isCancelled() const { return cancelled_; }
-  // Until `take` was called after kEnded.
-  bool isRunning() const { return thread_.joinable(); }
-  std::vector<uint32_t> take();
+  bool isRunning() const { return run_ != nullptr; }
+  // What answered, at kEnded or before. A port that is listened to is given free first; one that
+  // the system is still opening is left to the thread, which closes it and ends by itself.
+  std::vector<uint32_t> end();
 
  private:
-  std::thread thread_;
-  std::atomic<bool> cancelled_{false};
-  std::vector<uint32_t> answered_;
+  struct Run;
+
+  std::shared_ptr<Run> run_;  // with its thread
 };
 
 }  // namespace vgps

@@ -52,7 +52,7 @@ class OpenDialog {
   void confirm();
   void giveUp();
   void startSearch();
-  void endSearch();
+  void endSearch(bool stopped);
   void showSearching(bool searching);
 
   const Dialog& rows_;
@@ -61,7 +61,6 @@ class OpenDialog {
   std::optional<WindowDialogView> view_;
   DialogSearch search_;
   std::string searchCaption_;  // of its button, from the layout
-  bool closing_ = false;       // as soon as the search lets go
 };
 
 INT_PTR OpenDialog::handle(HWND window, UINT message, WPARAM first, LPARAM second) {
@@ -71,9 +70,10 @@ INT_PTR OpenDialog::handle(HWND window, UINT message, WPARAM first, LPARAM secon
     case WM_DRAWITEM:
       return view_ && view_->drawColour(*addressIn<const DRAWITEMSTRUCT>(second)) ? TRUE : FALSE;
     case DialogSearch::kTesting:
+      if (!search_.isRunning()) return TRUE;  // of one that was stopped
       view_->setText(CONTROL_SEARCH_STATE, textWith(kTestingText, decimalText(uint64_t{first})));
       return TRUE;
-    case DialogSearch::kEnded: endSearch(); return TRUE;
+    case DialogSearch::kEnded: endSearch(false); return TRUE;
     default: return FALSE;
   }
 }
@@ -103,34 +103,21 @@ void OpenDialog::confirm() {
 }
 
 void OpenDialog::giveUp() {
-  if (!search_.isRunning()) {
-    EndDialog(window_, IDCANCEL);
-    return;
-  }
-  closing_ = true;
-  search_.cancel();
-  view_->enable(IDCANCEL, false);
+  search_.end();
+  EndDialog(window_, IDCANCEL);
 }
 
 void OpenDialog::startSearch() {
-  if (search_.isRunning()) {
-    search_.cancel();
-    view_->enable(CONTROL_SEARCH_PORTS, false);
-    return;
-  }
+  if (search_.isRunning()) return endSearch(true);
   search_.start(window_, context_.beginPortSearch(searchSpeed(*view_)));
   showSearching(true);
 }
 
-void OpenDialog::endSearch() {
-  const bool cancelled = search_.isCancelled();
-  const std::vector<uint32_t> answered = search_.take();
+void OpenDialog::endSearch(bool stopped) {
+  if (!search_.isRunning()) return;
+  const std::vector<uint32_t> answered = search_.end();
   showSearching(false);
-  if (closing_) {
-    EndDialog(window_, IDCANCEL);
-  } else if (!cancelled || !answered.empty()) {
-    tellSearchResult(*view_, answered);
-  }
+  if (!stopped || !answered.empty()) tellSearchResult(*view_, answered);
 }
 
 void OpenDialog::showSearching(bool searching) {

@@ -27,6 +27,7 @@ bool isPortName(std::wstring_view name) {
 struct Device {
   std::string description;
   std::string identity;
+  std::string make;
 };
 using Devices = std::map<std::string, Device>;
 
@@ -91,12 +92,36 @@ std::string withoutPortName(std::wstring_view text, std::wstring_view port) {
   return utf8FromWide(text);
 }
 
-// The same when the device is plugged in again, whatever number it gets.
+// Its own name, or that of its kind. Some have neither.
+std::wstring textOf(HDEVINFO devices, SP_DEVINFO_DATA& device) {
+  for (const DWORD property : {SPDRP_FRIENDLYNAME, SPDRP_DEVICEDESC}) {
+    wchar_t text[256] = L"";
+    if (SetupDiGetDeviceRegistryPropertyW(devices, &device, property, nullptr,
+                                          reinterpret_cast<BYTE*>(text), sizeof text - sizeof *text,
+                                          nullptr)) {
+      return text;
+    }
+  }
+  return {};
+}
+
+// The same when the device is plugged in again, whatever number it gets. Capitals and small letters
+// mean the same there and do change.
 std::string instanceOf(HDEVINFO devices, SP_DEVINFO_DATA& device) {
   wchar_t instance[MAX_DEVICE_ID_LEN] = L"";
-  const bool known =
-      SetupDiGetDeviceInstanceIdW(devices, &device, instance, std::size(instance), nullptr);
-  return known ? utf8FromWide(instance) : std::string();
+  if (!SetupDiGetDeviceInstanceIdW(devices, &device, instance, std::size(instance), nullptr)) {
+    return {};
+  }
+  CharUpperW(instance);
+  return utf8FromWide(instance);
+}
+
+// USB\VID_067B&PID_2303\5&2A5B7C9D&0&3: the system makes up the last part, with "&", for devices
+// without a serial number.
+std::string makeOf(const std::string& instance) {
+  const size_t last = instance.rfind('\\');
+  const bool madeUp = instance.starts_with("USB\\") && instance.find('&', last) != instance.npos;
+  return madeUp ? instance.substr(0, last) : std::string();
 }
 
 void addDescriptions(Devices& ports) {
@@ -106,15 +131,11 @@ void addDescriptions(Devices& ports) {
   SP_DEVINFO_DATA device{};
   device.cbSize = sizeof device;
   for (DWORD index = 0; SetupDiEnumDeviceInfo(devices, index, &device); ++index) {
-    wchar_t text[256] = L"";
-    if (!SetupDiGetDeviceRegistryPropertyW(devices, &device, SPDRP_FRIENDLYNAME, nullptr,
-                                           reinterpret_cast<BYTE*>(text), sizeof text - 2,
-                                           nullptr)) {
-      continue;
-    }
     const std::wstring name = portNameOf(devices, device);
     if (isPortName(name)) {
-      ports[utf8FromWide(name)] = {withoutPortName(text, name), instanceOf(devices, device)};
+      const std::string instance = instanceOf(devices, device);
+      ports[utf8FromWide(name)] = {withoutPortName(textOf(devices, device), name), instance,
+                                   makeOf(instance)};
     }
   }
   SetupDiDestroyDeviceInfoList(devices);
@@ -129,7 +150,7 @@ std::vector<PortName> listSerialPorts() {
   addDescriptions(found);
   std::vector<PortName> ports;
   for (const auto& [name, device] : found) {
-    ports.push_back({name, device.description, device.identity});
+    ports.push_back({name, device.description, device.identity, device.make});
   }
   const auto number = [](const PortName& port) {
     return leadingInt(std::string_view(port.name).substr(3));

@@ -71,6 +71,7 @@ class Win32SerialPort : public SerialPort {
   bool setUp(uint32_t baudRate) override;
   PortRead read(std::span<char> buffer, size_t& got, int timeoutMs) override;
   bool write(std::span<const char> bytes) override;
+  void interrupt() override;
   void close() override;
 
  private:
@@ -256,6 +257,11 @@ bool Win32SerialPort::write(std::span<const char> bytes) {
   }
   writes_.pop_back();
   return false;
+}
+
+void Win32SerialPort::interrupt() {
+  const std::lock_guard lock(mutex_);
+  if (isOpen_) SetEvent(cancel_.get());
 }
 
 void Win32SerialPort::close() {

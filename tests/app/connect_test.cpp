@@ -36,6 +36,15 @@ TEST(Connect, TheSourceBeforeIsClosedSilently) {
   }
 }
 
+TEST(Connect, TheStatusSaysWhyAPortDoesNotOpen) {
+  AppWorld world;
+  world.ports.add(devicePath("COM3")).openError = PortError::busy;
+  EXPECT_FALSE(connectReceiver(world.app, {.port = "COM3"}));
+  EXPECT_EQ(currentNotice(world.app), "COM3 is busy: another program holds it.");
+  EXPECT_FALSE(connectReceiver(world.app, {.port = "COM4"}));
+  EXPECT_EQ(currentNotice(world.app), "There is no port COM4.");
+}
+
 TEST(Connect, NothingHasComeYetAfterAConnection) {
   for (const bool there : {true, false}) {
     AppWorld world;

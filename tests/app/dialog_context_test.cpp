@@ -71,7 +71,7 @@ TEST(DialogsInTheProgram, PortSearchEndsTheConnectionWithoutASound) {
   EXPECT_FALSE(world.app.fix.running);
   EXPECT_EQ(world.app.supervisor.state, Supervisor::State::off);
   int asked = 0;
-  EXPECT_TRUE(search([&] { return ++asked > 3; }).empty());
+  EXPECT_TRUE(search([&](uint32_t) { return ++asked > 3; }).empty());
   EXPECT_EQ(asked, 4);
   EXPECT_TRUE(world.sounds.played.empty());
   EXPECT_TRUE(stopReceiver(world.app));

@@ -64,6 +64,29 @@ TEST(PortFinder, TheReceiverThatSaysMostIsTheBest) {
   EXPECT_EQ(bestFinding(findAll({})), nullptr);
 }
 
+// A port that opens slowly is not waited for, by the search nor by its end.
+TEST(PortFinder, WhatHasNotAnsweredInTimeIsSaid) {
+  const SpeakingPort::Voices voices = {
+      {"1", {9600, kRmc}}, {"2", {9600, kRmc, PortError::none, 1000}}, {"3", {9600, ""}}};
+  const struct {
+    uint32_t listenMs, limitMs;
+    const char* words[3];
+  } rows[] = {{30, 700, {"NMEA at 9600", "It did not open in time", "No data"}},
+              {400, 700, {"NMEA at 9600", "It did not open in time", "Not tried to the end"}}};
+  for (const auto& row : rows) {
+    PortFinder finder([voices] { return std::make_unique<SpeakingPort>(voices); }, [] {},
+                      {.listenMs = row.listenMs, .countMs = 5, .limitMs = row.limitMs});
+    finder.start({{"1", {}}, {"2", {}}, {"3", {}}});
+    while (finder.running()) std::this_thread::yield();
+    const std::vector<PortFinding> findings = finder.findings();
+    for (size_t i = 0; i < findings.size(); ++i) {
+      EXPECT_TRUE(findingText(findings[i]).starts_with(row.words[i])) << findingText(findings[i]);
+    }
+    EXPECT_EQ(finder.progress(), 1000);
+    EXPECT_EQ(bestFinding(findings)->port.name, "1");
+  }
+}
+
 TEST(PortFinder, CancellingEndsItSoonAndAnotherSearchMayBegin) {
   const SpeakingPort::Voices voices = {{"1", {9600, ""}}, {"2", {9600, kRmc}}};
   std::atomic<int> changes = 0;

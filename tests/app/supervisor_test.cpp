@@ -23,7 +23,7 @@ using Heard = std::vector<std::string>;
 class Supervision : public testing::Test {
  protected:
   Supervision() {
-    listed = {{"COM3", "Receiver", "USB\\VID_1\\7"}, {"COM4", "Modem", "USB\\VID_2\\1"}};
+    list({{"COM3", "Receiver", "USB\\VID_1\\7"}, {"COM4", "Modem", "USB\\VID_2\\1"}});
     line = &ports.add(devicePath("COM3"));
     app.track.state = kRecording;
   }
@@ -44,12 +44,19 @@ class Supervision : public testing::Test {
     from.feed(kRmcLine);
     return serveUntil([&] { return app.shown.stats.total() >= wanted; });
   }
-  // The 5-second timer.
+  // The 5-second timer; the reader does at once what it is asked.
   void fiveSecondsPass(int times = 1) {
     for (int i = 0; i < times; ++i) {
       clock.now += 5000;
       onTimer(app, kStatisticsTimer);
+      EXPECT_TRUE(serveUntil([&] { return !isTrying(); }));
     }
+  }
+  bool isTrying() { return app.fix.portAttempt().state == PortAttempt::State::waiting; }
+  // Readers look at the list too.
+  void list(const std::vector<PortName>& now) {
+    const std::lock_guard lock(listMutex);
+    listed = now;
   }
   ReceiverState state() { return sceneOf(app).state; }
 
@@ -58,10 +65,14 @@ class Supervision : public testing::Test {
   FakeWindow window;
   FakePorts ports;
   UiMailbox door;
+  std::mutex listMutex;
   std::vector<PortName> listed;
   FakeLine* line = nullptr;
   AppState app{Platform{clock, sounds, door, window, [this] { return ports.make(); }, nullptr,
-                        [this] { return listed; }}};
+                        [this] {
+                          const std::lock_guard lock(listMutex);
+                          return listed;
+                        }}};
 };
 
 TEST_F(Supervision, ASilentPortIsOpenedAgainUntilDataCome) {
@@ -69,14 +80,14 @@ TEST_F(Supervision, ASilentPortIsOpenedAgainUntilDataCome) {
   ASSERT_TRUE(receive(*line));
   fiveSecondsPass();
   EXPECT_EQ(state(), ReceiverState::fix);
-  EXPECT_EQ(line->opens, 1);
+  EXPECT_EQ(line->number(&FakeLine::opens), 1);
   fiveSecondsPass();  // 10 s without a byte
   EXPECT_EQ(state(), ReceiverState::lost);
   EXPECT_EQ(sounds.played, (Heard{"OK", "ERR2"}));
   EXPECT_EQ(currentNotice(app), "No data for 10 seconds. Trying COM3 again.");
-  EXPECT_EQ(line->opens, 2);
+  EXPECT_EQ(line->number(&FakeLine::opens), 2);
   fiveSecondsPass(3);
-  EXPECT_EQ(line->opens, 5) << "every five seconds";
+  EXPECT_EQ(line->number(&FakeLine::opens), 5) << "every five seconds";
   EXPECT_EQ(sounds.played, (Heard{"OK", "ERR2"})) << "once";
   EXPECT_TRUE(app.fix.running);
   ASSERT_TRUE(receive(*line));
@@ -86,7 +97,7 @@ TEST_F(Supervision, ASilentPortIsOpenedAgainUntilDataCome) {
   EXPECT_EQ(app.track.state, kRecording);
   EXPECT_EQ(app.track.points.size(), 2U);
   fiveSecondsPass();
-  EXPECT_EQ(line->opens, 5);
+  EXPECT_EQ(line->number(&FakeLine::opens), 5);
 }
 
 TEST_F(Supervision, AReadErrorIsNoticedAtOnceAndTheDeviceFoundUnderAnotherName) {
@@ -96,41 +107,71 @@ TEST_F(Supervision, AReadErrorIsNoticedAtOnceAndTheDeviceFoundUnderAnotherName) 
   line->unplug();
   ASSERT_TRUE(serveUntil([&] { return app.fix.portFailed.load(); }));
   ports.remove(devicePath("COM3"));
-  listed = {{"COM4", "Modem", "USB\\VID_2\\1"}};
+  list({{"COM4", "Modem", "USB\\VID_2\\1"}});
   fiveSecondsPass();
   EXPECT_EQ(state(), ReceiverState::lost);
   EXPECT_EQ(sounds.played, (Heard{"OK", "ERR2"}));
   EXPECT_EQ(currentNotice(app), "The receiver was unplugged. Trying COM3 again.");
   fiveSecondsPass(4);
   EXPECT_TRUE(app.fix.running);
-  listed.push_back({"COM7", "Receiver", "USB\\VID_1\\7"});
+  list({{"COM4", "Modem", "USB\\VID_2\\1"}, {"COM7", "Receiver", "USB\\VID_1\\7"}});
   FakeLine& again = ports.add(devicePath("COM7"));
   fiveSecondsPass();
-  EXPECT_EQ(again.opens, 1);
+  EXPECT_EQ(again.number(&FakeLine::opens), 1);
   EXPECT_EQ(again.baudRate, 4800U);
-  EXPECT_EQ(app.sourceName, "COM7, 4800 baud");
   ASSERT_TRUE(receive(again));
+  EXPECT_EQ(app.sourceName, "COM7, 4800 baud");
   EXPECT_EQ(state(), ReceiverState::fix);
   EXPECT_EQ(app.shown.stats.rejected, 0U) << "half a line of before stood in front";
   EXPECT_EQ(sounds.played, (Heard{"OK", "ERR2", "OK"}));
   // It may move again.
   fiveSecondsPass(2);
-  listed.back().name = "COM8";
+  list({{"COM8", "Receiver", "USB\\VID_1\\7"}});
   FakeLine& third = ports.add(devicePath("COM8"));
   fiveSecondsPass();
-  EXPECT_EQ(third.opens, 1);
+  EXPECT_EQ(third.number(&FakeLine::opens), 1);
   ASSERT_TRUE(receive(third));
 }
 
 TEST_F(Supervision, AnotherDeviceOnTheOldNameIsOnlyTakenWhereDevicesHaveNoIdentity) {
   for (const bool known : {true, false}) {
-    if (!known) listed[0].identity.clear();
+    list({{"COM3", "Receiver", known ? "USB\\VID_1\\7" : ""}});
     FakeLine& first = ports.add(devicePath("COM3"));
     ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
     ASSERT_TRUE(receive(first));
-    listed[0].identity = "USB\\VID_9\\9";
+    list({{"COM3", "Receiver", "USB\\VID_9\\9"}});
     fiveSecondsPass(2);
-    EXPECT_EQ(first.opens, known ? 1 : 2) << known;
+    EXPECT_EQ(first.number(&FakeLine::opens), known ? 1 : 2) << known;
+    disconnectReceiver(app);
+  }
+}
+
+// Without numbers of their own devices are known by where they are plugged in.
+TEST_F(Supervision, ADeviceWithoutANumberIsFoundInAnotherSocket) {
+  const auto stick = [](const char* name, const char* socket) {
+    return PortName{name, "Stick", "USB\\VID_1&PID_2\\" + std::string(socket), "USB\\VID_1&PID_2"};
+  };
+  const struct {
+    std::vector<PortName> before, after;
+    bool found;
+  } rows[] = {
+      {{stick("COM3", "1&1")}, {stick("COM4", "1&2")}, true},
+      {{stick("COM3", "1&1"), stick("COM4", "1&2")}, {stick("COM4", "1&2")}, false},
+      {{stick("COM3", "1&1")}, {stick("COM4", "1&2"), stick("COM5", "1&3")}, false},
+      {{stick("COM3", "1&1")}, {{"COM4", "Other", "USB\\VID_9\\1"}}, false},
+  };
+  for (const auto& row : rows) {
+    list(row.before);
+    line = &ports.add(devicePath("COM3"));
+    FakeLine& other = ports.add(devicePath("COM4"));
+    ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
+    ASSERT_TRUE(receive(*line));
+    line->unplug();
+    ASSERT_TRUE(serveUntil([&] { return app.fix.portFailed.load(); }));
+    ports.remove(devicePath("COM3"));
+    list(row.after);
+    fiveSecondsPass(2);
+    EXPECT_EQ(other.number(&FakeLine::opens) > 0, row.found) << &row - rows;
     disconnectReceiver(app);
   }
 }
@@ -142,9 +183,9 @@ TEST_F(Supervision, EndsWithTheConnection) {
   EXPECT_EQ(state(), ReceiverState::lost);
   disconnectReceiver(app);
   EXPECT_EQ(state(), ReceiverState::notConnected);
-  const int opens = line->opens;
+  const int opens = line->number(&FakeLine::opens);
   fiveSecondsPass(4);
-  EXPECT_EQ(line->opens, opens);
+  EXPECT_EQ(line->number(&FakeLine::opens), opens);
   ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
   EXPECT_EQ(state(), ReceiverState::noData);
   EXPECT_TRUE(receive(*line));
@@ -159,7 +200,7 @@ TEST_F(Supervision, OnlyWatchesSerialLinesAndOnlyWhenItMay) {
   ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
   fiveSecondsPass(4);
   EXPECT_EQ(state(), ReceiverState::noData);
-  EXPECT_EQ(line->opens, 1);
+  EXPECT_EQ(line->number(&FakeLine::opens), 1);
 }
 
 TEST_F(Supervision, SwitchedOffWhileAPortIsLostItIsClosed) {
@@ -182,7 +223,92 @@ TEST_F(Supervision, NoiseIsDataToo) {
     EXPECT_TRUE(serveUntil([&] { return app.shown.stats.rejected > rejected; }));
     onTimer(app, kStatisticsTimer);
   }
-  EXPECT_EQ(line->opens, 1);
+  EXPECT_EQ(line->number(&FakeLine::opens), 1);
+}
+
+TEST_F(Supervision, NobodyWaitsForAnOpeningThatTakesLong) {
+  ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
+  ASSERT_TRUE(receive(*line));
+  line->blockOpening();
+  clock.now += 10000;
+  onTimer(app, kStatisticsTimer);
+  ASSERT_TRUE(serveUntil([&] { return line->number(&FakeLine::opening) == 1; }));
+  for (int i = 0; i < 4; ++i) {  // it stays with the one attempt
+    clock.now += 5000;
+    onTimer(app, kStatisticsTimer);
+  }
+  EXPECT_EQ(line->number(&FakeLine::opening), 1);
+  EXPECT_EQ(state(), ReceiverState::lost);
+  // Its time begins when it is open.
+  line->letOpen();
+  ASSERT_TRUE(serveUntil([&] { return !isTrying(); }));
+  clock.now += 1000;
+  onTimer(app, kStatisticsTimer);
+  EXPECT_EQ(line->number(&FakeLine::opens), 2);
+  EXPECT_TRUE(receive(*line));
+  EXPECT_EQ(app.gps.readers.liveReaders, 1);
+}
+
+TEST_F(Supervision, APortThatOpensTooLateIsClosedAgain) {
+  FakeLine& other = ports.add(devicePath("COM4"));
+  for (const bool connectAgain : {true, false}) {
+    line = &ports.add(devicePath("COM3"));
+    ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
+    ASSERT_TRUE(receive(*line));
+    line->blockOpening();
+    clock.now += 10000;
+    onTimer(app, kStatisticsTimer);
+    ASSERT_TRUE(serveUntil([&] { return line->number(&FakeLine::opening) == 1; }));
+    disconnectReceiver(app);
+    if (connectAgain) {
+      ASSERT_TRUE(connectReceiver(app, {.port = "COM4"}));
+    } else {
+      EXPECT_FALSE(stopReceiver(app)) << "a reader is in the hands of the system";
+    }
+    line->letOpen();
+    EXPECT_TRUE(serveUntil([&] { return line->number(&FakeLine::closes) == 2; }));
+    EXPECT_EQ(app.fix.running, connectAgain);
+    if (connectAgain) {
+      EXPECT_TRUE(receive(other));
+    }
+  }
+}
+
+TEST_F(Supervision, SaysWhyThePortDoesNotOpen) {
+  const struct {
+    PortError error;
+    const char* words;
+  } rows[] = {{PortError::busy, "COM3 is busy: another program holds it."},
+              {PortError::noPermission, "This user may not open COM3."},
+              {PortError::other, "COM3 cannot be opened as a serial line."}};
+  for (const auto& row : rows) {
+    line = &ports.add(devicePath("COM3"));
+    ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
+    ASSERT_TRUE(receive(*line));
+    line->openError = row.error;
+    fiveSecondsPass(2);
+    EXPECT_EQ(currentNotice(app), "No data for 10 seconds. Trying COM3 again.") << "first of all";
+    fiveSecondsPass(2);
+    EXPECT_EQ(currentNotice(app), row.words);
+    fiveSecondsPass(4);
+    EXPECT_EQ(currentNotice(app), row.words) << "as long as it is so";
+    disconnectReceiver(app);
+    clock.now += 20000;
+  }
+}
+
+TEST_F(Supervision, ThePortIsLeftToOthersForAWhile) {
+  ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
+  ASSERT_TRUE(receive(*line));
+  holdConnection(app);
+  EXPECT_EQ(line->number(&FakeLine::closes), 1);
+  fiveSecondsPass(4);
+  EXPECT_EQ(line->number(&FakeLine::opens), 1);
+  EXPECT_TRUE(app.fix.running);
+  resumeConnection(app);
+  EXPECT_TRUE(receive(*line));
+  EXPECT_EQ(state(), ReceiverState::fix);
+  EXPECT_EQ(app.gps.readers.liveReaders, 1);
 }
 
 // For the thread sanitizer: handles change under the reader while it reads.

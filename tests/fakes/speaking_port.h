@@ -17,16 +17,18 @@ class SpeakingPort : public SerialPort {
     uint32_t speed = 9600;
     std::string bytes;
     PortError error = PortError::none;
+    int openMs = 0;  // that the opening takes
   };
   using Voices = std::map<std::string, Voice>;
 
-  explicit SpeakingPort(const Voices& voices) : voices_(voices) {}
+  explicit SpeakingPort(Voices voices) : voices_(std::move(voices)) {}
   PortError open(const std::string& path) override {
     const auto found = std::find_if(voices_.begin(), voices_.end(), [&](const auto& voice) {
       return devicePath(voice.first) == path;
     });
     if (found == voices_.end()) return PortError::notThere;
     voice_ = &found->second;
+    std::this_thread::sleep_for(std::chrono::milliseconds(voice_->openMs));
     return voice_->error;
   }
   bool setUp(uint32_t baudRate) override {
@@ -45,10 +47,11 @@ class SpeakingPort : public SerialPort {
     return PortRead::data;
   }
   bool write(std::span<const char>) override { return true; }
+  void interrupt() override {}
   void close() override {}
 
  private:
-  const Voices& voices_;
+  const Voices voices_;
   const Voice* voice_ = nullptr;
   uint32_t rate_ = 0;
 };

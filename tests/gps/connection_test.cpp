@@ -160,6 +160,9 @@ TEST(Connection, PointModeStaysAtTheChosenLine) {
 
 struct OneSensor : LocationSensorManager {
   struct Sensor : LocationSensor {
+    explicit Sensor(std::atomic<int>& count) : alive(count) { ++alive; }
+    ~Sensor() override { --alive; }
+    std::atomic<int>& alive;
     bool read(double& longitude, double& latitude, int) override {
       std::this_thread::sleep_for(std::chrono::milliseconds(5));
       longitude = 11.5;
@@ -168,8 +171,9 @@ struct OneSensor : LocationSensorManager {
     }
   };
   std::unique_ptr<LocationSensor> open(const std::string& identifier) override {
-    return identifier == "there" ? std::make_unique<Sensor>() : nullptr;
+    return identifier == "there" ? std::make_unique<Sensor>(alive) : nullptr;
   }
+  std::atomic<int> alive{0};
 };
 
 TEST(Connection, ASensorIsReadOrSilentlyNotFound) {
@@ -184,6 +188,7 @@ TEST(Connection, ASensorIsReadOrSilentlyNotFound) {
   EXPECT_EQ(world.state.inputProtocol, kSensorInput);
   EXPECT_TRUE(comes([&] { return world.hooks.sensorX == 11.5; }));
   EXPECT_TRUE(world.fix.close(true));
+  EXPECT_TRUE(comes([&] { return manager.alive == 0; })) << "it would go on costing power";
   EXPECT_EQ(world.hooks.sounds, (Sounds{"OK", "ERR2"}));
   world.state.sensors = nullptr;  // no sensor manager: the serial port
   EXPECT_FALSE(world.fix.open(false, false, true, false));
@@ -219,11 +224,13 @@ TEST(PortSearch, TriesEveryPortAndReportsThoseThatAnswer) {
   GpsWorld world;
   world.ports.add(devicePath("COM0")).feed("$GPRMC,1\r\n");
   world.ports.add(devicePath("COM7")).feed("noise");
-  world.ports.add(devicePath("COM29")).feed("$GPGGA,1\r\n");
+  FakeLine& last = world.ports.add(devicePath("COM29"));
+  last.feed("$GPGGA,1\r\n");
   world.ports.add(devicePath("COM30")).feed("$GPGGA,1\r\n");
-  EXPECT_EQ(scanPorts(world.fix, 0, [] { return false; }), (std::vector<uint32_t>{0, 29}));
-  EXPECT_EQ(world.fix.baudRate, 4800U);
-  EXPECT_TRUE(scanPorts(world.fix, 9600, [] { return true; }).empty());
+  EXPECT_EQ(scanPorts(world.state.makePort, 0, [](uint32_t) { return false; }),
+            (std::vector<uint32_t>{0, 29}));
+  EXPECT_EQ(last.baudRate, 4800U);
+  EXPECT_TRUE(scanPorts(world.state.makePort, 9600, [](uint32_t) { return true; }).empty());
 }
 
 }  // namespace

@@ -50,6 +50,37 @@ TEST(Reader, HalfAStartSequenceWaitsForItsOtherHalf) {
   }
 }
 
+TEST(Reader, EachLineOfABlockHasTheTimeOfItsOwnEnd) {
+  struct CountingClock : FakeClock {
+    uint64_t microseconds() const override { return ++readings; }
+    mutable std::atomic<uint64_t> readings{0};
+  };
+  FakeHooks hooks;
+  CountingClock clock;
+  FakePorts ports;
+  GpsState state(hooks, clock);
+  state.makePort = [&] { return ports.make(); };
+  GpsFix fix(state);
+  std::vector<uint64_t> times;
+  std::atomic<int> received{0};
+  hooks.onLine = [&](const ReceivedLine&) {
+    times.push_back(fix.lastByteMicros);
+    ++received;
+  };
+  FakeLine& line = ports.add(kPath);
+  fix.setPort("COM3", 9600);
+  ASSERT_TRUE(fix.open(false, false, false, false));
+  uint64_t pieces = 0;
+  for (const char* piece : {"$A\r\n$B", ",1\r\n$C\r\n$D", "\r\n"}) {
+    line.feed(piece);
+    ++pieces;
+    EXPECT_TRUE(comes([&] { return clock.readings == pieces; }));
+  }
+  EXPECT_TRUE(comes([&] { return received == 4; }));
+  EXPECT_TRUE(fix.stopReaders(10000));
+  EXPECT_EQ(times, (std::vector<uint64_t>{1, 2, 2, 3}));
+}
+
 TEST(Reader, ClosingEndsTheBlockThatIsBeingHandled) {
   std::atomic<bool> goOn{false};
   LiveWorld world;
@@ -99,6 +130,7 @@ struct ProbedPort : SerialPort {
     return got > 0 ? PortRead::data : PortRead::silence;
   }
   bool write(std::span<const char>) override { return true; }
+  void interrupt() override {}
   void close() override { ++record.closes; }
   Record& record;
 };

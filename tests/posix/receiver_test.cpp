@@ -22,6 +22,13 @@ namespace {
 using SteadyClock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
+// Only the optimised build is held to times.
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+constexpr bool kHeldToTimes = false;
+#else
+constexpr bool kHeldToTimes = true;
+#endif
+
 // The program without its face.
 struct LiveWorld {
   explicit LiveWorld(const std::string& port) { EXPECT_TRUE(connectReceiver(app, {.port = port})); }
@@ -113,6 +120,51 @@ void writePaced(Pty& line, const std::string& epoch, uint64_t epochs, int baud) 
     }
     next += milliseconds(200);
     std::this_thread::sleep_until(next);
+  }
+}
+
+// A 10 Hz receiver that fills its line but for a few milliseconds: there is no pause to wait for.
+TEST(DenseLine, SentencesDoNotWaitForAPause) {
+  constexpr size_t kEpochs = 20;
+  constexpr size_t kPiece = 16;  // of a small hardware buffer
+  const std::string epoch = burst(1) + burst(2);
+  ASSERT_EQ(std::count(epoch.begin(), epoch.end(), '\n'), 12);
+  Pty line;
+  LiveWorld world(line.path());
+  std::mutex mutex;
+  std::vector<SteadyClock::time_point> sent;
+  std::thread receiver([&] {
+    auto next = SteadyClock::now();
+    for (size_t i = 0; i < kEpochs; ++i, next += milliseconds(100)) {
+      auto due = next;
+      for (size_t at = 0; at < epoch.size(); at += kPiece) {
+        const std::string piece = epoch.substr(at, kPiece);
+        {
+          const std::lock_guard lock(mutex);
+          sent.insert(sent.end(), static_cast<size_t>(std::count(piece.begin(), piece.end(), '\n')),
+                      SteadyClock::now());
+        }
+        line.write(piece);
+        due += std::chrono::microseconds(10000000 * kPiece / 115200);
+        std::this_thread::sleep_until(due);
+      }
+      std::this_thread::sleep_until(next + milliseconds(100));
+    }
+  });
+  std::vector<int> delays;  // ms
+  world.onLine = [&](std::string_view) {
+    const std::lock_guard lock(mutex);
+    delays.push_back(
+        static_cast<int>((SteadyClock::now() - sent[delays.size()]) / milliseconds(1)));
+  };
+  EXPECT_TRUE(world.serve([&] { return delays.size() == kEpochs * 12; }));
+  receiver.join();
+  std::sort(delays.begin(), delays.end());
+  RecordProperty("medianMs", delays[delays.size() / 2]);
+  RecordProperty("latestMs", delays.back());
+  // A wait for the end of the block would be twice as long.
+  if (kHeldToTimes) {
+    EXPECT_LE(delays[delays.size() / 2], 75);
   }
 }
 

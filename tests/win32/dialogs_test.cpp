@@ -350,12 +350,12 @@ HWND messageOver(HWND dialog) {
 TEST_F(SettingsDialogs, PortSearchRunsBesideTheDialog) {
   std::atomic<bool> goOn{false};
   std::atomic<uint32_t> speed{0};
-  const auto search = [&](const std::function<bool()>& cancelled) {
-    for (int port = 0; port < 5; ++port) {
-      if (cancelled()) return std::vector<uint32_t>{};
+  const auto search = [&](const std::function<bool(uint32_t)>& cancelled) {
+    for (uint32_t port = 0; port < 5; ++port) {
+      if (cancelled(port)) return std::vector<uint32_t>{};
     }
-    waitFor([&] { return goOn || cancelled(); });
-    return cancelled() ? std::vector<uint32_t>{} : std::vector<uint32_t>{3};
+    waitFor([&] { return goOn || cancelled(5); });
+    return cancelled(5) ? std::vector<uint32_t>{} : std::vector<uint32_t>{3};
   };
   context_.beginPortSearch = [&](uint32_t wanted) {
     speed = wanted;
@@ -386,9 +386,20 @@ TEST_F(SettingsDialogs, PortSearchRunsBesideTheDialog) {
   EXPECT_TRUE(waitFor([&] { return IsWindowEnabled(opened.control(IDOK)) != FALSE; }));
   EXPECT_EQ(GetLastActivePopup(opened.window()), opened.window());
 
-  // Closed meanwhile: it ends with the search.
+  // Closed while the search hangs in a port: that is left to itself.
+  const auto letGo = std::make_shared<std::atomic<bool>>(false);
+  const auto gone = std::make_shared<std::atomic<bool>>(false);
+  context_.beginPortSearch = [&](uint32_t) {
+    return [letGo, gone](const std::function<bool(uint32_t)>& cancelled) {
+      waitFor([&] { return letGo->load(); });
+      *gone = cancelled(0);
+      return std::vector<uint32_t>{3};
+    };
+  };
   opened.click(CONTROL_SEARCH_PORTS);
   EXPECT_EQ(opened.press(IDCANCEL), IDCANCEL);
+  *letGo = true;
+  EXPECT_TRUE(waitFor([&] { return gone->load(); }));
 }
 
 // A library of a language: a copy of some module with one layout in it.

@@ -81,6 +81,16 @@ TEST_F(FinderDialogTest, TheReceiverFoundIsOfferedAndUsed) {
   EXPECT_FALSE(choice->simulate);
 }
 
+TEST_F(FinderDialogTest, CancelDoesNotWaitForAPortThatIsBeingOpened) {
+  constexpr int kOpenMs = 5000;
+  voices = {{"COM4", {9600, "", PortError::none, kOpenMs}}};
+  open();
+  ASSERT_TRUE(waitFor([&] { return cell(dialog, 0, 2).starts_with(L"Listening"); }));
+  const ULONGLONG start = GetTickCount64();
+  press(IDCANCEL);
+  EXPECT_LT(GetTickCount64() - start, kOpenMs / 2);
+}
+
 TEST_F(FinderDialogTest, WithoutAReceiverNothingCanBeUsed) {
   voices = {{"COM4", {9600, ""}}};
   open();

@@ -81,15 +81,17 @@ TEST_F(Line, AStreamWithoutPausesIsReadAsItComes) {
   EXPECT_LT(passed, 5s) << "one read waits for a pause";
 }
 
-TEST_F(Line, ClosingWakesTheReader) {
-  for (const int timeoutMs : {-1, 60000}) {
+TEST_F(Line, ClosingAndInterruptingWakeTheReader) {
+  for (const auto& [timeoutMs, interrupt] : {std::pair(-1, false), {60000, false}, {-1, true}}) {
     PortRead result = PortRead::data;
-    std::thread reader([&] { result = read(timeoutMs); });
+    std::thread reader([&, limit = timeoutMs] { result = read(limit); });
     Sleep(100);
-    port->close();
+    interrupt ? port->interrupt() : port->close();
     reader.join();
     EXPECT_EQ(result, PortRead::closed);
     EXPECT_EQ(read(1000), PortRead::closed);
+    EXPECT_EQ(port->setUp(4800), interrupt) << "the device is still held";
+    port->close();
     ASSERT_EQ(port->open(R"(\\.\COM3)"), PortError::none);
     ASSERT_TRUE(port->setUp(4800));
     line.write("again");
