@@ -61,6 +61,7 @@ struct ReaderControl {
   std::atomic<uint32_t> generation{0};  // of the source that may be read
   std::atomic<int32_t> liveReaders{0};
   std::mutex turn;  // held by the reader that handles a block: after a reopening two may have one
+  std::atomic<uint32_t> speaking{0};  // the generation of the reader that has the turn; 0: none
   std::mutex mutex;
   std::condition_variable wake;
 };

@@ -63,6 +63,22 @@ void beginSource(GpsFix& fix) {
   fix.state.talkers.reset();
 }
 
+// While a reader hands over what it has read. It may lose its source meanwhile, so it is known by
+// whose data it speaks.
+class Turn {
+ public:
+  Turn(ReaderControl& readers, uint32_t generation) : lock_(readers.turn), readers_(readers) {
+    readers_.speaking = generation;
+  }
+  Turn(const Turn&) = delete;
+  Turn& operator=(const Turn&) = delete;
+  ~Turn() { readers_.speaking = 0; }
+
+ private:
+  const std::lock_guard<std::mutex> lock_;
+  ReaderControl& readers_;
+};
+
 void readerLoop(GpsFix& fix, uint32_t generation) {
   ReaderControl& readers = fix.state.readers;
   std::vector<char> buffer(kReadBufferSize);
@@ -84,7 +100,7 @@ void readerLoop(GpsFix& fix, uint32_t generation) {
     held = buffer[length - 1] == kBinaryStart ? 1 : 0;
     length -= held;
     // A reader of the source before may still be busy with its last block.
-    const std::lock_guard turn(readers.turn);
+    const Turn turn(readers, generation);
     if (!isCurrent(fix, generation)) continue;
     if (!ownSource) beginSource(fix);
     // The device was plugged in again: half a line of before is no front of its first one.
@@ -109,6 +125,7 @@ void sensorLoop(GpsFix& fix, uint32_t generation, const std::shared_ptr<Location
     double longitude = 0;
     double latitude = 0;
     if (sensor->read(longitude, latitude, kWaitMs)) {
+      const Turn turn(readers, generation);
       fix.state.hooks.sensorReading(longitude, latitude);
     }
   }
