@@ -135,15 +135,17 @@ void drawStatusLine(Canvas& canvas, const StatusBar& place, const Scene& scene) 
   placer.right(texts.rate, palette.label);
 }
 
-std::string passingText(const Scene& scene) {
+PassingTexts passingTexts(const Scene& scene) {
   const StatusTexts texts = statusTexts(scene);
   const ValueAges& ages = scene.ages;
-  std::string letters;
+  PassingTexts passing;
+  passing.status = texts.age + '\n' + texts.rate + '\n' + scene.notice;
+  passing.values = texts.state + '\n';
   for (const uint32_t age : {ages.position, ages.motion, ages.altitude, ages.time, ages.used,
                              ages.view, ages.dilution}) {
-    letters += static_cast<char>('0' + static_cast<int>(worthOf(age)));
+    passing.values += static_cast<char>('0' + static_cast<int>(worthOf(age)));
   }
-  return texts.state + '\n' + texts.age + '\n' + texts.rate + '\n' + scene.notice + '\n' + letters;
+  return passing;
 }
 
 }  // namespace vgps

@@ -120,11 +120,13 @@ TEST(StatusLine, ADrawingIsDueWhenAnAgeChangesWhatIsShown) {
   Scene scene = receiving();
   scene.state = ReceiverState::notConnected;
   scene.ages.dilution = 6000;
-  const std::string before = passingText(scene);
+  const PassingTexts before = passingTexts(scene);
   scene.ages.dilution = 29000;
-  EXPECT_EQ(passingText(scene), before);
+  EXPECT_EQ(passingTexts(scene), before);
   scene.ages.dilution = 30001;
-  EXPECT_NE(passingText(scene), before) << "the values become dashes";
+  EXPECT_NE(passingTexts(scene).values, before.values) << "the values become dashes";
+  scene.notice = "This is not available yet.";
+  EXPECT_NE(passingTexts(scene).status, before.status);
 }
 
 }  // namespace
