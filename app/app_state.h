@@ -116,8 +116,10 @@ struct DisplayNews {
   // For so many more handled messages the displays point out...
   int32_t messageCountdown = 0;  // ...`lastMessageText`
   uint32_t messageSource = 0;    // whose it is: the generation of the source
-  int32_t maximumCountdown = 0;  // ...that the greatest speed or altitude is a new one
-  double maxSpeed = 0;           // as last handled
+  int32_t maximumCountdown = 0;  // ...which of the greatest values are new ones
+  bool newMaxSpeed = false;
+  bool newMaxAltitude = false;
+  double maxSpeed = 0;  // as last handled
   double maxAltitude = 0;
 };
 

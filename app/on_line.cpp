@@ -119,9 +119,12 @@ void noteArrivals(UiFix& shown, const SentenceStats& before, std::string_view te
 void noteMaxima(AppState& app) {
   DisplayNews& news = app.news;
   const UiFix& shown = app.shown;
-  if (shown.maxSpeed > news.maxSpeed || shown.maxAltitude > news.maxAltitude) {
-    news.maximumCountdown = kNewsMessages;
-  }
+  const bool faster = shown.maxSpeed > news.maxSpeed;
+  const bool higher = shown.maxAltitude > news.maxAltitude;
+  if (news.maximumCountdown == 0) news.newMaxSpeed = news.newMaxAltitude = false;
+  if (faster || higher) news.maximumCountdown = kNewsMessages;
+  news.newMaxSpeed |= faster;
+  news.newMaxAltitude |= higher;
   news.maxSpeed = shown.maxSpeed;
   news.maxAltitude = shown.maxAltitude;
 }

@@ -85,7 +85,8 @@ Scene sceneOf(const AppState& app) {
   scene.stats = shown.stats;
   scene.maxSpeed = shown.maxSpeed;
   scene.maxAltitude = shown.maxAltitude;
-  scene.newMaximum = app.news.maximumCountdown > 0;
+  scene.newMaxSpeed = app.news.maximumCountdown > 0 && app.news.newMaxSpeed;
+  scene.newMaxAltitude = app.news.maximumCountdown > 0 && app.news.newMaxAltitude;
   scene.speedUnit = app.gps.options.speedUnit;
   scene.altitudeUnit = altitudeUnitOf(app.settings.shortDistanceUnit);
   scene.positionFormat = app.settings.positionFormat;

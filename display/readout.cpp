@@ -46,7 +46,7 @@ class Painter {
     drawSpeed();
     const std::string point = texts_.courseDetail.substr(0, texts_.courseDetail.find(','));
     drawValue(layout_.altitude, kNames + 2, texts_.altitude, ages.altitude,
-              {{texts_.maxAltitude}, maximumColour()});
+              {{texts_.maxAltitude}, maximumColour(scene_.newMaxAltitude)});
     drawValue(layout_.course, kNames + 3, texts_.course, ages.motion,
               {{texts_.courseDetail, point}, detailColour(ages.motion)});
     drawValue(layout_.utc, kNames + 4, texts_.utc, ages.time,
@@ -78,7 +78,7 @@ class Painter {
   Colour detailColour(uint32_t ageMs) const {
     return isCurrent(ageMs) ? palette_.label : palette_.faded;
   }
-  Colour maximumColour() const { return scene_.newMaximum ? palette_.good : palette_.label; }
+  Colour maximumColour(bool isNew) const { return isNew ? palette_.good : palette_.label; }
 
   // Large text that fills its room, or less where smaller texts are wished for.
   Font largeFont(std::string_view longest, float width, float height) {
@@ -189,7 +189,8 @@ class Painter {
       const bool isMaximum = value == &texts_.maxSpeed;
       if (narrow && !isMaximum && value != all[0]) continue;
       line(*value, {x, y, width - 2, rowHeight}, smallFont(),
-           isMaximum ? maximumColour() : detailColour(scene_.ages.motion), Align::left);
+           isMaximum ? maximumColour(scene_.newMaxSpeed) : detailColour(scene_.ages.motion),
+           Align::left);
       x += width;
       if (x < room.x + room.width - 1) continue;
       x = room.x;

@@ -71,7 +71,8 @@ struct Scene {
   double maxSpeed = 0;     // in `speedUnit`
   double maxAltitude = 0;  // metres
 
-  bool newMaximum = false;  // one of the two has just been reached
+  bool newMaxSpeed = false;     // has just been reached
+  bool newMaxAltitude = false;  // likewise
 
   int32_t speedUnit = 0;
   int32_t altitudeUnit = 0;

@@ -334,11 +334,13 @@ TEST(Readout, EachValueFadesAndBecomesDashesByItsOwnAge) {
 TEST(Readout, ANewMaximumIsPointedOut) {
   Scene scene;
   scene.maxSpeed = 100;
+  scene.maxAltitude = 200;
   for (const bool isNew : {false, true}) {
-    scene.newMaximum = isNew;
+    scene.newMaxSpeed = isNew;
     RecordingCanvas canvas(800, 480);
     drawReadout(canvas, scene);
     EXPECT_EQ(canvas.find("max 100.00")->colour, isNew ? scene.palette.good : scene.palette.label);
+    EXPECT_EQ(canvas.find("max 200.00m")->colour, scene.palette.label);
   }
 }
 
