@@ -2,20 +2,25 @@
 
 namespace vgps {
 
+void AppHooks::send(UiMessage message) {
+  message.generation = speaking_;
+  door_.send(message);
+}
+
 void AppHooks::lineReceived(const ReceivedLine& line) {
-  door_.send({.event = UiEvent::line, .text = line.text, .record = line.message});
+  send({.event = UiEvent::line, .text = line.text, .record = line.message});
 }
 
 void AppHooks::unknownBytes(std::string_view bytes) {
-  door_.send({.event = UiEvent::unknownBytes, .text = bytes});
+  send({.event = UiEvent::unknownBytes, .text = bytes});
 }
 
 void AppHooks::sensorReading(double longitude, double latitude) {
-  door_.post({.event = UiEvent::sensor, .x = longitude, .y = latitude});
+  door_.post({.event = UiEvent::sensor, .x = longitude, .y = latitude, .generation = speaking_});
 }
 
 void AppHooks::logFailed(const std::string& path) {
-  door_.send({.event = UiEvent::logFailed, .text = path});
+  send({.event = UiEvent::logFailed, .text = path});
 }
 
 }  // namespace vgps

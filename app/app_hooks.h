@@ -1,5 +1,8 @@
 #pragma once
 
+#include <atomic>
+#include <cstdint>
+
 #include "gps/options.h"
 #include "platform/sounds.h"
 #include "platform/ui_thread.h"
@@ -8,18 +11,19 @@
 namespace vgps {
 
 // What the receiver's side asks for, passed on: sounds at once, everything else through the door
-// to the user-interface thread.
+// to the user-interface thread, in the name of the source whose reader speaks.
 class AppHooks : public GpsHooks {
  public:
-  AppHooks(UiThread& door, Sounds& sounds, Window& window)
-      : door_(door), sounds_(sounds), window_(window) {}
+  // `speaking`: the generation of the source whose reader calls.
+  AppHooks(UiThread& door, Sounds& sounds, Window& window, const std::atomic<uint32_t>& speaking)
+      : door_(door), sounds_(sounds), window_(window), speaking_(speaking) {}
 
   void playSound(const char* name) override { sounds_.play(name); }
-  void repaint() override { door_.send({.event = UiEvent::repaint}); }
+  void repaint() override { send({.event = UiEvent::repaint}); }
   void maxSpeedChanged() override {}     // shown with the next refresh of the display
   void maxAltitudeChanged() override {}  // likewise
   void lineReceived(const ReceivedLine& line) override;
-  void refreshDisplay() override { door_.send({.event = UiEvent::refresh}); }
+  void refreshDisplay() override { send({.event = UiEvent::refresh}); }
   void unknownBytes(std::string_view bytes) override;
   void setTitle(std::string_view title) override { window_.setTitle(title); }
   void sensorReading(double longitude, double latitude) override;
@@ -28,9 +32,12 @@ class AppHooks : public GpsHooks {
   void logFailed(const std::string& path) override;
 
  private:
+  void send(UiMessage message);
+
   UiThread& door_;
   Sounds& sounds_;
   Window& window_;
+  const std::atomic<uint32_t>& speaking_;
 };
 
 }  // namespace vgps

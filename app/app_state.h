@@ -40,6 +40,21 @@ struct Platform {
   LibraryDisk disk = {};
 };
 
+// When the values that are shown came last.
+struct ArrivalTicks {
+  struct Arrival {
+    bool ever = false;
+    uint32_t tick = 0;  // milliseconds
+  };
+  Arrival position;  // from a sentence that vouches for a fix, as the next two
+  Arrival motion;    // speed and course
+  Arrival altitude;
+  Arrival time;
+  Arrival used;      // count of satellites
+  Arrival view;      // the satellites that are heard
+  Arrival dilution;  // of precision
+};
+
 // The user interface's own copy of what the receiver said, taken while the reader waits. Drawing,
 // recording and timers look at this and never at the live fix.
 struct UiFix {
@@ -57,7 +72,7 @@ struct UiFix {
   uint32_t lastDataTick = 0;  // when it came
   bool fixSeen = false;       // likewise a position sentence or message with a fix
   uint32_t lastFixTick = 0;
-  bool fixEver = false;         // and of a connection before
+  ArrivalTicks arrivals;        // of connections before as well
   uint64_t lastByteMicros = 0;  // when the end of the newest line came; 0 in a replay
 };
 
@@ -95,6 +110,19 @@ inline constexpr int32_t kScreenStatistics = 9;
 inline constexpr int32_t kScreenRawLog = 99;
 inline constexpr int32_t kScreen3dMap = 150;
 
+// What handled messages of the receiver bring to the displays. Skipped ones bring nothing.
+struct DisplayNews {
+  bool waiting = false;  // a message was handled since the displays followed
+  // For so many more handled messages the displays point out...
+  int32_t messageCountdown = 0;  // ...`lastMessageText`
+  uint32_t messageSource = 0;    // whose it is: the generation of the source
+  int32_t maximumCountdown = 0;  // ...which of the greatest values are new ones
+  bool newMaxSpeed = false;
+  bool newMaxAltitude = false;
+  double maxSpeed = 0;  // as last handled
+  double maxAltitude = 0;
+};
+
 // Everything that the program knows, once. Made by the program's entry, handed down from there.
 struct AppState {
   explicit AppState(Platform platformToUse, const XmlFiles& files = systemFiles());
@@ -131,15 +159,15 @@ struct AppState {
   Projection projection = Projection::cartesian2d;
   ColourScheme scheme = ColourScheme::day;
   RepaintThrottle repaints;
-  int32_t frameSkip = 0;  // of N line messages one is shown; 0 and 1 show all
+  int32_t frameSkip = 0;  // of N line messages one is handled; 0 and 1 handle all
   int32_t frameCountdown = 0;
+  DisplayNews news;
   bool commandFromHotKey = false;  // while such a command runs
 
   std::string notice;  // one line that the status shows for a while
   uint32_t noticeTick = 0;
   std::vector<std::string> rawLog;  // rows of the raw log screen, the newest last
-  std::string lastSensorText;       // "SENS msg: ..."
-  std::string lastMessageText;      // "Sirf msg ...", of binary input
+  std::string lastMessageText;      // "Sirf msg ..." of binary input, "SENS msg: ..." of a sensor
 
   // From the last byte of the data to the drawing that shows them.
   uint64_t readoutDelayMicros = 0;

@@ -1,5 +1,7 @@
 #include "app/scene_of.h"
 
+#include <algorithm>
+
 #include "geo/units.h"
 
 namespace vgps {
@@ -13,6 +15,33 @@ ReceiverState stateOf(const AppState& app, uint32_t now) {
   }
   return receiverState(app.fix.running, shown.dataSeen, now - shown.lastDataTick,
                        shown.fix.fixStatus);
+}
+
+// A value that nothing has vouched for yet, as of a receiver that has never had a fix, is an old
+// one at best.
+ValueAges agesOf(const UiFix& shown, uint32_t now) {
+  const uint32_t unvouched = std::max(now - shown.lastDataTick, kOldAfterMs + 1);
+  const auto age = [&](const ArrivalTicks::Arrival& arrival) {
+    return arrival.ever ? now - arrival.tick : unvouched;
+  };
+  const ArrivalTicks& arrivals = shown.arrivals;
+  return {.position = age(arrivals.position),
+          .motion = age(arrivals.motion),
+          .altitude = age(arrivals.altitude),
+          .time = age(arrivals.time),
+          .used = age(arrivals.used),
+          .view = age(arrivals.view),
+          .dilution = age(arrivals.dilution)};
+}
+
+// Of any number that a document holds.
+int32_t altitudeUnitOf(int32_t setting) {
+  return setting == kInches || setting == kFeet ? setting : kMetres;
+}
+
+bool messageHolds(const AppState& app) {
+  return app.fix.running && app.news.messageCountdown > 0 &&
+         app.news.messageSource == app.gps.readers.generation;
 }
 
 Palette paletteOf(const AppState& app) {
@@ -56,14 +85,21 @@ Scene sceneOf(const AppState& app) {
   scene.stats = shown.stats;
   scene.maxSpeed = shown.maxSpeed;
   scene.maxAltitude = shown.maxAltitude;
+  scene.newMaxSpeed = app.news.maximumCountdown > 0 && app.news.newMaxSpeed;
+  scene.newMaxAltitude = app.news.maximumCountdown > 0 && app.news.newMaxAltitude;
   scene.speedUnit = app.gps.options.speedUnit;
+  scene.altitudeUnit = altitudeUnitOf(app.settings.shortDistanceUnit);
+  scene.positionFormat = app.settings.positionFormat;
+  scene.utmEllipsoid = app.settings.utmEllipsoid;
+  scene.fontFactor = app.settings.fontFactor;
   scene.utcOffsetMinutes = app.gps.options.utcOffsetMinutes;
   scene.state = stateOf(app, now);
   scene.source = app.sourceName;
   scene.notice = std::string(currentNotice(app));
+  if (messageHolds(app)) scene.message = app.lastMessageText;
   scene.fixSeen = shown.fixSeen;
-  scene.dataAgeMs = now - shown.lastDataTick;
-  scene.fixAgeMs = shown.fixEver ? now - shown.lastFixTick : scene.dataAgeMs;
+  scene.fixAgeMs = now - shown.lastFixTick;
+  scene.ages = agesOf(shown, now);
   scene.trackState = app.track.state;
   scene.trackPoints = app.track.points.size();
   scene.trackLength = distanceText(app.recording.distance(), app.recordingOptions.distanceUnit);

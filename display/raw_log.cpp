@@ -25,27 +25,27 @@ std::string headline(const Scene& scene) {
 }  // namespace
 
 void drawRawLog(Canvas& canvas, const Scene& scene) {
-  const ReadoutLayout layout = layoutReadout(canvas.bounds());
+  const ReadoutLayout layout = layoutReadout(canvas.bounds(), {scene.density, scene.fontFactor});
   const Palette& palette = scene.palette;
   const Font font = {.family = "Courier New", .size = layout.smallText};
   const float line = std::ceil(layout.smallText * kLineHeight);
-  const float left = layout.position.x + layout.padding;
-  const float width = canvas.bounds().width - 2 * left;
+  const Rect panel = aboveStatus(layout);
+  const Rect room = inset(panel, std::floor(layout.padding / 2));
   canvas.clear(palette.background);
+  canvas.fillRect(panel, palette.panel);
 
-  float foot = layout.status.y - layout.padding;
-  const std::string delay = headline(scene);
-  const float head = layout.position.y + line;
-  drawShortened(canvas, delay, {left, layout.position.y, width, line}, {.size = layout.smallText},
-                palette.label, Align::left);
+  float foot = room.y + room.height;
+  const float head = room.y + line;
+  drawShortened(canvas, headline(scene), {room.x, room.y, room.width, line},
+                {.size = layout.smallText}, palette.label, Align::left);
   if (scene.rawLog.empty()) {
-    drawShortened(canvas, textOf(kNothingYet), {left, head, width, line},
+    drawShortened(canvas, textOf(kNothingYet), {room.x, head, room.width, line},
                   {.size = layout.smallText}, palette.faded, Align::left);
   }
   for (size_t i = scene.rawLog.size(); i > 0 && foot - line >= head; --i) {
     foot -= line;
-    drawShortened(canvas, scene.rawLog[i - 1], {left, foot, width, line}, font, palette.value,
-                  Align::left);
+    drawShortened(canvas, scene.rawLog[i - 1], {room.x, foot, room.width, line}, font,
+                  palette.value, Align::left);
   }
   drawStatusLine(canvas, {layout.status, layout.smallText}, scene);
 }

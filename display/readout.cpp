@@ -1,8 +1,10 @@
 #include "display/readout.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <initializer_list>
+#include <string>
+#include <vector>
 
 #include "base/texts.h"
 #include "display/readout_layout.h"
@@ -19,10 +21,14 @@ namespace {
 constexpr float kBaseLine = 0.9f;
 
 // The small parts share one size of text, however long each value is at the moment.
+constexpr const char* kLongestValue = "88888.88m";
+// The longest lines of a position by its format: degrees with minutes and seconds, decimal, grid.
+constexpr std::array<const char*, 3> kLongestPosition = {"X: 188 88' 88.888''W", "X: -188.8888888",
+                                                         "Y: 10888888"};
+
 constexpr uint32_t kNames = 900;  // of the parts, in the order of the drawing
 constexpr uint32_t kUsedAndInView = 913;
-
-constexpr const char* kLongestValue = "88888.88m";
+constexpr uint32_t kDilutions = 914;  // position, horizontal, vertical
 
 class Painter {
  public:
@@ -31,47 +37,77 @@ class Painter {
         scene_(scene),
         palette_(scene.palette),
         texts_(readoutTexts(scene)),
-        layout_(layoutReadout(canvas.bounds())),
-        holds_(scene.state == ReceiverState::fix && worthOf(scene.fixAgeMs) == Worth::current
-                   ? palette_.value
-                   : palette_.faded) {}
+        layout_(layoutReadout(canvas.bounds(), {scene.density, scene.fontFactor})) {}
 
   void draw() {
+    const ValueAges& ages = scene_.ages;
     canvas_.clear(palette_.background);
     drawPosition();
     drawSpeed();
-    drawValue(layout_.altitude, kNames + 2, texts_.altitude, {texts_.maxAltitude});
     const std::string point = texts_.courseDetail.substr(0, texts_.courseDetail.find(','));
-    drawValue(layout_.course, kNames + 3, texts_.course, {texts_.courseDetail, point});
-    drawValue(layout_.utc, kNames + 4, texts_.utc, {texts_.date});
-    drawValue(layout_.local, kNames + 5, texts_.local, {texts_.offset});
+    drawValue(layout_.altitude, kNames + 2, texts_.altitude, ages.altitude,
+              {{texts_.maxAltitude}, maximumColour(scene_.newMaxAltitude)});
+    drawValue(layout_.course, kNames + 3, texts_.course, ages.motion,
+              {{texts_.courseDetail, point}, detailColour(ages.motion)});
+    drawValue(layout_.utc, kNames + 4, texts_.utc, ages.time,
+              {{texts_.date}, detailColour(ages.time)});
+    drawValue(layout_.local, kNames + 5, texts_.local, ages.time,
+              {{texts_.offset}, palette_.label});
     drawSatellites();
     drawStatusLine(canvas_, {layout_.status, layout_.smallText}, scene_);
   }
 
  private:
+  // A small line that belongs to a value: the first of `texts` that fits.
+  struct Detail {
+    std::vector<std::string> texts;
+    Colour colour;
+  };
+
   Font smallFont(bool bold = false) const { return {.size = layout_.smallText, .bold = bold}; }
   float smallLine() const { return std::ceil(layout_.smallText * kLineHeight); }
+  float leastLine() const { return std::ceil(layout_.smallest * kLineHeight); }
 
+  static bool isCurrent(uint32_t ageMs) { return worthOf(ageMs) == Worth::current; }
   // Dashes stand for what is not known, now or ever.
-  Colour colourOf(const std::string& text) const {
-    return text.starts_with(kDashes) ? palette_.faded : holds_;
+  Colour colourOf(std::string_view text, uint32_t ageMs) const {
+    return text.ends_with(kDashes) || text.starts_with(kDashes) || !isCurrent(ageMs)
+               ? palette_.faded
+               : palette_.value;
+  }
+  Colour detailColour(uint32_t ageMs) const {
+    return isCurrent(ageMs) ? palette_.label : palette_.faded;
+  }
+  Colour maximumColour(bool isNew) const { return isNew ? palette_.good : palette_.label; }
+
+  // Large text that fills its room, or less where smaller texts are wished for.
+  Font largeFont(std::string_view longest, float width, float height) {
+    Font font = fittingFont(canvas_, longest, width, height, layout_.smallest, true);
+    font.size = std::max(font.size * layout_.largeShare, layout_.smallest);
+    return font;
   }
 
   void line(std::string_view text, const Rect& box, const Font& font, Colour colour, Align align) {
     drawShortened(canvas_, text, box, font, colour, align);
   }
 
-  // The panel of a part with its name; returns the room below the name.
-  Rect openPart(const Rect& part, uint32_t nameText) {
-    const std::string_view name = textOf(nameText);
+  // The panel of a part with its name; returns the room below the name. `nameEnd` is where the name
+  // ends.
+  Rect openPart(const Rect& part, std::string_view name, float* nameEnd = nullptr) {
     canvas_.fillRect(part, palette_.panel);
     const Rect inside = inset(part, layout_.padding);
-    const float nameWidth = canvas_.textWidth(name, smallFont(true)) + 2;
-    line(name, {inside.x, inside.y, std::min(nameWidth, inside.width), inside.height},
-         smallFont(true), palette_.label, Align::left);
+    const float width = std::min(canvas_.textWidth(name, smallFont(true)) + 2, inside.width);
+    line(name, {inside.x, inside.y, width, inside.height}, smallFont(true), palette_.label,
+         Align::left);
+    if (nameEnd != nullptr) *nameEnd = inside.x + width;
     const float taken = smallLine();
     return {inside.x, inside.y + taken, inside.width, std::max(inside.height - taken, 0.f)};
+  }
+
+  // What is left of the line of a part's name, with the room below the name given.
+  Rect besideName(const Rect& room, float nameEnd) const {
+    const float from = nameEnd + layout_.smallText * 0.5f;
+    return {from, room.y - smallLine(), std::max(room.x + room.width - from, 0.f), smallLine()};
   }
 
   Colour qualityColour() const {
@@ -80,109 +116,178 @@ class Painter {
     return scene_.fix.fixStatus > kLastSatelliteQuality ? palette_.caution : palette_.good;
   }
 
+  // One above the other in the middle of the room, in one size; the height only where there is
+  // room for it: it has a part of its own.
   void drawPosition() {
-    const Rect room = openPart(layout_.position, kNames);
+    std::string name(textOf(kNames));
+    if (!texts_.zone.empty()) name += "  " + texts_.zone;
+    const Rect room = openPart(layout_.position, name);
     drawMark(canvas_, texts_.quality,
              {room.x + room.width * 0.4f, room.y - smallLine(), room.width * 0.6f, smallLine()},
              layout_.smallText, qualityColour(), palette_.onMark, true);
-    const float half = room.height / 2;
-    const Font font =
-        fittingFont(canvas_, "188.888888° W", room.width, half * 0.98f, layout_.smallest, true);
-    const float height = font.size * kLineHeight;
-    const Colour colour = hasPosition(scene_.fix) ? holds_ : palette_.faded;
-    const float top = room.y + (room.height - 2 * height) / 2;
-    if (texts_.longitude.empty()) {
-      line(texts_.latitude, {room.x, room.y + (room.height - height) / 2, room.width, height}, font,
-           colour, Align::left);
-      return;
+    const bool known = !texts_.position[1].empty();
+    const bool withHeight = room.height >= 3 * smallLine() * 1.25f;
+    const float rows = withHeight ? 3 : 2;
+    const auto format = static_cast<uint32_t>(scene_.positionFormat);
+    const char* const longest = kLongestPosition[format < kLongestPosition.size() ? format : 0];
+    const Font font = largeFont(longest, room.width, room.height / rows * 0.98f);
+    const float height = std::min(font.size * kLineHeight, room.height / rows);
+    float top = room.y + (room.height - (known ? rows : 1) * height) / 2;
+    for (size_t i = 0; i < (withHeight ? 3U : 2U); ++i, top += height) {
+      const std::string& text = texts_.position[i];
+      const uint32_t age = i < 2 ? scene_.ages.position : scene_.ages.altitude;
+      line(text, {room.x, top, room.width, font.size * kLineHeight}, font,
+           known ? colourOf(text, age) : palette_.faded, Align::left);
     }
-    line(texts_.latitude, {room.x, top, room.width, height}, font, colour, Align::left);
-    line(texts_.longitude, {room.x, top + height, room.width, height}, font, colour, Align::left);
   }
 
-  void drawSpeed() {
-    const Rect room = openPart(layout_.speed, kNames + 1);
-    const float rowHeight = std::max(std::ceil(smallLine() * 1.1f), 1.f);
-    const Rect above = {room.x, room.y, room.width, std::max(room.height - 2 * rowHeight, 1.f)};
+  // The speed in large, its unit small behind it on the same base line.
+  void drawMainSpeed(const Rect& room) {
     const size_t space = texts_.speed.find(' ');
     const std::string number = texts_.speed.substr(0, space);
     const std::string unit = space == std::string::npos ? "" : texts_.speed.substr(space + 1);
-    const Font big =
-        fittingFont(canvas_, "8888.88", above.width * 0.68f, above.height, layout_.smallest, true);
+    const Font big = largeFont("8888.88", room.width * 0.68f, room.height);
     const Font small = {.size = std::max(big.size * 0.45f, layout_.smallest)};
     const float bigHeight = big.size * kLineHeight;
-    const float top = above.y + (above.height - bigHeight) / 2;
-    const float width = std::min(std::ceil(canvas_.textWidth(number, big)) + 1, above.width);
-    line(number, {above.x, top, width, bigHeight}, big, colourOf(texts_.speed), Align::left);
-    const float unitX = above.x + width + small.size * 0.35f;
-    const Rect unitBox = {unitX, top + kBaseLine * (big.size - small.size),
-                          above.x + above.width - unitX, small.size * kLineHeight};
-    line(unit, unitBox, small, palette_.label, Align::left);
+    const float top = room.y + (room.height - bigHeight) / 2;
+    const float width = std::min(std::ceil(canvas_.textWidth(number, big)) + 1, room.width);
+    line(number, {room.x, top, width, bigHeight}, big, colourOf(number, scene_.ages.motion),
+         Align::left);
+    const float unitX = room.x + width + small.size * 0.35f;
+    line(unit,
+         {unitX, top + kBaseLine * (big.size - small.size), room.x + room.width - unitX,
+          small.size * kLineHeight},
+         small, palette_.label, Align::left);
+  }
 
-    const float half = room.width / 2;
-    const float first = room.y + room.height - 2 * rowHeight;
-    const std::array<std::string, 4> cells = {texts_.otherSpeeds[0], texts_.otherSpeeds[1],
-                                              texts_.otherSpeeds[2], texts_.maxSpeed};
-    for (size_t i = 0; i < cells.size(); ++i) {
-      const size_t row = i / 2;
-      const Rect cell = {room.x + half * static_cast<float>(i % 2),
-                         first + rowHeight * static_cast<float>(row), half - 2, rowHeight};
-      line(cells[i], cell, smallFont(), palette_.label, Align::left);
+  // Below the speed there are two rows with the other units and the maximum; in a low part they
+  // stand beside it.
+  void drawSpeed() {
+    const Rect room = openPart(layout_.speed, textOf(kNames + 1));
+    const float rowHeight = std::max(std::ceil(smallLine() * 1.1f), 1.f);
+    const float above = room.height - 2 * rowHeight;
+    const bool beside = above < 1.3f * smallLine() && room.width >= 20 * layout_.smallText;
+    const float mainWidth = beside ? std::floor(room.width * 0.4f) : room.width;
+    drawMainSpeed({room.x, room.y, mainWidth, beside ? room.height : std::max(above, leastLine())});
+
+    const Rect cells = beside ? Rect{room.x + mainWidth, room.y + (room.height - 2 * rowHeight) / 2,
+                                     room.width - mainWidth, 2 * rowHeight}
+                              : Rect{room.x, room.y + above, room.width, 2 * rowHeight};
+    drawSpeedCells(cells, rowHeight);
+  }
+
+  // Two columns, or where those are too narrow one with what matters most.
+  void drawSpeedCells(const Rect& room, float rowHeight) {
+    const bool narrow = room.width / 2 < 6.7f * layout_.smallText;
+    const std::array<const std::string*, 4> all = {&texts_.otherSpeeds[0], &texts_.otherSpeeds[1],
+                                                   &texts_.otherSpeeds[2], &texts_.maxSpeed};
+    const float columns = narrow ? 1 : 2;
+    const float width = room.width / columns;
+    float x = room.x;
+    float y = room.y;
+    for (const std::string* value : all) {
+      const bool isMaximum = value == &texts_.maxSpeed;
+      if (narrow && !isMaximum && value != all[0]) continue;
+      line(*value, {x, y, width - 2, rowHeight}, smallFont(),
+           isMaximum ? maximumColour(scene_.newMaxSpeed) : detailColour(scene_.ages.motion),
+           Align::left);
+      x += width;
+      if (x < room.x + room.width - 1) continue;
+      x = room.x;
+      y += rowHeight;
     }
   }
 
-  // A value in large with a small line below: the first of `details` that fits.
-  void drawValue(const Rect& part, uint32_t name, const std::string& value,
-                 std::initializer_list<std::string> details) {
-    const Rect room = openPart(part, name);
+  // The first of the texts that fits, the last one shortened or, where that says nothing, not.
+  void drawDetail(const Detail& detail, const Rect& box, Align align, bool mayShorten) {
+    for (const std::string& text : detail.texts) {
+      const bool fits = canvas_.textWidth(text, smallFont()) <= box.width;
+      const bool last = &text == &detail.texts.back();
+      if (!fits && !(last && mayShorten)) continue;
+      line(text, box, smallFont(), detail.colour, align);
+      return;
+    }
+  }
+
+  // A value in large with its detail below it; in a low part beside the part's name.
+  void drawValue(const Rect& part, uint32_t name, const std::string& value, uint32_t ageMs,
+                 const Detail& detail) {
+    float nameEnd = 0;
+    const Rect room = openPart(part, textOf(name), &nameEnd);
     const float detailHeight = smallLine();
-    const float height = std::max(room.height - detailHeight, 1.f);
-    const Font font =
-        fittingFont(canvas_, kLongestValue, room.width, height * 0.95f, layout_.smallest, true);
+    const bool low = room.height - detailHeight < 1.1f * smallLine();
+    const float height = low ? room.height : room.height - detailHeight;
+    const Font font = largeFont(kLongestValue, room.width, std::max(height * 0.95f, 1.f));
     const float textHeight = font.size * kLineHeight;
     line(value, {room.x, room.y + (height - textHeight) / 2, room.width, textHeight}, font,
-         colourOf(value), Align::left);
-    const Rect below = {room.x, room.y + room.height - detailHeight, room.width, detailHeight};
-    for (const std::string& detail : details) {
-      const bool last = &detail == details.end() - 1;
-      if (!last && canvas_.textWidth(detail, smallFont()) > below.width) continue;
-      line(detail, below, smallFont(), palette_.label, Align::left);
-      break;
+         colourOf(value, ageMs), Align::left);
+    if (low) {
+      drawDetail(detail, besideName(room, nameEnd), Align::right, false);
+    } else {
+      drawDetail(detail, {room.x, room.y + height, room.width, detailHeight}, Align::left, true);
+    }
+  }
+
+  // How many satellites, and what their geometry is worth: rows that begin at `box`.
+  void drawDilutions(const Rect& box, float row, const Font& font) {
+    const std::array<const std::string*, 3> values = {&texts_.pdop, &texts_.hdop, &texts_.vdop};
+    const float height = font.size * kLineHeight;
+    float nameWidth = 0;
+    for (uint32_t i = 0; i < values.size(); ++i) {
+      nameWidth = std::max(nameWidth, canvas_.textWidth(textOf(kDilutions + i), font));
+    }
+    nameWidth += font.size * 0.6f;
+    for (uint32_t i = 0; i < values.size(); ++i) {
+      const float top = box.y + row * static_cast<float>(i) + (row - height) / 2;
+      line(textOf(kDilutions + i), {box.x, top, nameWidth, height}, font, palette_.label,
+           Align::left);
+      line(*values[i], {box.x + nameWidth, top, std::max(box.width - nameWidth, 0.f), height}, font,
+           colourOf(*values[i], scene_.ages.dilution), Align::left);
     }
   }
 
   void drawSatellites() {
-    const Rect room = openPart(layout_.satellites, kNames + 6);
+    float nameEnd = 0;
+    const Rect room = openPart(layout_.satellites, textOf(kNames + 6), &nameEnd);
+    const std::string counts =
+        textWith(kUsedAndInView, texts_.satellitesUsed, texts_.satellitesInView);
     const std::string longest = textWith(kUsedAndInView, "88", "888");
-    const float textWidth = canvas_.textWidth(longest, smallFont());
-    const Rect left = {room.x, room.y, std::min(textWidth, room.width * 0.45f), room.height};
-    const float row = std::min(room.height / 4, smallLine() * 1.5f);
-    const Font font = fittingFont(canvas_, longest, left.width, row, layout_.smallest, false);
-    const auto rowBox = [&](int index) {
-      const float height = std::min(font.size * kLineHeight, row);
-      const float top = left.y + row * static_cast<float>(index) + (row - height) / 2;
-      return Rect{left.x, top, left.width, height};
-    };
-    line(textWith(kUsedAndInView, texts_.satellitesUsed, texts_.satellitesInView), rowBox(0), font,
-         holds_, Align::left);
-    const std::array<std::pair<const char*, const std::string*>, 3> dops = {
-        {{"PDOP", &texts_.pdop}, {"HDOP", &texts_.hdop}, {"VDOP", &texts_.vdop}}};
-    const float nameWidth = canvas_.textWidth("PDOP  ", font);
-    for (int i = 0; i < 3; ++i) {
-      const auto& [name, value] = dops[static_cast<size_t>(i)];
-      Rect box = rowBox(i + 1);
-      line(name, {box.x, box.y, nameWidth, box.height}, font, palette_.label, Align::left);
-      box.x += nameWidth;
-      box.width -= nameWidth;
-      line(*value, box, font, colourOf(*value), Align::left);
+    const uint32_t countsAge = std::max(scene_.ages.used, scene_.ages.view);
+    const bool low = room.height < 4 * smallLine();
+    const float rows = low ? 3 : 4;
+    const float row = std::min(room.height / rows, smallLine() * 1.5f);
+    const Font wished =
+        fittingFont(canvas_, longest, room.width * 0.45f, row, layout_.smallest, false);
+    const Font font = low ? smallFont() : wished;
+    const std::string_view widest = low ? "PDOP  888.8" : std::string_view(longest);
+    const float width =
+        std::min(std::ceil(canvas_.textWidth(widest, font)) + 1, room.width * 0.45f);
+    if (low) {
+      line(counts, besideName(room, nameEnd), smallFont(), colourOf(counts, countsAge),
+           Align::right);
+    } else {
+      const float height = font.size * kLineHeight;
+      line(counts, {room.x, room.y + (row - height) / 2, width, height}, font,
+           colourOf(counts, countsAge), Align::left);
     }
-    const float barsX = left.x + left.width + 2 * layout_.padding;
-    // The bars may use the height of the part's name as well: it stands beside them.
-    const float top = room.y - smallLine() * 0.5f;
-    drawSignalBars(
-        canvas_,
-        {barsX, top, std::max(room.x + room.width - barsX, 1.f), room.y + room.height - top},
-        scene_.view, palette_, layout_.smallText, layout_.smallest);
+    drawDilutions({room.x, room.y + (low ? 0 : row), width, 3 * row}, row, font);
+    drawBars(room, room.x + width + 2 * layout_.padding, low);
+  }
+
+  // They may use the height of the part's name as well where nothing stands beside it.
+  void drawBars(const Rect& room, float left, bool low) {
+    const float top = low ? room.y : room.y - smallLine() * 0.5f;
+    const Rect box = {left, top, std::max(room.x + room.width - left, 1.f),
+                      room.y + room.height - top};
+    Palette palette = palette_;
+    const Worth worth = worthOf(scene_.ages.view);
+    if (worth != Worth::current) {
+      palette.systems.fill(palette_.faded);
+      palette.value = palette.label = palette_.faded;
+    }
+    drawSignalBars(canvas_, box,
+                   worth == Worth::unknown ? std::span<const ViewedSatellite>() : scene_.view,
+                   palette, layout_.smallText, layout_.smallest);
   }
 
   Canvas& canvas_;
@@ -190,7 +295,6 @@ class Painter {
   const Palette& palette_;
   const ReadoutTexts texts_;
   const ReadoutLayout layout_;
-  const Colour holds_;  // values hold now, or held once
 };
 
 }  // namespace

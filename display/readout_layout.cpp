@@ -5,10 +5,42 @@
 #include <cmath>
 #include <span>
 
+#include "display/text_fit.h"
+
 namespace vgps {
 namespace {
 
-constexpr float kSmallestText = 9;
+constexpr float kSmallestText = 9;  // pixels at 96 dots per inch, as the other lengths here
+
+// Heights in lines of small text.
+constexpr float kLargeLines = 1.3f;  // of a large value, at least
+constexpr float kSpeedLines = 2;     // of the speed
+constexpr float kCellLines = 2.2f;   // of the two rows of other speeds
+
+// A row of parts: its share of the height, and what it needs so that no line stands over another.
+struct Row {
+  float weight;
+  float least;
+};
+
+// Everything that depends on how large the small texts are.
+struct Measure {
+  float smallText = 0;
+  float line = 0;   // of a small text
+  float least = 0;  // of the smallest text
+  float padding = 0;
+
+  Measure(float smallTextSize, float smallest, float inner)
+      : smallText(smallTextSize),
+        line(std::ceil(smallTextSize * kLineHeight)),
+        least(std::ceil(smallest * kLineHeight)),
+        padding(inner) {}
+
+  // A part with its name above so many lines.
+  float part(float smallLines, float leastLines) const {
+    return 2 * padding + line * (1 + smallLines) + least * leastLines;
+  }
+};
 
 // Cuts a length into pieces by weight, a gap between them. Borders are whole pixels.
 void cut(float start, float length, float gap, std::span<const float> weights,
@@ -32,13 +64,67 @@ struct Cells {
   std::array<float, N> start{};
   std::array<float, N> length{};
 
-  Cells(float from, float whole, float gap, const float (&weights)[N]) {
+  Cells(float from, float whole, float gap, const std::array<float, N>& weights) {
     cut(from, whole, gap, weights, start, length);
   }
 };
 
-void placeWide(const Rect& area, float gap, ReadoutLayout& layout) {
-  const Cells<3> rows(area.y, area.height, gap, {38, 24, 38});
+// Rows that their share would leave too low get what they need from the others.
+template <size_t N>
+std::array<float, N> heightsOf(const std::array<Row, N>& rows, float height, float gap) {
+  float rest = height - gap * static_cast<float>(N - 1);
+  float weights = 0;
+  for (const Row& row : rows) weights += row.weight;
+  std::array<float, N> heights{};
+  for (bool changed = true; changed;) {
+    changed = false;
+    for (size_t i = 0; i < N; ++i) {
+      if (heights[i] > 0 || rest * rows[i].weight >= rows[i].least * weights) continue;
+      heights[i] = rows[i].least;
+      rest -= rows[i].least;
+      weights -= rows[i].weight;
+      changed = true;
+    }
+  }
+  for (size_t i = 0; i < N; ++i) {
+    if (heights[i] == 0) heights[i] = std::max(rest * rows[i].weight / weights, 0.f);
+  }
+  return heights;
+}
+
+// Either with room for large values above their details, or so low that the details have to stand
+// beside something else.
+std::array<Row, 3> wideRows(const Measure& m, bool low) {
+  const float speed = low ? m.part(kCellLines, 1) : m.part(kCellLines + kSpeedLines, 0);
+  return {{{38, std::max(m.part(0, 2), speed)},
+           {24, low ? m.part(0, 1) : m.part(1 + kLargeLines, 0)},
+           {38, m.part(low ? 3 : 4, 0)}}};
+}
+
+std::array<Row, 5> tallRows(const Measure& m, bool low) {
+  const float value = low ? m.part(0, 1) : m.part(1 + kLargeLines, 0);
+  return {{{24, low ? m.part(0, 2) : m.part(2 * kLargeLines, 0)},
+           {26, m.part(low ? kCellLines : kCellLines + kSpeedLines, 0)},
+           {18, value},
+           {18, value},
+           {24, m.part(low ? 3 : 4, 0)}}};
+}
+
+template <size_t N>
+bool fit(const std::array<Row, N>& rows, float height, float gap) {
+  float needed = gap * static_cast<float>(N - 1);
+  for (const Row& row : rows) needed += row.least;
+  return needed <= height;
+}
+
+bool isLow(bool wide, const Measure& m, float height, float gap) {
+  return wide ? !fit(wideRows(m, false), height, gap) : !fit(tallRows(m, false), height, gap);
+}
+
+void placeWide(const Rect& area, float gap, const Measure& measure, ReadoutLayout& layout) {
+  const Cells<3> rows(
+      area.y, area.height, gap,
+      heightsOf(wideRows(measure, isLow(true, measure, area.height, gap)), area.height, gap));
   const auto row = [&](size_t i, float x, float width) {
     return Rect{x, rows.start[i], width, rows.length[i]};
   };
@@ -53,8 +139,10 @@ void placeWide(const Rect& area, float gap, ReadoutLayout& layout) {
   layout.satellites = row(2, area.x, area.width);
 }
 
-void placeTall(const Rect& area, float gap, ReadoutLayout& layout) {
-  const Cells<5> rows(area.y, area.height, gap, {24, 26, 18, 18, 24});
+void placeTall(const Rect& area, float gap, const Measure& measure, ReadoutLayout& layout) {
+  const Cells<5> rows(
+      area.y, area.height, gap,
+      heightsOf(tallRows(measure, isLow(false, measure, area.height, gap)), area.height, gap));
   const auto row = [&](size_t i, float x, float width) {
     return Rect{x, rows.start[i], width, rows.length[i]};
   };
@@ -68,6 +156,18 @@ void placeTall(const Rect& area, float gap, ReadoutLayout& layout) {
   layout.satellites = row(4, area.x, area.width);
 }
 
+float statusHeight(float grown, float density, float smallText) {
+  return std::round(std::max({28 * grown, 16 * density, smallText * kLineHeight * 1.3f}));
+}
+
+// The greatest size up to `wanted` that leaves every part its room.
+float fittingSmallText(float wanted, float smallest, const auto& fits) {
+  constexpr float kStep = 0.5f;
+  float size = std::max(wanted, smallest);
+  while (size > smallest && !fits(size)) size = std::max(size - kStep, smallest);
+  return size;
+}
+
 }  // namespace
 
 Rect inset(const Rect& rect, float amount) {
@@ -75,24 +175,39 @@ Rect inset(const Rect& rect, float amount) {
           std::max(rect.height - 2 * amount, 0.f)};
 }
 
-ReadoutLayout layoutReadout(const Rect& bounds) {
+Rect aboveStatus(const ReadoutLayout& layout) {
+  const Rect& first = layout.position;
+  const float gap = first.x;  // as all around
+  return {first.x, first.y, layout.status.width, std::max(layout.status.y - first.y - gap, 0.f)};
+}
+
+ReadoutLayout layoutReadout(const Rect& bounds, const TextScale& scale) {
   ReadoutLayout layout;
+  const float density = scale.density;
   const bool wide = bounds.width >= bounds.height * 1.1f;
-  const float scale = wide ? std::min(bounds.width / 800, bounds.height / 480)
+  const float grown = wide ? std::min(bounds.width / 800, bounds.height / 480)
                            : std::min(bounds.width / 480, bounds.height / 640);
-  const float gap = std::max(std::round(8 * scale), 3.f);
-  layout.padding = std::max(std::round(10 * scale), 4.f);
-  layout.smallest = kSmallestText;
-  layout.smallText = std::max(14 * scale, kSmallestText);
-  const float statusHeight = std::round(std::max(28 * scale, 16.f));
+  const float gap = std::max(std::round(8 * grown), std::round(3 * density));
   const Rect inside = inset(bounds, gap);
-  const float bodyHeight = std::max(inside.height - statusHeight - gap, 0.f);
-  layout.status = {inside.x, inside.y + bodyHeight + gap, inside.width, statusHeight};
+  layout.padding = std::max(std::round(10 * grown), std::round(4 * density));
+  layout.smallest = kSmallestText * density;
+  layout.largeShare = std::min(scale.factor, 1.f);
+  const float column = (inside.width - (wide ? 3 : 1) * gap) / (wide ? 4 : 2) - 2 * layout.padding;
+  layout.smallText = fittingSmallText(14 * grown * scale.factor, layout.smallest, [&](float size) {
+    constexpr float kColumnEms = 7.6f;  // "max 8888.88m"
+    const float body = inside.height - gap - statusHeight(grown, density, size);
+    return size * kColumnEms <= column &&
+           !isLow(wide, {size, layout.smallest, layout.padding}, body, gap);
+  });
+  const float status = statusHeight(grown, density, layout.smallText);
+  const float bodyHeight = std::max(inside.height - status - gap, 0.f);
+  layout.status = {inside.x, inside.y + bodyHeight + gap, inside.width, status};
   const Rect body = {inside.x, inside.y, inside.width, bodyHeight};
+  const Measure measure(layout.smallText, layout.smallest, layout.padding);
   if (wide) {
-    placeWide(body, gap, layout);
+    placeWide(body, gap, measure, layout);
   } else {
-    placeTall(body, gap, layout);
+    placeTall(body, gap, measure, layout);
   }
   return layout;
 }

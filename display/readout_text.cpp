@@ -5,7 +5,9 @@
 
 #include "base/number.h"
 #include "base/texts.h"
+#include "geo/coordinate_lines.h"
 #include "geo/units.h"
+#include "geo/utm.h"
 
 namespace vgps {
 namespace {
@@ -14,13 +16,12 @@ namespace {
 constexpr double kNoPositionDegrees = 0.0010000000474974513;
 
 constexpr uint32_t kFirstCompassPoint = 850;
-constexpr uint32_t kNorth = 850;
 constexpr uint32_t kEast = 854;
-constexpr uint32_t kSouth = 858;
 constexpr uint32_t kWest = 862;
 constexpr uint32_t kNoPosition = 910;
 constexpr uint32_t kMaximum = 911;
 constexpr uint32_t kVariation = 912;
+constexpr uint32_t kOffset = 917;
 
 uint64_t countOf(const Scene& scene, CountedKind kind) { return scene.stats.of(kind).count; }
 
@@ -46,13 +47,8 @@ std::string dateText(const DateTime& time) {
 std::string offsetText(int32_t utcOffsetMinutes) {
   const int32_t ahead = -utcOffsetMinutes;
   const auto minutes = static_cast<uint32_t>(std::abs(ahead));
-  return std::string("UTC") + (ahead < 0 ? '-' : '+') + twoDigits(minutes / 60) + ':' +
-         twoDigits(minutes % 60);
-}
-
-std::string degreesText(double degrees, uint32_t positive, uint32_t negative) {
-  std::string text = fixedText(std::fabs(degrees), 6) + "° ";
-  return text.append(textOf(degrees < 0 ? negative : positive));
+  return textWith(
+      kOffset, (ahead < 0 ? '-' : '+') + twoDigits(minutes / 60) + ':' + twoDigits(minutes % 60));
 }
 
 // Position sentences of a receiver without a fix carry empty fields, which read as 0.
@@ -60,7 +56,7 @@ bool saidWithFix(const Scene& scene, CountedKind kind) {
   return scene.fix.fixStatus != 0 && countOf(scene, kind) > 0;
 }
 
-bool isTooOld(const Scene& scene) { return worthOf(scene.fixAgeMs) == Worth::unknown; }
+bool isTooOld(uint32_t ageMs) { return worthOf(ageMs) == Worth::unknown; }
 
 void fillSpeed(const Scene& scene, ReadoutTexts& texts) {
   const FixRecord& fix = scene.fix;
@@ -68,11 +64,12 @@ void fillSpeed(const Scene& scene, ReadoutTexts& texts) {
   const bool moving = speeds.knots != 0 || speeds.mps != 0 || speeds.kmh != 0 || speeds.mph != 0;
   // Simulated sentences give some units only: a lone 0 beside them is no speed.
   const bool zeroHolds = !moving && saidWithFix(scene, CountedKind::rmc);
+  const bool old = isTooOld(scene.ages.motion);
   size_t other = 0;
   for (int32_t unit = kKmh; unit <= kMph; ++unit) {
     const double value = speedInUnit(speeds, unit);
     std::string text = speedText(value, unit);
-    if ((value == 0 && !zeroHolds) || isTooOld(scene)) text = kDashes + text.substr(text.find(' '));
+    if ((value == 0 && !zeroHolds) || old) text = kDashes + text.substr(text.find(' '));
     if (unit == scene.speedUnit) {
       texts.speed = text;
     } else if (other < texts.otherSpeeds.size()) {
@@ -84,31 +81,68 @@ void fillSpeed(const Scene& scene, ReadoutTexts& texts) {
 
 void fillCourse(const Scene& scene, ReadoutTexts& texts) {
   const FixRecord& fix = scene.fix;
+  const bool old = isTooOld(scene.ages.motion);
   // A receiver at rest leaves the course empty, so 0 is north only in motion.
   const bool known =
-      !isTooOld(scene) &&
-      (fix.course != 0 || (saidWithFix(scene, CountedKind::rmc) && fix.speedKmh > 0));
+      !old && (fix.course != 0 || (saidWithFix(scene, CountedKind::rmc) && fix.speedKmh > 0));
   texts.course = known ? fixedText(fix.course, 1) + "°" : kDashes;
   texts.courseDetail = known ? compassPoint(fix.course) : "";
-  if (fix.magneticVariation == 0) return;
+  if (fix.magneticVariation == 0 || old) return;
   if (known) texts.courseDetail += ", ";
   const std::string degrees = fixedText(std::fabs(fix.magneticVariation), 1) + "° ";
   texts.courseDetail +=
       textWith(kVariation, degrees, textOf(fix.magneticVariation < 0 ? kWest : kEast));
 }
 
+bool isAltitudeKnown(const Scene& scene) {
+  if (isTooOld(scene.ages.altitude)) return false;
+  return scene.fix.altitude != 0 || saidWithFix(scene, CountedKind::gga);
+}
+
 void fillAltitude(const Scene& scene, ReadoutTexts& texts) {
   const auto text = [&](double metres) {
     return altitudeText(altitudeInUnit(metres, scene.altitudeUnit), scene.altitudeUnit);
   };
-  const double altitude = scene.fix.altitude;
-  const bool known = !isTooOld(scene) && (altitude != 0 || saidWithFix(scene, CountedKind::gga));
-  texts.altitude = known ? text(altitude) : kDashes;
+  texts.altitude = isAltitudeKnown(scene) ? text(scene.fix.altitude) : kDashes;
   texts.maxAltitude = textWith(kMaximum, scene.maxAltitude > 0 ? text(scene.maxAltitude) : kDashes);
 }
 
+// "X: 11 31' 0.000''E" keeps its letter when the value is not known.
+void keepIf(bool known, std::string& line) {
+  constexpr size_t kLetter = 3;
+  if (!known) line = line.substr(0, kLetter) + kDashes;
+}
+
+void fillPosition(const Scene& scene, ReadoutTexts& texts) {
+  const FixRecord& fix = scene.fix;
+  if (!hasPosition(fix)) {
+    texts.position[0] = textOf(kNoPosition);
+    return;
+  }
+  const CoordinateLines lines =
+      coordinateLines(fix.longitude, fix.latitude, fix.altitude, scene.positionFormat,
+                      scene.altitudeUnit, scene.utmEllipsoid);
+  const bool known = !isTooOld(scene.ages.position);
+  texts.position = {lines.x, lines.y, lines.z};
+  keepIf(known, texts.position[0]);
+  keepIf(known, texts.position[1]);
+  keepIf(isAltitudeKnown(scene), texts.position[2]);
+  if (known && scene.positionFormat == kUtmGrid) {
+    texts.zone = utmFromDegrees(scene.utmEllipsoid, fix.latitude, fix.longitude).zoneText();
+  }
+}
+
+void fillTime(const Scene& scene, ReadoutTexts& texts) {
+  const FixRecord& fix = scene.fix;
+  const bool known = hasTime(fix.utcTime) && !isTooOld(scene.ages.time);
+  texts.utc = known ? timeText(fix.utcTime) : kDashes;
+  texts.date = known ? dateText(fix.utcTime) : kDashes;
+  texts.local = known ? timeText(fix.localTime) : kDashes;
+  texts.offset = offsetText(scene.utcOffsetMinutes);
+}
+
 std::string dopText(const Scene& scene, float dop) {
-  return dop == 0 || isTooOld(scene) ? kDashes : fixedText(dop, 1);
+  return dop == 0 || isTooOld(scene.ages.dilution) ? kDashes : fixedText(dop, 1);
 }
 
 void fillSatellites(const Scene& scene, ReadoutTexts& texts) {
@@ -117,9 +151,10 @@ void fillSatellites(const Scene& scene, ReadoutTexts& texts) {
   const bool usedKnown = used != 0 || countOf(scene, CountedKind::gga) > 0;
   const int32_t inView = std::max(table.inViewCount, distinctSatellites(scene.view));
   const bool inViewKnown = inView != 0 || countOf(scene, CountedKind::gsv) > 0;
-  const bool held = worthOf(scene.dataAgeMs) != Worth::unknown;
-  texts.satellitesUsed = usedKnown && held ? std::to_string(used) : kDashes;
-  texts.satellitesInView = inViewKnown && held ? std::to_string(inView) : kDashes;
+  const bool usedHolds = usedKnown && !isTooOld(scene.ages.used);
+  const bool inViewHolds = inViewKnown && !isTooOld(scene.ages.view);
+  texts.satellitesUsed = usedHolds ? std::to_string(used) : kDashes;
+  texts.satellitesInView = inViewHolds ? std::to_string(inView) : kDashes;
   texts.pdop = dopText(scene, table.pdop);
   texts.hdop = dopText(scene, table.hdop);
   texts.vdop = dopText(scene, table.vdop);
@@ -136,6 +171,7 @@ std::string_view compassPoint(double degrees) {
 }
 
 bool hasPosition(const FixRecord& fix) {
+  if (!std::isfinite(fix.latitude) || !std::isfinite(fix.longitude)) return false;
   return std::fabs(fix.latitude) > kNoPositionDegrees ||
          std::fabs(fix.longitude) > kNoPositionDegrees;
 }
@@ -153,24 +189,13 @@ int32_t distinctSatellites(std::span<const ViewedSatellite> view) {
 
 ReadoutTexts readoutTexts(const Scene& scene) {
   ReadoutTexts texts;
-  const FixRecord& fix = scene.fix;
-  const bool position = hasPosition(fix) && !isTooOld(scene);
-  texts.latitude = position           ? degreesText(fix.latitude, kNorth, kSouth)
-                   : hasPosition(fix) ? kDashes
-                                      : std::string(textOf(kNoPosition));
-  texts.longitude = position           ? degreesText(fix.longitude, kEast, kWest)
-                    : hasPosition(fix) ? kDashes
-                                       : "";
+  fillPosition(scene, texts);
   const bool current = scene.state == ReceiverState::fix;
-  texts.quality = fixQualityText(current ? fix.fixStatus : 0);
+  texts.quality = fixQualityText(current ? scene.fix.fixStatus : 0);
   fillSpeed(scene, texts);
   fillCourse(scene, texts);
   fillAltitude(scene, texts);
-  const bool timeKnown = hasTime(fix.utcTime) && worthOf(scene.dataAgeMs) != Worth::unknown;
-  texts.utc = timeKnown ? timeText(fix.utcTime) : kDashes;
-  texts.date = timeKnown ? dateText(fix.utcTime) : kDashes;
-  texts.local = timeKnown ? timeText(fix.localTime) : kDashes;
-  texts.offset = offsetText(scene.utcOffsetMinutes);
+  fillTime(scene, texts);
   fillSatellites(scene, texts);
   return texts;
 }

@@ -11,8 +11,9 @@ namespace vgps {
 inline constexpr const char* kDashes = "--";
 
 struct ReadoutTexts {
-  std::string latitude;  // "48.117300° N", or "no position"
-  std::string longitude;
+  // "X: 11 31' 0.000''E", "Y: ..." and "Z: 545.00m"; or "no position" alone.
+  std::array<std::string, 3> position;
+  std::string zone;     // of the grid, "32U"; empty in other formats
   std::string quality;  // of the fix, in words
 
   std::string speed;                       // in the chosen unit: "41.48 Km/H" or "-- Km/H"
@@ -41,7 +42,7 @@ ReadoutTexts readoutTexts(const Scene& scene);
 // One of the sixteen points of the compass, "N" to "NNW".
 std::string_view compassPoint(double degrees);
 
-// Whether a position was ever received: receivers without one report zeros.
+// Whether there is a position: receivers without one report zeros.
 bool hasPosition(const FixRecord& fix);
 
 // Satellites in the view, those with several signals counted once.

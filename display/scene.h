@@ -36,6 +36,17 @@ inline constexpr uint32_t kOldAfterMs = 5000;
 inline constexpr uint32_t kUnknownAfterMs = 30000;
 Worth worthOf(uint32_t ageMs);
 
+// How old the values are that are shown, milliseconds; each is gray or dashes by its own age.
+struct ValueAges {
+  uint32_t position = 0;
+  uint32_t motion = 0;  // speed and course
+  uint32_t altitude = 0;
+  uint32_t time = 0;
+  uint32_t used = 0;      // how many satellites the fix is made of
+  uint32_t view = 0;      // the satellites that are heard
+  uint32_t dilution = 0;  // of precision
+};
+
 // What the program has counted since it started, or since the statistics screen shows.
 struct SceneStatistics {
   double totalSeconds = 0;
@@ -60,16 +71,22 @@ struct Scene {
   double maxSpeed = 0;     // in `speedUnit`
   double maxAltitude = 0;  // metres
 
+  bool newMaxSpeed = false;     // has just been reached
+  bool newMaxAltitude = false;  // likewise
+
   int32_t speedUnit = 0;
   int32_t altitudeUnit = 0;
   int32_t utcOffsetMinutes = 0;  // UTC minus local time
+  int32_t positionFormat = 0;    // PositionFormat
+  int32_t utmEllipsoid = 0;      // of the grid position
 
   ReceiverState state = ReceiverState::notConnected;
-  std::string source;      // "COM3, 9600 baud", "Simulation"; empty when none was chosen
-  std::string notice;      // one line for the person, mostly empty
-  bool fixSeen = false;    // a sentence with a fix has come since the connection was opened
-  uint32_t fixAgeMs = 0;   // of the values of the fix
-  uint32_t dataAgeMs = 0;  // since the last line of any kind
+  std::string source;     // "COM3, 9600 baud", "Simulation"; empty when none was chosen
+  std::string notice;     // one line for the person, mostly empty
+  std::string message;    // what came in no sentence: of binary input, of a sensor; mostly empty
+  bool fixSeen = false;   // a sentence with a fix has come since the connection was opened
+  uint32_t fixAgeMs = 0;  // since the last of them
+  ValueAges ages;
   double sentencesPerSecond = 0;
 
   int32_t trackState = 0;  // 0 idle, 1 recording, 2 paused, 3 playing
@@ -82,6 +99,8 @@ struct Scene {
   uint64_t readoutDelayMicros = 0;      // from the last byte to the drawing; 0: not measured
 
   Palette palette = dayPalette();
+  float density = 1;     // of the screen: pixels per 1/96 inch
+  float fontFactor = 1;  // by which a person wants the texts larger or smaller, up to 5
 };
 
 // The quality number of GGA in words.

@@ -15,9 +15,10 @@ namespace {
 constexpr uint32_t kNoSatellites = 907;
 constexpr float kFullScale = 55;  // dB-Hz, the best that an ordinary antenna gives
 constexpr int kGridStep = 20;
-constexpr float kNarrowestBar = 5;  // pixels, with its gap
-constexpr float kNameGap = 2;       // between two names, pixels
-constexpr float kWidestBar = 3;     // times the height of the text
+constexpr float kNarrowestBar = 5;        // pixels, with its gap
+constexpr float kNameGap = 2;             // between two names, pixels
+constexpr float kWidestBar = 3;           // times the height of the text
+constexpr float kLinesWithStrengths = 4;  // that the bars need to have numbers above them
 
 // Letters of the systems as in observation files.
 constexpr std::array<const char*, 8> kLetters = {"", "G", "R", "E", "C", "J", "S", "I"};
@@ -139,7 +140,10 @@ void drawSignalBars(Canvas& canvas, const Rect& box, std::span<const ViewedSatel
   const std::vector<std::string> names =
       fittingNames(canvas, satellites, font, step - kNameGap, smallestText);
   const float line = names.empty() ? 0 : std::ceil(font.size * kLineHeight);
-  const Rect scale = {box.x, box.y + line, box.width, std::max(box.height - 2 * line, 1.f)};
+  // Low bars tell nothing: then the room of the strengths above them is theirs.
+  const bool withStrengths = box.height >= kLinesWithStrengths * line;
+  const float above = withStrengths ? line : 0;
+  const Rect scale = {box.x, box.y + above, box.width, std::max(box.height - above - line, 1.f)};
   drawGrid(canvas, scale, palette);
 
   for (size_t i = 0; i < satellites.size(); ++i) {
@@ -150,7 +154,7 @@ void drawSignalBars(Canvas& canvas, const Rect& box, std::span<const ViewedSatel
     if (names.empty()) continue;
     canvas.text(names[i], {left, scale.y + scale.height, width, line}, font,
                 satellite.used ? palette.value : palette.label, Align::centre);
-    if (satellite.snr <= 0) continue;
+    if (satellite.snr <= 0 || !withStrengths) continue;
     const long strength = std::lround(std::clamp(satellite.snr, 0.f, 99.f));
     canvas.text(std::to_string(strength), {left, top - line, width, line}, font, palette.label,
                 Align::centre);

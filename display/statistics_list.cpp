@@ -36,6 +36,11 @@ std::string withShare(double seconds, double of) {
   return of > 0 ? time + ", " + shareText(100 * seconds / of) : time;
 }
 
+std::string greatestAltitude(const Scene& scene) {
+  return altitudeStatisticsText(altitudeInUnit(scene.maxAltitude, scene.altitudeUnit),
+                                scene.altitudeUnit);
+}
+
 }  // namespace
 
 std::vector<StatisticsRow> statisticsRows(const Scene& scene) {
@@ -50,23 +55,24 @@ std::vector<StatisticsRow> statisticsRows(const Scene& scene) {
       row(kMovingTime, withShare(counted.movingSeconds, counted.statSeconds)),
       row(kStoppedTime, withShare(counted.stoppedSeconds, counted.statSeconds)),
       row(kGreatestSpeed, speedText(scene.maxSpeed, scene.speedUnit)),
-      row(kGreatestAltitude, altitudeStatisticsText(scene.maxAltitude, scene.altitudeUnit)),
+      row(kGreatestAltitude, greatestAltitude(scene)),
       row(kRecordedDistance, distanceText(counted.distance, counted.distanceUnit)),
       row(kRecordedDistance3d, distanceText(counted.distance3d, counted.distanceUnit)),
   };
 }
 
 void drawStatistics(Canvas& canvas, const Scene& scene) {
-  const ReadoutLayout layout = layoutReadout(canvas.bounds());
+  const ReadoutLayout layout = layoutReadout(canvas.bounds(), {scene.density, scene.fontFactor});
   const Palette& palette = scene.palette;
   canvas.clear(palette.background);
   const std::vector<StatisticsRow> rows = statisticsRows(scene);
-  const Rect room =
-      inset({layout.position.x, layout.position.y, canvas.bounds().width - 2 * layout.position.x,
-             layout.status.y - layout.position.y - layout.padding},
-            0);
+  const Rect room = aboveStatus(layout);
   const float height = std::floor(room.height / static_cast<float>(rows.size()));
   const float half = std::floor(room.width * 0.55f);
+  const auto topOf = [&](size_t row) {
+    const float share = static_cast<float>(row) / static_cast<float>(rows.size());
+    return std::round(room.y + room.height * share);
+  };
   float size = kLargestText * std::max(canvas.bounds().height / 480, 1.f);
   for (const StatisticsRow& row : rows) {
     const Font name = fittingFont(canvas, row.name, half - 3 * layout.padding, height * 0.8f,
@@ -75,16 +81,16 @@ void drawStatistics(Canvas& canvas, const Scene& scene) {
                                    height * 0.8f, layout.smallest, true);
     size = std::min({size, name.size, value.size});
   }
-  float top = room.y;
-  for (const StatisticsRow& row : rows) {
-    canvas.fillRect({room.x, top, room.width, height - 2}, palette.panel);
+  for (size_t i = 0; i < rows.size(); ++i) {
+    const StatisticsRow& row = rows[i];
+    const float top = topOf(i);
+    canvas.fillRect({room.x, top, room.width, topOf(i + 1) - top - 2}, palette.panel);
     const float line = size * kLineHeight;
     const float y = top + std::floor((height - 2 - line) / 2);
     drawShortened(canvas, row.name, {room.x + layout.padding, y, half - layout.padding, line},
                   {.size = size}, palette.label, Align::left);
     drawShortened(canvas, row.value, {room.x + half, y, room.width - half - layout.padding, line},
                   {.size = size, .bold = true}, palette.value, Align::left);
-    top += height;
   }
   drawStatusLine(canvas, {layout.status, layout.smallText}, scene);
 }

@@ -20,9 +20,6 @@ constexpr uint32_t kFlatFix = 822;
 constexpr uint32_t kSpatialFix = 823;
 constexpr uint32_t kBetterFlatFix = 824;  // "2-D, %s"
 constexpr uint32_t kBetterSpatialFix = 825;
-constexpr uint32_t kSeconds = 826;
-constexpr uint32_t kMinutes = 827;
-constexpr uint32_t kHours = 828;
 constexpr int32_t kSpatialSatellites = 4;
 
 std::string stateText(const Scene& scene) {
@@ -37,16 +34,6 @@ std::string stateText(const Scene& scene) {
   return textWith(flat ? kBetterFlatFix : kBetterSpatialFix, fixQualityText(quality));
 }
 
-// The older, the coarser: each new text is a new drawing, and a silent receiver should cost none.
-std::string ageText(uint32_t ms) {
-  uint32_t seconds = ms / 1000;
-  if (seconds > 10) seconds -= seconds % 5;
-  if (seconds < 60) return textWith(kSeconds, std::to_string(seconds));
-  const uint32_t minutes = seconds / 60;
-  return minutes < 60 ? textWith(kMinutes, std::to_string(minutes))
-                      : textWith(kHours, std::to_string(minutes / 60));
-}
-
 std::string recordingText(const Scene& scene) {
   if (scene.trackState < 1 || scene.trackState > 3) return {};
   return textWith(kFirstRecording + static_cast<uint32_t>(scene.trackState) - 1,
@@ -55,6 +42,7 @@ std::string recordingText(const Scene& scene) {
 
 // Of the satellites that are heard; those whose strength is not told count as not heard.
 std::string signalText(const Scene& scene) {
+  if (worthOf(scene.ages.view) == Worth::unknown) return {};
   float strongest = 0;
   float sum = 0;
   int32_t heard = 0;
@@ -119,7 +107,7 @@ StatusTexts statusTexts(const Scene& scene) {
   texts.recording = recordingText(scene);
   if (scene.state == ReceiverState::notConnected) return texts;
   const bool flowing = scene.state == ReceiverState::noFix || scene.state == ReceiverState::fix;
-  if (scene.fixSeen) texts.age = textWith(kFixAgo, ageText(scene.fixAgeMs));
+  if (scene.fixSeen) texts.age = textWith(kFixAgo, std::to_string(scene.fixAgeMs / 1000));
   texts.rate = textWith(kRate, fixedText(flowing ? scene.sentencesPerSecond : 0, 1));
   if (flowing) texts.signal = signalText(scene);
   return texts;
@@ -138,20 +126,26 @@ void drawStatusLine(Canvas& canvas, const StatusBar& place, const Scene& scene) 
   Placer placer(canvas, {bar.x + mark + gap, top, bar.width - mark - 2 * gap, line},
                 {.size = place.textSize}, gap);
   placer.right(texts.age, palette.label);
-  placer.right(texts.signal, palette.label);
+  placer.right(texts.signal,
+               worthOf(scene.ages.view) == Worth::current ? palette.label : palette.faded);
   placer.left(scene.notice, palette.caution);
   placer.left(texts.recording, palette.value);
   placer.left(scene.source, palette.value);
+  placer.left(scene.message, palette.value);
   placer.right(texts.rate, palette.label);
 }
 
-std::string passingText(const Scene& scene) {
+PassingTexts passingTexts(const Scene& scene) {
   const StatusTexts texts = statusTexts(scene);
-  const auto letter = [](uint32_t ageMs) {
-    return static_cast<char>('0' + static_cast<int>(worthOf(ageMs)));
-  };
-  return texts.state + '\n' + texts.age + '\n' + texts.rate + '\n' + scene.notice + '\n' +
-         letter(scene.fixAgeMs) + letter(scene.dataAgeMs);
+  const ValueAges& ages = scene.ages;
+  PassingTexts passing;
+  passing.status = texts.age + '\n' + texts.rate + '\n' + scene.notice;
+  passing.values = texts.state + '\n';
+  for (const uint32_t age : {ages.position, ages.motion, ages.altitude, ages.time, ages.used,
+                             ages.view, ages.dilution}) {
+    passing.values += static_cast<char>('0' + static_cast<int>(worthOf(age)));
+  }
+  return passing;
 }
 
 }  // namespace vgps

@@ -27,7 +27,12 @@ struct StatusBar {
 
 void drawStatusLine(Canvas& canvas, const StatusBar& place, const Scene& scene);
 
-// All that time alone changes on a screen; as long as it stays the same nothing has to be drawn.
-std::string passingText(const Scene& scene);
+// All that time alone changes on a screen; what stays the same has not to be drawn again.
+struct PassingTexts {
+  std::string status;  // in the status line
+  std::string values;  // everywhere else
+  bool operator==(const PassingTexts&) const = default;
+};
+PassingTexts passingTexts(const Scene& scene);
 
 }  // namespace vgps

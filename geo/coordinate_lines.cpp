@@ -1,5 +1,7 @@
 #include "geo/coordinate_lines.h"
 
+#include <algorithm>
+
 #include "base/number.h"
 #include "geo/dms.h"
 #include "geo/units.h"
@@ -9,7 +11,8 @@ namespace vgps {
 namespace {
 
 std::string wholeMetres(double metres) {
-  return std::to_string(metres > 0 ? static_cast<uint32_t>(metres) : 0U);
+  constexpr double kMost = 4294967295.0;  // of latitudes beyond the poles
+  return std::to_string(metres > 0 ? static_cast<uint32_t>(std::min(metres, kMost)) : 0U);
 }
 
 }  // namespace

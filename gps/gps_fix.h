@@ -64,6 +64,7 @@ struct ReaderControl {
   std::atomic<int32_t> opening{0};      // of these, held by the system in the opening of a port
   std::atomic<bool> portWanted{false};  // the reader shall look for its device; under `mutex`
   std::mutex turn;  // held by the reader that handles a block: after a reopening two may have one
+  std::atomic<uint32_t> speaking{0};  // the generation of the reader that has the turn; 0: none
   std::mutex mutex;
   std::condition_variable wake;
 };

@@ -91,6 +91,22 @@ void beginSource(GpsFix& fix) {
   fix.state.talkers.reset();
 }
 
+// While a reader hands over what it has read. It may lose its source meanwhile, so it is known by
+// whose data it speaks.
+class Turn {
+ public:
+  Turn(ReaderControl& readers, uint32_t generation) : lock_(readers.turn), readers_(readers) {
+    readers_.speaking = generation;
+  }
+  Turn(const Turn&) = delete;
+  Turn& operator=(const Turn&) = delete;
+  ~Turn() { readers_.speaking = 0; }
+
+ private:
+  const std::lock_guard<std::mutex> lock_;
+  ReaderControl& readers_;
+};
+
 // What one reader keeps from block to block.
 struct Reading {
   GpsFix& fix;
@@ -140,7 +156,7 @@ void readAndHandle(Reading& reading) {
   reading.held = reading.buffer[length - 1] == kBinaryStart ? 1 : 0;
   length -= reading.held;
   // A reader of the source before may still be busy with its last block.
-  const std::lock_guard turn(readers.turn);
+  const Turn turn(readers, reading.generation);
   if (!isCurrent(fix, reading.generation)) return;
   handleBlock(reading, {reading.buffer.data(), length}, heldBefore);
   if (reading.held > 0) reading.buffer[0] = kBinaryStart;
@@ -173,6 +189,7 @@ void sensorLoop(GpsFix& fix, uint32_t generation) {
     double longitude = 0;
     double latitude = 0;
     if (sensor->read(longitude, latitude, kWaitMs)) {
+      const Turn turn(readers, generation);
       fix.state.hooks.sensorReading(longitude, latitude);
     }
   }

@@ -9,7 +9,7 @@ namespace vgps {
 
 enum class UiEvent : uint32_t {
   line = 0x466,          // a received line or receiver message; `text`, `record`
-  sensor = 0x467,        // a reading of the location sensor; `x` longitude, `y` latitude
+  sensor = 0x467,        // a reading of the location sensor; `x` longitude, `y` latitude, degrees
   repaint = 0x468,       // the parser asks for a repaint; copies the fix first
   refresh = 0x469,       // a chunk of data was handled; the displays follow
   unknownBytes = 0x46A,  // `text`: neither text nor binary of a receiver
@@ -22,6 +22,9 @@ struct UiMessage {
   const void* record = nullptr;  // of a binary protocol: the SirfMessage
   double x = 0;
   double y = 0;
+  // Of the source that it speaks of; 0 when of none, as in a replay. A source that was opened since
+  // has nothing to do with it.
+  uint32_t generation = 0;
 };
 
 class UiThread {

@@ -3,7 +3,7 @@
 namespace vgps {
 
 HDC BackBuffer::prepare(HDC window, int width, int height) {
-  if (context_ != nullptr && width == width_ && height == height_) return context_;
+  if (holds(width, height)) return context_;
   release();
   context_ = CreateCompatibleDC(window);
   bitmap_ = CreateCompatibleBitmap(window, width, height);

@@ -16,6 +16,10 @@ class BackBuffer {
   // A device context of that size on a bitmap like those of `window`; null when there is no memory.
   // What was drawn before is kept while the size stays.
   HDC prepare(HDC window, int width, int height);
+  // Whether the last picture drawn is of that size.
+  bool holds(int width, int height) const {
+    return context_ != nullptr && width == width_ && height == height_;
+  }
   void release();
 
  private:

@@ -124,7 +124,8 @@ void WindowDialogView::playSound(const std::string& file, const char* name) {
 }
 
 void WindowDialogView::tell(std::string_view text) {
-  MessageBoxW(dialog_, wideFromUtf8(text).c_str(), kProgramTitle, MB_OK | MB_ICONINFORMATION);
+  MessageBoxW(dialog_, wideFromUtf8(text).c_str(), programTitle().c_str(),
+              MB_OK | MB_ICONINFORMATION);
 }
 
 bool WindowDialogView::drawColour(const DRAWITEMSTRUCT& item) {

@@ -160,7 +160,8 @@ int runHiddenOption(HWND owner, DialogContext& context, HMODULE layouts) {
         return askText(owner, caption, prompt, text, layouts);
       },
       [&](std::string_view text) {
-        MessageBoxW(owner, wideFromUtf8(text).c_str(), kProgramTitle, MB_OK | MB_ICONINFORMATION);
+        MessageBoxW(owner, wideFromUtf8(text).c_str(), programTitle().c_str(),
+                    MB_OK | MB_ICONINFORMATION);
       });
   return edited ? IDOK : IDCANCEL;
 }

@@ -30,6 +30,8 @@ int dpiOf(HWND window) {
   return systemDpi();
 }
 
+float densityOf(HWND window) { return static_cast<float>(dpiOf(window)) / USER_DEFAULT_SCREEN_DPI; }
+
 SIZE windowSizeFor(SIZE client, DWORD style, bool menu, int dpi) {
   static const auto adjust = systemFunction<BOOL WINAPI(RECT*, DWORD, BOOL, DWORD, UINT)>(
       L"user32.dll", "AdjustWindowRectExForDpi");

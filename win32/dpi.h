@@ -8,6 +8,9 @@ namespace vgps {
 // density of its own (before Windows 10), or without a window.
 int dpiOf(HWND window);
 
+// The same as pixels per 1/96 inch.
+float densityOf(HWND window);
+
 // The outer size of a window with this style whose client area has the given size at 96 dots per
 // inch. The menu bar counts as one line.
 SIZE windowSizeFor(SIZE client, DWORD style, bool menu, int dpi);

@@ -5,16 +5,19 @@
 
 #include "app/app_state.h"
 #include "app/commands.h"
+#include "app/menus.h"
 #include "app/on_line.h"
 #include "app/scene_of.h"
 #include "app/startup.h"
 #include "app/timers.h"
+#include "base/texts.h"
+#include "display/readout_layout.h"
 #include "display/screens.h"
-#include "display/status_line.h"
 #include "win32/dpi.h"
 #include "win32/main_menu.h"
 #include "win32/message_parameter.h"
 #include "win32/single_instance.h"
+#include "win32/wide.h"
 #include "win32/window_door.h"
 #include "win32/window_messages.h"
 
@@ -34,6 +37,25 @@ constexpr SIZE kSmallestSize = {240, 180};
 // By the state of the track: idle, recording, paused, playing.
 constexpr std::array<const wchar_t*, 4> kStateIcons = {L"ICON_1", L"ICON_RECORD", L"ICON_PAUSE",
                                                        L"ICON_PLAY"};
+
+constexpr uint32_t kConnect = 102;
+constexpr uint32_t kDisconnect = 103;
+constexpr uint32_t kShutdown = 199;
+constexpr uint32_t kOpenFromTray = 1;  // no command of the program's
+
+constexpr uint32_t kOpenText = 878;
+constexpr uint32_t kExitText = 879;
+constexpr uint32_t kProgramName = 880;
+
+RECT pixelsOf(const Rect& rect) {
+  return {static_cast<LONG>(rect.x), static_cast<LONG>(rect.y),
+          static_cast<LONG>(rect.x + rect.width), static_cast<LONG>(rect.y + rect.height)};
+}
+
+bool contains(const RECT& outer, const RECT& inner) {
+  return inner.left >= outer.left && inner.top >= outer.top && inner.right <= outer.right &&
+         inner.bottom <= outer.bottom;
+}
 
 bool registerClass(HINSTANCE instance, WNDPROC procedure) {
   WNDCLASSEXW description{};
@@ -61,6 +83,8 @@ bool timePasses(const AppState& app) {
 
 }  // namespace
 
+std::wstring programTitle() { return wideFromUtf8(textOf(kProgramName)); }
+
 MainWindow::~MainWindow() {
   if (accelerators_ != nullptr) DestroyAcceleratorTable(accelerators_);
   forgetIcons();
@@ -71,9 +95,9 @@ HWND MainWindow::create(const WindowSetting& setting, AppState& app) {
   setting_ = setting;
   app_ = &app;
   const SIZE size = windowSizeFor(kFirstSize, WS_OVERLAPPEDWINDOW, true, dpiOf(nullptr));
-  CreateWindowExW(0, kMainWindowClass, kProgramTitle, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-                  CW_USEDEFAULT, CW_USEDEFAULT, size.cx, size.cy, nullptr, createMainMenu(),
-                  setting.instance, this);
+  CreateWindowExW(0, kMainWindowClass, programTitle().c_str(),
+                  WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, size.cx,
+                  size.cy, nullptr, createMainMenu(), setting.instance, this);
   if (window_ == nullptr) return nullptr;
   accelerators_ = createAccelerators();
   registerHotKeys(window_);
@@ -84,7 +108,7 @@ HWND MainWindow::create(const WindowSetting& setting, AppState& app) {
 
 void MainWindow::addTrayIcon() {
   tray_.add(window_, icons_[static_cast<size_t>(std::max(shownTrackState_, 0))].small,
-            kProgramTitle);
+            programTitle().c_str());
 }
 
 int MainWindow::runMessageLoop() {
@@ -222,9 +246,32 @@ void MainWindow::onDestroy() {
 }
 
 void MainWindow::onTrayPress(LPARAM mouse) {
-  if (LOWORD(mouse) != WM_LBUTTONDOWN) return;
+  if (LOWORD(mouse) == WM_LBUTTONDOWN) bringForward();
+  if (LOWORD(mouse) == WM_RBUTTONUP) showTrayMenu();
+}
+
+void MainWindow::bringForward() {
   ShowWindow(window_, IsIconic(window_) ? SW_RESTORE : SW_SHOW);
   SetForegroundWindow(GetLastActivePopup(window_));
+}
+
+// A question that waits for its answer disables the window, and the commands with it.
+void MainWindow::showTrayMenu() {
+  const uint32_t link = app_->fix.running ? kDisconnect : kConnect;
+  const bool free = !dialogOpen_ && IsWindowEnabled(window_);
+  const TrayMenuRow rows[] = {{kOpenFromTray, wideFromUtf8(textOf(kOpenText))},
+                              {0, {}},
+                              {link, wideFromUtf8(textOf(menuTextNumber(link))), free},
+                              {0, {}},
+                              {kShutdown, wideFromUtf8(textOf(kExitText)), free}};
+  const uint32_t chosen = TrayIcon::choose(window_, rows);
+  if (window_ == nullptr || chosen == 0) return;
+  if (chosen == kOpenFromTray) {
+    bringForward();
+  } else if (!dialogOpen_ && IsWindowEnabled(window_)) {
+    runCommand(*app_, chosen);
+    followState();
+  }
 }
 
 // Moved to a screen of another density: the system has worked out the size to keep.
@@ -269,7 +316,7 @@ void MainWindow::followState() {
     showIcons(static_cast<size_t>(std::clamp(shownTrackState_, 0, 3)));
   }
   if (isFirstStart(*app_) != startButtons_.areShown()) {
-    startButtons_.show(window_, !startButtons_.areShown());
+    startButtons_.show(window_, !startButtons_.areShown(), app_->settings.fontFactor);
     InvalidateRect(window_, nullptr, FALSE);
   }
   const bool simulating = app_->fix.running && app_->fix.simulate;
@@ -288,11 +335,27 @@ void MainWindow::watchWhileTimePasses() {
   }
 }
 
+Rect MainWindow::statusBar() const {
+  RECT client{};
+  GetClientRect(window_, &client);
+  return layoutReadout({0, 0, static_cast<float>(client.right), static_cast<float>(client.bottom)},
+                       {densityOf(window_), app_->settings.fontFactor})
+      .status;
+}
+
 // Without data nobody asks for a repaint, yet ages grow and a silent receiver has to be shown as
-// silent. Nothing is drawn while the text stays the same.
+// silent. Nothing is drawn while the texts stay the same, and only the status line when it alone
+// has changed: that is little work, and holds no repaint up that new data ask for.
 void MainWindow::watchStatus() {
-  if (passingText(sceneOf(*app_)) == paintedStatus_) return;
-  if (app_->repaints.due(app_->platform.clock.tick())) repaint();
+  const PassingTexts now = passingTexts(sceneOf(*app_));
+  if (now == paintedTexts_) return;
+  if (now.values == paintedTexts_.values) {
+    const RECT bar = pixelsOf(statusBar());
+    statusOnly_ = true;
+    InvalidateRect(window_, &bar, FALSE);
+  } else if (app_->repaints.due(app_->platform.clock.tick())) {
+    repaint();
+  }
 }
 
 void MainWindow::repaint() { SetTimer(window_, kDrawTimer, kDrawDelayMs, nullptr); }
@@ -303,23 +366,45 @@ void MainWindow::paint() {
   if (screen == nullptr) return;
   RECT client{};
   GetClientRect(window_, &client);
-  const HDC buffer =
-      backBuffer_.prepare(screen, std::max<int>(client.right, 1), std::max<int>(client.bottom, 1));
+  const int width = std::max<int>(client.right, 1);
+  const int height = std::max<int>(client.bottom, 1);
+  const bool statusOnly = std::exchange(statusOnly_, false) && backBuffer_.holds(width, height) &&
+                          contains(pixelsOf(statusBar()), paint.rcPaint);
+  const HDC buffer = backBuffer_.prepare(screen, width, height);
   if (buffer != nullptr) {
-    drawInto(buffer, client.right, client.bottom);
+    if (statusOnly) {
+      drawStatusInto(buffer, client.right, client.bottom);
+    } else {
+      drawInto(buffer, client.right, client.bottom);
+    }
     BitBlt(screen, 0, 0, client.right, client.bottom, buffer, 0, 0, SRCCOPY);
   }
   EndPaint(window_, &paint);
 }
 
+Scene MainWindow::scene() const {
+  Scene scene = sceneOf(*app_);
+  scene.density = densityOf(window_);
+  return scene;
+}
+
 void MainWindow::drawInto(HDC target, int width, int height) {
-  const Scene scene = sceneOf(*app_);
+  const Scene drawn = scene();
   GdiplusCanvas canvas(target, width, height, fonts_);
-  drawScreen(canvas, scene);
-  if (startButtons_.areShown()) startButtons_.drawWords(canvas, scene.palette);
-  paintedStatus_ = passingText(scene);
+  drawScreen(canvas, drawn);
+  if (startButtons_.areShown()) startButtons_.drawWords(canvas, drawn.palette);
+  paintedTexts_ = passingTexts(drawn);
   noteDrawn(*app_);
   if (canvas.status() != Gdiplus::Ok) OutputDebugStringW(L"the screen could not be drawn\n");
+}
+
+// Over the picture that the buffer still holds.
+void MainWindow::drawStatusInto(HDC target, int width, int height) {
+  const Scene drawn = scene();
+  GdiplusCanvas canvas(target, width, height, fonts_);
+  const ReadoutLayout layout = layoutReadout(canvas.bounds(), {drawn.density, drawn.fontFactor});
+  drawStatusLine(canvas, {layout.status, layout.smallText}, drawn);
+  paintedTexts_.status = passingTexts(drawn).status;
 }
 
 }  // namespace vgps

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <string>
 
+#include "display/status_line.h"
 #include "platform/window.h"
 #include "win32/back_buffer.h"
 #include "win32/gdiplus_canvas.h"
@@ -20,7 +21,8 @@ namespace vgps {
 struct AppState;
 
 inline constexpr const wchar_t* kMainWindowClass = L"VGPS CLASS";
-inline constexpr const wchar_t* kProgramTitle = L"Vexa GPS";
+// The program's name, in the caption and on message boxes.
+std::wstring programTitle();
 
 // What the window needs of the program around it.
 struct WindowSetting {
@@ -79,6 +81,10 @@ class MainWindow : public Window {
   void onTrayPress(LPARAM mouse);
   void onDpiChanged(const RECT& suggested);
   void keepReadable(MINMAXINFO& limits) const;
+  void bringForward();
+  void showTrayMenu();
+  Scene scene() const;
+  Rect statusBar() const;
   void watchStatus();
   void watchWhileTimePasses();
   void showIcons(size_t state);
@@ -87,6 +93,7 @@ class MainWindow : public Window {
   void drawInto(HDC target, int width, int height);
   bool openFinder();
   bool openSettings(uint32_t command);
+  void drawStatusInto(HDC target, int width, int height);
   void showTitle();
   void showMessages();
 
@@ -98,7 +105,8 @@ class MainWindow : public Window {
   GdiplusFonts fonts_;
   StartButtons startButtons_;
   TrayIcon tray_;
-  std::string paintedStatus_;
+  PassingTexts paintedTexts_;
+  bool statusOnly_ = false;  // nothing but the status line is to be drawn
   bool closing_ = false;
   bool dialogOpen_ = false;
   bool watching_ = false;  // the status timer runs

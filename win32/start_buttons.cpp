@@ -6,6 +6,7 @@
 #include "base/texts.h"
 #include "display/readout_layout.h"
 #include "display/text_fit.h"
+#include "win32/dpi.h"
 #include "win32/wide.h"
 
 namespace vgps {
@@ -37,8 +38,8 @@ Rect wholePixels(const Rect& rect) {
 
 // Beside each other where there is room, otherwise one above the other. In a very low window the
 // words give way.
-StartLayout layoutStart(const Rect& bounds) {
-  const ReadoutLayout readout = layoutReadout(bounds);
+StartLayout layoutStart(const Rect& bounds, const TextScale& scale) {
+  const ReadoutLayout readout = layoutReadout(bounds, scale);
   const float gap = readout.padding;
   const Rect body = inset({bounds.x, bounds.y, bounds.width, readout.status.y - bounds.y}, gap);
   StartLayout layout;
@@ -108,7 +109,8 @@ bool StartButtons::create(HWND parent) {
   return true;
 }
 
-bool StartButtons::show(HWND parent, bool shown) {
+bool StartButtons::show(HWND parent, bool shown, float fontFactor) {
+  fontFactor_ = fontFactor;
   if (shown == shown_) return true;
   if (shown && buttons_[0] == nullptr && !create(parent)) return false;
   const bool hadFocus = focused() == GetFocus();
@@ -120,9 +122,11 @@ bool StartButtons::show(HWND parent, bool shown) {
   return true;
 }
 
+TextScale StartButtons::scale() const { return {densityOf(parent_), fontFactor_}; }
+
 void StartButtons::place() {
   if (!shown_) return;
-  const StartLayout layout = layoutStart(clientOf(parent_));
+  const StartLayout layout = layoutStart(clientOf(parent_), scale());
   forgetFont();
   font_ = CreateFontW(-static_cast<int>(layout.buttonText), 0, 0, 0, FW_BOLD, FALSE, FALSE, FALSE,
                       DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
@@ -136,8 +140,8 @@ void StartButtons::place() {
 
 void StartButtons::drawWords(Canvas& canvas, const Palette& palette) const {
   const Rect bounds = canvas.bounds();
-  const StartLayout layout = layoutStart(bounds);
-  const float bottom = layoutReadout(bounds).status.y;
+  const StartLayout layout = layoutStart(bounds, scale());
+  const float bottom = layoutReadout(bounds, scale()).status.y;
   canvas.fillRect({bounds.x, bounds.y, bounds.width, bottom - bounds.y}, palette.background);
   const Font small = {.size = layout.smallText};
   drawLine(canvas, textOf(kGreeting), layout.greeting, {.size = layout.greetingText, .bold = true},

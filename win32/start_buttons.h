@@ -5,6 +5,7 @@
 #include <array>
 
 #include "display/palette.h"
+#include "display/readout_layout.h"
 #include "platform/canvas.h"
 
 namespace vgps {
@@ -19,8 +20,9 @@ class StartButtons {
   StartButtons& operator=(const StartButtons&) = delete;
   ~StartButtons() { forgetFont(); }
 
-  // Shown and hidden; the first showing makes them. False when the system refuses.
-  bool show(HWND parent, bool shown);
+  // Shown and hidden; the first showing makes them. False when the system refuses. `fontFactor`:
+  // how large a person wants the texts.
+  bool show(HWND parent, bool shown, float fontFactor = 1);
   bool areShown() const { return shown_; }
   // Anew for the size of the client area.
   void place();
@@ -35,11 +37,13 @@ class StartButtons {
  private:
   bool create(HWND parent);
   void forgetFont();
+  TextScale scale() const;
 
   HWND parent_ = nullptr;
   std::array<HWND, 2> buttons_{};
   HFONT font_ = nullptr;
   bool shown_ = false;
+  float fontFactor_ = 1;
 };
 
 }  // namespace vgps

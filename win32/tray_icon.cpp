@@ -35,6 +35,26 @@ void TrayIcon::remove() {
   wanted_ = shown_ = false;
 }
 
+// Without the keyboard the menu would stay when the person presses somewhere else, and the message
+// behind it makes the system notice that it has gone.
+uint32_t TrayIcon::choose(HWND window, std::span<const TrayMenuRow> rows) {
+  const HMENU menu = CreatePopupMenu();
+  if (menu == nullptr) return 0;
+  for (const TrayMenuRow& row : rows) {
+    const UINT kind = row.number == 0 ? MF_SEPARATOR : row.enabled ? MF_STRING : MF_GRAYED;
+    AppendMenuW(menu, kind, row.number, row.text.c_str());
+  }
+  if (!rows.empty()) SetMenuDefaultItem(menu, rows[0].number, FALSE);
+  POINT pointer{};
+  GetCursorPos(&pointer);
+  SetForegroundWindow(window);
+  const BOOL chosen = TrackPopupMenu(menu, TPM_RETURNCMD | TPM_NONOTIFY | TPM_RIGHTBUTTON,
+                                     pointer.x, pointer.y, 0, window, nullptr);
+  PostMessageW(window, WM_NULL, 0, 0);
+  DestroyMenu(menu);
+  return static_cast<uint32_t>(chosen);
+}
+
 bool TrayIcon::notify(DWORD what) { return Shell_NotifyIconW(what, &data_) != FALSE; }
 
 }  // namespace vgps

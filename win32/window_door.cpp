@@ -10,7 +10,11 @@
 namespace vgps {
 namespace {
 
-static_assert(sizeof(WPARAM) == sizeof(double), "a reading travels in the two parameters");
+// A reading travels in one parameter, the generation of its source in the other.
+struct Reading {
+  float x, y;  // degrees; exact to a metre, and shown to the thousandth
+};
+static_assert(sizeof(WPARAM) == sizeof(Reading));
 
 bool carriesAddress(UiEvent event) {
   return event == UiEvent::line || event == UiEvent::unknownBytes || event == UiEvent::logFailed;
@@ -52,8 +56,9 @@ bool WindowDoor::send(const UiMessage& message) {
 void WindowDoor::post(const UiMessage& message) {
   const Count count(underWay_);
   if (shut_) return;
-  PostMessageW(window_, static_cast<UINT>(message.event), std::bit_cast<WPARAM>(message.x),
-               std::bit_cast<LPARAM>(message.y));
+  const Reading reading = {static_cast<float>(message.x), static_cast<float>(message.y)};
+  PostMessageW(window_, static_cast<UINT>(message.event), std::bit_cast<WPARAM>(reading),
+               static_cast<LPARAM>(message.generation));
 }
 
 // A sender that is waiting already is let go by taking its message out of the queue: handled where
@@ -75,13 +80,20 @@ bool readUiMessage(UINT number, WPARAM first, LPARAM second, const GpsFix& fix, 
   }
   message.event = static_cast<UiEvent>(number);
   if (message.event == UiEvent::sensor) {
-    message.x = std::bit_cast<double>(first);
-    message.y = std::bit_cast<double>(second);
+    const auto reading = std::bit_cast<Reading>(first);
+    message.x = reading.x;
+    message.y = reading.y;
+    message.generation = static_cast<uint32_t>(second);
     return true;
   }
   if (second != reinterpret_cast<LPARAM>(&fix)) return false;
+  const ReaderControl& readers = fix.state.readers;
+  message.generation = readers.speaking;  // the sender waits, so it is still its turn
   if (!carriesAddress(message.event)) return true;
   if (first == 0) return false;
+  // Another source was opened meanwhile, and its protocol tells nothing about this parameter.
+  const bool stale = message.generation != 0 && message.generation != readers.generation;
+  if (message.event == UiEvent::line && stale) return true;
   if (message.event == UiEvent::line && fix.state.inputProtocol == kSirfBinary) {
     message.record = addressIn<const void>(first);
     return true;

@@ -38,7 +38,7 @@ void MainWindow::showTitle() {
     title = title_;
   }
   titled_ = app_->fix.running && app_->fix.simulate;
-  SetWindowTextW(window_, titled_ && !title.empty() ? title.c_str() : kProgramTitle);
+  SetWindowTextW(window_, titled_ && !title.empty() ? title.c_str() : programTitle().c_str());
 }
 
 // A message box runs until the person answers, and the caller may be a reader that waits.
@@ -58,14 +58,14 @@ void MainWindow::showMessages() {
   while (!messages_.empty() && window_ != nullptr) {
     const Message message = messages_.front();
     messages_.pop_front();
-    MessageBoxW(window_, message.text.c_str(), kProgramTitle, MB_OK | message.icon);
+    MessageBoxW(window_, message.text.c_str(), programTitle().c_str(), MB_OK | message.icon);
   }
   showingMessages_ = false;
 }
 
 void MainWindow::showLastMessages() {
   for (const Message& message : messages_) {
-    MessageBoxW(nullptr, message.text.c_str(), kProgramTitle,
+    MessageBoxW(nullptr, message.text.c_str(), programTitle().c_str(),
                 MB_OK | MB_SETFOREGROUND | message.icon);
   }
   messages_.clear();
@@ -76,7 +76,7 @@ bool MainWindow::shiftHeld() { return GetAsyncKeyState(VK_SHIFT) < 0; }
 void MainWindow::pressSpace() { PostMessageW(window_, WM_KEYDOWN, VK_SPACE, 0); }
 
 bool MainWindow::ask(std::string_view question) {
-  return MessageBoxW(window_, wideFromUtf8(question).c_str(), kProgramTitle,
+  return MessageBoxW(window_, wideFromUtf8(question).c_str(), programTitle().c_str(),
                      MB_YESNO | MB_DEFBUTTON2 | MB_ICONQUESTION) == IDYES;
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "app/connection.h"
+#include "app/scene_of.h"
 #include "tests/fakes/app_world.h"
 
 namespace vgps {
@@ -80,26 +81,110 @@ TEST(OnLine, ARepaintThatTheParserAsksForShowsTheFixOfTheMoment) {
   EXPECT_EQ(world.window.repaints, 1);
 }
 
+const std::string kMessage("\xA0\xA2\x00\x02\x29\x00\x00\x29\xB0\xB3", 10);
+
 TEST(OnLine, BinaryMessagesAndSensorReadingsAreShownAsText) {
   AppWorld world;
-  world.receive(std::string("\xA0\xA2\x00\x02\x29\x00\x00\x29\xB0\xB3", 10));
-  EXPECT_EQ(world.app.lastMessageText, "Sirf msg (29): 2 bytes");
+  world.app.currentScreen = kScreenRawLog;
+  world.app.fix.running = true;
+  const auto shown = [&] { return sceneOf(world.app).message; };
+  world.receive(kMessage);
+  EXPECT_EQ(shown(), "Sirf msg (29): 2 bytes");
   world.door.post({.event = UiEvent::sensor, .x = 11.51666, .y = 48.1173});
-  EXPECT_EQ(world.app.lastSensorText, "SENS msg: 11.517,48.117");
+  EXPECT_EQ(shown(), "SENS msg: 11.517,48.117");
+  EXPECT_EQ(world.app.rawLog,
+            (std::vector<std::string>{"Sirf msg (29): 2 bytes", "SENS msg: 11.517,48.117"}));
+  for (int line = 0; line < 9; ++line) world.receive(kRmcLine);
+  EXPECT_NE(shown(), "");
+  world.receive(kRmcLine);
+  EXPECT_EQ(shown(), "") << "text for a while: the receiver has changed its language";
+  world.receive(kMessage);
+  ++world.app.gps.readers.generation;
+  EXPECT_EQ(shown(), "") << "another source";
+  world.app.fix.running = false;
 }
 
-TEST(OnLine, FrameSkipHandlesOneMessageOfN) {
-  const std::string message("\xA0\xA2\x00\x01\x29\x00\x29\xB0\xB3", 9);
-  for (const auto& [skip, handled] : {std::pair{0, 6}, {1, 6}, {2, 3}, {3, 2}}) {
+TEST(OnLine, SkippedMessagesDoNothingForTheDisplays) {
+  for (const auto& [skip, handled] :
+       {std::pair{0, "111111"}, {1, "111111"}, {2, "010101"}, {3, "001001"}, {-1, "111111"}}) {
     AppWorld world;
-    world.app.frameSkip = skip;
-    int shown = 0;
+    AppState& app = world.app;
+    app.currentScreen = kScreenRawLog;
+    app.frameSkip = skip;
+    std::string shown;
     for (int i = 0; i < 6; ++i) {
-      world.app.lastMessageText.clear();
-      world.receive(message);
-      shown += world.app.lastMessageText.empty() ? 0 : 1;
+      world.clock.now += 1000;
+      app.rawLog.clear();
+      app.news.messageCountdown = app.news.maximumCountdown = 5;
+      world.window.repaints = 0;
+      world.receive(kRmcLine);
+      shown += app.rawLog.empty() ? '0' : '1';
+      const bool isShown = shown.back() == '1';
+      EXPECT_EQ(world.window.repaints, isShown ? 1 : 0);
+      EXPECT_EQ(app.news.messageCountdown, isShown ? 4 : 5);
+      EXPECT_EQ(app.news.maximumCountdown < 5 || app.news.maximumCountdown == 10, isShown);
     }
     EXPECT_EQ(shown, handled) << skip;
+  }
+}
+
+TEST(OnLine, AFrameSkipThatWasChangedActsAtOnce) {
+  AppWorld world;
+  world.app.currentScreen = kScreenRawLog;
+  world.app.frameSkip = 10;
+  world.receive(kRmcLine);
+  world.app.frameSkip = 2;
+  for (int i = 0; i < 2; ++i) world.receive(kRmcLine);
+  EXPECT_EQ(world.app.rawLog.size(), 1U);
+}
+
+TEST(OnLine, EachValueIsAsOldAsTheSentenceThatGaveIt) {
+  const std::string noFix = "$GPRMC,123520,V,4807.038,N,01131.000,E,,,230394,,\r\n";
+  const std::string noTime = "$GPGGA,000000,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,\r\n";
+  const struct {
+    std::string line;
+    const char* fresh;  // position, motion, altitude, time, used, view, dilution
+  } rows[] = {
+      {kRmcLine, "1101000"},
+      {kGgaLine, "1011100"},
+      {noFix, "0001000"},
+      {noTime, "1010100"},
+      {"$GPRMCX,101010.000,A,23.7,37.9,100,90,36\r\n", "1110000"},
+      {"$GPGSA,A,3,01,,,,,,,,,,,,2.5,1.3,2.1\r\n", "0000001"},
+      {"$GPGSV,1,1,01,05,40,083,46*75\r\n", "0000010"},
+      {"$GPGLL,4807.038,N,01131.000,E,123519,A\r\n", "0000000"},
+  };
+  for (const auto& row : rows) {
+    AppWorld world;
+    world.receive(kRmcLine + kGgaLine + rows[5].line + rows[6].line);
+    world.clock.now += 7000;
+    world.receive(row.line);
+    const ValueAges ages = sceneOf(world.app).ages;
+    std::string fresh;
+    for (const uint32_t age : {ages.position, ages.motion, ages.altitude, ages.time, ages.used,
+                               ages.view, ages.dilution}) {
+      fresh += age == 0 ? '1' : '0';
+    }
+    EXPECT_EQ(fresh, row.fresh) << row.line;
+  }
+  AppWorld world;
+  world.receive(noFix);
+  EXPECT_EQ(worthOf(sceneOf(world.app).ages.position), Worth::old) << "nothing vouches for it";
+}
+
+TEST(OnLine, WhatAnEarlierSourceStillSaysIsNotHeard) {
+  AppWorld world;
+  AppState& app = world.app;
+  app.currentScreen = kScreenRawLog;
+  app.track.state = kRecording;
+  app.gps.readers.generation = 2;
+  for (const auto& [speaking, heard] : {std::pair{1U, false}, {2U, true}}) {
+    app.gps.readers.speaking = speaking;
+    world.receive(kRmcLine + "noise\r\n");
+    EXPECT_EQ(app.shown.dataSeen, heard);
+    EXPECT_EQ(app.rawLog.size(), heard ? 2U : 0U);
+    EXPECT_EQ(app.epochsOffered > 0, heard);
+    EXPECT_EQ(world.window.repaints > 0, heard);
   }
 }
 

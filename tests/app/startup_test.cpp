@@ -106,7 +106,7 @@ TEST(Startup, TheThirdSchemeIsDrawnInTheChosenColours) {
   EXPECT_TRUE(filled(drawn(), 1122867));
   world.clock.now += 6000;
   EXPECT_TRUE(filled(drawn(), rgb(255, 0, 0))) << "no data";
-  EXPECT_EQ(drawn().find("48.117300° N")->colour, 4660U) << "an old value is gray";
+  EXPECT_EQ(drawn().find("Y: 48 7' 2.280''N")->colour, 4660U) << "an old value is gray";
   world.app.fix.running = false;
 }
 

@@ -8,6 +8,7 @@
 #include "display/readout_text.h"
 #include "display/status_line.h"
 #include "display/text_fit.h"
+#include "geo/coordinate_lines.h"
 #include "geo/units.h"
 #include "tests/fakes/recording_canvas.h"
 
@@ -103,13 +104,15 @@ TEST_P(ReadoutAtSize, SaysEverythingWithoutClippingOrOverlap) {
   std::vector<ViewedSatellite> view;
   drawReadout(canvas, liveScene(view));
   expectTidy(canvas);
-  for (const char* text : {"48.117300° S", "171.516667° W", "411.88",       "Km/H",
-                           "222.40 Knots", "114.41 m/s",    "255.93 MpH",   "max 512.25",
-                           "337.4°",       "8848.00m",      "max 8900.00m", "22:35:19",
-                           "2026-03-23",   "00:35:19",      "UTC+02:00",    "18 used, 34 in view",
-                           "12.5",         "0.9",           "11.1",         "GPS fix",
-                           "3-D fix",      "fix 0 s ago"}) {
+  for (const char* text :
+       {"X: 171 31' 0.000''W", "Y: 48 7' 2.280''S", "411.88", "Km/H", "222.40 Knots", "max 512.25",
+        "337.4°", "8848.00m", "22:35:19", "00:35:19", "18 used, 34 in view", "12.5", "0.9", "11.1",
+        "GPS fix", "3-D fix", "fix 0 s ago"}) {
     EXPECT_TRUE(canvas.said(text)) << text;
+  }
+  const bool roomForDetails = GetParam().width * GetParam().height > 240 * 240;
+  for (const char* text : {"114.41 m/s", "255.93 MpH", "max 8900.00m", "2026-03-23", "UTC+02:00"}) {
+    EXPECT_TRUE(canvas.said(text) || !roomForDetails) << text;
   }
 }
 
@@ -135,13 +138,34 @@ TEST_P(ReadoutAtSize, LongTextsEndInAnEllipsis) {
   scene.fix.longitude = 1e18;
   scene.satellites.pdop = 1e30f;
   scene.satellites.usedCount = 2000000000;
-  drawReadout(canvas, scene);
-  expectTidy(canvas);
+  for (const int32_t format : {kDegreesMinutesSeconds, kDecimalDegrees, kUtmGrid}) {
+    scene.positionFormat = format;
+    canvas.texts.clear();
+    drawReadout(canvas, scene);
+    expectTidy(canvas);
+  }
+}
+
+// However large or small a person wants the texts, and however dense the screen is.
+TEST_P(ReadoutAtSize, IsTidyWithEveryTextSize) {
+  std::vector<ViewedSatellite> view;
+  Scene scene = liveScene(view);
+  for (const float density : {1.f, 1.5f}) {
+    scene.density = density;
+    for (const float factor : {0.1f, 0.7f, 1.3f, 2.f, 5.f}) {
+      scene.fontFactor = factor;
+      RecordingCanvas scaled(GetParam().width * density, GetParam().height * density);
+      drawReadout(scaled, scene);
+      expectTidy(scaled);
+      for (const auto& text : scaled.texts) EXPECT_GE(text.font.size, 9 * density) << text.text;
+    }
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Sizes, ReadoutAtSize,
                          testing::Values(Size{800, 480}, Size{1280, 800}, Size{320, 240},
-                                         Size{240, 320}, Size{480, 800}, Size{1920, 400}));
+                                         Size{240, 320}, Size{480, 800}, Size{1920, 400},
+                                         Size{240, 240}, Size{240, 180}));
 
 TEST(Readout, SurvivesAWindowOfNoSize) {
   std::vector<ViewedSatellite> view;
@@ -152,30 +176,37 @@ TEST(Readout, SurvivesAWindowOfNoSize) {
   }
 }
 
-struct PositionCase {
-  double latitude, longitude;
-  const char* latitudeText;
-  const char* longitudeText;
-};
-
-class ReadoutPosition : public testing::TestWithParam<PositionCase> {};
-
-TEST_P(ReadoutPosition, HasHemispheresAndAGapAtZero) {
-  Scene scene;
-  scene.fix.latitude = GetParam().latitude;
-  scene.fix.longitude = GetParam().longitude;
-  const ReadoutTexts texts = readoutTexts(scene);
-  EXPECT_EQ(texts.latitude, GetParam().latitudeText);
-  EXPECT_EQ(texts.longitude, GetParam().longitudeText);
+TEST(Readout, ThePositionIsWrittenAsThePersonWantsIt) {
+  using Lines = std::array<std::string, 3>;
+  constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+  struct {
+    double latitude, longitude;
+    int32_t format, ellipsoid;
+    Lines lines;
+    const char* zone;
+  } const rows[] = {
+      {-33.5, 151.25, 0, 0, {"X: 151 15' 0.000''E", "Y: 33 30' 0.000''S", "Z: 328.00f"}, ""},
+      {-33.5, 151.25, 1, 0, {"X: 151.2500000", "Y: -33.5000000", "Z: 328.00f"}, ""},
+      {48.1173, 11.5166667, 2, 0, {"X: 687299", "Y: 5332401", "Z: 328.00f"}, "32U"},
+      {48.1173, 11.5166667, 2, 3, {"X: 687276", "Y: 5331857", "Z: 328.00f"}, "32U"},
+      {0, -0.0011, 7, 0, {"X: 0 0' 3.960''W", "Y: 0 0' 0.000''N", "Z: 328.00f"}, ""},
+      {0.0010000000474974513, -0.001, 0, 0, {"no position", "", ""}, ""},
+      {kNone, 10, 2, 0, {"no position", "", ""}, ""},
+      {10, std::numeric_limits<double>::infinity(), 2, 0, {"no position", "", ""}, ""},
+  };
+  for (const auto& row : rows) {
+    Scene scene;
+    scene.fix.latitude = row.latitude;
+    scene.fix.longitude = row.longitude;
+    scene.fix.altitude = 100;
+    scene.altitudeUnit = kFeet;
+    scene.positionFormat = row.format;
+    scene.utmEllipsoid = row.ellipsoid;
+    const ReadoutTexts texts = readoutTexts(scene);
+    EXPECT_EQ(texts.position, row.lines);
+    EXPECT_EQ(texts.zone, row.zone);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rows, ReadoutPosition,
-    testing::Values(PositionCase{0.0010000000474974513, -0.001, "no position", ""},
-                    PositionCase{0.0010000001, 0, "0.001000° N", "0.000000° E"},
-                    PositionCase{0, -0.0011, "0.000000° N", "0.001100° W"},
-                    PositionCase{-33.5, 151.25, "33.500000° S", "151.250000° E"},
-                    PositionCase{std::numeric_limits<double>::quiet_NaN(), 0, "no position", ""}));
 
 TEST(Readout, ZerosOfAReceiverWithoutFixAreDashes) {
   Scene scene;
@@ -261,57 +292,55 @@ TEST(Readout, AStrongerSignalHasAHigherBar) {
   EXPECT_EQ(barHeight(99), barHeight(55)) << "beyond the scale ends at its top";
 }
 
-TEST(Readout, OldValuesFadeAndThenBecomeDashes) {
-  std::vector<ViewedSatellite> view;
+TEST(Readout, EachValueFadesAndBecomesDashesByItsOwnAge) {
   struct {
-    ReceiverState state;
-    uint32_t fixAgeMs, dataAgeMs;
-    bool position, time;  // shown
-    bool faded;
+    uint32_t ValueAges::*age;
+    std::vector<std::string> texts;  // on the canvas
   } const rows[] = {
-      {ReceiverState::fix, 5000, 0, true, true, false},
-      {ReceiverState::fix, 5001, 0, true, true, true},
-      {ReceiverState::noData, 5001, 5001, true, true, true},
-      {ReceiverState::noFix, 1000, 1000, true, true, true},
-      {ReceiverState::noFix, 30000, 0, true, true, true},
-      {ReceiverState::noFix, 30001, 0, false, true, true},
-      {ReceiverState::lost, 30001, 30001, false, false, true},
-      {ReceiverState::notConnected, 31000, 31000, false, false, true},
+      {&ValueAges::position, {"X: 171 31' 0.000''W", "Y: 48 7' 2.280''S"}},
+      {&ValueAges::motion, {"411.88", "337.4°", "222.40 Knots", "NNW, var 3.1° W"}},
+      {&ValueAges::altitude, {"8848.00m", "Z: 8848.00m"}},
+      {&ValueAges::time, {"22:35:19", "00:35:19", "2026-03-23"}},
+      {&ValueAges::used, {"18 used, 34 in view"}},
+      {&ValueAges::view, {"18 used, 34 in view"}},
+      {&ValueAges::dilution, {"12.5", "0.9", "11.1"}},
   };
-  for (const auto& row : rows) {
-    Scene scene = liveScene(view);
-    scene.state = row.state;
-    scene.fixAgeMs = row.fixAgeMs;
-    scene.dataAgeMs = row.dataAgeMs;
-    RecordingCanvas canvas(800, 480);
-    drawReadout(canvas, scene);
-    const Colour colour = row.faded ? scene.palette.faded : scene.palette.value;
-    for (const char* text : {"48.117300° S", "171.516667° W", "411.88", "337.4°", "8848.00m"}) {
-      const auto* const found = canvas.find(text);
-      EXPECT_EQ(found != nullptr, row.position) << text << row.fixAgeMs;
-      if (found == nullptr) continue;
-      EXPECT_EQ(found->colour, colour) << text << row.fixAgeMs;
+  for (const ReceiverState state : {ReceiverState::fix, ReceiverState::noFix}) {
+    for (const auto& row : rows) {
+      for (const uint32_t age : {5000U, 5001U, 30000U, 30001U}) {
+        std::vector<ViewedSatellite> view;
+        Scene scene = liveScene(view);
+        scene.state = state;
+        scene.ages.*row.age = age;
+        RecordingCanvas canvas(800, 480);
+        drawReadout(canvas, scene);
+        for (const auto& other : rows) {
+          for (const std::string& text : other.texts) {
+            const bool ages = other.texts == row.texts;
+            const auto* const found = canvas.find(text);
+            EXPECT_EQ(found != nullptr, !ages || age <= 30000) << text << " at " << age;
+            if (found == nullptr) continue;
+            EXPECT_EQ(found->colour == scene.palette.faded, ages && age > 5000)
+                << text << " at " << age;
+          }
+        }
+        EXPECT_EQ(canvas.said("no satellites"), scene.ages.view > 30000);
+        EXPECT_TRUE(canvas.said("max 512.25")) << "the greatest speed does not age";
+      }
     }
-    for (const char* text : {"22:35:19", "00:35:19", "2026-03-23"}) {
-      EXPECT_EQ(canvas.said(text), row.time) << text << row.dataAgeMs;
-    }
-    EXPECT_TRUE(canvas.said("max 512.25")) << "the greatest speed does not age";
   }
 }
 
-TEST(Readout, AgesGrowCoarser) {
+TEST(Readout, ANewMaximumIsPointedOut) {
   Scene scene;
-  EXPECT_EQ(statusTexts(scene).age, "");
-  scene.state = ReceiverState::noFix;
-  EXPECT_EQ(statusTexts(scene).age, "") << "before the first fix";
-  scene.fixSeen = true;
-  const std::pair<uint32_t, const char*> rows[] = {
-      {999, "fix 0 s ago"},     {9999, "fix 9 s ago"},          {14999, "fix 10 s ago"},
-      {59999, "fix 55 s ago"},  {60000, "fix 1 min ago"},       {3599999, "fix 59 min ago"},
-      {3600000, "fix 1 h ago"}, {4294967295U, "fix 1193 h ago"}};
-  for (const auto& [ms, text] : rows) {
-    scene.fixAgeMs = ms;
-    EXPECT_EQ(statusTexts(scene).age, text);
+  scene.maxSpeed = 100;
+  scene.maxAltitude = 200;
+  for (const bool isNew : {false, true}) {
+    scene.newMaxSpeed = isNew;
+    RecordingCanvas canvas(800, 480);
+    drawReadout(canvas, scene);
+    EXPECT_EQ(canvas.find("max 100.00")->colour, isNew ? scene.palette.good : scene.palette.label);
+    EXPECT_EQ(canvas.find("max 200.00m")->colour, scene.palette.label);
   }
 }
 

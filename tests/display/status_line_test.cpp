@@ -96,15 +96,37 @@ TEST(StatusLine, NothingOverlapsHoweverNarrow) {
   }
 }
 
+TEST(StatusLine, TheAgeOfTheFixIsInSeconds) {
+  Scene scene = receiving();
+  const std::pair<uint32_t, const char*> rows[] = {
+      {999, "fix 0 s ago"}, {14999, "fix 14 s ago"}, {7200000, "fix 7200 s ago"}};
+  for (const auto& [ms, text] : rows) {
+    scene.fixAgeMs = ms;
+    EXPECT_EQ(statusTexts(scene).age, text);
+  }
+  scene.fixSeen = false;
+  EXPECT_EQ(statusTexts(scene).age, "") << "before the first fix";
+}
+
+TEST(StatusLine, TellsWhatCameInNoSentence) {
+  Scene scene = receiving();
+  scene.message = "Sirf msg (29): 2 bytes";
+  RecordingCanvas canvas(800, 200);
+  drawStatusLine(canvas, {{0, 180, 800, 20}, 12}, scene);
+  EXPECT_TRUE(canvas.said("Sirf msg (29): 2 bytes"));
+}
+
 TEST(StatusLine, ADrawingIsDueWhenAnAgeChangesWhatIsShown) {
   Scene scene = receiving();
   scene.state = ReceiverState::notConnected;
-  scene.fixAgeMs = 6000;
-  const std::string before = passingText(scene);
-  scene.fixAgeMs = 29000;
-  EXPECT_EQ(passingText(scene), before);
-  scene.fixAgeMs = 30001;
-  EXPECT_NE(passingText(scene), before) << "the values become dashes";
+  scene.ages.dilution = 6000;
+  const PassingTexts before = passingTexts(scene);
+  scene.ages.dilution = 29000;
+  EXPECT_EQ(passingTexts(scene), before);
+  scene.ages.dilution = 30001;
+  EXPECT_NE(passingTexts(scene).values, before.values) << "the values become dashes";
+  scene.notice = "This is not available yet.";
+  EXPECT_NE(passingTexts(scene).status, before.status);
 }
 
 }  // namespace

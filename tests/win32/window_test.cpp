@@ -195,6 +195,56 @@ TEST(WindowDoor, ShuttingLetsAWaitingSenderGo) {
   DestroyWindow(window);
 }
 
+// What an earlier reader has on its way is a text or a record by its own protocol, not by that of
+// the source opened since: it must not even be looked at.
+TEST(WindowDoor, AMessageOfAnEarlierSourceIsNotRead) {
+  struct NoTime : Clock {
+    uint32_t tick() const override { return 0; }
+    DateTime utc() const override { return {}; }
+    DateTime local() const override { return {}; }
+  } clock;
+  struct Silent : Sounds {
+    void play(const char*) override {}
+  } sounds;
+  WindowDoor door;
+  MainWindow mainWindow;
+  AppState app(Platform{clock, sounds, door, mainWindow, makeSerialPort});
+  app.gps.readers.generation = 2;
+  const auto fix = reinterpret_cast<LPARAM>(&app.fix);
+  const auto line = reinterpret_cast<WPARAM>(L"$GPRMC");
+  for (const auto& [speaking, text] : {std::pair{1U, ""}, {2U, "$GPRMC"}, {0U, "$GPRMC"}}) {
+    app.gps.readers.speaking = speaking;
+    std::string held;
+    UiMessage message;
+    EXPECT_TRUE(readUiMessage(0x466, line, fix, app.fix, held, message));
+    EXPECT_EQ(message.text, text);
+    EXPECT_EQ(message.generation, speaking);
+  }
+}
+
+TEST(Tray, ARightPressOffersAMenu) {
+  ProgramInProcess program({});
+  const HWND window = program.window();
+  ASSERT_NE(window, nullptr);
+  PostMessageW(window, 0x465, 1, WM_RBUTTONUP);
+  HWND popup = nullptr;
+  ASSERT_TRUE(
+      waitFor([&] { return (popup = findWindow(GetCurrentProcessId(), L"#32768")) != nullptr; }));
+  constexpr UINT kGetMenu = 0x1E1;  // MN_GETHMENU
+  const auto* const menu = addressIn<HMENU__>(SendMessageW(popup, kGetMenu, 0, 0));
+  const auto item = [&](UINT place) {
+    wchar_t text[64] = L"";
+    GetMenuStringW(const_cast<HMENU>(menu), place, text, 64, MF_BYPOSITION);
+    return std::wstring(text);
+  };
+  EXPECT_EQ(item(0), L"&Open");
+  EXPECT_EQ(item(2), L"&Connect");
+  EXPECT_EQ(item(4), L"E&xit");
+  PostMessageW(window, WM_CHAR, L'x', 0);
+  EXPECT_TRUE(waitFor([&] { return IsWindow(window) == FALSE; })) << "the program ends";
+  EXPECT_EQ(program.close(), 0);
+}
+
 TEST(LocationSensor, WithoutAManagerThereIsNone) {
   LocationSensorManager* const manager = locationSensorManager();
   if (manager == nullptr) return;  // Wine has none
