@@ -5,19 +5,11 @@
 
 #include "library/journal.h"
 #include "tests/win32/drive.h"
+#include "tests/win32/line.h"
 
 // How the program ends, with a recording under way and without.
 namespace vgps {
 namespace {
-
-std::string epoch(int number) {
-  char text[200];
-  std::snprintf(text, sizeof text,
-                "$GPGGA,1235%02d,48%02d.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,\r\n"
-                "$GPRMC,1235%02d,A,48%02d.038,N,01131.000,E,022.4,%03d.4,230394,003.1,W\r\n",
-                number, number, number, number, number * 20 % 360);
-  return text;
-}
 
 class Recording : public testing::Test {
  protected:
@@ -37,7 +29,7 @@ class Recording : public testing::Test {
   // Some points for the track.
   void drive() {
     for (int i = 0; i < 6; ++i) {
-      line.write(epoch(++epochs));
+      line.write(epochText(++epochs));
       SendMessageW(window, WM_COMMAND, 1216, 0);
       Sleep(60);
     }

@@ -1,11 +1,11 @@
 #include "tests/win32/drive.h"
 
+#include <commctrl.h>
 #include <psapi.h>
 #include <winternl.h>
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -91,6 +91,8 @@ HWND findWindow(DWORD process, const wchar_t* className) {
       reinterpret_cast<LPARAM>(&search));
   return search.found;
 }
+
+HWND ownDialog() { return findWindow(GetCurrentProcessId(), L"#32770"); }
 
 void enterTestDesktop() {
   static const HDESK desktop =
@@ -201,6 +203,30 @@ bool press(HWND dialog, int button) {
   return waitFor([&] { return !IsWindow(dialog); });
 }
 
+std::wstring cellText(HWND list, int row, int column) {
+  wchar_t text[200] = L"";
+  LVITEMW item{};
+  item.iSubItem = column;
+  item.pszText = text;
+  item.cchTextMax = static_cast<int>(std::size(text));
+  SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+  return text;
+}
+
+bool choose(HWND dialog, int box, const wchar_t* text) {
+  const HWND control = GetDlgItem(dialog, box);
+  const LRESULT item = SendMessageW(control, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                    reinterpret_cast<LPARAM>(text));
+  if (item == CB_ERR) return false;
+  SendMessageW(control, CB_SETCURSEL, static_cast<WPARAM>(item), 0);
+  return windowText(control) == text;
+}
+
+int Program::close() {
+  PostMessageW(window(), WM_CLOSE, 0, 0);
+  return exitCode();
+}
+
 int Program::exitCode(DWORD limitMs) const {
   DWORD code = 0;
   if (WaitForSingleObject(process_.hProcess, limitMs) != WAIT_OBJECT_0) return -1;
@@ -224,6 +250,12 @@ size_t Program::workingSet() const {
   return memory.WorkingSetSize;
 }
 
+size_t peakWorkingSet() {
+  PROCESS_MEMORY_COUNTERS memory{};
+  GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
+  return memory.PeakWorkingSetSize;
+}
+
 DWORD openHandles(DWORD process) { return processEntry(process).HandleCount; }
 
 DWORD Program::handles() const { return openHandles(process_.dwProcessId); }
@@ -244,6 +276,11 @@ ProgramInProcess::ProgramInProcess(std::vector<std::string> arguments, std::stri
   });
   waitFor(
       [&] { return (window_ = findWindow(GetCurrentProcessId(), kMainWindowClass)) != nullptr; });
+}
+
+std::string ProgramInProcess::settings() const {
+  std::ifstream in(programFolder() + "\\vgps.xml", std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
 }
 
 int ProgramInProcess::close() {
@@ -293,57 +330,16 @@ int Picture::ink(const Rect& area, Colour ground) const {
   return count;
 }
 
-SerialLine::SerialLine() { plugIn(); }
-
-SerialLine::~SerialLine() { unplug(); }
-
-// The cable is made of the other system's pseudo-terminals, by the script that started this test.
-bool SerialLine::command(const char* word) {
-  const char* const script = std::getenv("VGPS_TEST_WINE");
-  const char* const folder = std::getenv("VGPS_TEST_WINE_DIR");
-  if (script == nullptr || folder == nullptr) return false;
-  const std::string state = "Z:" + std::string(folder) + "/line/state";
-  DeleteFileW(wideFromUtf8(state).c_str());
-  std::wstring command =
-      wideFromUtf8("Z:\\bin\\sh " + std::string(script) + " line " + folder + " " + word);
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  PROCESS_INFORMATION process{};
-  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                      &startup, &process)) {
-    return false;
+bool Picture::differs(const Rect& area, const Picture& other) const {
+  if (width_ != other.width_ || height_ != other.height_) return true;
+  const int right = std::min(static_cast<int>(area.x + area.width), width_);
+  const int bottom = std::min(static_cast<int>(area.y + area.height), height_);
+  for (int y = static_cast<int>(area.y); y < bottom; ++y) {
+    for (int x = static_cast<int>(area.x); x < right; ++x) {
+      if (at(x, y) != other.at(x, y)) return true;
+    }
   }
-  return waitFor([&] {
-    std::ifstream in(state);
-    std::string said;
-    return static_cast<bool>(in >> said);
-  });
-}
-
-void SerialLine::unplug() {
-  end_ = Handle();
-  command("stop");
-  up_ = false;
-}
-
-void SerialLine::plugIn() {
-  if (!command("start")) return;
-  end_ = Handle(CreateFileW(L"\\\\.\\COM4", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
-                            0, nullptr));
-  up_ = end_.isValid();
-}
-
-void SerialLine::write(std::string_view bytes) {
-  DWORD written = 0;
-  WriteFile(end_.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-}
-
-std::string SerialLine::read(size_t length) {
-  std::string bytes(length, '\0');
-  DWORD got = 0;
-  ReadFile(end_.get(), bytes.data(), static_cast<DWORD>(length), &got, nullptr);
-  bytes.resize(got);
-  return bytes;
+  return false;
 }
 
 }  // namespace vgps

@@ -25,8 +25,14 @@ bool isResponsive(HWND window);
 // Open kernel objects of a process, as the list of all processes has them.
 DWORD openHandles(DWORD process);
 
+// The most memory that this process ever had, in bytes.
+size_t peakWorkingSet();
+
 // The visible top-level window of a process with that class; null when there is none.
 HWND findWindow(DWORD process, const wchar_t* className);
+
+// The dialog or message box of this process that is open; null when there is none.
+HWND ownDialog();
 
 // The calling thread's windows go to the test's desktop from now on.
 void enterTestDesktop();
@@ -71,7 +77,9 @@ class Program {
   HWND messageBox(std::wstring_view text) const { return dialogWith(0xFFFF, text); }
   bool isRunning() const { return WaitForSingleObject(process_.hProcess, 0) == WAIT_TIMEOUT; }
   // After the window was asked to close; -1 when the program goes on running.
-  int exitCode(DWORD limitMs = 5000) const;
+  int exitCode(DWORD limitMs = 20000) const;
+  // Asks the window to close; the exit code.
+  int close();
   double processorSeconds() const;
   size_t workingSet() const;
   // Open kernel objects, and threads; as the list of all processes has them.
@@ -89,6 +97,12 @@ class Program {
 // Presses a button of a dialog and waits until that is closed.
 bool press(HWND dialog, int button);
 
+// A cell of a list of this process.
+std::wstring cellText(HWND list, int row, int column);
+
+// The text of a combo box, chosen from its list; false when the list does not have it.
+bool choose(HWND dialog, int box, const wchar_t* text);
+
 // The same program as a thread of this process, whose window may be looked into.
 class ProgramInProcess {
  public:
@@ -98,6 +112,8 @@ class ProgramInProcess {
   ~ProgramInProcess() { close(); }
 
   HWND window() const { return window_; }
+  // Its settings as they are on the disk now.
+  std::string settings() const;
   // Asks the window to close and waits for the end; the exit code.
   int close();
 
@@ -120,31 +136,14 @@ class Picture {
   }
   // Pixels in the rectangle that differ from `ground`.
   int ink(const Rect& area, Colour ground) const;
+  // Whether anything in the rectangle is not as in the other, of the same size.
+  bool differs(const Rect& area, const Picture& other) const;
   bool operator==(const Picture&) const = default;
 
  private:
   int width_ = 0;
   int height_ = 0;
   std::vector<Colour> pixels_;
-};
-
-// The cable between COM3 and COM4. The program has one end, the test writes into the other.
-class SerialLine {
- public:
-  SerialLine();
-  ~SerialLine();
-  bool isUp() const { return up_; }
-  void unplug();
-  void plugIn();
-  // Through COM4.
-  void write(std::string_view bytes);
-  std::string read(size_t length);
-
- private:
-  bool command(const char* word);
-
-  bool up_ = false;
-  Handle end_;
 };
 
 }  // namespace vgps

@@ -4,16 +4,13 @@
 
 #include "platform/files.h"
 #include "tests/win32/drive.h"
+#include "tests/win32/line.h"
 #include "win32/main_window.h"
 #include "win32/wide.h"
 
 // The started program, seen from outside.
 namespace vgps {
 namespace {
-
-const std::string kEpoch =
-    "$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*47\r\n"
-    "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n";
 
 void expectCleanEnd(Program& program, HWND window) {
   PostMessageW(window, WM_CLOSE, 0, 0);
@@ -106,7 +103,7 @@ TEST(Program, UnpluggingNeitherHangsNorCrashes) {
   ASSERT_NE(window, nullptr);
   for (int round = 0; round < 3; ++round) {
     for (int i = 0; i < 5; ++i) {
-      line.write(kEpoch);
+      line.write(epochText(i));
       Sleep(50);
     }
     line.unplug();
@@ -128,7 +125,7 @@ TEST(Program, ClosesWhileDataStreamIn) {
     Program program(L"--port COM3 --speed 115200");
     const HWND window = program.window();
     ASSERT_NE(window, nullptr);
-    for (int i = 0; i < 20; ++i) line.write(kEpoch);
+    for (int i = 0; i < 20; ++i) line.write(epochText(i));
     expectCleanEnd(program, window);
   }
 }
