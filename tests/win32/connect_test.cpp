@@ -30,14 +30,6 @@ bool showsAnotherPosition(HWND window, const Picture& before) {
   return waitFor([&] { return Picture::ofWindow(window).differs(positionIn(window), before); });
 }
 
-// The dialog that opens after the command.
-HWND openDialog(Program& program, UINT command) {
-  PostMessageW(program.window(), WM_COMMAND, command, 0);
-  HWND dialog = nullptr;
-  waitFor([&] { return (dialog = program.dialog()) != nullptr && isResponsive(dialog); });
-  return dialog;
-}
-
 TEST(Connecting, FromTheFirstStartToTheFirstPosition) {
   SerialLine line;
   ASSERT_TRUE(line.isUp());
@@ -49,7 +41,7 @@ TEST(Connecting, FromTheFirstStartToTheFirstPosition) {
     const Receiver receiver(line);
     PostMessageW(GetDlgItem(window, kFinderButton), BM_CLICK, 0, 0);
     HWND search = nullptr;
-    ASSERT_TRUE(waitFor([&] { return (search = ownDialog()) != nullptr; }));
+    ASSERT_TRUE(waitFor([&] { return (search = openDialog()) != nullptr; }));
     const HWND use = GetDlgItem(search, IDOK);
     ASSERT_TRUE(waitFor([&] { return IsWindowEnabled(use) != FALSE; }, 30000)) << "none found";
     const HWND list = GetDlgItem(search, FINDER_LIST);
@@ -112,7 +104,7 @@ TEST(Connecting, TheSettingsDialogWritesWhatWasConfirmed) {
   Program program(L"", &folder);
   ASSERT_NE(program.window(), nullptr);
   for (const int button : {IDCANCEL, IDOK}) {
-    const HWND dialog = openDialog(program, kSettingsCommand);
+    const HWND dialog = openByCommand(program.window(), kSettingsCommand);
     ASSERT_NE(dialog, nullptr);
     EXPECT_EQ(windowText(GetDlgItem(dialog, CONTROL_PORT)), L"COM5") << button;
     EXPECT_EQ(windowText(GetDlgItem(dialog, CONTROL_BAUD_RATE)), L"4800") << button;
@@ -125,7 +117,7 @@ TEST(Connecting, TheSettingsDialogWritesWhatWasConfirmed) {
     EXPECT_EQ(settings.find("port=\"COM17\"") != std::string::npos, button == IDOK) << settings;
     EXPECT_EQ(settings.find("speed=\"38400\"") != std::string::npos, button == IDOK) << settings;
   }
-  const HWND dialog = openDialog(program, kSettingsCommand);
+  const HWND dialog = openByCommand(program.window(), kSettingsCommand);
   EXPECT_EQ(windowText(GetDlgItem(dialog, CONTROL_PORT)), L"COM17");
   EXPECT_EQ(program.close(), 0) << "with its dialog open";
 }
@@ -143,7 +135,7 @@ TEST(Connecting, AReceiverUnpluggedBehindTheSettingsDialogComesBack) {
     return waitFor([&] { return folder.size("gps.log") > before; }, 30000);
   };
   EXPECT_TRUE(receives());
-  const HWND dialog = openDialog(program, kSettingsCommand);
+  const HWND dialog = openByCommand(program.window(), kSettingsCommand);
   ASSERT_NE(dialog, nullptr);
   line.unplug();
   // The timer that looks after the connection, a little early.

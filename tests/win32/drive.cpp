@@ -92,7 +92,16 @@ HWND findWindow(DWORD process, const wchar_t* className) {
   return search.found;
 }
 
-HWND ownDialog() { return findWindow(GetCurrentProcessId(), L"#32770"); }
+HWND openDialog(DWORD process) { return findWindow(process, L"#32770"); }
+
+HWND openByCommand(HWND window, UINT command) {
+  DWORD process = 0;
+  GetWindowThreadProcessId(window, &process);
+  PostMessageW(window, WM_COMMAND, command, 0);
+  HWND dialog = nullptr;
+  waitFor([&] { return (dialog = openDialog(process)) != nullptr && isResponsive(dialog); });
+  return dialog;
+}
 
 void enterTestDesktop() {
   static const HDESK desktop =
@@ -190,17 +199,38 @@ bool Program::hasWindow() const {
 
 HWND Program::dialogWith(int control, std::wstring_view text) const {
   HWND found = nullptr;
-  waitFor([&] {
+  const bool says = waitFor([&] {
     found = dialog();
     return found != nullptr && windowText(GetDlgItem(found, control)) == text;
   });
-  return found;
+  return says ? found : nullptr;
 }
 
 bool press(HWND dialog, int button) {
   PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(button),
                reinterpret_cast<LPARAM>(GetDlgItem(dialog, button)));
   return waitFor([&] { return !IsWindow(dialog); });
+}
+
+namespace {
+
+// The menu that holds the item itself.
+HMENU menuWith(HMENU menu, UINT command) {
+  for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+    if (GetMenuItemID(menu, i) == command) return menu;
+    const HMENU popup = GetSubMenu(menu, i);
+    const HMENU found = popup == nullptr ? nullptr : menuWith(popup, command);
+    if (found != nullptr) return found;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+UINT menuState(HWND window, UINT command) {
+  const HMENU menu = menuWith(GetMenu(window), command);
+  SendMessageW(window, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu), 0);
+  return GetMenuState(menu, command, MF_BYCOMMAND);
 }
 
 std::wstring cellText(HWND list, int row, int column) {

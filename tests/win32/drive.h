@@ -31,8 +31,11 @@ size_t peakWorkingSet();
 // The visible top-level window of a process with that class; null when there is none.
 HWND findWindow(DWORD process, const wchar_t* className);
 
-// The dialog or message box of this process that is open; null when there is none.
-HWND ownDialog();
+// The dialog or message box of a process that is open, by default of this one; null without any.
+HWND openDialog(DWORD process = GetCurrentProcessId());
+
+// The dialog that opens by a command of the window; null after ten seconds.
+HWND openByCommand(HWND window, UINT command);
 
 // The calling thread's windows go to the test's desktop from now on.
 void enterTestDesktop();
@@ -71,7 +74,7 @@ class Program {
   // The main window, or null after ten seconds.
   HWND window();
   bool hasWindow() const;
-  HWND dialog() const { return findWindow(process_.dwProcessId, L"#32770"); }
+  HWND dialog() const { return openDialog(process_.dwProcessId); }
   // A message box or dialog whose text of that control is `text`; null after ten seconds.
   HWND dialogWith(int control, std::wstring_view text) const;
   HWND messageBox(std::wstring_view text) const { return dialogWith(0xFFFF, text); }
@@ -96,6 +99,9 @@ class Program {
 
 // Presses a button of a dialog and waits until that is closed.
 bool press(HWND dialog, int button);
+
+// The state of a menu item of this process, as if the person had opened its menu.
+UINT menuState(HWND window, UINT command);
 
 // A cell of a list of this process.
 std::wstring cellText(HWND list, int row, int column);

@@ -36,8 +36,7 @@ class FinderDialogTest : public testing::Test {
                           .makePort = [] { return std::make_unique<SpeakingPort>(voices); },
                           .times = {.listenMs = 40, .countMs = 10}});
     });
-    ASSERT_TRUE(waitFor(
-        [&] { return (dialog = findWindow(GetCurrentProcessId(), L"#32770")) != nullptr; }));
+    ASSERT_TRUE(waitFor([&] { return (dialog = openDialog()) != nullptr; }));
   }
   void press(int button) {
     PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(button), 0);
