@@ -12,6 +12,7 @@
 #include <iterator>
 
 #include "platform/files.h"
+#include "tests/win32/processor_time.h"
 #include "win32/desktop.h"
 #include "win32/main_window.h"
 #include "win32/message_parameter.h"
@@ -166,7 +167,8 @@ Program::Program(const std::wstring& arguments, const RunFolder* folder)
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
   limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
   SetInformationJobObject(job_.get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
-  std::wstring command = L"\"" + wideFromUtf8(folder->file("VexaGPS.exe")) + L"\" " + arguments;
+  path_ = folder->file("VexaGPS.exe");
+  std::wstring command = L"\"" + wideFromUtf8(path_) + L"\" " + arguments;
   std::wstring desktop = desktopName();
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
@@ -265,13 +267,7 @@ int Program::exitCode(DWORD limitMs) const {
 }
 
 double Program::processorSeconds() const {
-  FILETIME created, ended, kernel, user;
-  if (!GetProcessTimes(process_.hProcess, &created, &ended, &kernel, &user)) return 0;
-  const auto ticks = [](const FILETIME& time) {
-    return static_cast<double>(static_cast<ULONGLONG>(time.dwHighDateTime) << 32 |
-                               time.dwLowDateTime);
-  };
-  return (ticks(kernel) + ticks(user)) / 1e7;
+  return ProcessorTime(process_.hProcess, path_).seconds();
 }
 
 size_t Program::workingSet() const {

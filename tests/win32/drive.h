@@ -83,6 +83,7 @@ class Program {
   int exitCode(DWORD limitMs = 20000) const;
   // Asks the window to close; the exit code.
   int close();
+  // Of all its threads, since it began.
   double processorSeconds() const;
   size_t workingSet() const;
   // Open kernel objects, and threads; as the list of all processes has them.
@@ -93,6 +94,7 @@ class Program {
 
  private:
   std::unique_ptr<RunFolder> ownFolder_;
+  std::string path_;
   Handle job_;
   PROCESS_INFORMATION process_{};
 };
