@@ -282,15 +282,58 @@ size_t peakWorkingSet() {
   return memory.PeakWorkingSetSize;
 }
 
-DWORD openHandles(DWORD process) { return processEntry(process).HandleCount; }
+// Counted one by one: the count in the list of processes is that of the places in a table on some
+// systems, free ones included.
+DWORD openHandles(DWORD process) {
+  std::vector<std::byte> list(1 << 20);
+  ULONG length = 0;
+  if (NtQuerySystemInformation(SystemHandleInformation, list.data(),
+                               static_cast<ULONG>(list.size()), &length) != 0) {
+    return 0;
+  }
+  ULONG all = 0;
+  std::memcpy(&all, list.data(), sizeof all);
+  const std::byte* at = list.data() + offsetof(SYSTEM_HANDLE_INFORMATION, Handle);
+  DWORD count = 0;
+  for (; all > 0; --all, at += sizeof(SYSTEM_HANDLE_ENTRY)) {
+    SYSTEM_HANDLE_ENTRY entry;
+    std::memcpy(&entry, at, sizeof entry);
+    count += entry.OwnerPid == process;
+  }
+  return count;
+}
 
 DWORD Program::handles() const { return openHandles(process_.dwProcessId); }
 
 DWORD Program::threads() const { return processEntry(process_.dwProcessId).NumberOfThreads; }
 
-DWORD Program::guiObjects() const {
-  return GetGuiResources(process_.hProcess, GR_GDIOBJECTS) +
-         GetGuiResources(process_.hProcess, GR_USEROBJECTS);
+// Wine counts none for GetGuiResources. Its table of them is where Windows has it: the process has
+// a pointer to it, and an entry that is in use has a type.
+DWORD drawingObjects(HANDLE process) {
+  if (const DWORD counted = GetGuiResources(process, GR_GDIOBJECTS)) return counted;
+  struct Entry {
+    uint64_t object;
+    uint32_t owner;
+    uint16_t unique;
+    uint8_t type, flags;
+    uint64_t user;
+  };
+  constexpr size_t kTableInBlock = 0xF8;  // of the process's environment block
+  constexpr size_t kPlaces = 0x10000;
+  PROCESS_BASIC_INFORMATION about{};
+  if (NtQueryInformationProcess(process, ProcessBasicInformation, &about, sizeof about, nullptr)) {
+    return 0;
+  }
+  const void* table = nullptr;
+  std::vector<Entry> entries(kPlaces);
+  const std::byte* const block =
+      static_cast<const std::byte*>(static_cast<void*>(about.PebBaseAddress));
+  if (!ReadProcessMemory(process, block + kTableInBlock, &table, sizeof table, nullptr) ||
+      !ReadProcessMemory(process, table, entries.data(), kPlaces * sizeof(Entry), nullptr)) {
+    return 0;
+  }
+  return static_cast<DWORD>(std::count_if(entries.begin(), entries.end(),
+                                          [](const Entry& entry) { return entry.type != 0; }));
 }
 
 ProgramInProcess::ProgramInProcess(std::vector<std::string> arguments, std::string_view settings) {

@@ -22,11 +22,14 @@ std::wstring windowText(HWND window);
 // Whether the thread of the window answers.
 bool isResponsive(HWND window);
 
-// Open kernel objects of a process, as the list of all processes has them.
+// Open kernel objects of a process; 0 when the system does not tell.
 DWORD openHandles(DWORD process);
 
 // The most memory that this process ever had, in bytes.
 size_t peakWorkingSet();
+
+// Pens, bitmaps, fonts and the like of a process; 0 when the system does not tell.
+DWORD drawingObjects(HANDLE process);
 
 // The visible top-level window of a process with that class; null when there is none.
 HWND findWindow(DWORD process, const wchar_t* className);
@@ -86,11 +89,10 @@ class Program {
   // Of all its threads, since it began.
   double processorSeconds() const;
   size_t workingSet() const;
-  // Open kernel objects, and threads; as the list of all processes has them.
   DWORD handles() const;
   DWORD threads() const;
-  // Pens, bitmaps, windows and the like; 0 where the system does not count them.
-  DWORD guiObjects() const;
+  // Pens, bitmaps, fonts and the like.
+  DWORD drawingObjects() const { return vgps::drawingObjects(process_.hProcess); }
 
  private:
   std::unique_ptr<RunFolder> ownFolder_;
