@@ -276,9 +276,9 @@ size_t Program::workingSet() const {
   return memory.WorkingSetSize;
 }
 
-size_t peakWorkingSet() {
+size_t Program::peakWorkingSet() const {
   PROCESS_MEMORY_COUNTERS memory{};
-  GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
+  GetProcessMemoryInfo(process_.hProcess, &memory, sizeof memory);
   return memory.PeakWorkingSetSize;
 }
 

@@ -25,9 +25,6 @@ bool isResponsive(HWND window);
 // Open kernel objects of a process; 0 when the system does not tell.
 DWORD openHandles(DWORD process);
 
-// The most memory that this process ever had, in bytes.
-size_t peakWorkingSet();
-
 // Pens, bitmaps, fonts and the like of a process; 0 when the system does not tell.
 DWORD drawingObjects(HANDLE process);
 
@@ -89,6 +86,7 @@ class Program {
   // Of all its threads, since it began.
   double processorSeconds() const;
   size_t workingSet() const;
+  size_t peakWorkingSet() const;
   DWORD handles() const;
   DWORD threads() const;
   // Pens, bitmaps, fonts and the like.
