@@ -113,9 +113,12 @@ TEST(Program, UnpluggingNeitherHangsNorCrashes) {
     line.plugIn();
     EXPECT_TRUE(isResponsive(window));
   }
+  line.unplug();
   const double before = program.processorSeconds();
   Sleep(1000);
-  EXPECT_LT(program.processorSeconds() - before, 0.3) << "a dead port is asked all the time";
+  const double used = program.processorSeconds() - before;
+  std::printf("unplugged: %.2f %% of a core\n", used * 100);
+  EXPECT_LT(used, 0.3) << "a dead port is asked all the time";
   expectCleanEnd(program, window);
 }
 
