@@ -172,7 +172,7 @@ bool PortFinder::Search::tryAt(size_t index, uint32_t speed) {
     if (noteOpen(index)) return true;
     const ProbeResult result = judgeBytes(bytes, ms).result;
     if (result == ProbeResult::found && positionMs == 0) positionMs = std::max(ms, 1U);
-    if (positionMs != 0) return ms - positionMs >= times.countMs;
+    if (positionMs != 0) return ms >= positionMs + times.countMs;
     return result == ProbeResult::wrongSpeed && bytes.size() >= kEnoughNoise;
   };
   const std::unique_ptr<SerialPort> port = makePort();

@@ -21,7 +21,7 @@ word_soak() {
   place build/windows/bin/VexaGPS.exe
   trap stop_wine EXIT
   tests/wine/wine.sh start "$WINE_DIR" build/windows/bin/keepalive.exe >/dev/null 2>&1 </dev/null
-  say "$cycles times $SENTENCES_PER_CYCLE sentences and an unplugged receiver"
+  say "$cycles times $SENTENCES_PER_CYCLE sentences, a recording, every screen and an unplugged receiver"
   export VGPS_SOAK_CYCLES=$cycles VGPS_SOAK_SENTENCES=$SENTENCES_PER_CYCLE
   GROUP_LIMIT=$((cycles * 40 + 600))
   in_wine window_tests.exe '--gtest_filter=Soak.*'

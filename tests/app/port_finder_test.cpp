@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "tests/fakes/speaking_port.h"
 
 namespace vgps {
@@ -85,6 +87,30 @@ TEST(PortFinder, WhatHasNotAnsweredInTimeIsSaid) {
     EXPECT_EQ(finder.progress(), 1000);
     EXPECT_EQ(bestFinding(findings)->port.name, "1");
   }
+}
+
+// Its bytes are there before anybody listens.
+class WaitingPort : public SpeakingPort {
+ public:
+  using SpeakingPort::SpeakingPort;
+  PortRead read(std::span<char> buffer, size_t& got, int timeoutMs) override {
+    if (!std::exchange(said_, true)) return SpeakingPort::read(buffer, got, 0);
+    got = 0;
+    std::this_thread::sleep_for(std::chrono::milliseconds(std::min(timeoutMs, 2)));
+    return PortRead::silence;
+  }
+
+ private:
+  bool said_ = false;
+};
+
+TEST(PortFinder, AReceiverThatSpeaksAtOnceIsListenedToAllTheSame) {
+  const SpeakingPort::Voices voices = {{"1", {9600, kRmc}}};
+  PortFinder finder([&] { return std::make_unique<WaitingPort>(voices); }, [] {}, kQuick);
+  finder.start({{"1", {}}});
+  while (finder.running()) std::this_thread::yield();
+  EXPECT_EQ(finder.findings()[0].answer.result, ProbeResult::found);
+  EXPECT_GT(finder.findings()[0].answer.sentencesPerSecond, 0);
 }
 
 TEST(PortFinder, CancellingEndsItSoonAndAnotherSearchMayBegin) {

@@ -4,20 +4,13 @@
 #include <cstdio>
 
 #include "library/journal.h"
+#include "library/journal_format.h"
 #include "tests/win32/drive.h"
+#include "tests/win32/line.h"
 
 // How the program ends, with a recording under way and without.
 namespace vgps {
 namespace {
-
-std::string epoch(int number) {
-  char text[200];
-  std::snprintf(text, sizeof text,
-                "$GPGGA,1235%02d,48%02d.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,\r\n"
-                "$GPRMC,1235%02d,A,48%02d.038,N,01131.000,E,022.4,%03d.4,230394,003.1,W\r\n",
-                number, number, number, number, number * 20 % 360);
-  return text;
-}
 
 class Recording : public testing::Test {
  protected:
@@ -29,18 +22,32 @@ class Recording : public testing::Test {
   }
 
   void start() {
-    program = std::make_unique<Program>(L"--port COM3 --speed 115200", &folder);
+    program = std::make_unique<Program>(L"--port COM3 --speed 115200 -log", &folder);
     window = program->window();
     ASSERT_NE(window, nullptr);
   }
 
-  // Some points for the track.
-  void drive() {
-    for (int i = 0; i < 6; ++i) {
-      line.write(epoch(++epochs));
-      SendMessageW(window, WM_COMMAND, 1216, 0);
-      Sleep(60);
+  // A block of the line is logged before it is handled, and the next one is read after that.
+  void handOver(const std::string& bytes) {
+    for (const std::string& block : {bytes, std::string("$GPTXT,01,01,02,of no interest\r\n")}) {
+      const auto before = folder.size("gps.log");
+      line.write(block);
+      ASSERT_TRUE(waitFor([&] { return folder.size("gps.log") >= before + block.size(); }));
     }
+  }
+
+  // Some points for the track, which are on the disk afterwards.
+  void drive() {
+    std::string bytes;
+    for (int i = 0; i < 6; ++i) bytes += epochText(++epochs);
+    ASSERT_NO_FATAL_FAILURE(handOver(bytes));
+    for (int i = 0; i < 2; ++i) SendMessageW(window, WM_COMMAND, 1203, 0);  // a pause writes them
+    ASSERT_TRUE(waitFor([&] { return journalPoints() == static_cast<uintmax_t>(epochs); }));
+  }
+
+  uintmax_t journalPoints() const {
+    const auto size = folder.size(kJournalName);
+    return size < kJournalHeader ? 0 : (size - kJournalHeader) / kJournalPoint;
   }
 
   HWND askToClose() {
@@ -115,19 +122,12 @@ TEST_F(Recording, GoesOnWhenTheReceiverIsPluggedInAgain) {
   EXPECT_TRUE(isResponsive(window));
   line.plugIn();
   ASSERT_TRUE(line.isUp());
-  Sleep(3000);  // what was recorded before is in the journal now
-  const auto before = folder.size(kJournalName);
-  EXPECT_TRUE(waitFor(
-      [&] {
-        drive();
-        return folder.size(kJournalName) > before + 500;
-      },
-      25000));
+  const Receiver receiver(line);
+  EXPECT_TRUE(waitFor([&] { return journalPoints() > 10; }, 30000));
   EXPECT_NE(askToClose(), nullptr) << "the recording was never ended";
 }
 
 TEST_F(Recording, AfterACrashItIsOfferedAndGoesOn) {
-  Sleep(3000);  // what was recorded is in the journal now
   program.reset();
   start();
   HWND question = nullptr;
@@ -147,14 +147,12 @@ TEST(End, LeavesNoHandlesAndWindowsBehind) {
   const auto handles = [] { return openHandles(GetCurrentProcessId()); };
   for (int i = 0; i < 3; ++i) run();
   const DWORD before = handles();
-  const DWORD objectsBefore = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS) +
-                              GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+  const DWORD objectsBefore = drawingObjects(GetCurrentProcess());
   for (int i = 0; i < 5; ++i) run();
-  std::printf("%lu handles before, %lu after five more runs\n", before, handles());
+  std::printf("%lu handles before, %lu after five more runs; %lu drawing objects, %lu after\n",
+              before, handles(), objectsBefore, drawingObjects(GetCurrentProcess()));
   EXPECT_LE(handles(), before + 4);
-  EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS) +
-                GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS),
-            objectsBefore + 4);
+  EXPECT_LE(drawingObjects(GetCurrentProcess()), objectsBefore + 4);
 }
 
 TEST(End, SettingsThatCannotBeWrittenAreTold) {

@@ -49,7 +49,7 @@ class Opened {
   bool next() {
     const HWND before = window_;
     return waitFor([&] {
-      const HWND found = findWindow(GetCurrentProcessId(), L"#32770");
+      const HWND found = openDialog();
       if (found == nullptr || found == before || !isResponsive(found)) return false;
       window_ = found;
       return true;

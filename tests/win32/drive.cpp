@@ -1,17 +1,18 @@
 #include "tests/win32/drive.h"
 
+#include <commctrl.h>
 #include <psapi.h>
 #include <winternl.h>
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
 #include "platform/files.h"
+#include "tests/win32/processor_time.h"
 #include "win32/desktop.h"
 #include "win32/main_window.h"
 #include "win32/message_parameter.h"
@@ -92,6 +93,17 @@ HWND findWindow(DWORD process, const wchar_t* className) {
   return search.found;
 }
 
+HWND openDialog(DWORD process) { return findWindow(process, L"#32770"); }
+
+HWND openByCommand(HWND window, UINT command) {
+  DWORD process = 0;
+  GetWindowThreadProcessId(window, &process);
+  PostMessageW(window, WM_COMMAND, command, 0);
+  HWND dialog = nullptr;
+  waitFor([&] { return (dialog = openDialog(process)) != nullptr && isResponsive(dialog); });
+  return dialog;
+}
+
 void enterTestDesktop() {
   static const HDESK desktop =
       CreateDesktopW(desktopName().c_str(), nullptr, nullptr, 0, GENERIC_ALL, nullptr);
@@ -155,7 +167,8 @@ Program::Program(const std::wstring& arguments, const RunFolder* folder)
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
   limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
   SetInformationJobObject(job_.get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
-  std::wstring command = L"\"" + wideFromUtf8(folder->file("VexaGPS.exe")) + L"\" " + arguments;
+  path_ = folder->file("VexaGPS.exe");
+  std::wstring command = L"\"" + wideFromUtf8(path_) + L"\" " + arguments;
   std::wstring desktop = desktopName();
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
@@ -188,17 +201,62 @@ bool Program::hasWindow() const {
 
 HWND Program::dialogWith(int control, std::wstring_view text) const {
   HWND found = nullptr;
-  waitFor([&] {
+  const bool says = waitFor([&] {
     found = dialog();
     return found != nullptr && windowText(GetDlgItem(found, control)) == text;
   });
-  return found;
+  return says ? found : nullptr;
 }
 
 bool press(HWND dialog, int button) {
   PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(button),
                reinterpret_cast<LPARAM>(GetDlgItem(dialog, button)));
   return waitFor([&] { return !IsWindow(dialog); });
+}
+
+namespace {
+
+// The menu that holds the item itself.
+HMENU menuWith(HMENU menu, UINT command) {
+  for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+    if (GetMenuItemID(menu, i) == command) return menu;
+    const HMENU popup = GetSubMenu(menu, i);
+    const HMENU found = popup == nullptr ? nullptr : menuWith(popup, command);
+    if (found != nullptr) return found;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+UINT menuState(HWND window, UINT command) {
+  const HMENU menu = menuWith(GetMenu(window), command);
+  SendMessageW(window, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu), 0);
+  return GetMenuState(menu, command, MF_BYCOMMAND);
+}
+
+std::wstring cellText(HWND list, int row, int column) {
+  wchar_t text[200] = L"";
+  LVITEMW item{};
+  item.iSubItem = column;
+  item.pszText = text;
+  item.cchTextMax = static_cast<int>(std::size(text));
+  SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+  return text;
+}
+
+bool choose(HWND dialog, int box, const wchar_t* text) {
+  const HWND control = GetDlgItem(dialog, box);
+  const LRESULT item = SendMessageW(control, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                    reinterpret_cast<LPARAM>(text));
+  if (item == CB_ERR) return false;
+  SendMessageW(control, CB_SETCURSEL, static_cast<WPARAM>(item), 0);
+  return windowText(control) == text;
+}
+
+int Program::close() {
+  PostMessageW(window(), WM_CLOSE, 0, 0);
+  return exitCode();
 }
 
 int Program::exitCode(DWORD limitMs) const {
@@ -209,13 +267,7 @@ int Program::exitCode(DWORD limitMs) const {
 }
 
 double Program::processorSeconds() const {
-  FILETIME created, ended, kernel, user;
-  if (!GetProcessTimes(process_.hProcess, &created, &ended, &kernel, &user)) return 0;
-  const auto ticks = [](const FILETIME& time) {
-    return static_cast<double>(static_cast<ULONGLONG>(time.dwHighDateTime) << 32 |
-                               time.dwLowDateTime);
-  };
-  return (ticks(kernel) + ticks(user)) / 1e7;
+  return ProcessorTime(process_.hProcess, path_).seconds();
 }
 
 size_t Program::workingSet() const {
@@ -224,15 +276,64 @@ size_t Program::workingSet() const {
   return memory.WorkingSetSize;
 }
 
-DWORD openHandles(DWORD process) { return processEntry(process).HandleCount; }
+size_t Program::peakWorkingSet() const {
+  PROCESS_MEMORY_COUNTERS memory{};
+  GetProcessMemoryInfo(process_.hProcess, &memory, sizeof memory);
+  return memory.PeakWorkingSetSize;
+}
+
+// Counted one by one: the count in the list of processes is that of the places in a table on some
+// systems, free ones included.
+DWORD openHandles(DWORD process) {
+  std::vector<std::byte> list(1 << 20);
+  ULONG length = 0;
+  if (NtQuerySystemInformation(SystemHandleInformation, list.data(),
+                               static_cast<ULONG>(list.size()), &length) != 0) {
+    return 0;
+  }
+  ULONG all = 0;
+  std::memcpy(&all, list.data(), sizeof all);
+  const std::byte* at = list.data() + offsetof(SYSTEM_HANDLE_INFORMATION, Handle);
+  DWORD count = 0;
+  for (; all > 0; --all, at += sizeof(SYSTEM_HANDLE_ENTRY)) {
+    SYSTEM_HANDLE_ENTRY entry;
+    std::memcpy(&entry, at, sizeof entry);
+    count += entry.OwnerPid == process;
+  }
+  return count;
+}
 
 DWORD Program::handles() const { return openHandles(process_.dwProcessId); }
 
 DWORD Program::threads() const { return processEntry(process_.dwProcessId).NumberOfThreads; }
 
-DWORD Program::guiObjects() const {
-  return GetGuiResources(process_.hProcess, GR_GDIOBJECTS) +
-         GetGuiResources(process_.hProcess, GR_USEROBJECTS);
+// Wine counts none for GetGuiResources. Its table of them is where Windows has it: the process has
+// a pointer to it, and an entry that is in use has a type.
+DWORD drawingObjects(HANDLE process) {
+  if (const DWORD counted = GetGuiResources(process, GR_GDIOBJECTS)) return counted;
+  struct Entry {
+    uint64_t object;
+    uint32_t owner;
+    uint16_t unique;
+    uint8_t type, flags;
+    uint64_t user;
+  };
+  constexpr size_t kTableInBlock = 0xF8;  // of the process's environment block
+  constexpr size_t kPlaces = 0x10000;
+  PROCESS_BASIC_INFORMATION about{};
+  if (NtQueryInformationProcess(process, ProcessBasicInformation, &about, sizeof about, nullptr)) {
+    return 0;
+  }
+  const void* table = nullptr;
+  std::vector<Entry> entries(kPlaces);
+  const std::byte* const block =
+      static_cast<const std::byte*>(static_cast<void*>(about.PebBaseAddress));
+  if (!ReadProcessMemory(process, block + kTableInBlock, &table, sizeof table, nullptr) ||
+      !ReadProcessMemory(process, table, entries.data(), kPlaces * sizeof(Entry), nullptr)) {
+    return 0;
+  }
+  return static_cast<DWORD>(std::count_if(entries.begin(), entries.end(),
+                                          [](const Entry& entry) { return entry.type != 0; }));
 }
 
 ProgramInProcess::ProgramInProcess(std::vector<std::string> arguments, std::string_view settings) {
@@ -244,6 +345,11 @@ ProgramInProcess::ProgramInProcess(std::vector<std::string> arguments, std::stri
   });
   waitFor(
       [&] { return (window_ = findWindow(GetCurrentProcessId(), kMainWindowClass)) != nullptr; });
+}
+
+std::string ProgramInProcess::settings() const {
+  std::ifstream in(programFolder() + "\\vgps.xml", std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
 }
 
 int ProgramInProcess::close() {
@@ -293,57 +399,16 @@ int Picture::ink(const Rect& area, Colour ground) const {
   return count;
 }
 
-SerialLine::SerialLine() { plugIn(); }
-
-SerialLine::~SerialLine() { unplug(); }
-
-// The cable is made of the other system's pseudo-terminals, by the script that started this test.
-bool SerialLine::command(const char* word) {
-  const char* const script = std::getenv("VGPS_TEST_WINE");
-  const char* const folder = std::getenv("VGPS_TEST_WINE_DIR");
-  if (script == nullptr || folder == nullptr) return false;
-  const std::string state = "Z:" + std::string(folder) + "/line/state";
-  DeleteFileW(wideFromUtf8(state).c_str());
-  std::wstring command =
-      wideFromUtf8("Z:\\bin\\sh " + std::string(script) + " line " + folder + " " + word);
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  PROCESS_INFORMATION process{};
-  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                      &startup, &process)) {
-    return false;
+bool Picture::differs(const Rect& area, const Picture& other) const {
+  if (width_ != other.width_ || height_ != other.height_) return true;
+  const int right = std::min(static_cast<int>(area.x + area.width), width_);
+  const int bottom = std::min(static_cast<int>(area.y + area.height), height_);
+  for (int y = static_cast<int>(area.y); y < bottom; ++y) {
+    for (int x = static_cast<int>(area.x); x < right; ++x) {
+      if (at(x, y) != other.at(x, y)) return true;
+    }
   }
-  return waitFor([&] {
-    std::ifstream in(state);
-    std::string said;
-    return static_cast<bool>(in >> said);
-  });
-}
-
-void SerialLine::unplug() {
-  end_ = Handle();
-  command("stop");
-  up_ = false;
-}
-
-void SerialLine::plugIn() {
-  if (!command("start")) return;
-  end_ = Handle(CreateFileW(L"\\\\.\\COM4", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
-                            0, nullptr));
-  up_ = end_.isValid();
-}
-
-void SerialLine::write(std::string_view bytes) {
-  DWORD written = 0;
-  WriteFile(end_.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-}
-
-std::string SerialLine::read(size_t length) {
-  std::string bytes(length, '\0');
-  DWORD got = 0;
-  ReadFile(end_.get(), bytes.data(), static_cast<DWORD>(length), &got, nullptr);
-  bytes.resize(got);
-  return bytes;
+  return false;
 }
 
 }  // namespace vgps

@@ -22,11 +22,20 @@ std::wstring windowText(HWND window);
 // Whether the thread of the window answers.
 bool isResponsive(HWND window);
 
-// Open kernel objects of a process, as the list of all processes has them.
+// Open kernel objects of a process; 0 when the system does not tell.
 DWORD openHandles(DWORD process);
+
+// Pens, bitmaps, fonts and the like of a process; 0 when the system does not tell.
+DWORD drawingObjects(HANDLE process);
 
 // The visible top-level window of a process with that class; null when there is none.
 HWND findWindow(DWORD process, const wchar_t* className);
+
+// The dialog or message box of a process that is open, by default of this one; null without any.
+HWND openDialog(DWORD process = GetCurrentProcessId());
+
+// The dialog that opens by a command of the window; null after ten seconds.
+HWND openByCommand(HWND window, UINT command);
 
 // The calling thread's windows go to the test's desktop from now on.
 void enterTestDesktop();
@@ -65,29 +74,42 @@ class Program {
   // The main window, or null after ten seconds.
   HWND window();
   bool hasWindow() const;
-  HWND dialog() const { return findWindow(process_.dwProcessId, L"#32770"); }
+  HWND dialog() const { return openDialog(process_.dwProcessId); }
   // A message box or dialog whose text of that control is `text`; null after ten seconds.
   HWND dialogWith(int control, std::wstring_view text) const;
   HWND messageBox(std::wstring_view text) const { return dialogWith(0xFFFF, text); }
   bool isRunning() const { return WaitForSingleObject(process_.hProcess, 0) == WAIT_TIMEOUT; }
   // After the window was asked to close; -1 when the program goes on running.
-  int exitCode(DWORD limitMs = 5000) const;
+  int exitCode(DWORD limitMs = 20000) const;
+  // Asks the window to close; the exit code.
+  int close();
+  // Of all its threads, since it began.
   double processorSeconds() const;
   size_t workingSet() const;
-  // Open kernel objects, and threads; as the list of all processes has them.
+  size_t peakWorkingSet() const;
   DWORD handles() const;
   DWORD threads() const;
-  // Pens, bitmaps, windows and the like; 0 where the system does not count them.
-  DWORD guiObjects() const;
+  // Pens, bitmaps, fonts and the like.
+  DWORD drawingObjects() const { return vgps::drawingObjects(process_.hProcess); }
 
  private:
   std::unique_ptr<RunFolder> ownFolder_;
+  std::string path_;
   Handle job_;
   PROCESS_INFORMATION process_{};
 };
 
 // Presses a button of a dialog and waits until that is closed.
 bool press(HWND dialog, int button);
+
+// The state of a menu item of this process, as if the person had opened its menu.
+UINT menuState(HWND window, UINT command);
+
+// A cell of a list of this process.
+std::wstring cellText(HWND list, int row, int column);
+
+// The text of a combo box, chosen from its list; false when the list does not have it.
+bool choose(HWND dialog, int box, const wchar_t* text);
 
 // The same program as a thread of this process, whose window may be looked into.
 class ProgramInProcess {
@@ -98,6 +120,8 @@ class ProgramInProcess {
   ~ProgramInProcess() { close(); }
 
   HWND window() const { return window_; }
+  // Its settings as they are on the disk now.
+  std::string settings() const;
   // Asks the window to close and waits for the end; the exit code.
   int close();
 
@@ -120,31 +144,14 @@ class Picture {
   }
   // Pixels in the rectangle that differ from `ground`.
   int ink(const Rect& area, Colour ground) const;
+  // Whether anything in the rectangle is not as in the other, of the same size.
+  bool differs(const Rect& area, const Picture& other) const;
   bool operator==(const Picture&) const = default;
 
  private:
   int width_ = 0;
   int height_ = 0;
   std::vector<Colour> pixels_;
-};
-
-// The cable between COM3 and COM4. The program has one end, the test writes into the other.
-class SerialLine {
- public:
-  SerialLine();
-  ~SerialLine();
-  bool isUp() const { return up_; }
-  void unplug();
-  void plugIn();
-  // Through COM4.
-  void write(std::string_view bytes);
-  std::string read(size_t length);
-
- private:
-  bool command(const char* word);
-
-  bool up_ = false;
-  Handle end_;
 };
 
 }  // namespace vgps

@@ -22,17 +22,6 @@ std::vector<PortName> portsOfTheTest() {
   return ports;
 }
 
-std::wstring cell(HWND dialog, int row, int column) {
-  wchar_t text[200] = L"";
-  LVITEMW item{};
-  item.iSubItem = column;
-  item.pszText = text;
-  item.cchTextMax = static_cast<int>(std::size(text));
-  SendMessageW(GetDlgItem(dialog, FINDER_LIST), LVM_GETITEMTEXTW, static_cast<WPARAM>(row),
-               reinterpret_cast<LPARAM>(&item));
-  return text;
-}
-
 class FinderDialogTest : public testing::Test {
  protected:
   void open() {
@@ -47,8 +36,7 @@ class FinderDialogTest : public testing::Test {
                           .makePort = [] { return std::make_unique<SpeakingPort>(voices); },
                           .times = {.listenMs = 40, .countMs = 10}});
     });
-    ASSERT_TRUE(waitFor(
-        [&] { return (dialog = findWindow(GetCurrentProcessId(), L"#32770")) != nullptr; }));
+    ASSERT_TRUE(waitFor([&] { return (dialog = openDialog()) != nullptr; }));
   }
   void press(int button) {
     PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(button), 0);
@@ -70,10 +58,12 @@ TEST_F(FinderDialogTest, TheReceiverFoundIsOfferedAndUsed) {
   voices = {{"COM4", {9600, ""}}, {"COM7", {38400, kRmc}}, {"COM9", {9600, "", PortError::busy}}};
   open();
   ASSERT_TRUE(waitFor([&] { return canUse(); }));
-  EXPECT_EQ(cell(dialog, 1, 0), L"COM7");
-  EXPECT_EQ(cell(dialog, 1, 1), L"Test device");
-  ASSERT_TRUE(waitFor([&] { return cell(dialog, 1, 2).starts_with(L"NMEA at 38400 baud"); }));
-  EXPECT_EQ(cell(dialog, 2, 2), L"Busy: another program holds it");
+  EXPECT_EQ(cellText(GetDlgItem(dialog, FINDER_LIST), 1, 0), L"COM7");
+  EXPECT_EQ(cellText(GetDlgItem(dialog, FINDER_LIST), 1, 1), L"Test device");
+  ASSERT_TRUE(waitFor([&] {
+    return cellText(GetDlgItem(dialog, FINDER_LIST), 1, 2).starts_with(L"NMEA at 38400 baud");
+  }));
+  EXPECT_EQ(cellText(GetDlgItem(dialog, FINDER_LIST), 2, 2), L"Busy: another program holds it");
   press(IDOK);
   ASSERT_TRUE(choice.has_value());
   EXPECT_EQ(choice->port, "COM7");
@@ -96,7 +86,7 @@ TEST_F(FinderDialogTest, WithoutAReceiverNothingCanBeUsed) {
   open();
   const HWND again = GetDlgItem(dialog, FINDER_AGAIN);
   ASSERT_TRUE(waitFor([&] { return IsWindowEnabled(again) != FALSE; }));
-  EXPECT_EQ(cell(dialog, 0, 2), L"No data");
+  EXPECT_EQ(cellText(GetDlgItem(dialog, FINDER_LIST), 0, 2), L"No data");
   EXPECT_TRUE(windowText(GetDlgItem(dialog, FINDER_HEADLINE)).starts_with(L"No receiver"));
   EXPECT_FALSE(canUse());
 

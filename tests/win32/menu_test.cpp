@@ -64,16 +64,7 @@ class Menu : public testing::Test {
     collect(GetMenu(program.window()), items, menus);
   }
 
-  // As if the person opened it.
-  UINT stateOf(UINT command) {
-    for (const MenuItem& item : items) {
-      if (item.command != command) continue;
-      SendMessageW(program.window(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(item.menu), 0);
-      return GetMenuState(item.menu, static_cast<UINT>(item.position), MF_BYPOSITION);
-    }
-    ADD_FAILURE() << "no item " << command;
-    return 0;
-  }
+  UINT stateOf(UINT command) { return menuState(program.window(), command); }
   bool isGrey(UINT command) { return (stateOf(command) & MF_GRAYED) != 0; }
   bool isChecked(UINT command) { return (stateOf(command) & MF_CHECKED) != 0; }
   void send(UINT command) { SendMessageW(program.window(), WM_COMMAND, command, 0); }
@@ -140,7 +131,7 @@ TEST_F(Menu, EveryItemAnswers) {
     PostMessageW(program.window(), WM_COMMAND, command, 0);
     ++sent;
     return waitFor([&] {
-      const HWND dialog = findWindow(GetCurrentProcessId(), L"#32770");
+      const HWND dialog = openDialog();
       if (dialog == nullptr) return CommandCounter::finished >= sent;
       for (const WPARAM button : {IDNO, IDCANCEL}) PostMessageW(dialog, WM_COMMAND, button, 0);
       return false;

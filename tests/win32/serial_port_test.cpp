@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "tests/win32/drive.h"
+#include "tests/win32/line.h"
 
 namespace vgps {
 namespace {
@@ -160,28 +161,6 @@ TEST(SerialPort, PathsAreMadeOfShortNames) {
   };
   for (const auto& [name, path] : rows) EXPECT_EQ(devicePath(name), path);
 }
-
-// Entries as drivers make them; ours are gone with this object.
-class RegisteredPorts {
- public:
-  explicit RegisteredPorts(const std::map<std::wstring, std::wstring>& ports) {
-    RegCreateKeyExW(HKEY_LOCAL_MACHINE, L"HARDWARE\\DEVICEMAP\\SERIALCOMM", 0, nullptr,
-                    REG_OPTION_VOLATILE, KEY_WRITE, nullptr, &key_, nullptr);
-    for (const auto& [device, name] : ports) {
-      devices_.push_back(device);
-      RegSetValueExW(key_, device.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(name.c_str()),
-                     static_cast<DWORD>((name.size() + 1) * sizeof(wchar_t)));
-    }
-  }
-  ~RegisteredPorts() {
-    for (const std::wstring& device : devices_) RegDeleteValueW(key_, device.c_str());
-    RegCloseKey(key_);
-  }
-
- private:
-  HKEY key_ = nullptr;
-  std::vector<std::wstring> devices_;
-};
 
 TEST(SerialPort, RegisteredPortsAreListedInOrderOfTheirNumbers) {
   const RegisteredPorts registered({{L"\\Device\\A", L"COM12"},

@@ -1,14 +1,15 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cstdio>
 #include <cstdlib>
-#include <thread>
 
+#include "app/timers.h"
 #include "tests/win32/drive.h"
+#include "tests/win32/line.h"
 
-// Hours of a receiver in minutes: sentences as fast as they are taken, and a cable that comes
-// loose. The numbers of the long form come by the environment.
+// Hours of a receiver in minutes: sentences as fast as they are taken, a cable that comes loose,
+// recordings that are begun and given up, one screen after the other, dialogs. The numbers of the
+// long form come by the environment.
 namespace vgps {
 namespace {
 
@@ -35,19 +36,10 @@ std::string epoch(int number) {
 
 constexpr int kSentencesOfAnEpoch = 4;
 
-// The line holds a few kilobytes: more than that passes only when the program takes it.
-bool passes(SerialLine& line, int sentences, int& number) {
+std::string epochs(int sentences, int& number) {
   std::string bytes;
   for (int i = 0; i < sentences; i += kSentencesOfAnEpoch) bytes += epoch(number++);
-  std::atomic<bool> done{false};
-  std::thread writer([&] {
-    line.write(bytes);
-    done = true;
-  });
-  const bool passed = waitFor([&] { return done.load(); }, 60000);
-  if (!passed) line.unplug();  // lets the writer go
-  writer.join();
-  return passed;
+  return bytes;
 }
 
 struct Size {
@@ -58,44 +50,81 @@ struct Size {
 };
 
 Size sizeOf(const Program& program) {
-  return {program.workingSet(), program.handles(), program.threads(), program.guiObjects()};
+  return {program.workingSet(), program.handles(), program.threads(), program.drawingObjects()};
 }
 
 void tell(const char* when, const Size& size) {
-  std::printf("%s: %zu kB, %lu handles, %lu threads, %lu windows and drawing objects\n", when,
+  std::printf("%s: %zu kB, %lu handles, %lu threads, %lu drawing objects\n", when,
               size.memory / 1024, size.handles, size.threads, size.objects);
   std::fflush(stdout);
 }
 
-TEST(Soak, NothingGrowsAndTheReceiverIsFoundAgainEachTime) {
-  const int cycles = fromEnvironment("VGPS_SOAK_CYCLES", 2);
-  const int sentences = fromEnvironment("VGPS_SOAK_SENTENCES", 4000);
-  SerialLine line;
-  ASSERT_TRUE(line.isUp());
-  Program program(L"--port COM3 --speed 115200");
-  const HWND window = program.window();
-  ASSERT_NE(window, nullptr);
+class Soak : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(line.isUp());
+    ASSERT_NE(window, nullptr);
+  }
 
-  int number = 0;
-  Size settled;
-  for (int cycle = 0; cycle <= cycles; ++cycle) {
-    ASSERT_TRUE(passes(line, sentences, number)) << "cycle " << cycle;
-    ASSERT_TRUE(isResponsive(window)) << "cycle " << cycle;
-    if (cycle == cycles / 5) tell("settled", settled = sizeOf(program));
-    if (cycle == cycles) break;
+  void command(UINT wanted) const { SendMessageW(window, WM_COMMAND, wanted, 0); }
+
+  // On one screen after the other.
+  void receive(int sentences) {
+    constexpr int kScreens = 10;
+    for (int i = 0; i < kScreens; ++i) {
+      command(20001);
+      ASSERT_TRUE(line.passes(epochs(sentences / kScreens, number)));
+      ASSERT_TRUE(isResponsive(window));
+    }
+  }
+
+  void unplugAndPlugIn() {
     line.unplug();
     Sleep(100);
     line.plugIn();
     ASSERT_TRUE(line.isUp());
+    // The timer that looks for the receiver comes a little early: hours are to pass in minutes.
+    PostMessageW(window, WM_TIMER, kStatisticsTimer, 0);
+  }
+
+  void recordThroughAnUnpluggedReceiver(int sentences) {
+    command(1202);
+    ASSERT_NO_FATAL_FAILURE(receive(sentences / 2));
+    ASSERT_NO_FATAL_FAILURE(unplugAndPlugIn());
+    ASSERT_NO_FATAL_FAILURE(receive(sentences / 2));
+    PostMessageW(window, WM_COMMAND, 1204, 0);
+    const HWND question = program.messageBox(L"Save the track?");
+    ASSERT_NE(question, nullptr) << "nothing was recorded";
+    ASSERT_TRUE(press(question, IDNO));
+    const HWND dialog = openByCommand(window, 101);
+    ASSERT_NE(dialog, nullptr);
+    ASSERT_TRUE(press(dialog, IDCANCEL));
+  }
+
+  SerialLine line;
+  Program program{L"--port COM3 --speed 115200"};
+  HWND window = program.window();
+  int number = 0;
+};
+
+TEST_F(Soak, NothingGrowsAndTheReceiverIsFoundAgainEachTime) {
+  const int cycles = fromEnvironment("VGPS_SOAK_CYCLES", 2);
+  const int sentences = fromEnvironment("VGPS_SOAK_SENTENCES", 2000);
+  Size settled;
+  for (int cycle = 0; cycle < cycles; ++cycle) {
+    SCOPED_TRACE(cycle);
+    ASSERT_NO_FATAL_FAILURE(recordThroughAnUnpluggedReceiver(sentences));
+    if (cycle == cycles / 5) tell("settled", settled = sizeOf(program));
   }
   const Size after = sizeOf(program);
   tell("after", after);
-  EXPECT_LT(after.memory, settled.memory + (2 << 20));
+  EXPECT_LT(after.memory, settled.memory + (4 << 20));
   EXPECT_LE(after.handles, settled.handles + 4);
-  EXPECT_LE(after.threads, settled.threads);
-  EXPECT_LE(after.objects, settled.objects + 4);
-  PostMessageW(window, WM_CLOSE, 0, 0);
-  EXPECT_EQ(program.exitCode(), 0);
+  EXPECT_LE(after.threads, settled.threads + 1) << "a sound has a thread of its own for a moment";
+  // Fonts are kept by their size, up to a limit that a short run does not reach.
+  EXPECT_LE(after.objects, settled.objects + (cycles < 50 ? 200 : 4));
+  for (const DWORD counted : {after.handles, after.objects}) EXPECT_GT(counted, 0U) << "not told";
+  EXPECT_EQ(program.close(), 0);
 }
 
 }  // namespace

@@ -228,18 +228,6 @@ TEST(Tray, WithoutAnAreaTheProgramRunsAndAPressBringsItUp) {
   expectCleanEnd(program, window);
 }
 
-TEST(HotKeys, ActAsCommandsOfTheirNumber) {
-  Program program(L"");
-  const HWND window = program.window();
-  ASSERT_NE(window, nullptr);
-  SendMessageW(window, WM_COMMAND, 106, 0);
-  SendMessageW(window, WM_HOTKEY, 1202, 0);
-  PostMessageW(window, WM_CLOSE, 0, 0);
-  const HWND question = program.messageBox(L"Stop Recording/Playback?");
-  ASSERT_NE(question, nullptr) << "the hot key has started a recording";
-  press(question, IDNO);
-}
-
 TEST(ProgramFont, LeavesNothingBehind) {
   const RunFolder folder;
   Program program(L"", &folder);

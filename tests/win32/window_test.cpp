@@ -9,6 +9,7 @@
 #include "display/readout_layout.h"
 #include "platform/location_sensor.h"
 #include "tests/win32/drive.h"
+#include "tests/win32/line.h"
 #include "win32/main_window.h"
 #include "win32/message_parameter.h"
 #include "win32/window_door.h"
@@ -66,19 +67,8 @@ class LiveWindow : public testing::Test {
     ASSERT_NE(program.window(), nullptr);
   }
 
-  // Pixels of the part that differ between now and `before`.
   bool changes(const Rect& part, const Picture& before) {
-    return waitFor([&] {
-      const Picture now = Picture::ofWindow(program.window());
-      const auto right = static_cast<int>(part.x + part.width);
-      const auto bottom = static_cast<int>(part.y + part.height);
-      for (int y = static_cast<int>(part.y); y < bottom; ++y) {
-        for (int x = static_cast<int>(part.x); x < right; ++x) {
-          if (now.at(x, y) != before.at(x, y)) return true;
-        }
-      }
-      return false;
-    });
+    return waitFor([&] { return Picture::ofWindow(program.window()).differs(part, before); });
   }
 
   SerialLine line;
