@@ -1,6 +1,14 @@
 #include "base/date_time.h"
 
+#include <chrono>
+
 namespace vgps {
+
+bool isCalendarTime(const DateTime& time) {
+  const std::chrono::year_month_day date{
+      std::chrono::year(time.year), std::chrono::month(time.month), std::chrono::day(time.day)};
+  return date.ok() && time.year > 0 && time.hour < 24 && time.minute < 60 && time.second < 60;
+}
 
 DateTime timeOfDayMinusMinutes(const DateTime& time, int32_t offsetMinutes) {
   constexpr int64_t kDay = 24 * 60;

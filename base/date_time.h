@@ -19,6 +19,9 @@ struct DateTime {
   bool operator==(const DateTime&) const = default;
 };
 
+// Whether a clock shows this: a day of the calendar from the year 1 on, and 0:00:00 to 23:59:59.
+bool isCalendarTime(const DateTime& time);
+
 // The time of day of `time` moved by -`offsetMinutes`, in hour and minute only, modulo 24 hours.
 // UTC minus the UTC offset of a place (minutes, negative east of Greenwich) is its local time.
 DateTime timeOfDayMinusMinutes(const DateTime& time, int32_t offsetMinutes);

@@ -87,8 +87,10 @@ void addTrim(CLI::App& track, const Shared& options, Chosen& chosen) {
   addFile(*command, options);
   addOutput(*command, options);
   command->add_option("--from", options->from, "The first to stay (the first of the track)")
+      ->check(aName())
       ->option_text("FROM");
   command->add_option("--to", options->to, "The last to stay (the last of the track)")
+      ->check(aName())
       ->option_text("TO");
 }
 
@@ -109,10 +111,11 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
       ->check(aName())
       ->option_text("TRACK");
   command
-      ->add_option("--settings", options->settings,
-                   "A settings document: thresholds, every Nth fix, and what is written of each "
-                   "point (cfg\\track; rsc, rtc, rbc, rci, res of cfg\\vgps). Without it those of "
-                   "a first start: positions only")
+      ->add_option(
+          "--settings", options->settings,
+          "A settings document: thresholds, every Nth fix, and what is written of each "
+          "point (cfg\\track; rsc, rtc, rbc, rci, res, smv of cfg\\vgps). Without it those "
+          "of a first start: positions and cells, no speeds or times")
       ->check(aName())
       ->option_text("FILE");
   command

@@ -37,12 +37,13 @@ std::optional<DateTime> readLocalTime(std::string_view text) {
     return at < text.size() ? static_cast<uint16_t>(leadingInt(text.substr(at, length)))
                             : uint16_t{0};
   };
-  return DateTime{.year = part(0, 4),
-                  .month = part(5, 2),
-                  .day = part(8, 2),
-                  .hour = part(11, 2),
-                  .minute = part(14, 2),
-                  .second = part(17, 2)};
+  const DateTime time = {.year = part(0, 4),
+                         .month = part(5, 2),
+                         .day = part(8, 2),
+                         .hour = part(11, 2),
+                         .minute = part(14, 2),
+                         .second = part(17, 2)};
+  return isCalendarTime(time) ? std::optional(time) : std::nullopt;
 }
 
 int noSuchPoint(const TrackInput& input, const std::string& number) {

@@ -82,7 +82,7 @@ bool readTrackInput(const std::string& path, int32_t speedUnit, TrackInput& inpu
     case TrackLoading::damaged:
       input.damaged = true;
       warn(path + " is damaged: its " + std::to_string(input.track.points.size()) +
-           " good points are used");
+           (input.track.points.size() == 1 ? " good point is used" : " good points are used"));
       return true;
     case TrackLoading::notATrack: fail(path + " is no track file"); return false;
     case TrackLoading::noFile: fail("no file " + path); return false;

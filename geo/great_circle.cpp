@@ -56,9 +56,9 @@ TrackOffset offsetFromLeg(const Position& start, const Position& end, const Posi
   const double distance = angleBetween(start, position);
   const double turn = (initialBearing(start, position) - initialBearing(start, end)) * kRadian;
   const double across = std::asin(std::sin(distance) * std::sin(turn));
-  const double cosAlong = std::cos(distance) / std::cos(across);
-  const double along = std::acos(std::clamp(cosAlong, -1.0, 1.0));
-  return {across * kEarthRadiusKm, std::copysign(along, std::cos(turn)) * kEarthRadiusKm};
+  // Not by the arc cosine, which sees no difference between short ways.
+  const double along = std::atan2(std::sin(distance) * std::cos(turn), std::cos(distance));
+  return {across * kEarthRadiusKm, along * kEarthRadiusKm};
 }
 
 Area enclosedArea(std::span<const Position> points) {

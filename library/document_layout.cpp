@@ -14,6 +14,8 @@ namespace {
 
 using Kind = TagMark::Kind;
 
+constexpr std::string_view kBlanks = " \t\r\n";
+
 constexpr const char* kTracksEnd = "\r\n\t</tracks>";
 
 // The elements around a place, from the root inwards.
@@ -195,6 +197,14 @@ class LayoutReader {
   bool damaged_ = false;
 };
 
+// Behind a blank of any kind: editors put attributes on lines of their own.
+bool hasAttribute(std::string_view text, std::string_view begin) {
+  for (size_t at = text.find(begin); at != std::string_view::npos; at = text.find(begin, at + 1)) {
+    if (at > 0 && kBlanks.find(text[at - 1]) != std::string_view::npos) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 DocumentLayout readLayout(TagReader::Source source) {
@@ -226,10 +236,10 @@ bool parseTrack(std::string_view text, int32_t speedUnit, Track& track, bool* fo
 
 RecordingOptions writtenAs(std::string_view text) {
   RecordingOptions options;
-  options.recordCell = text.find(" c=\"") != std::string_view::npos;
-  options.recordSpeed = text.find(" spd=\"") != std::string_view::npos;
-  options.recordTime = text.find(" time=\"") != std::string_view::npos;
-  options.recordCourse = text.find(" br=\"") != std::string_view::npos;
+  options.recordCell = hasAttribute(text, "c=\"");
+  options.recordSpeed = hasAttribute(text, "spd=\"");
+  options.recordTime = hasAttribute(text, "time=\"");
+  options.recordCourse = hasAttribute(text, "br=\"");
   return options;
 }
 

@@ -92,7 +92,9 @@ LibraryState DocumentStore::refresh() {
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     FileStamp now;
     const bool there = fileStamp(path_, now);
-    if (known_ && there && now == stamp_) break;
+    // What could not be read may have been held for a moment.
+    const bool retry = layout_.state == LibraryState::unreadable;
+    if (known_ && there && now == stamp_ && !retry) break;
     if (!there && known_ && layout_.state == LibraryState::missing && stamp_ == FileStamp{}) break;
     ++revision_;
     layout_ = {};

@@ -26,11 +26,15 @@ bool isXmlName(std::string_view name) {
   });
 }
 
-// A file as it is listed; `other` when it is no track.
+// A file as it is listed; `other` when it is no track. One that somebody holds at this moment is
+// listed without a stamp, so that it is looked at again.
 IndexEntry entryOf(const std::string& path, const std::string& name, const FileStamp& stamp) {
   IndexEntry entry{.file = name, .stamp = stamp};
   Track track;
-  const TrackLoading loading = loadTrackFile(path, 0, track);
+  bool foreign = false;
+  const TrackLoading loading = loadTrackFile(path, 0, track, &foreign);
+  const bool held = loading == TrackLoading::unreadable || loading == TrackLoading::noFile;
+  if (held) entry.stamp = {};
   entry.other = loading != TrackLoading::whole && loading != TrackLoading::damaged;
   if (entry.other) return entry;
   entry.summary = summaryOf(track);
@@ -61,12 +65,13 @@ bool FolderStore::look() {
     if (!isXmlName(name) || !fileStamp(path, stamp)) continue;
     const auto old = std::lower_bound(known.begin(), known.end(), name,
                                       [](const auto& e, const auto& n) { return e.file < n; });
-    if (old != known.end() && old->file == name && old->stamp == stamp) {
+    const bool listed = old != known.end() && old->file == name;
+    if (listed && old->stamp == stamp) {
       files_.push_back(std::move(*old));
       old->file = name;  // the search goes on by it
     } else {
       files_.push_back(entryOf(path, name, stamp));
-      changed = true;
+      changed = changed || !listed || !(old->stamp == files_.back().stamp);
     }
   }
   return changed || files_.size() != known.size();

@@ -84,7 +84,8 @@ LibraryLock::LibraryLock(const std::string& path, const LibraryDisk& disk) {
 }
 
 LibraryLock::~LibraryLock() {
-  if (file_ != nullptr) file_->remove();
+  // One that holds something is somebody else's file of this name.
+  if (file_ != nullptr && file_->size() == 0) file_->remove();
 }
 
 }  // namespace vgps

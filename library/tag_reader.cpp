@@ -89,6 +89,19 @@ void TagReader::finishTag(TagMark& tag, size_t close) {
   text_ = false;
 }
 
+// The "[...]" of a document type, as a length behind the "<" here; 1 when it has none.
+size_t TagReader::behindBrackets() {
+  constexpr size_t kMost = size_t{1} << 16;
+  while (bytes_.size() - at_ < kMost && fill()) {
+  }
+  const std::string_view tag = std::string_view(bytes_).substr(at_, kMost);
+  const size_t open = tag.find_first_of("[>");
+  if (open == std::string_view::npos || tag[open] == '>' || noSubsetEnd_) return 1;
+  const size_t close = tag.find(']', open);
+  noSubsetEnd_ = close == std::string_view::npos;
+  return noSubsetEnd_ ? 1 : close;
+}
+
 // What begins with the "<" here.
 TagReader::Piece TagReader::readPiece(TagMark& tag) {
   while (bytes_.size() - at_ < kCData.size() && fill()) {
@@ -97,7 +110,9 @@ TagReader::Piece TagReader::readPiece(TagMark& tag) {
   if (rest.starts_with("<!--")) return passOver("-->", noCommentEnd_);
   if (rest.starts_with(kCData)) return passOver("]]>", noCDataEnd_);
   const bool declaration = rest.starts_with("<?") || rest.starts_with("<!");
-  for (size_t searched = 1;;) {
+  // A document type may hold declarations of its own in brackets.
+  size_t searched = rest.starts_with("<!DOCTYPE") ? behindBrackets() : 1;
+  for (;;) {
     const size_t found = bytes_.find_first_of("<>", at_ + searched);
     if (found != std::string::npos && bytes_[found] == '>') {
       if (declaration) return passDeclaration(found);

@@ -53,6 +53,7 @@ class TagReader {
   Piece readPiece(TagMark& tag);
   Piece passOver(std::string_view terminator, bool& noneFollows);
   Piece passDeclaration(size_t end);
+  size_t behindBrackets();
   void finishTag(TagMark& tag, size_t close);
 
   Source source_;
@@ -67,6 +68,7 @@ class TagReader {
   // The rest of the text was searched for such an end; it is not searched again.
   bool noCommentEnd_ = false;
   bool noCDataEnd_ = false;
+  bool noSubsetEnd_ = false;
 };
 
 }  // namespace vgps

@@ -54,6 +54,13 @@ std::string renamed(std::string text, const std::string& name) {
   return text.insert(kBehindT, " n=\"" + stored + "\"");
 }
 
+// A file of its own has a name inside only when another program put it there; the two are one.
+std::string renamedInside(std::string text, const std::string& name) {
+  const size_t tag = text.find("<t ");
+  if (tag == std::string::npos || text.find(" n=\"", tag) >= text.find('>', tag)) return text;
+  return text.substr(0, tag) + renamed(text.substr(tag), name);
+}
+
 void addAttributes(RecordingOptions& writing, const RecordingOptions& other) {
   writing.recordCell = writing.recordCell || other.recordCell;
   writing.recordSpeed = writing.recordSpeed || other.recordSpeed;
@@ -246,6 +253,7 @@ LibraryResult TrackLibrary::rename(size_t index, std::string_view name) {
   }
   if (text.isFile) {
     text.file.clear();
+    text.text = renamedInside(std::move(text.text), clean);
   } else {
     text.text = renamed(std::move(text.text), clean);
   }

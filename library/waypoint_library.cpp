@@ -85,7 +85,8 @@ LibraryState WaypointLibrary::open(const std::string& path) {
 LibraryState WaypointLibrary::refresh() {
   FileStamp now;
   fileStamp(path_, now);
-  return now == stamp_ ? state_ : load();
+  // What could not be read may have been held for a moment.
+  return now == stamp_ && state_ != LibraryState::unreadable ? state_ : load();
 }
 
 LibraryState WaypointLibrary::load() {

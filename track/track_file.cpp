@@ -116,7 +116,8 @@ TrackSaving importTrackFile(XmlElement element, const std::string& folder,
   return save([&] { return freeImportPath(folder, wanted); }, text.view(), open);
 }
 
-TrackLoading loadTrackFile(const std::string& path, int32_t speedUnit, Track& track) {
+TrackLoading loadTrackFile(const std::string& path, int32_t speedUnit, Track& track,
+                           bool* foreign) {
   XmlDocument document;
   switch (document.Load(path).status) {
     case XmlLoadStatus::loaded: break;
@@ -134,7 +135,7 @@ TrackLoading loadTrackFile(const std::string& path, int32_t speedUnit, Track& tr
   const XmlElement element = findTrack(document.GetRootElement());
   if (!element) return TrackLoading::notATrack;
   Track read;
-  whole = readTrack(element, speedUnit, read) && whole;
+  whole = readTrack(element, speedUnit, read, foreign) && whole;
   // Any document can have such elements; with a point, or the right root, it was a track.
   const bool named = document.GetRootElement().storedName() == "t";
   if (!named && read.points.empty()) return TrackLoading::notATrack;

@@ -45,6 +45,9 @@ enum class TrackLoading {
 
 // Replaces the track by the one in the file, named after the file when it has no name of its own.
 // Unchanged unless `whole` or `damaged`.
-TrackLoading loadTrackFile(const std::string& path, int32_t speedUnit, Track& track);
+// `foreign` becomes true when it holds attributes or elements of other programs; whoever does not
+// ask for it is told that they are damage.
+TrackLoading loadTrackFile(const std::string& path, int32_t speedUnit, Track& track,
+                           bool* foreign = nullptr);
 
 }  // namespace vgps

@@ -53,12 +53,8 @@ bool readTime(std::string_view text, DateTime& time) {
                          .hour = field(11, 2),
                          .minute = field(14, 2),
                          .second = field(17, 2)};
-  const std::chrono::year_month_day date{
-      std::chrono::year(read.year), std::chrono::month(read.month), std::chrono::day(read.day)};
-  const bool possible =
-      date.ok() && read.year > 0 && read.hour < 24 && read.minute < 60 && read.second < 60;
   // All zeroes stand for a point that had no time.
-  if (!possible && read != DateTime{}) return false;
+  if (!isCalendarTime(read) && read != DateTime{}) return false;
   time = read;
   return true;
 }

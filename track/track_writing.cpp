@@ -156,7 +156,7 @@ class TrackWriter {
     if (options_.recordSpeed) {
       text_.add("\" spd=\""), text_.number(speedOf(point, options_.speedUnit), 2);
     }
-    if (options_.recordTime && point.localTime != DateTime{})
+    if (options_.recordTime && isCalendarTime(point.localTime))
       text_.add("\" time=\""), text_.time(point.localTime);
     if (options_.recordCourse) text_.add("\" br=\""), text_.number(point.course, 1);
     if (point.m != 0) text_.add("\" m=\""), text_.number(point.m);

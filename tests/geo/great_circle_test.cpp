@@ -41,6 +41,11 @@ TEST(GreatCircle, DestinationAndOffsetsAgree) {
     EXPECT_NEAR(offset.acrossKm, 3, 1e-3);
     EXPECT_NEAR(offset.alongKm, km / 2, 2e-3);
   }
+  // One metre along, twenty beside.
+  const TrackOffset near = offsetFromLeg(
+      {0, 0, 0}, {1, 0, 0}, {0.001 / 111.19492578320205, -0.02 / 111.19492578320205, 0});
+  EXPECT_NEAR(near.alongKm, 0.001, 1e-8);
+  EXPECT_NEAR(near.acrossKm, 0.02, 1e-8);
   const TrackOffset behind = offsetFromLeg({0, 0, 0}, {1, 0, 0}, {-1, 0.5, 0});
   EXPECT_LT(behind.alongKm, 0);
   EXPECT_LT(behind.acrossKm, 0);

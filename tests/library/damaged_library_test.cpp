@@ -67,6 +67,9 @@ TEST_F(DocumentLibrary, WhatMayLieThere) {
        LibraryState::whole, "A 1 | B 2 | New 9"},
       {"comments", "<!-- a --><root><tracks><!-- <t> -->" + a + "<!-- b --></tracks></root>",
        LibraryState::whole, "A 1 | New 9"},
+      {"a document type",
+       "<!DOCTYPE root [<!ENTITY a \"b\">]><root><tracks>" + a + "</tracks></root>",
+       LibraryState::whole, "A 1 | New 9"},
 
       {"another program's file", "<gpx><trk/></gpx>", LibraryState::notALibrary, nullptr},
       {"settings", "<root><cfg><gps port=\"COM3\"/></cfg></root>", LibraryState::notALibrary,
@@ -148,7 +151,7 @@ TEST_F(DocumentLibrary, WhatOthersWroteSurvivesEveryChange) {
       "<p x=\"1.1\" y=\"2\" m=\"2\" gx:id='&lt;' ><ext><n>7</n><p/></ext>"
       "<ass><n n=\"Item 1\" f=\"f.jpg\"/></ass><!-- c --></p>"
       "<p x=\"0\" y=\"0\" hr=\"0\"/>"
-      "<p x=\"1.2\" y=\"2\" m=\"3\" hr=\"132\"/></t>";
+      "<p x=\"1.2\" y=\"2\"\r\n\ttime=\"05-07-2010 09:03:00\" m=\"3\" hr=\"132\"/></t>";
   const std::string other = "<x><y/><t n=\"B\"><p x=\"1\" y=\"2\" m=\"9\" hr=\"99\"/></t>text</x>";
   const std::string document = "<root v=\"2\"><!-- 1 --><tracks><!-- 2 -->" + track +
                                "<note>mine</note></tracks>" + other + "</root>";
@@ -166,7 +169,8 @@ TEST_F(DocumentLibrary, WhatOthersWroteSurvivesEveryChange) {
       {"reverse",
        [](auto& l) { return l.reverse(0, {}); },
        "A 3,2,1 | B 9",
-       {"m=\"3\" hr=\"132\"", "<n>7</n>", "m=\"1\" hr=\"130\"", other}},
+       {"time=\"05-07-2010 09:03:00\" m=\"3\" hr=\"132\"", "<n>7</n>", "m=\"1\" hr=\"130\"",
+        other}},
       {"split", [](auto& l) { return l.split(0, 2, {}); }, "A 1,2 | Split 1 3 | B 9", inOrder},
       {"join",
        [](auto& l) { return l.join(1, 0, {}); },

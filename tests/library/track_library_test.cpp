@@ -184,10 +184,12 @@ TEST_P(EitherLibrary, AnotherProgramsChangeIsSeenAndNotWrittenOver) {
 }
 
 TEST_P(EitherLibrary, WhoeverHoldsTheLockIsWaitedFor) {
+  const std::string lock = folder_ / (GetParam() ? "tracks.lock" : "t.xml.lock");
+  putFile(lock, "notes that have this name");
   addThree();
+  EXPECT_EQ(fileBytes(lock), "notes that have this name");
   FileOpening opening{};
-  const auto held = openExclusive(folder_ / (GetParam() ? "tracks.lock" : "t.xml.lock"),
-                                  OpenMode::orCreate, opening);
+  const auto held = openExclusive(lock, OpenMode::existing, opening);
   TrackLibrary hurried({.waitForOthersMs = 30});
   hurried.open(path_);
   EXPECT_EQ(hurried.remove(0), LibraryResult::inUse);
@@ -254,8 +256,11 @@ TEST_P(EitherLibrary, ImportedElements) {
   EXPECT_EQ(library_.tracks()[1].name, GetParam() ? "Import-1" : "Track 2");
   const std::string file = folder_ / folder_.names()[0];
   EXPECT_NE(fileBytes(file).find("hr=\"130\""), std::string::npos) << file;
+  EXPECT_FALSE(library_.tracks()[0].damaged);
   ASSERT_EQ(library_.undo(), LibraryResult::done);
   EXPECT_EQ(library_.tracks().size(), 1U);
+  ASSERT_EQ(library_.rename(0, "Here"), LibraryResult::done);
+  EXPECT_NE(fileBytes(folder_ / folder_.names()[0]).find("<t n=\"Here\">"), std::string::npos);
 }
 
 TEST_P(EitherLibrary, AttachmentsAreInTheLibraryThen) {

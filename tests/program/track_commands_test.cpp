@@ -309,6 +309,7 @@ TEST_F(TrackCommands, WhatCannotBeDone) {
       {{"track", "trim", a, "-o", out, "--from", "9"}, "has no point 9: there are 3"},
       {{"track", "trim", a, "-o", out, "--from", "3", "--to", "2"}, "lies between"},
       {{"track", "trim", a, "-o", out, "--from", "2011-01-01 00:00"}, "lies between"},
+      {{"track", "trim", a, "-o", out, "--to", "2010-13-45 99:99"}, "is neither a point's number"},
       {{"track", "trim", a, "-o", out, "--to", "noon"}, "noon is neither a point's number nor"},
       {{"track", "thin", a, "-o", out, "--metres", "-3"}, "-3 is no number above 0"},
       {{"track", "split", a, "--at", "2", "-o", path("./out.XML"), "--second", out}, "two files"},

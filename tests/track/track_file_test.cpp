@@ -59,6 +59,8 @@ TEST(TrackXml, Points) {
   EXPECT_EQ(pointText(marked, none), place + R"( s="2" m="1"/>)");
   EXPECT_EQ(pointText(marked, everything()),
             place + R"( s="2" c="0" spd="41.48" time="23-03-2009 12:35:19" br="84.4" m="1"/>)");
+  marked.localTime = {.hour = 12};  // a log without a date
+  EXPECT_EQ(pointText(marked, everything()).find("time="), std::string::npos);
   const char* speeds[] = {"41.48", "22.40", "11.52", "25.78", "0.00"};
   for (int32_t unit = 0; unit < 5; ++unit) {
     RecordingOptions options;
