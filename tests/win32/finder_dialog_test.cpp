@@ -75,7 +75,8 @@ TEST_F(FinderDialogTest, CancelDoesNotWaitForAPortThatIsBeingOpened) {
   constexpr int kOpenMs = 5000;
   voices = {{"COM4", {9600, "", PortError::none, kOpenMs}}};
   open();
-  ASSERT_TRUE(waitFor([&] { return cell(dialog, 0, 2).starts_with(L"Listening"); }));
+  ASSERT_TRUE(waitFor(
+      [&] { return cellText(GetDlgItem(dialog, FINDER_LIST), 0, 2).starts_with(L"Listening"); }));
   const ULONGLONG start = GetTickCount64();
   press(IDCANCEL);
   EXPECT_LT(GetTickCount64() - start, kOpenMs / 2);
