@@ -67,6 +67,8 @@ class Journal {
   JournalResult recover(const std::string& path, RecoveredTrack& out);
 
   bool isOpen() const { return file_ != nullptr; }
+  // Where it lies, or lay before it was closed.
+  const std::string& path() const { return path_; }
   void append(const TrackPoint& point);
   // What was appended goes to the disk now.
   void flush();
