@@ -1,63 +1,97 @@
 #include "app/library.h"
 
-#include <memory>
+#include <span>
 #include <string>
-#include <utility>
+#include <string_view>
+#include <vector>
 
 #include "base/texts.h"
 #include "library/left_recording.h"
+#include "platform/files.h"
+#include "track/whole_file.h"
 
 namespace vgps {
 namespace {
 
-constexpr uint32_t kAskToGoOn = 744;
-constexpr uint32_t kAskToKeep = 745;
 constexpr uint32_t kAskToDelete = 746;
-constexpr uint32_t kPartDamaged = 747;
 constexpr uint32_t kHoldsSettings = 962;
 constexpr uint32_t kLibraryKept = 963;
+constexpr uint32_t kHoldsRecording = 986;
+constexpr uint32_t kNotDeleted = 987;
 
-// False when the answer was no; then the recording is still unanswered.
-bool goOn(AppState& app, LeftRecording& left, const std::string& points) {
-  const bool free = app.track.state == kIdle && app.track.points.empty();
-  if (!free || !app.platform.window.ask(textWith(kAskToGoOn, points))) return false;
-  app.recordingHooks.continueJournal(left.continueInto(app.track));
-  app.recording.start();
-  return true;
+enum class Answer : uint8_t { goOn, save, remove, later };
+
+struct AnswerRow {
+  Answer answer;
+  uint32_t text;
+};
+
+// Going on stands in front, because there are times without it; the harmless one behind.
+constexpr AnswerRow kAnswers[] = {
+    {Answer::goOn, 980}, {Answer::save, 981}, {Answer::remove, 982}, {Answer::later, 983}};
+
+// Those that a recording may take, whether they are there or not.
+std::vector<std::string> journalNames(const std::string& first) {
+  if (first.empty()) return {};
+  const std::string stem = withoutExtension(first);
+  std::vector<std::string> names = {first};
+  for (char number = '2'; number <= '9'; ++number) {
+    names.push_back(stem + '-' + number + first.substr(stem.size()));
+  }
+  return names;
 }
 
-bool keep(AppState& app, LeftRecording& left, const std::string& points) {
-  if (!app.platform.window.ask(textWith(kAskToKeep, points))) return false;
-  if (!openLibrary(app)) {
-    left.leave();
-    return true;
-  }
+Answer ask(AppState& app, const LeftRecording& left) {
+  const bool free = app.track.state == kIdle && app.track.points.empty();
+  const std::span<const AnswerRow> rows = std::span(kAnswers).subspan(free ? 0 : 1);
+  std::vector<std::string_view> texts;
+  for (const AnswerRow& row : rows) texts.push_back(textOf(row.text));
+  return rows[app.platform.window.choose(left.question(), texts)].answer;
+}
+
+void save(AppState& app, LeftRecording& left) {
+  if (!openLibrary(app)) return left.leave();
   const LibraryResult result =
       left.save(app.library, app.recordingOptions, app.platform.clock.local());
-  if (result == LibraryResult::done) return true;
+  if (result == LibraryResult::done) return;
   app.platform.window.tellError(libraryMessage(result, app.library.path()));
   left.leave();
-  return true;
+}
+
+void remove(AppState& app, LeftRecording& left) {
+  const std::string points = std::to_string(left.points());
+  if (!app.platform.window.ask(textWith(kAskToDelete, points))) return left.leave();
+  if (!left.discard()) app.platform.window.tellError(textWith(kNotDeleted, left.path()));
 }
 
 void answer(AppState& app, LeftRecording& left) {
-  if (left.damaged()) app.platform.window.tell(textWith(kPartDamaged, left.path()));
-  const std::string points = std::to_string(left.points());
-  if (goOn(app, left, points) || keep(app, left, points)) return;
-  if (app.platform.window.ask(textWith(kAskToDelete, points))) {
-    left.discard();
-  } else {
-    left.leave();
+  switch (ask(app, left)) {
+    case Answer::goOn:
+      app.recordingHooks.continueJournal(left.continueInto(app.track));
+      app.recording.start();
+      break;
+    case Answer::save: save(app, left); break;
+    case Answer::remove: remove(app, left); break;
+    case Answer::later: left.leave(); break;
   }
 }
 
 }  // namespace
 
+std::string libraryRefusal(const std::string& path, const AppPaths& paths) {
+  if (isSameFile(path, paths.settings)) return textWith(kHoldsSettings, path);
+  for (const std::string& journal : journalNames(paths.journal)) {
+    if (isSameFile(path, journal)) return textWith(kHoldsRecording, path);
+  }
+  return {};
+}
+
 bool openLibrary(AppState& app) {
   const std::string path = trackLibraryPath(app.settings.trackStorePath, app.paths.folder);
   if (app.library.isOpen() && app.library.path() == path) return true;
-  if (path == app.paths.settings) {  // also before that is there
-    app.platform.window.tellError(textWith(kHoldsSettings, path));
+  const std::string refusal = libraryRefusal(path, app.paths);
+  if (!refusal.empty()) {
+    app.platform.window.tellError(refusal);
     return false;
   }
   const LibraryState state = app.library.open(path);

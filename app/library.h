@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "app/app_state.h"
 
 namespace vgps {
@@ -7,6 +9,10 @@ namespace vgps {
 // The track library, opened where the settings say when it is first needed. False when nothing can
 // be kept there; the person has been told.
 bool openLibrary(AppState& app);
+
+// Why the track library cannot lie at `path`, as a sentence for a person: the settings or a
+// recording's journal have that place, also before they are there. Empty when it can.
+std::string libraryRefusal(const std::string& path, const AppPaths& paths);
 
 // True when the track is on the disk; the person has been told otherwise.
 bool addToLibrary(AppState& app, Track& track);

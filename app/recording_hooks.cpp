@@ -16,6 +16,17 @@ constexpr uint32_t kTrackChanged = 1286;
 constexpr uint32_t kAskToSave = 711;
 constexpr uint32_t kNoJournal = 715;
 
+bool isSamePoint(const TrackPoint& a, const TrackPoint& b) {
+  return a.longitude == b.longitude && a.latitude == b.latitude && a.utcTime == b.utcTime;
+}
+
+// By its ends: what a person does to a track changes one of them.
+bool beginsWith(const PointList& points, const PointList& first) {
+  if (first.empty()) return true;
+  return first.size() <= points.size() && isSamePoint(points[0], first[0]) &&
+         isSamePoint(points[first.size() - 1], first.back());
+}
+
 }  // namespace
 
 AppRecordingHooks::AppRecordingHooks(AppState& app)
@@ -74,8 +85,21 @@ void AppRecordingHooks::pointsSettled() {
   if (journal_->isOpen()) journal_->discard();
 }
 
-void AppRecordingHooks::closeJournal() {
-  if (journal_->isOpen()) journal_->close();
+bool AppRecordingHooks::closeJournal() { return journal_->close(); }
+
+// A track that was changed since is another one than the journal's, which is left as it is.
+size_t AppRecordingHooks::resumeJournal() {
+  const PointList& points = app_.track.points;
+  const std::string path = journal_->path();
+  RecoveredTrack written;
+  if (journal_->recover(path, written) != JournalResult::open) return points.size();
+  const size_t there = written.points.size();
+  if (!beginsWith(points, written.points)) {
+    journal_->close();
+    return points.size();
+  }
+  for (size_t i = there; i < points.size(); ++i) journal_->append(points[i]);
+  return points.size() - there;
 }
 
 void AppRecordingHooks::continueJournal(std::unique_ptr<Journal> journal) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <memory>
 
 #include "library/journal.h"
@@ -30,8 +31,12 @@ class AppRecordingHooks : public RecordingHooks {
 
   // A recording begins: a journal of its own for it, with the points that the track has already.
   void beginJournal();
-  // The program ends; what nobody has saved or given up stays on the disk for the next start.
-  void closeJournal();
+  // The program ends; what nobody has saved or given up stays on the disk for the next start. False
+  // when the disk did not take everything.
+  bool closeJournal();
+  // The program goes on after such a close: the journal takes the points again that it lacks. How
+  // many these are.
+  size_t resumeJournal();
   // One that an ended program left: the points of the current track are in it already.
   void continueJournal(std::unique_ptr<Journal> journal);
   bool hasJournal() const { return journal_ != nullptr && journal_->isOpen(); }

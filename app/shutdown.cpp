@@ -1,5 +1,6 @@
 #include "app/commands.h"
 #include "app/startup.h"
+#include "base/texts.h"
 
 // The wish to close the program.
 namespace vgps {
@@ -7,6 +8,22 @@ namespace {
 
 constexpr uint32_t kEndCommand = 1204;
 constexpr uint32_t kAskToStop = 406;
+constexpr uint32_t kAskToLose = 984;
+
+// Whether closing loses no point of the track, or the person knows and wants it. `recorded`: the
+// recording was ended just now, and what is left of it the library has refused; the message said
+// why, so the program stays open without another question.
+bool mayClose(AppState& app, bool recorded) {
+  AppRecordingHooks& hooks = app.recordingHooks;
+  if (!hooks.hasJournal()) return !recorded || app.track.points.empty();
+  if (hooks.closeJournal()) return true;
+  const size_t lacking = hooks.resumeJournal();
+  if (recorded && lacking > 0) return false;
+  if (lacking > 0 && !app.platform.window.ask(textWith(kAskToLose, std::to_string(lacking))))
+    return false;
+  hooks.closeJournal();  // the disk may have room now
+  return true;
+}
 
 }  // namespace
 
@@ -17,11 +34,8 @@ bool closeRequested(AppState& app) {
   if (state == kRecording || state == kPlaying) {
     if (!askQuestion(app, kAskToStop)) return false;
     runCommand(app, kEndCommand);
-    // The library refused the track and no journal has it: closing now would lose it. The message
-    // says why; who closes again has been told.
-    const bool kept = app.track.points.empty() || app.recordingHooks.hasJournal();
-    if (state == kRecording && !kept) return false;
   }
+  if (!mayClose(app, state == kRecording)) return false;
   app.fix.stopReaders(0);  // they end by themselves; who waits for them comes later
   window.destroy();
   return true;

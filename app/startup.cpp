@@ -27,6 +27,7 @@ constexpr uint32_t kNoInstaller = 703;
 constexpr uint32_t kNoSimulationData = 719;
 constexpr uint32_t kSettingsNotWritten = 737;
 constexpr uint32_t kSettingsUnreadable = 970;
+constexpr uint32_t kPointsLost = 985;
 
 constexpr int32_t kStartsBetweenReminders = 20;
 
@@ -124,7 +125,9 @@ bool startWork(AppState& app, const StartOptions& options, const std::function<b
 }
 
 bool endProgram(AppState& app) {
-  app.recordingHooks.closeJournal();
+  if (!app.recordingHooks.closeJournal()) {
+    app.platform.window.tellError(textOf(kPointsLost));
+  }
   const bool known = app.config.refused();  // it was said when it happened
   if (app.config.save()) return true;
   if (!known) app.platform.window.tellError(textWith(kSettingsNotWritten, app.config.path()));

@@ -19,6 +19,9 @@ class QuietWindow : public Window {
   void tellError(std::string_view) override {}
   void tell(std::string_view) override {}
   bool ask(std::string_view) override { return false; }
+  size_t choose(std::string_view, std::span<const std::string_view> answers) override {
+    return answers.size() - 1;
+  }
   bool shiftHeld() override { return false; }
   void pressSpace() override {}
   void setTimer(uint32_t, uint32_t) override {}

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -32,6 +34,10 @@ class Window {
   // A question that is answered with Yes or No; waits. True for Yes; No is the default, and the
   // answer where nobody can be asked.
   virtual bool ask(std::string_view question) = 0;
+  // A question with several answers, "&" in front of a letter that chooses one; waits. The place
+  // of the chosen one. The last is the default, and the answer of who only closes the question;
+  // it has to be harmless.
+  virtual size_t choose(std::string_view question, std::span<const std::string_view> answers) = 0;
   // The stepping aid of the simulation; from any thread.
   virtual bool shiftHeld() = 0;
   virtual void pressSpace() = 0;

@@ -57,6 +57,7 @@ class MainWindow : public Window {
   void pressSpace() override;
   void tell(std::string_view text) override;
   bool ask(std::string_view question) override;
+  size_t choose(std::string_view question, std::span<const std::string_view> answers) override;
   void setTimer(uint32_t number, uint32_t ms) override;
   void killTimer(uint32_t number) override;
   void postTap(uint32_t point) override;

@@ -1,8 +1,11 @@
 #include "win32/main_window.h"
 
 // Behind <windows.h>, on which they build.
+#include <commctrl.h>
 #include <commdlg.h>
 #include <shellapi.h>
+
+#include <vector>
 
 #include "app/dialog_context.h"
 #include "res/finder_ids.h"
@@ -18,6 +21,9 @@ namespace vgps {
 namespace {
 
 constexpr uint32_t kFindReceiver = 105;
+
+// The buttons of a question with several answers; far from IDOK and its like, which close it.
+constexpr int kFirstAnswer = 1001;
 
 }  // namespace
 
@@ -78,6 +84,33 @@ void MainWindow::pressSpace() { PostMessageW(window_, WM_KEYDOWN, VK_SPACE, 0); 
 bool MainWindow::ask(std::string_view question) {
   return MessageBoxW(window_, wideFromUtf8(question).c_str(), programTitle().c_str(),
                      MB_YESNO | MB_DEFBUTTON2 | MB_ICONQUESTION) == IDYES;
+}
+
+// The window is disabled meanwhile, as by a message box.
+size_t MainWindow::choose(std::string_view question, std::span<const std::string_view> answers) {
+  std::vector<std::wstring> words;
+  for (const std::string_view answer : answers) words.push_back(wideFromUtf8(answer));
+  std::vector<TASKDIALOG_BUTTON> buttons;
+  for (const std::wstring& word : words) {
+    buttons.push_back({kFirstAnswer + static_cast<int>(buttons.size()), word.c_str()});
+  }
+  const std::wstring title = programTitle();
+  const std::wstring text = wideFromUtf8(question);
+  TASKDIALOGCONFIG dialog{};
+  dialog.cbSize = sizeof dialog;
+  dialog.hwndParent = window_;
+  dialog.dwFlags = TDF_USE_HICON_MAIN | TDF_ALLOW_DIALOG_CANCELLATION |
+                   TDF_POSITION_RELATIVE_TO_WINDOW | TDF_SIZE_TO_CONTENT;
+  dialog.pszWindowTitle = title.c_str();
+  dialog.hMainIcon = LoadIconW(nullptr, IDI_QUESTION);
+  dialog.pszContent = text.c_str();
+  dialog.cButtons = static_cast<UINT>(buttons.size());
+  dialog.pButtons = buttons.data();
+  dialog.nDefaultButton = buttons.back().nButtonID;
+  int pressed = 0;
+  if (TaskDialogIndirect(&dialog, &pressed, nullptr, nullptr) != S_OK) pressed = 0;
+  const size_t chosen = static_cast<size_t>(pressed - kFirstAnswer);
+  return pressed >= kFirstAnswer && chosen < answers.size() ? chosen : answers.size() - 1;
 }
 
 void MainWindow::setTimer(uint32_t number, uint32_t ms) { SetTimer(window_, number, ms, nullptr); }

@@ -125,49 +125,80 @@ TEST_F(RecordingCommands, AJournalThatTheDiskRefusesIsToldAndKeepsTrying) {
 }
 
 struct Recovery {
-  std::vector<bool> answers;  // to the questions in their order
-  size_t questions;
+  const char* choice;
+  bool yes;  // to the question that deleting asks
+  std::vector<std::string> questions;
   std::vector<uint64_t> saved;
   bool recording, journal;
 };
 
+constexpr const char* kOffer = "A track of 2 points was being recorded.";
+constexpr const char* kDelete =
+    "Delete these 2 points? If not, this is asked again at the next start.";
+
+void leaveRecording(const AppPaths& paths) {
+  ProgramWorld before;
+  before.app.paths = paths;
+  runCommand(before.app, kStart);
+  before.receiveFix();
+  runCommand(before.app, kMark);
+  before.receiveFix();
+}
+
 TEST_F(RecordingCommands, ALeftRecordingIsAskedAbout) {
   const Recovery rows[] = {
-      {{true}, 1, {}, true, true},
-      {{false, true}, 2, {2}, false, false},
-      {{false, false, true}, 3, {}, false, false},
-      {{false, false, false}, 3, {}, false, true},  // later
+      {"&Continue", false, {kOffer}, {}, true, true},
+      {"&Save", false, {kOffer}, {2}, false, false},
+      {"&Delete...", true, {kOffer, kDelete}, {}, false, false},
+      {"&Delete...", false, {kOffer, kDelete}, {}, false, true},
+      {"&Later", true, {kOffer}, {}, false, true},
+      {"closed", true, {kOffer}, {}, false, true},
   };
   for (const Recovery& row : rows) {
     ProgramWorld later;
     later.load("");
-    {
-      ProgramWorld before;
-      before.app.paths = later.app.paths;
-      before.app.settings.recordAngle = 1;
-      runCommand(before.app, kStart);
-      before.receiveFix();
-      runCommand(before.app, kMark);
-      before.receiveFix();
-    }
-    size_t asked = 0;
-    later.window.onAsk = [&] { return asked < row.answers.size() && row.answers[asked++]; };
+    leaveRecording(later.app.paths);
+    later.window.wanted = row.choice;
+    later.window.answer = row.yes;
     offerRecovery(later.app);
-    EXPECT_EQ(later.window.questions.size(), row.questions);
-    EXPECT_EQ(later.window.questions[0],
-              "A recording of 2 points did not end with its program. Go on with it?");
-    EXPECT_EQ(later.savedPoints(), row.saved);
-    EXPECT_EQ(later.app.track.state == kRecording, row.recording);
-    EXPECT_EQ(later.folder.has("vgpstrack.journal"), row.journal) << row.questions;
+    EXPECT_EQ(later.window.questions, row.questions) << row.choice;
+    EXPECT_EQ(later.savedPoints(), row.saved) << row.choice;
+    EXPECT_EQ(later.app.track.state == kRecording, row.recording) << row.choice;
+    EXPECT_EQ(later.folder.has("vgpstrack.journal"), row.journal) << row.choice;
     if (!row.recording) continue;
+    later.app.recordingOptions.angle = 1;
+    runCommand(later.app, kMark);
     later.receiveFix();
     EXPECT_EQ(later.app.track.points.size(), 3U);
-    later.app.recordingHooks.closeJournal();
+    EXPECT_TRUE(later.app.recordingHooks.closeJournal());
     Journal journal;
     RecoveredTrack left;
     EXPECT_EQ(journal.recover(later.app.paths.journal, left), JournalResult::open);
     EXPECT_EQ(left.points.size(), 3U) << "in the same journal";
   }
+}
+
+TEST_F(RecordingCommands, OneRecordingAtATimeIsGoneOnWith) {
+  run(kStart);
+  const std::vector<std::string> others = {"&Save", "&Delete...", "&Later"};
+  offerRecovery(app);
+  EXPECT_TRUE(world.window.questions.empty()) << "the running one is not left";
+  AppPaths beside = app.paths;
+  beside.journal = world.folder / "vgpstrack-2.journal";
+  leaveRecording(beside);
+  offerRecovery(app);
+  EXPECT_EQ(world.window.offered, others);
+}
+
+TEST_F(RecordingCommands, TheLibraryTakesNoPlaceOfAnother) {
+  for (const char* place : {"vgps.xml", "vgpstrack.journal", "vgpstrack-9.journal", "./vgps.xml"}) {
+    app.settings.trackStorePath = place;
+    world.window.errors.clear();
+    EXPECT_FALSE(openLibrary(app)) << place;
+    EXPECT_EQ(world.window.errors.size(), 1U) << place;
+  }
+  app.settings.trackStorePath = "vgpstrack-10.journal";
+  EXPECT_TRUE(openLibrary(app)) << "no recording lies there";
 }
 
 TEST_F(RecordingCommands, TheJournalSurvivesAnEndWithoutAnAnswer) {

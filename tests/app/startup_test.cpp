@@ -9,8 +9,10 @@
 #include "app/scene_of.h"
 #include "base/texts.h"
 #include "display/readout.h"
+#include "library/journal_format.h"
 #include "tests/fakes/program_world.h"
 #include "tests/fakes/recording_canvas.h"
+#include "tests/library/memory_file.h"
 
 namespace vgps {
 namespace {
@@ -341,6 +343,66 @@ TEST(Close, StaysOpenWithATrackThatLiesNowhere) {
   EXPECT_EQ(world.app.track.points.size(), 1U);
   EXPECT_EQ(world.window.done, std::vector<std::string>{"browser"});
   EXPECT_FALSE(world.app.gps.readers.readerStop);
+}
+
+// The journal is open, and the disk has no room for what comes.
+struct FullDisk {
+  FullDisk() {
+    world.load("drp=\"1\"");
+    world.app.platform.disk.open = disk.opener();
+    world.app.settings.trackStorePath = world.folder / "missing/tracks.xml";
+    runCommand(world.app, 1202);
+    world.receiveFix();
+    disk.setRoom(1);
+    world.window.answer = true;
+  }
+  ~FullDisk() { world.app.recordingHooks.closeJournal(); }
+  size_t pointsOnDisk() {
+    const std::lock_guard lock(disk.mutex);
+    return readJournal(disk.files.begin()->second->bytes).points.size();
+  }
+  MemoryDisk disk;
+  ProgramWorld world;
+};
+
+TEST(Close, StaysOpenWhenTheJournalLacksPoints) {
+  FullDisk full;
+  ProgramWorld& world = full.world;
+  EXPECT_FALSE(closeRequested(world.app));
+  EXPECT_EQ(world.window.done, std::vector<std::string>{"browser"});
+  EXPECT_EQ(world.app.track.points.size(), 1U);
+  full.disk.setRoom(SIZE_MAX);
+  runCommand(world.app, 1202);  // goes on in the same journal
+  runCommand(world.app, 1215);
+  world.receiveFix();
+  EXPECT_TRUE(closeRequested(world.app)) << "the library refuses still";
+  EXPECT_EQ(full.pointsOnDisk(), 2U);
+  EXPECT_EQ(full.disk.files.size(), 1U);
+}
+
+TEST(Close, AJournalThatLacksPointsIsSavedFromMemory) {
+  FullDisk full;
+  EXPECT_FALSE(closeRequested(full.world.app));
+  full.world.app.settings.trackStorePath.clear();
+  runCommand(full.world.app, 1212);
+  EXPECT_EQ(full.world.savedPoints(), std::vector<uint64_t>{1});
+  EXPECT_TRUE(full.disk.files.empty()) << "the journal is not needed any more";
+  EXPECT_TRUE(closeRequested(full.world.app));
+}
+
+TEST(Close, APausedRecordingIsLostOnlyKnowingly) {
+  for (const bool yes : {false, true}) {
+    FullDisk full;
+    ProgramWorld& world = full.world;
+    runCommand(world.app, 1203);
+    world.window.answer = yes;
+    EXPECT_EQ(closeRequested(world.app), yes);
+    EXPECT_EQ(world.window.questions,
+              std::vector<std::string>{"The disk does not take the last 1 points of this track. "
+                                       "Close all the same and lose them?"});
+    EXPECT_TRUE(endProgram(world.app));
+    EXPECT_EQ(world.window.errors.empty(), yes) << "what was known is not told again";
+  }
 }
 
 TEST(Close, AWaitingSimulationEnds) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <functional>
 #include <map>
@@ -34,6 +35,13 @@ class FakeWindow : public Window {
     questions.emplace_back(question);
     return onAsk ? onAsk() : answer;
   }
+  size_t choose(std::string_view question, std::span<const std::string_view> answers) override {
+    questions.emplace_back(question);
+    offered.assign(answers.begin(), answers.end());
+    const auto found = std::find(offered.begin(), offered.end(), wanted);
+    return found != offered.end() ? static_cast<size_t>(found - offered.begin())
+                                  : offered.size() - 1;
+  }
   bool shiftHeld() override { return false; }
   void pressSpace() override { ++spaces; }
   void setTimer(uint32_t number, uint32_t ms) override {
@@ -65,6 +73,8 @@ class FakeWindow : public Window {
   std::vector<std::string> errors, told, questions, urls;
   bool answer = false;                  // to every question; Yes is true
   std::function<bool()> onAsk;          // in its place
+  std::vector<std::string> offered;     // answers to the last question that had several
+  std::string wanted;                   // of them; the last one where it is not among them
   std::map<uint32_t, uint32_t> timers;  // running: number, period in ms
   std::vector<uint32_t> armed;          // in their order
   std::vector<uint32_t> taps, dialogs;
