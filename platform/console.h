@@ -26,4 +26,10 @@ TerminalSize terminalSize();
 // To be called once, before any other thread is started.
 void onStopRequest(std::function<void()> handler);
 
+// Behind `onStopRequest`, for work that must not end in its middle: the next request is only noted
+// from now on, and the one behind it ends the program at once.
+void holdNextStopRequest();
+// Whether one came since.
+bool stopRequestWasHeld();
+
 }  // namespace vgps

@@ -5,12 +5,21 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <string_view>
 #include <thread>
 #include <utility>
 
 namespace vgps {
+namespace {
+
+std::atomic<bool> requestCame{false};
+static_assert(std::atomic<bool>::is_always_lock_free);  // it is set while a thread is interrupted
+
+void noteRequest(int) { requestCame = true; }
+
+}  // namespace
 
 std::vector<std::string> commandLineArguments(int argc, char** argv) {
   return {argv + (argc > 0 ? 1 : 0), argv + argc};
@@ -44,10 +53,26 @@ void onStopRequest(std::function<void()> handler) {
   std::thread([signals, handler = std::move(handler)] {
     int received = 0;
     if (sigwait(&signals, &received) != 0) return;
+    noteRequest(received);
     pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
     handler();
     for (;;) pause();
   }).detach();
 }
+
+// The thread that waits for the first one takes it, where that has not come yet.
+void holdNextStopRequest() {
+  requestCame = false;
+  struct sigaction note {};
+  note.sa_handler = noteRequest;
+  note.sa_flags = static_cast<int>(SA_RESETHAND) | SA_RESTART;
+  for (const int each : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction before {};
+    const bool known = sigaction(each, nullptr, &before) == 0;
+    if (!known || before.sa_handler != SIG_IGN) sigaction(each, &note, nullptr);
+  }
+}
+
+bool stopRequestWasHeld() { return requestCame; }
 
 }  // namespace vgps

@@ -19,9 +19,14 @@ constexpr DWORD kGraceMs = 5000;
 // The system calls its handler with nothing but the kind of event.
 HANDLE stopRequested = nullptr;
 
+std::atomic<bool> requestCame{false};
+std::atomic<bool> holdsNext{false};
+
 BOOL WINAPI onConsoleEvent(DWORD kind) {
   static std::atomic<bool> asked{false};
-  if (asked.exchange(true)) return FALSE;  // a second time: the system ends the program
+  requestCame = true;
+  const bool again = asked.exchange(true);
+  if (again && !holdsNext.exchange(false)) return FALSE;  // the system ends the program
   SetEvent(stopRequested);
   if (kind != CTRL_C_EVENT && kind != CTRL_BREAK_EVENT) Sleep(kGraceMs);
   return TRUE;
@@ -64,5 +69,12 @@ void onStopRequest(std::function<void()> handler) {
   }).detach();
   SetConsoleCtrlHandler(onConsoleEvent, TRUE);
 }
+
+void holdNextStopRequest() {
+  requestCame = false;
+  holdsNext = true;
+}
+
+bool stopRequestWasHeld() { return requestCame; }
 
 }  // namespace vgps
