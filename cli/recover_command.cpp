@@ -1,17 +1,23 @@
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "app/apply_settings.h"
 #include "app/config_store.h"
+#include "app/library.h"
+#include "app/paths.h"
 #include "app/settings.h"
-#include "base/texts.h"
 #include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/live_fixes.h"
 #include "library/left_recording.h"
 #include "platform/clock.h"
+#include "platform/console.h"
 #include "platform/files.h"
 #include "track/recording.h"
 
@@ -24,6 +30,10 @@ using Action = RecoverOptions::Action;
 
 constexpr int kInUse = 2;  // exit status
 
+// Between tries to write, and between looks whether the person gives up.
+constexpr int kTryAgainMs = 3000;
+constexpr int kLookMs = 100;
+
 std::string folderOf(const std::string& path) {
   const size_t separator = path.find_last_of("/\\");
   if (separator == std::string::npos) return ".";
@@ -34,8 +44,7 @@ void say(const std::string& text) { std::printf("%s\n", text.c_str()); }
 
 // The settings beside which journals and library lie.
 struct Place {
-  std::string folder;
-  std::string settings;
+  AppPaths paths;
   std::string library;
   RecordingOptions recording;
 };
@@ -43,13 +52,14 @@ struct Place {
 // Settings that nobody can read are the standard ones: the recording matters more.
 Place findPlace(const std::string& file) {
   Place place;
-  const std::string path = file.empty() ? pathIn(programFolder(), "vgps.xml") : file;
+  std::string path = file.empty() ? programFolder() : file;
+  if (isFolder(path)) path = pathIn(path, "vgps.xml");
   ConfigStore store;
   if (!store.open(path)) fail(path + " cannot be read; the standard settings are taken");
   const Settings settings = loadSettings(store);
-  place.folder = folderOf(path);
-  place.settings = path;
-  place.library = trackLibraryPath(settings.trackStorePath, place.folder);
+  place.paths = pathsOf(folderOf(path));
+  place.paths.settings = path;
+  place.library = trackLibraryPath(settings.trackStorePath, place.paths.folder);
   place.recording = recordingOptionsOf(settings);
   place.recording.manual = false;  // nobody is there who could ask for a point
   return place;
@@ -60,24 +70,56 @@ int failedWith(JournalResult result, const LeftRecording& left) {
   return result == JournalResult::inUse ? kInUse : status;
 }
 
-int saveRecording(LeftRecording& left, const Place& place) {
-  constexpr uint32_t kHoldsSettings = 962;
-  if (place.library == place.settings) return fail(textWith(kHoldsSettings, place.library));
+std::string pointsText(size_t count) {
+  return std::to_string(count) + (count == 1 ? " point" : " points");
+}
+
+// As it stands in front of a full stop: "./.." would not be seen to be a folder there.
+std::string shownPath(std::string path) {
+  const auto isSeparator = [](char c) { return c == '/' || c == '\\'; };
+  while (path.size() > 2 && path[0] == '.' && isSeparator(path[1])) path.erase(0, 2);
+  while (path.size() > 2 && path.back() == '.' && isSeparator(path[path.size() - 2])) {
+    path.erase(path.size() - 2);
+  }
+  if (path == "." || path == "./") return "the current folder";
+  return path.back() == '.' ? '"' + path + '"' : path;
+}
+
+struct Saving {
+  bool done = false;
+  int status = 0;
+  std::string why = {};  // it was not done
+};
+
+// On the journal that stays nothing is said.
+Saving trySaving(LeftRecording& left, const Place& place) {
   TrackLibrary library;
+  const std::string refusal = libraryRefusal(place.library, place.paths);
+  if (!refusal.empty()) return {.status = 1, .why = refusal};
   library.open(place.library);
-  if (!library.message().empty()) fail(library.message());
+  const std::string damage = library.message();
   const size_t points = left.points();
   const LibraryResult result = left.save(library, place.recording, systemClock().local());
   if (result != LibraryResult::done) {
-    fail(libraryMessage(result, place.library));
-    const int status = fail("the recording stays in " + left.path());
-    return result == LibraryResult::inUse ? kInUse : status;
+    return {.status = result == LibraryResult::inUse ? kInUse : 1,
+            .why = result == LibraryResult::notWritten ? "cannot write " + place.library
+                                                       : libraryMessage(result, place.library)};
   }
+  if (!damage.empty()) fail(damage);
   if (!library.keptAs().empty()) fail("the damaged library was kept as " + library.keptAs());
   if (!left.keptAs().empty()) fail("the damaged recording was kept as " + left.keptAs());
-  say("Saved " + std::to_string(points) + " points in " + place.library + ".");
-  if (!fileExists(left.path())) return 0;
-  return fail("cannot delete " + left.path() + "; it was saved all the same");
+  say("Saved " + pointsText(points) + " in " + shownPath(place.library) + ".");
+  if (!fileExists(left.path())) return {.done = true};
+  return {.done = true,
+          .status = fail("cannot delete " + left.path() + "; it was saved all the same")};
+}
+
+int saveRecording(LeftRecording& left, const Place& place) {
+  const Saving saving = trySaving(left, place);
+  if (saving.done) return saving.status;
+  fail(saving.why);
+  fail("the recording stays in " + left.path());
+  return saving.status;
 }
 
 // What the recording asks for, where there is nobody to ask and nothing to hear.
@@ -100,31 +142,100 @@ class ContinueHooks : public RecordingHooks {
   Journal& journal_;
 };
 
+// Writes what the journal lacks of the track, from point `there` on; a new one where it is gone.
+bool completeJournal(std::unique_ptr<Journal> journal, const std::string& path, const Track& track,
+                     size_t there) {
+  if (journal == nullptr) {
+    journal = std::make_unique<Journal>();
+    if (journal->create(path) != JournalResult::open) return false;
+    there = 0;
+  }
+  for (size_t i = there; i < track.points.size(); ++i) journal->append(track.points[i]);
+  return journal->close();
+}
+
+// A track in memory whose journal was closed, or has gone meanwhile, or did not get everything.
+class EndedRecording {
+ public:
+  EndedRecording(Track track, std::string path, const Place& place)
+      : track_(std::move(track)), path_(std::move(path)), place_(place) {}
+
+  // Into the library, or else to the disk at all. False as long as points are in memory alone.
+  bool keep() {
+    LeftRecording whole;
+    const JournalResult found = whole.open(path_);
+    if (found != JournalResult::open) tellGone(whole, found);
+    const size_t there = std::min(whole.points(), track_.points.size());
+    whole.take(std::move(track_));
+    const Saving saving = trySaving(whole, place_);
+    status_ = saving.status;
+    why_ = saving.why;
+    if (saving.done) return true;
+    std::unique_ptr<Journal> journal = whole.continueInto(track_);
+    lacking_ = track_.points.size() - there;
+    if (lacking_ > 0 && !completeJournal(std::move(journal), path_, track_, there)) return false;
+    fail(why_);
+    fail("the recording stays in " + path_);
+    return true;
+  }
+
+  int status() const { return status_; }
+  const std::string& why() const { return why_; }  // the library refuses
+  size_t lacking() const { return lacking_; }      // points that the disk does not have
+
+ private:
+  void tellGone(const LeftRecording& whole, JournalResult found) {
+    if (std::exchange(gone_, true)) return;
+    fail(found == JournalResult::missing ? path_ + " has gone" : whole.message(found));
+    fail("the track is taken from memory");
+  }
+
+  Track track_;
+  const std::string path_;
+  const Place& place_;
+  bool gone_ = false;
+  int status_ = 0;
+  std::string why_;
+  size_t lacking_ = 0;
+};
+
+// The disk may be full: as long as the person does not give up it is tried again.
+int keepInTheEnd(EndedRecording& ended) {
+  if (ended.keep()) return ended.status();
+  holdNextStopRequest();
+  fail(ended.why());
+  fail("the disk does not take the last " + pointsText(ended.lacking()) +
+       "; trying again every 3 seconds. Ctrl-C gives up and loses them");
+  do {
+    for (int waited = 0; waited < kTryAgainMs; waited += kLookMs) {
+      if (stopRequestWasHeld()) {
+        return fail("given up: " + pointsText(ended.lacking()) + " lost");
+      }
+      std::this_thread::sleep_for(std::chrono::milliseconds(kLookMs));
+    }
+  } while (!ended.keep());
+  return ended.status();
+}
+
 // Goes on into the journal until the person stops it; then the whole track is saved.
 int continueRecording(LeftRecording& left, const Place& place, const RecoverOptions& options) {
   Track track;
-  const std::string path = left.path();
   const std::unique_ptr<Journal> journal = left.continueInto(track);
   const size_t before = track.points.size();
   ContinueHooks hooks(*journal);
   Recording recording(track, place.recording, hooks, systemClock());
   recording.start();
-  say("Going on behind " + std::to_string(before) + " points; Ctrl-C ends and saves.");
+  say("Going on behind " + pointsText(before) + "; Ctrl-C ends and saves.");
   std::fflush(stdout);
   readLiveFixes(
       {options.port, options.speed, options.simulate, options.seconds},
       [&](const FixRecord& fix) { recording.offer(fix); },
       [](const std::string& text) { fail(text); });
-  say("Recorded " + std::to_string(track.points.size() - before) + " more points.");
-  if (!journal->close()) {
-    // They are in memory alone: into the library with them before anything else is tried.
-    fail("the disk did not take the last points of " + path);
-  }
-  LeftRecording whole;
-  const JournalResult result = whole.open(path);
-  if (result != JournalResult::open) return failedWith(result, whole);
-  if (whole.points() < track.points.size()) whole.take(std::move(track));
-  return saveRecording(whole, place);
+  const size_t more = track.points.size() - before;
+  say("Recorded " + std::to_string(more) + (more == 1 ? " more point." : " more points."));
+  journal->close();  // what it did not take is in memory
+  EndedRecording ended(std::move(track), left.path(), place);
+  return keepInTheEnd(ended);
 }
 
 int answer(LeftRecording& left, const Place& place, const RecoverOptions& options) {
@@ -136,7 +247,7 @@ int answer(LeftRecording& left, const Place& place, const RecoverOptions& option
     case Action::save: return saveRecording(left, place);
     case Action::discard:
       if (!left.discard()) return fail("cannot delete " + left.path());
-      say("Discarded " + std::to_string(left.points()) + " points.");
+      say("Discarded " + pointsText(left.points()) + ".");
       return 0;
     case Action::goOn: return continueRecording(left, place, options);
   }
@@ -147,12 +258,15 @@ int answer(LeftRecording& left, const Place& place, const RecoverOptions& option
 
 void addRecoverCommand(CLI::App& program, Chosen& chosen) {
   const auto options = std::make_shared<RecoverOptions>();
-  CLI::App* const command =
-      program.add_subcommand("recover",
-                             "Tell whether a recording was cut short by a crash or a power cut, "
-                             "and go on with it, save or "
-                             "discard it. Ends with 2 when a running program still records.");
-  command->add_option("--file", options->file, "The settings beside which it lies (vgps.xml)")
+  CLI::App* const command = program.add_subcommand(
+      "recover",
+      "Tell whether a recording was cut short by a crash or a power cut, "
+      "and go on with it, save or "
+      "discard it. Ends with 2 when a running program still records, or changes "
+      "the track library.");
+  command
+      ->add_option("--file", options->file,
+                   "The settings beside which it lies, or their folder (vgps.xml)")
       ->check(aName())
       ->option_text("FILE");
   const auto action = [options](Action wanted) {
@@ -188,7 +302,7 @@ int runRecover(const RecoverOptions& options) {
     return fail("recover --continue needs --port DEV or --simulate");
   }
   const Place place = findPlace(options.file);
-  const std::vector<std::string> journals = journalsAt(pathIn(place.folder, kJournalName));
+  const std::vector<std::string> journals = journalsAt(place.paths.journal);
   int worst = 0;
   size_t found = 0;
   bool goneOn = false;  // the others are only told of
@@ -210,7 +324,7 @@ int runRecover(const RecoverOptions& options) {
     if (worst == 0) worst = status;
     goneOn = options.action == Action::goOn && result == JournalResult::open;  // one is enough
   }
-  if (found == 0) say("No recording was left in " + place.folder + ".");
+  if (found == 0) say("No recording was left in " + shownPath(place.paths.folder) + ".");
   const int written = finishOutput();
   return worst != 0 ? worst : written;
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -77,6 +78,12 @@ class Program {
   nlohmann::json lastJson() const { return nlohmann::json::parse(lastLine(), nullptr, false); }
 
   void signal(int number) const { kill(pid_, number); }
+
+  // From now on its files can have so many bytes, as on a full disk. It has to ignore SIGXFSZ.
+  void limitFiles(rlim_t bytes) const {
+    const rlimit limit = {bytes, RLIM_INFINITY};
+    EXPECT_EQ(prlimit(pid_, RLIMIT_FSIZE, &limit, nullptr), 0);
+  }
 
   // Waits for its end; the exit status, 1000 + the signal that ended it, -1 when it hangs.
   int finish(int limitMs = 20000) {

@@ -154,6 +154,84 @@ TEST_F(Recover, ContinuesAndSavesInTheEnd) {
   EXPECT_GT(library.tracks()[0].points, 5U);
 }
 
+TEST_F(Recover, AJournalThatIsGoneInTheEndCostsNoPoint) {
+  leave(5);
+  Program program({"recover", "--file", folder_ / "vgps.xml", "--continue", "--simulate"});
+  ASSERT_TRUE(program.readUntil([&] { return says(program.errors, "reading the simulation"); }));
+  std::filesystem::remove(journal_);
+  program.signal(SIGINT);
+  EXPECT_EQ(program.finish(), 0);
+  EXPECT_TRUE(says(program.errors, journal_ + " has gone")) << program.errors;
+  EXPECT_TRUE(contentsAt(library_).starts_with("Track 1 1,2,3,4,5")) << program.errors;
+}
+
+TEST_F(Recover, AFullDiskIsTriedAgainUntilThePersonGivesUp) {
+  ::signal(SIGXFSZ, SIG_IGN);
+  for (const bool roomAgain : {true, false}) {
+    std::filesystem::remove(library_);
+    leave(5);
+    const std::string before = fileBytes(journal_);
+    Program program({"recover", "--file", folder_ / "vgps.xml", "--continue", "--simulate"});
+    program.limitFiles(100);
+    const auto told = [&](const char* part) {
+      return program.readUntil([&] { return says(program.errors, part); });
+    };
+    ASSERT_TRUE(told("recording goes on in memory"));
+    program.signal(SIGINT);
+    ASSERT_TRUE(told("trying again")) << program.errors;
+    EXPECT_FALSE(says(program.errors, "nothing was lost")) << program.errors;
+    if (roomAgain) {
+      program.limitFiles(RLIM_INFINITY);
+    } else {
+      program.signal(SIGINT);
+    }
+    EXPECT_EQ(program.finish(), roomAgain ? 0 : 1) << program.errors;
+    EXPECT_EQ(says(program.errors, "lost"), !roomAgain) << program.errors;
+    EXPECT_EQ(fileExists(journal_), !roomAgain);
+    TrackLibrary library;
+    library.open(library_);
+    EXPECT_EQ(library.tracks().size(), roomAgain ? 1U : 0U);
+    if (roomAgain) {
+      EXPECT_GT(library.tracks()[0].points, 5U);
+    } else {
+      EXPECT_EQ(fileBytes(journal_), before);
+    }
+  }
+  ::signal(SIGXFSZ, SIG_DFL);
+}
+
+TEST_F(Recover, PlacesAreNamedClearly) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::create_directories(folder_ / "in");
+  std::filesystem::current_path(folder_ / "in");
+  const auto runAt = [](const char* file, const char* action) {
+    return runProgram({"recover", "--file", file, action}).output;
+  };
+  EXPECT_EQ(runAt("vgps.xml", "--save"), "No recording was left in the current folder.\n");
+  EXPECT_EQ(runAt(".", "--save"), "No recording was left in the current folder.\n");
+  EXPECT_EQ(runAt("..", "--save"), "No recording was left in \"..\".\n");
+  leave(1);
+  EXPECT_EQ(runAt("..", "--save"), "Saved 1 point in ../tracks.xml.\n");
+  putFile(folder_ / "vgps.xml", "<root><cfg><vgps tlp=\".\"/></cfg></root>");
+  leave(1);
+  std::filesystem::current_path(folder_ / "");
+  EXPECT_EQ(runAt("vgps.xml", "--save"), "Saved 1 point in the current folder.\n");
+  std::filesystem::current_path(before);
+}
+
+TEST_F(Recover, TheLibraryTakesNoPlaceOfAnother) {
+  for (const std::string place : {"vgpstrack.journal", "vgpstrack-2.journal", "vgps.xml"}) {
+    const std::string settings = "<root><cfg><vgps tlp=\"" + place + "\"/></cfg></root>";
+    putFile(folder_ / "vgps.xml", settings);
+    leave(2);
+    const Finished done = run({"--save"});
+    EXPECT_EQ(done.status, 1);
+    EXPECT_TRUE(says(done.errors, "Choose another place")) << done.errors;
+    EXPECT_EQ(fileBytes(folder_ / "vgps.xml"), settings);
+    EXPECT_EQ(run({"--discard"}).output, "Discarded 2 points.\n");
+  }
+}
+
 TEST_F(Recover, AKilledContinuationCanBeRecoveredAgain) {
   leave(5);
   {
