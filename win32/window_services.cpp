@@ -86,7 +86,8 @@ bool MainWindow::ask(std::string_view question) {
                      MB_YESNO | MB_DEFBUTTON2 | MB_ICONQUESTION) == IDYES;
 }
 
-// The window is disabled meanwhile, as by a message box.
+// The window is disabled meanwhile, as by a message box. Escape and the close box press the last
+// button, because that is the one that cancels.
 size_t MainWindow::choose(std::string_view question, std::span<const std::string_view> answers) {
   std::vector<std::wstring> words;
   for (const std::string_view answer : answers) words.push_back(wideFromUtf8(answer));
@@ -104,9 +105,10 @@ size_t MainWindow::choose(std::string_view question, std::span<const std::string
   dialog.pszWindowTitle = title.c_str();
   dialog.hMainIcon = LoadIconW(nullptr, IDI_QUESTION);
   dialog.pszContent = text.c_str();
+  buttons.back().nButtonID = IDCANCEL;
   dialog.cButtons = static_cast<UINT>(buttons.size());
   dialog.pButtons = buttons.data();
-  dialog.nDefaultButton = buttons.back().nButtonID;
+  dialog.nDefaultButton = IDCANCEL;
   int pressed = 0;
   if (TaskDialogIndirect(&dialog, &pressed, nullptr, nullptr) != S_OK) pressed = 0;
   const size_t chosen = static_cast<size_t>(pressed - kFirstAnswer);

@@ -55,6 +55,33 @@ class Recording : public testing::Test {
     return program->messageBox(L"Stop Recording/Playback?");
   }
 
+  // The offer of what was recorded.
+  HWND crashAndStart() {
+    program.reset();
+    start();
+    HWND question = nullptr;
+    waitFor([&] {
+      question = program->dialog();
+      return question != nullptr && childWith(question, L"&Later") != nullptr;
+    });
+    return question;
+  }
+
+  // The text or button inside a dialog; null when none has these words.
+  static HWND childWith(HWND dialog, const wchar_t* words) {
+    struct Search {
+      const wchar_t* words;
+      HWND found;
+    } search = {words, nullptr};
+    const auto look = [](HWND child, LPARAM data) -> BOOL {
+      auto& wanted = *reinterpret_cast<Search*>(data);
+      if (windowText(child) == wanted.words) wanted.found = child;
+      return wanted.found == nullptr;
+    };
+    EnumChildWindows(dialog, look, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+  }
+
   size_t tracks() const {
     const std::string library = folder.read("tracks.xml");
     size_t count = 0;
@@ -128,13 +155,28 @@ TEST_F(Recording, GoesOnWhenTheReceiverIsPluggedInAgain) {
 }
 
 TEST_F(Recording, AfterACrashItIsOfferedAndGoesOn) {
+  const HWND question = crashAndStart();
+  ASSERT_NE(question, nullptr);
+  EXPECT_NE(childWith(question, L"A track of 6 points was being recorded."), nullptr);
+  EXPECT_FALSE(IsWindowEnabled(window)) << "keys from elsewhere wait";
+  const HWND button = childWith(question, L"&Continue");
+  ASSERT_NE(button, nullptr);
+  ASSERT_TRUE(press(question, GetDlgCtrlID(button)));
+  ASSERT_NE(askToClose(), nullptr) << "it is being recorded again";
+}
+
+TEST_F(Recording, ClosingAtTheOfferKeepsThePoints) {
+  const HWND question = crashAndStart();
+  ASSERT_NE(question, nullptr);
+  ASSERT_TRUE(press(question, IDCANCEL)) << "Escape";
+  EXPECT_TRUE(hasJournal());
   program.reset();
   start();
-  HWND question = nullptr;
-  ASSERT_TRUE(waitFor([&] { return (question = program->dialog()) != nullptr; }));
-  EXPECT_NE(windowText(GetDlgItem(question, 0xFFFF)).find(L"6"), std::wstring::npos) << "points";
-  ASSERT_TRUE(press(question, IDYES));
-  ASSERT_NE(askToClose(), nullptr) << "it is being recorded again";
+  ASSERT_TRUE(waitFor([&] { return program->dialog() != nullptr; }));
+  EXPECT_NE(SendMessageW(window, WM_QUERYENDSESSION, 0, 0), 0);
+  PostMessageW(window, WM_CLOSE, 0, 0);
+  EXPECT_EQ(program->exitCode(), 0);
+  EXPECT_TRUE(hasJournal());
 }
 
 TEST(End, LeavesNoHandlesAndWindowsBehind) {
