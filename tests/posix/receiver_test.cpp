@@ -159,13 +159,15 @@ TEST(DenseLine, SentencesDoNotWaitForAPause) {
   };
   EXPECT_TRUE(world.serve([&] { return delays.size() == kEpochs * 12; }));
   receiver.join();
-  std::sort(delays.begin(), delays.end());
-  RecordProperty("medianMs", delays[delays.size() / 2]);
-  RecordProperty("latestMs", delays.back());
-  // A wait for the end of the block would be twice as long.
-  if (kHeldToTimes) {
-    EXPECT_LE(delays[delays.size() / 2], 75);
+  // A wait for the end of the block holds up a line of every 250 ms for nearly as long; a loaded
+  // machine does not hold up all of the time.
+  constexpr ptrdiff_t kWindow = 36;  // 300 ms
+  int calmest = INT_MAX;
+  for (auto from = delays.begin(); delays.end() - from >= kWindow; from += kWindow) {
+    calmest = std::min(calmest, *std::max_element(from, from + kWindow));
   }
+  RecordProperty("calmestMs", calmest);
+  if (kHeldToTimes) EXPECT_LE(calmest, 150);
 }
 
 class ReceiverRate : public testing::TestWithParam<int> {};
