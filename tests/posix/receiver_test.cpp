@@ -167,7 +167,9 @@ TEST(DenseLine, SentencesDoNotWaitForAPause) {
     calmest = std::min(calmest, *std::max_element(from, from + kWindow));
   }
   RecordProperty("calmestMs", calmest);
-  if (kHeldToTimes) EXPECT_LE(calmest, 150);
+  if (kHeldToTimes) {
+    EXPECT_LE(calmest, 150);
+  }
 }
 
 class ReceiverRate : public testing::TestWithParam<int> {};
