@@ -115,6 +115,8 @@ TEST_F(Soak, NothingGrowsAndTheReceiverIsFoundAgainEachTime) {
     SCOPED_TRACE(cycle);
     ASSERT_NO_FATAL_FAILURE(recordThroughAnUnpluggedReceiver(sentences));
     if (cycle == cycles / 5) tell("settled", settled = sizeOf(program));
+    constexpr int kLong = 50;
+    if (cycles >= kLong && cycle % kLong == kLong - 1) tell("on the way", sizeOf(program));
   }
   const Size after = sizeOf(program);
   tell("after", after);
