@@ -38,8 +38,11 @@ std::string_view currentNotice(const AppState& app) {
 
 bool askQuestion(AppState& app, uint32_t text) { return app.platform.window.ask(textOf(text)); }
 
-void repaintThrottled(AppState& app) {
-  if (app.repaints.due(app.platform.clock.tick())) app.platform.window.repaint();
+bool repaintThrottled(AppState& app) {
+  if (!app.repaints.due(app.platform.clock.tick())) return false;
+  app.news.waiting = false;
+  app.platform.window.repaint();
+  return true;
 }
 
 void repaintNow(AppState& app) {

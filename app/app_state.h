@@ -53,6 +53,8 @@ struct ArrivalTicks {
   Arrival used;      // count of satellites
   Arrival view;      // the satellites that are heard
   Arrival dilution;  // of precision
+  Arrival quality;   // of the fix, as a sentence with more to say than "valid" gave it
+  Arrival noise;     // bytes that nobody understands; of this connection, like the quality
 };
 
 // The user interface's own copy of what the receiver said, taken while the reader waits. Drawing,
@@ -73,6 +75,7 @@ struct UiFix {
   bool fixSeen = false;       // likewise a position sentence or message with a fix
   uint32_t lastFixTick = 0;
   ArrivalTicks arrivals;        // of connections before as well
+  int32_t quality = 0;          // of the fix: 1 GPS, 2 differential ...
   uint64_t lastByteMicros = 0;  // when the end of the newest line came; 0 in a replay
 };
 
@@ -112,7 +115,7 @@ inline constexpr int32_t kScreen3dMap = 150;
 
 // What handled messages of the receiver bring to the displays. Skipped ones bring nothing.
 struct DisplayNews {
-  bool waiting = false;  // a message was handled since the displays followed
+  bool waiting = false;  // a message was handled since the last repaint
   // For so many more handled messages the displays point out...
   int32_t messageCountdown = 0;  // ...`lastMessageText`
   uint32_t messageSource = 0;    // whose it is: the generation of the source
@@ -183,7 +186,7 @@ std::string_view currentNotice(const AppState& app);
 bool askQuestion(AppState& app, uint32_t text);
 
 // The current screen anew, at most every 800 ms.
-void repaintThrottled(AppState& app);
+bool repaintThrottled(AppState& app);
 // At once: a person has pressed something and wants to see it.
 void repaintNow(AppState& app);
 

@@ -16,6 +16,7 @@ constexpr uint32_t kRefused = 759;
 constexpr uint32_t kSerialSource = 801;
 constexpr uint32_t kSimulationSource = 802;
 constexpr uint32_t kSensorSource = 803;
+constexpr uint32_t kNoneChosen = 871;
 constexpr int kReaderEndMs = 2000;
 
 std::string nameOf(const SourceChoice& choice) {
@@ -61,6 +62,7 @@ bool connectReceiver(AppState& app, const SourceChoice& choice) {
   endSupervision(app);
   app.fix.close(true);
   app.shown.dataSeen = app.shown.fixSeen = false;
+  app.shown.arrivals.quality = app.shown.arrivals.noise = {};
   app.sourceName = nameOf(choice);
   app.fix.setPort(choice.port, choice.speed);
   if (app.fix.open(choice.simulate, choice.useGpsApi, choice.useSensorApi, false)) {
@@ -68,7 +70,8 @@ bool connectReceiver(AppState& app, const SourceChoice& choice) {
     if (serial) superviseConnection(app, choice.port, choice.speed);
     return true;
   }
-  if (!choice.port.empty()) showNotice(app, portProblem(app.fix.portError, choice.port));
+  showNotice(app, choice.port.empty() ? std::string(textOf(kNoneChosen))
+                                      : portProblem(app.fix.portError, choice.port));
   app.platform.window.tellError(textOf(kOpeningFailed));
   return false;
 }

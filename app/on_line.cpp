@@ -111,6 +111,8 @@ void noteArrivals(UiFix& shown, const SentenceStats& before, std::string_view te
   arrivals.position = now;
   if (rmc) arrivals.motion = now;
   if (gga || extended) arrivals.altitude = now;
+  // The next RMC says no more than that the fix is valid.
+  if (gga) arrivals.quality = now, shown.quality = shown.fix.fixStatus;
   shown.fixSeen = true;
   shown.lastFixTick = tick;
 }
@@ -155,13 +157,6 @@ void onLine(AppState& app, const UiMessage& message) {
   handleForDisplays(app, message);
 }
 
-// The displays follow what was handled, and only that.
-void refreshDisplays(AppState& app) {
-  if (!app.news.waiting) return;
-  app.news.waiting = false;
-  repaintThrottled(app);
-}
-
 void onSensorReading(AppState& app, const UiMessage& message) {
   app.shown.dataSeen = true;
   app.shown.lastDataTick = app.platform.clock.tick();
@@ -171,6 +166,7 @@ void onSensorReading(AppState& app, const UiMessage& message) {
 
 void onUnknownBytes(AppState& app, const UiMessage& message) {
   app.shown.stats = app.gps.stats;  // that something comes
+  app.shown.arrivals.noise = {true, app.platform.clock.tick()};
   noteBytes(app);
   addRawRow(app, message.text);
   if (app.currentScreen == kScreenRawLog) repaintThrottled(app);
@@ -182,6 +178,8 @@ bool isOfAnotherSource(const AppState& app, const UiMessage& message) {
 }
 
 }  // namespace
+
+bool refreshDisplays(AppState& app) { return app.news.waiting && repaintThrottled(app); }
 
 void onUiMessage(AppState& app, const UiMessage& message) {
   if (message.event == UiEvent::logFailed) {

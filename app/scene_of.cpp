@@ -2,19 +2,27 @@
 
 #include <algorithm>
 
+#include "base/texts.h"
 #include "geo/units.h"
 
 namespace vgps {
 
 namespace {
 
+constexpr uint32_t kProbablyAnotherSpeed = 839;
+
 ReceiverState stateOf(const AppState& app, uint32_t now) {
   const UiFix& shown = app.shown;
   if (app.fix.running && app.supervisor.state == Supervisor::State::lost) {
     return ReceiverState::lost;
   }
+  // The record keeps the status that a source before gave it.
   return receiverState(app.fix.running, shown.dataSeen, now - shown.lastDataTick,
-                       shown.fix.fixStatus);
+                       shown.fixSeen ? shown.fix.fixStatus : 0);
+}
+
+bool isFresh(const ArrivalTicks::Arrival& arrival, uint32_t now) {
+  return arrival.ever && now - arrival.tick <= kOldAfterMs;
 }
 
 // A value that nothing has vouched for yet, as of a receiver that has never had a fix, is an old
@@ -79,6 +87,9 @@ Scene sceneOf(const AppState& app) {
   const uint32_t now = app.platform.clock.tick();
   Scene scene;
   scene.fix = shown.fix;
+  if (shown.fix.fixStatus == 1 && isFresh(shown.arrivals.quality, now)) {
+    scene.fix.fixStatus = shown.quality;
+  }
   scene.satellites = shown.satellites;
   scene.satellitesInUseKnown = shown.satellitesInUseKnown;
   scene.view = shown.view;
@@ -96,6 +107,10 @@ Scene sceneOf(const AppState& app) {
   scene.state = stateOf(app, now);
   scene.source = app.sourceName;
   scene.notice = std::string(currentNotice(app));
+  const bool noise = isFresh(shown.arrivals.noise, now);
+  if (scene.state == ReceiverState::noData && noise && scene.notice.empty()) {
+    scene.notice = textOf(kProbablyAnotherSpeed);
+  }
   if (messageHolds(app)) scene.message = app.lastMessageText;
   scene.fixSeen = shown.fixSeen;
   scene.fixAgeMs = now - shown.lastFixTick;

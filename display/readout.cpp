@@ -252,7 +252,9 @@ class Painter {
     const std::string counts =
         textWith(kUsedAndInView, texts_.satellitesUsed, texts_.satellitesInView);
     const std::string longest = textWith(kUsedAndInView, "88", "888");
-    const uint32_t countsAge = std::max(scene_.ages.used, scene_.ages.view);
+    const bool heard = texts_.satellitesInView != kDashes;
+    const uint32_t countsAge =
+        heard ? std::max(scene_.ages.used, scene_.ages.view) : scene_.ages.used;
     const bool low = room.height < 4 * smallLine();
     const float rows = low ? 3 : 4;
     const float row = std::min(room.height / rows, smallLine() * 1.5f);

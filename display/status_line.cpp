@@ -128,8 +128,8 @@ void drawStatusLine(Canvas& canvas, const StatusBar& place, const Scene& scene) 
   placer.right(texts.age, palette.label);
   placer.right(texts.signal,
                worthOf(scene.ages.view) == Worth::current ? palette.label : palette.faded);
+  placer.left(texts.recording, palette.value);  // whatever else there is to say
   placer.left(scene.notice, palette.caution);
-  placer.left(texts.recording, palette.value);
   placer.left(scene.source, palette.value);
   placer.left(scene.message, palette.value);
   placer.right(texts.rate, palette.label);

@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/texts.h"
 #include "gps/gps_fix.h"
 #include "gps/port_probe.h"
 #include "gps/reader.h"
@@ -15,6 +16,8 @@ using Milliseconds = std::chrono::milliseconds;
 
 // At the end of the program. A Bluetooth line whose receiver is away takes half a minute to open.
 constexpr int kOpeningEndMs = 300;
+
+constexpr uint32_t kSimulationIndex = 988;
 
 }  // namespace
 
@@ -151,7 +154,7 @@ PortRead GpsFix::readSimulation(uint32_t generation, std::span<char> buffer, siz
   });
   if (!arrived) return PortRead::silence;
   if (state.simulation.mode() != SimMode::tapping) {
-    state.hooks.setTitle("Sim index: " + std::to_string(index) + "/" + std::to_string(count));
+    state.hooks.setTitle(textWith(kSimulationIndex, std::to_string(index), std::to_string(count)));
   }
   got = line.copy(buffer.data(), buffer.size());
   return PortRead::data;

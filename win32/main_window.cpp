@@ -347,6 +347,7 @@ Rect MainWindow::statusBar() const {
 // silent. Nothing is drawn while the texts stay the same, and only the status line when it alone
 // has changed: that is little work, and holds no repaint up that new data ask for.
 void MainWindow::watchStatus() {
+  if (refreshDisplays(*app_)) return;
   const PassingTexts now = passingTexts(sceneOf(*app_));
   if (now == paintedTexts_) return;
   if (now.values == paintedTexts_.values) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "app/connection.h"
+#include "app/scene_of.h"
 #include "tests/fakes/app_world.h"
 
 // A connection that follows another one.
@@ -43,6 +44,8 @@ TEST(Connect, TheStatusSaysWhyAPortDoesNotOpen) {
   EXPECT_EQ(currentNotice(world.app), "COM3 is busy: another program holds it.");
   EXPECT_FALSE(connectReceiver(world.app, {.port = "COM4"}));
   EXPECT_EQ(currentNotice(world.app), "There is no port COM4.");
+  EXPECT_FALSE(connectReceiver(world.app, {}));
+  EXPECT_EQ(currentNotice(world.app), "No receiver has been chosen yet.");
 }
 
 TEST(Connect, NothingHasComeYetAfterAConnection) {
@@ -55,6 +58,8 @@ TEST(Connect, NothingHasComeYetAfterAConnection) {
     EXPECT_EQ(connectReceiver(world.app, {.port = "COM3"}), there);
     EXPECT_FALSE(world.app.shown.dataSeen);
     EXPECT_FALSE(world.app.shown.fixSeen);
+    world.app.shown.dataSeen = true;  // of another kind
+    EXPECT_EQ(sceneOf(world.app).state, there ? ReceiverState::noFix : ReceiverState::notConnected);
     EXPECT_TRUE(stopReceiver(world.app));
   }
 }

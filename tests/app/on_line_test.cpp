@@ -70,6 +70,47 @@ TEST(OnLine, RepaintsAreAtLeast800MillisecondsApart) {
   EXPECT_EQ(painted, (std::vector<uint32_t>{0, 800, 1600, 2400}));
 }
 
+// The second half of a burst comes too soon to be drawn, and then nothing for a while.
+TEST(OnLine, WhatCameTooSoonIsDrawnAsSoonAsItMayBe) {
+  AppWorld world;
+  world.clock.now += 1000;
+  world.receive(kRmcLine);
+  world.clock.now += 400;
+  world.receive(kGgaLine);
+  const int before = world.window.repaints;
+  EXPECT_FALSE(refreshDisplays(world.app));
+  world.clock.now += 400;
+  EXPECT_TRUE(refreshDisplays(world.app));
+  EXPECT_EQ(world.window.repaints, before + 1);
+  world.clock.now += 1000;
+  EXPECT_FALSE(refreshDisplays(world.app)) << "once";
+}
+
+// RMC only says that the fix is valid, and comes last in many bursts.
+TEST(OnLine, TheQualityOfTheFixIsThatOfTheSentenceThatKnowsIt) {
+  AppWorld world;
+  std::string better = kGgaLine.substr(0, kGgaLine.find('*')) + "\r\n";
+  better.replace(better.find("E,1,"), 4, "E,2,");
+  world.receive(better + kRmcLine);
+  EXPECT_EQ(sceneOf(world.app).fix.fixStatus, 2);
+  EXPECT_EQ(world.app.shown.fix.fixStatus, 1);
+  world.clock.now += 6000;
+  world.receive(kRmcLine);
+  EXPECT_EQ(sceneOf(world.app).fix.fixStatus, 1) << "nobody says so any more";
+}
+
+TEST(OnLine, BytesThatNobodyUnderstandsAreNotSilence) {
+  AppWorld world;
+  world.app.fix.running = true;
+  world.receive("\x01\x02 noise at another speed \x03\r\n");
+  const Scene scene = sceneOf(world.app);
+  EXPECT_EQ(scene.state, ReceiverState::noData);
+  EXPECT_EQ(scene.notice, "Data, but no NMEA: probably another speed");
+  world.clock.now += 6000;
+  EXPECT_EQ(sceneOf(world.app).notice, "");
+  world.app.fix.running = false;
+}
+
 TEST(OnLine, ARepaintThatTheParserAsksForShowsTheFixOfTheMoment) {
   AppWorld world;
   world.app.repaints.reset(world.clock.now);
