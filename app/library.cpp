@@ -68,7 +68,7 @@ void answer(AppState& app, LeftRecording& left) {
   switch (ask(app, left)) {
     case Answer::goOn:
       app.recordingHooks.continueJournal(left.continueInto(app.track));
-      app.recording.start();
+      app.recording.goOn();
       break;
     case Answer::save: save(app, left); break;
     case Answer::remove: remove(app, left); break;
