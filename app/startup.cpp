@@ -52,7 +52,8 @@ void runInstaller(AppState& app, const char* descriptor) {
 
 void simulateTrack(AppState& app, const StartOptions& options) {
   if (!loadSimulationFrom(app, options.trackPath)) {
-    showNotice(app, textWith(kNoSimulationData, options.trackPath));
+    const bool named = !options.trackPath.empty();
+    showNotice(app, textWith(kNoSimulationData, named ? options.trackPath : libraryPath(app)));
     return;
   }
   if (!options.runTrack) return;

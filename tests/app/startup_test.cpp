@@ -279,6 +279,21 @@ TEST(Startup, TheWorkOfTheStartHasAnOrder) {
   }
 }
 
+TEST(Startup, SimulationDataThatAreMissingAreNamed) {
+  const std::pair<std::vector<std::string>, std::string> rows[] = {
+      {{"-simtrack"}, "my tracks.xml"},
+      {{"-simruntrack"}, "my tracks.xml"},
+      {{"-simtrack", "/no/such/ride.xml"}, ""},
+  };
+  for (const auto& [arguments, library] : rows) {
+    ProgramWorld world;
+    world.app.settings.trackStorePath = "my tracks.xml";
+    applyStartOptions(world.app, parseStartOptions(arguments));
+    const std::string path = library.empty() ? arguments[1] : world.folder / library;
+    EXPECT_EQ(currentNotice(world.app), "No simulation data in " + path);
+  }
+}
+
 TEST(Startup, WhatCannotBeDoneIsSaid) {
   for (const char* option : {"-as1", "-simtrack", "--nonsense"}) {
     ProgramWorld world;
