@@ -167,9 +167,15 @@ TEST(Startup, SettingsThatCannotBeWrittenAreToldOnce) {
   world.app.config = ConfigStore(files);
   world.load("upd=\"7\"");
   const std::string before = world.folder.read("vgps.xml");
+  const std::string message = "The settings cannot be written: " + world.folder / "vgps.xml";
   remindOfUpdates(world.app);
-  EXPECT_EQ(currentNotice(world.app),
-            "The settings cannot be written: " + world.folder / "vgps.xml");
+  EXPECT_EQ(currentNotice(world.app), message);
+  EXPECT_FALSE(endProgram(world.app));
+  EXPECT_EQ(world.window.errors, std::vector<std::string>{message})
+      << "a notice of the start may have passed unseen";
+  world.window.errors.clear();
+  startSettings(world.app);
+  remindOfUpdates(world.app);
   runCommand(world.app, 1221);
   EXPECT_EQ(currentNotice(world.app).find("Recording"), std::string::npos);
   runCommand(world.app, 1222);
