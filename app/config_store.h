@@ -57,10 +57,8 @@ class ConfigStore {
   // the file is as it was. Nothing is written over a file that cannot be read.
   bool save();
 
-  // Whether the last `save` failed.
-  bool refused() const { return refused_; }
-  // True when it did and nobody has asked here since one succeeded: a person is told that once, and
-  // not with every setting.
+  // True when the last `save` failed and nobody has asked here since one succeeded: a person is
+  // told that once, and not with every setting.
   bool tellRefusal();
 
  private:

@@ -68,7 +68,7 @@ void answer(AppState& app, LeftRecording& left) {
   switch (ask(app, left)) {
     case Answer::goOn:
       app.recordingHooks.continueJournal(left.continueInto(app.track));
-      app.recording.start();
+      app.recording.goOn();
       break;
     case Answer::save: save(app, left); break;
     case Answer::remove: remove(app, left); break;
@@ -86,8 +86,12 @@ std::string libraryRefusal(const std::string& path, const AppPaths& paths) {
   return {};
 }
 
+std::string libraryPath(const AppState& app) {
+  return trackLibraryPath(app.settings.trackStorePath, app.paths.folder);
+}
+
 bool openLibrary(AppState& app) {
-  const std::string path = trackLibraryPath(app.settings.trackStorePath, app.paths.folder);
+  const std::string path = libraryPath(app);
   if (app.library.isOpen() && app.library.path() == path) return true;
   const std::string refusal = libraryRefusal(path, app.paths);
   if (!refusal.empty()) {

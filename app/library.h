@@ -6,6 +6,9 @@
 
 namespace vgps {
 
+// Where the settings have the track library, whether it is there or not.
+std::string libraryPath(const AppState& app);
+
 // The track library, opened where the settings say when it is first needed. False when nothing can
 // be kept there; the person has been told.
 bool openLibrary(AppState& app);

@@ -66,6 +66,7 @@ void AppRecordingHooks::beginJournal() {
     return;
   }
   for (const TrackPoint& point : app_.track.points) journal_->append(point);
+  inMemoryOnly_ = false;
 }
 
 // A pause that is ended while nothing was being recorded begins a recording too.
@@ -75,6 +76,7 @@ void AppRecordingHooks::pointRecorded(const TrackPoint& point) {
   } else if (!journalRefused_) {
     beginJournal();
   }
+  if (!journal_->isOpen()) inMemoryOnly_ = true;
 }
 
 void AppRecordingHooks::flushPoints() {
@@ -83,6 +85,7 @@ void AppRecordingHooks::flushPoints() {
 
 void AppRecordingHooks::pointsSettled() {
   if (journal_->isOpen()) journal_->discard();
+  inMemoryOnly_ = false;
 }
 
 bool AppRecordingHooks::closeJournal() { return journal_->close(); }
@@ -92,10 +95,12 @@ size_t AppRecordingHooks::resumeJournal() {
   const PointList& points = app_.track.points;
   const std::string path = journal_->path();
   RecoveredTrack written;
-  if (journal_->recover(path, written) != JournalResult::open) return points.size();
+  inMemoryOnly_ = journal_->recover(path, written) != JournalResult::open;
+  if (inMemoryOnly_) return points.size();
   const size_t there = written.points.size();
   if (!beginsWith(points, written.points)) {
     journal_->close();
+    inMemoryOnly_ = true;
     return points.size();
   }
   for (size_t i = there; i < points.size(); ++i) journal_->append(points[i]);
@@ -104,7 +109,7 @@ size_t AppRecordingHooks::resumeJournal() {
 
 void AppRecordingHooks::continueJournal(std::unique_ptr<Journal> journal) {
   journal_ = std::move(journal);
-  journalRefused_ = false;
+  journalRefused_ = inMemoryOnly_ = false;
 }
 
 }  // namespace vgps

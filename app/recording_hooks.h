@@ -40,6 +40,9 @@ class AppRecordingHooks : public RecordingHooks {
   // One that an ended program left: the points of the current track are in it already.
   void continueJournal(std::unique_ptr<Journal> journal);
   bool hasJournal() const { return journal_ != nullptr && journal_->isOpen(); }
+  // Whether the track has recorded points that were neither saved nor given up, and no journal has
+  // them either.
+  bool inMemoryOnly() const { return inMemoryOnly_; }
   // How a journal of this program is set up, for those that take one over.
   JournalSettings journalSettings();
 
@@ -52,6 +55,7 @@ class AppRecordingHooks : public RecordingHooks {
   AppState& app_;
   std::atomic<bool> journalFailed_{false};  // set on the journal's thread
   bool journalRefused_ = false;             // it could not be made; told once in each recording
+  bool inMemoryOnly_ = false;
   std::unique_ptr<Journal> journal_;
 };
 

@@ -10,17 +10,25 @@ constexpr uint32_t kEndCommand = 1204;
 constexpr uint32_t kAskToStop = 406;
 constexpr uint32_t kAskToLose = 984;
 
+// No is the default.
+bool mayLose(AppState& app, size_t points) {
+  return points == 0 || app.platform.window.ask(textWith(kAskToLose, std::to_string(points)));
+}
+
 // Whether closing loses no point of the track, or the person knows and wants it. `recorded`: the
 // recording was ended just now, and what is left of it the library has refused; the message said
-// why, so the program stays open without another question.
+// why, so the program stays open without another question. The next close asks.
 bool mayClose(AppState& app, bool recorded) {
   AppRecordingHooks& hooks = app.recordingHooks;
-  if (!hooks.hasJournal()) return !recorded || app.track.points.empty();
+  const size_t points = app.track.points.size();
+  if (!hooks.hasJournal()) {
+    if (recorded) return points == 0;
+    return !hooks.inMemoryOnly() || mayLose(app, points);
+  }
   if (hooks.closeJournal()) return true;
   const size_t lacking = hooks.resumeJournal();
   if (recorded && lacking > 0) return false;
-  if (lacking > 0 && !app.platform.window.ask(textWith(kAskToLose, std::to_string(lacking))))
-    return false;
+  if (!mayLose(app, lacking)) return false;
   hooks.closeJournal();  // the disk may have room now
   return true;
 }

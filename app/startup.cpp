@@ -52,7 +52,8 @@ void runInstaller(AppState& app, const char* descriptor) {
 
 void simulateTrack(AppState& app, const StartOptions& options) {
   if (!loadSimulationFrom(app, options.trackPath)) {
-    showNotice(app, textWith(kNoSimulationData, options.trackPath));
+    const bool named = !options.trackPath.empty();
+    showNotice(app, textWith(kNoSimulationData, named ? options.trackPath : libraryPath(app)));
     return;
   }
   if (!options.runTrack) return;
@@ -61,6 +62,7 @@ void simulateTrack(AppState& app, const StartOptions& options) {
 }
 
 // A damaged document stays as it is until the person changes a setting: it may still be mended.
+// The notice may pass behind the question that follows, so it does not count as told.
 void writeCountdown(AppState& app, int32_t starts) {
   app.settings.updateCountdown = starts;
   if (!app.config.isSound()) return;
@@ -128,9 +130,10 @@ bool endProgram(AppState& app) {
   if (!app.recordingHooks.closeJournal()) {
     app.platform.window.tellError(textOf(kPointsLost));
   }
-  const bool known = app.config.refused();  // it was said when it happened
   if (app.config.save()) return true;
-  if (!known) app.platform.window.tellError(textWith(kSettingsNotWritten, app.config.path()));
+  if (app.config.tellRefusal()) {
+    app.platform.window.tellError(textWith(kSettingsNotWritten, app.config.path()));
+  }
   return false;
 }
 

@@ -45,6 +45,14 @@ bool Recording::start() {
   return true;
 }
 
+bool Recording::goOn() {
+  if (!start()) return false;
+  for (size_t i = 1; i < current_.points.size(); ++i) {
+    addDistance(current_.points[i - 1], current_.points[i]);
+  }
+  return true;
+}
+
 void Recording::pauseOrResume() {
   if (current_.state == kPlaying) return;
   if (current_.state == kRecording) {
@@ -109,9 +117,7 @@ bool Recording::passesCountdown() {
   return true;
 }
 
-void Recording::addDistance(const FixRecord& fix) {
-  if (current_.points.empty()) return;
-  const TrackPoint& last = current_.points.back();
+void Recording::addDistance(const FixRecord& last, const FixRecord& fix) {
   const double surface =
       pointDistance(positionOf(last), positionOf(fix), kKilometres, kKilometres, false);
   const double slant =
@@ -121,7 +127,7 @@ void Recording::addDistance(const FixRecord& fix) {
 }
 
 void Recording::record(const FixRecord& fix, uint32_t force) {
-  addDistance(fix);
+  if (!current_.points.empty()) addDistance(current_.points.back(), fix);
   TrackPoint point{fix};
   point.utcTime = clock_.utc();
   point.localTime = clock_.local();

@@ -41,6 +41,9 @@ class Recording {
 
   // False when the track is not idle.
   bool start();
+  // The same for a recording that was broken off: the lengths between the points that the track has
+  // count as if they were recorded now.
+  bool goOn();
   // Ignored while a track is played.
   void pauseOrResume();
   // Ends recording or playing of `track`, of the current one when null. A recorded track is saved;
@@ -69,7 +72,7 @@ class Recording {
   bool passes(const FixRecord& fix, uint32_t force);
   bool passesCountdown();
   void record(const FixRecord& fix, uint32_t force);
-  void addDistance(const FixRecord& fix);
+  void addDistance(const FixRecord& last, const FixRecord& fix);
   void discard(Track& track);
 
   Track& current_;

@@ -2,19 +2,23 @@
 
 #include "app/app_state.h"
 #include "app/connection.h"
+#include "base/texts.h"
 #include "win32/finder_dialog.h"
 
 namespace vgps {
 namespace {
 
-// A chosen receiver is what the next start connects to, in place of any other source.
-void keepChoice(AppState& app, const SourceChoice& choice) {
+constexpr uint32_t kSettingsNotWritten = 737;
+
+// A chosen receiver is what the next start connects to, in place of any other source. False when
+// the disk did not take it.
+bool keepChoice(AppState& app, const SourceChoice& choice) {
   app.settings.port = choice.port;
   app.settings.baudRate = static_cast<int32_t>(choice.speed);
   app.settings.simulate = false;
   app.settings.useGpsApi = false;
   app.settings.useSensorApi = 0;
-  saveSettings(app.config, app.settings, SettingGroup::gps);
+  return saveSettings(app.config, app.settings, SettingGroup::gps);
 }
 
 }  // namespace
@@ -22,8 +26,11 @@ void keepChoice(AppState& app, const SourceChoice& choice) {
 void findReceiver(AppState& app, HINSTANCE resources, HWND owner, const FinderSetup& setup) {
   holdConnection(app);
   const auto chosen = runFinder(resources, owner, setup);
-  if (chosen.has_value()) keepChoice(app, *chosen);
+  const bool kept = !chosen.has_value() || keepChoice(app, *chosen);
   if (!IsWindow(owner)) return;  // the program was ended while the search was open
+  if (!kept && app.config.tellRefusal()) {
+    app.platform.window.tellError(textWith(kSettingsNotWritten, app.config.path()));
+  }
   if (chosen.has_value()) {
     connectReceiver(app, *chosen);
   } else {

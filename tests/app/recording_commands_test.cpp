@@ -166,6 +166,7 @@ TEST_F(RecordingCommands, ALeftRecordingIsAskedAbout) {
     EXPECT_EQ(later.app.track.state == kRecording, row.recording) << row.choice;
     EXPECT_EQ(later.folder.has("vgpstrack.journal"), row.journal) << row.choice;
     if (!row.recording) continue;
+    EXPECT_NEAR(later.app.recording.distance(), 1.853, 0.001) << "a minute of latitude";
     later.app.recordingOptions.angle = 1;
     runCommand(later.app, kMark);
     later.receiveFix();

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 
 #include "app/commands.h"
 #include "app/connection.h"
@@ -13,6 +14,7 @@
 #include "tests/fakes/program_world.h"
 #include "tests/fakes/recording_canvas.h"
 #include "tests/library/memory_file.h"
+#include "track/track_file.h"
 
 namespace vgps {
 namespace {
@@ -165,9 +167,15 @@ TEST(Startup, SettingsThatCannotBeWrittenAreToldOnce) {
   world.app.config = ConfigStore(files);
   world.load("upd=\"7\"");
   const std::string before = world.folder.read("vgps.xml");
+  const std::string message = "The settings cannot be written: " + world.folder / "vgps.xml";
   remindOfUpdates(world.app);
-  EXPECT_EQ(currentNotice(world.app),
-            "The settings cannot be written: " + world.folder / "vgps.xml");
+  EXPECT_EQ(currentNotice(world.app), message);
+  EXPECT_FALSE(endProgram(world.app));
+  EXPECT_EQ(world.window.errors, std::vector<std::string>{message})
+      << "a notice of the start may have passed unseen";
+  world.window.errors.clear();
+  startSettings(world.app);
+  remindOfUpdates(world.app);
   runCommand(world.app, 1221);
   EXPECT_EQ(currentNotice(world.app).find("Recording"), std::string::npos);
   runCommand(world.app, 1222);
@@ -277,6 +285,21 @@ TEST(Startup, TheWorkOfTheStartHasAnOrder) {
   }
 }
 
+TEST(Startup, SimulationDataThatAreMissingAreNamed) {
+  const std::pair<std::vector<std::string>, std::string> rows[] = {
+      {{"-simtrack"}, "my tracks.xml"},
+      {{"-simruntrack"}, "my tracks.xml"},
+      {{"-simtrack", "/no/such/ride.xml"}, ""},
+  };
+  for (const auto& [arguments, library] : rows) {
+    ProgramWorld world;
+    world.app.settings.trackStorePath = "my tracks.xml";
+    applyStartOptions(world.app, parseStartOptions(arguments));
+    const std::string path = library.empty() ? arguments[1] : world.folder / library;
+    EXPECT_EQ(currentNotice(world.app), "No simulation data in " + path);
+  }
+}
+
 TEST(Startup, WhatCannotBeDoneIsSaid) {
   for (const char* option : {"-as1", "-simtrack", "--nonsense"}) {
     ProgramWorld world;
@@ -330,19 +353,83 @@ TEST(Close, YesEndsTheRecordingAndSavesTheTrack) {
   EXPECT_FALSE(world.folder.has("vgpstrack.journal"));
 }
 
+constexpr const char* kLoseOnePoint =
+    "The disk does not take the last 1 points of this track. Close all the same and lose them?";
+
 // A folder that takes neither the track nor a journal, as that of a program without its rights.
+struct RefusingFolder : ProgramWorld {
+  RefusingFolder() {
+    load("");
+    app.paths.journal = folder / "missing/vgpstrack.journal";
+    app.settings.trackStorePath = folder / "missing/tracks.xml";
+    runCommand(app, 1202);
+    receiveFix();
+  }
+  // What a close asks when everything is answered so.
+  std::vector<std::string> questionsOfClosing(bool yes, bool closes) {
+    window.questions.clear();
+    window.answer = yes;
+    EXPECT_EQ(closeRequested(app), closes);
+    EXPECT_EQ(app.gps.readers.readerStop, closes);
+    return window.questions;
+  }
+};
+
 TEST(Close, StaysOpenWithATrackThatLiesNowhere) {
-  ProgramWorld world;
-  world.load("");
-  world.app.paths.journal = world.folder / "missing/vgpstrack.journal";
-  world.app.settings.trackStorePath = world.folder / "missing/tracks.xml";
-  runCommand(world.app, 1202);
-  world.receiveFix();
-  world.window.answer = true;  // to stopping and to saving
-  EXPECT_FALSE(closeRequested(world.app));
+  RefusingFolder world;
+  EXPECT_EQ(world.questionsOfClosing(true, false),
+            (std::vector<std::string>{"Stop Recording/Playback?", "Save the track?"}));
   EXPECT_EQ(world.app.track.points.size(), 1U);
   EXPECT_EQ(world.window.done, std::vector<std::string>{"browser"});
-  EXPECT_FALSE(world.app.gps.readers.readerStop);
+  EXPECT_EQ(world.questionsOfClosing(false, false), std::vector<std::string>{kLoseOnePoint});
+  EXPECT_EQ(world.app.track.points.size(), 1U);
+  EXPECT_EQ(world.questionsOfClosing(true, true), std::vector<std::string>{kLoseOnePoint});
+}
+
+TEST(Close, ATrackInMemoryIsAskedForUntilItIsSettled) {
+  struct {
+    const char* what;
+    std::function<void(RefusingFolder&)> act;
+    bool asks;
+  } const rows[] = {
+      {"paused", [](auto& w) { runCommand(w.app, 1203); }, true},
+      {"saved",
+       [](auto& w) {
+         runCommand(w.app, 1204);
+         w.app.settings.trackStorePath.clear();
+         runCommand(w.app, 1212);
+       },
+       false},
+      {"discarded", [](auto& w) { runCommand(w.app, 1204), runCommand(w.app, 1214); }, false},
+      {"another one opened",
+       [](auto& w) {
+         runCommand(w.app, 1204);
+         Track other;
+         TrackPoint point;
+         point.longitude = 9;
+         other.points.push_back(point);
+         EXPECT_TRUE(writeTrackFile(other, w.folder / "other.xml", w.app.recordingOptions));
+         w.window.chosenFile = w.folder / "other.xml";
+         runCommand(w.app, 1213);
+         EXPECT_EQ(w.app.track.points.front().longitude, 9);
+       },
+       false},
+      {"recording again, into a journal",
+       [](auto& w) {
+         runCommand(w.app, 1204);
+         w.app.paths.journal = w.folder / "vgpstrack.journal";
+         runCommand(w.app, 1202), runCommand(w.app, 1203);
+       },
+       false},
+  };
+  for (const auto& row : rows) {
+    RefusingFolder world;
+    world.window.answer = true;
+    row.act(world);
+    const auto expected =
+        row.asks ? std::vector<std::string>{kLoseOnePoint} : std::vector<std::string>{};
+    EXPECT_EQ(world.questionsOfClosing(false, !row.asks), expected) << row.what;
+  }
 }
 
 // The journal is open, and the disk has no room for what comes.
@@ -397,11 +484,23 @@ TEST(Close, APausedRecordingIsLostOnlyKnowingly) {
     runCommand(world.app, 1203);
     world.window.answer = yes;
     EXPECT_EQ(closeRequested(world.app), yes);
-    EXPECT_EQ(world.window.questions,
-              std::vector<std::string>{"The disk does not take the last 1 points of this track. "
-                                       "Close all the same and lose them?"});
+    EXPECT_EQ(world.window.questions, std::vector<std::string>{kLoseOnePoint});
     EXPECT_TRUE(endProgram(world.app));
     EXPECT_EQ(world.window.errors.empty(), yes) << "what was known is not told again";
+  }
+}
+
+// As on a stick that was pulled out.
+TEST(Close, AJournalThatHasGoneIsAskedForEachTime) {
+  FullDisk full;
+  ProgramWorld& world = full.world;
+  runCommand(world.app, 1203);
+  full.disk.files.clear();
+  for (const bool yes : {false, false, true}) {
+    world.window.questions.clear();
+    world.window.answer = yes;
+    EXPECT_EQ(closeRequested(world.app), yes);
+    EXPECT_EQ(world.window.questions, std::vector<std::string>{kLoseOnePoint});
   }
 }
 

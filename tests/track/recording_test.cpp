@@ -171,6 +171,27 @@ TEST(Recording, OnlyTheSurfaceDistanceBeginsAnew) {
   EXPECT_GT(world.recording.distance3d(), first3d + world.recording.distance());
 }
 
+TEST(Recording, OneThatWasBrokenOffKeepsItsLength) {
+  RecordingWorld whole;
+  whole.options.manual = true;
+  whole.recording.start();
+  const auto record = [](RecordingWorld& world, double longitude, double altitude) {
+    world.recording.requestPoint();
+    ASSERT_TRUE(world.recording.offer(FixAt{.altitude = altitude, .longitude = longitude}));
+  };
+  record(whole, 11.5, 500), record(whole, 11.6, 900), record(whole, 11.7, 400);
+  RecordingWorld later;
+  later.options.manual = true;
+  later.track.points = whole.track.points;
+  ASSERT_TRUE(later.recording.goOn());
+  EXPECT_FALSE(later.recording.goOn());
+  EXPECT_EQ(later.track.state, kRecording);
+  for (RecordingWorld* world : {&whole, &later}) record(*world, 11.8, 500);
+  EXPECT_GT(later.recording.distance(), 20);
+  EXPECT_EQ(later.recording.distance(), whole.recording.distance());
+  EXPECT_EQ(later.recording.distance3d(), whole.recording.distance3d());
+}
+
 TEST(Recording, TheFirstStartFreezesTheThresholds) {
   RecordingWorld world;
   const auto restart = [&] {

@@ -10,6 +10,7 @@
 #include "res/finder_ids.h"
 #include "tests/win32/drive.h"
 #include "tests/win32/line.h"
+#include "win32/handle.h"
 #include "win32/wide.h"
 
 // From the person's choice of a receiver to the read-out, through the program's real windows and a
@@ -60,6 +61,35 @@ TEST(Connecting, FromTheFirstStartToTheFirstPosition) {
   EXPECT_NE(settings.find("port=\"COM3\""), std::string::npos) << settings;
   EXPECT_NE(settings.find("speed=\"9600\""), std::string::npos) << settings;
   EXPECT_EQ(program.close(), 0);
+}
+
+TEST(Connecting, AFoundReceiverThatCannotBeKeptIsTold) {
+  SerialLine line;
+  ASSERT_TRUE(line.isUp());
+  const RegisteredPorts registered{{{L"\\Device\\OfTheTest", L"COM3"}}};
+  const RunFolder folder;
+  Program program(L"", &folder);
+  const HWND window = program.window();
+  ASSERT_NE(window, nullptr);
+  Handle held(CreateFileW(wideFromUtf8(folder.file("vgps.xml")).c_str(), GENERIC_READ,
+                          FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+  ASSERT_TRUE(held.isValid());
+  const Receiver receiver(line);
+  PostMessageW(GetDlgItem(window, kFinderButton), BM_CLICK, 0, 0);
+  HWND search = nullptr;
+  ASSERT_TRUE(waitFor([&] { return (search = program.dialog()) != nullptr; }));
+  ASSERT_TRUE(waitFor([&] { return IsWindowEnabled(GetDlgItem(search, IDOK)) != FALSE; }, 30000));
+  PostMessageW(search, WM_COMMAND, IDOK, 0);
+  HWND told = nullptr;
+  ASSERT_TRUE(waitFor([&] {
+    told = program.dialog();
+    return told != nullptr &&
+           windowText(GetDlgItem(told, 0xFFFF)).starts_with(L"The settings cannot be written");
+  }));
+  ASSERT_TRUE(press(told, IDOK));
+  EXPECT_TRUE(waitFor([&] { return !IsWindowVisible(GetDlgItem(window, kFinderButton)); }))
+      << "it is connected for this run";
+  EXPECT_EQ(program.close(), 0) << "without a second word";
 }
 
 TEST(Connecting, AtTheStartAsTheSettingsSay) {
