@@ -25,6 +25,7 @@ bool keepChoice(AppState& app, const SourceChoice& choice) {
 
 void findReceiver(AppState& app, HINSTANCE resources, HWND owner, const FinderSetup& setup) {
   holdConnection(app);
+  if (!app.fix.running) app.fix.close(true);  // a port that opened and took no speed is held still
   const auto chosen = runFinder(resources, owner, setup);
   const bool kept = !chosen.has_value() || keepChoice(app, *chosen);
   if (!IsWindow(owner)) return;  // the program was ended while the search was open
