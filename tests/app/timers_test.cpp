@@ -4,6 +4,7 @@
 
 #include "app/commands.h"
 #include "app/connection.h"
+#include "app/dialog_context.h"
 #include "tests/fakes/program_world.h"
 
 namespace vgps {
@@ -30,6 +31,7 @@ TEST(Timers, AreArmedAtTheStartInTheirOrder) {
     EXPECT_EQ(world.window.timers, row.periods) << row.settings;
     // An interval that changes later needs a new start.
     world.app.settings.trackingSeconds = 9;
+    dialogContextOf(world.app).saved(*findDialog(1906));
     onTimer(world.app, kReportTimer);
     EXPECT_EQ(world.window.timers, row.periods) << row.settings;
   }
