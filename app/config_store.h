@@ -42,6 +42,7 @@ class ConfigStore {
   void set(const SettingRow& row, std::string_view value);
 
   bool changed() const { return changed_; }
+  bool changedOnly(const SettingRow& row) const { return changed_ && changes_.isOnly(row); }
   // A text of the document as it stands, whole; "" where there is none.
   std::string other(const std::string& path, const std::string& key);
   void setOther(const std::string& path, const std::string& key, const std::string& value);

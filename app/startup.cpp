@@ -62,7 +62,8 @@ void simulateTrack(AppState& app, const StartOptions& options) {
 }
 
 // A damaged document stays as it is until the person changes a setting: it may still be mended.
-// The notice may pass behind the question that follows, so it does not count as told.
+// The notice may pass behind the question that follows, so it does not count as told of anything
+// else.
 void writeCountdown(AppState& app, int32_t starts) {
   app.settings.updateCountdown = starts;
   if (!app.config.isSound()) return;
@@ -131,7 +132,10 @@ bool endProgram(AppState& app) {
     app.platform.window.tellError(textOf(kPointsLost));
   }
   if (app.config.save()) return true;
-  if (app.config.tellRefusal()) {
+  // In a folder that nobody may write to every start is counted in vain; a person need not hear of
+  // that at each end.
+  const bool onlyCounted = app.config.changedOnly(*findSetting("cfg\\vgps", "upd"));
+  if (!onlyCounted && app.config.tellRefusal()) {
     app.platform.window.tellError(textWith(kSettingsNotWritten, app.config.path()));
   }
   return false;

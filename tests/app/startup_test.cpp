@@ -167,6 +167,9 @@ TEST(Startup, SettingsThatCannotBeWrittenAreToldOnce) {
   remindOfUpdates(world.app);
   EXPECT_EQ(currentNotice(world.app), message);
   EXPECT_FALSE(endProgram(world.app));
+  EXPECT_TRUE(world.window.errors.empty()) << "only the start was to be counted";
+  world.app.config.set(*findSetting("cfg\\vgps", "lgn"), 1.0);
+  EXPECT_FALSE(endProgram(world.app));
   EXPECT_EQ(world.window.errors, std::vector<std::string>{message})
       << "a notice of the start may have passed unseen";
   world.window.errors.clear();
