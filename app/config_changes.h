@@ -42,6 +42,7 @@ class ConfigChanges {
  private:
   struct Key {
     std::string path, key;
+    // NOLINTNEXTLINE(modernize-use-nullptr): the comparison with 0 that is made for it
     auto operator<=>(const Key&) const = default;
   };
   static Key keyOf(const SettingRow& row) { return {row.path, row.key}; }

@@ -92,7 +92,7 @@ const char* probeResultName(ProbeResult result) {
     case ProbeResult::noPermission: return "no permission";
     case ProbeResult::cannotOpen: return "cannot open";
     case ProbeResult::noData: return "no data";
-    case ProbeResult::notNmea: return "not NMEA";
+    case ProbeResult::notNmea:
     case ProbeResult::sirfBinary: return "not NMEA";
     case ProbeResult::wrongSpeed: return "wrong speed";
   }

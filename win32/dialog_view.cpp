@@ -31,8 +31,9 @@ void widenDropDown(HWND box, std::span<const std::string> items) {
   }
   SelectObject(context, before);
   ReleaseDC(box, context);
-  const int edges = GetSystemMetrics(SM_CXVSCROLL) + 4 * GetSystemMetrics(SM_CXEDGE);
-  SendMessageW(box, CB_SETDROPPEDWIDTH, static_cast<WPARAM>(widest + edges), 0);
+  const LONG edges = GetSystemMetrics(SM_CXVSCROLL) + 4 * GetSystemMetrics(SM_CXEDGE);
+  const LONG width = widest + edges;
+  SendMessageW(box, CB_SETDROPPEDWIDTH, static_cast<WPARAM>(width), 0);
 }
 
 }  // namespace

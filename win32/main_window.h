@@ -37,7 +37,7 @@ class MainWindow : public Window {
   MainWindow() = default;
   MainWindow(const MainWindow&) = delete;
   MainWindow& operator=(const MainWindow&) = delete;
-  ~MainWindow();
+  ~MainWindow() override;
 
   // Null when the system refuses. The window lives until it is closed; `app` must outlive it.
   HWND create(const WindowSetting& setting, AppState& app);

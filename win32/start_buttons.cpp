@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <type_traits>
 
 #include "base/texts.h"
 #include "display/readout_layout.h"
 #include "display/text_fit.h"
 #include "win32/dpi.h"
+#include "win32/message_parameter.h"
 #include "win32/wide.h"
 
 namespace vgps {
@@ -102,8 +104,9 @@ bool StartButtons::create(HWND parent) {
     const std::wstring text = wideFromUtf8(textOf(kButtons[i].text));
     buttons_[i] = CreateWindowExW(
         0, L"BUTTON", text.c_str(), WS_CHILD | WS_TABSTOP | BS_OWNERDRAW, 0, 0, 10, 10, parent,
-        reinterpret_cast<HMENU>(static_cast<UINT_PTR>(kButtons[i].command)),
-        reinterpret_cast<HINSTANCE>(GetWindowLongPtrW(parent, GWLP_HINSTANCE)), nullptr);
+        addressIn<std::remove_pointer_t<HMENU>>(UINT_PTR{kButtons[i].command}),
+        addressIn<std::remove_pointer_t<HINSTANCE>>(GetWindowLongPtrW(parent, GWLP_HINSTANCE)),
+        nullptr);
     if (buttons_[i] == nullptr) return false;
   }
   return true;

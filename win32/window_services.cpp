@@ -90,8 +90,10 @@ bool MainWindow::ask(std::string_view question) {
 // button, because that is the one that cancels.
 size_t MainWindow::choose(std::string_view question, std::span<const std::string_view> answers) {
   std::vector<std::wstring> words;
+  words.reserve(answers.size());
   for (const std::string_view answer : answers) words.push_back(wideFromUtf8(answer));
   std::vector<TASKDIALOG_BUTTON> buttons;
+  buttons.reserve(words.size());
   for (const std::wstring& word : words) {
     buttons.push_back({kFirstAnswer + static_cast<int>(buttons.size()), word.c_str()});
   }
