@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 namespace vgps {
 
@@ -21,6 +22,11 @@ struct DateTime {
 
 // Whether a clock shows this: a day of the calendar from the year 1 on, and 0:00:00 to 23:59:59.
 bool isCalendarTime(const DateTime& time);
+
+// Reads a text of this form, in which Y, M, D, h, m and s stand for one digit each of year, month,
+// day, hour, minute and second, and every other character for itself. False when it does not fit;
+// the numbers are not checked.
+bool readDateTime(std::string_view text, std::string_view form, DateTime& out);
 
 // The time of day of `time` moved by -`offsetMinutes`, in hour and minute only, modulo 24 hours.
 // UTC minus the UTC offset of a place (minutes, negative east of Greenwich) is its local time.

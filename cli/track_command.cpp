@@ -24,25 +24,11 @@ bool isNumber(std::string_view text) {
 
 // "2010-07-05 09:03[:04]", also with a "T" between.
 std::optional<DateTime> readLocalTime(std::string_view text) {
-  constexpr std::string_view kForm = "0000-00-00 00:00:00";
-  constexpr size_t kWithoutSeconds = 16;
-  if (text.size() != kForm.size() && text.size() != kWithoutSeconds) return std::nullopt;
-  for (size_t i = 0; i < text.size(); ++i) {
-    const bool fits = kForm[i] == '0'   ? isDigit(text[i])
-                      : kForm[i] == ' ' ? text[i] == ' ' || text[i] == 'T'
-                                        : text[i] == kForm[i];
-    if (!fits) return std::nullopt;
-  }
-  const auto part = [text](size_t at, size_t length) {
-    return at < text.size() ? static_cast<uint16_t>(leadingInt(text.substr(at, length)))
-                            : uint16_t{0};
-  };
-  const DateTime time = {.year = part(0, 4),
-                         .month = part(5, 2),
-                         .day = part(8, 2),
-                         .hour = part(11, 2),
-                         .minute = part(14, 2),
-                         .second = part(17, 2)};
+  DateTime time;
+  const auto hasForm = [&](std::string_view form) { return readDateTime(text, form, time); };
+  const bool read = hasForm("YYYY-MM-DD hh:mm") || hasForm("YYYY-MM-DD hh:mm:ss") ||
+                    hasForm("YYYY-MM-DDThh:mm") || hasForm("YYYY-MM-DDThh:mm:ss");
+  if (!read) return std::nullopt;
   return isCalendarTime(time) ? std::optional(time) : std::nullopt;
 }
 

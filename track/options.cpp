@@ -3,21 +3,6 @@
 #include "track/track.h"
 
 namespace vgps {
-namespace {
-
-void replaceZero(int32_t& value, int32_t standard) {
-  if (value == 0) value = standard;
-}
-
-}  // namespace
-
-void replaceZeroes(RecordingOptions& options) {
-  const RecordingOptions standard;
-  replaceZero(options.speed, standard.speed);
-  replaceZero(options.angle, standard.angle);
-  replaceZero(options.altitude, standard.altitude);
-  replaceZero(options.normalizeMetres, standard.normalizeMetres);
-}
 
 void applyPreset(const RecordingPreset& preset, RecordingOptions& options) {
   options.speed = preset.speed;

@@ -41,10 +41,6 @@ inline constexpr RecordingPreset kRecordingPresets[] = {
     {"Flying", 50, 5, 100},
 };
 
-// What the recording dialog does when it is confirmed: thresholds and distance that are 0 become
-// the defaults. Switched off stays off for the rest.
-void replaceZeroes(RecordingOptions& options);
-
 void applyPreset(const RecordingPreset& preset, RecordingOptions& options);
 
 // The thresholds that the track took at its first start are given up, so that the next start

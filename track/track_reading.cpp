@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <string>
 #include <string_view>
@@ -37,22 +36,9 @@ bool readNumber(std::string_view text, uint32_t& value) {
   return true;
 }
 
-// "dd-mm-yyyy hh:mm:ss"
 bool readTime(std::string_view text, DateTime& time) {
-  constexpr std::string_view kForm = "00-00-0000 00:00:00";
-  if (text.size() != kForm.size()) return false;
-  for (size_t i = 0; i < kForm.size(); ++i) {
-    if (kForm[i] == '0' ? !isDigit(text[i]) : text[i] != kForm[i]) return false;
-  }
-  const auto field = [text](size_t at, size_t length) {
-    return static_cast<uint16_t>(leadingInt(text.substr(at, length)));
-  };
-  const DateTime read = {.year = field(6, 4),
-                         .month = field(3, 2),
-                         .day = field(0, 2),
-                         .hour = field(11, 2),
-                         .minute = field(14, 2),
-                         .second = field(17, 2)};
+  DateTime read;
+  if (!readDateTime(text, "DD-MM-YYYY hh:mm:ss", read)) return false;
   // All zeroes stand for a point that had no time.
   if (!isCalendarTime(read) && read != DateTime{}) return false;
   time = read;

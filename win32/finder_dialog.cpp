@@ -176,13 +176,9 @@ void FinderDialog::showRow(int row, const PortFinding& finding) {
 // A text that is set anew flickers.
 void FinderDialog::setCell(int row, int column, std::string_view text) {
   std::wstring wide = wideFromUtf8(text);
-  wchar_t before[200] = L"";
+  if (wide == cellText(list_, row, column)) return;
   LVITEMW item{};
   item.iSubItem = column;
-  item.pszText = before;
-  item.cchTextMax = static_cast<int>(std::size(before));
-  SendMessageW(list_, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-  if (wide == before) return;
   item.pszText = wide.data();
   SendMessageW(list_, LVM_SETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
 }
@@ -232,6 +228,16 @@ void FinderDialog::use() {
 }
 
 }  // namespace
+
+std::wstring cellText(HWND list, int row, int column) {
+  wchar_t text[200] = L"";
+  LVITEMW item{};
+  item.iSubItem = column;
+  item.pszText = text;
+  item.cchTextMax = static_cast<int>(std::size(text));
+  SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+  return text;
+}
 
 std::optional<SourceChoice> runFinder(HINSTANCE resources, HWND owner, const FinderSetup& setup) {
   FinderDialog dialog(setup);

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <optional>
+#include <string>
 
 #include "app/connection.h"
 #include "app/port_finder.h"
@@ -14,6 +15,9 @@ struct FinderSetup {
   PortFinder::MakePort makePort = makeSerialPort;
   PortFinderTimes times{};
 };
+
+// A cell of a list, up to 200 characters.
+std::wstring cellText(HWND list, int row, int column);
 
 // Searches all ports for a receiver and lets the person choose among the answers. Empty when
 // nothing was chosen. The program's own connection has to be closed before: its port would be

@@ -156,6 +156,7 @@ TEST_F(DialogRows, NumbersAreCorrectedWhenConfirmed) {
       {kRecord, CONTROL_NORMALIZE_METRES, "0", "cfg\\vgps", "ntm", "15"},
       {kRecord, CONTROL_NORMALIZE_METRES, "1", "cfg\\vgps", "ntm", "1"},
       {kRecord, CONTROL_BACKUP_MINUTES, "0", "cfg\\vgps", "bki", "0"},
+      {kRecord, CONTROL_EVERY, "0", "cfg\\vgps", "res", "0"},
       {kPlay, CONTROL_RECALCULATE, "30", "cfg\\vgps", "rws", "30"},
       {kPlay, CONTROL_RECALCULATE, "31", "cfg\\vgps", "rws", "5"},
       {kPlay, CONTROL_RECALCULATE, "0", "cfg\\vgps", "rws", "0"},

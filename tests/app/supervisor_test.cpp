@@ -52,6 +52,15 @@ class Supervision : public testing::Test {
       EXPECT_TRUE(serveUntil([&] { return !isTrying(); }));
     }
   }
+  // The receiver is lost, and the system takes long to open its port.
+  void loseWhileOpeningHangs() {
+    ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
+    ASSERT_TRUE(receive(*line));
+    line->blockOpening();
+    clock.now += 10000;
+    onTimer(app, kStatisticsTimer);
+    ASSERT_TRUE(serveUntil([&] { return line->number(&FakeLine::opening) == 1; }));
+  }
   bool isTrying() { return app.fix.portAttempt().state == PortAttempt::State::waiting; }
   // Readers look at the list too.
   void list(const std::vector<PortName>& now) {
@@ -227,12 +236,7 @@ TEST_F(Supervision, NoiseIsDataToo) {
 }
 
 TEST_F(Supervision, NobodyWaitsForAnOpeningThatTakesLong) {
-  ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
-  ASSERT_TRUE(receive(*line));
-  line->blockOpening();
-  clock.now += 10000;
-  onTimer(app, kStatisticsTimer);
-  ASSERT_TRUE(serveUntil([&] { return line->number(&FakeLine::opening) == 1; }));
+  ASSERT_NO_FATAL_FAILURE(loseWhileOpeningHangs());
   for (int i = 0; i < 4; ++i) {  // it stays with the one attempt
     clock.now += 5000;
     onTimer(app, kStatisticsTimer);
@@ -253,12 +257,7 @@ TEST_F(Supervision, APortThatOpensTooLateIsClosedAgain) {
   FakeLine& other = ports.add(devicePath("COM4"));
   for (const bool connectAgain : {true, false}) {
     line = &ports.add(devicePath("COM3"));
-    ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
-    ASSERT_TRUE(receive(*line));
-    line->blockOpening();
-    clock.now += 10000;
-    onTimer(app, kStatisticsTimer);
-    ASSERT_TRUE(serveUntil([&] { return line->number(&FakeLine::opening) == 1; }));
+    ASSERT_NO_FATAL_FAILURE(loseWhileOpeningHangs());
     disconnectReceiver(app);
     if (connectAgain) {
       ASSERT_TRUE(connectReceiver(app, {.port = "COM4"}));

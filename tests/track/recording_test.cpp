@@ -336,20 +336,6 @@ TEST(Recording, MarksCountFromEachStart) {
   }
 }
 
-TEST(RecordingOptions, ZeroesBecomeDefaultsAndOffStaysOff) {
-  RecordingOptions options;
-  applyPreset(kRecordingPresets[2], options);
-  EXPECT_EQ(options.angle, 5);
-  options.speed = options.angle = options.altitude = options.normalizeMetres = 0;
-  options.everyNth = 0;
-  replaceZeroes(options);
-  EXPECT_EQ(options.speed, 5);
-  EXPECT_EQ(options.angle, 10);
-  EXPECT_EQ(options.altitude, 30);
-  EXPECT_EQ(options.normalizeMetres, 15);
-  EXPECT_EQ(options.everyNth, 0);
-}
-
 TEST(PointList, KeepsItsPointsInPlace) {
   PointList points;
   points.push_back(pointAt(0, 0));

@@ -10,6 +10,7 @@
 #include "res/finder_ids.h"
 #include "tests/win32/drive.h"
 #include "tests/win32/line.h"
+#include "win32/finder_dialog.h"
 #include "win32/handle.h"
 #include "win32/wide.h"
 

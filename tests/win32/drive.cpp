@@ -235,16 +235,6 @@ UINT menuState(HWND window, UINT command) {
   return GetMenuState(menu, command, MF_BYCOMMAND);
 }
 
-std::wstring cellText(HWND list, int row, int column) {
-  wchar_t text[200] = L"";
-  LVITEMW item{};
-  item.iSubItem = column;
-  item.pszText = text;
-  item.cchTextMax = static_cast<int>(std::size(text));
-  SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-  return text;
-}
-
 bool choose(HWND dialog, int box, const wchar_t* text) {
   const HWND control = GetDlgItem(dialog, box);
   const LRESULT item = SendMessageW(control, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),

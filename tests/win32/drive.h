@@ -105,9 +105,6 @@ bool press(HWND dialog, int button);
 // The state of a menu item of this process, as if the person had opened its menu.
 UINT menuState(HWND window, UINT command);
 
-// A cell of a list of this process.
-std::wstring cellText(HWND list, int row, int column);
-
 // The text of a combo box, chosen from its list; false when the list does not have it.
 bool choose(HWND dialog, int box, const wchar_t* text);
 
