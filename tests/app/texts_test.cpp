@@ -9,6 +9,7 @@
 
 #include "app/dialogs.h"
 #include "res/finder_ids.h"
+#include "tests/places.h"
 
 // Where the words stand that a person sees.
 namespace vgps {
@@ -85,7 +86,7 @@ bool isForDevelopers(const Literal& literal) {
 std::vector<fs::path> sourcesOf(const char* room) {
   std::vector<fs::path> sources;
   std::error_code error;
-  for (const auto& entry : fs::directory_iterator(fs::path(SOURCE_DIR) / room, error)) {
+  for (const auto& entry : fs::directory_iterator(fs::path(sourceFolder()) / room, error)) {
     const fs::path extension = entry.path().extension();
     if (extension == ".cpp" || extension == ".h") sources.push_back(entry.path());
   }
@@ -132,7 +133,7 @@ TEST(Texts, EveryWordOfALayoutIsOneOfItsTexts) {
                                          "Segoe UI"};
   std::set<uint32_t> used;
   for (const char* const script : {"dialogs.rc", "finder.rc"}) {
-    const fs::path path = fs::path(SOURCE_DIR) / "res" / script;
+    const fs::path path = fs::path(sourceFolder()) / "res" / script;
     std::ifstream file(path);
     if (!file) GTEST_SKIP() << path << " is not here";
     // The words of a layout stand below its name.

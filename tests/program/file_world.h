@@ -9,6 +9,7 @@
 #include <iterator>
 #include <string>
 
+#include "tests/places.h"
 #include "tests/program/program.h"
 
 namespace vgps {
@@ -75,7 +76,7 @@ class OrdinaryUser {
     if (changed_ && setresuid(before_, before_, before_) != 0) std::abort();
   }
   bool mayRunTheProgram() const {
-    return geteuid() != 0 && faccessat(AT_FDCWD, VGPS_PROGRAM, X_OK, AT_EACCESS) == 0;
+    return geteuid() != 0 && faccessat(AT_FDCWD, vgpsProgram(), X_OK, AT_EACCESS) == 0;
   }
 
  private:

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <random>
 
+#include "tests/places.h"
 #include "tests/posix/pty.h"
 #include "tests/program/program.h"
 
@@ -228,7 +229,7 @@ TEST(Monitor, OnATerminalItKeepsToItsPlace) {
   const pid_t child = forkpty(&terminal, nullptr, nullptr, &size);
   if (child == 0) {
     setSignals(0);
-    execl(VGPS_PROGRAM, "vgps", "monitor", "--port", line.path().c_str(), nullptr);
+    execl(vgpsProgram(), "vgps", "monitor", "--port", line.path().c_str(), nullptr);
     _exit(127);
   }
   std::string screen;

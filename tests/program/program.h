@@ -16,6 +16,8 @@
 #include <thread>
 #include <vector>
 
+#include "tests/places.h"
+
 namespace vgps {
 
 // In the program to be: what the tests themselves ignore, run in the background, is none of it.
@@ -33,7 +35,7 @@ class Program {
     int out[2], err[2];
     EXPECT_EQ(pipe2(out, O_CLOEXEC), 0);
     EXPECT_EQ(pipe2(err, O_CLOEXEC), 0);
-    std::vector<const char*> words = {VGPS_PROGRAM};
+    std::vector<const char*> words = {vgpsProgram()};
     for (const std::string& word : arguments) words.push_back(word.c_str());
     words.push_back(nullptr);
     pid_ = fork();
@@ -41,7 +43,7 @@ class Program {
       dup2(out[1], STDOUT_FILENO);
       dup2(err[1], STDERR_FILENO);
       setSignals(ignored);
-      execv(VGPS_PROGRAM, const_cast<char**>(words.data()));
+      execv(vgpsProgram(), const_cast<char**>(words.data()));
       _exit(127);
     }
     ::close(out[1]);
@@ -144,7 +146,7 @@ inline Finished runProgram(const std::vector<std::string>& arguments) {
 }
 
 inline std::string sourcePath(const std::string& path) {
-  return std::string(SOURCE_DIR) + "/" + path;
+  return std::string(sourceFolder()) + "/" + path;
 }
 
 // The folder of recorded logs, which is no part of this tree.

@@ -2,6 +2,7 @@
 #include <filesystem>
 
 #include "app/settings.h"
+#include "tests/places.h"
 #include "tests/program/file_world.h"
 
 namespace vgps {
@@ -110,7 +111,7 @@ TEST_F(SettingsCommand, TheFileMayStandAnywhere) {
 }
 
 TEST_F(SettingsCommand, WithoutAFileTheOneBesideTheProgramIsMeant) {
-  fs::copy_file(VGPS_PROGRAM, path("vgps"));
+  fs::copy_file(vgpsProgram(), path("vgps"));
   const std::string command = "cd / && '" + path("vgps") + "' settings set 'cfg\\gps' port COM7";
   EXPECT_EQ(std::system(command.c_str()), 0);
   EXPECT_NE(read("vgps.xml").find("port=\"COM7\""), std::string::npos);

@@ -8,13 +8,15 @@
 #include <string>
 #include <vector>
 
+#include "tests/places.h"
+
 namespace vgps {
 
 // The files of other programs that tests read where they lie: VEXA_DATA, or beside the checkout.
 inline std::filesystem::path sharedData() {
   const char* const given = std::getenv("VEXA_DATA");
   return given != nullptr ? std::filesystem::path(given)
-                          : std::filesystem::path(SOURCE_DIR) / "../shared/data";
+                          : std::filesystem::path(sourceFolder()) / "../shared/data";
 }
 
 // In the order of their names; none when the folder is missing.

@@ -1,0 +1,5 @@
+#include "tests/places.h"
+
+const char* sourceFolder() { return SOURCE_DIR; }
+
+const char* vgpsProgram() { return VGPS_PROGRAM; }
