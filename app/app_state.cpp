@@ -36,7 +36,7 @@ std::string_view currentNotice(const AppState& app) {
   return fresh ? std::string_view(app.notice) : std::string_view();
 }
 
-bool askQuestion(AppState& app, uint32_t text) { return app.platform.window.ask(textOf(text)); }
+bool askQuestion(AppState& app, Text text) { return app.platform.window.ask(textOf(text)); }
 
 bool repaintThrottled(AppState& app) {
   if (!app.repaints.due(app.platform.clock.tick())) return false;

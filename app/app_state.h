@@ -13,6 +13,8 @@
 #include "app/settings.h"
 #include "app/statistics.h"
 #include "app/supervisor.h"
+#include "base/screens.h"
+#include "base/texts.h"
 #include "gps/gps_fix.h"
 #include "library/track_library.h"
 #include "platform/clock.h"
@@ -108,11 +110,6 @@ enum class Projection : int32_t {
 };
 enum class ColourScheme : uint8_t { day, night, custom };
 
-inline constexpr int32_t kScreenGps = 1;
-inline constexpr int32_t kScreenStatistics = 9;
-inline constexpr int32_t kScreenRawLog = 99;
-inline constexpr int32_t kScreen3dMap = 150;
-
 // What handled messages of the receiver bring to the displays. Skipped ones bring nothing.
 struct DisplayNews {
   bool waiting = false;  // a message was handled since the last repaint
@@ -157,8 +154,8 @@ struct AppState {
   TurnWarning turnWarning;
   uint32_t tapPoint = 0;  // of a tap that waits; packed as `Window::postTap` says
 
-  int32_t currentScreen = kScreenGps;
-  int32_t previousScreen = kScreenGps;
+  Screen currentScreen = Screen::gps;
+  Screen previousScreen = Screen::gps;
   Projection projection = Projection::cartesian2d;
   ColourScheme scheme = ColourScheme::day;
   RepaintThrottle repaints;
@@ -182,8 +179,8 @@ void showNotice(AppState& app, std::string_view text);
 // The notice, or nothing when it has stood long enough.
 std::string_view currentNotice(const AppState& app);
 
-// A yes-or-no question by its number; No is the default.
-bool askQuestion(AppState& app, uint32_t text);
+// A yes-or-no question; No is the default.
+bool askQuestion(AppState& app, Text text);
 
 // The current screen anew, at most every 800 ms.
 bool repaintThrottled(AppState& app);

@@ -4,20 +4,22 @@
 #include <span>
 #include <string>
 
+#include "app/command.h"
+#include "base/texts.h"
+
 namespace vgps {
 
 struct AppState;
 
-// Does what the command of that number says. On the user-interface thread.
-using CommandHandler = void (*)(AppState& app, uint32_t number);
-using CommandPredicate = bool (*)(const AppState& app, uint32_t number);
+// Does what the command says. On the user-interface thread.
+using CommandHandler = void (*)(AppState& app, Command command);
+using CommandPredicate = bool (*)(const AppState& app, Command command);
 
 // What a menu item, a key, a hot key or another part of the program can ask for.
 struct CommandRow {
-  uint32_t number;
-  uint32_t last;  // above `number` only where the number itself is the argument
+  Command command;
+  Command last;  // behind `command` only for a range
   CommandHandler handler;
-  const char* what;                    // for whom reads the table
   CommandPredicate checked = nullptr;  // a mark stands before the menu item
   CommandPredicate enabled = nullptr;  // greyed when false; null: always
 };
@@ -26,19 +28,21 @@ struct CommandRow {
 std::span<const CommandRow> commandRows();
 
 // Null when there is no such command.
-const CommandRow* findCommand(uint32_t number);
+const CommandRow* findCommand(Command command);
 
 // False when there is no such command.
-bool runCommand(AppState& app, uint32_t number);
+bool runCommand(AppState& app, Command command);
 
 // A command that came from a hot key: its result is shown at once, whatever was drawn just now.
-bool runHotKey(AppState& app, uint32_t number);
+bool runHotKey(AppState& app, Command command);
 
 // The handler of what does not exist yet: says so in the status line. Rows that point here are
 // what is missing.
-void notBuilt(AppState& app, uint32_t number);
+void notBuilt(AppState& app, Command command);
 
-// The number of the text of a command's menu item in res/texts.def.
-constexpr uint32_t menuTextNumber(uint32_t command) { return 10000 + command; }
+// The text of a command's menu item: its number is 10000 and the command's.
+constexpr Text itemText(Command command) {
+  return static_cast<Text>(10000 + static_cast<uint32_t>(command));
+}
 
 }  // namespace vgps

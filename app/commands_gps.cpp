@@ -9,18 +9,6 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kLogOn = 371;
-constexpr uint32_t kFirstSimulationMode = 378;
-
-constexpr uint32_t kNotAvailable = 700;
-constexpr uint32_t kClockNotSet = 716;
-constexpr uint32_t kClockSet = 717;
-constexpr uint32_t kNoFixYet = 718;
-constexpr uint32_t kNoSimulationData = 719;
-constexpr uint32_t kSimulationLoaded = 720;
-constexpr uint32_t kChooseSimulation = 761;
-constexpr uint32_t kTracks = 762;
-
 // Of the commands 378, 379 and 380.
 constexpr SimMode kSimulationModes[] = {SimMode::tapping, SimMode::timer, SimMode::point};
 
@@ -37,26 +25,26 @@ DateTime systemTimeFrom(const DateTime& gpsUtc, DateTime systemUtc) {
 
 }  // namespace
 
-void connectFromSettings(AppState& app, uint32_t) { connectReceiver(app, sourceOfSettings(app)); }
+void connectFromSettings(AppState& app, Command) { connectReceiver(app, sourceOfSettings(app)); }
 
 // For this run; what the settings choose stays.
-void connectSimulation(AppState& app, uint32_t) { connectReceiver(app, {.simulate = true}); }
+void connectSimulation(AppState& app, Command) { connectReceiver(app, {.simulate = true}); }
 
-void disconnect(AppState& app, uint32_t) {
+void disconnect(AppState& app, Command) {
   disconnectReceiver(app);
   repaintNow(app);
 }
 
-void gpsTimeToSystem(AppState& app, uint32_t) {
-  if (!hasFix(app, 0)) return showNotice(app, textOf(kNoFixYet));
-  if (!app.platform.setSystemTime) return showNotice(app, textOf(kNotAvailable));
+void gpsTimeToSystem(AppState& app, Command) {
+  if (!hasFix(app, Command::gpsTimeToSystem)) return showNotice(app, textOf(Text::noValidFix));
+  if (!app.platform.setSystemTime) return showNotice(app, textOf(Text::notAvailable));
   const DateTime time = systemTimeFrom(app.shown.fix.utcTime, app.platform.clock.utc());
   const bool set = app.platform.setSystemTime(time);
-  showNotice(app, textOf(set ? kClockSet : kClockNotSet));
+  showNotice(app, textOf(set ? Text::clockSet : Text::clockNotSet));
 }
 
-void switchLog(AppState& app, uint32_t number) {
-  app.settings.logStream = number == kLogOn;
+void switchLog(AppState& app, Command command) {
+  app.settings.logStream = command == Command::logOn;
   app.gps.options.logNmea = app.settings.logStream;
   if (const SettingRow* const row = findSetting("cfg\\vgps", "lgn")) {
     app.config.set(*row, app.settings.logStream ? 1.0 : 0.0);
@@ -64,42 +52,42 @@ void switchLog(AppState& app, uint32_t number) {
   repaintNow(app);
 }
 
-void chooseSimulationMode(AppState& app, uint32_t number) {
-  app.gps.simulation.setMode(kSimulationModes[number - kFirstSimulationMode]);
+void chooseSimulationMode(AppState& app, Command command) {
+  app.gps.simulation.setMode(kSimulationModes[command - Command::simulateTapping]);
   repaintNow(app);
 }
 
-void loadSimulation(AppState& app, uint32_t) {
-  if (!app.extensions.simulationFrom) return showNotice(app, textOf(kNotAvailable));
+void loadSimulation(AppState& app, Command) {
+  if (!app.extensions.simulationFrom) return showNotice(app, textOf(Text::notAvailable));
   const std::string path =
-      app.platform.window.chooseFile({.title = std::string(textOf(kChooseSimulation)),
-                                      .kind = std::string(textOf(kTracks)),
+      app.platform.window.chooseFile({.title = std::string(textOf(Text::chooseSimulation)),
+                                      .kind = std::string(textOf(Text::tracks)),
                                       .pattern = "*.xml;*.gpx"});
   if (path.empty()) return;
   const bool loaded = loadSimulationFrom(app, path);
-  showNotice(app, textWith(loaded ? kSimulationLoaded : kNoSimulationData, path));
+  showNotice(app, textWith(loaded ? Text::simulationLoaded : Text::noSimulationData, path));
 }
 
-void stepSimulation(AppState& app, uint32_t) { app.gps.simulation.step(); }
+void stepSimulation(AppState& app, Command) { app.gps.simulation.step(); }
 
-void clearRawLog(AppState& app, uint32_t) {
+void clearRawLog(AppState& app, Command) {
   app.rawLog.clear();
   repaintNow(app);
 }
 
-bool isDisconnected(const AppState& app, uint32_t) { return !app.fix.running; }
-bool isConnected(const AppState& app, uint32_t) { return app.fix.running; }
-bool isSimulating(const AppState& app, uint32_t) { return app.fix.running && app.fix.simulate; }
-bool hasFix(const AppState& app, uint32_t) {
+bool isDisconnected(const AppState& app, Command) { return !app.fix.running; }
+bool isConnected(const AppState& app, Command) { return app.fix.running; }
+bool isSimulating(const AppState& app, Command) { return app.fix.running && app.fix.simulate; }
+bool hasFix(const AppState& app, Command) {
   // The time of a receiver that was unplugged an hour ago is an hour old.
   const uint32_t age = app.platform.clock.tick() - app.shown.lastFixTick;
   return app.fix.running && app.shown.fixSeen && app.shown.fix.fixStatus != 0 && age <= kOldAfterMs;
 }
-bool isLogState(const AppState& app, uint32_t number) {
-  return app.gps.options.logNmea == (number == kLogOn);
+bool isLogState(const AppState& app, Command command) {
+  return app.gps.options.logNmea == (command == Command::logOn);
 }
-bool isSimulationMode(const AppState& app, uint32_t number) {
-  return app.gps.simulation.mode() == kSimulationModes[number - kFirstSimulationMode];
+bool isSimulationMode(const AppState& app, Command command) {
+  return app.gps.simulation.mode() == kSimulationModes[command - Command::simulateTapping];
 }
 
 }  // namespace vgps

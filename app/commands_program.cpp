@@ -6,9 +6,6 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kFirstSize = 801;
-constexpr uint32_t kAboutText = 721;
-
 struct Size {
   int32_t width, height;
 };
@@ -17,20 +14,20 @@ constexpr Size kSizes[] = {{240, 320}, {320, 240}, {240, 240}, {320, 320}, {640,
 
 }  // namespace
 
-void showAbout(AppState& app, uint32_t) { app.platform.window.tell(textOf(kAboutText)); }
+void showAbout(AppState& app, Command) { app.platform.window.tell(textOf(Text::aboutProgram)); }
 
-void closeProgram(AppState& app, uint32_t) { app.platform.window.close(); }
+void closeProgram(AppState& app, Command) { app.platform.window.close(); }
 
-void resizeScreen(AppState& app, uint32_t number) {
-  const Size& size = kSizes[number - kFirstSize];
+void resizeScreen(AppState& app, Command command) {
+  const Size& size = kSizes[command - Command::size240x320];
   app.platform.window.resizeClient(size.width, size.height);
 }
 
 // "OK" of a pop-up menu closes it, which the system has done already.
-void confirmPopup(AppState&, uint32_t) {}
+void confirmPopup(AppState&, Command) {}
 
-void openOptionDialog(AppState& app, uint32_t number) {
-  if (!app.platform.window.openDialog(number)) notBuilt(app, number);
+void openOptionDialog(AppState& app, Command command) {
+  if (!app.platform.window.openDialog(static_cast<uint32_t>(command))) notBuilt(app, command);
 }
 
 }  // namespace vgps

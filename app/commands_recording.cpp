@@ -5,16 +5,6 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kFirstPreset = 1221;
-
-constexpr uint32_t kNotRecording = 722;
-constexpr uint32_t kMarkWaits = 723;
-constexpr uint32_t kAlreadyRecording = 724;
-constexpr uint32_t kPresetChosen = 725;
-constexpr uint32_t kWanderExplained = 726;
-constexpr uint32_t kSettingsNotWritten = 737;
-constexpr uint32_t kFirstPresetName = 741;  // walking, driving, flying
-
 bool samePreset(const RecordingPreset& preset, const RecordingOptions& options) {
   return preset.speed == options.speed && preset.angle == options.angle &&
          preset.altitude == options.altitude;
@@ -28,35 +18,35 @@ bool begin(AppState& app) {
 
 }  // namespace
 
-void startRecording(AppState& app, uint32_t) {
-  if (!begin(app)) return showNotice(app, textOf(kAlreadyRecording));
+void startRecording(AppState& app, Command) {
+  if (!begin(app)) return showNotice(app, textOf(Text::alreadyRecording));
   repaintNow(app);
 }
 
-void pauseOrResumeRecording(AppState& app, uint32_t) {
+void pauseOrResumeRecording(AppState& app, Command) {
   app.recording.pauseOrResume();
   repaintNow(app);
 }
 
-void endRecording(AppState& app, uint32_t) {
+void endRecording(AppState& app, Command) {
   app.recording.stop(nullptr, true);
   repaintNow(app);
 }
 
-void markPoint(AppState& app, uint32_t) {
-  if (!app.recording.mark()) return showNotice(app, textOf(kNotRecording));
-  showNotice(app, textWith(kMarkWaits, std::to_string(app.recording.pendingMark())));
+void markPoint(AppState& app, Command) {
+  if (!app.recording.mark()) return showNotice(app, textOf(Text::notRecording));
+  showNotice(app, textWith(Text::markWaits, std::to_string(app.recording.pendingMark())));
 }
 
-void recordPointNow(AppState& app, uint32_t) {
-  if (app.track.state != kRecording) return showNotice(app, textOf(kNotRecording));
+void recordPointNow(AppState& app, Command) {
+  if (app.track.state != kRecording) return showNotice(app, textOf(Text::notRecording));
   app.recording.requestPoint();
 }
 
 // Into the settings as well, so that the recording dialog shows it. A running recording keeps the
 // thresholds it began with.
-void choosePreset(AppState& app, uint32_t number) {
-  const RecordingPreset& preset = kRecordingPresets[number - kFirstPreset];
+void choosePreset(AppState& app, Command command) {
+  const RecordingPreset& preset = kRecordingPresets[command - Command::presetWalking];
   applyPreset(preset, app.recordingOptions);
   forgetThresholds(app.track);
   app.settings.recordMinSpeed = preset.speed;
@@ -64,25 +54,26 @@ void choosePreset(AppState& app, uint32_t number) {
   app.settings.recordAltitude = preset.altitude;
   if (!saveSettings(app.config, app.settings, SettingGroup::recording) &&
       app.config.tellRefusal()) {
-    return showNotice(app, textWith(kSettingsNotWritten, app.config.path()));
+    return showNotice(app, textWith(Text::settingsNotWritten, app.config.path()));
   }
-  showNotice(app, textWith(kPresetChosen, textOf(kFirstPresetName + number - kFirstPreset)));
+  showNotice(app, textWith(Text::presetChosen,
+                           textOf(Text::walking + (command - Command::presetWalking))));
 }
 
-void wanderAround(AppState& app, uint32_t number) {
-  app.platform.window.tell(textOf(kWanderExplained));
-  startRecording(app, number);
+void wanderAround(AppState& app, Command command) {
+  app.platform.window.tell(textOf(Text::wanderExplained));
+  startRecording(app, command);
 }
 
-bool isIdle(const AppState& app, uint32_t) { return app.track.state == kIdle; }
-bool isNotIdle(const AppState& app, uint32_t) { return app.track.state != kIdle; }
-bool isNotPlaying(const AppState& app, uint32_t) { return app.track.state != kPlaying; }
-bool isPaused(const AppState& app, uint32_t) { return app.track.state == kPaused; }
-bool takesMarks(const AppState& app, uint32_t) {
+bool isIdle(const AppState& app, Command) { return app.track.state == kIdle; }
+bool isNotIdle(const AppState& app, Command) { return app.track.state != kIdle; }
+bool isNotPlaying(const AppState& app, Command) { return app.track.state != kPlaying; }
+bool isPaused(const AppState& app, Command) { return app.track.state == kPaused; }
+bool takesMarks(const AppState& app, Command) {
   return app.track.state == kRecording || app.track.state == kPaused;
 }
-bool isPreset(const AppState& app, uint32_t number) {
-  return samePreset(kRecordingPresets[number - kFirstPreset], app.recordingOptions);
+bool isPreset(const AppState& app, Command command) {
+  return samePreset(kRecordingPresets[command - Command::presetWalking], app.recordingOptions);
 }
 
 }  // namespace vgps

@@ -9,109 +9,96 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kTrackChangedCommand = 1286;
-
-constexpr uint32_t kNoTrack = 727;
-constexpr uint32_t kNotWhileRecording = 728;
-constexpr uint32_t kTrackRead = 729;
-constexpr uint32_t kTrackDamaged = 730;
-constexpr uint32_t kNotATrack = 731;
-constexpr uint32_t kTrackUnreadable = 732;
-constexpr uint32_t kAskToDiscard = 733;
-constexpr uint32_t kPointsNow = 734;
-constexpr uint32_t kChooseTrack = 760;
-constexpr uint32_t kTracks = 762;
-
 // Says why when there is nothing to work on.
 bool canEdit(AppState& app) {
   if (app.track.state != kIdle) {
-    showNotice(app, textOf(kNotWhileRecording));
+    showNotice(app, textOf(Text::endRecordingFirst));
     return false;
   }
   if (app.track.points.empty()) {
-    showNotice(app, textOf(kNoTrack));
+    showNotice(app, textOf(Text::noTrack));
     return false;
   }
   return true;
 }
 
 void tellChanged(AppState& app) {
-  showNotice(app, textWith(kPointsNow, std::to_string(app.track.points.size())));
-  runCommand(app, kTrackChangedCommand);
+  showNotice(app, textWith(Text::pointsNow, std::to_string(app.track.points.size())));
+  runCommand(app, Command::trackChanged);
 }
 
 // The track of a file that the person chooses. False when there is none; that is told then.
 bool chooseTrack(AppState& app, Track& track) {
   const std::string path =
-      app.platform.window.chooseFile({.title = std::string(textOf(kChooseTrack)),
-                                      .kind = std::string(textOf(kTracks)),
+      app.platform.window.chooseFile({.title = std::string(textOf(Text::chooseTrack)),
+                                      .kind = std::string(textOf(Text::tracks)),
                                       .pattern = "*.xml"});
   if (path.empty()) return false;
   Window& window = app.platform.window;
   switch (loadTrackFile(path, app.settings.speedUnit, track)) {
     case TrackLoading::whole: return true;
-    case TrackLoading::damaged: window.tell(textWith(kTrackDamaged, path)); return true;
-    case TrackLoading::notATrack: window.tellError(textWith(kNotATrack, path)); break;
+    case TrackLoading::damaged: window.tell(textWith(Text::trackDamaged, path)); return true;
+    case TrackLoading::notATrack: window.tellError(textWith(Text::notATrack, path)); break;
     case TrackLoading::noFile:
-    case TrackLoading::unreadable: window.tellError(textWith(kTrackUnreadable, path)); break;
+    case TrackLoading::unreadable: window.tellError(textWith(Text::trackUnreadable, path)); break;
   }
   return false;
 }
 
 // What was recorded and not saved goes only when the person says so.
 bool mayReplace(AppState& app) {
-  return app.track.points.empty() || askQuestion(app, kAskToDiscard);
+  return app.track.points.empty() || askQuestion(app, Text::askToDiscard);
 }
 
 }  // namespace
 
-void thinTrack(AppState& app, uint32_t) {
+void thinTrack(AppState& app, Command) {
   if (!canEdit(app)) return;
   normalize(app.track, app.recordingOptions);
   tellChanged(app);
 }
 
-void reverseTrack(AppState& app, uint32_t) {
+void reverseTrack(AppState& app, Command) {
   if (!canEdit(app)) return;
   reverse(app.track);
   tellChanged(app);
 }
 
-void joinTrack(AppState& app, uint32_t) {
+void joinTrack(AppState& app, Command) {
   Track other;
   if (!canEdit(app) || !chooseTrack(app, other) || !canEdit(app)) return;
   join(app.track, other);
   tellChanged(app);
 }
 
-void saveTrack(AppState& app, uint32_t) {
-  if (app.track.state != kIdle) return showNotice(app, textOf(kNotWhileRecording));
-  if (app.track.points.empty()) return showNotice(app, textOf(kNoTrack));
+void saveTrack(AppState& app, Command) {
+  if (app.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
+  if (app.track.points.empty()) return showNotice(app, textOf(Text::noTrack));
   app.recording.stop(nullptr, false);
 }
 
-void openTrack(AppState& app, uint32_t) {
-  if (app.track.state != kIdle) return showNotice(app, textOf(kNotWhileRecording));
+void openTrack(AppState& app, Command) {
+  if (app.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
   Track chosen;
   if (!mayReplace(app) || !chooseTrack(app, chosen)) return;
-  if (app.track.state != kIdle) return showNotice(app, textOf(kNotWhileRecording));
+  if (app.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
   app.recordingHooks.pointsSettled();
   app.track = std::move(chosen);
-  showNotice(app, textWith(kTrackRead, std::to_string(app.track.points.size())));
-  runCommand(app, kTrackChangedCommand);
+  showNotice(app, textWith(Text::trackRead, std::to_string(app.track.points.size())));
+  runCommand(app, Command::trackChanged);
 }
 
-void discardTrack(AppState& app, uint32_t) {
-  if (!canEdit(app) || !askQuestion(app, kAskToDiscard)) return;
+void discardTrack(AppState& app, Command) {
+  if (!canEdit(app) || !askQuestion(app, Text::askToDiscard)) return;
   app.recordingHooks.pointsSettled();
   app.track = Track();
   tellChanged(app);
 }
 
 // Sent to the screens that show the track.
-void trackChanged(AppState& app, uint32_t) { repaintThrottled(app); }
+void trackChanged(AppState& app, Command) { repaintThrottled(app); }
 
-bool hasFinishedTrack(const AppState& app, uint32_t) {
+bool hasFinishedTrack(const AppState& app, Command) {
   return app.track.state == kIdle && !app.track.points.empty();
 }
 

@@ -8,72 +8,72 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kFirstView = 200;
-constexpr uint32_t kDay = 321;
-constexpr uint32_t kNotAvailable = 700;
+// Of the commands that show a screen: 200 and the screen's number.
+constexpr uint32_t kViews = 200;
 
-void changeScreen(AppState& app, int32_t screen) {
+Screen screenOf(Command view) { return static_cast<Screen>(static_cast<uint32_t>(view) - kViews); }
+
+void changeScreen(AppState& app, Screen screen) {
   if (screen != app.currentScreen) app.previousScreen = app.currentScreen;
   app.currentScreen = screen;
-  setFineStatistics(app, screen == kScreenStatistics);
-  if (!isScreenDrawn(screen)) showNotice(app, textOf(kNotAvailable));
+  setFineStatistics(app, screen == Screen::statistics);
+  if (!isScreenDrawn(screen)) showNotice(app, textOf(Text::notAvailable));
   repaintNow(app);
 }
 
 }  // namespace
 
-void showScreen(AppState& app, uint32_t number) {
-  changeScreen(app, static_cast<int32_t>(number - kFirstView));
-}
+void showScreen(AppState& app, Command command) { changeScreen(app, screenOf(command)); }
 
 // Numbers among the views that no screen has.
-void ignoreView(AppState&, uint32_t) {}
+void ignoreView(AppState&, Command) {}
 
 // The next view of the table that is drawn.
-void showNextScreen(AppState& app, uint32_t) {
+void showNextScreen(AppState& app, Command) {
   const auto rows = commandRows();
-  const auto current = static_cast<uint32_t>(app.currentScreen) + kFirstView;
+  const Screen current = app.currentScreen;
   const CommandRow* next = nullptr;
   for (const CommandRow& row : rows) {
-    const bool canShow =
-        row.handler == showScreen && isScreenDrawn(static_cast<int32_t>(row.number - kFirstView));
-    if (canShow && (next == nullptr || (next->number <= current && row.number > current))) {
+    const bool canShow = row.handler == showScreen && isScreenDrawn(screenOf(row.command));
+    if (!canShow) continue;
+    const bool isFirst = next == nullptr;
+    if (isFirst || (screenOf(next->command) <= current && screenOf(row.command) > current)) {
       next = &row;
     }
   }
-  if (next != nullptr) showScreen(app, next->number);
+  if (next != nullptr) showScreen(app, next->command);
 }
 
-void show3dMap(AppState& app, uint32_t) {
+void show3dMap(AppState& app, Command) {
   app.projection = Projection::cartesian3d;
-  changeScreen(app, kScreen3dMap);
+  changeScreen(app, Screen::map3d);
 }
 
-void chooseProjection(AppState& app, uint32_t number) {
-  app.projection = static_cast<Projection>(number);
+void chooseProjection(AppState& app, Command command) {
+  app.projection = static_cast<Projection>(command);
   repaintNow(app);
 }
 
-void chooseColours(AppState& app, uint32_t number) {
-  app.scheme = static_cast<ColourScheme>(number - kDay);
+void chooseColours(AppState& app, Command command) {
+  app.scheme = static_cast<ColourScheme>(command - Command::dayColors);
   repaintNow(app);
 }
 
-void switchDayAndNight(AppState& app, uint32_t) {
+void switchDayAndNight(AppState& app, Command) {
   app.scheme = app.scheme == ColourScheme::night ? ColourScheme::day : ColourScheme::night;
   repaintNow(app);
 }
 
-bool isScreen(const AppState& app, uint32_t number) {
-  return app.currentScreen == static_cast<int32_t>(number - kFirstView);
+bool isScreen(const AppState& app, Command command) {
+  return app.currentScreen == screenOf(command);
 }
-bool isProjection(const AppState& app, uint32_t number) {
-  return app.projection == static_cast<Projection>(number);
+bool isProjection(const AppState& app, Command command) {
+  return app.projection == static_cast<Projection>(command);
 }
-bool isColourScheme(const AppState& app, uint32_t number) {
-  return app.scheme == static_cast<ColourScheme>(number - kDay);
+bool isColourScheme(const AppState& app, Command command) {
+  return app.scheme == static_cast<ColourScheme>(command - Command::dayColors);
 }
 
-void goBack(AppState& app, uint32_t) { changeScreen(app, app.previousScreen); }
+void goBack(AppState& app, Command) { changeScreen(app, app.previousScreen); }
 
 }  // namespace vgps

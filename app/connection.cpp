@@ -8,35 +8,26 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kOpeningFailed = 601;
-constexpr uint32_t kNotThere = 756;
-constexpr uint32_t kBusy = 757;
-constexpr uint32_t kNotAllowed = 758;
-constexpr uint32_t kRefused = 759;
-constexpr uint32_t kSerialSource = 801;
-constexpr uint32_t kSimulationSource = 802;
-constexpr uint32_t kSensorSource = 803;
-constexpr uint32_t kNoneChosen = 871;
 constexpr int kReaderEndMs = 2000;
 
 std::string nameOf(const SourceChoice& choice) {
-  if (choice.simulate) return std::string(textOf(kSimulationSource));
-  if (choice.useSensorApi) return std::string(textOf(kSensorSource));
+  if (choice.simulate) return std::string(textOf(Text::simulation));
+  if (choice.useSensorApi) return std::string(textOf(Text::locationSensor));
   return serialSourceName(choice.port, choice.speed);
 }
 
 }  // namespace
 
 std::string serialSourceName(const std::string& port, uint32_t speed) {
-  return textWith(kSerialSource, port, std::to_string(speed));
+  return textWith(Text::serialSource, port, std::to_string(speed));
 }
 
 std::string portProblem(PortError error, const std::string& port) {
   switch (error) {
-    case PortError::notThere: return textWith(kNotThere, port);
-    case PortError::busy: return textWith(kBusy, port);
-    case PortError::noPermission: return textWith(kNotAllowed, port);
-    default: return textWith(kRefused, port);
+    case PortError::notThere: return textWith(Text::portMissing, port);
+    case PortError::busy: return textWith(Text::portBusy, port);
+    case PortError::noPermission: return textWith(Text::portForbidden, port);
+    default: return textWith(Text::portUnusable, port);
   }
 }
 
@@ -70,9 +61,9 @@ bool connectReceiver(AppState& app, const SourceChoice& choice) {
     if (serial) superviseConnection(app, choice.port, choice.speed);
     return true;
   }
-  showNotice(app, choice.port.empty() ? std::string(textOf(kNoneChosen))
+  showNotice(app, choice.port.empty() ? std::string(textOf(Text::noReceiverChosen))
                                       : portProblem(app.fix.portError, choice.port));
-  app.platform.window.tellError(textOf(kOpeningFailed));
+  app.platform.window.tellError(textOf(Text::openingFailed));
   return false;
 }
 

@@ -1,18 +1,17 @@
 #include "app/dialog_context.h"
 
 #include "app/apply_settings.h"
+#include "app/command.h"
 #include "app/supervisor.h"
 #include "gps/port_search.h"
 
 namespace vgps {
 namespace {
 
-constexpr uint32_t kRecordingCommand = 1904;
-
 // The map follows the recording's options soon, everything else is to be seen at once.
 void followDialog(AppState& app, const Dialog& dialog) {
   applySettings(app);
-  const bool recording = dialog.command == kRecordingCommand;
+  const bool recording = dialog.command == Command::recordingOptions;
   if (recording) forgetThresholds(app.track);
   if (!recording || app.repaints.due(app.platform.clock.tick())) app.platform.window.repaint();
 }

@@ -8,12 +8,6 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kNotWrittenText = 737;
-constexpr uint32_t kCaptionText = 941;
-constexpr uint32_t kTitleText = 942;
-constexpr uint32_t kValueText = 943;
-constexpr uint32_t kBadTitleText = 946;
-
 // Not the element that the loader reads "fzsl" from: names in the document are told apart by case,
 // and documents hold their hidden options here.
 constexpr const char* kPath = "Cfg\\Other";
@@ -30,16 +24,17 @@ bool isAttributeName(std::string_view name) {
 }  // namespace
 
 bool editHiddenOption(ConfigStore& store, const TextPrompt& prompt, const TextTeller& tell) {
-  const auto title = prompt(textOf(kCaptionText), textOf(kTitleText), "");
+  const auto title = prompt(textOf(Text::optionCaption), textOf(Text::optionTitle), "");
   if (!title) return false;
   if (!isAttributeName(*title)) {
-    tell(textOf(kBadTitleText));
+    tell(textOf(Text::badOptionTitle));
     return false;
   }
-  const auto value = prompt(textOf(kCaptionText), textOf(kValueText), store.other(kPath, *title));
+  const auto value =
+      prompt(textOf(Text::optionCaption), textOf(Text::optionValue), store.other(kPath, *title));
   if (!value) return false;
   store.setOther(kPath, *title, *value);
-  if (!store.save() && store.tellRefusal()) tell(textWith(kNotWrittenText, store.path()));
+  if (!store.save() && store.tellRefusal()) tell(textWith(Text::settingsNotWritten, store.path()));
   return true;
 }
 

@@ -11,11 +11,6 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kPortFoundText = 505;
-constexpr uint32_t kNoPortFoundText = 608;
-constexpr uint32_t kNotWrittenText = 737;
-constexpr uint32_t kFirstButtonText = 1901;  // of those that every dialog has
-constexpr uint32_t kLastButtonText = 1902;
 constexpr int kStoredDecimals = 2;
 constexpr size_t kNumberCharacters = 11;  // of the least 32-bit number
 
@@ -23,7 +18,7 @@ std::vector<DialogItem> itemsOf(const DialogField& field, const DialogContext& c
   if (field.items != nullptr) return field.items(context);
   std::vector<DialogItem> items;
   for (const DialogChoice& choice : field.choices) {
-    items.push_back({std::string(textOf(choice.name)), decimalText(int64_t{choice.value})});
+    items.push_back({std::string(textOf(choice.text)), decimalText(int64_t{choice.value})});
   }
   return items;
 }
@@ -56,7 +51,7 @@ std::string storedText(const DialogField& field, const Settings& settings) {
 
 void fillRadio(const DialogField& field, DialogView& view, int32_t value) {
   for (const DialogChoice& choice : field.choices) {
-    view.setChecked(choice.name, choice.value == value);
+    view.setChecked(choice.control, choice.value == value);
   }
 }
 
@@ -121,7 +116,7 @@ std::string typedText(const DialogField& field, DialogView& view, const DialogCo
 
 void acceptRadio(const DialogField& field, DialogView& view, Settings& settings) {
   for (const DialogChoice& choice : field.choices) {
-    if (view.checked(choice.name)) setNumber(settings, settingOf(field), choice.value);
+    if (view.checked(choice.control)) setNumber(settings, settingOf(field), choice.value);
   }
 }
 
@@ -251,7 +246,7 @@ bool act(const Dialog& dialog, DialogView& view, const DialogAction& action) {
 
 }  // namespace
 
-const Dialog* findDialog(uint32_t command) {
+const Dialog* findDialog(Command command) {
   for (const Dialog& dialog : dialogs()) {
     if (dialog.command == command) return &dialog;
   }
@@ -265,9 +260,10 @@ const SettingRow& settingOf(const DialogField& field) {
   return found == rows.end() ? rows.front() : *found;
 }
 
-std::string_view dialogText(std::string_view word, uint32_t texts) {
-  const std::string_view own = texts == 0 ? std::string_view() : textLike(word, texts, texts + 99);
-  return own.empty() ? textLike(word, kFirstButtonText, kLastButtonText) : own;
+std::string_view dialogText(std::string_view word, Text texts) {
+  const std::string_view own =
+      texts == Text{} ? std::string_view() : textLike(word, texts, texts + 99);
+  return own.empty() ? textLike(word, Text::ok, Text::cancel) : own;
 }
 
 void fillDialog(const Dialog& dialog, DialogView& view, const DialogContext& context) {
@@ -296,7 +292,7 @@ void confirmDialog(const Dialog& dialog, DialogView& view, DialogContext& contex
   }
   if (context.saved) context.saved(dialog);
   if (!written && context.store.tellRefusal())
-    view.tell(textWith(kNotWrittenText, context.store.path()));
+    view.tell(textWith(Text::settingsNotWritten, context.store.path()));
 }
 
 bool pressControl(const Dialog& dialog, DialogView& view, uint16_t control) {
@@ -320,14 +316,14 @@ uint32_t searchSpeed(DialogView& view) {
 
 void tellSearchResult(DialogView& view, std::span<const uint32_t> answered) {
   if (answered.empty()) {
-    view.tell(textOf(kNoPortFoundText));
+    view.tell(textOf(Text::noPortAnswered));
     return;
   }
   if (view.text(CONTROL_PORT).empty()) {
     view.setText(CONTROL_PORT, "COM" + decimalText(int64_t{answered.front()}));
   }
   for (const uint32_t port : answered) {
-    view.tell(textWith(kPortFoundText, decimalText(int64_t{port})));
+    view.tell(textWith(Text::portFound, decimalText(int64_t{port})));
   }
 }
 

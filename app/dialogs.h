@@ -7,8 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "app/command.h"
 #include "app/config_store.h"
 #include "app/settings.h"
+#include "base/texts.h"
 #include "platform/dialog_view.h"
 #include "platform/serial_port.h"
 #include "track/options.h"
@@ -48,10 +50,11 @@ enum class FieldKind : uint8_t {
   colour,    // a button that shows it and asks for another
 };
 
-// One of several values. `name`: of a list the number of its text, of radio buttons the control.
+// One of several values: an item of a list by its text, a radio button by its control.
 struct DialogChoice {
   int32_t value;
-  uint16_t name;
+  Text text{};
+  uint16_t control = 0;
 };
 
 // An item that is known only at run time.
@@ -82,7 +85,7 @@ enum class ActionKind : uint8_t { chooseFile, chooseFolder, playSound, preset, s
 
 // A kind of files that a person chooses from.
 struct FileFilter {
-  uint16_t text = 0;  // its number
+  Text text{};
   const char* pattern = "";
 };
 
@@ -97,24 +100,22 @@ struct DialogAction {
 };
 
 struct Dialog {
-  uint32_t command;                      // that opens it
+  Command command;                       // that opens it
   const char* layout;                    // the name of its resource
-  uint32_t texts;                        // the first of the hundred numbers of its texts
+  Text texts;                            // the first of the hundred numbers of its texts
   std::span<const SettingGroup> groups;  // that OK saves
   std::span<const DialogField> fields;
   std::span<const DialogAction> actions{};
 };
 
-inline constexpr uint32_t kGpsDialogCommand = 101;
-
 // A word of a dialog's layout in the language of the person; empty when it is none of the dialog's
 // texts: a language library's own layout has its own words.
-std::string_view dialogText(std::string_view word, uint32_t texts);
+std::string_view dialogText(std::string_view word, Text texts);
 
 // All dialogs, ascending by command.
 std::span<const Dialog> dialogs();
 // Null when the command opens none of these.
-const Dialog* findDialog(uint32_t command);
+const Dialog* findDialog(Command command);
 
 // Shows the values that the document holds, and enables what they leave enabled.
 void fillDialog(const Dialog& dialog, DialogView& view, const DialogContext& context);

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 
+#include "app/command.h"
 #include "app/dialogs.h"
 #include "base/number.h"
 #include "base/texts.h"
@@ -53,9 +54,9 @@ constexpr DialogField switched(uint16_t control, SettingMember setting, uint16_t
           .setting = setting};
 }
 
-constexpr FileFilter kImageFiles{921, "*.png;*.jpg;*.jpeg;*.bmp;*.gif;*.tif;*.tiff"};
-constexpr FileFilter kSoundFiles{922, "*.wav"};
-constexpr FileFilter kLanguageFiles{923, "*.dll"};
+constexpr FileFilter kImageFiles{Text::imageFiles, "*.png;*.jpg;*.jpeg;*.bmp;*.gif;*.tif;*.tiff"};
+constexpr FileFilter kSoundFiles{Text::soundFiles, "*.wav"};
+constexpr FileFilter kLanguageFiles{Text::languageLibraries, "*.dll"};
 
 constexpr DialogAction chooseFile(uint16_t control, uint16_t target, FileFilter files) {
   return {.control = control, .kind = ActionKind::chooseFile, .target = target, .files = files};
@@ -107,10 +108,10 @@ constexpr uint16_t kNotWithGpsApi[] = {CONTROL_PORT, CONTROL_BAUD_RATE, CONTROL_
 constexpr uint16_t kNotWithSensorApi[] = {CONTROL_PORT, CONTROL_BAUD_RATE, CONTROL_SIMULATE,
                                           CONTROL_GPS_API};
 
-constexpr DialogChoice kEpochButtons[] = {{1, CONTROL_EPOCH_RMC},
-                                          {2, CONTROL_EPOCH_GGA},
-                                          {0, CONTROL_EPOCH_AUTOMATIC},
-                                          {3, CONTROL_EPOCH_BOTH}};
+constexpr DialogChoice kEpochButtons[] = {{.value = 1, .control = CONTROL_EPOCH_RMC},
+                                          {.value = 2, .control = CONTROL_EPOCH_GGA},
+                                          {.value = 0, .control = CONTROL_EPOCH_AUTOMATIC},
+                                          {.value = 3, .control = CONTROL_EPOCH_BOTH}};
 
 constexpr DialogField kGpsFields[] = {
     {.control = CONTROL_PORT,
@@ -169,7 +170,10 @@ constexpr SettingGroup kMap3dGroups[] = {SettingGroup::map3d};
 
 // Units
 
-constexpr DialogChoice kSpeedUnits[] = {{0, 930}, {1, 931}, {2, 932}, {3, 933}};
+constexpr DialogChoice kSpeedUnits[] = {{0, Text::kilometersPerHour},
+                                        {1, Text::knots},
+                                        {2, Text::metersPerSecond},
+                                        {3, Text::milesPerHour}};
 constexpr DialogField kSpeedFields[] = {
     check(CONTROL_SPEED_WARNING, &Settings::speedWarning),
     number(CONTROL_SPEED_LIMIT, &Settings::speedLimit),
@@ -177,8 +181,9 @@ constexpr DialogField kSpeedFields[] = {
 };
 constexpr SettingGroup kSpeedGroups[] = {SettingGroup::speed};
 
-constexpr DialogChoice kLongUnits[] = {{0, 924}, {1, 925}, {2, 926}};
-constexpr DialogChoice kShortUnits[] = {{0, 927}, {1, 928}, {2, 929}};
+constexpr DialogChoice kLongUnits[] = {
+    {0, Text::kilometers}, {1, Text::statuteMiles}, {2, Text::nauticalMiles}};
+constexpr DialogChoice kShortUnits[] = {{0, Text::meters}, {1, Text::inches}, {2, Text::feet}};
 constexpr DialogField kDistanceFields[] = {
     list(CONTROL_LONG_UNIT, &Settings::longDistanceUnit, kLongUnits),
     list(CONTROL_SHORT_UNIT, &Settings::shortDistanceUnit, kShortUnits),
@@ -187,8 +192,6 @@ constexpr SettingGroup kDistanceGroups[] = {SettingGroup::distance};
 
 // Display
 
-constexpr uint32_t kStandardText = 937;
-
 // The placeholder of the list stands for the ellipsoid that it is taken as.
 std::vector<DialogItem> ellipsoidItems(const DialogContext&) {
   std::vector<DialogItem> items;
@@ -196,13 +199,14 @@ std::vector<DialogItem> ellipsoidItems(const DialogContext&) {
     const auto index = static_cast<int32_t>(i);
     std::string name = ellipsoidOf(index).name;
     name.erase(name.find_last_not_of(' ') + 1);
-    if (index == 0) name = textWith(kStandardText, name);
+    if (index == 0) name = textWith(Text::standardEllipsoid, name);
     items.push_back({name, decimalText(int64_t{index})});
   }
   return items;
 }
 
-constexpr DialogChoice kPositionFormats[] = {{0, 934}, {1, 935}, {2, 936}};
+constexpr DialogChoice kPositionFormats[] = {
+    {0, Text::degreesMinutesSeconds}, {1, Text::decimalDegrees}, {2, Text::utmGrid}};
 constexpr DialogField kDisplayFields[] = {
     list(CONTROL_POSITION_FORMAT, &Settings::positionFormat, kPositionFormats),
     {.control = CONTROL_ELLIPSOID,
@@ -295,7 +299,8 @@ constexpr DialogAction kBackgroundActions[] = {
 };
 constexpr SettingGroup kBackgroundGroups[] = {SettingGroup::background};
 
-constexpr DialogChoice kAlignments[] = {{0, 938}, {1, 939}, {2, 940}};
+constexpr DialogChoice kAlignments[] = {
+    {0, Text::alignLeft}, {1, Text::alignCenter}, {2, Text::alignRight}};
 constexpr DialogField kCameraFields[] = {
     number(CONTROL_CAMERA_LEFT, &Settings::cameraLeft),
     number(CONTROL_CAMERA_TOP, &Settings::cameraTop),
@@ -354,22 +359,30 @@ constexpr DialogAction kLanguageActions[] = {
 constexpr SettingGroup kLanguageGroups[] = {SettingGroup::language};
 
 constexpr Dialog kDialogs[] = {
-    {kGpsDialogCommand, "DIALOG_GPS", 2000, kGpsGroups, kGpsFields, kGpsActions},
-    {1901, "DIALOG_MAP", 2100, kMapGroups, kMapFields, kMapActions},
-    {1902, "DIALOG_SPEED", 2300, kSpeedGroups, kSpeedFields},
-    {1903, "DIALOG_SETTINGS", 2500, kDisplayGroups, kDisplayFields},
-    {1904, "DIALOG_RECORDOPTIONS", 2600, kRecordGroups, kRecordFields, kRecordActions},
-    {1905, "DIALOG_DISTANCE", 2400, kDistanceGroups, kDistanceFields},
-    {1906, "DIALOG_TRACKING", 3300, kTrackingGroups, kTrackingFields},
-    {1907, "DIALOG_PLAYOPTIONS", 2800, kPlayGroups, kPlayFields},
-    {1908, "DIALOG_COLOURS", 2900, kColourGroups, kColourFields},
-    {1909, "DIALOG_PURSUE", 3400, kPursueGroups, kPursueFields},
-    {1910, "DIALOG_BACKGROUNDS", 3000, kBackgroundGroups, kBackgroundFields, kBackgroundActions},
-    {1911, "DIALOG_CAMERA", 3100, kCameraGroups, kCameraFields},
-    {1912, "DIALOG_SOUNDS", 3200, kSoundGroups, kSoundFields, kSoundActions},
-    {1914, "DIALOG_TRACKSTORE", 2700, kRecordGroups, kTrackStoreFields, kTrackStoreActions},
-    {1915, "DIALOG_LANGUAGE", 3500, kLanguageGroups, kLanguageFields, kLanguageActions},
-    {1916, "DIALOG_MAP3D", 2200, kMap3dGroups, kMap3dFields},
+    {Command::gpsSetup, "DIALOG_GPS", Text::gpsDialog, kGpsGroups, kGpsFields, kGpsActions},
+    {Command::mapOptions, "DIALOG_MAP", Text::mapDialog, kMapGroups, kMapFields, kMapActions},
+    {Command::speedOptions, "DIALOG_SPEED", Text::speedDialog, kSpeedGroups, kSpeedFields},
+    {Command::settings, "DIALOG_SETTINGS", Text::settingsDialog, kDisplayGroups, kDisplayFields},
+    {Command::recordingOptions, "DIALOG_RECORDOPTIONS", Text::recordDialog, kRecordGroups,
+     kRecordFields, kRecordActions},
+    {Command::distanceViews, "DIALOG_DISTANCE", Text::distanceDialog, kDistanceGroups,
+     kDistanceFields},
+    {Command::liveTracking, "DIALOG_TRACKING", Text::trackingDialog, kTrackingGroups,
+     kTrackingFields},
+    {Command::playbackOptions, "DIALOG_PLAYOPTIONS", Text::playbackDialog, kPlayGroups,
+     kPlayFields},
+    {Command::colors, "DIALOG_COLOURS", Text::colorDialog, kColourGroups, kColourFields},
+    {Command::pursue, "DIALOG_PURSUE", Text::pursueDialog, kPursueGroups, kPursueFields},
+    {Command::backgrounds, "DIALOG_BACKGROUNDS", Text::backgroundDialog, kBackgroundGroups,
+     kBackgroundFields, kBackgroundActions},
+    {Command::cameraBox, "DIALOG_CAMERA", Text::cameraDialog, kCameraGroups, kCameraFields},
+    {Command::sounds, "DIALOG_SOUNDS", Text::soundDialog, kSoundGroups, kSoundFields,
+     kSoundActions},
+    {Command::trackStorage, "DIALOG_TRACKSTORE", Text::storageDialog, kRecordGroups,
+     kTrackStoreFields, kTrackStoreActions},
+    {Command::languages, "DIALOG_LANGUAGE", Text::languageDialog, kLanguageGroups, kLanguageFields,
+     kLanguageActions},
+    {Command::map3dOptions, "DIALOG_MAP3D", Text::map3dDialog, kMap3dGroups, kMap3dFields},
 };
 
 constexpr bool commandsAscend() {

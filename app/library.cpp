@@ -13,22 +13,18 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kAskToDelete = 746;
-constexpr uint32_t kHoldsSettings = 962;
-constexpr uint32_t kLibraryKept = 963;
-constexpr uint32_t kHoldsRecording = 986;
-constexpr uint32_t kNotDeleted = 987;
-
 enum class Answer : uint8_t { goOn, save, remove, later };
 
 struct AnswerRow {
   Answer answer;
-  uint32_t text;
+  Text text;
 };
 
 // Going on stands in front, because there are times without it; the harmless one behind.
-constexpr AnswerRow kAnswers[] = {
-    {Answer::goOn, 980}, {Answer::save, 981}, {Answer::remove, 982}, {Answer::later, 983}};
+constexpr AnswerRow kAnswers[] = {{Answer::goOn, Text::recoverContinue},
+                                  {Answer::save, Text::recoverSave},
+                                  {Answer::remove, Text::recoverDelete},
+                                  {Answer::later, Text::recoverLater}};
 
 // Those that a recording may take, whether they are there or not.
 std::vector<std::string> journalNames(const std::string& first) {
@@ -60,8 +56,8 @@ void save(AppState& app, LeftRecording& left) {
 
 void remove(AppState& app, LeftRecording& left) {
   const std::string points = std::to_string(left.points());
-  if (!app.platform.window.ask(textWith(kAskToDelete, points))) return left.leave();
-  if (!left.discard()) app.platform.window.tellError(textWith(kNotDeleted, left.path()));
+  if (!app.platform.window.ask(textWith(Text::askToDelete, points))) return left.leave();
+  if (!left.discard()) app.platform.window.tellError(textWith(Text::notDeleted, left.path()));
 }
 
 void answer(AppState& app, LeftRecording& left) {
@@ -79,9 +75,9 @@ void answer(AppState& app, LeftRecording& left) {
 }  // namespace
 
 std::string libraryRefusal(const std::string& path, const AppPaths& paths) {
-  if (isSameFile(path, paths.settings)) return textWith(kHoldsSettings, path);
+  if (isSameFile(path, paths.settings)) return textWith(Text::pathHoldsSettings, path);
   for (const std::string& journal : journalNames(paths.journal)) {
-    if (isSameFile(path, journal)) return textWith(kHoldsRecording, path);
+    if (isSameFile(path, journal)) return textWith(Text::pathHoldsRecording, path);
   }
   return {};
 }
@@ -115,7 +111,7 @@ bool addToLibrary(AppState& app, Track& track) {
   const std::string keptBefore = app.library.keptAs();
   const LibraryResult result = app.library.add(track, app.recordingOptions, local);
   if (app.library.keptAs() != keptBefore) {
-    showNotice(app, textWith(kLibraryKept, app.library.keptAs()));
+    showNotice(app, textWith(Text::libraryKeptAs, app.library.keptAs()));
   }
   if (result == LibraryResult::done) return true;
   app.platform.window.tellError(libraryMessage(result, app.library.path()));

@@ -4,6 +4,9 @@
 #include <span>
 #include <string>
 
+#include "app/command.h"
+#include "base/texts.h"
+
 namespace vgps {
 
 struct AppState;
@@ -12,8 +15,8 @@ struct AppState;
 struct MenuRow {
   enum Kind : uint8_t { popup, item, separator, end };
   Kind kind;
-  // Of a popup: the number of its text. Of an item: the command.
-  uint32_t number;
+  Text text{};        // of a popup
+  Command command{};  // of an item
 };
 std::span<const MenuRow> menuRows();
 
@@ -22,7 +25,7 @@ std::span<const MenuRow> menuRows();
 struct KeyRow {
   uint16_t key;
   bool control, shift, alt;
-  uint32_t command;
+  Command command;
 };
 
 // While the program's window is in front.
@@ -31,11 +34,11 @@ std::span<const KeyRow> acceleratorRows();
 std::span<const KeyRow> hotKeyRows();
 
 // "Connect\tF5": the text with its mnemonic ("&") and, where there is one, the key behind a tab.
-std::string menuItemText(uint32_t command);
+std::string menuItemText(Command command);
 // "Ctrl+Shift+R"
 std::string keyText(const KeyRow& row);
 
-bool menuItemChecked(const AppState& app, uint32_t command);
-bool menuItemEnabled(const AppState& app, uint32_t command);
+bool menuItemChecked(const AppState& app, Command command);
+bool menuItemEnabled(const AppState& app, Command command);
 
 }  // namespace vgps

@@ -12,12 +12,9 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kLogFailed = 701;
-constexpr uint32_t kSensorMessage = 876;  // "SENS msg: %s,%s"
-constexpr uint32_t kSirfMessage = 877;    // "Sirf msg (%s): %u bytes"
-constexpr int32_t kNewsMessages = 10;     // two or three seconds of an ordinary receiver
-constexpr size_t kRawRowBytes = 1000;     // more of a row than any screen shows
-constexpr size_t kRawRows = 500;          // kept for the raw log screen
+constexpr int32_t kNewsMessages = 10;  // two or three seconds of an ordinary receiver
+constexpr size_t kRawRowBytes = 1000;  // more of a row than any screen shows
+constexpr size_t kRawRows = 500;       // kept for the raw log screen
 
 void copyFix(AppState& app) {
   UiFix& shown = app.shown;
@@ -60,7 +57,7 @@ bool isSkipped(AppState& app) {
 }
 
 void addRawRow(AppState& app, std::string_view text) {
-  if (app.currentScreen != kScreenRawLog || text.empty()) return;
+  if (app.currentScreen != Screen::rawLog || text.empty()) return;
   app.rawLog.push_back(validUtf8(text.substr(0, kRawRowBytes)));
   if (app.rawLog.size() > kRawRows) app.rawLog.erase(app.rawLog.begin());
 }
@@ -76,7 +73,7 @@ void tellMessage(AppState& app, std::string text) {
 std::string textOfMessage(const SirfMessage& message) {
   char number[16];
   std::snprintf(number, sizeof number, "%X", message.number());
-  return textWith(kSirfMessage, number, std::to_string(message.length));
+  return textWith(Text::sirfMessage, number, std::to_string(message.length));
 }
 
 // A clock that has no time yet says 000000, and the stored time stays as it was.
@@ -160,7 +157,7 @@ void onLine(AppState& app, const UiMessage& message) {
 void onSensorReading(AppState& app, const UiMessage& message) {
   app.shown.dataSeen = true;
   app.shown.lastDataTick = app.platform.clock.tick();
-  tellMessage(app, textWith(kSensorMessage, fixedText(message.x, 3), fixedText(message.y, 3)));
+  tellMessage(app, textWith(Text::sensorMessage, fixedText(message.x, 3), fixedText(message.y, 3)));
   repaintThrottled(app);
 }
 
@@ -169,7 +166,7 @@ void onUnknownBytes(AppState& app, const UiMessage& message) {
   app.shown.arrivals.noise = {true, app.platform.clock.tick()};
   noteBytes(app);
   addRawRow(app, message.text);
-  if (app.currentScreen == kScreenRawLog) repaintThrottled(app);
+  if (app.currentScreen == Screen::rawLog) repaintThrottled(app);
 }
 
 // A message may have been under way while another source was opened: it says nothing about that.
@@ -183,7 +180,7 @@ bool refreshDisplays(AppState& app) { return app.news.waiting && repaintThrottle
 
 void onUiMessage(AppState& app, const UiMessage& message) {
   if (message.event == UiEvent::logFailed) {
-    app.platform.window.tellError(textWith(kLogFailed, message.text));
+    app.platform.window.tellError(textWith(Text::logNotWritten, message.text));
     return;
   }
   if (isOfAnotherSource(app, message)) return;

@@ -23,42 +23,25 @@ constexpr size_t kEnoughNoise = 120;
 constexpr int kWholeProgress = 1000;
 constexpr std::chrono::milliseconds kLettingGo{300};
 
-enum TextNumber : uint32_t {
-  kNotOpened = 829,
-  kFound,
-  kNoPosition,
-  kNotThere,
-  kBusy,
-  kNoPermission,
-  kCannotOpen,
-  kNoData,
-  kNotNmea,
-  kSirf,
-  kWrongSpeed,
-  kListening,
-  kWaiting,
-  kNotTried,
-};
-
 struct ResultRow {
   ProbeResult result;
   int rank;         // the greater says more about a port
   bool conclusive;  // no other speed can tell anything better
-  TextNumber text;
+  Text text;
 };
 
 constexpr ResultRow kResults[] = {
-    {ProbeResult::found, 9, true, kFound},
-    {ProbeResult::sirfBinary, 8, true, kSirf},
-    {ProbeResult::noPosition, 7, true, kNoPosition},
-    {ProbeResult::busy, 6, true, kBusy},
-    {ProbeResult::noPermission, 6, true, kNoPermission},
-    {ProbeResult::notThere, 6, true, kNotThere},
+    {ProbeResult::found, 9, true, Text::finderFound},
+    {ProbeResult::sirfBinary, 8, true, Text::finderSirf},
+    {ProbeResult::noPosition, 7, true, Text::finderNoPosition},
+    {ProbeResult::busy, 6, true, Text::finderBusy},
+    {ProbeResult::noPermission, 6, true, Text::finderForbidden},
+    {ProbeResult::notThere, 6, true, Text::finderNoPort},
     // Not every line takes every speed.
-    {ProbeResult::cannotOpen, 0, false, kCannotOpen},
-    {ProbeResult::notNmea, 3, false, kNotNmea},
-    {ProbeResult::wrongSpeed, 2, false, kWrongSpeed},
-    {ProbeResult::noData, 1, false, kNoData},
+    {ProbeResult::cannotOpen, 0, false, Text::finderUnusable},
+    {ProbeResult::notNmea, 3, false, Text::finderNoNmea},
+    {ProbeResult::wrongSpeed, 2, false, Text::probablyWrongSpeed},
+    {ProbeResult::noData, 1, false, Text::finderNoData},
 };
 
 const ResultRow& rowOf(ProbeResult result) {
@@ -238,14 +221,15 @@ const PortFinding* bestFinding(const std::vector<PortFinding>& findings) {
 
 std::string findingText(const PortFinding& finding) {
   if (!finding.done) {
-    return finding.listening == 0 ? std::string(textOf(kWaiting))
-                                  : textWith(kListening, std::to_string(finding.listening));
+    return finding.listening == 0
+               ? std::string(textOf(Text::finderWaiting))
+               : textWith(Text::finderListening, std::to_string(finding.listening));
   }
   if (!finding.triedAll) {
-    if (finding.opening && !finding.answered) return std::string(textOf(kNotOpened));
+    if (finding.opening && !finding.answered) return std::string(textOf(Text::finderNotOpened));
     // Silence at some of the speeds says nothing.
     const bool silent = !finding.answered || finding.answer.result == ProbeResult::noData;
-    if (silent) return std::string(textOf(kNotTried));
+    if (silent) return std::string(textOf(Text::finderUnfinished));
   }
   std::string text = textWith(rowOf(finding.answer.result).text, std::to_string(finding.speed));
   if (finding.answer.result != ProbeResult::found) return text;

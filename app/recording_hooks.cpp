@@ -11,11 +11,6 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kTrackChanged = 1286;
-
-constexpr uint32_t kAskToSave = 711;
-constexpr uint32_t kNoJournal = 715;
-
 bool isSamePoint(const TrackPoint& a, const TrackPoint& b) {
   return a.longitude == b.longitude && a.latitude == b.latitude && a.utcTime == b.utcTime;
 }
@@ -50,11 +45,11 @@ void AppRecordingHooks::appendToDrawnPath(double longitude, double latitude) {
   app_.drawnPath.emplace_back(longitude, latitude);
 }
 
-bool AppRecordingHooks::askToSave() { return askQuestion(app_, kAskToSave); }
+bool AppRecordingHooks::askToSave() { return askQuestion(app_, Text::askToSave); }
 
 bool AppRecordingHooks::save(Track& track) { return addToLibrary(app_, track); }
 
-void AppRecordingHooks::trackChanged(Track&) { runCommand(app_, kTrackChanged); }
+void AppRecordingHooks::trackChanged(Track&) { runCommand(app_, Command::trackChanged); }
 
 void AppRecordingHooks::beginJournal() {
   journalRefused_ = false;
@@ -62,7 +57,7 @@ void AppRecordingHooks::beginJournal() {
   journal_ = std::make_unique<Journal>(journalSettings());
   if (createFreeJournal(*journal_, app_.paths.journal) != JournalResult::open) {
     journalRefused_ = true;
-    showNotice(app_, textWith(kNoJournal, app_.paths.journal));
+    showNotice(app_, textWith(Text::noJournal, app_.paths.journal));
     return;
   }
   for (const TrackPoint& point : app_.track.points) journal_->append(point);

@@ -9,8 +9,6 @@ namespace vgps {
 
 namespace {
 
-constexpr uint32_t kProbablyAnotherSpeed = 839;
-
 ReceiverState stateOf(const AppState& app, uint32_t now) {
   const UiFix& shown = app.shown;
   if (app.fix.running && app.supervisor.state == Supervisor::State::lost) {
@@ -109,7 +107,7 @@ Scene sceneOf(const AppState& app) {
   scene.notice = std::string(currentNotice(app));
   const bool noise = isFresh(shown.arrivals.noise, now);
   if (scene.state == ReceiverState::noData && noise && scene.notice.empty()) {
-    scene.notice = textOf(kProbablyAnotherSpeed);
+    scene.notice = textOf(Text::probablyWrongSpeed);
   }
   if (messageHolds(app)) scene.message = app.lastMessageText;
   scene.fixSeen = shown.fixSeen;

@@ -6,13 +6,10 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kEndCommand = 1204;
-constexpr uint32_t kAskToStop = 406;
-constexpr uint32_t kAskToLose = 984;
-
 // No is the default.
 bool mayLose(AppState& app, size_t points) {
-  return points == 0 || app.platform.window.ask(textWith(kAskToLose, std::to_string(points)));
+  return points == 0 ||
+         app.platform.window.ask(textWith(Text::askToLosePoints, std::to_string(points)));
 }
 
 // Whether closing loses no point of the track, or the person knows and wants it. `recorded`: the
@@ -40,8 +37,8 @@ bool closeRequested(AppState& app) {
   window.closeBrowser();
   const int32_t state = app.track.state;
   if (state == kRecording || state == kPlaying) {
-    if (!askQuestion(app, kAskToStop)) return false;
-    runCommand(app, kEndCommand);
+    if (!askQuestion(app, Text::askToStop)) return false;
+    runCommand(app, Command::endRecording);
   }
   if (!mayClose(app, state == kRecording)) return false;
   app.fix.stopReaders(0);  // they end by themselves; who waits for them comes later

@@ -16,19 +16,6 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kConnectCommand = 102;
-constexpr uint32_t kLogOnCommand = 371;
-constexpr uint32_t kUpdatesCommand = 197;
-
-constexpr uint32_t kSettingsDamaged = 603;
-constexpr uint32_t kAskForUpdates = 710;
-constexpr uint32_t kNotUnderstood = 702;
-constexpr uint32_t kNoInstaller = 703;
-constexpr uint32_t kNoSimulationData = 719;
-constexpr uint32_t kSettingsNotWritten = 737;
-constexpr uint32_t kSettingsUnreadable = 970;
-constexpr uint32_t kPointsLost = 985;
-
 constexpr int32_t kStartsBetweenReminders = 20;
 
 // Virus scanners and backups hold a file for a moment, most of all when the computer was just
@@ -47,13 +34,13 @@ bool openPatiently(ConfigStore& config, const std::string& path,
 void runInstaller(AppState& app, const char* descriptor) {
   const std::string argument = '"' + pathIn(app.paths.folder, descriptor) + '"';
   const bool started = app.platform.runDeviceInstaller && app.platform.runDeviceInstaller(argument);
-  if (!started) showNotice(app, textOf(kNoInstaller));
+  if (!started) showNotice(app, textOf(Text::noDeviceInstaller));
 }
 
 void simulateTrack(AppState& app, const StartOptions& options) {
   if (!loadSimulationFrom(app, options.trackPath)) {
     const bool named = !options.trackPath.empty();
-    showNotice(app, textWith(kNoSimulationData, named ? options.trackPath : libraryPath(app)));
+    showNotice(app, textWith(Text::noSimulationData, named ? options.trackPath : libraryPath(app)));
     return;
   }
   if (!options.runTrack) return;
@@ -68,7 +55,7 @@ void writeCountdown(AppState& app, int32_t starts) {
   app.settings.updateCountdown = starts;
   if (!app.config.isSound()) return;
   if (!saveSettings(app.config, app.settings, SettingGroup::update)) {
-    showNotice(app, textWith(kSettingsNotWritten, app.config.path()));
+    showNotice(app, textWith(Text::settingsNotWritten, app.config.path()));
   }
 }
 
@@ -83,8 +70,8 @@ void startClocks(AppState& app) {
 void startSettings(AppState& app, std::chrono::milliseconds patience) {
   if (!openPatiently(app.config, app.paths.settings, patience)) {
     app.platform.window.tellError(app.config.readable()
-                                      ? std::string(textOf(kSettingsDamaged))
-                                      : textWith(kSettingsUnreadable, app.config.path()));
+                                      ? std::string(textOf(Text::settingsDamaged))
+                                      : textWith(Text::settingsUnreadable, app.config.path()));
   }
   app.settings = loadSettings(app.config);
   applySettings(app);
@@ -94,10 +81,10 @@ void startSettings(AppState& app, std::chrono::milliseconds patience) {
 void applyStartOptions(AppState& app, const StartOptions& options) {
   if (options.installPocketPc) runInstaller(app, "VGPS-AS-WM2003.INI");
   if (options.installMobile5) runInstaller(app, "VGPS-AS-WM5.INI");
-  if (options.log) runCommand(app, kLogOnCommand);
+  if (options.log) runCommand(app, Command::logOn);
   if (options.simulateTrack) simulateTrack(app, options);
   if (!options.notUnderstood.empty()) {
-    showNotice(app, textWith(kNotUnderstood, options.notUnderstood));
+    showNotice(app, textWith(Text::notUnderstood, options.notUnderstood));
   }
   if (!options.connects()) return;
   connectReceiver(app,
@@ -109,11 +96,11 @@ void remindOfUpdates(AppState& app) {
   if (app.settings.updateCountdown > 0)
     return writeCountdown(app, app.settings.updateCountdown - 1);
   writeCountdown(app, kStartsBetweenReminders);
-  if (askQuestion(app, kAskForUpdates)) runCommand(app, kUpdatesCommand);
+  if (askQuestion(app, Text::askForUpdates)) runCommand(app, Command::checkForUpdates);
 }
 
 void autoConnect(AppState& app) {
-  if (app.settings.autoConnect && !app.fix.running) runCommand(app, kConnectCommand);
+  if (app.settings.autoConnect && !app.fix.running) runCommand(app, Command::connect);
 }
 
 bool startWork(AppState& app, const StartOptions& options, const std::function<bool()>& isOpen) {
@@ -129,14 +116,14 @@ bool startWork(AppState& app, const StartOptions& options, const std::function<b
 
 bool endProgram(AppState& app) {
   if (!app.recordingHooks.closeJournal()) {
-    app.platform.window.tellError(textOf(kPointsLost));
+    app.platform.window.tellError(textOf(Text::pointsLost));
   }
   if (app.config.save()) return true;
   // In a folder that nobody may write to every start is counted in vain; a person need not hear of
   // that at each end.
   const bool onlyCounted = app.config.changedOnly(*findSetting("cfg\\vgps", "upd"));
   if (!onlyCounted && app.config.tellRefusal()) {
-    app.platform.window.tellError(textWith(kSettingsNotWritten, app.config.path()));
+    app.platform.window.tellError(textWith(Text::settingsNotWritten, app.config.path()));
   }
   return false;
 }

@@ -10,9 +10,6 @@ namespace {
 // The 5-second timer comes a little early or late.
 constexpr uint32_t kTimerJitterMs = 500;
 
-constexpr uint32_t kSilent = 738;
-constexpr uint32_t kUnplugged = 739;
-
 // Said again with each attempt, so that it stands for as long as it is true; other news go first. A
 // port that is not there needs no words: the state says that it is tried again.
 void tellReason(AppState& app, PortError error) {
@@ -97,7 +94,8 @@ void checkConnection(AppState& app) {
              hasGone(app)) {
     supervisor.state = Supervisor::State::lost;
     app.platform.sounds.play("ERR2");
-    showNotice(app, textWith(app.fix.portFailed ? kUnplugged : kSilent, supervisor.portName));
+    showNotice(app, textWith(app.fix.portFailed ? Text::unpluggedRetrying : Text::noDataRetrying,
+                             supervisor.portName));
     app.fix.wantPort();
   }
 }

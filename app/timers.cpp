@@ -13,9 +13,6 @@ constexpr uint32_t kMinuteMs = 60000;
 constexpr uint32_t kSecondMs = 1000;
 constexpr int32_t kTurnRepeats = 3;
 
-constexpr uint32_t kBackupFailed = 735;
-constexpr uint32_t kJournalFailing = 736;
-
 uint32_t everyMinute(const AppState&) { return kMinuteMs; }
 uint32_t never(const AppState&) { return 0; }
 uint32_t statisticsPeriod(const AppState& app) {
@@ -41,7 +38,7 @@ void backUp(AppState& app) {
   if (!app.extensions.buildGpx || !app.extensions.buildGpx(app.track, document)) return;
   removeFile(app.paths.backup);
   if (!writeFile(app.paths.backup, document)) {
-    showNotice(app, textWith(kBackupFailed, app.paths.backup));
+    showNotice(app, textWith(Text::backupNotWritten, app.paths.backup));
   }
 }
 
@@ -60,8 +57,8 @@ void onStatisticsTimer(AppState& app) {
   ++app.shown.fix.ticksWithoutData;  // for display only
   if (app.insideForbiddenZone) app.platform.sounds.play("FORBIDDEN");
   checkConnection(app);
-  if (app.recordingHooks.takeJournalFailure()) showNotice(app, textOf(kJournalFailing));
-  if (app.currentScreen == kScreenStatistics) repaintThrottled(app);
+  if (app.recordingHooks.takeJournalFailure()) showNotice(app, textOf(Text::journalFailing));
+  if (app.currentScreen == Screen::statistics) repaintThrottled(app);
 }
 
 void onReportTimer(AppState& app) {

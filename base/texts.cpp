@@ -7,20 +7,20 @@
 namespace vgps {
 namespace {
 
-struct Text {
-  uint32_t number;
+struct Row {
+  Text text;
   std::string_view english;
 };
 
-constexpr Text kTexts[] = {
-#define TEXT(number, english) {number, english},
+constexpr Row kTexts[] = {
+#define TEXT(number, name, english) {Text::name, english},
 #include "res/texts.def"
 #undef TEXT
 };
 
 constexpr bool numbersAscend() {
   for (size_t i = 1; i < std::size(kTexts); ++i) {
-    if (kTexts[i].number <= kTexts[i - 1].number) return false;
+    if (kTexts[i].text <= kTexts[i - 1].text) return false;
   }
   return true;
 }
@@ -43,56 +43,55 @@ size_t replaceNext(std::string& text, size_t from, std::string_view value) {
 }
 
 // The first one with that number or a higher one.
-const Text* firstFrom(uint32_t number) {
-  return std::lower_bound(std::begin(kTexts), std::end(kTexts), number,
-                          [](const Text& text, uint32_t wanted) { return text.number < wanted; });
+const Row* firstFrom(Text text) {
+  return std::lower_bound(std::begin(kTexts), std::end(kTexts), text,
+                          [](const Row& row, Text wanted) { return row.text < wanted; });
 }
 
-std::string_view inLanguage(const Text& text) {
-  const std::string& translated = translations()[static_cast<size_t>(&text - kTexts)];
-  return translated.empty() ? text.english : std::string_view(translated);
+std::string_view inLanguage(const Row& row) {
+  const std::string& translated = translations()[static_cast<size_t>(&row - kTexts)];
+  return translated.empty() ? row.english : std::string_view(translated);
 }
 
 }  // namespace
 
-std::string_view textOf(uint32_t number) {
-  const Text* const found = firstFrom(number);
-  return found == std::end(kTexts) || found->number != number ? std::string_view()
-                                                              : inLanguage(*found);
+std::string_view textOf(Text text) {
+  const Row* const found = firstFrom(text);
+  return found == std::end(kTexts) || found->text != text ? std::string_view() : inLanguage(*found);
 }
 
-std::string_view textLike(std::string_view english, uint32_t first, uint32_t last) {
-  for (const Text* text = firstFrom(first); text != std::end(kTexts) && text->number <= last;
-       ++text) {
-    if (text->english == english) return inLanguage(*text);
+std::string_view textLike(std::string_view english, Text first, Text last) {
+  for (const Row* row = firstFrom(first); row != std::end(kTexts) && row->text <= last; ++row) {
+    if (row->english == english) return inLanguage(*row);
   }
   return {};
 }
 
-std::string textWith(uint32_t number, std::string_view value) {
-  std::string text(textOf(number));
-  replaceNext(text, 0, value);
-  return text;
+std::string textWith(Text text, std::string_view value) {
+  std::string filled(textOf(text));
+  replaceNext(filled, 0, value);
+  return filled;
 }
 
-std::string textWith(uint32_t number, std::string_view first, std::string_view second) {
-  std::string text(textOf(number));
-  replaceNext(text, replaceNext(text, 0, first), second);
-  return text;
+std::string textWith(Text text, std::string_view first, std::string_view second) {
+  std::string filled(textOf(text));
+  replaceNext(filled, replaceNext(filled, 0, first), second);
+  return filled;
 }
 
-std::span<const uint32_t> textNumbers() {
-  static constexpr auto kNumbers = [] {
-    std::array<uint32_t, std::size(kTexts)> numbers{};
-    for (size_t i = 0; i < numbers.size(); ++i) numbers[i] = kTexts[i].number;
-    return numbers;
+std::span<const Text> allTexts() {
+  static constexpr auto kAll = [] {
+    std::array<Text, std::size(kTexts)> texts{};
+    for (size_t i = 0; i < texts.size(); ++i) texts[i] = kTexts[i].text;
+    return texts;
   }();
-  return kNumbers;
+  return kAll;
 }
 
 void setTextSource(const TextSource& source) {
   for (size_t i = 0; i < std::size(kTexts); ++i) {
-    translations()[i] = source ? source(kTexts[i].number) : std::string();
+    const auto number = static_cast<uint32_t>(kTexts[i].text);
+    translations()[i] = source ? source(number) : std::string();
   }
 }
 

@@ -18,8 +18,6 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kCorrupted = 603;
-
 const char* typeName(SettingType type) {
   constexpr std::array<const char*, 5> kNames = {"int", "flag", "float", "string", "colour"};
   return kNames[static_cast<size_t>(type)];
@@ -166,7 +164,8 @@ int runSettings(const SettingsOptions& options) {
   const bool good = store.open(path);
   if (!store.readable()) return fail("cannot read " + path);
   if (!good) {
-    std::fprintf(stderr, "vgps: %s: %s\n", path.c_str(), std::string(textOf(kCorrupted)).c_str());
+    std::fprintf(stderr, "vgps: %s: %s\n", path.c_str(),
+                 std::string(textOf(Text::settingsDamaged)).c_str());
   }
   if (options.action == SettingsOptions::Action::list) return listSettings(store, options.json);
   const SettingRow* const row = findSetting(options.path, options.key);

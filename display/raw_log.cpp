@@ -12,14 +12,12 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kDelay = 999;
-constexpr uint32_t kNothingYet = 1000;
 constexpr double kMicrosOfAMs = 1000;
 
 std::string headline(const Scene& scene) {
   if (scene.readoutDelayMicros == 0) return {};
   const double ms = static_cast<double>(scene.readoutDelayMicros) / kMicrosOfAMs;
-  return textWith(kDelay, fixedText(ms, 1));
+  return textWith(Text::displayDelay, fixedText(ms, 1));
 }
 
 }  // namespace
@@ -39,7 +37,7 @@ void drawRawLog(Canvas& canvas, const Scene& scene) {
   drawShortened(canvas, headline(scene), {room.x, room.y, room.width, line},
                 {.size = layout.smallText}, palette.label, Align::left);
   if (scene.rawLog.empty()) {
-    drawShortened(canvas, textOf(kNothingYet), {room.x, head, room.width, line},
+    drawShortened(canvas, textOf(Text::nothingReceived), {room.x, head, room.width, line},
                   {.size = layout.smallText}, palette.faded, Align::left);
   }
   for (size_t i = scene.rawLog.size(); i > 0 && foot - line >= head; --i) {

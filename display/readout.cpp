@@ -26,10 +26,6 @@ constexpr const char* kLongestValue = "88888.88m";
 constexpr std::array<const char*, 3> kLongestPosition = {"X: 188 88' 88.888''W", "X: -188.8888888",
                                                          "Y: 10888888"};
 
-constexpr uint32_t kNames = 900;  // of the parts, in the order of the drawing
-constexpr uint32_t kUsedAndInView = 913;
-constexpr uint32_t kDilutions = 914;  // position, horizontal, vertical
-
 class Painter {
  public:
   Painter(Canvas& canvas, const Scene& scene)
@@ -45,13 +41,13 @@ class Painter {
     drawPosition();
     drawSpeed();
     const std::string point = texts_.courseDetail.substr(0, texts_.courseDetail.find(','));
-    drawValue(layout_.altitude, kNames + 2, texts_.altitude, ages.altitude,
+    drawValue(layout_.altitude, Text::altitude, texts_.altitude, ages.altitude,
               {{texts_.maxAltitude}, maximumColour(scene_.newMaxAltitude)});
-    drawValue(layout_.course, kNames + 3, texts_.course, ages.motion,
+    drawValue(layout_.course, Text::course, texts_.course, ages.motion,
               {{texts_.courseDetail, point}, detailColour(ages.motion)});
-    drawValue(layout_.utc, kNames + 4, texts_.utc, ages.time,
+    drawValue(layout_.utc, Text::utc, texts_.utc, ages.time,
               {{texts_.date}, detailColour(ages.time)});
-    drawValue(layout_.local, kNames + 5, texts_.local, ages.time,
+    drawValue(layout_.local, Text::localTime, texts_.local, ages.time,
               {{texts_.offset}, palette_.label});
     drawSatellites();
     drawStatusLine(canvas_, {layout_.status, layout_.smallText}, scene_);
@@ -119,7 +115,7 @@ class Painter {
   // One above the other in the middle of the room, in one size; the height only where there is
   // room for it: it has a part of its own.
   void drawPosition() {
-    std::string name(textOf(kNames));
+    std::string name(textOf(Text::position));
     if (!texts_.zone.empty()) name += "  " + texts_.zone;
     const Rect room = openPart(layout_.position, name);
     drawMark(canvas_, texts_.quality,
@@ -163,7 +159,7 @@ class Painter {
   // Below the speed there are two rows with the other units and the maximum; in a low part they
   // stand beside it.
   void drawSpeed() {
-    const Rect room = openPart(layout_.speed, textOf(kNames + 1));
+    const Rect room = openPart(layout_.speed, textOf(Text::speed));
     const float rowHeight = std::max(std::ceil(smallLine() * 1.1f), 1.f);
     const float above = room.height - 2 * rowHeight;
     const bool beside = above < 1.3f * smallLine() && room.width >= 20 * layout_.smallText;
@@ -210,7 +206,7 @@ class Painter {
   }
 
   // A value in large with its detail below it; in a low part beside the part's name.
-  void drawValue(const Rect& part, uint32_t name, const std::string& value, uint32_t ageMs,
+  void drawValue(const Rect& part, Text name, const std::string& value, uint32_t ageMs,
                  const Detail& detail) {
     float nameEnd = 0;
     const Rect room = openPart(part, textOf(name), &nameEnd);
@@ -234,12 +230,12 @@ class Painter {
     const float height = font.size * kLineHeight;
     float nameWidth = 0;
     for (uint32_t i = 0; i < values.size(); ++i) {
-      nameWidth = std::max(nameWidth, canvas_.textWidth(textOf(kDilutions + i), font));
+      nameWidth = std::max(nameWidth, canvas_.textWidth(textOf(Text::pdop + i), font));
     }
     nameWidth += font.size * 0.6f;
     for (uint32_t i = 0; i < values.size(); ++i) {
       const float top = box.y + row * static_cast<float>(i) + (row - height) / 2;
-      line(textOf(kDilutions + i), {box.x, top, nameWidth, height}, font, palette_.label,
+      line(textOf(Text::pdop + i), {box.x, top, nameWidth, height}, font, palette_.label,
            Align::left);
       line(*values[i], {box.x + nameWidth, top, std::max(box.width - nameWidth, 0.f), height}, font,
            colourOf(*values[i], scene_.ages.dilution), Align::left);
@@ -248,10 +244,10 @@ class Painter {
 
   void drawSatellites() {
     float nameEnd = 0;
-    const Rect room = openPart(layout_.satellites, textOf(kNames + 6), &nameEnd);
+    const Rect room = openPart(layout_.satellites, textOf(Text::satellites), &nameEnd);
     const std::string counts =
-        textWith(kUsedAndInView, texts_.satellitesUsed, texts_.satellitesInView);
-    const std::string longest = textWith(kUsedAndInView, "88", "888");
+        textWith(Text::usedAndInView, texts_.satellitesUsed, texts_.satellitesInView);
+    const std::string longest = textWith(Text::usedAndInView, "88", "888");
     const bool heard = texts_.satellitesInView != kDashes;
     const uint32_t countsAge =
         heard ? std::max(scene_.ages.used, scene_.ages.view) : scene_.ages.used;

@@ -15,14 +15,6 @@ namespace {
 // The 32-bit rounding of 0.001 degrees: nearer to 0, 0 than this is "no position".
 constexpr double kNoPositionDegrees = 0.0010000000474974513;
 
-constexpr uint32_t kFirstCompassPoint = 850;
-constexpr uint32_t kEast = 854;
-constexpr uint32_t kWest = 862;
-constexpr uint32_t kNoPosition = 910;
-constexpr uint32_t kMaximum = 911;
-constexpr uint32_t kVariation = 912;
-constexpr uint32_t kOffset = 917;
-
 uint64_t countOf(const Scene& scene, CountedKind kind) { return scene.stats.of(kind).count; }
 
 std::string twoDigits(uint32_t value) {
@@ -47,8 +39,8 @@ std::string dateText(const DateTime& time) {
 std::string offsetText(int32_t utcOffsetMinutes) {
   const int32_t ahead = -utcOffsetMinutes;
   const auto minutes = static_cast<uint32_t>(std::abs(ahead));
-  return textWith(
-      kOffset, (ahead < 0 ? '-' : '+') + twoDigits(minutes / 60) + ':' + twoDigits(minutes % 60));
+  return textWith(Text::utcOffset, (ahead < 0 ? '-' : '+') + twoDigits(minutes / 60) + ':' +
+                                       twoDigits(minutes % 60));
 }
 
 // Position sentences of a receiver without a fix carry empty fields, which read as 0.
@@ -76,7 +68,8 @@ void fillSpeed(const Scene& scene, ReadoutTexts& texts) {
       texts.otherSpeeds[other++] = text;
     }
   }
-  texts.maxSpeed = textWith(kMaximum, scene.maxSpeed > 0 ? fixedText(scene.maxSpeed, 2) : kDashes);
+  texts.maxSpeed =
+      textWith(Text::maximum, scene.maxSpeed > 0 ? fixedText(scene.maxSpeed, 2) : kDashes);
 }
 
 void fillCourse(const Scene& scene, ReadoutTexts& texts) {
@@ -90,8 +83,8 @@ void fillCourse(const Scene& scene, ReadoutTexts& texts) {
   if (fix.magneticVariation == 0 || old) return;
   if (known) texts.courseDetail += ", ";
   const std::string degrees = fixedText(std::fabs(fix.magneticVariation), 1) + "° ";
-  texts.courseDetail +=
-      textWith(kVariation, degrees, textOf(fix.magneticVariation < 0 ? kWest : kEast));
+  texts.courseDetail += textWith(Text::magneticVariation, degrees,
+                                 textOf(fix.magneticVariation < 0 ? Text::west : Text::east));
 }
 
 bool isAltitudeKnown(const Scene& scene) {
@@ -104,7 +97,8 @@ void fillAltitude(const Scene& scene, ReadoutTexts& texts) {
     return altitudeText(altitudeInUnit(metres, scene.altitudeUnit), scene.altitudeUnit);
   };
   texts.altitude = isAltitudeKnown(scene) ? text(scene.fix.altitude) : kDashes;
-  texts.maxAltitude = textWith(kMaximum, scene.maxAltitude > 0 ? text(scene.maxAltitude) : kDashes);
+  texts.maxAltitude =
+      textWith(Text::maximum, scene.maxAltitude > 0 ? text(scene.maxAltitude) : kDashes);
 }
 
 // "X: 11 31' 0.000''E" keeps its letter when the value is not known.
@@ -116,7 +110,7 @@ void keepIf(bool known, std::string& line) {
 void fillPosition(const Scene& scene, ReadoutTexts& texts) {
   const FixRecord& fix = scene.fix;
   if (!hasPosition(fix)) {
-    texts.position[0] = textOf(kNoPosition);
+    texts.position[0] = textOf(Text::noPosition);
     return;
   }
   const CoordinateLines lines =
@@ -167,7 +161,7 @@ std::string_view compassPoint(double degrees) {
   const double sixteenths = std::floor((turns - std::floor(turns)) * 16 + 0.5);
   // A receiver may send any number, and a huge one has no fraction left.
   if (!std::isfinite(sixteenths)) return {};
-  return textOf(kFirstCompassPoint + static_cast<uint32_t>(sixteenths) % 16);
+  return textOf(Text::north + static_cast<uint32_t>(sixteenths) % 16);
 }
 
 bool hasPosition(const FixRecord& fix) {

@@ -7,7 +7,6 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kFirstQuality = 890;
 constexpr int32_t kQualities = 9;  // and one text for all others
 
 }  // namespace
@@ -25,7 +24,7 @@ Worth worthOf(uint32_t ageMs) {
 
 std::string_view fixQualityText(int32_t fixStatus) {
   const bool known = fixStatus >= 0 && fixStatus < kQualities;
-  return textOf(kFirstQuality + static_cast<uint32_t>(known ? fixStatus : kQualities));
+  return textOf(Text::qualityNone + static_cast<uint32_t>(known ? fixStatus : kQualities));
 }
 
 int32_t usedSatellites(const Scene& scene) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/screens.h"
 #include "display/palette.h"
 #include "gps/fix.h"
 #include "gps/satellite_view.h"
@@ -93,7 +94,7 @@ struct Scene {
   size_t trackPoints = 0;
   std::string trackLength;  // "4.56 Km"
 
-  int32_t screen = 1;
+  Screen screen = Screen::gps;
   SceneStatistics statistics;
   std::span<const std::string> rawLog;  // the newest last; lives as long as the drawing
   uint64_t readoutDelayMicros = 0;      // from the last byte to the drawing; 0: not measured

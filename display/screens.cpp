@@ -10,31 +10,31 @@
 namespace vgps {
 namespace {
 
-struct Screen {
-  int32_t number;
+struct ScreenRow {
+  Screen screen;
   void (*draw)(Canvas& canvas, const Scene& scene);
 };
 
-constexpr Screen kScreens[] = {
-    {kReadoutScreen, drawReadout},
-    {kStatisticsScreen, drawStatistics},
-    {kRawLogScreen, drawRawLog},
+constexpr ScreenRow kScreens[] = {
+    {Screen::gps, drawReadout},
+    {Screen::statistics, drawStatistics},
+    {Screen::rawLog, drawRawLog},
 };
 
-const Screen* findScreen(int32_t number) {
+const ScreenRow* findScreen(Screen screen) {
   const auto* const found =
       std::find_if(std::begin(kScreens), std::end(kScreens),
-                   [number](const Screen& screen) { return screen.number == number; });
+                   [screen](const ScreenRow& row) { return row.screen == screen; });
   return found == std::end(kScreens) ? nullptr : found;
 }
 
 }  // namespace
 
-bool isScreenDrawn(int32_t screen) { return findScreen(screen) != nullptr; }
+bool isScreenDrawn(Screen screen) { return findScreen(screen) != nullptr; }
 
 void drawScreen(Canvas& canvas, const Scene& scene) {
-  const Screen* const screen = findScreen(scene.screen);
-  (screen == nullptr ? drawReadout : screen->draw)(canvas, scene);
+  const ScreenRow* const row = findScreen(scene.screen);
+  (row == nullptr ? drawReadout : row->draw)(canvas, scene);
 }
 
 }  // namespace vgps

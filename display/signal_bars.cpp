@@ -12,7 +12,6 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kNoSatellites = 907;
 constexpr float kFullScale = 55;  // dB-Hz, the best that an ordinary antenna gives
 constexpr int kGridStep = 20;
 constexpr float kNarrowestBar = 5;        // pixels, with its gap
@@ -129,8 +128,9 @@ void drawSignalBars(Canvas& canvas, const Rect& box, std::span<const ViewedSatel
   Font font{.size = textSize};
   if (view.empty()) {
     const float line = textSize * kLineHeight;
-    canvas.text(textOf(kNoSatellites), {box.x, box.y + (box.height - line) / 2, box.width, line},
-                font, palette.faded, Align::centre);
+    canvas.text(textOf(Text::noSatellites),
+                {box.x, box.y + (box.height - line) / 2, box.width, line}, font, palette.faded,
+                Align::centre);
     return;
   }
   const auto most = static_cast<size_t>(std::max(box.width / kNarrowestBar, 1.f));

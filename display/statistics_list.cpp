@@ -12,18 +12,6 @@
 namespace vgps {
 namespace {
 
-enum TextNumber : uint32_t {
-  kTotalTime = 990,
-  kConnectedTime,
-  kRecordingTime,
-  kMovingTime,
-  kStoppedTime,
-  kGreatestSpeed,
-  kGreatestAltitude,
-  kRecordedDistance,
-  kRecordedDistance3d,
-};
-
 constexpr float kLargestText = 24;  // pixels at a window of the usual size
 
 std::string timeText(double seconds) {
@@ -45,19 +33,19 @@ std::string greatestAltitude(const Scene& scene) {
 
 std::vector<StatisticsRow> statisticsRows(const Scene& scene) {
   const SceneStatistics& counted = scene.statistics;
-  const auto row = [](TextNumber name, std::string value) {
+  const auto row = [](Text name, std::string value) {
     return StatisticsRow{std::string(textOf(name)), std::move(value)};
   };
   return {
-      row(kTotalTime, timeText(counted.totalSeconds)),
-      row(kConnectedTime, timeText(counted.connectedSeconds)),
-      row(kRecordingTime, timeText(counted.recordingSeconds)),
-      row(kMovingTime, withShare(counted.movingSeconds, counted.statSeconds)),
-      row(kStoppedTime, withShare(counted.stoppedSeconds, counted.statSeconds)),
-      row(kGreatestSpeed, speedText(scene.maxSpeed, scene.speedUnit)),
-      row(kGreatestAltitude, greatestAltitude(scene)),
-      row(kRecordedDistance, distanceText(counted.distance, counted.distanceUnit)),
-      row(kRecordedDistance3d, distanceText(counted.distance3d, counted.distanceUnit)),
+      row(Text::statisticsRunning, timeText(counted.totalSeconds)),
+      row(Text::statisticsConnected, timeText(counted.connectedSeconds)),
+      row(Text::statisticsRecording, timeText(counted.recordingSeconds)),
+      row(Text::statisticsMoving, withShare(counted.movingSeconds, counted.statSeconds)),
+      row(Text::statisticsStopped, withShare(counted.stoppedSeconds, counted.statSeconds)),
+      row(Text::statisticsMaxSpeed, speedText(scene.maxSpeed, scene.speedUnit)),
+      row(Text::statisticsMaxAltitude, greatestAltitude(scene)),
+      row(Text::statisticsDistance, distanceText(counted.distance, counted.distanceUnit)),
+      row(Text::statisticsDistance3d, distanceText(counted.distance3d, counted.distanceUnit)),
   };
 }
 

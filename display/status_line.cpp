@@ -11,32 +11,23 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kFirstState = 811;      // in the order of ReceiverState
-constexpr uint32_t kFirstRecording = 816;  // recording, paused, playing
-constexpr uint32_t kSignal = 819;
-constexpr uint32_t kFixAgo = 820;
-constexpr uint32_t kRate = 821;
-constexpr uint32_t kFlatFix = 822;
-constexpr uint32_t kSpatialFix = 823;
-constexpr uint32_t kBetterFlatFix = 824;  // "2-D, %s"
-constexpr uint32_t kBetterSpatialFix = 825;
 constexpr int32_t kSpatialSatellites = 4;
 
 std::string stateText(const Scene& scene) {
-  const uint32_t word = kFirstState + static_cast<uint32_t>(scene.state);
+  const Text word = Text::stateNotConnected + static_cast<uint32_t>(scene.state);
   if (scene.state != ReceiverState::fix) return std::string(textOf(word));
   const int32_t quality = scene.fix.fixStatus;
   const int32_t used = usedSatellites(scene);
   // Without a count nobody knows; a value that no satellite stands behind has no dimension.
   if (used == 0 || quality > kLastSatelliteQuality) return std::string(fixQualityText(quality));
   const bool flat = used < kSpatialSatellites;
-  if (quality == 1) return std::string(textOf(flat ? kFlatFix : kSpatialFix));
-  return textWith(flat ? kBetterFlatFix : kBetterSpatialFix, fixQualityText(quality));
+  if (quality == 1) return std::string(textOf(flat ? Text::fix2d : Text::fix3d));
+  return textWith(flat ? Text::betterFix2d : Text::betterFix3d, fixQualityText(quality));
 }
 
 std::string recordingText(const Scene& scene) {
   if (scene.trackState < 1 || scene.trackState > 3) return {};
-  return textWith(kFirstRecording + static_cast<uint32_t>(scene.trackState) - 1,
+  return textWith(Text::stateRecording + (static_cast<uint32_t>(scene.trackState) - 1),
                   std::to_string(scene.trackPoints), scene.trackLength);
 }
 
@@ -54,7 +45,7 @@ std::string signalText(const Scene& scene) {
   }
   if (heard == 0) return {};
   const auto whole = [](float value) { return std::to_string(std::lround(value)); };
-  return textWith(kSignal, whole(strongest), whole(sum / static_cast<float>(heard)));
+  return textWith(Text::signalStrength, whole(strongest), whole(sum / static_cast<float>(heard)));
 }
 
 Colour stateColour(const Scene& scene) {
@@ -107,8 +98,8 @@ StatusTexts statusTexts(const Scene& scene) {
   texts.recording = recordingText(scene);
   if (scene.state == ReceiverState::notConnected) return texts;
   const bool flowing = scene.state == ReceiverState::noFix || scene.state == ReceiverState::fix;
-  if (scene.fixSeen) texts.age = textWith(kFixAgo, std::to_string(scene.fixAgeMs / 1000));
-  texts.rate = textWith(kRate, fixedText(flowing ? scene.sentencesPerSecond : 0, 1));
+  if (scene.fixSeen) texts.age = textWith(Text::fixAge, std::to_string(scene.fixAgeMs / 1000));
+  texts.rate = textWith(Text::sentenceRate, fixedText(flowing ? scene.sentencesPerSecond : 0, 1));
   if (flowing) texts.signal = signalText(scene);
   return texts;
 }

@@ -17,8 +17,6 @@ using Milliseconds = std::chrono::milliseconds;
 // At the end of the program. A Bluetooth line whose receiver is away takes half a minute to open.
 constexpr int kOpeningEndMs = 300;
 
-constexpr uint32_t kSimulationIndex = 988;
-
 }  // namespace
 
 GpsFix::GpsFix(GpsState& gpsState)
@@ -154,7 +152,8 @@ PortRead GpsFix::readSimulation(uint32_t generation, std::span<char> buffer, siz
   });
   if (!arrived) return PortRead::silence;
   if (state.simulation.mode() != SimMode::tapping) {
-    state.hooks.setTitle(textWith(kSimulationIndex, std::to_string(index), std::to_string(count)));
+    state.hooks.setTitle(
+        textWith(Text::simulationIndex, std::to_string(index), std::to_string(count)));
   }
   got = line.copy(buffer.data(), buffer.size());
   return PortRead::data;

@@ -6,13 +6,7 @@
 #include "track/whole_file.h"
 
 namespace vgps {
-namespace {
-
-constexpr uint32_t kWasRecorded = 967;
-constexpr uint32_t kPartDamaged = 968;
-constexpr uint32_t kPartDamagedAndKept = 969;
-
-}  // namespace
+namespace {}  // namespace
 
 JournalResult LeftRecording::open(const std::string& path) {
   path_ = path;
@@ -33,10 +27,10 @@ JournalResult LeftRecording::open(const std::string& path) {
 }
 
 std::string LeftRecording::question() const {
-  const std::string text = textWith(kWasRecorded, std::to_string(points()));
+  const std::string text = textWith(Text::unfinishedTrack, std::to_string(points()));
   if (!damaged_) return text;
-  if (keptAs_.empty()) return text + " " + textWith(kPartDamaged, path_);
-  return text + " " + textWith(kPartDamagedAndKept, path_, keptAs_);
+  if (keptAs_.empty()) return text + " " + textWith(Text::partDamaged, path_);
+  return text + " " + textWith(Text::partDamagedKept, path_, keptAs_);
 }
 
 std::string LeftRecording::message(JournalResult result) const {

@@ -6,56 +6,42 @@ namespace vgps {
 namespace {
 
 // Numbers of texts.
-constexpr uint32_t kNotThere = 950;
-constexpr uint32_t kNoName = 951;
-constexpr uint32_t kChanged = 952;
-constexpr uint32_t kInUse = 953;
-constexpr uint32_t kNotOverwritten = 954;
-constexpr uint32_t kUnreadable = 955;
-constexpr uint32_t kNotKept = 956;
-constexpr uint32_t kNoFreeName = 957;
-constexpr uint32_t kNotWritten = 958;
-constexpr uint32_t kDamaged = 959;
-constexpr uint32_t kLeftAlone = 960;
-constexpr uint32_t kRecordingLeft = 964;
-constexpr uint32_t kNoJournalKept = 965;
-constexpr uint32_t kNoJournal = 966;
 
-uint32_t numberOf(LibraryResult result) {
+Text textFor(LibraryResult result) {
   switch (result) {
     case LibraryResult::done: break;
-    case LibraryResult::notThere: return kNotThere;
-    case LibraryResult::noName: return kNoName;
-    case LibraryResult::changed: return kChanged;
-    case LibraryResult::inUse: return kInUse;
-    case LibraryResult::notALibrary: return kNotOverwritten;
-    case LibraryResult::unreadable: return kUnreadable;
-    case LibraryResult::notKept: return kNotKept;
-    case LibraryResult::noFreeName: return kNoFreeName;
-    case LibraryResult::notWritten: return kNotWritten;
+    case LibraryResult::notThere: return Text::noSuchEntry;
+    case LibraryResult::noName: return Text::nameNeeded;
+    case LibraryResult::changed: return Text::changedElsewhere;
+    case LibraryResult::inUse: return Text::inUse;
+    case LibraryResult::notALibrary: return Text::anotherKindKept;
+    case LibraryResult::unreadable: return Text::unreadable;
+    case LibraryResult::notKept: return Text::noCopyKept;
+    case LibraryResult::noFreeName: return Text::noFreeName;
+    case LibraryResult::notWritten: return Text::notWritten;
   }
-  return 0;
+  return Text{};
 }
 
-uint32_t numberOf(LibraryState state) {
+Text textFor(LibraryState state) {
   switch (state) {
     case LibraryState::whole:
     case LibraryState::missing: break;
-    case LibraryState::damaged: return kDamaged;
-    case LibraryState::notALibrary: return kLeftAlone;
-    case LibraryState::unreadable: return kUnreadable;
+    case LibraryState::damaged: return Text::damaged;
+    case LibraryState::notALibrary: return Text::anotherKindLeftAlone;
+    case LibraryState::unreadable: return Text::unreadable;
   }
-  return 0;
+  return Text{};
 }
 
 }  // namespace
 
 std::string libraryMessage(LibraryResult result, const std::string& path) {
-  return textWith(numberOf(result), path);
+  return textWith(textFor(result), path);
 }
 
 std::string libraryMessage(LibraryState state, const std::string& path) {
-  return textWith(numberOf(state), path);
+  return textWith(textFor(state), path);
 }
 
 std::string journalMessage(JournalResult result, const std::string& path,
@@ -63,11 +49,12 @@ std::string journalMessage(JournalResult result, const std::string& path,
   switch (result) {
     case JournalResult::open:
     case JournalResult::missing: break;
-    case JournalResult::left: return textWith(kRecordingLeft, path);
-    case JournalResult::inUse: return textWith(kInUse, path);
-    case JournalResult::refused: return textWith(kUnreadable, path);
+    case JournalResult::left: return textWith(Text::recordingFound, path);
+    case JournalResult::inUse: return textWith(Text::inUse, path);
+    case JournalResult::refused: return textWith(Text::unreadable, path);
     case JournalResult::notAJournal:
-      return keptAs.empty() ? textWith(kNoJournal, path) : textWith(kNoJournalKept, path, keptAs);
+      return keptAs.empty() ? textWith(Text::journalUnreadable, path)
+                            : textWith(Text::journalUnreadableKept, path, keptAs);
   }
   return {};
 }

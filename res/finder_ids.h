@@ -6,5 +6,3 @@
 #define FINDER_LIST 612
 #define FINDER_PROGRESS 613
 #define FINDER_AGAIN 614
-// The first number of its texts.
-#define FINDER_TEXTS 3600

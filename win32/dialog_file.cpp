@@ -13,14 +13,13 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kAllFilesText = 947;
 constexpr size_t kLongestPath = 4096;
 
 // Pairs of names and patterns, each with a NUL behind it.
 std::wstring filterOf(std::string_view kind, std::string_view pattern) {
   const std::wstring shown = wideFromUtf8(pattern);
   std::wstring filter = wideFromUtf8(kind) + L" (" + shown + L")" + L'\0' + shown + L'\0';
-  filter += wideFromUtf8(textOf(kAllFilesText)) + L" (*.*)" + L'\0' + L"*.*" + L'\0';
+  filter += wideFromUtf8(textOf(Text::allFiles)) + L" (*.*)" + L'\0' + L"*.*" + L'\0';
   return filter;
 }
 

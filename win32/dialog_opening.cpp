@@ -9,7 +9,7 @@
 namespace vgps {
 namespace {
 
-void translate(HWND window, uint32_t texts) {
+void translate(HWND window, Text texts) {
   const int length = GetWindowTextLengthW(window);
   if (length <= 0) return;
   std::wstring word(static_cast<size_t>(length) + 1, L'\0');
@@ -20,7 +20,7 @@ void translate(HWND window, uint32_t texts) {
 
 }  // namespace
 
-void translateDialog(HWND dialog, uint32_t texts) {
+void translateDialog(HWND dialog, Text texts) {
   translate(dialog, texts);
   for (HWND child = GetWindow(dialog, GW_CHILD); child != nullptr;
        child = GetWindow(child, GW_HWNDNEXT)) {

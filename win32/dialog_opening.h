@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "base/texts.h"
+
 #include <cstdint>
 
 // What every dialog does when it opens.
@@ -9,7 +11,7 @@ namespace vgps {
 
 // Shows the caption and the words of a dialog that was just opened in the language of the person.
 // `texts`: the first number of its texts; 0 when it has none but its buttons.
-void translateDialog(HWND dialog, uint32_t texts);
+void translateDialog(HWND dialog, Text texts);
 
 // In the middle of its owner, as far as the screen allows.
 void centreOverOwner(HWND dialog);

@@ -1,5 +1,6 @@
 #include "win32/dialogs.h"
 
+#include "app/command.h"
 #include "app/dialog_hidden_option.h"
 #include "base/number.h"
 #include "base/texts.h"
@@ -13,10 +14,6 @@
 
 namespace vgps {
 namespace {
-
-constexpr uint32_t kHiddenOptionCommand = 1998;
-constexpr uint32_t kTestingText = 944;
-constexpr uint32_t kStopText = 945;
 
 const DLGTEMPLATE* templateIn(HMODULE module, const wchar_t* name) {
   const HRSRC found = module == nullptr ? nullptr : FindResourceW(module, name, RT_DIALOG);
@@ -71,7 +68,8 @@ INT_PTR OpenDialog::handle(HWND window, UINT message, WPARAM first, LPARAM secon
       return view_ && view_->drawColour(*addressIn<const DRAWITEMSTRUCT>(second)) ? TRUE : FALSE;
     case DialogSearch::kTesting:
       if (!search_.isRunning()) return TRUE;  // of one that was stopped
-      view_->setText(CONTROL_SEARCH_STATE, textWith(kTestingText, decimalText(uint64_t{first})));
+      view_->setText(CONTROL_SEARCH_STATE,
+                     textWith(Text::testingPort, decimalText(uint64_t{first})));
       return TRUE;
     case DialogSearch::kEnded: endSearch(false); return TRUE;
     default: return FALSE;
@@ -121,7 +119,7 @@ void OpenDialog::endSearch(bool stopped) {
 }
 
 void OpenDialog::showSearching(bool searching) {
-  view_->setText(CONTROL_SEARCH_PORTS, searching ? textOf(kStopText) : searchCaption_);
+  view_->setText(CONTROL_SEARCH_PORTS, searching ? textOf(Text::stopTesting) : searchCaption_);
   view_->setText(CONTROL_SEARCH_STATE, "");
   view_->enable(CONTROL_SEARCH_PORTS, true);
   view_->enable(IDOK, !searching);
@@ -138,7 +136,7 @@ INT_PTR CALLBACK promptProcedure(HWND window, UINT message, WPARAM first, LPARAM
   if (message == WM_INITDIALOG) {
     SetWindowLongPtrW(window, DWLP_USER, second);
     const OpenPrompt& asked = *addressIn<const OpenPrompt>(second);
-    translateDialog(window, 0);
+    translateDialog(window, Text{});
     SetWindowTextW(window, wideFromUtf8(asked.caption).c_str());
     WindowDialogView view(window);
     view.setText(CONTROL_PROMPT, asked.prompt);
@@ -168,8 +166,8 @@ int runHiddenOption(HWND owner, DialogContext& context, HMODULE layouts) {
 
 }  // namespace
 
-int runDialog(HWND owner, DialogContext& context, uint32_t command, HMODULE layouts) {
-  if (command == kHiddenOptionCommand) return runHiddenOption(owner, context, layouts);
+int runDialog(HWND owner, DialogContext& context, Command command, HMODULE layouts) {
+  if (command == Command::hiddenOption) return runHiddenOption(owner, context, layouts);
   const Dialog* const rows = findDialog(command);
   if (rows == nullptr) return 0;
   OpenDialog dialog(*rows, context);

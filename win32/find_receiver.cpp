@@ -8,8 +8,6 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kSettingsNotWritten = 737;
-
 // A chosen receiver is what the next start connects to, in place of any other source. False when
 // the disk did not take it.
 bool keepChoice(AppState& app, const SourceChoice& choice) {
@@ -30,7 +28,7 @@ void findReceiver(AppState& app, HINSTANCE resources, HWND owner, const FinderSe
   const bool kept = !chosen.has_value() || keepChoice(app, *chosen);
   if (!IsWindow(owner)) return;  // the program was ended while the search was open
   if (!kept && app.config.tellRefusal()) {
-    app.platform.window.tellError(textWith(kSettingsNotWritten, app.config.path()));
+    app.platform.window.tellError(textWith(Text::settingsNotWritten, app.config.path()));
   }
   if (chosen.has_value()) {
     connectReceiver(app, *chosen);

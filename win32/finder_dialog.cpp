@@ -16,14 +16,6 @@ namespace {
 constexpr UINT kChanged = WM_APP + 1;
 constexpr int kProgressRange = 1000;
 
-enum TextNumber : uint32_t {
-  kSearching = 843,
-  kChoose = 844,
-  kNothingFound = 845,
-  kNoPorts = 846,
-  kFirstColumn = 847,
-};
-
 // Of the list's width, in hundredths.
 constexpr std::array kColumnShares = {12, 33, 55};
 
@@ -97,7 +89,7 @@ INT_PTR FinderDialog::handle(UINT message, WPARAM first, LPARAM second) {
 }
 
 void FinderDialog::begin() {
-  translateDialog(dialog_, FINDER_TEXTS);
+  translateDialog(dialog_, Text::finderDialog);
   centreOverOwner(dialog_);
   list_ = control(FINDER_LIST);
   ListView_SetExtendedListViewStyle(list_, LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP);
@@ -111,7 +103,7 @@ void FinderDialog::addColumns() {
   GetClientRect(list_, &client);
   const int width = client.right - GetSystemMetrics(SM_CXVSCROLL);
   for (size_t i = 0; i < kColumnShares.size(); ++i) {
-    std::wstring title = wideFromUtf8(textOf(kFirstColumn + static_cast<uint32_t>(i)));
+    std::wstring title = wideFromUtf8(textOf(Text::finderPortColumn + static_cast<uint32_t>(i)));
     LVCOLUMNW column{};
     column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
     column.pszText = title.data();
@@ -184,13 +176,13 @@ void FinderDialog::setCell(int row, int column, std::string_view text) {
 }
 
 void FinderDialog::showHeadline(const std::vector<PortFinding>& findings) {
-  TextNumber number = kSearching;
+  Text number = Text::finderSearching;
   if (findings.empty()) {
-    number = kNoPorts;
+    number = Text::finderNoPorts;
   } else if (bestFinding(findings) != nullptr) {
-    number = kChoose;
+    number = Text::finderChoose;
   } else if (!finder_.running()) {
-    number = kNothingFound;
+    number = Text::finderNothingFound;
   }
   SetWindowTextW(control(FINDER_HEADLINE), wideFromUtf8(textOf(number)).c_str());
 }

@@ -27,12 +27,13 @@ HMENU createMainMenu() {
     switch (row.kind) {
       case MenuRow::popup: {
         const HMENU popup = CreatePopupMenu();
-        append(open.back(), MF_POPUP, reinterpret_cast<UINT_PTR>(popup), textOf(row.number));
+        append(open.back(), MF_POPUP, reinterpret_cast<UINT_PTR>(popup), textOf(row.text));
         open.push_back(popup);
         break;
       }
       case MenuRow::item:
-        append(open.back(), MF_STRING, row.number, menuItemText(row.number));
+        append(open.back(), MF_STRING, static_cast<UINT_PTR>(row.command),
+               menuItemText(row.command));
         break;
       case MenuRow::separator: append(open.back(), MF_SEPARATOR, 0, {}); break;
       case MenuRow::end: open.pop_back(); break;
@@ -44,8 +45,9 @@ HMENU createMainMenu() {
 void updateMenu(HMENU menu, const AppState& app) {
   const int count = GetMenuItemCount(menu);
   for (int i = 0; i < count; ++i) {
-    const UINT command = GetMenuItemID(menu, i);
-    if (command == 0 || command == static_cast<UINT>(-1)) continue;  // a line, a popup
+    const UINT id = GetMenuItemID(menu, i);
+    if (id == 0 || id == static_cast<UINT>(-1)) continue;  // a line, a popup
+    const auto command = static_cast<Command>(id);
     const auto position = static_cast<UINT>(i);
     CheckMenuItem(menu, position,
                   MF_BYPOSITION | (menuItemChecked(app, command) ? MF_CHECKED : MF_UNCHECKED));

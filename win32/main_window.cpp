@@ -38,14 +38,7 @@ constexpr SIZE kSmallestSize = {240, 180};
 constexpr std::array<const wchar_t*, 4> kStateIcons = {L"ICON_1", L"ICON_RECORD", L"ICON_PAUSE",
                                                        L"ICON_PLAY"};
 
-constexpr uint32_t kConnect = 102;
-constexpr uint32_t kDisconnect = 103;
-constexpr uint32_t kShutdown = 199;
 constexpr uint32_t kOpenFromTray = 1;  // no command of the program's
-
-constexpr uint32_t kOpenText = 878;
-constexpr uint32_t kExitText = 879;
-constexpr uint32_t kProgramName = 880;
 
 RECT pixelsOf(const Rect& rect) {
   return {static_cast<LONG>(rect.x), static_cast<LONG>(rect.y),
@@ -72,7 +65,7 @@ bool registerClass(HINSTANCE instance, WNDPROC procedure) {
 // Before a source was ever chosen there is nothing that the read-out could show.
 bool isFirstStart(const AppState& app) {
   const Settings& settings = app.settings;
-  return app.currentScreen == kScreenGps && !app.fix.running && settings.port.empty() &&
+  return app.currentScreen == Screen::gps && !app.fix.running && settings.port.empty() &&
          !settings.simulate && !settings.useGpsApi && settings.useSensorApi == 0;
 }
 
@@ -83,7 +76,7 @@ bool timePasses(const AppState& app) {
 
 }  // namespace
 
-std::wstring programTitle() { return wideFromUtf8(textOf(kProgramName)); }
+std::wstring programTitle() { return wideFromUtf8(textOf(Text::programName)); }
 
 MainWindow::~MainWindow() {
   if (accelerators_ != nullptr) DestroyAcceleratorTable(accelerators_);
@@ -141,12 +134,12 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
   if (handleUiMessage(message, first, second)) return WindowDoor::kHandled;
   switch (message) {
     case WM_COMMAND:
-      runCommand(*app_, LOWORD(first));
+      runCommand(*app_, static_cast<Command>(LOWORD(first)));
       followState();
       return 0;
     case WM_HOTKEY:
       // A question or a chooser waits for its answer about what is now; it disables this window.
-      if (!dialogOpen_ && IsWindowEnabled(window_)) runHotKey(*app_, static_cast<uint32_t>(first));
+      if (!dialogOpen_ && IsWindowEnabled(window_)) runHotKey(*app_, static_cast<Command>(first));
       followState();
       return 0;
     case WM_INITMENUPOPUP: updateMenu(addressIn<HMENU__>(first), *app_); return 0;
@@ -257,19 +250,20 @@ void MainWindow::bringForward() {
 
 // A question that waits for its answer disables the window, and the commands with it.
 void MainWindow::showTrayMenu() {
-  const uint32_t link = app_->fix.running ? kDisconnect : kConnect;
+  const Command link = app_->fix.running ? Command::disconnect : Command::connect;
   const bool free = !dialogOpen_ && IsWindowEnabled(window_);
-  const TrayMenuRow rows[] = {{kOpenFromTray, wideFromUtf8(textOf(kOpenText))},
-                              {0, {}},
-                              {link, wideFromUtf8(textOf(menuTextNumber(link))), free},
-                              {0, {}},
-                              {kShutdown, wideFromUtf8(textOf(kExitText)), free}};
+  const TrayMenuRow rows[] = {
+      {kOpenFromTray, wideFromUtf8(textOf(Text::trayOpen))},
+      {0, {}},
+      {static_cast<uint32_t>(link), wideFromUtf8(textOf(itemText(link))), free},
+      {0, {}},
+      {static_cast<uint32_t>(Command::shutdown), wideFromUtf8(textOf(Text::trayExit)), free}};
   const uint32_t chosen = TrayIcon::choose(window_, rows);
   if (window_ == nullptr || chosen == 0) return;
   if (chosen == kOpenFromTray) {
     bringForward();
   } else if (!dialogOpen_ && IsWindowEnabled(window_)) {
-    runCommand(*app_, chosen);
+    runCommand(*app_, static_cast<Command>(chosen));
     followState();
   }
 }

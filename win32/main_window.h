@@ -7,6 +7,7 @@
 #include <mutex>
 #include <string>
 
+#include "app/command.h"
 #include "display/status_line.h"
 #include "platform/window.h"
 #include "win32/back_buffer.h"
@@ -93,7 +94,7 @@ class MainWindow : public Window {
   void paint();
   void drawInto(HDC target, int width, int height);
   bool openFinder();
-  bool openSettings(uint32_t command);
+  bool openSettings(Command command);
   void drawStatusInto(HDC target, int width, int height);
   void showTitle();
   void showMessages();

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <type_traits>
 
+#include "app/command.h"
 #include "base/texts.h"
 #include "display/readout_layout.h"
 #include "display/text_fit.h"
@@ -15,13 +16,13 @@ namespace vgps {
 namespace {
 
 struct ButtonRow {
-  uint32_t command;
-  uint32_t text;
-  uint32_t hint;
+  Command command;
+  Text text;
+  Text hint;
 };
-constexpr std::array<ButtonRow, 2> kButtons = {ButtonRow{105, 872, 873}, ButtonRow{106, 874, 875}};
-constexpr uint32_t kGreeting = 870;
-constexpr uint32_t kWhatToDo = 871;
+constexpr std::array<ButtonRow, 2> kButtons = {
+    ButtonRow{Command::findReceiver, Text::startFindReceiver, Text::startFindReceiverHint},
+    ButtonRow{Command::startSimulation, Text::startSimulationButton, Text::startSimulationHint}};
 
 // Where everything stands, in whole pixels.
 struct StartLayout {
@@ -104,7 +105,7 @@ bool StartButtons::create(HWND parent) {
     const std::wstring text = wideFromUtf8(textOf(kButtons[i].text));
     buttons_[i] = CreateWindowExW(
         0, L"BUTTON", text.c_str(), WS_CHILD | WS_TABSTOP | BS_OWNERDRAW, 0, 0, 10, 10, parent,
-        addressIn<std::remove_pointer_t<HMENU>>(UINT_PTR{kButtons[i].command}),
+        addressIn<std::remove_pointer_t<HMENU>>(static_cast<UINT_PTR>(kButtons[i].command)),
         addressIn<std::remove_pointer_t<HINSTANCE>>(GetWindowLongPtrW(parent, GWLP_HINSTANCE)),
         nullptr);
     if (buttons_[i] == nullptr) return false;
@@ -147,9 +148,9 @@ void StartButtons::drawWords(Canvas& canvas, const Palette& palette) const {
   const float bottom = layoutReadout(bounds, scale()).status.y;
   canvas.fillRect({bounds.x, bounds.y, bounds.width, bottom - bounds.y}, palette.background);
   const Font small = {.size = layout.smallText};
-  drawLine(canvas, textOf(kGreeting), layout.greeting, {.size = layout.greetingText, .bold = true},
-           palette.value);
-  drawLine(canvas, textOf(kWhatToDo), layout.whatToDo, small, palette.label);
+  drawLine(canvas, textOf(Text::welcome), layout.greeting,
+           {.size = layout.greetingText, .bold = true}, palette.value);
+  drawLine(canvas, textOf(Text::noReceiverChosen), layout.whatToDo, small, palette.label);
   for (size_t i = 0; i < kButtons.size(); ++i) {
     drawLine(canvas, textOf(kButtons[i].hint), layout.hint[i], small, palette.label);
   }
@@ -169,8 +170,8 @@ void StartButtons::drawButton(const DRAWITEMSTRUCT& item, const Palette& palette
   const HGDIOBJ before = SelectObject(item.hDC, font_);
   SetBkMode(item.hDC, TRANSPARENT);
   SetTextColor(item.hDC, palette.value);
-  const std::wstring text =
-      wideFromUtf8(textOf(item.CtlID == kButtons[0].command ? kButtons[0].text : kButtons[1].text));
+  const std::wstring text = wideFromUtf8(textOf(
+      item.CtlID == static_cast<UINT>(kButtons[0].command) ? kButtons[0].text : kButtons[1].text));
   UINT format = DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS;
   if ((item.itemState & ODS_NOACCEL) != 0) format |= DT_HIDEPREFIX;
   DrawTextW(item.hDC, text.c_str(), -1, &inner, format);

@@ -7,6 +7,7 @@
 
 #include <vector>
 
+#include "app/command.h"
 #include "app/dialog_context.h"
 #include "res/finder_ids.h"
 #include "win32/dialogs.h"
@@ -19,8 +20,6 @@
 // What the program asks of its window.
 namespace vgps {
 namespace {
-
-constexpr uint32_t kFindReceiver = 105;
 
 // The buttons of a question with several answers; far from IDOK and its like, which close it.
 constexpr int kFirstAnswer = 1001;
@@ -147,7 +146,9 @@ void MainWindow::resizeClient(int32_t width, int32_t height) {
 bool MainWindow::openDialog(uint32_t command) {
   if (dialogOpen_) return true;
   dialogOpen_ = true;
-  const bool opened = command == kFindReceiver ? openFinder() : openSettings(command);
+  const bool opened = command == static_cast<uint32_t>(Command::findReceiver)
+                          ? openFinder()
+                          : openSettings(static_cast<Command>(command));
   dialogOpen_ = false;
   if (setting_.sounds != nullptr) setting_.sounds->useFilesOf(app_->settings);
   return opened;
@@ -162,7 +163,7 @@ bool MainWindow::openFinder() {
   return true;
 }
 
-bool MainWindow::openSettings(uint32_t command) {
+bool MainWindow::openSettings(Command command) {
   DialogContext context = dialogContextOf(*app_);
   const HMODULE layouts = setting_.language != nullptr ? setting_.language->module() : nullptr;
   return runDialog(window_, context, command, layouts) != 0;

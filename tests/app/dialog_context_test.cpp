@@ -14,7 +14,7 @@ namespace {
 struct DialogWorld : AppWorld {
   // Confirms the dialog of that command after `edit`.
   template <typename Edit>
-  void confirm(uint32_t command, Edit edit) {
+  void confirm(Command command, Edit edit) {
     const Dialog& dialog = *findDialog(command);
     DialogContext context = dialogContextOf(app);
     FakeDialogView view;
@@ -26,7 +26,7 @@ struct DialogWorld : AppWorld {
 
 TEST(DialogsInTheProgram, TheReceiverTakesTheEpochSentenceOver) {
   DialogWorld world;
-  world.confirm(kGpsDialogCommand, [](FakeDialogView& view) {
+  world.confirm(Command::gpsSetup, [](FakeDialogView& view) {
     view.setChecked(CONTROL_EPOCH_AUTOMATIC, false);
     view.setChecked(CONTROL_EPOCH_GGA, true);
   });
@@ -38,7 +38,8 @@ TEST(DialogsInTheProgram, AnIdleTrackTakesNewThresholds) {
     DialogWorld world;
     world.app.track.state = recording ? kRecording : kIdle;
     world.app.track.speedThreshold = 7;
-    world.confirm(1904, [](FakeDialogView& view) { view.setText(CONTROL_RECORD_SPEED_STEP, "9"); });
+    world.confirm(Command::recordingOptions,
+                  [](FakeDialogView& view) { view.setText(CONTROL_RECORD_SPEED_STEP, "9"); });
     EXPECT_EQ(world.app.recordingOptions.speed, 9);
     EXPECT_EQ(world.app.track.speedThreshold, recording ? 7 : 0);
   }
@@ -47,18 +48,18 @@ TEST(DialogsInTheProgram, AnIdleTrackTakesNewThresholds) {
 // The map need not follow more often than it does otherwise.
 TEST(DialogsInTheProgram, TheWindowIsPaintedAfterwards) {
   DialogWorld world;
-  const auto repaintsAfter = [&](uint32_t command) {
+  const auto repaintsAfter = [&](Command command) {
     const int before = world.window.repaints;
     world.confirm(command, [](FakeDialogView&) {});
     return world.window.repaints - before;
   };
   world.clock.now += 800;
-  EXPECT_EQ(repaintsAfter(1904), 1);
-  EXPECT_EQ(repaintsAfter(1904), 0);
-  EXPECT_EQ(repaintsAfter(1905), 1);
-  EXPECT_EQ(repaintsAfter(1905), 1);
+  EXPECT_EQ(repaintsAfter(Command::recordingOptions), 1);
+  EXPECT_EQ(repaintsAfter(Command::recordingOptions), 0);
+  EXPECT_EQ(repaintsAfter(Command::distanceViews), 1);
+  EXPECT_EQ(repaintsAfter(Command::distanceViews), 1);
   world.clock.now += 800;
-  EXPECT_EQ(repaintsAfter(1904), 1);
+  EXPECT_EQ(repaintsAfter(Command::recordingOptions), 1);
 }
 
 TEST(DialogsInTheProgram, PortSearchEndsTheConnectionWithoutASound) {

@@ -19,9 +19,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr uint32_t kMap = 1901, kSpeed = 1902, kDisplay = 1903, kRecord = 1904, kDistance = 1905,
-                   kTracking = 1906, kPlay = 1907, kColours = 1908, kBackgrounds = 1910,
-                   kCamera = 1911, kSounds = 1912, kMap3d = 1916;
+constexpr Command kMap = Command::mapOptions, kSpeed = Command::speedOptions,
+                  kDisplay = Command::settings, kRecord = Command::recordingOptions,
+                  kDistance = Command::distanceViews, kTracking = Command::liveTracking,
+                  kPlay = Command::playbackOptions, kColours = Command::colors,
+                  kBackgrounds = Command::backgrounds, kCamera = Command::cameraBox,
+                  kSounds = Command::sounds, kMap3d = Command::map3dOptions;
 
 class DialogRows : public testing::Test {
  protected:
@@ -50,12 +53,12 @@ class DialogRows : public testing::Test {
     settings_ = loadSettings(store_);
     view_ = {};
   }
-  void open(uint32_t command) {
+  void open(Command command) {
     dialog_ = findDialog(command);
-    ASSERT_NE(dialog_, nullptr) << command;
+    ASSERT_NE(dialog_, nullptr) << int(command);
     fillDialog(*dialog_, view_, context_);
   }
-  void openWith(uint32_t command, const std::string& elements) {
+  void openWith(Command command, const std::string& elements) {
     holds(elements);
     open(command);
   }
@@ -139,7 +142,7 @@ TEST_F(DialogRows, CancelChangesNothing) {
 }
 
 struct Typed {
-  uint32_t command;
+  Command command;
   uint16_t control;
   const char* typed;
   const char* element;
@@ -176,8 +179,8 @@ TEST_F(DialogRows, NumbersAreCorrectedWhenConfirmed) {
       {kDisplay, CONTROL_FONT_FACTOR, "1,25", "cfg\\vgps", "fsf", "1.25"},
       {kMap3d, CONTROL_Z_SCALE, "-0.5", "cfg\\vgps", "mzs", "-0.50"},
       {kMap3d, CONTROL_Z_SCALE, "", "cfg\\vgps", "mzs", "0.01"},
-      {kGpsDialogCommand, CONTROL_BAUD_RATE, "115200", "cfg\\gps", "speed", "115200"},
-      {kGpsDialogCommand, CONTROL_BAUD_RATE, "", "cfg\\gps", "speed", "9600"},
+      {Command::gpsSetup, CONTROL_BAUD_RATE, "115200", "cfg\\gps", "speed", "115200"},
+      {Command::gpsSetup, CONTROL_BAUD_RATE, "", "cfg\\gps", "speed", "9600"},
       {kTracking, CONTROL_SMS_SECONDS, "-1", "cfg\\vgps", "sts", "0"},
   };
   for (const Typed& row : cases) {
@@ -189,7 +192,7 @@ TEST_F(DialogRows, NumbersAreCorrectedWhenConfirmed) {
 }
 
 TEST_F(DialogRows, TextsAreCutToWhatIsReadBack) {
-  openWith(kGpsDialogCommand, "");
+  openWith(Command::gpsSetup, "");
   EXPECT_EQ(at(CONTROL_PORT).limit, 10u);
   type(CONTROL_PORT, "COM123456789");
   ok();
@@ -238,7 +241,7 @@ TEST_F(DialogRows, ASourceWithoutAPortDisablesTheRest) {
   const uint16_t boxes[] = {CONTROL_SIMULATE, CONTROL_GPS_API, CONTROL_SENSOR_API};
   const char* const keys[] = {"simu", "gapi", "sapi"};
   for (size_t i = 0; i < std::size(boxes); ++i) {
-    openWith(kGpsDialogCommand, std::string("<gps ") + keys[i] + "='1'/>");
+    openWith(Command::gpsSetup, std::string("<gps ") + keys[i] + "='1'/>");
     for (const bool checked : {true, false, true}) {
       set(boxes[i], checked);
       EXPECT_EQ(at(CONTROL_PORT).enabled, !checked) << keys[i];
@@ -253,7 +256,7 @@ TEST_F(DialogRows, ASourceWithoutAPortDisablesTheRest) {
     }
   }
   // Two at once, which other editors can write, must not lock the person out.
-  openWith(kGpsDialogCommand, "<gps simu='1' sapi='1'/>");
+  openWith(Command::gpsSetup, "<gps simu='1' sapi='1'/>");
   EXPECT_TRUE(at(CONTROL_SIMULATE).enabled);
   EXPECT_TRUE(at(CONTROL_SENSOR_API).enabled);
   EXPECT_FALSE(at(CONTROL_GPS_API).enabled);
@@ -268,23 +271,23 @@ TEST_F(DialogRows, EpochButtonsStandForTheirNumbers) {
                {CONTROL_EPOCH_AUTOMATIC, "0"},
                {CONTROL_EPOCH_BOTH, "3"}};
   for (const auto& wanted : cases) {
-    openWith(kGpsDialogCommand, std::string("<gps bsm='") + wanted.value + "'/>");
+    openWith(Command::gpsSetup, std::string("<gps bsm='") + wanted.value + "'/>");
     for (const auto& other : cases) {
       EXPECT_EQ(at(other.button).checked, other.button == wanted.button) << wanted.value;
     }
-    openWith(kGpsDialogCommand, "<gps bsm='7'/>");
+    openWith(Command::gpsSetup, "<gps bsm='7'/>");
     at(wanted.button).checked = true;
     ok();
     EXPECT_EQ(stored("cfg\\gps", "bsm"), wanted.value);
   }
-  openWith(kGpsDialogCommand, "<gps bsm='7'/>");
+  openWith(Command::gpsSetup, "<gps bsm='7'/>");
   ok();
   EXPECT_EQ(stored("cfg\\gps", "bsm"), "7") << "nothing was chosen";
 }
 
 TEST_F(DialogRows, PortsThatAreThereAreOfferedByName) {
   context_.ports = {{"COM3", "Prolific USB-to-Serial"}, {"COM12", ""}, {"COM27", ""}};
-  openWith(kGpsDialogCommand, "<gps port='COM12' speed='4800'/>");
+  openWith(Command::gpsSetup, "<gps port='COM12' speed='4800'/>");
   const auto& items = at(CONTROL_PORT).items;
   ASSERT_EQ(items.size(), 22u);
   EXPECT_EQ(items[0], "COM3 - Prolific USB-to-Serial");
@@ -302,7 +305,7 @@ TEST_F(DialogRows, PortsThatAreThereAreOfferedByName) {
 }
 
 TEST_F(DialogRows, PortSearchTellsWhoAnswered) {
-  openWith(kGpsDialogCommand, "");
+  openWith(Command::gpsSetup, "");
   EXPECT_TRUE(press(CONTROL_SEARCH_PORTS));
   type(CONTROL_BAUD_RATE, "");
   EXPECT_EQ(searchSpeed(view_), 0u);

@@ -21,7 +21,7 @@ char mnemonicOf(std::string_view text) {
 
 TEST(Menus, EveryRowHasItsTextItsCommandAndALetterOfItsOwn) {
   std::vector<std::map<char, std::string>> open(1);
-  std::set<uint32_t> items;
+  std::set<Command> items;
   for (const MenuRow& row : menuRows()) {
     if (row.kind == MenuRow::separator) continue;
     if (row.kind == MenuRow::end) {
@@ -30,15 +30,15 @@ TEST(Menus, EveryRowHasItsTextItsCommandAndALetterOfItsOwn) {
       continue;
     }
     const bool isItem = row.kind == MenuRow::item;
-    const std::string text(textOf(isItem ? menuTextNumber(row.number) : row.number));
-    ASSERT_FALSE(text.empty()) << row.number;
+    const std::string text(textOf(isItem ? itemText(row.command) : row.text));
+    ASSERT_FALSE(text.empty()) << int(row.command);
     const char letter = mnemonicOf(text);
     ASSERT_NE(letter, '\0') << text;
     const auto& [other, isNew] = *open.back().emplace(letter, text).first;
     EXPECT_EQ(isNew, text) << "share the letter " << other;
     if (isItem) {
-      EXPECT_NE(findCommand(row.number), nullptr) << text;
-      EXPECT_TRUE(items.insert(row.number).second) << text << " stands twice";
+      EXPECT_NE(findCommand(row.command), nullptr) << text;
+      EXPECT_TRUE(items.insert(row.command).second) << text << " stands twice";
     } else {
       open.emplace_back();
     }
@@ -51,69 +51,72 @@ TEST(Menus, KeysAreNotGivenTwiceAndStandBehindTheirItems) {
   std::set<std::tuple<uint16_t, bool, bool, bool>> taken;
   for (const auto rows : {acceleratorRows(), hotKeyRows()}) {
     for (const KeyRow& row : rows) {
-      EXPECT_TRUE(taken.insert({row.key, row.control, row.shift, row.alt}).second) << row.command;
-      EXPECT_NE(findCommand(row.command), nullptr) << row.command;
+      EXPECT_TRUE(taken.insert({row.key, row.control, row.shift, row.alt}).second)
+          << int(row.command);
+      EXPECT_NE(findCommand(row.command), nullptr) << int(row.command);
     }
   }
   for (const KeyRow& row : acceleratorRows()) {
-    EXPECT_TRUE(menuItemText(row.command).ends_with('\t' + keyText(row))) << row.command;
+    EXPECT_TRUE(menuItemText(row.command).ends_with('\t' + keyText(row))) << int(row.command);
   }
-  EXPECT_EQ(keyText({'R', true, true, true, 1202}), "Ctrl+Alt+Shift+R");
-  EXPECT_EQ(keyText({0x7A, false, true, false, 1203}), "Shift+F11");
+  EXPECT_EQ(keyText({'R', true, true, true, Command::startRecording}), "Ctrl+Alt+Shift+R");
+  EXPECT_EQ(keyText({0x7A, false, true, false, Command::pauseOrResume}), "Shift+F11");
 }
 
 TEST(Menus, MarksAndGreyItemsFollowTheState) {
   ProgramWorld world;
   world.load("", "simu=\"1\"");
   world.app.gps.simulation.paceMs = 600000;
-  const auto state = [&](uint32_t command) {
+  const auto state = [&](Command command) {
     return std::string(menuItemEnabled(world.app, command) ? "enabled" : "grey") +
            (menuItemChecked(world.app, command) ? " checked" : "");
   };
-  EXPECT_EQ(state(102), "enabled");
-  EXPECT_EQ(state(103), "grey");
-  EXPECT_EQ(state(1202), "enabled");
-  EXPECT_EQ(state(1204), "grey");
-  EXPECT_EQ(state(1215), "grey");
-  EXPECT_EQ(state(201), "enabled checked");
-  EXPECT_EQ(state(299), "enabled");
-  EXPECT_EQ(state(379), "enabled checked");
-  EXPECT_EQ(state(1222), "enabled checked") << "the usual thresholds are those of driving";
-  runCommand(world.app, 102);
-  runCommand(world.app, 1202);
-  runCommand(world.app, 299);
-  EXPECT_EQ(state(102), "grey");
-  EXPECT_EQ(state(103), "enabled");
-  EXPECT_EQ(state(1202), "grey");
-  EXPECT_EQ(state(1204), "enabled");
-  EXPECT_EQ(state(1203), "enabled");
-  EXPECT_EQ(state(201), "enabled");
-  EXPECT_EQ(state(299), "enabled checked");
-  runCommand(world.app, 1203);
-  EXPECT_EQ(state(1203), "enabled checked");
-  EXPECT_EQ(state(55555), "grey") << "no such command";
+  EXPECT_EQ(state(Command::connect), "enabled");
+  EXPECT_EQ(state(Command::disconnect), "grey");
+  EXPECT_EQ(state(Command::startRecording), "enabled");
+  EXPECT_EQ(state(Command::endRecording), "grey");
+  EXPECT_EQ(state(Command::markPoint), "grey");
+  EXPECT_EQ(state(Command::viewGps), "enabled checked");
+  EXPECT_EQ(state(Command::viewRawLog), "enabled");
+  EXPECT_EQ(state(Command::simulateByTimer), "enabled checked");
+  EXPECT_EQ(state(Command::presetDriving), "enabled checked")
+      << "the usual thresholds are those of driving";
+  runCommand(world.app, Command::connect);
+  runCommand(world.app, Command::startRecording);
+  runCommand(world.app, Command::viewRawLog);
+  EXPECT_EQ(state(Command::connect), "grey");
+  EXPECT_EQ(state(Command::disconnect), "enabled");
+  EXPECT_EQ(state(Command::startRecording), "grey");
+  EXPECT_EQ(state(Command::endRecording), "enabled");
+  EXPECT_EQ(state(Command::pauseOrResume), "enabled");
+  EXPECT_EQ(state(Command::viewGps), "enabled");
+  EXPECT_EQ(state(Command::viewRawLog), "enabled checked");
+  runCommand(world.app, Command::pauseOrResume);
+  EXPECT_EQ(state(Command::pauseOrResume), "enabled checked");
+  EXPECT_EQ(state(Command{55555}), "grey") << "no such command";
 }
 
 TEST(Texts, ALanguageLibraryReplacesEveryOne) {
-  EXPECT_GT(textNumbers().size(), 200U);
+  EXPECT_GT(allTexts().size(), 200U);
   setTextSource([](uint32_t number) { return "<" + std::to_string(number) + ">"; });
-  for (const uint32_t number : textNumbers()) {
-    EXPECT_EQ(textOf(number), "<" + std::to_string(number) + ">");
+  for (const Text text : allTexts()) {
+    EXPECT_EQ(textOf(text), "<" + std::to_string(static_cast<uint32_t>(text)) + ">");
   }
-  EXPECT_EQ(menuItemText(102), "<10102>\tF5");
+  EXPECT_EQ(menuItemText(Command::connect), "<10102>\tF5");
   // A library that knows one text only.
   setTextSource([](uint32_t number) { return number == 601 ? "kein GPS" : std::string(); });
-  EXPECT_EQ(textOf(601), "kein GPS");
-  EXPECT_EQ(textOf(608), "All port tests failed.");
+  EXPECT_EQ(textOf(Text::openingFailed), "kein GPS");
+  EXPECT_EQ(textOf(Text::noPortAnswered), "All port tests failed.");
   setTextSource({});
-  EXPECT_EQ(textOf(601), "GPS Opening failed");
-  EXPECT_EQ(textOf(99999), "");
+  EXPECT_EQ(textOf(Text::openingFailed), "GPS Opening failed");
+  EXPECT_EQ(textOf(Text{99999}), "");
 }
 
 TEST(Texts, ValuesAreFilledIn) {
-  EXPECT_EQ(textWith(505, "3"), "COM3 GPS Found!");
-  EXPECT_EQ(textWith(801, "COM%s", "9600"), "COM%s, 9600 baud") << "values are not searched";
-  EXPECT_EQ(textWith(608, "x"), "All port tests failed.");
+  EXPECT_EQ(textWith(Text::portFound, "3"), "COM3 GPS Found!");
+  EXPECT_EQ(textWith(Text::serialSource, "COM%s", "9600"), "COM%s, 9600 baud")
+      << "values are not searched";
+  EXPECT_EQ(textWith(Text::noPortAnswered, "x"), "All port tests failed.");
 }
 
 }  // namespace

@@ -126,7 +126,7 @@ const std::string kMessage("\xA0\xA2\x00\x02\x29\x00\x00\x29\xB0\xB3", 10);
 
 TEST(OnLine, BinaryMessagesAndSensorReadingsAreShownAsText) {
   AppWorld world;
-  world.app.currentScreen = kScreenRawLog;
+  world.app.currentScreen = Screen::rawLog;
   world.app.fix.running = true;
   const auto shown = [&] { return sceneOf(world.app).message; };
   world.receive(kMessage);
@@ -150,7 +150,7 @@ TEST(OnLine, SkippedMessagesDoNothingForTheDisplays) {
        {std::pair{0, "111111"}, {1, "111111"}, {2, "010101"}, {3, "001001"}, {-1, "111111"}}) {
     AppWorld world;
     AppState& app = world.app;
-    app.currentScreen = kScreenRawLog;
+    app.currentScreen = Screen::rawLog;
     app.frameSkip = skip;
     std::string shown;
     for (int i = 0; i < 6; ++i) {
@@ -171,7 +171,7 @@ TEST(OnLine, SkippedMessagesDoNothingForTheDisplays) {
 
 TEST(OnLine, AFrameSkipThatWasChangedActsAtOnce) {
   AppWorld world;
-  world.app.currentScreen = kScreenRawLog;
+  world.app.currentScreen = Screen::rawLog;
   world.app.frameSkip = 10;
   world.receive(kRmcLine);
   world.app.frameSkip = 2;
@@ -216,7 +216,7 @@ TEST(OnLine, EachValueIsAsOldAsTheSentenceThatGaveIt) {
 TEST(OnLine, WhatAnEarlierSourceStillSaysIsNotHeard) {
   AppWorld world;
   AppState& app = world.app;
-  app.currentScreen = kScreenRawLog;
+  app.currentScreen = Screen::rawLog;
   app.track.state = kRecording;
   app.gps.readers.generation = 2;
   for (const auto& [speaking, heard] : {std::pair{1U, false}, {2U, true}}) {

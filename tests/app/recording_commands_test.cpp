@@ -11,15 +11,15 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kStart = 1202;
-constexpr uint32_t kPause = 1203;
-constexpr uint32_t kEnd = 1204;
-constexpr uint32_t kMark = 1215;
+constexpr Command kStart = Command::startRecording;
+constexpr Command kPause = Command::pauseOrResume;
+constexpr Command kEnd = Command::endRecording;
+constexpr Command kMark = Command::markPoint;
 
 class RecordingCommands : public testing::Test {
  protected:
   RecordingCommands() { world.load("drp=\"1\""); }
-  void run(uint32_t command) { EXPECT_TRUE(runCommand(app, command)); }
+  void run(Command command) { EXPECT_TRUE(runCommand(app, command)); }
   std::string_view notice() const { return currentNotice(app); }
   bool hasJournal() const { return world.folder.has("vgpstrack.journal"); }
 
@@ -84,7 +84,7 @@ TEST_F(RecordingCommands, WhatTheDiskDoesNotTakeStays) {
   EXPECT_EQ(world.window.errors.size(), 1U);
   EXPECT_TRUE(hasJournal()) << "a crash now must not take it";
   world.diskWorks = true;
-  run(1212);  // save
+  run(Command::saveTrack);  // save
   EXPECT_EQ(world.savedPoints(), std::vector<uint64_t>{1});
   EXPECT_FALSE(hasJournal());
 }
@@ -241,31 +241,35 @@ TEST_F(RecordingCommands, AJournalThatCannotBeMadeIsToldOnce) {
 }
 
 TEST_F(RecordingCommands, WhatCannotBeDoneNowIsSaid) {
-  const std::pair<uint32_t, const char*> rows[] = {
-      {kMark, "Nothing is being recorded."}, {1216, "Nothing is being recorded."},
-      {1208, "There is no track."},          {1209, "There is no track."},
-      {1210, "There is no track."},          {1212, "There is no track."},
-      {1214, "There is no track."}};
+  const std::pair<Command, const char*> rows[] = {
+      {kMark, "Nothing is being recorded."},
+      {Command::recordPointNow, "Nothing is being recorded."},
+      {Command::thinTrack, "There is no track."},
+      {Command::reverseTrack, "There is no track."},
+      {Command::joinTrack, "There is no track."},
+      {Command::saveTrack, "There is no track."},
+      {Command::discardTrack, "There is no track."}};
   for (const auto& [command, text] : rows) {
     run(command);
-    EXPECT_EQ(notice(), text) << command;
+    EXPECT_EQ(notice(), text) << int(command);
   }
   run(kStart);
-  for (const uint32_t command : {1208U, 1209U, 1210U, 1212U, 1213U, 1214U}) {
+  for (const Command command : {Command::thinTrack, Command::reverseTrack, Command::joinTrack,
+                                Command::saveTrack, Command::openTrack, Command::discardTrack}) {
     run(command);
-    EXPECT_EQ(notice(), "End recording or playing first.") << command;
+    EXPECT_EQ(notice(), "End recording or playing first.") << int(command);
   }
   run(kStart);
   EXPECT_EQ(notice(), "A track is being recorded or played already.");
 }
 
 TEST_F(RecordingCommands, PresetsAreSavedAndHoldFromTheNextStart) {
-  run(1221);
+  run(Command::presetWalking);
   EXPECT_EQ(notice(), "Recording thresholds for walking");
   run(kStart);
   EXPECT_EQ(app.track.speedThreshold, 1);
   EXPECT_EQ(app.track.angleThreshold, 20);
-  run(1223);
+  run(Command::presetFlying);
   EXPECT_EQ(app.track.speedThreshold, 1) << "a running recording keeps its own";
   run(kEnd);
   run(kStart);
@@ -278,14 +282,14 @@ TEST_F(RecordingCommands, ManualModeRecordsWhatIsAskedFor) {
   run(kStart);
   world.receiveFix();
   EXPECT_TRUE(app.track.points.empty());
-  run(1216);
+  run(Command::recordPointNow);
   world.receiveFix();
   world.receiveFix();
   EXPECT_EQ(app.track.points.size(), 1U);
 }
 
 TEST_F(RecordingCommands, WanderingExplainsItselfAndRecords) {
-  run(1285);
+  run(Command::wanderAround);
   ASSERT_EQ(world.window.told.size(), 1U);
   EXPECT_TRUE(world.window.told[0].starts_with("Start wander around; When you select 'Return'"));
   EXPECT_EQ(app.track.state, kRecording);
@@ -298,26 +302,26 @@ TEST_F(RecordingCommands, OperationsOnAFinishedTrack) {
     point.latitude = 48 + i;
     app.track.points.push_back(point);
   }
-  run(1209);
+  run(Command::reverseTrack);
   EXPECT_EQ(app.track.points.front().latitude, 51);
-  run(1208);
+  run(Command::thinTrack);
   EXPECT_EQ(app.track.points.size(), 2U) << "a straight line";
   EXPECT_EQ(notice(), "The track has 2 points now.");
   world.folder.write("other.xml", "<t><p x=\"1\" y=\"2\" z=\"3\"/></t>");
   world.window.chosenFile = world.folder / "other.xml";
-  run(1210);
+  run(Command::joinTrack);
   EXPECT_EQ(app.track.points.size(), 3U);
-  run(1213);
+  run(Command::openTrack);
   EXPECT_EQ(world.window.questions.size(), 1U);
   EXPECT_EQ(app.track.points.size(), 3U) << "No was the answer";
   world.window.answer = true;
-  run(1213);
+  run(Command::openTrack);
   EXPECT_EQ(app.track.points.size(), 1U);
-  run(1214);
+  run(Command::discardTrack);
   EXPECT_TRUE(app.track.points.empty());
   world.folder.write("bad.xml", "nothing");
   world.window.chosenFile = world.folder / "bad.xml";
-  run(1213);
+  run(Command::openTrack);
   EXPECT_EQ(world.window.errors.size(), 1U);
 }
 

@@ -45,7 +45,7 @@ TEST(Close, AsksWhileRecordingOrPlayingOnly) {
 TEST(Close, YesEndsTheRecordingAndSavesTheTrack) {
   ProgramWorld world;
   world.load("");
-  runCommand(world.app, 1202);
+  runCommand(world.app, Command::startRecording);
   world.receiveFix();
   world.window.answer = true;  // to stopping and to saving
   EXPECT_TRUE(closeRequested(world.app));
@@ -65,7 +65,7 @@ struct RefusingFolder : ProgramWorld {
     load("");
     app.paths.journal = folder / "missing/vgpstrack.journal";
     app.settings.trackStorePath = folder / "missing/tracks.xml";
-    runCommand(app, 1202);
+    runCommand(app, Command::startRecording);
     receiveFix();
   }
   // What a close asks when everything is answered so.
@@ -95,33 +95,37 @@ TEST(Close, ATrackInMemoryIsAskedForUntilItIsSettled) {
     std::function<void(RefusingFolder&)> act;
     bool asks;
   } const rows[] = {
-      {"paused", [](auto& w) { runCommand(w.app, 1203); }, true},
+      {"paused", [](auto& w) { runCommand(w.app, Command::pauseOrResume); }, true},
       {"saved",
        [](auto& w) {
-         runCommand(w.app, 1204);
+         runCommand(w.app, Command::endRecording);
          w.app.settings.trackStorePath.clear();
-         runCommand(w.app, 1212);
+         runCommand(w.app, Command::saveTrack);
        },
        false},
-      {"discarded", [](auto& w) { runCommand(w.app, 1204), runCommand(w.app, 1214); }, false},
+      {"discarded",
+       [](auto& w) {
+         runCommand(w.app, Command::endRecording), runCommand(w.app, Command::discardTrack);
+       },
+       false},
       {"another one opened",
        [](auto& w) {
-         runCommand(w.app, 1204);
+         runCommand(w.app, Command::endRecording);
          Track other;
          TrackPoint point;
          point.longitude = 9;
          other.points.push_back(point);
          EXPECT_TRUE(writeTrackFile(other, w.folder / "other.xml", w.app.recordingOptions));
          w.window.chosenFile = w.folder / "other.xml";
-         runCommand(w.app, 1213);
+         runCommand(w.app, Command::openTrack);
          EXPECT_EQ(w.app.track.points.front().longitude, 9);
        },
        false},
       {"recording again, into a journal",
        [](auto& w) {
-         runCommand(w.app, 1204);
+         runCommand(w.app, Command::endRecording);
          w.app.paths.journal = w.folder / "vgpstrack.journal";
-         runCommand(w.app, 1202), runCommand(w.app, 1203);
+         runCommand(w.app, Command::startRecording), runCommand(w.app, Command::pauseOrResume);
        },
        false},
   };
@@ -141,7 +145,7 @@ struct FullDisk {
     world.load("drp=\"1\"");
     world.app.platform.disk.open = disk.opener();
     world.app.settings.trackStorePath = world.folder / "missing/tracks.xml";
-    runCommand(world.app, 1202);
+    runCommand(world.app, Command::startRecording);
     world.receiveFix();
     disk.setRoom(1);
     world.window.answer = true;
@@ -162,8 +166,8 @@ TEST(Close, StaysOpenWhenTheJournalLacksPoints) {
   EXPECT_EQ(world.window.done, std::vector<std::string>{"browser"});
   EXPECT_EQ(world.app.track.points.size(), 1U);
   full.disk.setRoom(SIZE_MAX);
-  runCommand(world.app, 1202);  // goes on in the same journal
-  runCommand(world.app, 1215);
+  runCommand(world.app, Command::startRecording);  // goes on in the same journal
+  runCommand(world.app, Command::markPoint);
   world.receiveFix();
   EXPECT_TRUE(closeRequested(world.app)) << "the library refuses still";
   EXPECT_EQ(full.pointsOnDisk(), 2U);
@@ -174,7 +178,7 @@ TEST(Close, AJournalThatLacksPointsIsSavedFromMemory) {
   FullDisk full;
   EXPECT_FALSE(closeRequested(full.world.app));
   full.world.app.settings.trackStorePath.clear();
-  runCommand(full.world.app, 1212);
+  runCommand(full.world.app, Command::saveTrack);
   EXPECT_EQ(full.world.savedPoints(), std::vector<uint64_t>{1});
   EXPECT_TRUE(full.disk.files.empty()) << "the journal is not needed any more";
   EXPECT_TRUE(closeRequested(full.world.app));
@@ -184,7 +188,7 @@ TEST(Close, APausedRecordingIsLostOnlyKnowingly) {
   for (const bool yes : {false, true}) {
     FullDisk full;
     ProgramWorld& world = full.world;
-    runCommand(world.app, 1203);
+    runCommand(world.app, Command::pauseOrResume);
     world.window.answer = yes;
     EXPECT_EQ(closeRequested(world.app), yes);
     EXPECT_EQ(world.window.questions, std::vector<std::string>{kLoseOnePoint});
@@ -197,7 +201,7 @@ TEST(Close, APausedRecordingIsLostOnlyKnowingly) {
 TEST(Close, AJournalThatHasGoneIsAskedForEachTime) {
   FullDisk full;
   ProgramWorld& world = full.world;
-  runCommand(world.app, 1203);
+  runCommand(world.app, Command::pauseOrResume);
   full.disk.files.clear();
   for (const bool yes : {false, false, true}) {
     world.window.questions.clear();

@@ -90,7 +90,7 @@ TEST(Startup, TheThirdSchemeIsDrawnInTheChosenColours) {
   ProgramWorld world;
   world.folder.write("vgps.xml", "<root><cfg><cc c2=\"1122867\" c5=\"4660\"/></cfg></root>");
   startSettings(world.app);
-  runCommand(world.app, 323);
+  runCommand(world.app, Command::customColors);
   world.app.fix.running = true;
   world.receive("$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n");
   const auto drawn = [&] {
@@ -175,9 +175,9 @@ TEST(Startup, SettingsThatCannotBeWrittenAreToldOnce) {
   world.window.errors.clear();
   startSettings(world.app);
   remindOfUpdates(world.app);
-  runCommand(world.app, 1221);
+  runCommand(world.app, Command::presetWalking);
   EXPECT_EQ(currentNotice(world.app).find("Recording"), std::string::npos);
-  runCommand(world.app, 1222);
+  runCommand(world.app, Command::presetDriving);
   EXPECT_EQ(currentNotice(world.app), "Recording thresholds for driving")
       << "they hold in this run";
   EXPECT_FALSE(endProgram(world.app));

@@ -31,7 +31,7 @@ TEST(Timers, AreArmedAtTheStartInTheirOrder) {
     EXPECT_EQ(world.window.timers, row.periods) << row.settings;
     // An interval that changes later needs a new start.
     world.app.settings.trackingSeconds = 9;
-    dialogContextOf(world.app).saved(*findDialog(1906));
+    dialogContextOf(world.app).saved(*findDialog(Command::liveTracking));
     onTimer(world.app, kReportTimer);
     EXPECT_EQ(world.window.timers, row.periods) << row.settings;
   }
@@ -120,13 +120,13 @@ TEST(Timers, StatisticsCount) {
 TEST(Timers, TheStatisticsScreenCountsEachSecondAndIsRefreshed) {
   AppWorld world;
   armStartTimers(world.app);
-  runCommand(world.app, 209);
+  runCommand(world.app, Command::viewStatistics);
   EXPECT_EQ(world.window.timers[kStatisticsTimer], 1000U);
   world.clock.now += 1000;
   world.window.repaints = 0;
   onTimer(world.app, kStatisticsTimer);
   EXPECT_EQ(world.window.repaints, 1);
-  runCommand(world.app, 201);
+  runCommand(world.app, Command::viewGps);
   EXPECT_EQ(world.window.timers[kStatisticsTimer], 5000U);
   world.clock.now += 5000;
   world.window.repaints = 0;

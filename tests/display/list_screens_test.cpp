@@ -12,7 +12,7 @@ const std::pair<float, float> kSizes[] = {{800, 480}, {320, 240}, {240, 320}, {1
 
 TEST(StatisticsScreen, TimesAreHoursAndMinutes) {
   Scene scene;
-  scene.screen = kStatisticsScreen;
+  scene.screen = Screen::statistics;
   scene.statistics = {.totalSeconds = 3 * 3600 + 7 * 60 + 59,
                       .connectedSeconds = 100.0 * 3600,
                       .movingSeconds = 90,
@@ -36,7 +36,7 @@ TEST(StatisticsScreen, TimesAreHoursAndMinutes) {
 TEST(ListScreens, FitEverySize) {
   const std::vector<std::string> log(300,
                                      "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394");
-  for (const int32_t screen : {kStatisticsScreen, kRawLogScreen}) {
+  for (const Screen screen : {Screen::statistics, Screen::rawLog}) {
     for (const auto& [width, height] : kSizes) {
       Scene scene;
       scene.screen = screen;
@@ -59,7 +59,7 @@ TEST(ListScreens, FitEverySize) {
 TEST(RawLogScreen, TheNewestStandsAtTheFoot) {
   const std::vector<std::string> log = {"first", "second", "third"};
   Scene scene;
-  scene.screen = kRawLogScreen;
+  scene.screen = Screen::rawLog;
   RecordingCanvas empty(800, 480);
   drawScreen(empty, scene);
   EXPECT_TRUE(empty.said("Nothing has come since this screen shows."));
@@ -75,10 +75,10 @@ TEST(RawLogScreen, TheNewestStandsAtTheFoot) {
 }
 
 TEST(Screens, WhatIsNotThereIsTheReadout) {
-  EXPECT_TRUE(isScreenDrawn(kRawLogScreen));
-  EXPECT_FALSE(isScreenDrawn(4));
+  EXPECT_TRUE(isScreenDrawn(Screen::rawLog));
+  EXPECT_FALSE(isScreenDrawn(Screen::map));
   Scene scene;
-  scene.screen = 4;
+  scene.screen = Screen::map;
   RecordingCanvas canvas(800, 480);
   drawScreen(canvas, scene);
   EXPECT_TRUE(canvas.said("POSITION"));

@@ -17,7 +17,7 @@ class Recording : public testing::Test {
   void SetUp() override {
     ASSERT_TRUE(line.isUp());
     start();
-    SendMessageW(window, WM_COMMAND, 1202, 0);
+    sendCommand(window, Command::startRecording);
     drive();
   }
 
@@ -41,7 +41,7 @@ class Recording : public testing::Test {
     std::string bytes;
     for (int i = 0; i < 6; ++i) bytes += epochText(++epochs);
     ASSERT_NO_FATAL_FAILURE(handOver(bytes));
-    for (int i = 0; i < 2; ++i) SendMessageW(window, WM_COMMAND, 1203, 0);  // a pause writes them
+    for (int i = 0; i < 2; ++i) sendCommand(window, Command::pauseOrResume);  // a pause writes them
     ASSERT_TRUE(waitFor([&] { return journalPoints() == static_cast<uintmax_t>(epochs); }));
   }
 
@@ -130,7 +130,7 @@ TEST_F(Recording, YesAndYesSavesTheTrack) {
 }
 
 TEST_F(Recording, ClosingWhilePausedAsksNothingAndKeepsThePoints) {
-  SendMessageW(window, WM_COMMAND, 1203, 0);
+  sendCommand(window, Command::pauseOrResume);
   PostMessageW(window, WM_CLOSE, 0, 0);
   EXPECT_EQ(program->exitCode(), 0);
   EXPECT_TRUE(hasJournal());
@@ -183,7 +183,7 @@ TEST(End, LeavesNoHandlesAndWindowsBehind) {
   const auto run = [] {
     ProgramInProcess program({"--simulate"});
     ASSERT_NE(program.window(), nullptr);
-    SendMessageW(program.window(), WM_COMMAND, 103, 0);  // the buttons come
+    sendCommand(program.window(), Command::disconnect);  // the buttons come
     EXPECT_EQ(program.close(), 0);
   };
   const auto handles = [] { return openHandles(GetCurrentProcessId()); };
@@ -202,7 +202,7 @@ TEST(End, SettingsThatCannotBeWrittenAreTold) {
   Program program(L"", &folder);
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);
-  SendMessageW(window, WM_COMMAND, 371, 0);  // a changed setting
+  sendCommand(window, Command::logOn);  // a changed setting
   const auto path = std::wstring(folder.path().begin(), folder.path().end()) + L"\\vgps.xml";
   DeleteFileW(path.c_str());
   CreateDirectoryW(path.c_str(), nullptr);  // nothing can be written there

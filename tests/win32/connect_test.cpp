@@ -19,8 +19,8 @@
 namespace vgps {
 namespace {
 
-constexpr UINT kSettingsCommand = 101;
-constexpr UINT kFinderButton = 105;
+constexpr Command kSettingsCommand = Command::gpsSetup;
+constexpr Command kFinderButton = Command::findReceiver;
 
 // Where the read-out of the window has the position.
 Rect positionIn(HWND window) {
@@ -190,14 +190,14 @@ TEST(Connecting, AReceiverUnpluggedBehindTheSettingsDialogComesBack) {
 
 TEST(Connecting, ALineThatNeverEndsIsNoHarm) {
   constexpr size_t kPieces = 160;
-  constexpr UINT kRawLog = 299;
+  constexpr Command kRawLog = Command::viewRawLog;
   const RunFolder folder;
   SerialLine line;
   ASSERT_TRUE(line.isUp());
   Program program(L"--port COM3", &folder);
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);
-  SendMessageW(window, WM_COMMAND, kRawLog, 0);
+  sendCommand(window, kRawLog);
   const std::string piece(64 * 1024, 'A');
   // First as a sentence that does not end; its rest, when that was given up, as bytes that are
   // none.
@@ -210,10 +210,10 @@ TEST(Connecting, ALineThatNeverEndsIsNoHarm) {
   EXPECT_LT(program.peakWorkingSet(), before + (6 << 20)) << "of 10 MB";
   ASSERT_TRUE(line.passes("\r\n"));
   // The first good sentence is taken, to the track and so to the screens.
-  SendMessageW(window, WM_COMMAND, 1202, 0);
+  sendCommand(window, Command::startRecording);
   const Receiver receiver(line);
   EXPECT_TRUE(waitFor([&] { return folder.size(kJournalName) > kJournalHeader; }));
-  PostMessageW(window, WM_COMMAND, 1204, 0);
+  postCommand(window, Command::endRecording);
   const HWND question = program.messageBox(L"Save the track?");
   ASSERT_NE(question, nullptr);
   ASSERT_TRUE(press(question, IDNO));

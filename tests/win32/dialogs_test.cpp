@@ -281,7 +281,7 @@ TEST_F(SettingsDialogs, LayoutsAreWholeAndReadable) {
 
 TEST_F(SettingsDialogs, OkSavesAndCancelDoesNot) {
   for (const bool confirmed : {false, true}) {
-    Opened opened(context_, 1904);
+    Opened opened(context_, Command::recordingOptions);
     ASSERT_NE(opened.window(), nullptr);
     SetWindowTextW(opened.control(CONTROL_RECORD_SPEED_STEP), L"");
     SetWindowTextW(opened.control(CONTROL_RECORD_ANGLE_STEP), L"25");
@@ -322,7 +322,7 @@ TEST_F(SettingsDialogs, ReceiverBoxesShowPortsAndDisable) {
 }
 
 TEST_F(SettingsDialogs, ColourButtonsShowTheirColour) {
-  Opened opened(context_, 1908);
+  Opened opened(context_, Command::colors);
   ASSERT_NE(opened.window(), nullptr);
   RedrawWindow(opened.window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
   const Picture picture = Picture::ofWindow(opened.window());
@@ -464,7 +464,7 @@ TEST_F(SettingsDialogs, ALanguageLibraryReplacesEveryWordOfDialogsAndMenus) {
     expectTranslated(opened.window());
   }
   {
-    Opened prompt(context_, 1998, library.module());
+    Opened prompt(context_, Command::hiddenOption, library.module());
     ASSERT_NE(prompt.window(), nullptr);
     expectTranslated(prompt.window());
   }
@@ -480,7 +480,7 @@ TEST_F(SettingsDialogs, ALanguageLibraryReplacesEveryWordOfDialogsAndMenus) {
 
 // Whoever translates opens the program with a resource editor.
 TEST(Texts, StandInTheProgram) {
-  for (const uint32_t number : textNumbers()) {
+  for (const uint32_t number : allTexts()) {
     wchar_t text[4096] = L"";
     LoadStringW(GetModuleHandleW(nullptr), number, text, std::size(text));
     EXPECT_EQ(utf8FromWide(text), textOf(number)) << number;
@@ -488,7 +488,7 @@ TEST(Texts, StandInTheProgram) {
 }
 
 TEST_F(SettingsDialogs, AHiddenOptionIsAskedInTwoSteps) {
-  Opened opened(context_, 1998);
+  Opened opened(context_, Command::hiddenOption);
   ASSERT_NE(opened.window(), nullptr);
   const HWND first = opened.window();
   EXPECT_EQ(windowText(first), L"Option");
@@ -509,7 +509,7 @@ TEST_F(SettingsDialogs, ChoosingAFileLeavesTheCurrentFolder) {
   std::ofstream(folder_ / "tone.wav") << "RIFF";
   const std::wstring wanted = (folder_ / "tone.wav").wstring();
   const fs::path before = fs::current_path();
-  Opened opened(context_, 1912);
+  Opened opened(context_, Command::sounds);
   ASSERT_NE(opened.window(), nullptr);
   for (const int answer : {IDCANCEL, IDOK}) {
     PostMessageW(opened.control(CONTROL_CHOOSE_SOUND_ZONE), BM_CLICK, 0, 0);

@@ -95,10 +95,18 @@ HWND findWindow(DWORD process, const wchar_t* className) {
 
 HWND openDialog(DWORD process) { return findWindow(process, L"#32770"); }
 
-HWND openByCommand(HWND window, UINT command) {
+void sendCommand(HWND window, Command command) {
+  SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
+}
+
+void postCommand(HWND window, Command command) {
+  PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
+}
+
+HWND openByCommand(HWND window, Command command) {
   DWORD process = 0;
   GetWindowThreadProcessId(window, &process);
-  PostMessageW(window, WM_COMMAND, command, 0);
+  postCommand(window, command);
   HWND dialog = nullptr;
   waitFor([&] { return (dialog = openDialog(process)) != nullptr && isResponsive(dialog); });
   return dialog;

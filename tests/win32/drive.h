@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include "app/command.h"
 #include "platform/canvas.h"
 #include "win32/handle.h"
 
@@ -35,7 +36,11 @@ HWND findWindow(DWORD process, const wchar_t* className);
 HWND openDialog(DWORD process = GetCurrentProcessId());
 
 // The dialog that opens by a command of the window; null after ten seconds.
-HWND openByCommand(HWND window, UINT command);
+HWND openByCommand(HWND window, Command command);
+
+// As a menu item or another program does: waiting until it is done, or not.
+void sendCommand(HWND window, Command command);
+void postCommand(HWND window, Command command);
 
 // The calling thread's windows go to the test's desktop from now on.
 void enterTestDesktop();
@@ -103,7 +108,7 @@ class Program {
 bool press(HWND dialog, int button);
 
 // The state of a menu item of this process, as if the person had opened its menu.
-UINT menuState(HWND window, UINT command);
+UINT menuState(HWND window, Command command);
 
 // The text of a combo box, chosen from its list; false when the list does not have it.
 bool choose(HWND dialog, int box, const wchar_t* text);

@@ -8,11 +8,11 @@
 namespace vgps {
 namespace {
 
-constexpr UINT kDisconnect = 103;
-constexpr UINT kReadout = 201;
-constexpr UINT kNightColours = 322;
-constexpr UINT kStartRecording = 1202;
-constexpr UINT kPauseRecording = 1203;
+constexpr Command kDisconnect = Command::disconnect;
+constexpr Command kReadout = Command::viewGps;
+constexpr Command kNightColours = Command::nightColors;
+constexpr Command kStartRecording = Command::startRecording;
+constexpr Command kPauseRecording = Command::pauseOrResume;
 
 void sendKeys(std::initializer_list<WORD> keys, DWORD flags) {
   for (const WORD key : keys) {
@@ -41,7 +41,7 @@ class HotKeys : public testing::Test {
   // What was sent or pressed before has been dealt with when this command has.
   void waitUntilDealtWith() const {
     const bool night = is(MF_CHECKED, kNightColours);
-    PostMessageW(window(), WM_COMMAND, night ? 321 : 322, 0);
+    postCommand(window(), night ? Command::dayColors : Command::nightColors);
     ASSERT_TRUE(waitFor([&] { return is(MF_CHECKED, kNightColours) != night; }));
   }
 
@@ -79,7 +79,7 @@ TEST_F(HotKeys, EachDoesItsCommand) {
 }
 
 TEST_F(HotKeys, WaitWhileADialogOrAQuestionIsOpen) {
-  const HWND dialog = openByCommand(window(), 101);
+  const HWND dialog = openByCommand(window(), Command::gpsSetup);
   ASSERT_NE(dialog, nullptr);
   pressHotKey('R');
   waitUntilDealtWith();

@@ -67,7 +67,7 @@ class Menu : public testing::Test {
   UINT stateOf(UINT command) { return menuState(program.window(), command); }
   bool isGrey(UINT command) { return (stateOf(command) & MF_GRAYED) != 0; }
   bool isChecked(UINT command) { return (stateOf(command) & MF_CHECKED) != 0; }
-  void send(UINT command) { SendMessageW(program.window(), WM_COMMAND, command, 0); }
+  void send(UINT command) { sendCommand(program.window(), command); }
 
   ProgramInProcess program{{}};
   std::vector<MenuItem> items;
@@ -102,25 +102,25 @@ TEST_F(Menu, EachItemHasALetterOfItsOwn) {
 }
 
 TEST_F(Menu, GreyAndCheckedFollowTheProgram) {
-  EXPECT_FALSE(isGrey(102));
-  EXPECT_TRUE(isGrey(103)) << "nothing to disconnect";
-  EXPECT_TRUE(isGrey(1204)) << "nothing to end";
-  send(106);
-  EXPECT_TRUE(isGrey(102));
-  EXPECT_FALSE(isGrey(103));
-  EXPECT_TRUE(isChecked(106));
-  send(1202);
-  EXPECT_TRUE(isGrey(1202));
-  EXPECT_FALSE(isGrey(1204));
-  send(1203);
-  EXPECT_TRUE(isChecked(1203)) << "paused";
-  send(322);
-  EXPECT_TRUE(isChecked(322));
-  EXPECT_FALSE(isChecked(321));
-  send(371);
-  EXPECT_TRUE(isChecked(371));
-  send(372);
-  EXPECT_FALSE(isChecked(371));
+  EXPECT_FALSE(isGrey(Command::connect));
+  EXPECT_TRUE(isGrey(Command::disconnect)) << "nothing to disconnect";
+  EXPECT_TRUE(isGrey(Command::endRecording)) << "nothing to end";
+  send(Command::startSimulation);
+  EXPECT_TRUE(isGrey(Command::connect));
+  EXPECT_FALSE(isGrey(Command::disconnect));
+  EXPECT_TRUE(isChecked(Command::startSimulation));
+  send(Command::startRecording);
+  EXPECT_TRUE(isGrey(Command::startRecording));
+  EXPECT_FALSE(isGrey(Command::endRecording));
+  send(Command::pauseOrResume);
+  EXPECT_TRUE(isChecked(Command::pauseOrResume)) << "paused";
+  send(Command::nightColors);
+  EXPECT_TRUE(isChecked(Command::nightColors));
+  EXPECT_FALSE(isChecked(Command::dayColors));
+  send(Command::logOn);
+  EXPECT_TRUE(isChecked(Command::logOn));
+  send(Command::logOff);
+  EXPECT_FALSE(isChecked(Command::logOn));
 }
 
 // Dialogs and questions that open are given up; nothing may hang or end the program.

@@ -66,13 +66,13 @@ class Soak : public testing::Test {
     ASSERT_NE(window, nullptr);
   }
 
-  void command(UINT wanted) const { SendMessageW(window, WM_COMMAND, wanted, 0); }
+  void command(UINT wanted) const { sendCommand(window, wanted); }
 
   // On one screen after the other.
   void receive(int sentences) {
     constexpr int kScreens = 10;
     for (int i = 0; i < kScreens; ++i) {
-      command(20001);
+      command(Command::nextScreen);
       ASSERT_TRUE(line.passes(epochs(sentences / kScreens, number)));
       ASSERT_TRUE(isResponsive(window));
     }
@@ -88,15 +88,15 @@ class Soak : public testing::Test {
   }
 
   void recordThroughAnUnpluggedReceiver(int sentences) {
-    command(1202);
+    command(Command::startRecording);
     ASSERT_NO_FATAL_FAILURE(receive(sentences / 2));
     ASSERT_NO_FATAL_FAILURE(unplugAndPlugIn());
     ASSERT_NO_FATAL_FAILURE(receive(sentences / 2));
-    PostMessageW(window, WM_COMMAND, 1204, 0);
+    postCommand(window, Command::endRecording);
     const HWND question = program.messageBox(L"Save the track?");
     ASSERT_NE(question, nullptr) << "nothing was recorded";
     ASSERT_TRUE(press(question, IDNO));
-    const HWND dialog = openByCommand(window, 101);
+    const HWND dialog = openByCommand(window, Command::gpsSetup);
     ASSERT_NE(dialog, nullptr);
     ASSERT_TRUE(press(dialog, IDCANCEL));
   }

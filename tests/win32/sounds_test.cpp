@@ -65,18 +65,18 @@ TEST(Sounds, AreThoseOfThePersonWhereTheyCanBePlayed) {
   ASSERT_NE(window, nullptr);
   // Connecting plays "OK", disconnecting "ERR2".
   const auto connect = [&] {
-    SendMessageW(window, WM_COMMAND, 102, 0);
+    sendCommand(window, Command::connect);
     return takePlayed();
   };
   const auto disconnect = [&] {
-    SendMessageW(window, WM_COMMAND, 103, 0);
+    sendCommand(window, Command::disconnect);
     return takePlayed();
   };
   takePlayed();
   EXPECT_EQ(connect(), (List{{tone, true}}));
   EXPECT_EQ(disconnect(), (List{{"ERR2", false}})) << "its file is missing";
 
-  const HWND dialog = openByCommand(window, 1912);
+  const HWND dialog = openByCommand(window, Command::sounds);
   ASSERT_NE(dialog, nullptr);
   SetWindowTextW(GetDlgItem(dialog, CONTROL_SOUND_OK), wideFromUtf8(folder.path()).c_str());
   SetWindowTextW(GetDlgItem(dialog, CONTROL_SOUND_ERROR), wideFromUtf8(tone).c_str());

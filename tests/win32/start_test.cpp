@@ -38,8 +38,8 @@ TEST(FirstStart, AsksAboutUpdatesOnceAndOffersTwoButtons) {
     ASSERT_NE(window, nullptr);
     const HWND question = program.messageBox(L"Check for VGPS updates now?");
     ASSERT_NE(question, nullptr);
-    EXPECT_TRUE(isShown(window, 105));
-    EXPECT_TRUE(isShown(window, 106));
+    EXPECT_TRUE(isShown(window, Command::findReceiver));
+    EXPECT_TRUE(isShown(window, Command::startSimulation));
     ASSERT_TRUE(press(question, IDNO));
     expectCleanEnd(program, window);
   }
@@ -56,14 +56,14 @@ TEST(FirstStart, TheSimulationIsOneKeyAway) {
   Program program(L"");
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);
-  ASSERT_TRUE(isShown(window, 105));
-  pressKey(button(window, 105), VK_TAB);
-  pressKey(button(window, 106), VK_RETURN);
+  ASSERT_TRUE(isShown(window, Command::findReceiver));
+  pressKey(button(window, Command::findReceiver), VK_TAB);
+  pressKey(button(window, Command::startSimulation), VK_RETURN);
   EXPECT_TRUE(waitFor([&] { return windowText(window).starts_with(L"Sim index: "); }));
-  EXPECT_FALSE(isShown(window, 105)) << "a source was chosen";
-  EXPECT_FALSE(isShown(window, 106));
-  SendMessageW(window, WM_COMMAND, 103, 0);
-  EXPECT_TRUE(isShown(window, 106)) << "and given up again";
+  EXPECT_FALSE(isShown(window, Command::findReceiver)) << "a source was chosen";
+  EXPECT_FALSE(isShown(window, Command::startSimulation));
+  sendCommand(window, Command::disconnect);
+  EXPECT_TRUE(isShown(window, Command::startSimulation)) << "and given up again";
   EXPECT_EQ(windowText(window), L"Vexa GPS");
   expectCleanEnd(program, window);
 }
@@ -72,12 +72,12 @@ TEST(FirstStart, TheButtonOpensTheSearch) {
   Program program(L"");
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);
-  PostMessageW(button(window, 105), BM_CLICK, 0, 0);
+  PostMessageW(button(window, Command::findReceiver), BM_CLICK, 0, 0);
   HWND search = nullptr;
   ASSERT_TRUE(waitFor([&] { return (search = program.dialog()) != nullptr; }));
   EXPECT_EQ(windowText(search), L"Find my receiver");
   EXPECT_TRUE(press(search, IDCANCEL));
-  EXPECT_TRUE(isShown(window, 105)) << "nothing was chosen";
+  EXPECT_TRUE(isShown(window, Command::findReceiver)) << "nothing was chosen";
   expectCleanEnd(program, window);
 }
 
@@ -149,7 +149,7 @@ TEST(SecondCopy, AQuestionOfTheFirstIsNoObstacle) {
   Program first(L"");
   const HWND window = first.window();
   ASSERT_NE(window, nullptr);
-  PostMessageW(window, WM_COMMAND, 198, 0);
+  postCommand(window, Command::about);
   ASSERT_TRUE(waitFor([&] { return first.dialog() != nullptr; }));
   Program second(L"");
   EXPECT_EQ(second.exitCode(), 0);
@@ -253,7 +253,7 @@ TEST(ProgramFont, AFolderInItsPlaceIsNoHarm) {
 TEST(Language, ALibraryReplacesEveryText) {
   const LanguageLibrary library("test_language.dll");
   ASSERT_TRUE(library.isLoaded());
-  for (const uint32_t number : textNumbers()) {
+  for (const uint32_t number : allTexts()) {
     ASSERT_EQ(textOf(number), "<" + std::to_string(number) + ">");
   }
 }
@@ -262,7 +262,7 @@ TEST(Language, WithoutALibraryEverythingIsEnglish) {
   for (const char* const file : {"", "missing.dll", "vgps.xml", "..\\bin"}) {
     const LanguageLibrary library(file);
     EXPECT_FALSE(library.isLoaded()) << file;
-    EXPECT_EQ(textOf(406), "Stop Recording/Playback?");
+    EXPECT_EQ(textOf(Text::askToStop), "Stop Recording/Playback?");
   }
 }
 
@@ -276,7 +276,7 @@ TEST(Language, TheProgramSpeaksIt) {
   const HWND question = program.messageBox(L"<710>");
   ASSERT_NE(question, nullptr) << "the reminder of updates";
   press(question, IDNO);
-  EXPECT_EQ(windowText(button(window, 105)), L"<872>");
+  EXPECT_EQ(windowText(button(window, Command::findReceiver)), L"<872>");
   expectCleanEnd(program, window);
 }
 

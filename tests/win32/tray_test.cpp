@@ -89,13 +89,13 @@ TEST(Tray, TheIconComesFollowsTheRecordingAndGoes) {
   EXPECT_EQ(area.wishes().front().window, window);
   EXPECT_TRUE(area.wishes().front().tells);
   const size_t before = area.wishes().size();
-  SendMessageW(window, WM_COMMAND, 1202, 0);
+  sendCommand(window, Command::startRecording);
   EXPECT_TRUE(area.hears(before + 1, NIM_MODIFY)) << "the icon of a recording";
   // The shell was started anew.
   const size_t shown = area.wishes().size();
   SendMessageW(window, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
   EXPECT_TRUE(area.hears(shown + 1, NIM_ADD));
-  SendMessageW(window, WM_COMMAND, 1204, 0);
+  sendCommand(window, Command::endRecording);
   EXPECT_EQ(program.close(), 0);
   EXPECT_EQ(area.wishes().back().what, DWORD{NIM_DELETE});
 }
@@ -106,9 +106,9 @@ TEST(Tray, WhoWantsNoIconHasNone) {
   Program program(L"", &folder);
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);
-  SendMessageW(window, WM_COMMAND, 1202, 0);
+  sendCommand(window, Command::startRecording);
   SendMessageW(window, RegisterWindowMessageW(L"TaskbarCreated"), 0, 0);
-  SendMessageW(window, WM_COMMAND, 1204, 0);
+  sendCommand(window, Command::endRecording);
   EXPECT_EQ(program.close(), 0);
   EXPECT_TRUE(area.wishes().empty());
 }

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+
+namespace vgps {
+
+// The screens of the program by their numbers, which settings and other programs know. The command
+// that shows one is 200 and its number, but for the 3D map, whose command is its projection's.
+enum class Screen : int32_t {
+  gps = 1,
+  map = 4,
+  satellites = 5,
+  tracks = 6,
+  waypoints = 7,
+  statistics = 9,
+  customMaps = 10,
+  sun = 11,
+  moon = 12,
+  path = 13,
+  compass = 14,
+  speedometer = 15,
+  nearWaypoints = 16,
+  contacts = 17,
+  spaceWaypoints = 18,
+  flight = 19,
+  drive = 29,
+  sport = 31,
+  accelerometer = 32,
+  rawLog = 99,
+  map3d = 150,
+};
+
+}  // namespace vgps
