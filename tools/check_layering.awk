@@ -1,19 +1,20 @@
 # check_layering.awk cmake/rooms.cmake SOURCE...: see check_layering.sh.
 
 BEGIN {
-  # Rooms that may include headers of the operating system and ask which one it is.
-  split("win32 posix", names); for (i in names) ofSystem[names[i]] = 1
+  # Rooms that may include headers of the operating system and ask which one it is: the seams'
+  # other side, and windows.
+  systemRooms = "^platform/.|^app/win32$|^win32$|^posix$"
   # Libraries that a room may include besides: whole folders, or one header.
   library["cli CLI"] = library["cli nlohmann"] = 1
   library["library zlib.h"] = 1
-  # Rooms that use the numbers of the resources.
-  data["base res"] = data["app res"] = data["win32 res"] = 1
+  # Rooms that use the numbers of the resources, with those inside them.
+  resourceRooms = "^(base|app|win32)(/|$)"
   platformMacro = "(^|[^A-Za-z0-9_])(_?_?(WIN32|WIN64|linux|unix|APPLE|MINGW32|MINGW64|CYGWIN|ANDROID" \
     "|FreeBSD|OpenBSD|NetBSD|GLIBC|GNU_SOURCE)_?_?|_MSC_VER|_WIN32_WINNT|_POSIX[A-Z_]*|__has_include)([^A-Za-z0-9_]|$)"
   thrower = "(^|[^A-Za-z0-9_])(throw|sto(i|l|ul|ll|ull|f|d|ld))([^A-Za-z0-9_]|$)"
 }
 
-FNR == 1 { inComment = 0; rawEnd = ""; joined = ""; room = FILENAME; sub(/\/.*/, "", room) }
+FNR == 1 { inComment = 0; rawEnd = ""; joined = ""; room = folderOf(FILENAME); ofSystem = room ~ systemRooms }
 
 FILENAME ~ /rooms\.cmake$/ {
   if ($0 !~ /^room\(/) next
@@ -30,7 +31,7 @@ FILENAME ~ /rooms\.cmake$/ {
   code = withoutTextAndComments($0)
   if (code ~ /\\$/) { joined = joined substr(code, 1, length(code) - 1) " "; next }
   code = joined code; joined = ""
-  if (code ~ /^[ \t]*#[ \t]*(if|elif)/ && code ~ platformMacro && !(room in ofSystem))
+  if (code ~ /^[ \t]*#[ \t]*(if|elif)/ && code ~ platformMacro && !ofSystem)
     breach("asks which system it is built for")
   if (match(code, thrower)) {
     what = substr(code, RSTART, RLENGTH); gsub(/[^a-z]/, "", what)
@@ -42,18 +43,20 @@ END { exit breaches > 0 }
 
 function breach(text) { print FILENAME ":" FNR ": " text; ++breaches }
 
+function folderOf(name) { sub(/\/[^\/]*$/, "", name); return name }
+
 function checkInclude(line,   name, folder, quoted) {
   quoted = line ~ /^[ \t]*#[ \t]*include[ \t]*"/
   if (!quoted && line !~ /^[ \t]*#[ \t]*include[ \t]*</) { breach("includes by a macro"); return }
   name = line; sub(/^[^"<]*["<]/, "", name); sub(/[">].*/, "", name)
-  folder = name; sub(/\/.*/, "", folder)
+  folder = folderOf(name)
   if (!quoted) {
     # The language's own headers have neither a point nor a folder in their names.
-    if (name ~ /[.\/]/ && !(room in ofSystem) && !((room " " folder) in library))
-      breach("includes <" name ">, which only win32 and posix may")
+    if (name ~ /[.\/]/ && !ofSystem && !((room " " folder) in library))
+      breach("includes <" name ">, which only a system's room may")
   } else if (name !~ /\// || name ~ /\.\.?\//) {
     breach("includes \"" name "\", not by its path from the root")
-  } else if (!((room " " folder) in neighbour) && !((room " " folder) in data)) {
+  } else if (!((room " " folder) in neighbour) && !(folder == "res" && room ~ resourceRooms)) {
     breach("includes \"" name "\", but " room " may not look into " folder)
   }
 }

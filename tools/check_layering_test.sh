@@ -12,15 +12,19 @@ result() {
   if [ "$1" = 0 ]; then echo "ok - $2"; else echo "not ok - $2"; status=1; fi
 }
 
-# fresh: a tree of three rooms that breaks nothing.
+# fresh: a tree of rooms, one with others inside it, that breaks nothing.
 fresh() {
   rm -rf "${tree:?}"/*
-  mkdir -p "$tree/cmake" "$tree/base" "$tree/gps" "$tree/win32" "$tree/cli" "$tree/tests"
-  printf 'room(base)\nroom(gps base)\nroom(win32 gps base)\nroom(cli gps base)\n' >"$tree/cmake/rooms.cmake"
+  mkdir -p "$tree/cmake" "$tree/base" "$tree/gps" "$tree/platform/win32" "$tree/app/session" \
+    "$tree/app/win32" "$tree/cli" "$tree/tests/app"
+  printf 'room(%s)\n' base 'platform base' 'platform/win32 platform base' 'gps platform base' \
+    'app/session gps base' 'app/win32 app/session gps base' 'cli app/session' >"$tree/cmake/rooms.cmake"
   printf '#pragma once\n#include <vector>\n' >"$tree/base/text.h"
-  printf '#include "base/text.h"\n#include <windows.h>\n#ifdef _WIN32\n#endif\n' >"$tree/win32/port.cpp"
+  printf '#include "base/text.h"\n#include <windows.h>\n#ifdef _WIN32\n#endif\n' >"$tree/platform/win32/port.cpp"
+  printf '#include "app/session/state.h"\n#include <windows.h>\n' >"$tree/app/win32/window.cpp"
+  printf '#include "app/session/state.h"\n#include "gps/fix.h"\n' >"$tree/app/session/state.cpp"
   printf '#include <CLI/CLI.hpp>\n' >"$tree/cli/main.cpp"
-  printf '#include <unistd.h>\nvoid f() { throw 1; }\n' >"$tree/tests/a.cpp"
+  printf '#include <unistd.h>\nvoid f() { throw 1; }\n' >"$tree/tests/app/a.cpp"
 }
 
 # allowed NAME FILE TEXT, refused NAME FILE TEXT WORDS: `TEXT` (as printf takes it) in FILE breaks
@@ -52,24 +56,33 @@ allowed 'a separator in a number is no text' $g "int a = 10'000; // throw ' thro
 allowed 'names that only begin so' $g 'int throwing, stoi_, mystof; int WIN32x;\n'
 
 refused 'an include upward' base/text.cpp '#include "gps/fix.h"\n' 'may not look into gps'
-refused 'an include of another system' $g '#include "win32/port.h"\n' 'may not look into win32'
+refused 'an include of the other side of a seam' $g '#include "platform/win32/port.h"\n' 'may not look into platform/win32'
+refused 'an include of a room beside' app/session/state.cpp '#include "app/win32/window.h"\n' 'may not look into app/win32'
+refused 'an include of the room inside a neighbour' cli/main.cpp '#include "app/session/deep/a.h"\n' 'app/session/deep'
+refused 'an include of the room around a neighbour' cli/main.cpp '#include "app/state.h"\n' 'may not look into app'
 refused 'an include of the tests' $g '#include "tests/fake.h"\n' 'may not look into tests'
 refused 'an include with blanks' $g ' #  include   "cli/main.h"\n' 'may not look into cli'
 refused 'an include beside' $g '#include "fix.h"\n' 'not by its path'
 refused 'an include by dots' $g '#include "base/../cli/main.h"\n' 'not by its path'
 for header in windows.h unistd.h termios.h sys/stat.h pthread.h cairo/cairo.h math.h; do
-  refused "a system header, $header" $g "#include <$header>\n" 'only win32 and posix'
+  refused "a system header, $header" $g "#include <$header>\n" "only a system's room"
 done
-refused 'a library that is not this room'"'"'s' $g '#include <CLI/CLI.hpp>\n' 'only win32 and posix'
+refused 'a system header in a room inside another' app/session/state.cpp '#include <unistd.h>\n' "only a system's room"
+refused 'a system header among the seams' platform/port.h '#include <windows.h>\n' "only a system's room"
+refused 'a library that is not this room'"'"'s' $g '#include <CLI/CLI.hpp>\n' "only a system's room"
 for macro in _WIN32 __linux__ __MINGW32__ _MSC_VER; do
   refused "a question for the system, $macro" $g "int a;\n#ifdef $macro\n#endif\n" 'which system'
 done
+refused 'a question for the system in a room inside another' app/session/state.cpp '#if _WIN32\n#endif\n' 'which system'
 refused 'a question after a comment' $g '/* a */ #if 1 && \\\n  defined(__unix__)\n' 'which system'
 refused 'throw' $g 'void f() { /* */ throw 1; }\n' 'uses throw'
 refused 'throw behind a number' $g "int a = 10'000; void f() { throw 'a'; }\n" 'uses throw'
-refused 'throw in the room of a system' win32/port.cpp 'void f() { throw 1; }\n' 'uses throw'
+refused 'throw in the room of a system' platform/win32/port.cpp 'void f() { throw 1; }\n' 'uses throw'
 refused 'numbers that throw' $g 'int a = std::stoi(b);\n' 'uses stoi'
+refused 'throw in a room inside another' app/session/state.cpp 'void f() { throw 1; }\n' 'uses throw'
 refused 'a folder without a row' extra/new.cpp 'int a;\n' 'no row'
+refused 'a folder in a room without a row' gps/extra/new.cpp 'int a;\n' 'no row'
+refused 'the folder around a room without a row' app/new.cpp 'int a;\n' 'no row'
 
 if said=$("$here/check_layering.sh" 2>&1); then
   result 0 'this tree'
