@@ -3,7 +3,7 @@
 #include <chrono>
 #include <string_view>
 
-#include "app/config_store.h"
+#include "app/settings/config_store.h"
 #if VEXA_HAVE_PUGIXML
 #include <pugixml.hpp>
 #endif

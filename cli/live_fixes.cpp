@@ -5,9 +5,9 @@
 #include <cmath>
 #include <memory>
 
-#include "app/connection.h"
-#include "app/on_line.h"
-#include "app/ui_mailbox.h"
+#include "app/session/connection.h"
+#include "app/session/on_line.h"
+#include "app/session/ui_mailbox.h"
 #include "cli/quiet_platform.h"
 #include "cli/watched_port.h"
 #include "gps/epoch.h"

@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <memory>
 
-#include "app/connection.h"
-#include "app/on_line.h"
-#include "app/ui_mailbox.h"
+#include "app/session/connection.h"
+#include "app/session/on_line.h"
+#include "app/session/ui_mailbox.h"
 #include "cli/commands.h"
 #include "cli/monitor_view.h"
 #include "cli/quiet_platform.h"

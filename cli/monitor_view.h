@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "app/app_state.h"
+#include "app/session/app_state.h"
 #include "platform/console.h"
 
 // What the monitor says, from plain values.

@@ -1,8 +1,8 @@
 #include <cstdio>
 #include <memory>
 
-#include "app/apply_settings.h"
-#include "app/config_store.h"
+#include "app/session/apply_settings.h"
+#include "app/settings/config_store.h"
 #include "cli/commands.h"
 #include "cli/log_clock.h"
 #include "cli/log_file.h"

@@ -7,11 +7,11 @@
 #include <utility>
 #include <vector>
 
-#include "app/apply_settings.h"
-#include "app/config_store.h"
-#include "app/library.h"
-#include "app/paths.h"
-#include "app/settings.h"
+#include "app/session/apply_settings.h"
+#include "app/session/library.h"
+#include "app/session/paths.h"
+#include "app/settings/config_store.h"
+#include "app/settings/settings.h"
 #include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/live_fixes.h"

@@ -1,9 +1,9 @@
 #include <cstdio>
 #include <memory>
 
-#include "app/app_state.h"
-#include "app/direct_ui_thread.h"
-#include "app/on_line.h"
+#include "app/session/app_state.h"
+#include "app/session/direct_ui_thread.h"
+#include "app/session/on_line.h"
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/log_file.h"

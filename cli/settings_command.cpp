@@ -7,8 +7,8 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "app/config_store.h"
-#include "app/options_table.h"
+#include "app/settings/config_store.h"
+#include "app/settings/options_table.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "base/texts.h"

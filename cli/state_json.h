@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/app_state.h"
+#include "app/session/app_state.h"
 #include "cli/json_text.h"
 
 // The state as JSON. Numbers print so that they read back to the same double.

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/app_state.h"
+#include "app/session/app_state.h"
 #include "cli/text_rows.h"
 
 // The state in words and figures, for a person at a terminal.

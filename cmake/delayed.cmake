@@ -7,5 +7,5 @@ function(delayed library)
   file(CONFIGURE OUTPUT ${definition} CONTENT "LIBRARY ${library}.dll\nEXPORTS\n${functions}\n")
   execute_process(COMMAND ${CMAKE_DLLTOOL} --output-delaylib ${archive} --input-def ${definition}
                   COMMAND_ERROR_IS_FATAL ANY)
-  also(win32 ${archive})
+  also(platform/win32 ${archive})
 endfunction()

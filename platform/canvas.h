@@ -5,7 +5,7 @@
 #include <string_view>
 
 // The seam to drawing: small and stateless, each call carries its own pen, brush and font.
-// Backends: GDI+ (win32/), a recorder (tests/fakes/). Units are pixels, y grows downwards.
+// Backends: GDI+ (platform/win32/), a recorder (tests/fakes/). Units are pixels, y grows downwards.
 namespace vgps {
 
 struct Point {

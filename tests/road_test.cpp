@@ -8,8 +8,8 @@
 #include <sstream>
 #include <thread>
 
-#include "app/connection.h"
-#include "app/ui_mailbox.h"
+#include "app/session/connection.h"
+#include "app/session/ui_mailbox.h"
 #include "platform/files.h"
 #include "tests/fakes/app_world.h"
 

@@ -9,12 +9,12 @@
 #include <utility>
 #include <vector>
 
+#include "app/win32/message_parameter.h"
 #include "platform/files.h"
-#include "tests/win32/line.h"
-#include "tests/win32/processor_time.h"
-#include "win32/handle.h"
-#include "win32/message_parameter.h"
-#include "win32/wide.h"
+#include "platform/win32/handle.h"
+#include "platform/win32/wide.h"
+#include "tests/app/win32/line.h"
+#include "tests/app/win32/processor_time.h"
 
 // From the start of the program to its painted window, its memory, and its use of the processor
 // while idle and with a receiver, each beside a program that does nothing but show a window. The

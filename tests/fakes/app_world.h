@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "app/app_state.h"
-#include "app/direct_ui_thread.h"
-#include "app/on_line.h"
+#include "app/session/app_state.h"
+#include "app/session/direct_ui_thread.h"
+#include "app/session/on_line.h"
 #include "tests/fakes/fake_clock.h"
 #include "tests/fakes/fake_serial_port.h"
 

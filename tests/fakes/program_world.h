@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/startup.h"
+#include "app/desktop/startup.h"
 #include "tests/fakes/app_world.h"
 #include "tests/fakes/test_folder.h"
 

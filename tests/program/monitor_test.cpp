@@ -3,7 +3,7 @@
 #include <random>
 
 #include "tests/places.h"
-#include "tests/posix/pty.h"
+#include "tests/platform/posix/pty.h"
 #include "tests/program/program.h"
 
 namespace vgps {

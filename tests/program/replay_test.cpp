@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <limits>
 
-#include "tests/posix/pty.h"
+#include "tests/platform/posix/pty.h"
 #include "tests/program/program.h"
 
 namespace vgps {

@@ -1,7 +1,7 @@
 // `vgps settings` on documents of its own.
 #include <filesystem>
 
-#include "app/settings.h"
+#include "app/settings/settings.h"
 #include "tests/places.h"
 #include "tests/program/file_world.h"
 

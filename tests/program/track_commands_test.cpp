@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <sstream>
 
-#include "tests/posix/pty.h"
+#include "tests/platform/posix/pty.h"
 #include "tests/program/file_world.h"
 #include "tests/program/program.h"
 

@@ -1,0 +1,93 @@
+#include <utility>
+
+#include "app/desktop/command_handlers.h"
+#include "app/session/connection.h"
+#include "base/texts.h"
+#include "display/scene.h"
+
+// The receiver, its log, the simulation.
+namespace vgps {
+namespace {
+
+// Of the commands 378, 379 and 380.
+constexpr SimMode kSimulationModes[] = {SimMode::tapping, SimMode::timer, SimMode::point};
+
+// The year and the milliseconds stay those of the computer: many receivers have a wrong year after
+// a week rollover, and none is right to the millisecond.
+DateTime systemTimeFrom(const DateTime& gpsUtc, DateTime systemUtc) {
+  systemUtc.month = gpsUtc.month;
+  systemUtc.day = gpsUtc.day;
+  systemUtc.hour = gpsUtc.hour;
+  systemUtc.minute = gpsUtc.minute;
+  systemUtc.second = gpsUtc.second;
+  return systemUtc;
+}
+
+}  // namespace
+
+void connectFromSettings(AppState& app, Command) { connectReceiver(app, sourceOfSettings(app)); }
+
+// For this run; what the settings choose stays.
+void connectSimulation(AppState& app, Command) { connectReceiver(app, {.simulate = true}); }
+
+void disconnect(AppState& app, Command) {
+  disconnectReceiver(app);
+  repaintNow(app);
+}
+
+void gpsTimeToSystem(AppState& app, Command) {
+  if (!hasFix(app, Command::gpsTimeToSystem)) return showNotice(app, textOf(Text::noValidFix));
+  if (!app.platform.setSystemTime) return showNotice(app, textOf(Text::notAvailable));
+  const DateTime time = systemTimeFrom(app.shown.fix.utcTime, app.platform.clock.utc());
+  const bool set = app.platform.setSystemTime(time);
+  showNotice(app, textOf(set ? Text::clockSet : Text::clockNotSet));
+}
+
+void switchLog(AppState& app, Command command) {
+  app.settings.logStream = command == Command::logOn;
+  app.gps.options.logNmea = app.settings.logStream;
+  if (const SettingRow* const row = findSetting("cfg\\vgps", "lgn")) {
+    app.config.set(*row, app.settings.logStream ? 1.0 : 0.0);
+  }
+  repaintNow(app);
+}
+
+void chooseSimulationMode(AppState& app, Command command) {
+  app.gps.simulation.setMode(kSimulationModes[command - Command::simulateTapping]);
+  repaintNow(app);
+}
+
+void loadSimulation(AppState& app, Command) {
+  if (!app.extensions.simulationFrom) return showNotice(app, textOf(Text::notAvailable));
+  const std::string path =
+      app.platform.window.chooseFile({.title = std::string(textOf(Text::chooseSimulation)),
+                                      .kind = std::string(textOf(Text::tracks)),
+                                      .pattern = "*.xml;*.gpx"});
+  if (path.empty()) return;
+  const bool loaded = loadSimulationFrom(app, path);
+  showNotice(app, textWith(loaded ? Text::simulationLoaded : Text::noSimulationData, path));
+}
+
+void stepSimulation(AppState& app, Command) { app.gps.simulation.step(); }
+
+void clearRawLog(AppState& app, Command) {
+  app.rawLog.clear();
+  repaintNow(app);
+}
+
+bool isDisconnected(const AppState& app, Command) { return !app.fix.running; }
+bool isConnected(const AppState& app, Command) { return app.fix.running; }
+bool isSimulating(const AppState& app, Command) { return app.fix.running && app.fix.simulate; }
+bool hasFix(const AppState& app, Command) {
+  // The time of a receiver that was unplugged an hour ago is an hour old.
+  const uint32_t age = app.platform.clock.tick() - app.shown.lastFixTick;
+  return app.fix.running && app.shown.fixSeen && app.shown.fix.fixStatus != 0 && age <= kOldAfterMs;
+}
+bool isLogState(const AppState& app, Command command) {
+  return app.gps.options.logNmea == (command == Command::logOn);
+}
+bool isSimulationMode(const AppState& app, Command command) {
+  return app.gps.simulation.mode() == kSimulationModes[command - Command::simulateTapping];
+}
+
+}  // namespace vgps

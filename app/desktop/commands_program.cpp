@@ -1,0 +1,33 @@
+#include "app/desktop/command_handlers.h"
+#include "app/desktop/commands.h"
+#include "base/texts.h"
+
+// The program and its window, dialogs.
+namespace vgps {
+namespace {
+
+struct Size {
+  int32_t width, height;
+};
+// Of the commands 801 to 806, pixels at 96 dots per inch.
+constexpr Size kSizes[] = {{240, 320}, {320, 240}, {240, 240}, {320, 320}, {640, 480}, {320, 480}};
+
+}  // namespace
+
+void showAbout(AppState& app, Command) { app.platform.window.tell(textOf(Text::aboutProgram)); }
+
+void closeProgram(AppState& app, Command) { app.platform.window.close(); }
+
+void resizeScreen(AppState& app, Command command) {
+  const Size& size = kSizes[command - Command::size240x320];
+  app.platform.window.resizeClient(size.width, size.height);
+}
+
+// "OK" of a pop-up menu closes it, which the system has done already.
+void confirmPopup(AppState&, Command) {}
+
+void openOptionDialog(AppState& app, Command command) {
+  if (!app.platform.window.openDialog(static_cast<uint32_t>(command))) notBuilt(app, command);
+}
+
+}  // namespace vgps

@@ -1,0 +1,105 @@
+#include "app/desktop/command_handlers.h"
+#include "app/desktop/commands.h"
+#include "base/texts.h"
+#include "track/editing.h"
+#include "track/thinning.h"
+#include "track/track_file.h"
+
+// The current track while nothing is being recorded.
+namespace vgps {
+namespace {
+
+// Says why when there is nothing to work on.
+bool canEdit(AppState& app) {
+  if (app.track.state != kIdle) {
+    showNotice(app, textOf(Text::endRecordingFirst));
+    return false;
+  }
+  if (app.track.points.empty()) {
+    showNotice(app, textOf(Text::noTrack));
+    return false;
+  }
+  return true;
+}
+
+void tellChanged(AppState& app) {
+  showNotice(app, textWith(Text::pointsNow, std::to_string(app.track.points.size())));
+  repaintThrottled(app);
+}
+
+// The track of a file that the person chooses. False when there is none; that is told then.
+bool chooseTrack(AppState& app, Track& track) {
+  const std::string path =
+      app.platform.window.chooseFile({.title = std::string(textOf(Text::chooseTrack)),
+                                      .kind = std::string(textOf(Text::tracks)),
+                                      .pattern = "*.xml"});
+  if (path.empty()) return false;
+  Window& window = app.platform.window;
+  switch (loadTrackFile(path, app.settings.speedUnit, track)) {
+    case TrackLoading::whole: return true;
+    case TrackLoading::damaged: window.tell(textWith(Text::trackDamaged, path)); return true;
+    case TrackLoading::notATrack: window.tellError(textWith(Text::notATrack, path)); break;
+    case TrackLoading::noFile:
+    case TrackLoading::unreadable: window.tellError(textWith(Text::trackUnreadable, path)); break;
+  }
+  return false;
+}
+
+// What was recorded and not saved goes only when the person says so.
+bool mayReplace(AppState& app) {
+  return app.track.points.empty() || askQuestion(app, Text::askToDiscard);
+}
+
+}  // namespace
+
+void thinTrack(AppState& app, Command) {
+  if (!canEdit(app)) return;
+  normalize(app.track, app.recordingOptions);
+  tellChanged(app);
+}
+
+void reverseTrack(AppState& app, Command) {
+  if (!canEdit(app)) return;
+  reverse(app.track);
+  tellChanged(app);
+}
+
+void joinTrack(AppState& app, Command) {
+  Track other;
+  if (!canEdit(app) || !chooseTrack(app, other) || !canEdit(app)) return;
+  join(app.track, other);
+  tellChanged(app);
+}
+
+void saveTrack(AppState& app, Command) {
+  if (app.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
+  if (app.track.points.empty()) return showNotice(app, textOf(Text::noTrack));
+  app.recording.stop(nullptr, false);
+}
+
+void openTrack(AppState& app, Command) {
+  if (app.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
+  Track chosen;
+  if (!mayReplace(app) || !chooseTrack(app, chosen)) return;
+  if (app.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
+  app.recordingHooks.pointsSettled();
+  app.track = std::move(chosen);
+  showNotice(app, textWith(Text::trackRead, std::to_string(app.track.points.size())));
+  repaintThrottled(app);
+}
+
+void discardTrack(AppState& app, Command) {
+  if (!canEdit(app) || !askQuestion(app, Text::askToDiscard)) return;
+  app.recordingHooks.pointsSettled();
+  app.track = Track();
+  tellChanged(app);
+}
+
+// Sent to the screens that show the track.
+void trackChanged(AppState& app, Command) { repaintThrottled(app); }
+
+bool hasFinishedTrack(const AppState& app, Command) {
+  return app.track.state == kIdle && !app.track.points.empty();
+}
+
+}  // namespace vgps

@@ -1,0 +1,79 @@
+#include "app/desktop/command_handlers.h"
+#include "app/desktop/commands.h"
+#include "app/session/timers.h"
+#include "base/texts.h"
+#include "display/screens.h"
+
+// Screens, colours, projections.
+namespace vgps {
+namespace {
+
+// Of the commands that show a screen: 200 and the screen's number.
+constexpr uint32_t kViews = 200;
+
+Screen screenOf(Command view) { return static_cast<Screen>(static_cast<uint32_t>(view) - kViews); }
+
+void changeScreen(AppState& app, Screen screen) {
+  if (screen != app.currentScreen) app.previousScreen = app.currentScreen;
+  app.currentScreen = screen;
+  setFineStatistics(app, screen == Screen::statistics);
+  if (!isScreenDrawn(screen)) showNotice(app, textOf(Text::notAvailable));
+  repaintNow(app);
+}
+
+}  // namespace
+
+void showScreen(AppState& app, Command command) { changeScreen(app, screenOf(command)); }
+
+// Numbers among the views that no screen has.
+void ignoreView(AppState&, Command) {}
+
+// The next view of the table that is drawn.
+void showNextScreen(AppState& app, Command) {
+  const auto rows = commandRows();
+  const Screen current = app.currentScreen;
+  const CommandRow* next = nullptr;
+  for (const CommandRow& row : rows) {
+    const bool canShow = row.handler == showScreen && isScreenDrawn(screenOf(row.command));
+    if (!canShow) continue;
+    const bool isFirst = next == nullptr;
+    if (isFirst || (screenOf(next->command) <= current && screenOf(row.command) > current)) {
+      next = &row;
+    }
+  }
+  if (next != nullptr) showScreen(app, next->command);
+}
+
+void show3dMap(AppState& app, Command) {
+  app.projection = Projection::cartesian3d;
+  changeScreen(app, Screen::map3d);
+}
+
+void chooseProjection(AppState& app, Command command) {
+  app.projection = static_cast<Projection>(command);
+  repaintNow(app);
+}
+
+void chooseColours(AppState& app, Command command) {
+  app.scheme = static_cast<ColourScheme>(command - Command::dayColors);
+  repaintNow(app);
+}
+
+void switchDayAndNight(AppState& app, Command) {
+  app.scheme = app.scheme == ColourScheme::night ? ColourScheme::day : ColourScheme::night;
+  repaintNow(app);
+}
+
+bool isScreen(const AppState& app, Command command) {
+  return app.currentScreen == screenOf(command);
+}
+bool isProjection(const AppState& app, Command command) {
+  return app.projection == static_cast<Projection>(command);
+}
+bool isColourScheme(const AppState& app, Command command) {
+  return app.scheme == static_cast<ColourScheme>(command - Command::dayColors);
+}
+
+void goBack(AppState& app, Command) { changeScreen(app, app.previousScreen); }
+
+}  // namespace vgps

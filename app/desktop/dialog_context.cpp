@@ -1,0 +1,41 @@
+#include "app/desktop/dialog_context.h"
+
+#include "app/desktop/command.h"
+#include "app/session/apply_settings.h"
+#include "app/session/supervisor.h"
+#include "gps/port_search.h"
+
+namespace vgps {
+namespace {
+
+// The map follows the recording's options soon, everything else is to be seen at once.
+void followDialog(AppState& app, const Dialog& dialog) {
+  applySettings(app);
+  const bool recording = dialog.command == Command::recordingOptions;
+  if (recording) forgetThresholds(app.track);
+  if (!recording || app.repaints.due(app.platform.clock.tick())) app.platform.window.repaint();
+}
+
+PortSearch beginSearch(AppState& app, uint32_t speed) {
+  endSupervision(app);
+  app.fix.close(true);
+  app.platform.window.repaint();
+  // Of the program only what outlives it: the search may hang in a port for longer.
+  return [makePort = app.platform.makePort, speed](const std::function<bool(uint32_t)>& cancelled) {
+    return scanPorts(makePort, speed, cancelled);
+  };
+}
+
+}  // namespace
+
+DialogContext dialogContextOf(AppState& app) {
+  return {
+      .store = app.config,
+      .settings = app.settings,
+      .ports = app.platform.listPorts ? app.platform.listPorts() : std::vector<PortName>{},
+      .saved = [&app](const Dialog& dialog) { followDialog(app, dialog); },
+      .beginPortSearch = [&app](uint32_t speed) { return beginSearch(app, speed); },
+  };
+}
+
+}  // namespace vgps

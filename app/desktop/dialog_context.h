@@ -1,0 +1,12 @@
+#pragma once
+
+#include "app/desktop/dialogs.h"
+#include "app/session/app_state.h"
+
+namespace vgps {
+
+// What the settings dialogs of the program work on. `app` outlives it. The port search takes the
+// connection for itself: until it has ended nobody else may open or close one.
+DialogContext dialogContextOf(AppState& app);
+
+}  // namespace vgps

@@ -1,0 +1,132 @@
+#include "app/desktop/scene_of.h"
+
+#include <algorithm>
+
+#include "base/texts.h"
+#include "geo/units.h"
+
+namespace vgps {
+
+namespace {
+
+ReceiverState stateOf(const AppState& app, uint32_t now) {
+  const UiFix& shown = app.shown;
+  if (app.fix.running && app.supervisor.state == Supervisor::State::lost) {
+    return ReceiverState::lost;
+  }
+  // The record keeps the status that a source before gave it.
+  return receiverState(app.fix.running, shown.dataSeen, now - shown.lastDataTick,
+                       shown.fixSeen ? shown.fix.fixStatus : 0);
+}
+
+bool isFresh(const ArrivalTicks::Arrival& arrival, uint32_t now) {
+  return arrival.ever && now - arrival.tick <= kOldAfterMs;
+}
+
+// A value that nothing has vouched for yet, as of a receiver that has never had a fix, is an old
+// one at best.
+ValueAges agesOf(const UiFix& shown, uint32_t now) {
+  const uint32_t unvouched = std::max(now - shown.lastDataTick, kOldAfterMs + 1);
+  const auto age = [&](const ArrivalTicks::Arrival& arrival) {
+    return arrival.ever ? now - arrival.tick : unvouched;
+  };
+  const ArrivalTicks& arrivals = shown.arrivals;
+  return {.position = age(arrivals.position),
+          .motion = age(arrivals.motion),
+          .altitude = age(arrivals.altitude),
+          .time = age(arrivals.time),
+          .used = age(arrivals.used),
+          .view = age(arrivals.view),
+          .dilution = age(arrivals.dilution)};
+}
+
+// Of any number that a document holds.
+int32_t altitudeUnitOf(int32_t setting) {
+  return setting == kInches || setting == kFeet ? setting : kMetres;
+}
+
+bool messageHolds(const AppState& app) {
+  return app.fix.running && app.news.messageCountdown > 0 &&
+         app.news.messageSource == app.gps.readers.generation;
+}
+
+Palette paletteOf(const AppState& app) {
+  const Settings& settings = app.settings;
+  switch (app.scheme) {
+    case ColourScheme::day: return dayPalette();
+    case ColourScheme::night: return nightPalette();
+    case ColourScheme::custom: break;
+  }
+  return customPalette({.inform = settings.colourInform,
+                        .background = settings.colourBackground,
+                        .success = settings.colourSuccess,
+                        .failure = settings.colourFailure,
+                        .gray = settings.colourGray,
+                        .lightGray = settings.colourLightGray});
+}
+
+SceneStatistics statisticsOf(const AppState& app) {
+  const Statistics& counted = app.statistics;
+  return {.totalSeconds = static_cast<double>(counted.totalSeconds),
+          .connectedSeconds = static_cast<double>(counted.connectedSeconds),
+          .recordingSeconds = static_cast<double>(counted.recordingSeconds),
+          .movingSeconds = counted.movingSeconds,
+          .stoppedSeconds = counted.stoppedSeconds,
+          .statSeconds = counted.statSeconds,
+          .distance = app.recording.distance(),
+          .distance3d = app.recording.distance3d(),
+          .distanceUnit = app.recordingOptions.distanceUnit};
+}
+
+}  // namespace
+
+Scene sceneOf(const AppState& app) {
+  const UiFix& shown = app.shown;
+  const uint32_t now = app.platform.clock.tick();
+  Scene scene;
+  scene.fix = shown.fix;
+  if (shown.fix.fixStatus == 1 && isFresh(shown.arrivals.quality, now)) {
+    scene.fix.fixStatus = shown.quality;
+  }
+  scene.satellites = shown.satellites;
+  scene.satellitesInUseKnown = shown.satellitesInUseKnown;
+  scene.view = shown.view;
+  scene.stats = shown.stats;
+  scene.maxSpeed = shown.maxSpeed;
+  scene.maxAltitude = shown.maxAltitude;
+  scene.newMaxSpeed = app.news.maximumCountdown > 0 && app.news.newMaxSpeed;
+  scene.newMaxAltitude = app.news.maximumCountdown > 0 && app.news.newMaxAltitude;
+  scene.speedUnit = app.gps.options.speedUnit;
+  scene.altitudeUnit = altitudeUnitOf(app.settings.shortDistanceUnit);
+  scene.positionFormat = app.settings.positionFormat;
+  scene.utmEllipsoid = app.settings.utmEllipsoid;
+  scene.fontFactor = app.settings.fontFactor;
+  scene.utcOffsetMinutes = app.gps.options.utcOffsetMinutes;
+  scene.state = stateOf(app, now);
+  scene.source = app.sourceName;
+  scene.notice = std::string(currentNotice(app));
+  const bool noise = isFresh(shown.arrivals.noise, now);
+  if (scene.state == ReceiverState::noData && noise && scene.notice.empty()) {
+    scene.notice = textOf(Text::probablyWrongSpeed);
+  }
+  if (messageHolds(app)) scene.message = app.lastMessageText;
+  scene.fixSeen = shown.fixSeen;
+  scene.fixAgeMs = now - shown.lastFixTick;
+  scene.ages = agesOf(shown, now);
+  scene.trackState = app.track.state;
+  scene.trackPoints = app.track.points.size();
+  scene.trackLength = distanceText(app.recording.distance(), app.recordingOptions.distanceUnit);
+  for (const KindStats& kind : shown.stats.kinds) {
+    scene.sentencesPerSecond += kind.rate.perSecond(now);
+  }
+  scene.screen = app.currentScreen;
+  scene.statistics = statisticsOf(app);
+  scene.rawLog = app.rawLog;
+  scene.readoutDelayMicros = app.readoutDelayMicros;
+  scene.palette = paletteOf(app);
+  return scene;
+}
+
+bool isNightHour(const DateTime& local) { return local.hour > 19 || local.hour < 6; }
+
+}  // namespace vgps

@@ -1,0 +1,49 @@
+#include "app/desktop/commands.h"
+#include "app/desktop/startup.h"
+#include "base/texts.h"
+
+// The wish to close the program.
+namespace vgps {
+namespace {
+
+// No is the default.
+bool mayLose(AppState& app, size_t points) {
+  return points == 0 ||
+         app.platform.window.ask(textWith(Text::askToLosePoints, std::to_string(points)));
+}
+
+// Whether closing loses no point of the track, or the person knows and wants it. `recorded`: the
+// recording was ended just now, and what is left of it the library has refused; the message said
+// why, so the program stays open without another question. The next close asks.
+bool mayClose(AppState& app, bool recorded) {
+  AppRecordingHooks& hooks = app.recordingHooks;
+  const size_t points = app.track.points.size();
+  if (!hooks.hasJournal()) {
+    if (recorded) return points == 0;
+    return !hooks.inMemoryOnly() || mayLose(app, points);
+  }
+  if (hooks.closeJournal()) return true;
+  const size_t lacking = hooks.resumeJournal();
+  if (recorded && lacking > 0) return false;
+  if (!mayLose(app, lacking)) return false;
+  hooks.closeJournal();  // the disk may have room now
+  return true;
+}
+
+}  // namespace
+
+bool closeRequested(AppState& app) {
+  Window& window = app.platform.window;
+  window.closeBrowser();
+  const int32_t state = app.track.state;
+  if (state == kRecording || state == kPlaying) {
+    if (!askQuestion(app, Text::askToStop)) return false;
+    runCommand(app, Command::endRecording);
+  }
+  if (!mayClose(app, state == kRecording)) return false;
+  app.fix.stopReaders(0);  // they end by themselves; who waits for them comes later
+  window.destroy();
+  return true;
+}
+
+}  // namespace vgps

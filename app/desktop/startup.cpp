@@ -1,0 +1,131 @@
+#include "app/desktop/startup.h"
+
+#include <chrono>
+#include <string>
+#include <thread>
+
+#include "app/desktop/commands.h"
+#include "app/desktop/scene_of.h"
+#include "app/session/apply_settings.h"
+#include "app/session/connection.h"
+#include "app/session/library.h"
+#include "app/session/timers.h"
+#include "base/texts.h"
+#include "platform/files.h"
+
+namespace vgps {
+namespace {
+
+constexpr int32_t kStartsBetweenReminders = 20;
+
+// Virus scanners and backups hold a file for a moment, most of all when the computer was just
+// switched on.
+bool openPatiently(ConfigStore& config, const std::string& path,
+                   std::chrono::milliseconds patience) {
+  constexpr std::chrono::milliseconds kStep(50);
+  bool good = config.open(path);
+  for (auto left = patience; !config.readable() && left.count() > 0; left -= kStep) {
+    std::this_thread::sleep_for(kStep);
+    good = config.open(path);
+  }
+  return good;
+}
+
+void runInstaller(AppState& app, const char* descriptor) {
+  const std::string argument = '"' + pathIn(app.paths.folder, descriptor) + '"';
+  const bool started = app.platform.runDeviceInstaller && app.platform.runDeviceInstaller(argument);
+  if (!started) showNotice(app, textOf(Text::noDeviceInstaller));
+}
+
+void simulateTrack(AppState& app, const StartOptions& options) {
+  if (!loadSimulationFrom(app, options.trackPath)) {
+    const bool named = !options.trackPath.empty();
+    showNotice(app, textWith(Text::noSimulationData, named ? options.trackPath : libraryPath(app)));
+    return;
+  }
+  if (!options.runTrack) return;
+  app.gps.simulation.setMode(SimMode::timer);
+  connectReceiver(app, {.simulate = true});
+}
+
+// A damaged document stays as it is until the person changes a setting: it may still be mended.
+// The notice may pass behind the question that follows, so it does not count as told of anything
+// else.
+void writeCountdown(AppState& app, int32_t starts) {
+  app.settings.updateCountdown = starts;
+  if (!app.config.isSound()) return;
+  if (!saveSettings(app.config, app.settings, SettingGroup::update)) {
+    showNotice(app, textWith(Text::settingsNotWritten, app.config.path()));
+  }
+}
+
+}  // namespace
+
+void startClocks(AppState& app) {
+  const DateTime local = app.platform.clock.local();
+  app.scheme = isNightHour(local) ? ColourScheme::night : ColourScheme::day;
+  app.gps.options.utcOffsetMinutes = measureUtcOffset(app.platform.clock.utc(), local);
+}
+
+void startSettings(AppState& app, std::chrono::milliseconds patience) {
+  if (!openPatiently(app.config, app.paths.settings, patience)) {
+    app.platform.window.tellError(app.config.readable()
+                                      ? std::string(textOf(Text::settingsDamaged))
+                                      : textWith(Text::settingsUnreadable, app.config.path()));
+  }
+  app.settings = loadSettings(app.config);
+  applySettings(app);
+  app.gps.options.logNmea = app.settings.logStream;
+}
+
+void applyStartOptions(AppState& app, const StartOptions& options) {
+  if (options.installPocketPc) runInstaller(app, "VGPS-AS-WM2003.INI");
+  if (options.installMobile5) runInstaller(app, "VGPS-AS-WM5.INI");
+  if (options.log) runCommand(app, Command::logOn);
+  if (options.simulateTrack) simulateTrack(app, options);
+  if (!options.notUnderstood.empty()) {
+    showNotice(app, textWith(Text::notUnderstood, options.notUnderstood));
+  }
+  if (!options.connects()) return;
+  connectReceiver(app,
+                  {.port = options.port, .speed = options.speed, .simulate = options.simulate});
+}
+
+void remindOfUpdates(AppState& app) {
+  if (!app.config.readable()) return;  // the count is in there
+  if (app.settings.updateCountdown > 0)
+    return writeCountdown(app, app.settings.updateCountdown - 1);
+  writeCountdown(app, kStartsBetweenReminders);
+  if (askQuestion(app, Text::askForUpdates)) runCommand(app, Command::checkForUpdates);
+}
+
+void autoConnect(AppState& app) {
+  if (app.settings.autoConnect && !app.fix.running) runCommand(app, Command::connect);
+}
+
+bool startWork(AppState& app, const StartOptions& options, const std::function<bool()>& isOpen) {
+  armStartTimers(app);
+  offerRecovery(app);
+  if (!isOpen()) return false;
+  applyStartOptions(app, options);
+  remindOfUpdates(app);
+  if (!isOpen()) return false;
+  autoConnect(app);
+  return true;
+}
+
+bool endProgram(AppState& app) {
+  if (!app.recordingHooks.closeJournal()) {
+    app.platform.window.tellError(textOf(Text::pointsLost));
+  }
+  if (app.config.save()) return true;
+  // In a folder that nobody may write to every start is counted in vain; a person need not hear of
+  // that at each end.
+  const bool onlyCounted = app.config.changedOnly(*findSetting("cfg\\vgps", "upd"));
+  if (!onlyCounted && app.config.tellRefusal()) {
+    app.platform.window.tellError(textWith(Text::settingsNotWritten, app.config.path()));
+  }
+  return false;
+}
+
+}  // namespace vgps

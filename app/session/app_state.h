@@ -1,0 +1,193 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/session/app_hooks.h"
+#include "app/session/paths.h"
+#include "app/session/recording_hooks.h"
+#include "app/session/repaint.h"
+#include "app/session/statistics.h"
+#include "app/session/supervisor.h"
+#include "app/settings/config_store.h"
+#include "app/settings/settings.h"
+#include "base/screens.h"
+#include "base/texts.h"
+#include "gps/gps_fix.h"
+#include "library/track_library.h"
+#include "platform/clock.h"
+#include "platform/sounds.h"
+#include "platform/ui_thread.h"
+#include "platform/window.h"
+#include "track/recording.h"
+#include "track/track.h"
+
+namespace vgps {
+
+// What the program runs on; every part can be a test's own.
+struct Platform {
+  const Clock& clock;
+  Sounds& sounds;
+  UiThread& door;
+  Window& window;
+  std::function<std::unique_ptr<SerialPort>()> makePort;
+  LocationSensorManager* sensors = nullptr;
+  // The rest may be missing: then it cannot be done here.
+  std::function<std::vector<PortName>()> listPorts = {};  // called by readers too
+  std::function<bool(const DateTime& utc)> setSystemTime = {};
+  // Starts the system's installer for mobile devices with this argument; false when there is none.
+  std::function<bool(const std::string& argument)> runDeviceInstaller = {};
+  LibraryDisk disk = {};
+};
+
+// When the values that are shown came last.
+struct ArrivalTicks {
+  struct Arrival {
+    bool ever = false;
+    uint32_t tick = 0;  // milliseconds
+  };
+  Arrival position;  // from a sentence that vouches for a fix, as the next two
+  Arrival motion;    // speed and course
+  Arrival altitude;
+  Arrival time;
+  Arrival used;      // count of satellites
+  Arrival view;      // the satellites that are heard
+  Arrival dilution;  // of precision
+  Arrival quality;   // of the fix, as a sentence with more to say than "valid" gave it
+  Arrival noise;     // bytes that nobody understands; of this connection, like the quality
+};
+
+// The user interface's own copy of what the receiver said, taken while the reader waits. Drawing,
+// recording and timers look at this and never at the live fix.
+struct UiFix {
+  FixRecord fix;
+  SatelliteTable satellites;
+  std::vector<ViewedSatellite> view;
+  uint32_t viewRevision = 0;
+  SentenceStats stats;
+  double maxSpeed = 0;
+  double maxAltitude = 0;
+  int32_t epochSentenceKind = 0;
+  int32_t inputProtocol = kNmeaText;
+  bool satellitesInUseKnown = false;
+  bool dataSeen = false;      // a line has come since the connection was opened
+  uint32_t lastDataTick = 0;  // when it came
+  bool fixSeen = false;       // likewise a position sentence or message with a fix
+  uint32_t lastFixTick = 0;
+  ArrivalTicks arrivals;        // of connections before as well
+  int32_t quality = 0;          // of the fix: 1 GPS, 2 differential ...
+  uint64_t lastByteMicros = 0;  // when the end of the newest line came; 0 in a replay
+};
+
+// Features that belong to other rooms or come with their own parts. What is empty is not there yet.
+struct AppExtensions {
+  // The track as the text of a GPX document.
+  std::function<bool(const Track&, std::string& document)> buildGpx;
+  // A track or GPX file as lines of the simulation; an empty path means the last track of the
+  // library.
+  std::function<bool(const std::string& path, std::vector<std::string>& lines)> simulationFrom;
+  // A complete fix while a track is played.
+  std::function<void(const UiFix&)> followRoute;
+  // Duties of the timers 3 and 5, on worker threads of their own.
+  std::function<void()> reportPosition;
+  std::function<void()> updatePursue;
+};
+
+// The turn that a played track makes soon.
+struct TurnWarning {
+  bool raised = false;
+  int32_t repeatCount = 0;
+  bool done = false;  // warned often enough for this turn
+};
+
+enum class Projection : int32_t {
+  cartesian2d = 341,
+  polar2d = 342,
+  cartesian3d = 350,
+  polar3d = 360
+};
+enum class ColourScheme : uint8_t { day, night, custom };
+
+// What handled messages of the receiver bring to the displays. Skipped ones bring nothing.
+struct DisplayNews {
+  bool waiting = false;  // a message was handled since the last repaint
+  // For so many more handled messages the displays point out...
+  int32_t messageCountdown = 0;  // ...`lastMessageText`
+  uint32_t messageSource = 0;    // whose it is: the generation of the source
+  int32_t maximumCountdown = 0;  // ...which of the greatest values are new ones
+  bool newMaxSpeed = false;
+  bool newMaxAltitude = false;
+  double maxSpeed = 0;  // as last handled
+  double maxAltitude = 0;
+};
+
+// Everything that the program knows, once. Made by the program's entry, handed down from there.
+struct AppState {
+  explicit AppState(Platform platformToUse, const XmlFiles& files = systemFiles());
+
+  Platform platform;
+  AppExtensions extensions;
+  AppPaths paths;
+  ConfigStore config;
+  Settings settings;
+
+  AppHooks hooks;
+  GpsState gps;
+  GpsFix fix;  // written by the reader; the user interface copies it into `shown`
+  UiFix shown;
+  Supervisor supervisor;
+  std::string sourceName;  // of the last connection, for a person: "COM3, 9600 baud"
+
+  Track track;  // the one that is recorded or played
+  RecordingOptions recordingOptions;
+  AppRecordingHooks recordingHooks;
+  Recording recording;
+  std::vector<std::pair<double, double>> drawnPath;  // longitude, latitude
+  TrackLibrary library;
+  uint64_t epochsOffered = 0;
+  int32_t backupCountdown = 0;  // minutes
+
+  Statistics statistics;
+  bool insideForbiddenZone = false;
+  TurnWarning turnWarning;
+  uint32_t tapPoint = 0;  // of a tap that waits; packed as `Window::postTap` says
+
+  Screen currentScreen = Screen::gps;
+  Screen previousScreen = Screen::gps;
+  Projection projection = Projection::cartesian2d;
+  ColourScheme scheme = ColourScheme::day;
+  RepaintThrottle repaints;
+  int32_t frameSkip = 0;  // of N line messages one is handled; 0 and 1 handle all
+  int32_t frameCountdown = 0;
+  DisplayNews news;
+  bool commandFromHotKey = false;  // while such a command runs
+
+  std::string notice;  // one line that the status shows for a while
+  uint32_t noticeTick = 0;
+  std::vector<std::string> rawLog;  // rows of the raw log screen, the newest last
+  std::string lastMessageText;      // "Sirf msg ..." of binary input, "SENS msg: ..." of a sensor
+
+  // From the last byte of the data to the drawing that shows them.
+  uint64_t readoutDelayMicros = 0;
+  uint64_t drawnByteMicros = 0;  // of which data it was measured
+};
+
+// One line for the person, in the status for ten seconds.
+void showNotice(AppState& app, std::string_view text);
+// The notice, or nothing when it has stood long enough.
+std::string_view currentNotice(const AppState& app);
+
+// A yes-or-no question; No is the default.
+bool askQuestion(AppState& app, Text text);
+
+// The current screen anew, at most every 800 ms.
+bool repaintThrottled(AppState& app);
+// At once: a person has pressed something and wants to see it.
+void repaintNow(AppState& app);
+
+// To be called when a screen that shows the fix has been drawn.
+void noteDrawn(AppState& app);
+
+}  // namespace vgps

@@ -1,0 +1,201 @@
+#include "app/session/on_line.h"
+
+#include <cstdio>
+#include <string>
+#include <utility>
+
+#include "base/number.h"
+#include "base/text.h"
+#include "base/texts.h"
+#include "gps/epoch.h"
+
+namespace vgps {
+namespace {
+
+constexpr int32_t kNewsMessages = 10;  // two or three seconds of an ordinary receiver
+constexpr size_t kRawRowBytes = 1000;  // more of a row than any screen shows
+constexpr size_t kRawRows = 500;       // kept for the raw log screen
+
+void copyFix(AppState& app) {
+  UiFix& shown = app.shown;
+  shown.fix = app.fix;
+  shown.satellites = *app.fix.satellites;
+  if (shown.viewRevision != app.gps.view.revision()) {
+    const auto satellites = app.gps.view.satellites();
+    shown.view.assign(satellites.begin(), satellites.end());
+    shown.viewRevision = app.gps.view.revision();
+  }
+  shown.stats = app.gps.stats;
+  shown.maxSpeed = app.gps.maxSpeed;
+  shown.maxAltitude = app.gps.maxAltitude;
+  shown.epochSentenceKind = app.gps.epochSentenceKind;
+  shown.inputProtocol = app.gps.inputProtocol;
+  shown.satellitesInUseKnown = app.gps.satellitesInUseKnown;
+  shown.lastByteMicros = app.fix.lastByteMicros;
+}
+
+void offerEpoch(AppState& app) {
+  const bool wanted = app.track.state == kRecording || app.track.state == kPlaying;
+  const FixRecord& fix = app.shown.fix;
+  if (!wanted || fix.fixStatus == 0) return;
+  if (!closesEpoch(fix.lastSentenceKind, app.shown.epochSentenceKind)) return;
+  ++app.epochsOffered;
+  if (app.track.state == kRecording) {
+    app.recording.offer(fix);
+  } else if (app.extensions.followRoute) {
+    app.extensions.followRoute(app.shown);
+  }
+}
+
+// Whether the message is to be ignored: of N one is handled. N may change at any time.
+bool isSkipped(AppState& app) {
+  if (app.frameSkip <= 0) return false;
+  if (app.frameCountdown <= 0 || app.frameCountdown > app.frameSkip) {
+    app.frameCountdown = app.frameSkip;
+  }
+  return --app.frameCountdown > 0;
+}
+
+void addRawRow(AppState& app, std::string_view text) {
+  if (app.currentScreen != Screen::rawLog || text.empty()) return;
+  app.rawLog.push_back(validUtf8(text.substr(0, kRawRowBytes)));
+  if (app.rawLog.size() > kRawRows) app.rawLog.erase(app.rawLog.begin());
+}
+
+// What has no sentence of its own on the read-out is told in words.
+void tellMessage(AppState& app, std::string text) {
+  app.lastMessageText = std::move(text);
+  app.news.messageCountdown = kNewsMessages;
+  app.news.messageSource = app.gps.readers.generation;
+  addRawRow(app, app.lastMessageText);
+}
+
+std::string textOfMessage(const SirfMessage& message) {
+  char number[16];
+  std::snprintf(number, sizeof number, "%X", message.number());
+  return textWith(Text::sirfMessage, number, std::to_string(message.length));
+}
+
+// A clock that has no time yet says 000000, and the stored time stays as it was.
+bool saysTime(std::string_view sentence) {
+  const size_t comma = sentence.find(',');
+  if (comma == std::string_view::npos) return false;
+  const std::string_view rest = sentence.substr(comma + 1);
+  return rest.substr(0, rest.find(',')).find_first_of("123456789") != std::string_view::npos;
+}
+
+// When each value of the read-out came last, told by what was counted since `before`. Values of a
+// fix are news only from a sentence that vouches for one; the clock and the satellites need none.
+void noteArrivals(UiFix& shown, const SentenceStats& before, std::string_view text, uint32_t tick) {
+  const auto came = [&](CountedKind kind) {
+    return shown.stats.of(kind).count != before.of(kind).count;
+  };
+  const ArrivalTicks::Arrival now = {true, tick};
+  ArrivalTicks& arrivals = shown.arrivals;
+  const bool rmc = came(CountedKind::rmc);
+  const bool gga = came(CountedKind::gga);
+  // The simulation's own sentence: height and course in one, and a time that is not read.
+  const bool extended = text.starts_with("$GPRMCX,");
+  if ((rmc || gga) && !extended && saysTime(text)) arrivals.time = now;
+  if (gga) arrivals.used = now;
+  if (came(CountedKind::gsv)) arrivals.view = now;
+  if (came(CountedKind::gsa)) {
+    arrivals.dilution = now;
+    // A receiver that sends no GGA still lists which satellites it uses.
+    if (shown.stats.of(CountedKind::gga).count == 0) arrivals.used = now;
+  }
+  if (shown.fix.fixStatus == 0 || !(rmc || gga)) return;
+  arrivals.position = now;
+  if (rmc) arrivals.motion = now;
+  if (gga || extended) arrivals.altitude = now;
+  // The next RMC says no more than that the fix is valid.
+  if (gga) arrivals.quality = now, shown.quality = shown.fix.fixStatus;
+  shown.fixSeen = true;
+  shown.lastFixTick = tick;
+}
+
+// The greatest values are pointed out for a while when they are new.
+void noteMaxima(AppState& app) {
+  DisplayNews& news = app.news;
+  const UiFix& shown = app.shown;
+  const bool faster = shown.maxSpeed > news.maxSpeed;
+  const bool higher = shown.maxAltitude > news.maxAltitude;
+  if (news.maximumCountdown == 0) news.newMaxSpeed = news.newMaxAltitude = false;
+  if (faster || higher) news.maximumCountdown = kNewsMessages;
+  news.newMaxSpeed |= faster;
+  news.newMaxAltitude |= higher;
+  news.maxSpeed = shown.maxSpeed;
+  news.maxAltitude = shown.maxAltitude;
+}
+
+void handleForDisplays(AppState& app, const UiMessage& message) {
+  DisplayNews& news = app.news;
+  if (news.messageCountdown > 0) --news.messageCountdown;
+  if (news.maximumCountdown > 0) --news.maximumCountdown;
+  noteMaxima(app);
+  if (message.record == nullptr) {
+    addRawRow(app, message.text);
+  } else {
+    tellMessage(app, textOfMessage(*static_cast<const SirfMessage*>(message.record)));
+  }
+  news.waiting = true;
+}
+
+void onLine(AppState& app, const UiMessage& message) {
+  const SentenceStats before = app.shown.stats;
+  copyFix(app);
+  noteBytes(app);
+  const uint32_t now = app.platform.clock.tick();
+  app.shown.dataSeen = true;
+  app.shown.lastDataTick = now;
+  noteArrivals(app.shown, before, message.text, now);
+  if (message.record == nullptr) offerEpoch(app);
+  if (isSkipped(app)) return;
+  handleForDisplays(app, message);
+}
+
+void onSensorReading(AppState& app, const UiMessage& message) {
+  app.shown.dataSeen = true;
+  app.shown.lastDataTick = app.platform.clock.tick();
+  tellMessage(app, textWith(Text::sensorMessage, fixedText(message.x, 3), fixedText(message.y, 3)));
+  repaintThrottled(app);
+}
+
+void onUnknownBytes(AppState& app, const UiMessage& message) {
+  app.shown.stats = app.gps.stats;  // that something comes
+  app.shown.arrivals.noise = {true, app.platform.clock.tick()};
+  noteBytes(app);
+  addRawRow(app, message.text);
+  if (app.currentScreen == Screen::rawLog) repaintThrottled(app);
+}
+
+// A message may have been under way while another source was opened: it says nothing about that.
+bool isOfAnotherSource(const AppState& app, const UiMessage& message) {
+  return message.generation != 0 && message.generation != app.gps.readers.generation;
+}
+
+}  // namespace
+
+bool refreshDisplays(AppState& app) { return app.news.waiting && repaintThrottled(app); }
+
+void onUiMessage(AppState& app, const UiMessage& message) {
+  if (message.event == UiEvent::logFailed) {
+    app.platform.window.tellError(textWith(Text::logNotWritten, message.text));
+    return;
+  }
+  if (isOfAnotherSource(app, message)) return;
+  switch (message.event) {
+    case UiEvent::line: onLine(app, message); break;
+    // The parser has lost or found the fix, which is shown whatever is skipped.
+    case UiEvent::repaint:
+      copyFix(app);
+      repaintThrottled(app);
+      break;
+    case UiEvent::refresh: refreshDisplays(app); break;
+    case UiEvent::sensor: onSensorReading(app, message); break;
+    case UiEvent::unknownBytes: onUnknownBytes(app, message); break;
+    case UiEvent::logFailed: break;
+  }
+}
+
+}  // namespace vgps

@@ -1,0 +1,16 @@
+#include "app/session/statistics.h"
+
+namespace vgps {
+
+void countStatistics(Statistics& statistics, const StatisticsInput& now) {
+  const uint32_t step = statisticsStepSeconds(statistics);
+  statistics.totalSeconds += step;
+  if (now.connected) statistics.connectedSeconds += step;
+  if (now.trackState != 0) statistics.recordingSeconds += step;
+  if (!statistics.fine) return;
+  const bool moving = statistics.movingThreshold < now.speedKmh;
+  (moving ? statistics.movingSeconds : statistics.stoppedSeconds) += 1;
+  statistics.statSeconds += 1;
+}
+
+}  // namespace vgps

@@ -1,0 +1,37 @@
+#include "app/settings/config_changes.h"
+
+#include <utility>
+
+#include "xml/profile.h"
+
+namespace vgps {
+
+bool ConfigChanges::note(const SettingRow& row, const std::string& text) {
+  const auto known = known_.find(keyOf(row));
+  if (known != known_.end() && known->second == text) return false;
+  known_[keyOf(row)] = text;
+  changes_[keyOf(row)] = text;
+  return true;
+}
+
+void ConfigChanges::note(std::string path, std::string key, std::string text) {
+  changes_[{std::move(path), std::move(key)}] = std::move(text);
+}
+
+void ConfigChanges::bringInto(XmlDocument& document, const std::string& path,
+                              const XmlFiles& files) const {
+  FileStamp now;
+  if (!fileStamp(path, now) || (there_ && now == stamp_)) return;
+  XmlDocument theirs(files);
+  if (theirs.Load(path, XmlLoadMode::file).status != XmlLoadStatus::loaded) return;
+  document = std::move(theirs);
+  makeIn(document);
+}
+
+void ConfigChanges::makeIn(XmlDocument& document) const {
+  for (const auto& [key, text] : changes_) {
+    XmlSetString(key.path, key.key, text, nullptr, &document);
+  }
+}
+
+}  // namespace vgps

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "app/settings/settings.h"
+#include "platform/files.h"
+#include "xml/document.h"
+
+namespace vgps {
+
+// What this program changed in the settings document. Another program may have written the file
+// since it was read: then these changes alone are made in what lies there now.
+class ConfigChanges {
+ public:
+  // The document at `path` was just read or written.
+  void begin(const std::string& path) { there_ = fileStamp(path, stamp_); }
+
+  // What the document gave for a setting when it was loaded, corrected, as it would be written.
+  void know(const SettingRow& row, std::string text) { known_[keyOf(row)] = std::move(text); }
+  // Whether a value is another than the last one that is known; it is noted then.
+  bool note(const SettingRow& row, const std::string& text);
+  // A key that is no row's.
+  void note(std::string path, std::string key, std::string text);
+
+  // Whether this setting is all that was changed.
+  bool isOnly(const SettingRow& row) const {
+    return changes_.size() == 1 && changes_.contains(keyOf(row));
+  }
+
+  // The document as it lies at `path`, with the changes, when another program has written it since;
+  // otherwise, and when it cannot be read, `document` stays as it is.
+  void bringInto(XmlDocument& document, const std::string& path, const XmlFiles& files) const;
+  // Makes the changes in another document.
+  void makeIn(XmlDocument& document) const;
+  void saved(const std::string& path) {
+    changes_.clear();
+    begin(path);
+  }
+
+ private:
+  struct Key {
+    std::string path, key;
+    // NOLINTNEXTLINE(modernize-use-nullptr): the comparison with 0 that is made for it
+    auto operator<=>(const Key&) const = default;
+  };
+  static Key keyOf(const SettingRow& row) { return {row.path, row.key}; }
+
+  FileStamp stamp_;
+  bool there_ = false;
+  std::map<Key, std::string> known_;
+  std::map<Key, std::string> changes_;
+};
+
+}  // namespace vgps

@@ -1,0 +1,221 @@
+#include "app/settings/config_store.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <thread>
+#include <utility>
+
+#include "base/number.h"
+#include "base/text.h"
+#include "platform/files.h"
+#include "track/whole_file.h"
+#include "xml/profile.h"
+
+namespace vgps {
+namespace {
+
+// False when the file cannot be read to its end.
+bool readBytes(const XmlFiles& files, const std::string& path, std::string& out) {
+  constexpr size_t kBlock = 65536;
+  void* const file = files.open(path, XmlFiles::Access::read);
+  if (file == nullptr) return false;
+  for (size_t got = kBlock; got == kBlock;) {
+    const size_t before = out.size();
+    out.resize(before + kBlock);
+    got = files.read(file, out.data() + before, kBlock);
+    out.resize(before + got);
+  }
+  return files.close(file);
+}
+
+// What another program holds for a moment, as a virus scanner does, can be read soon.
+bool readSoon(const XmlFiles& files, const std::string& path, std::string& out) {
+  constexpr int kTries = 10;
+  for (int tries = 1;; ++tries) {
+    out.clear();
+    if (readBytes(files, path, out)) return true;
+    if (tries == kTries) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+}
+
+// Over the file, or as a new one.
+bool writeBytes(const XmlFiles& files, const std::string& path, std::string_view bytes) {
+  void* const file = files.open(path, XmlFiles::Access::overwrite);
+  if (file == nullptr) return false;
+  const bool whole = files.write(file, bytes.data(), bytes.size()) == bytes.size();
+  return files.close(file) && whole;
+}
+
+// Bytes that no text has. A file of two bytes a character begins with a mark that says so.
+bool isBinary(std::string_view bytes) {
+  const bool wide = bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
+  return !wide && bytes.find('\0') != std::string_view::npos;
+}
+
+}  // namespace
+
+ConfigStore::ConfigStore(const XmlFiles& files) : files_(&files), document_(files) {}
+
+bool ConfigStore::open(const std::string& path) {
+  path_ = path;
+  changed_ = refused_ = told_ = false;
+  changes_ = {};
+  return load();
+}
+
+bool ConfigStore::load() {
+  changes_.begin(path_);
+  const XmlLoadStatus status = document_.Load(path_, XmlLoadMode::file).status;
+  // A file that another program holds for a moment is there all the same, and its settings must
+  // not be overwritten with defaults.
+  FileStamp stamp;
+  const bool missing =
+      status == XmlLoadStatus::noFile && (!fileStamp(path_, stamp) || stamp.size == 0);
+  const bool good = status == XmlLoadStatus::loaded || status == XmlLoadStatus::empty || missing;
+  readable_ = good || status == XmlLoadStatus::noElement;
+  keepFirst_ = !good || (status == XmlLoadStatus::loaded && isForeign());
+  return good;
+}
+
+// Tags can be found in files of any kind: a document of another program, or a program.
+bool ConfigStore::isForeign() {
+  std::string bytes;
+  return document_.GetRootElement().storedName() != "root" || !readBytes(*files_, path_, bytes) ||
+         isBinary(bytes);
+}
+
+double ConfigStore::number(const SettingRow& row) {
+  XmlDocument* const document = &document_;
+  switch (row.type) {
+    case SettingType::real:
+      return XmlGetFloat(row.path, row.key, static_cast<float>(row.number), nullptr, document);
+    case SettingType::colour:
+      return static_cast<uint32_t>(
+          XmlGetInt64(row.path, row.key, static_cast<int64_t>(row.number), nullptr, document));
+    case SettingType::integer:
+    case SettingType::flag:
+      return XmlGetInt(row.path, row.key, static_cast<int32_t>(row.number), nullptr, document);
+    case SettingType::string: break;
+  }
+  return 0;
+}
+
+std::string ConfigStore::string(const SettingRow& row) {
+  const std::string value = XmlGetString(row.path, row.key, row.text, nullptr, &document_);
+  return std::string(firstUtf16Units(value, row.characters));
+}
+
+std::string ConfigStore::written(const SettingRow& row, double value) {
+  return row.type == SettingType::real ? fixedText(value, 2)
+                                       : decimalText(static_cast<int64_t>(value));
+}
+
+void ConfigStore::set(const SettingRow& row, double value) { set(row, written(row, value)); }
+
+void ConfigStore::set(const SettingRow& row, std::string_view value) {
+  const bool isNew = changes_.note(row, std::string(value));
+  // Another program may have changed what this one still has as it was.
+  if (isNew || XmlGetString(row.path, row.key, "", nullptr, &document_).empty()) {
+    XmlSetString(row.path, row.key, value, nullptr, &document_);
+  }
+  changed_ = true;
+}
+
+std::string ConfigStore::other(const std::string& path, const std::string& key) {
+  return XmlGetString(path, key, "", nullptr, &document_);
+}
+
+void ConfigStore::setOther(const std::string& path, const std::string& key,
+                           const std::string& value) {
+  XmlSetString(path, key, value, nullptr, &document_);
+  changes_.note(path, key, value);
+  changed_ = true;
+}
+
+bool ConfigStore::keepOldFile() {
+  if (!keepFirst_) return true;
+  std::string bytes;
+  keepFirst_ = !readBytes(*files_, path_, bytes) || keepAsBad(path_, bytes).empty();
+  return !keepFirst_;
+}
+
+// What another program holds is whole as far as anybody knows, so only what was changed here goes
+// into it, as soon as it can be read.
+bool ConfigStore::isReadableNow() {
+  if (readable_) return true;
+  load();
+  changes_.makeIn(document_);
+  return readable_;
+}
+
+// A disk may take the first half and then fail: the old text is put back.
+bool ConfigStore::writeDocument() {
+  std::string old;
+  const bool isNew = !fileExists(path_);
+  if (!isNew && !readSoon(*files_, path_, old)) return false;
+  if (document_.Save(path_) != 0) return true;
+  std::string now;
+  if (isNew) {
+    removeFile(path_);
+  } else if (!readBytes(*files_, path_, now) || now != old) {
+    writeBytes(*files_, path_, old);
+  }
+  return false;
+}
+
+bool ConfigStore::save() {
+  if (!changed_) return true;
+  refused_ = !isReadableNow();
+  if (!refused_ && !keepFirst_) changes_.bringInto(document_, path_, *files_);
+  refused_ = refused_ || !keepOldFile() || !writeDocument();
+  if (refused_) return false;
+  changes_.saved(path_);
+  changed_ = told_ = false;
+  return true;
+}
+
+bool ConfigStore::tellRefusal() { return refused_ && !std::exchange(told_, true); }
+
+double correctedNumber(const SettingRow& row, double value) {
+  switch (row.rule) {
+    case RangeRule::upToFive: return value > 5 || value <= 0 ? row.number : value;
+    case RangeRule::upToTen: return value > 10 ? 0 : value;
+    case RangeRule::upToFifty: return value > 50 ? row.number : value;
+    case RangeRule::notZero: return value == 0 ? row.number : value;
+    case RangeRule::forcedOff: return 0;
+    case RangeRule::none: break;
+  }
+  return value;
+}
+
+Settings loadSettings(ConfigStore& store) {
+  Settings settings;
+  for (const SettingRow& row : settingRows()) {
+    if (row.type == SettingType::string) {
+      setText(settings, row, store.string(row));
+      store.know(row, textOf(settings, row));
+    } else {
+      const double value = store.number(row);
+      setNumber(settings, row, correctedNumber(row, value));
+      // What was corrected is written when its group is saved.
+      if (correctedNumber(row, value) == value) store.know(row, value);
+    }
+  }
+  return settings;
+}
+
+bool saveSettings(ConfigStore& store, const Settings& settings, SettingGroup group) {
+  for (const SettingRow& row : settingRows()) {
+    if (row.group != group) continue;
+    if (row.type == SettingType::string) {
+      store.set(row, textOf(settings, row));
+    } else {
+      store.set(row, numberOf(settings, row));
+    }
+  }
+  return store.save();
+}
+
+}  // namespace vgps

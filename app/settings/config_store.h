@@ -1,0 +1,94 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "app/settings/config_changes.h"
+#include "app/settings/settings.h"
+#include "xml/document.h"
+
+namespace vgps {
+
+// The settings document "vgps.xml", open for the whole run of the program.
+class ConfigStore {
+ public:
+  explicit ConfigStore(const XmlFiles& files = systemFiles());
+
+  // Reads the file; from then on the store speaks of it. False when the file is there and holds
+  // something, but no element can be read from it: then every key has its default, and the file is
+  // copied to "vgps.bad" beside it before it is overwritten ("vgps-2.bad" and on where there are
+  // earlier ones). So is one that can be read but is no document of settings. A missing or empty
+  // file is none of that: a program that starts for the first time.
+  bool open(const std::string& path);
+
+  // False when the system did not give the file's bytes: it is a folder, somebody else holds it, or
+  // nobody may read it. What is in it may be whole.
+  bool readable() const { return readable_; }
+
+  // Whether all that the file holds is known, and it is a document of settings or nothing yet.
+  bool isSound() const { return readable_ && !keepFirst_; }
+
+  XmlDocument& document() { return document_; }
+  const std::string& path() const { return path_; }
+
+  // One setting as the document holds it, or its default. Strings are cut to the row's length,
+  // never inside a character. Flags are the number that stands there.
+  double number(const SettingRow& row);
+  std::string string(const SettingRow& row);
+
+  // Into the document, as the row's type is written: whole numbers and colours in decimal, other
+  // numbers with two decimals.
+  void set(const SettingRow& row, double value);
+  void set(const SettingRow& row, std::string_view value);
+
+  bool changed() const { return changed_; }
+  bool changedOnly(const SettingRow& row) const { return changed_ && changes_.isOnly(row); }
+  // A text of the document as it stands, whole; "" where there is none.
+  std::string other(const std::string& path, const std::string& key);
+  void setOther(const std::string& path, const std::string& key, const std::string& value);
+  // What `set` compares with: a value that is none other than the one that was loaded leaves alone
+  // what stands there.
+  void know(const SettingRow& row, double value) { changes_.know(row, written(row, value)); }
+  void know(const SettingRow& row, std::string_view value) {
+    changes_.know(row, std::string(value));
+  }
+
+  // Writes the document when it was changed; what another program wrote meanwhile stays, but for
+  // the keys that were changed here. False when it could not be written; it stays changed then, and
+  // the file is as it was. Nothing is written over a file that cannot be read.
+  bool save();
+
+  // True when the last `save` failed and nobody has asked here since one succeeded: a person is
+  // told that once, and not with every setting.
+  bool tellRefusal();
+
+ private:
+  bool load();
+  bool isReadableNow();
+  bool writeDocument();
+  bool isForeign();
+  bool keepOldFile();
+  static std::string written(const SettingRow& row, double value);
+
+  const XmlFiles* files_;
+  XmlDocument document_;
+  std::string path_;
+  ConfigChanges changes_;
+  bool changed_ = false;
+  bool readable_ = true;
+  bool refused_ = false;
+  bool told_ = false;
+  bool keepFirst_ = false;  // the file on disk is to be kept before it is overwritten
+};
+
+// What the start-up makes of the document: every key in the order of the table, with the
+// corrections of its row.
+Settings loadSettings(ConfigStore& store);
+
+// The value of a row after its correction.
+double correctedNumber(const SettingRow& row, double value);
+
+// One group's values into the document, and the document to disk. False when that failed.
+bool saveSettings(ConfigStore& store, const Settings& settings, SettingGroup group);
+
+}  // namespace vgps

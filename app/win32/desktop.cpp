@@ -1,0 +1,88 @@
+#include "app/win32/desktop.h"
+
+#include <commctrl.h>
+#include <ole2.h>
+
+#include <memory>
+
+#include "app/desktop/startup.h"
+#include "app/session/app_state.h"
+#include "app/session/connection.h"
+#include "app/win32/device_installer.h"
+#include "app/win32/language_library.h"
+#include "app/win32/main_window.h"
+#include "app/win32/program_font.h"
+#include "app/win32/program_sounds.h"
+#include "app/win32/single_instance.h"
+#include "app/win32/window_door.h"
+#include "platform/files.h"
+#include "track/track_simulation.h"
+
+namespace vgps {
+namespace {
+
+constexpr int kDoorShutMs = 500;
+
+// The thread that draws and shows dialogs is an apartment of its own.
+class OleSession {
+ public:
+  OleSession() : entered_(SUCCEEDED(OleInitialize(nullptr))) {}
+  OleSession(const OleSession&) = delete;
+  OleSession& operator=(const OleSession&) = delete;
+  ~OleSession() {
+    if (entered_) OleUninitialize();
+  }
+
+ private:
+  const bool entered_;
+};
+
+}  // namespace
+
+int runDesktop(HINSTANCE instance, int show, std::span<const std::string> arguments) {
+  const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_STANDARD_CLASSES | ICC_WIN95_CLASSES};
+  InitCommonControlsEx(&controls);
+  StartTurn turn;
+  if (activateRunningCopy()) return 0;
+  const ProgramFont font(instance);
+  const OleSession ole;
+  const GdiplusSession gdiplus;
+
+  const Clock& clock = systemClock();
+  ProgramSounds sounds;
+  WindowDoor door;
+  MainWindow window;
+  AppState app(Platform{clock, sounds, door, window, makeSerialPort, locationSensorManager(),
+                        listSerialPorts, setSystemUtc, runDeviceInstaller});
+  app.paths = pathsOf(programFolder());
+  app.extensions.simulationFrom = [&app](const std::string& path, std::vector<std::string>& lines) {
+    return path.empty() ? simulationFromLibrary(app, lines) : simulationFromFile(path, lines);
+  };
+  startClocks(app);
+  startSettings(app);
+  const LanguageLibrary language(app.settings.languageFile);
+  sounds.useFilesOf(app.settings);
+
+  const HWND handle = window.create({instance, &language, &sounds}, app);
+  if (handle == nullptr) return 1;
+  turn.end();
+  door.open(handle, app.fix);
+  ShowWindow(handle, show);
+  UpdateWindow(handle);
+  const auto isOpen = [&] { return IsWindow(handle) != FALSE; };
+  if (startWork(app, parseStartOptions(arguments), isOpen)) {
+    if (app.settings.trayIcon) window.addTrayIcon();
+    window.followState();
+  }
+  const int result = window.runMessageLoop();
+
+  if (IsWindow(handle)) DestroyWindow(handle);  // the loop was ended from outside
+  door.shut(kDoorShutMs);
+  endProgram(app);
+  window.showLastMessages();
+  // A reader that hangs in a driver must find nothing destroyed: the system ends it.
+  if (!stopReceiver(app)) ExitProcess(static_cast<UINT>(result));
+  return result;
+}
+
+}  // namespace vgps

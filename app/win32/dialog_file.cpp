@@ -1,0 +1,87 @@
+#include "app/win32/dialog_file.h"
+
+#include <windows.h>
+
+#include <cderr.h>
+#include <commdlg.h>
+#include <shlobj.h>
+
+#include "base/texts.h"
+#include "platform/win32/com.h"
+#include "platform/win32/wide.h"
+
+namespace vgps {
+namespace {
+
+constexpr size_t kLongestPath = 4096;
+
+// Pairs of names and patterns, each with a NUL behind it.
+std::wstring filterOf(std::string_view kind, std::string_view pattern) {
+  const std::wstring shown = wideFromUtf8(pattern);
+  std::wstring filter = wideFromUtf8(kind) + L" (" + shown + L")" + L'\0' + shown + L'\0';
+  filter += wideFromUtf8(textOf(Text::allFiles)) + L" (*.*)" + L'\0' + L"*.*" + L'\0';
+  return filter;
+}
+
+std::wstring fullPath(const std::string& path) {
+  const std::wstring wide = wideFromUtf8(path);
+  std::wstring full(kLongestPath, L'\0');
+  const DWORD length =
+      GetFullPathNameW(wide.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+  if (wide.empty() || length == 0 || length >= full.size()) return {};
+  full.resize(length);
+  return full;
+}
+
+void beginIn(IFileOpenDialog& chooser, const std::string& folder) {
+  const std::wstring path = fullPath(folder);
+  if (path.empty()) return;
+  void* item = nullptr;
+  if (FAILED(SHCreateItemFromParsingName(path.c_str(), nullptr, __uuidof(IShellItem), &item)))
+    return;  // there is no such folder: it begins where the system likes
+  const ComPtr<IShellItem> owned(static_cast<IShellItem*>(item));
+  chooser.SetFolder(owned.get());
+}
+
+}  // namespace
+
+std::optional<std::string> chooseExistingFile(HWND owner, std::string_view kind,
+                                              std::string_view pattern,
+                                              const std::string& current) {
+  const std::wstring filter = filterOf(kind, pattern);
+  std::wstring path = fullPath(current);
+  path.resize(kLongestPath, L'\0');
+  OPENFILENAMEW choice{};
+  choice.lStructSize = sizeof choice;
+  choice.hwndOwner = owner;
+  choice.lpstrFilter = filter.c_str();
+  choice.lpstrFile = path.data();
+  choice.nMaxFile = static_cast<DWORD>(path.size());
+  choice.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
+  BOOL chosen = GetOpenFileNameW(&choice);
+  // What stands in the box may be no name of a file at all.
+  if (chosen == FALSE && CommDlgExtendedError() == FNERR_INVALIDFILENAME) {
+    path[0] = L'\0';
+    chosen = GetOpenFileNameW(&choice);
+  }
+  if (chosen == FALSE) return std::nullopt;
+  return utf8FromWide(path.c_str());
+}
+
+std::optional<std::string> chooseExistingFolder(HWND owner, const std::string& current) {
+  const ComPtr<IFileOpenDialog> chooser = createObject<IFileOpenDialog>(CLSID_FileOpenDialog);
+  if (chooser == nullptr) return std::nullopt;
+  chooser->SetOptions(FOS_PICKFOLDERS | FOS_FORCEFILESYSTEM | FOS_NOCHANGEDIR | FOS_PATHMUSTEXIST);
+  beginIn(*chooser, current);
+  if (FAILED(chooser->Show(owner))) return std::nullopt;
+  IShellItem* item = nullptr;
+  if (FAILED(chooser->GetResult(&item))) return std::nullopt;
+  const ComPtr<IShellItem> owned(item);
+  wchar_t* path = nullptr;
+  if (FAILED(item->GetDisplayName(SIGDN_FILESYSPATH, &path))) return std::nullopt;
+  std::string chosen = utf8FromWide(path);
+  CoTaskMemFree(path);
+  return chosen;
+}
+
+}  // namespace vgps

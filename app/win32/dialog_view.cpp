@@ -1,0 +1,151 @@
+#include "app/win32/dialog_view.h"
+
+#include <commdlg.h>
+
+#include "app/win32/dialog_file.h"
+#include "app/win32/main_window.h"
+#include "app/win32/program_sounds.h"
+#include "platform/win32/wide.h"
+
+namespace vgps {
+namespace {
+
+bool isComboBox(HWND control) {
+  wchar_t name[16] = L"";
+  GetClassNameW(control, name, std::size(name));
+  return lstrcmpiW(name, L"ComboBox") == 0;
+}
+
+// The longest item decides, so that a port's name is not cut off; the box itself stays.
+void widenDropDown(HWND box, std::span<const std::string> items) {
+  const HDC context = GetDC(box);
+  if (context == nullptr) return;
+  const HGDIOBJ before = SelectObject(
+      context, reinterpret_cast<HFONT>(SendMessageW(box, WM_GETFONT, 0, 0)));  // NOLINT
+  LONG widest = 0;
+  for (const std::string& item : items) {
+    const std::wstring wide = wideFromUtf8(item);
+    SIZE size{};
+    GetTextExtentPoint32W(context, wide.c_str(), static_cast<int>(wide.size()), &size);
+    widest = std::max(widest, size.cx);
+  }
+  SelectObject(context, before);
+  ReleaseDC(box, context);
+  const LONG edges = GetSystemMetrics(SM_CXVSCROLL) + 4 * GetSystemMetrics(SM_CXEDGE);
+  const LONG width = widest + edges;
+  SendMessageW(box, CB_SETDROPPEDWIDTH, static_cast<WPARAM>(width), 0);
+}
+
+}  // namespace
+
+bool WindowDialogView::has(uint16_t number) { return control(number) != nullptr; }
+
+void WindowDialogView::setText(uint16_t number, std::string_view text) {
+  SetDlgItemTextW(dialog_, number, wideFromUtf8(text).c_str());
+}
+
+std::string WindowDialogView::text(uint16_t number) {
+  const HWND window = control(number);
+  if (window == nullptr) return {};
+  std::wstring text(static_cast<size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+  text.resize(
+      static_cast<size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
+  return utf8FromWide(text);
+}
+
+void WindowDialogView::limitText(uint16_t number, size_t units) {
+  const HWND window = control(number);
+  SendMessageW(window, isComboBox(window) ? CB_LIMITTEXT : EM_SETLIMITTEXT, units, 0);
+}
+
+void WindowDialogView::setChecked(uint16_t number, bool checked) {
+  CheckDlgButton(dialog_, number, checked ? BST_CHECKED : BST_UNCHECKED);
+}
+
+bool WindowDialogView::checked(uint16_t number) {
+  return IsDlgButtonChecked(dialog_, number) == BST_CHECKED;
+}
+
+void WindowDialogView::setItems(uint16_t number, std::span<const std::string> items) {
+  const HWND box = control(number);
+  SendMessageW(box, CB_RESETCONTENT, 0, 0);
+  for (const std::string& item : items) {
+    SendMessageW(box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wideFromUtf8(item).c_str()));
+  }
+  widenDropDown(box, items);
+}
+
+void WindowDialogView::select(uint16_t number, int item) {
+  SendMessageW(control(number), CB_SETCURSEL, static_cast<WPARAM>(item), 0);
+}
+
+int WindowDialogView::selected(uint16_t number) {
+  return static_cast<int>(SendMessageW(control(number), CB_GETCURSEL, 0, 0));
+}
+
+void WindowDialogView::setColour(uint16_t number, Colour colour) {
+  colours_[number] = colour;
+  const HWND window = control(number);
+  if (window != nullptr) InvalidateRect(window, nullptr, TRUE);
+}
+
+Colour WindowDialogView::colour(uint16_t number) { return colours_[number]; }
+
+// The keyboard must not stay in a control that takes none.
+void WindowDialogView::enable(uint16_t number, bool enabled) {
+  const HWND window = control(number);
+  if (window == nullptr || (IsWindowEnabled(window) != FALSE) == enabled) return;
+  if (!enabled && GetFocus() == window) SendMessageW(dialog_, WM_NEXTDLGCTL, 0, FALSE);
+  EnableWindow(window, enabled ? TRUE : FALSE);
+}
+
+std::optional<std::string> WindowDialogView::chooseFile(std::string_view kind,
+                                                        std::string_view pattern,
+                                                        const std::string& current) {
+  return chooseExistingFile(dialog_, kind, pattern, current);
+}
+
+std::optional<std::string> WindowDialogView::chooseFolder(const std::string& current) {
+  return chooseExistingFolder(dialog_, current);
+}
+
+std::optional<Colour> WindowDialogView::chooseColour(Colour current) {
+  CHOOSECOLORW choice{};
+  choice.lStructSize = sizeof choice;
+  choice.hwndOwner = dialog_;
+  choice.rgbResult = current;
+  choice.lpCustColors = mixedColours_.data();
+  choice.Flags = CC_RGBINIT | CC_FULLOPEN | CC_ANYCOLOR;
+  if (ChooseColorW(&choice) == FALSE) return std::nullopt;
+  return choice.rgbResult;
+}
+
+void WindowDialogView::playSound(const std::string& file, const char* name) {
+  vgps::playSound(file, name);
+}
+
+void WindowDialogView::tell(std::string_view text) {
+  MessageBoxW(dialog_, wideFromUtf8(text).c_str(), programTitle().c_str(),
+              MB_OK | MB_ICONINFORMATION);
+}
+
+bool WindowDialogView::drawColour(const DRAWITEMSTRUCT& item) {
+  const auto found = colours_.find(static_cast<uint16_t>(item.CtlID));
+  if (found == colours_.end()) return false;
+  const bool focused = (item.itemState & ODS_FOCUS) != 0;
+  const bool pressed = (item.itemState & ODS_SELECTED) != 0;
+  RECT area = item.rcItem;
+  FillRect(item.hDC, &area, GetSysColorBrush(COLOR_BTNFACE));
+  FrameRect(item.hDC, &area, GetSysColorBrush(focused ? COLOR_HIGHLIGHT : COLOR_BTNSHADOW));
+  const int margin = GetSystemMetrics(SM_CXEDGE) + (pressed ? 2 : 1);
+  InflateRect(&area, -margin, -margin);
+  const HBRUSH brush = CreateSolidBrush(found->second & 0xFFFFFF);
+  FillRect(item.hDC, &area, brush);
+  DeleteObject(brush);
+  // Also a colour like the dialog's own is seen.
+  FrameRect(item.hDC, &area, GetSysColorBrush(COLOR_BTNSHADOW));
+  if (focused && (item.itemState & ODS_NOFOCUSRECT) == 0) DrawFocusRect(item.hDC, &item.rcItem);
+  return true;
+}
+
+}  // namespace vgps

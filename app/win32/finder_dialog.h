@@ -1,0 +1,28 @@
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+
+#include "app/session/connection.h"
+#include "gps/port_finder.h"
+
+namespace vgps {
+
+struct FinderSetup {
+  std::vector<PortName> (*listPorts)() = listSerialPorts;
+  PortFinder::MakePort makePort = makeSerialPort;
+  PortFinderTimes times{};
+};
+
+// A cell of a list, up to 200 characters.
+std::wstring cellText(HWND list, int row, int column);
+
+// Searches all ports for a receiver and lets the person choose among the answers. Empty when
+// nothing was chosen. The program's own connection has to be closed before: its port would be
+// busy.
+std::optional<SourceChoice> runFinder(HINSTANCE resources, HWND owner,
+                                      const FinderSetup& setup = {});
+
+}  // namespace vgps

@@ -1,0 +1,405 @@
+#include "app/win32/main_window.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/desktop/commands.h"
+#include "app/desktop/menus.h"
+#include "app/desktop/scene_of.h"
+#include "app/desktop/startup.h"
+#include "app/session/app_state.h"
+#include "app/session/on_line.h"
+#include "app/session/timers.h"
+#include "app/win32/dpi.h"
+#include "app/win32/main_menu.h"
+#include "app/win32/message_parameter.h"
+#include "app/win32/single_instance.h"
+#include "app/win32/window_door.h"
+#include "app/win32/window_messages.h"
+#include "base/texts.h"
+#include "display/readout_layout.h"
+#include "display/screens.h"
+#include "platform/win32/wide.h"
+
+namespace vgps {
+namespace {
+
+// Far from the numbers of the program's own timers.
+constexpr UINT_PTR kDrawTimer = 1001;
+constexpr UINT_PTR kStatusTimer = 1002;
+constexpr UINT kDrawDelayMs = 30;       // the lines of one burst arrive within it
+constexpr UINT kStatusPeriodMs = 1000;  // ages are shown in seconds
+
+// Client sizes at 96 dots per inch.
+constexpr SIZE kFirstSize = {800, 480};
+constexpr SIZE kSmallestSize = {240, 180};
+
+// By the state of the track: idle, recording, paused, playing.
+constexpr std::array<const wchar_t*, 4> kStateIcons = {L"ICON_1", L"ICON_RECORD", L"ICON_PAUSE",
+                                                       L"ICON_PLAY"};
+
+constexpr uint32_t kOpenFromTray = 1;  // no command of the program's
+
+RECT pixelsOf(const Rect& rect) {
+  return {static_cast<LONG>(rect.x), static_cast<LONG>(rect.y),
+          static_cast<LONG>(rect.x + rect.width), static_cast<LONG>(rect.y + rect.height)};
+}
+
+bool contains(const RECT& outer, const RECT& inner) {
+  return inner.left >= outer.left && inner.top >= outer.top && inner.right <= outer.right &&
+         inner.bottom <= outer.bottom;
+}
+
+bool registerClass(HINSTANCE instance, WNDPROC procedure) {
+  WNDCLASSEXW description{};
+  description.cbSize = sizeof description;
+  description.style = CS_HREDRAW | CS_VREDRAW;
+  description.lpfnWndProc = procedure;
+  description.hInstance = instance;
+  description.hIcon = LoadIconW(instance, L"ICON_1");
+  description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  description.lpszClassName = kMainWindowClass;
+  return RegisterClassExW(&description) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+}
+
+// Before a source was ever chosen there is nothing that the read-out could show.
+bool isFirstStart(const AppState& app) {
+  const Settings& settings = app.settings;
+  return app.currentScreen == Screen::gps && !app.fix.running && settings.port.empty() &&
+         !settings.simulate && !settings.useGpsApi && settings.useSensorApi == 0;
+}
+
+// Only then do the seconds change what is shown.
+bool timePasses(const AppState& app) {
+  return app.fix.running || app.shown.fixSeen || !currentNotice(app).empty();
+}
+
+}  // namespace
+
+std::wstring programTitle() { return wideFromUtf8(textOf(Text::programName)); }
+
+MainWindow::~MainWindow() {
+  if (accelerators_ != nullptr) DestroyAcceleratorTable(accelerators_);
+  forgetIcons();
+}
+
+HWND MainWindow::create(const WindowSetting& setting, AppState& app) {
+  if (!registerClass(setting.instance, procedure)) return nullptr;
+  setting_ = setting;
+  app_ = &app;
+  const SIZE size = windowSizeFor(kFirstSize, WS_OVERLAPPEDWINDOW, true, dpiOf(nullptr));
+  CreateWindowExW(0, kMainWindowClass, programTitle().c_str(),
+                  WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, size.cx,
+                  size.cy, nullptr, createMainMenu(), setting.instance, this);
+  if (window_ == nullptr) return nullptr;
+  accelerators_ = createAccelerators();
+  registerHotKeys(window_);
+  followState();
+  if (!messages_.empty()) PostMessageW(window_, kMessagesWaiting, 0, 0);
+  return window_;
+}
+
+void MainWindow::addTrayIcon() {
+  tray_.add(window_, icons_[static_cast<size_t>(std::max(shownTrackState_, 0))].small,
+            programTitle().c_str());
+}
+
+int MainWindow::runMessageLoop() {
+  MSG message{};
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    if (window_ != nullptr && TranslateAcceleratorW(window_, accelerators_, &message)) continue;
+    if (startButtons_.areShown() && IsDialogMessageW(window_, &message)) continue;
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+  return static_cast<int>(message.wParam);
+}
+
+// Another copy asks before anything else is looked at, also while the window comes and goes.
+LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
+  if (message == instanceQueryMessage() && message != 0) return kInstanceAnswer;
+  if (message == WM_NCCREATE) {
+    const auto* const creation = addressIn<const CREATESTRUCTW>(second);
+    auto* const created = static_cast<MainWindow*>(creation->lpCreateParams);
+    created->window_ = window;
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
+  }
+  auto* const self = addressIn<MainWindow>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  if (self == nullptr) return DefWindowProcW(window, message, first, second);
+  return self->handle(message, first, second);
+}
+
+// What people, receivers and timers bring.
+LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
+  if (handleUiMessage(message, first, second)) return WindowDoor::kHandled;
+  switch (message) {
+    case WM_COMMAND:
+      runCommand(*app_, static_cast<Command>(LOWORD(first)));
+      followState();
+      return 0;
+    case WM_HOTKEY:
+      // A question or a chooser waits for its answer about what is now; it disables this window.
+      if (!dialogOpen_ && IsWindowEnabled(window_)) runHotKey(*app_, static_cast<Command>(first));
+      followState();
+      return 0;
+    case WM_INITMENUPOPUP: updateMenu(addressIn<HMENU__>(first), *app_); return 0;
+    case WM_TIMER: onTimer(first); return 0;
+    case WM_KEYDOWN: onKey(first); return 0;
+    case TrayIcon::kTrayMessage: onTrayPress(second); return 0;
+    case kTitleChanged: showTitle(); return 0;
+    case kMessagesWaiting: showMessages(); return 0;
+    case WM_CLOSE: onClose(); return 0;
+    case WM_QUERYENDSESSION: return TRUE;  // nothing is lost by it
+    case WM_ENDSESSION:
+      if (first != FALSE) onEndOfSession();
+      return 0;
+    default: return handleFrame(message, first, second);
+  }
+}
+
+// The window itself: drawing, size, life.
+LRESULT MainWindow::handleFrame(UINT message, WPARAM first, LPARAM second) {
+  switch (message) {
+    case WM_PAINT: paint(); return 0;
+    case WM_ERASEBKGND: return 1;  // everything is drawn anyhow, and erasing would flicker
+    case WM_PRINTCLIENT: {
+      RECT client{};
+      GetClientRect(window_, &client);
+      drawInto(addressIn<HDC__>(first), client.right, client.bottom);
+      return 0;
+    }
+    case WM_DRAWITEM:
+      startButtons_.drawButton(*addressIn<const DRAWITEMSTRUCT>(second), sceneOf(*app_).palette);
+      return TRUE;
+    case WM_SIZE: startButtons_.place(); return 0;
+    case WM_SETFOCUS: startButtons_.focus(); return 0;
+    case DM_GETDEFID:  // Enter presses the button that has the keyboard
+      if (!startButtons_.areShown()) return 0;
+      return MAKELRESULT(GetDlgCtrlID(startButtons_.focused()), DC_HASDEFID);
+    case WM_DPICHANGED: onDpiChanged(*addressIn<const RECT>(second)); return 0;
+    case WM_GETMINMAXINFO: keepReadable(*addressIn<MINMAXINFO>(second)); return 0;
+    case WM_DESTROY: onDestroy(); return 0;
+    case WM_NCDESTROY: {
+      const HWND window = std::exchange(window_, nullptr);
+      SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+      return DefWindowProcW(window, message, first, second);
+    }
+    default:
+      if (message == TrayIcon::areaCreatedMessage() && message != 0) tray_.restore();
+      return DefWindowProcW(window_, message, first, second);
+  }
+}
+
+bool MainWindow::handleUiMessage(UINT message, WPARAM first, LPARAM second) {
+  std::string text;
+  UiMessage event;
+  if (!readUiMessage(message, first, second, app_->fix, text, event)) return false;
+  onUiMessage(*app_, event);
+  followState();
+  return true;
+}
+
+void MainWindow::onTimer(WPARAM timer) {
+  if (timer == kDrawTimer) {
+    KillTimer(window_, kDrawTimer);
+    RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
+  } else if (timer == kStatusTimer) {
+    watchStatus();
+  } else {
+    vgps::onTimer(*app_, static_cast<uint32_t>(timer));
+  }
+  followState();
+}
+
+void MainWindow::onKey(WPARAM key) {
+  if (key == VK_SPACE) app_->gps.simulation.step();
+}
+
+// The wish may come again while the person is being asked.
+void MainWindow::onClose() {
+  if (closing_) return;
+  closing_ = true;
+  closeRequested(*app_);
+  closing_ = false;
+  followState();
+}
+
+// The person logs off or the machine goes down, and nobody waits for answers: the recording's
+// journal stays for the next start.
+// No point may come behind the journal's end: it would begin another one.
+void MainWindow::onEndOfSession() {
+  app_->fix.stopReaders(0);
+  endProgram(*app_);
+}
+
+void MainWindow::onDestroy() {
+  tray_.remove();
+  unregisterHotKeys(window_);
+  PostQuitMessage(0);
+}
+
+void MainWindow::onTrayPress(LPARAM mouse) {
+  if (LOWORD(mouse) == WM_LBUTTONDOWN) bringForward();
+  if (LOWORD(mouse) == WM_RBUTTONUP) showTrayMenu();
+}
+
+void MainWindow::bringForward() {
+  ShowWindow(window_, IsIconic(window_) ? SW_RESTORE : SW_SHOW);
+  SetForegroundWindow(GetLastActivePopup(window_));
+}
+
+// A question that waits for its answer disables the window, and the commands with it.
+void MainWindow::showTrayMenu() {
+  const Command link = app_->fix.running ? Command::disconnect : Command::connect;
+  const bool free = !dialogOpen_ && IsWindowEnabled(window_);
+  const TrayMenuRow rows[] = {
+      {kOpenFromTray, wideFromUtf8(textOf(Text::trayOpen))},
+      {0, {}},
+      {static_cast<uint32_t>(link), wideFromUtf8(textOf(itemText(link))), free},
+      {0, {}},
+      {static_cast<uint32_t>(Command::shutdown), wideFromUtf8(textOf(Text::trayExit)), free}};
+  const uint32_t chosen = TrayIcon::choose(window_, rows);
+  if (window_ == nullptr || chosen == 0) return;
+  if (chosen == kOpenFromTray) {
+    bringForward();
+  } else if (!dialogOpen_ && IsWindowEnabled(window_)) {
+    runCommand(*app_, static_cast<Command>(chosen));
+    followState();
+  }
+}
+
+// Moved to a screen of another density: the system has worked out the size to keep.
+void MainWindow::onDpiChanged(const RECT& suggested) {
+  SetWindowPos(window_, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
+               suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
+  forgetIcons();
+  followState();
+}
+
+void MainWindow::keepReadable(MINMAXINFO& limits) const {
+  const SIZE smallest = windowSizeFor(kSmallestSize, WS_OVERLAPPEDWINDOW, true, dpiOf(window_));
+  limits.ptMinTrackSize = {smallest.cx, smallest.cy};
+}
+
+// Loaded when they are first shown: most runs of the program show the first only.
+void MainWindow::showIcons(size_t state) {
+  const int dpi = dpiOf(window_);
+  Icons& icons = icons_[state];
+  if (icons.small == nullptr) {
+    icons = {loadIcon(setting_.instance, kStateIcons[state], true, dpi),
+             loadIcon(setting_.instance, kStateIcons[state], false, dpi)};
+  }
+  SendMessageW(window_, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icons.small));
+  SendMessageW(window_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icons.large));
+  tray_.setIcon(icons.small);
+}
+
+void MainWindow::forgetIcons() {
+  for (Icons& icons : icons_) {
+    if (icons.small != nullptr) DestroyIcon(icons.small);
+    if (icons.large != nullptr) DestroyIcon(icons.large);
+    icons = {};
+  }
+  shownTrackState_ = -1;
+}
+
+void MainWindow::followState() {
+  if (window_ == nullptr) return;
+  if (shownTrackState_ != app_->track.state) {
+    shownTrackState_ = app_->track.state;
+    showIcons(static_cast<size_t>(std::clamp(shownTrackState_, 0, 3)));
+  }
+  if (isFirstStart(*app_) != startButtons_.areShown()) {
+    startButtons_.show(window_, !startButtons_.areShown(), app_->settings.fontFactor);
+    InvalidateRect(window_, nullptr, FALSE);
+  }
+  const bool simulating = app_->fix.running && app_->fix.simulate;
+  if (simulating != titled_) showTitle();
+  watchWhileTimePasses();
+}
+
+void MainWindow::watchWhileTimePasses() {
+  if (timePasses(*app_) == watching_) return;
+  watching_ = !watching_;
+  if (watching_) {
+    SetTimer(window_, kStatusTimer, kStatusPeriodMs, nullptr);
+  } else {
+    KillTimer(window_, kStatusTimer);
+    repaint();  // what has passed is still to be seen
+  }
+}
+
+Rect MainWindow::statusBar() const {
+  RECT client{};
+  GetClientRect(window_, &client);
+  return layoutReadout({0, 0, static_cast<float>(client.right), static_cast<float>(client.bottom)},
+                       {densityOf(window_), app_->settings.fontFactor})
+      .status;
+}
+
+// Without data nobody asks for a repaint, yet ages grow and a silent receiver has to be shown as
+// silent. Nothing is drawn while the texts stay the same, and only the status line when it alone
+// has changed: that is little work, and holds no repaint up that new data ask for.
+void MainWindow::watchStatus() {
+  if (refreshDisplays(*app_)) return;
+  const PassingTexts now = passingTexts(sceneOf(*app_));
+  if (now == paintedTexts_) return;
+  if (now.values == paintedTexts_.values) {
+    const RECT bar = pixelsOf(statusBar());
+    statusOnly_ = true;
+    InvalidateRect(window_, &bar, FALSE);
+  } else if (app_->repaints.due(app_->platform.clock.tick())) {
+    repaint();
+  }
+}
+
+void MainWindow::repaint() { SetTimer(window_, kDrawTimer, kDrawDelayMs, nullptr); }
+
+void MainWindow::paint() {
+  PAINTSTRUCT paint;
+  const HDC screen = BeginPaint(window_, &paint);
+  if (screen == nullptr) return;
+  RECT client{};
+  GetClientRect(window_, &client);
+  const int width = std::max<int>(client.right, 1);
+  const int height = std::max<int>(client.bottom, 1);
+  const bool statusOnly = std::exchange(statusOnly_, false) && backBuffer_.holds(width, height) &&
+                          contains(pixelsOf(statusBar()), paint.rcPaint);
+  const HDC buffer = backBuffer_.prepare(screen, width, height);
+  if (buffer != nullptr) {
+    if (statusOnly) {
+      drawStatusInto(buffer, client.right, client.bottom);
+    } else {
+      drawInto(buffer, client.right, client.bottom);
+    }
+    BitBlt(screen, 0, 0, client.right, client.bottom, buffer, 0, 0, SRCCOPY);
+  }
+  EndPaint(window_, &paint);
+}
+
+Scene MainWindow::scene() const {
+  Scene scene = sceneOf(*app_);
+  scene.density = densityOf(window_);
+  return scene;
+}
+
+void MainWindow::drawInto(HDC target, int width, int height) {
+  const Scene drawn = scene();
+  GdiplusCanvas canvas(target, width, height, fonts_);
+  drawScreen(canvas, drawn);
+  if (startButtons_.areShown()) startButtons_.drawWords(canvas, drawn.palette);
+  paintedTexts_ = passingTexts(drawn);
+  noteDrawn(*app_);
+  if (canvas.status() != Gdiplus::Ok) OutputDebugStringW(L"the screen could not be drawn\n");
+}
+
+// Over the picture that the buffer still holds.
+void MainWindow::drawStatusInto(HDC target, int width, int height) {
+  const Scene drawn = scene();
+  GdiplusCanvas canvas(target, width, height, fonts_);
+  const ReadoutLayout layout = layoutReadout(canvas.bounds(), {drawn.density, drawn.fontFactor});
+  drawStatusLine(canvas, {layout.status, layout.smallText}, drawn);
+  paintedTexts_.status = passingTexts(drawn).status;
+}
+
+}  // namespace vgps

@@ -1,0 +1,137 @@
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <deque>
+#include <mutex>
+#include <string>
+
+#include "app/desktop/command.h"
+#include "app/win32/back_buffer.h"
+#include "app/win32/language_library.h"
+#include "app/win32/program_sounds.h"
+#include "app/win32/start_buttons.h"
+#include "app/win32/tray_icon.h"
+#include "display/status_line.h"
+#include "platform/win32/gdiplus_canvas.h"
+#include "platform/window.h"
+
+namespace vgps {
+
+struct AppState;
+
+inline constexpr const wchar_t* kMainWindowClass = L"VGPS CLASS";
+// The program's name, in the caption and on message boxes.
+std::wstring programTitle();
+
+// What the window needs of the program around it.
+struct WindowSetting {
+  HINSTANCE instance = nullptr;
+  const LanguageLibrary* language = nullptr;  // null: everything in English
+  ProgramSounds* sounds = nullptr;            // told when the person has chosen others
+};
+
+// The one top-level window. It draws what `AppState` holds and passes on what happens to it.
+class MainWindow : public Window {
+ public:
+  MainWindow() = default;
+  MainWindow(const MainWindow&) = delete;
+  MainWindow& operator=(const MainWindow&) = delete;
+  ~MainWindow() override;
+
+  // Null when the system refuses. The window lives until it is closed; `app` must outlive it.
+  HWND create(const WindowSetting& setting, AppState& app);
+  // The icon in the notification area, until the window goes.
+  void addTrayIcon();
+  // Gets, translates and hands out messages until the program is to end; its exit code.
+  int runMessageLoop();
+  // Icons, buttons and timers after the program's state.
+  void followState();
+  // What was to be said when there was no window any more.
+  void showLastMessages();
+
+  void repaint() override;
+  void setTitle(std::string_view title) override;
+  void tellError(std::string_view text) override;
+  bool shiftHeld() override;
+  void pressSpace() override;
+  void tell(std::string_view text) override;
+  bool ask(std::string_view question) override;
+  size_t choose(std::string_view question, std::span<const std::string_view> answers) override;
+  void setTimer(uint32_t number, uint32_t ms) override;
+  void killTimer(uint32_t number) override;
+  void postTap(uint32_t point) override;
+  void resizeClient(int32_t width, int32_t height) override;
+  bool openDialog(uint32_t command) override;
+  bool openUrl(std::string_view url) override;
+  std::string chooseFile(const FileChoice& choice) override;
+  void close() override;
+  void closeBrowser() override {}  // no page has been shown yet
+  void destroy() override;
+
+ private:
+  static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARAM second);
+  LRESULT handle(UINT message, WPARAM first, LPARAM second);
+  LRESULT handleFrame(UINT message, WPARAM first, LPARAM second);
+  bool handleUiMessage(UINT message, WPARAM first, LPARAM second);
+  void onTimer(WPARAM timer);
+  void onKey(WPARAM key);
+  void onClose();
+  void onDestroy();
+  void onEndOfSession();
+  void onTrayPress(LPARAM mouse);
+  void onDpiChanged(const RECT& suggested);
+  void keepReadable(MINMAXINFO& limits) const;
+  void bringForward();
+  void showTrayMenu();
+  Scene scene() const;
+  Rect statusBar() const;
+  void watchStatus();
+  void watchWhileTimePasses();
+  void showIcons(size_t state);
+  void forgetIcons();
+  void paint();
+  void drawInto(HDC target, int width, int height);
+  bool openFinder();
+  bool openSettings(Command command);
+  void drawStatusInto(HDC target, int width, int height);
+  void showTitle();
+  void showMessages();
+
+  HWND window_ = nullptr;
+  AppState* app_ = nullptr;
+  WindowSetting setting_;
+  HACCEL accelerators_ = nullptr;
+  BackBuffer backBuffer_;
+  GdiplusFonts fonts_;
+  StartButtons startButtons_;
+  TrayIcon tray_;
+  PassingTexts paintedTexts_;
+  bool statusOnly_ = false;  // nothing but the status line is to be drawn
+  bool closing_ = false;
+  bool dialogOpen_ = false;
+  bool watching_ = false;  // the status timer runs
+
+  struct Icons {
+    HICON small = nullptr;
+    HICON large = nullptr;
+  };
+  std::array<Icons, 4> icons_{};  // by the state of the track
+  int32_t shownTrackState_ = -1;
+
+  bool titled_ = false;  // the caption shows the simulation's title
+  std::mutex titleMutex_;
+  std::wstring title_;
+
+  struct Message {
+    std::wstring text;
+    UINT icon;
+  };
+  void queueMessage(std::string_view text, UINT icon);
+
+  std::deque<Message> messages_;
+  bool showingMessages_ = false;
+};
+
+}  // namespace vgps

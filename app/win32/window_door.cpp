@@ -1,0 +1,106 @@
+#include "app/win32/window_door.h"
+
+#include <bit>
+#include <string>
+
+#include "app/win32/message_parameter.h"
+#include "gps/gps_fix.h"
+#include "platform/win32/wide.h"
+
+namespace vgps {
+namespace {
+
+// A reading travels in one parameter, the generation of its source in the other.
+struct Reading {
+  float x, y;  // degrees; exact to a metre, and shown to the thousandth
+};
+static_assert(sizeof(WPARAM) == sizeof(Reading));
+
+bool carriesAddress(UiEvent event) {
+  return event == UiEvent::line || event == UiEvent::unknownBytes || event == UiEvent::logFailed;
+}
+
+// Counts a caller for as long as it may be waiting for the window.
+class Count {
+ public:
+  explicit Count(std::atomic<int>& counter) : counter_(counter) { ++counter_; }
+  Count(const Count&) = delete;
+  Count& operator=(const Count&) = delete;
+  ~Count() { --counter_; }
+
+ private:
+  std::atomic<int>& counter_;
+};
+
+}  // namespace
+
+void WindowDoor::open(HWND window, const GpsFix& fix) {
+  window_ = window;
+  fix_ = &fix;
+  shut_ = false;
+}
+
+bool WindowDoor::send(const UiMessage& message) {
+  const Count count(underWay_);
+  if (shut_) return false;
+  std::wstring wide;
+  WPARAM first = reinterpret_cast<WPARAM>(message.record);
+  if (message.record == nullptr && carriesAddress(message.event)) {
+    wide = wideFromUtf8(message.text);
+    first = reinterpret_cast<WPARAM>(wide.c_str());
+  }
+  return SendMessageW(window_, static_cast<UINT>(message.event), first,
+                      reinterpret_cast<LPARAM>(fix_)) == kHandled;
+}
+
+void WindowDoor::post(const UiMessage& message) {
+  const Count count(underWay_);
+  if (shut_) return;
+  const Reading reading = {static_cast<float>(message.x), static_cast<float>(message.y)};
+  PostMessageW(window_, static_cast<UINT>(message.event), std::bit_cast<WPARAM>(reading),
+               static_cast<LPARAM>(message.generation));
+}
+
+// A sender that is waiting already is let go by taking its message out of the queue: handled where
+// the window still lives, refused by the system where it does not.
+void WindowDoor::shut(int timeoutMs) {
+  shut_ = true;
+  const ULONGLONG start = GetTickCount64();
+  while (underWay_ > 0 && GetTickCount64() - start < static_cast<ULONGLONG>(timeoutMs)) {
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_SENDMESSAGE);
+    MSG message;
+    PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);
+  }
+}
+
+bool readUiMessage(UINT number, WPARAM first, LPARAM second, const GpsFix& fix, std::string& text,
+                   UiMessage& message) {
+  if (number < static_cast<UINT>(UiEvent::line) || number > static_cast<UINT>(UiEvent::logFailed)) {
+    return false;
+  }
+  message.event = static_cast<UiEvent>(number);
+  if (message.event == UiEvent::sensor) {
+    const auto reading = std::bit_cast<Reading>(first);
+    message.x = reading.x;
+    message.y = reading.y;
+    message.generation = static_cast<uint32_t>(second);
+    return true;
+  }
+  if (second != reinterpret_cast<LPARAM>(&fix)) return false;
+  const ReaderControl& readers = fix.state.readers;
+  message.generation = readers.speaking;  // the sender waits, so it is still its turn
+  if (!carriesAddress(message.event)) return true;
+  if (first == 0) return false;
+  // Another source was opened meanwhile, and its protocol tells nothing about this parameter.
+  const bool stale = message.generation != 0 && message.generation != readers.generation;
+  if (message.event == UiEvent::line && stale) return true;
+  if (message.event == UiEvent::line && fix.state.inputProtocol == kSirfBinary) {
+    message.record = addressIn<const void>(first);
+    return true;
+  }
+  text = utf8FromWide(addressIn<const wchar_t>(first));
+  message.text = text;
+  return true;
+}
+
+}  // namespace vgps

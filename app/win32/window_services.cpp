@@ -1,0 +1,208 @@
+#include "app/win32/main_window.h"
+
+// Behind <windows.h>, on which they build.
+#include <commctrl.h>
+#include <commdlg.h>
+#include <shellapi.h>
+
+#include <vector>
+
+#include "app/desktop/command.h"
+#include "app/desktop/dialog_context.h"
+#include "app/win32/dialogs.h"
+#include "app/win32/dpi.h"
+#include "app/win32/find_receiver.h"
+#include "app/win32/finder_dialog.h"
+#include "app/win32/window_messages.h"
+#include "platform/win32/wide.h"
+#include "res/finder_ids.h"
+
+// What the program asks of its window.
+namespace vgps {
+namespace {
+
+// The buttons of a question with several answers; far from IDOK and its like, which close it.
+constexpr int kFirstAnswer = 1001;
+
+}  // namespace
+
+// The reader must not wait for the window here, so the text is left for it to fetch.
+void MainWindow::setTitle(std::string_view title) {
+  {
+    const std::lock_guard lock(titleMutex_);
+    title_ = wideFromUtf8(title);
+  }
+  PostMessageW(window_, kTitleChanged, 0, 0);
+}
+
+// Only the simulation has a title of its own, and one may still come when it has ended.
+void MainWindow::showTitle() {
+  std::wstring title;
+  {
+    const std::lock_guard lock(titleMutex_);
+    title = title_;
+  }
+  titled_ = app_->fix.running && app_->fix.simulate;
+  SetWindowTextW(window_, titled_ && !title.empty() ? title.c_str() : programTitle().c_str());
+}
+
+// A message box runs until the person answers, and the caller may be a reader that waits.
+void MainWindow::tellError(std::string_view text) { queueMessage(text, MB_ICONERROR); }
+
+void MainWindow::tell(std::string_view text) { queueMessage(text, MB_ICONINFORMATION); }
+
+// What is said before there is a window waits for it.
+void MainWindow::queueMessage(std::string_view text, UINT icon) {
+  messages_.push_back({wideFromUtf8(text), icon});
+  if (window_ != nullptr) PostMessageW(window_, kMessagesWaiting, 0, 0);
+}
+
+void MainWindow::showMessages() {
+  if (showingMessages_) return;
+  showingMessages_ = true;
+  while (!messages_.empty() && window_ != nullptr) {
+    const Message message = messages_.front();
+    messages_.pop_front();
+    MessageBoxW(window_, message.text.c_str(), programTitle().c_str(), MB_OK | message.icon);
+  }
+  showingMessages_ = false;
+}
+
+void MainWindow::showLastMessages() {
+  for (const Message& message : messages_) {
+    MessageBoxW(nullptr, message.text.c_str(), programTitle().c_str(),
+                MB_OK | MB_SETFOREGROUND | message.icon);
+  }
+  messages_.clear();
+}
+
+bool MainWindow::shiftHeld() { return GetAsyncKeyState(VK_SHIFT) < 0; }
+
+void MainWindow::pressSpace() { PostMessageW(window_, WM_KEYDOWN, VK_SPACE, 0); }
+
+bool MainWindow::ask(std::string_view question) {
+  return MessageBoxW(window_, wideFromUtf8(question).c_str(), programTitle().c_str(),
+                     MB_YESNO | MB_DEFBUTTON2 | MB_ICONQUESTION) == IDYES;
+}
+
+// The window is disabled meanwhile, as by a message box. Escape and the close box press the last
+// button, because that is the one that cancels.
+size_t MainWindow::choose(std::string_view question, std::span<const std::string_view> answers) {
+  std::vector<std::wstring> words;
+  words.reserve(answers.size());
+  for (const std::string_view answer : answers) words.push_back(wideFromUtf8(answer));
+  std::vector<TASKDIALOG_BUTTON> buttons;
+  buttons.reserve(words.size());
+  for (const std::wstring& word : words) {
+    buttons.push_back({kFirstAnswer + static_cast<int>(buttons.size()), word.c_str()});
+  }
+  const std::wstring title = programTitle();
+  const std::wstring text = wideFromUtf8(question);
+  TASKDIALOGCONFIG dialog{};
+  dialog.cbSize = sizeof dialog;
+  dialog.hwndParent = window_;
+  dialog.dwFlags = TDF_USE_HICON_MAIN | TDF_ALLOW_DIALOG_CANCELLATION |
+                   TDF_POSITION_RELATIVE_TO_WINDOW | TDF_SIZE_TO_CONTENT;
+  dialog.pszWindowTitle = title.c_str();
+  dialog.hMainIcon = LoadIconW(nullptr, IDI_QUESTION);
+  dialog.pszContent = text.c_str();
+  buttons.back().nButtonID = IDCANCEL;
+  dialog.cButtons = static_cast<UINT>(buttons.size());
+  dialog.pButtons = buttons.data();
+  dialog.nDefaultButton = IDCANCEL;
+  int pressed = 0;
+  if (TaskDialogIndirect(&dialog, &pressed, nullptr, nullptr) != S_OK) pressed = 0;
+  const size_t chosen = static_cast<size_t>(pressed - kFirstAnswer);
+  return pressed >= kFirstAnswer && chosen < answers.size() ? chosen : answers.size() - 1;
+}
+
+void MainWindow::setTimer(uint32_t number, uint32_t ms) { SetTimer(window_, number, ms, nullptr); }
+
+void MainWindow::killTimer(uint32_t number) { KillTimer(window_, number); }
+
+void MainWindow::postTap(uint32_t point) {
+  PostMessageW(window_, WM_LBUTTONDOWN, MK_LBUTTON, static_cast<LPARAM>(point));
+}
+
+// In a narrow window the menu bar takes several lines, which only the window itself can tell.
+void MainWindow::resizeClient(int32_t width, int32_t height) {
+  if (IsZoomed(window_)) ShowWindow(window_, SW_RESTORE);
+  const int dpi = dpiOf(window_);
+  const SIZE wanted = {MulDiv(width, dpi, USER_DEFAULT_SCREEN_DPI),
+                       MulDiv(height, dpi, USER_DEFAULT_SCREEN_DPI)};
+  SIZE outer = windowSizeFor({width, height}, WS_OVERLAPPEDWINDOW, true, dpi);
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    SetWindowPos(window_, nullptr, 0, 0, outer.cx, outer.cy,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    RECT client{};
+    GetClientRect(window_, &client);
+    if (client.right == wanted.cx && client.bottom == wanted.cy) return;
+    outer.cx += wanted.cx - client.right;
+    outer.cy += wanted.cy - client.bottom;
+  }
+}
+
+// The port search of a dialog takes the connection for itself, so keys from elsewhere have to wait.
+bool MainWindow::openDialog(uint32_t command) {
+  if (dialogOpen_) return true;
+  dialogOpen_ = true;
+  const bool opened = command == static_cast<uint32_t>(Command::findReceiver)
+                          ? openFinder()
+                          : openSettings(static_cast<Command>(command));
+  dialogOpen_ = false;
+  if (setting_.sounds != nullptr) setting_.sounds->useFilesOf(app_->settings);
+  return opened;
+}
+
+bool MainWindow::openFinder() {
+  FinderSetup setup;
+  setup.makePort = app_->platform.makePort;
+  const HINSTANCE resources =
+      setting_.language != nullptr ? setting_.language->ofDialog(DIALOG_FINDER) : setting_.instance;
+  findReceiver(*app_, resources, window_, setup);
+  return true;
+}
+
+bool MainWindow::openSettings(Command command) {
+  DialogContext context = dialogContextOf(*app_);
+  const HMODULE layouts = setting_.language != nullptr ? setting_.language->module() : nullptr;
+  return runDialog(window_, context, command, layouts) != 0;
+}
+
+bool MainWindow::openUrl(std::string_view url) {
+  const auto result = reinterpret_cast<INT_PTR>(
+      ShellExecuteW(window_, L"open", wideFromUtf8(url).c_str(), nullptr, nullptr, SW_SHOWNORMAL));
+  return result > 32;  // smaller numbers are errors
+}
+
+std::string MainWindow::chooseFile(const FileChoice& choice) {
+  std::wstring filter = wideFromUtf8(choice.kind) + L'\0' + wideFromUtf8(choice.pattern);
+  filter.append(2, L'\0');
+  std::wstring path = wideFromUtf8(choice.suggestedName);
+  path.resize(32768);
+  const std::wstring title = wideFromUtf8(choice.title);
+  OPENFILENAMEW dialog{};
+  dialog.lStructSize = sizeof dialog;
+  dialog.hwndOwner = window_;
+  dialog.lpstrFilter = filter.c_str();
+  dialog.lpstrFile = path.data();
+  dialog.nMaxFile = static_cast<DWORD>(path.size());
+  dialog.lpstrTitle = title.c_str();
+  dialog.Flags = OFN_NOCHANGEDIR | OFN_HIDEREADONLY | OFN_EXPLORER |
+                 (choice.save ? OFN_OVERWRITEPROMPT : OFN_FILEMUSTEXIST);
+  const BOOL chosen = choice.save ? GetSaveFileNameW(&dialog) : GetOpenFileNameW(&dialog);
+  return chosen ? utf8FromWide(path.c_str()) : std::string();
+}
+
+void MainWindow::close() { PostMessageW(window_, WM_CLOSE, 0, 0); }
+
+void MainWindow::destroy() {
+  if (window_ == nullptr) return;
+  startButtons_.show(window_, false);
+  const HMENU menu = GetMenu(window_);
+  SetMenu(window_, nullptr);
+  if (menu != nullptr) DestroyMenu(menu);
+  DestroyWindow(window_);
+}
+
+}  // namespace vgps

@@ -1,0 +1,244 @@
+#include "gps/port_finder.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+#include "base/number.h"
+#include "base/texts.h"
+
+namespace vgps {
+namespace {
+
+// In baud. Most receivers leave the factory with the first ones.
+constexpr std::array<uint32_t, 9> kSpeeds = {9600,  115200, 4800,   38400, 57600,
+                                             19200, 230400, 460800, 921600};
+
+// Bytes at a wrong speed look wrong soon.
+constexpr size_t kEnoughNoise = 120;
+
+constexpr int kWholeProgress = 1000;
+constexpr std::chrono::milliseconds kLettingGo{300};
+
+struct ResultRow {
+  ProbeResult result;
+  int rank;         // the greater says more about a port
+  bool conclusive;  // no other speed can tell anything better
+  Text text;
+};
+
+constexpr ResultRow kResults[] = {
+    {ProbeResult::found, 9, true, Text::finderFound},
+    {ProbeResult::sirfBinary, 8, true, Text::finderSirf},
+    {ProbeResult::noPosition, 7, true, Text::finderNoPosition},
+    {ProbeResult::busy, 6, true, Text::finderBusy},
+    {ProbeResult::noPermission, 6, true, Text::finderForbidden},
+    {ProbeResult::notThere, 6, true, Text::finderNoPort},
+    // Not every line takes every speed.
+    {ProbeResult::cannotOpen, 0, false, Text::finderUnusable},
+    {ProbeResult::notNmea, 3, false, Text::finderNoNmea},
+    {ProbeResult::wrongSpeed, 2, false, Text::probablyWrongSpeed},
+    {ProbeResult::noData, 1, false, Text::finderNoData},
+};
+
+const ResultRow& rowOf(ProbeResult result) {
+  return *std::find_if(std::begin(kResults), std::end(kResults),
+                       [result](const ResultRow& row) { return row.result == result; });
+}
+
+// "5", "0.4"
+std::string rateText(double perSecond) {
+  std::string text = fixedText(perSecond, 1);
+  if (text.ends_with(".0")) text.resize(text.size() - 2);
+  return text;
+}
+
+}  // namespace
+
+// What the threads of one search share. Each holds it, so one that the system does not let go
+// finds it whole whenever it comes back.
+struct PortFinder::Search : std::enable_shared_from_this<Search> {
+  Search(MakePort portMaker, std::function<void()> onChange, PortFinderTimes timesToTake)
+      : makePort(std::move(portMaker)), times(timesToTake), changed(std::move(onChange)) {}
+
+  void begin(std::vector<PortName> ports);
+  void end();
+  int progress();
+
+  const MakePort makePort;
+  const PortFinderTimes times;
+
+  std::mutex mutex;  // of all below
+  std::function<void()> changed;
+  std::vector<PortFinding> findings;
+  bool over = false;  // cancelled, or the time is up: what comes now is not wanted
+  size_t busy = 0;    // threads that may have a port open
+  size_t stepsDone = 0;
+  std::condition_variable settled;
+
+ private:
+  void searchPort(size_t index);
+  void watchTime();
+  bool tryAt(size_t index, uint32_t speed);
+  bool isOver();
+  bool noteOpen(size_t index);
+};
+
+void PortFinder::Search::begin(std::vector<PortName> ports) {
+  for (PortName& port : ports) findings.emplace_back().port = std::move(port);
+  const size_t count = findings.size();
+  busy = count;
+  for (size_t i = 0; i < count; ++i) {
+    std::thread([self = shared_from_this(), i] { self->searchPort(i); }).detach();
+  }
+  std::thread([self = shared_from_this()] { self->watchTime(); }).detach();
+}
+
+// Ports that are listened to are free within a slice of the listening.
+void PortFinder::Search::end() {
+  std::unique_lock lock(mutex);
+  over = true;
+  changed = nullptr;
+  for (PortFinding& finding : findings) finding.done = true;
+  settled.notify_all();
+  settled.wait_for(lock, kLettingGo, [this] { return busy == 0; });
+}
+
+void PortFinder::Search::watchTime() {
+  std::unique_lock lock(mutex);
+  settled.wait_for(lock, std::chrono::milliseconds(times.limitMs),
+                   [this] { return over || busy == 0; });
+  over = true;
+  for (PortFinding& finding : findings) finding.done = true;
+  if (changed) changed();
+}
+
+int PortFinder::Search::progress() {
+  const std::lock_guard lock(mutex);
+  const size_t steps = findings.size() * kSpeeds.size();
+  return over || steps == 0 ? kWholeProgress : static_cast<int>(stepsDone * kWholeProgress / steps);
+}
+
+bool PortFinder::Search::isOver() {
+  const std::lock_guard lock(mutex);
+  return over;
+}
+
+void PortFinder::Search::searchPort(size_t index) {
+  size_t tried = 0;
+  while (tried < kSpeeds.size() && !isOver() && !tryAt(index, kSpeeds[tried])) ++tried;
+  const std::lock_guard lock(mutex);
+  if (!over) {
+    findings[index].done = findings[index].triedAll = true;
+    stepsDone += kSpeeds.size() - tried;
+    if (changed) changed();
+  }
+  --busy;
+  settled.notify_all();
+}
+
+// True when nothing better can come.
+bool PortFinder::Search::tryAt(size_t index, uint32_t speed) {
+  std::string path;
+  {
+    const std::lock_guard lock(mutex);
+    findings[index].listening = speed;
+    findings[index].opening = true;
+    path = devicePath(findings[index].port.name);
+    if (changed) changed();
+  }
+  uint32_t positionMs = 0;
+  const auto enough = [&](std::string_view bytes, uint32_t ms) {
+    if (noteOpen(index)) return true;
+    const ProbeResult result = judgeBytes(bytes, ms).result;
+    if (result == ProbeResult::found && positionMs == 0) positionMs = std::max(ms, 1U);
+    if (positionMs != 0) return ms >= positionMs + times.countMs;
+    return result == ProbeResult::wrongSpeed && bytes.size() >= kEnoughNoise;
+  };
+  const std::unique_ptr<SerialPort> port = makePort();
+  const ProbeAnswer answer = probePort(*port, path, speed, times.listenMs, enough);
+  const ResultRow& row = rowOf(answer.result);
+
+  const std::lock_guard lock(mutex);
+  if (over) return row.conclusive;
+  PortFinding& finding = findings[index];
+  finding.opening = false;
+  if (!finding.answered || row.rank > rowOf(finding.answer.result).rank) {
+    finding.answer = answer;
+    finding.speed = speed;
+    finding.answered = true;
+  }
+  if (!row.conclusive) ++stepsDone;
+  return row.conclusive;
+}
+
+// By the listening of a port, which is open then. True when nobody wants to hear it any more.
+bool PortFinder::Search::noteOpen(size_t index) {
+  const std::lock_guard lock(mutex);
+  if (!over) findings[index].opening = false;
+  return over;
+}
+
+void PortFinder::start(std::vector<PortName> ports) {
+  stop();
+  search_ = std::make_shared<Search>(makePort_, changed_, times_);
+  search_->begin(std::move(ports));
+}
+
+void PortFinder::stop() {
+  if (search_ != nullptr) search_->end();
+}
+
+bool PortFinder::running() const {
+  if (search_ == nullptr) return false;
+  const std::lock_guard lock(search_->mutex);
+  return !search_->over && search_->busy > 0;
+}
+
+int PortFinder::progress() const {
+  return search_ == nullptr ? kWholeProgress : search_->progress();
+}
+
+std::vector<PortFinding> PortFinder::findings() const {
+  if (search_ == nullptr) return {};
+  const std::lock_guard lock(search_->mutex);
+  return search_->findings;
+}
+
+const PortFinding* bestFinding(const std::vector<PortFinding>& findings) {
+  const PortFinding* best = nullptr;
+  for (const PortFinding& finding : findings) {
+    if (!finding.answered || finding.answer.result != ProbeResult::found) continue;
+    if (best == nullptr || finding.answer.sentencesPerSecond > best->answer.sentencesPerSecond) {
+      best = &finding;
+    }
+  }
+  return best;
+}
+
+std::string findingText(const PortFinding& finding) {
+  if (!finding.done) {
+    return finding.listening == 0
+               ? std::string(textOf(Text::finderWaiting))
+               : textWith(Text::finderListening, std::to_string(finding.listening));
+  }
+  if (!finding.triedAll) {
+    if (finding.opening && !finding.answered) return std::string(textOf(Text::finderNotOpened));
+    // Silence at some of the speeds says nothing.
+    const bool silent = !finding.answered || finding.answer.result == ProbeResult::noData;
+    if (silent) return std::string(textOf(Text::finderUnfinished));
+  }
+  std::string text = textWith(rowOf(finding.answer.result).text, std::to_string(finding.speed));
+  if (finding.answer.result != ProbeResult::found) return text;
+  for (const std::string& part :
+       {finding.answer.talker, rateText(finding.answer.sentencesPerSecond)}) {
+    const size_t percent = text.find('%');
+    if (percent != std::string::npos) text.replace(percent, 2, part);
+  }
+  return text;
+}
+
+}  // namespace vgps

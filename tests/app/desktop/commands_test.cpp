@@ -1,0 +1,240 @@
+#include "app/desktop/commands.h"
+
+#include <gtest/gtest.h>
+
+#include "app/desktop/command_handlers.h"
+#include "app/session/connection.h"
+#include "base/texts.h"
+#include "tests/fakes/program_world.h"
+
+namespace vgps {
+namespace {
+
+constexpr std::string_view kNotAvailable = "This is not available yet.";
+
+TEST(Commands, EveryOneHasARow) {
+  const Command all[] = {
+#define COMMAND(number, name) Command::name,
+#define COMMANDS(first, last, name) Command::name, Command::name##Last,
+#include "res/commands.def"
+#undef COMMAND
+#undef COMMANDS
+  };
+  for (const Command command : all) EXPECT_NE(findCommand(command), nullptr) << int(command);
+  for (const uint32_t number : {0U, 100U, 320U, 1225U, 11017U, 4294967295U}) {
+    EXPECT_EQ(findCommand(static_cast<Command>(number)), nullptr) << number;
+  }
+}
+
+// Where two families claim a number.
+TEST(Commands, TheMoreSpecificFamilyWins) {
+  const std::pair<uint32_t, CommandHandler> rows[] = {
+      {221, notBuilt},      {220, ignoreView},    {224, ignoreView},   {350, show3dMap},
+      {1204, endRecording}, {1285, wanderAround}, {1286, trackChanged}};
+  for (const auto& [number, handler] : rows) {
+    EXPECT_EQ(findCommand(static_cast<Command>(number))->handler, handler) << number;
+  }
+}
+
+// With nothing connected, recorded or chosen no command may do more than say so.
+TEST(Commands, EveryOneAnswers) {
+  for (const CommandRow& row : commandRows()) {
+    for (const Command command : {row.command, row.last}) {
+      const auto number = static_cast<uint32_t>(command);
+      ProgramWorld world;
+      EXPECT_TRUE(runCommand(world.app, command)) << number;
+      if (row.checked != nullptr) row.checked(world.app, command);
+      if (row.enabled != nullptr) row.enabled(world.app, command);
+      if (row.handler == notBuilt) {
+        EXPECT_EQ(currentNotice(world.app), kNotAvailable) << number;
+        EXPECT_GE(world.window.repaints, 1) << number;
+      }
+    }
+  }
+  AppWorld world;
+  EXPECT_FALSE(runCommand(world.app, Command{100}));
+}
+
+TEST(Commands, ViewsSetTheScreen) {
+  const std::pair<Command, Screen> rows[] = {
+      {Command::viewGps, Screen::gps},
+      {Command::viewMap, Screen::map},
+      {Command::viewSport, Screen::sport},
+      {Command::viewRawLog, Screen::rawLog},
+      {Command::cartesian3d, Screen::map3d},
+      {Command::distanceCalculator, Screen::map3d},  // calculators are not screens
+      {Command::volumeCalculator, Screen::map3d},
+      {Command::viewsBeforeMap, Screen::map3d},
+      {Command::viewsBeforeDriveLast, Screen::map3d}};
+  AppWorld world;
+  for (const auto& [command, screen] : rows) {
+    runCommand(world.app, command);
+    EXPECT_EQ(world.app.currentScreen, screen) << int(command);
+  }
+  EXPECT_EQ(world.app.projection, Projection::cartesian3d);
+  runCommand(world.app, Command::viewGps);
+  EXPECT_EQ(world.app.projection, Projection::cartesian3d) << "the map keeps it";
+  runCommand(world.app, Command::polar2d);
+  EXPECT_EQ(world.app.projection, Projection::polar2d);
+  EXPECT_EQ(world.app.currentScreen, Screen::gps);
+  runCommand(world.app, Command::viewRawLog);
+  runCommand(world.app, Command::goBack);
+  EXPECT_EQ(world.app.currentScreen, Screen::gps) << "back";
+}
+
+TEST(Commands, ColoursSizesDialogs) {
+  AppWorld world;
+  const std::pair<Command, ColourScheme> schemes[] = {
+      {Command::dayColors, ColourScheme::day},
+      {Command::nightColors, ColourScheme::night},
+      {Command::customColors, ColourScheme::custom}};
+  for (const auto& [command, scheme] : schemes) {
+    runCommand(world.app, command);
+    EXPECT_EQ(world.app.scheme, scheme) << int(command);
+  }
+  const std::pair<int32_t, int32_t> sizes[] = {{240, 320}, {320, 240}, {240, 240},
+                                               {320, 320}, {640, 480}, {320, 480}};
+  for (uint32_t i = 0; i < 6; ++i) {
+    runCommand(world.app, static_cast<Command>(static_cast<uint32_t>(Command::size240x320) + i));
+    EXPECT_EQ(world.window.size, sizes[i]) << i;
+  }
+  for (const Command command :
+       {Command::gpsSetup, Command::mapOptions, Command::map3dOptions, Command::hiddenOption}) {
+    runCommand(world.app, command);
+    EXPECT_EQ(world.window.dialogs.back(), static_cast<uint32_t>(command));
+    EXPECT_EQ(currentNotice(world.app), "");
+  }
+  world.window.dialogsExist = false;
+  runCommand(world.app, Command::mapOptions);
+  EXPECT_EQ(currentNotice(world.app), kNotAvailable);
+  runCommand(world.app, Command::shutdown);
+  EXPECT_EQ(world.window.done, std::vector<std::string>{"close"});
+}
+
+TEST(Commands, ANoticeStandsForTenSeconds) {
+  AppWorld world;
+  showNotice(world.app, "hello");
+  world.clock.now += 9999;
+  EXPECT_EQ(currentNotice(world.app), "hello");
+  world.clock.now += 1;
+  EXPECT_EQ(currentNotice(world.app), "");
+}
+
+TEST(Commands, AHotKeyIsShownAtOnceAndIsKnownAsOne) {
+  AppWorld world;
+  repaintNow(world.app);
+  world.window.repaints = 0;
+  bool flag = false;
+  world.window.onRepaint = [&] { flag = world.app.commandFromHotKey; };
+  EXPECT_TRUE(runHotKey(world.app, Command::nightColors));
+  EXPECT_GE(world.window.repaints, 1);
+  EXPECT_TRUE(flag);
+  EXPECT_FALSE(world.app.commandFromHotKey);
+}
+
+TEST(Commands, ConnectReadsTheSettingsAtThatMoment) {
+  ProgramWorld world;
+  world.load("", "port=\"COM7\" speed=\"4800\"");
+  FakeLine& line = world.ports.add(devicePath("COM7"));
+  runCommand(world.app, Command::connect);
+  EXPECT_TRUE(world.app.fix.running);
+  EXPECT_EQ(line.baudRate, 4800U);
+  EXPECT_EQ(world.app.sourceName, "COM7, 4800 baud");
+  EXPECT_FALSE(isDisconnected(world.app, Command::connect));
+  runCommand(world.app, Command::disconnect);
+  EXPECT_FALSE(world.app.fix.running);
+  // A dialog has written another one since the start.
+  world.app.config.set(*findSetting("cfg\\gps", "port"), "COM9");
+  runCommand(world.app, Command::connect);
+  EXPECT_EQ(world.window.errors, std::vector<std::string>{"GPS Opening failed"});
+}
+
+TEST(Commands, TheLogIsSwitchedAndRemembered) {
+  ProgramWorld world;
+  world.load("");
+  for (const bool on : {true, false}) {
+    const Command command = on ? Command::logOn : Command::logOff;
+    runCommand(world.app, command);
+    EXPECT_EQ(world.app.gps.options.logNmea, on);
+    EXPECT_EQ(world.app.config.number(*findSetting("cfg\\vgps", "lgn")), on ? 1 : 0);
+    EXPECT_TRUE(isLogState(world.app, command));
+  }
+}
+
+TEST(Commands, SimulationModes) {
+  AppWorld world;
+  const std::pair<Command, SimMode> rows[] = {{Command::simulateTapping, SimMode::tapping},
+                                              {Command::simulateByTimer, SimMode::timer},
+                                              {Command::simulatePoint, SimMode::point}};
+  for (const auto& [command, mode] : rows) {
+    runCommand(world.app, command);
+    EXPECT_EQ(world.app.gps.simulation.mode(), mode) << int(command);
+  }
+}
+
+TEST(Commands, SimulationDataComeFromAFile) {
+  AppWorld world;
+  world.window.chosenFile = "trip.gpx";
+  runCommand(world.app, Command::loadSimulation);
+  EXPECT_EQ(currentNotice(world.app), kNotAvailable);
+  std::string asked;
+  world.app.extensions.simulationFrom = [&](const std::string& path,
+                                            std::vector<std::string>& lines) {
+    asked = path;
+    lines = {"$GPRMC,1"};
+    return true;
+  };
+  runCommand(world.app, Command::loadSimulation);
+  EXPECT_EQ(asked, "trip.gpx");
+  EXPECT_EQ(currentNotice(world.app), "The simulation plays trip.gpx");
+}
+
+// The year and the milliseconds stay the computer's.
+TEST(Commands, GpsTimeToSystem) {
+  ProgramWorld world;
+  world.load("", "port=\"COM3\"");
+  world.ports.add(devicePath("COM3"));
+  runCommand(world.app, Command::connect);
+  world.clock.utcNow = {.year = 2026,
+                        .month = 11,
+                        .dayOfWeek = 6,
+                        .day = 21,
+                        .hour = 13,
+                        .minute = 1,
+                        .second = 2,
+                        .millisecond = 345};
+  runCommand(world.app, Command::gpsTimeToSystem);
+  EXPECT_TRUE(world.systemTimes.empty()) << "without a fix";
+  world.receive("$GPRMC,093015.5,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n");
+  runCommand(world.app, Command::gpsTimeToSystem);
+  ASSERT_EQ(world.systemTimes.size(), 1U);
+  const DateTime& set = world.systemTimes[0];
+  EXPECT_EQ(set.year, 2026);
+  EXPECT_EQ(set.month, 3);
+  EXPECT_EQ(set.day, 23);
+  EXPECT_EQ(set.hour, 9);
+  EXPECT_EQ(set.minute, 30);
+  EXPECT_EQ(set.second, 15);
+  EXPECT_EQ(set.millisecond, 345);
+  EXPECT_EQ(currentNotice(world.app), "The computer's clock was set from the receiver.");
+  world.clockCanBeSet = false;
+  runCommand(world.app, Command::gpsTimeToSystem);
+  EXPECT_NE(currentNotice(world.app).find("administrator"), std::string_view::npos);
+}
+
+TEST(Commands, TheRawLogKeepsItsNewestRowsAndCanBeCleared) {
+  AppWorld world;
+  world.receive("$GPGSA,A\r\n");
+  EXPECT_TRUE(world.app.rawLog.empty()) << "another screen shows";
+  runCommand(world.app, Command::viewRawLog);
+  world.receive("$GPGSA,B\r\n");
+  world.receive("noise\r\n");
+  EXPECT_EQ(world.app.rawLog, (std::vector<std::string>{"$GPGSA,B", "noise\r\n"}));
+  for (int i = 0; i < 1000; ++i) world.receive("$GPGSA,C\r\n");
+  EXPECT_LE(world.app.rawLog.size(), 500U);
+  runCommand(world.app, Command::clearRawLog);
+  EXPECT_TRUE(world.app.rawLog.empty());
+}
+
+}  // namespace
+}  // namespace vgps

@@ -1,0 +1,123 @@
+#include "app/desktop/menus.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+
+#include "app/desktop/commands.h"
+#include "base/texts.h"
+#include "tests/fakes/program_world.h"
+
+namespace vgps {
+namespace {
+
+char mnemonicOf(std::string_view text) {
+  const size_t mark = text.find('&');
+  return mark == text.npos || mark + 1 == text.size()
+             ? '\0'
+             : static_cast<char>(std::tolower(static_cast<unsigned char>(text[mark + 1])));
+}
+
+TEST(Menus, EveryRowHasItsTextItsCommandAndALetterOfItsOwn) {
+  std::vector<std::map<char, std::string>> open(1);
+  std::set<Command> items;
+  for (const MenuRow& row : menuRows()) {
+    if (row.kind == MenuRow::separator) continue;
+    if (row.kind == MenuRow::end) {
+      ASSERT_GT(open.size(), 1U);
+      open.pop_back();
+      continue;
+    }
+    const bool isItem = row.kind == MenuRow::item;
+    const std::string text(textOf(isItem ? itemText(row.command) : row.text));
+    ASSERT_FALSE(text.empty()) << int(row.command);
+    const char letter = mnemonicOf(text);
+    ASSERT_NE(letter, '\0') << text;
+    const auto& [other, isNew] = *open.back().emplace(letter, text).first;
+    EXPECT_EQ(isNew, text) << "share the letter " << other;
+    if (isItem) {
+      EXPECT_NE(findCommand(row.command), nullptr) << text;
+      EXPECT_TRUE(items.insert(row.command).second) << text << " stands twice";
+    } else {
+      open.emplace_back();
+    }
+  }
+  EXPECT_EQ(open.size(), 1U) << "a menu is not closed";
+  EXPECT_EQ(open[0].size(), 12U);
+}
+
+TEST(Menus, KeysAreNotGivenTwiceAndStandBehindTheirItems) {
+  std::set<std::tuple<uint16_t, bool, bool, bool>> taken;
+  for (const auto rows : {acceleratorRows(), hotKeyRows()}) {
+    for (const KeyRow& row : rows) {
+      EXPECT_TRUE(taken.insert({row.key, row.control, row.shift, row.alt}).second)
+          << int(row.command);
+      EXPECT_NE(findCommand(row.command), nullptr) << int(row.command);
+    }
+  }
+  for (const KeyRow& row : acceleratorRows()) {
+    EXPECT_TRUE(menuItemText(row.command).ends_with('\t' + keyText(row))) << int(row.command);
+  }
+  EXPECT_EQ(keyText({'R', true, true, true, Command::startRecording}), "Ctrl+Alt+Shift+R");
+  EXPECT_EQ(keyText({0x7A, false, true, false, Command::pauseOrResume}), "Shift+F11");
+}
+
+TEST(Menus, MarksAndGreyItemsFollowTheState) {
+  ProgramWorld world;
+  world.load("", "simu=\"1\"");
+  world.app.gps.simulation.paceMs = 600000;
+  const auto state = [&](Command command) {
+    return std::string(menuItemEnabled(world.app, command) ? "enabled" : "grey") +
+           (menuItemChecked(world.app, command) ? " checked" : "");
+  };
+  EXPECT_EQ(state(Command::connect), "enabled");
+  EXPECT_EQ(state(Command::disconnect), "grey");
+  EXPECT_EQ(state(Command::startRecording), "enabled");
+  EXPECT_EQ(state(Command::endRecording), "grey");
+  EXPECT_EQ(state(Command::markPoint), "grey");
+  EXPECT_EQ(state(Command::viewGps), "enabled checked");
+  EXPECT_EQ(state(Command::viewRawLog), "enabled");
+  EXPECT_EQ(state(Command::simulateByTimer), "enabled checked");
+  EXPECT_EQ(state(Command::presetDriving), "enabled checked")
+      << "the usual thresholds are those of driving";
+  runCommand(world.app, Command::connect);
+  runCommand(world.app, Command::startRecording);
+  runCommand(world.app, Command::viewRawLog);
+  EXPECT_EQ(state(Command::connect), "grey");
+  EXPECT_EQ(state(Command::disconnect), "enabled");
+  EXPECT_EQ(state(Command::startRecording), "grey");
+  EXPECT_EQ(state(Command::endRecording), "enabled");
+  EXPECT_EQ(state(Command::pauseOrResume), "enabled");
+  EXPECT_EQ(state(Command::viewGps), "enabled");
+  EXPECT_EQ(state(Command::viewRawLog), "enabled checked");
+  runCommand(world.app, Command::pauseOrResume);
+  EXPECT_EQ(state(Command::pauseOrResume), "enabled checked");
+  EXPECT_EQ(state(Command{55555}), "grey") << "no such command";
+}
+
+TEST(Texts, ALanguageLibraryReplacesEveryOne) {
+  EXPECT_GT(allTexts().size(), 200U);
+  setTextSource([](uint32_t number) { return "<" + std::to_string(number) + ">"; });
+  for (const Text text : allTexts()) {
+    EXPECT_EQ(textOf(text), "<" + std::to_string(static_cast<uint32_t>(text)) + ">");
+  }
+  EXPECT_EQ(menuItemText(Command::connect), "<10102>\tF5");
+  // A library that knows one text only.
+  setTextSource([](uint32_t number) { return number == 601 ? "kein GPS" : std::string(); });
+  EXPECT_EQ(textOf(Text::openingFailed), "kein GPS");
+  EXPECT_EQ(textOf(Text::noPortAnswered), "All port tests failed.");
+  setTextSource({});
+  EXPECT_EQ(textOf(Text::openingFailed), "GPS Opening failed");
+  EXPECT_EQ(textOf(Text{99999}), "");
+}
+
+TEST(Texts, ValuesAreFilledIn) {
+  EXPECT_EQ(textWith(Text::portFound, "3"), "COM3 GPS Found!");
+  EXPECT_EQ(textWith(Text::serialSource, "COM%s", "9600"), "COM%s, 9600 baud")
+      << "values are not searched";
+  EXPECT_EQ(textWith(Text::noPortAnswered, "x"), "All port tests failed.");
+}
+
+}  // namespace
+}  // namespace vgps

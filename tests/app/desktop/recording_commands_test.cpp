@@ -1,0 +1,329 @@
+#include <gtest/gtest.h>
+
+#include "app/desktop/commands.h"
+#include "app/desktop/scene_of.h"
+#include "app/session/library.h"
+#include "app/session/timers.h"
+#include "tests/fakes/program_world.h"
+#include "track/track_file.h"
+
+// Recording as a person does it: commands, the journal behind them, what happens to the track.
+namespace vgps {
+namespace {
+
+constexpr Command kStart = Command::startRecording;
+constexpr Command kPause = Command::pauseOrResume;
+constexpr Command kEnd = Command::endRecording;
+constexpr Command kMark = Command::markPoint;
+
+class RecordingCommands : public testing::Test {
+ protected:
+  RecordingCommands() { world.load("drp=\"1\""); }
+  void run(Command command) { EXPECT_TRUE(runCommand(app, command)); }
+  std::string_view notice() const { return currentNotice(app); }
+  bool hasJournal() const { return world.folder.has("vgpstrack.journal"); }
+
+  ProgramWorld world;
+  AppState& app = world.app;
+};
+
+TEST_F(RecordingCommands, ATripFromStartToEnd) {
+  run(kStart);
+  EXPECT_EQ(app.track.state, kRecording);
+  EXPECT_EQ(world.window.timers[kTurnTimer], 7000U);
+  EXPECT_TRUE(hasJournal());
+  world.receiveFix();
+  world.receiveFix();
+  EXPECT_EQ(app.track.points.size(), 1U) << "the course has not changed";
+  run(kMark);
+  EXPECT_EQ(notice(), "The next point will be marked with 1.");
+  world.receiveFix();
+  EXPECT_EQ(app.track.points.size(), 2U);
+  EXPECT_EQ(app.track.points.back().m, 1U);
+  EXPECT_EQ(app.drawnPath.size(), 2U);
+  const Scene scene = sceneOf(app);
+  EXPECT_EQ(scene.trackState, kRecording);
+  EXPECT_EQ(scene.trackPoints, 2U);
+  EXPECT_EQ(scene.trackLength, "3.71 Km");
+
+  run(kPause);
+  EXPECT_EQ(app.track.state, kPaused);
+  world.receiveFix();
+  EXPECT_EQ(app.track.points.size(), 2U);
+  run(kPause);
+  EXPECT_EQ(app.track.state, kRecording);
+  EXPECT_EQ(world.sounds.played, (std::vector<std::string>{"SPD", "TURN"}));
+
+  world.window.answer = true;
+  run(kEnd);
+  EXPECT_EQ(world.window.questions, std::vector<std::string>{"Save the track?"});
+  EXPECT_EQ(world.savedPoints(), std::vector<uint64_t>{2});
+  EXPECT_EQ(app.track.state, kIdle);
+  EXPECT_TRUE(app.track.points.empty());
+  EXPECT_FALSE(world.window.timers.contains(kTurnTimer));
+  EXPECT_FALSE(hasJournal()) << "the points are safe";
+}
+
+TEST_F(RecordingCommands, NoDiscardsTheTrack) {
+  run(kStart);
+  world.receiveFix();
+  run(kEnd);
+  EXPECT_FALSE(world.folder.has("tracks.xml"));
+  EXPECT_TRUE(app.track.points.empty());
+  EXPECT_FALSE(hasJournal());
+}
+
+TEST_F(RecordingCommands, WhatTheDiskDoesNotTakeStays) {
+  world.window.answer = true;
+  run(kStart);
+  world.receiveFix();
+  world.diskWorks = false;
+  run(kEnd);
+  EXPECT_EQ(app.track.state, kIdle);
+  EXPECT_EQ(app.track.points.size(), 1U);
+  EXPECT_EQ(world.window.errors.size(), 1U);
+  EXPECT_TRUE(hasJournal()) << "a crash now must not take it";
+  world.diskWorks = true;
+  run(Command::saveTrack);  // save
+  EXPECT_EQ(world.savedPoints(), std::vector<uint64_t>{1});
+  EXPECT_FALSE(hasJournal());
+}
+
+TEST_F(RecordingCommands, AFolderTakesEachTrackAsAFile) {
+  app.settings.trackStorePath = world.folder.path();
+  app.track.name = "Tour";
+  world.window.answer = true;
+  run(kStart);
+  world.receiveFix();
+  run(kEnd);
+  EXPECT_FALSE(world.folder.has("tracks.xml"));
+  Track saved;
+  EXPECT_EQ(loadTrackFile(world.folder / "Tour.XML", 0, saved), TrackLoading::whole);
+  EXPECT_EQ(saved.points.size(), 1U);
+}
+
+TEST_F(RecordingCommands, ALibraryThatIsSomethingElseIsNotWrittenOver) {
+  world.folder.write("tracks.xml", "<kml/>");
+  world.window.answer = true;
+  run(kStart);
+  world.receiveFix();
+  run(kEnd);
+  EXPECT_EQ(world.window.errors.size(), 1U);
+  EXPECT_EQ(app.track.points.size(), 1U);
+  EXPECT_EQ(world.folder.read("tracks.xml"), "<kml/>");
+}
+
+// The journal's own thread notices; the person is told by the next five-second timer.
+TEST_F(RecordingCommands, AJournalThatTheDiskRefusesIsToldAndKeepsTrying) {
+  run(kStart);
+  app.recordingHooks.noteJournalFailure();
+  onTimer(app, kStatisticsTimer);
+  EXPECT_NE(notice().find("does not take the recorded points"), std::string_view::npos);
+  world.clock.now += 20000;
+  onTimer(app, kStatisticsTimer);
+  EXPECT_EQ(notice(), "") << "once";
+}
+
+struct Recovery {
+  const char* choice;
+  bool yes;  // to the question that deleting asks
+  std::vector<std::string> questions;
+  std::vector<uint64_t> saved;
+  bool recording, journal;
+};
+
+constexpr const char* kOffer = "A track of 2 points was being recorded.";
+constexpr const char* kDelete =
+    "Delete these 2 points? If not, this is asked again at the next start.";
+
+void leaveRecording(const AppPaths& paths) {
+  ProgramWorld before;
+  before.app.paths = paths;
+  runCommand(before.app, kStart);
+  before.receiveFix();
+  runCommand(before.app, kMark);
+  before.receiveFix();
+}
+
+TEST_F(RecordingCommands, ALeftRecordingIsAskedAbout) {
+  const Recovery rows[] = {
+      {"&Continue", false, {kOffer}, {}, true, true},
+      {"&Save", false, {kOffer}, {2}, false, false},
+      {"&Delete...", true, {kOffer, kDelete}, {}, false, false},
+      {"&Delete...", false, {kOffer, kDelete}, {}, false, true},
+      {"&Later", true, {kOffer}, {}, false, true},
+      {"closed", true, {kOffer}, {}, false, true},
+  };
+  for (const Recovery& row : rows) {
+    ProgramWorld later;
+    later.load("");
+    leaveRecording(later.app.paths);
+    later.window.wanted = row.choice;
+    later.window.answer = row.yes;
+    offerRecovery(later.app);
+    EXPECT_EQ(later.window.questions, row.questions) << row.choice;
+    EXPECT_EQ(later.savedPoints(), row.saved) << row.choice;
+    EXPECT_EQ(later.app.track.state == kRecording, row.recording) << row.choice;
+    EXPECT_EQ(later.folder.has("vgpstrack.journal"), row.journal) << row.choice;
+    if (!row.recording) continue;
+    EXPECT_NEAR(later.app.recording.distance(), 1.853, 0.001) << "a minute of latitude";
+    later.app.recordingOptions.angle = 1;
+    runCommand(later.app, kMark);
+    later.receiveFix();
+    EXPECT_EQ(later.app.track.points.size(), 3U);
+    EXPECT_TRUE(later.app.recordingHooks.closeJournal());
+    Journal journal;
+    RecoveredTrack left;
+    EXPECT_EQ(journal.recover(later.app.paths.journal, left), JournalResult::open);
+    EXPECT_EQ(left.points.size(), 3U) << "in the same journal";
+  }
+}
+
+TEST_F(RecordingCommands, OneRecordingAtATimeIsGoneOnWith) {
+  run(kStart);
+  const std::vector<std::string> others = {"&Save", "&Delete...", "&Later"};
+  offerRecovery(app);
+  EXPECT_TRUE(world.window.questions.empty()) << "the running one is not left";
+  AppPaths beside = app.paths;
+  beside.journal = world.folder / "vgpstrack-2.journal";
+  leaveRecording(beside);
+  offerRecovery(app);
+  EXPECT_EQ(world.window.offered, others);
+}
+
+TEST_F(RecordingCommands, TheLibraryTakesNoPlaceOfAnother) {
+  for (const char* place : {"vgps.xml", "vgpstrack.journal", "vgpstrack-9.journal", "./vgps.xml"}) {
+    app.settings.trackStorePath = place;
+    world.window.errors.clear();
+    EXPECT_FALSE(openLibrary(app)) << place;
+    EXPECT_EQ(world.window.errors.size(), 1U) << place;
+  }
+  app.settings.trackStorePath = "vgpstrack-10.journal";
+  EXPECT_TRUE(openLibrary(app)) << "no recording lies there";
+}
+
+TEST_F(RecordingCommands, TheJournalSurvivesAnEndWithoutAnAnswer) {
+  run(kStart);
+  world.receiveFix();
+  run(kPause);
+  EXPECT_TRUE(closeRequested(app)) << "a paused recording is not asked about";
+  EXPECT_TRUE(endProgram(app));
+  Journal journal;
+  RecoveredTrack left;
+  EXPECT_EQ(journal.recover(app.paths.journal, left), JournalResult::open);
+  EXPECT_EQ(left.points.size(), 1U);
+}
+
+TEST_F(RecordingCommands, EndingAPauseThatIsNoneRecordsToo) {
+  run(kPause);
+  EXPECT_EQ(app.track.state, kRecording);
+  EXPECT_FALSE(hasJournal());
+  world.receiveFix();
+  EXPECT_EQ(app.track.points.size(), 1U);
+  EXPECT_TRUE(hasJournal());
+  run(kPause);  // flushes
+  app.recordingHooks.closeJournal();
+  Journal journal;
+  RecoveredTrack left;
+  EXPECT_EQ(journal.recover(app.paths.journal, left), JournalResult::open);
+  EXPECT_EQ(left.points.size(), 1U);
+}
+
+TEST_F(RecordingCommands, AJournalThatCannotBeMadeIsToldOnce) {
+  app.paths.journal = world.folder / "no/such/folder/vgpstrack.journal";
+  run(kStart);
+  EXPECT_NE(notice().find("memory only"), std::string_view::npos);
+  world.clock.now += 20000;
+  app.recordingOptions.everyNth = 0;
+  world.receiveFix();
+  EXPECT_EQ(notice(), "");
+  EXPECT_EQ(app.track.points.size(), 1U);
+}
+
+TEST_F(RecordingCommands, WhatCannotBeDoneNowIsSaid) {
+  const std::pair<Command, const char*> rows[] = {
+      {kMark, "Nothing is being recorded."},
+      {Command::recordPointNow, "Nothing is being recorded."},
+      {Command::thinTrack, "There is no track."},
+      {Command::reverseTrack, "There is no track."},
+      {Command::joinTrack, "There is no track."},
+      {Command::saveTrack, "There is no track."},
+      {Command::discardTrack, "There is no track."}};
+  for (const auto& [command, text] : rows) {
+    run(command);
+    EXPECT_EQ(notice(), text) << int(command);
+  }
+  run(kStart);
+  for (const Command command : {Command::thinTrack, Command::reverseTrack, Command::joinTrack,
+                                Command::saveTrack, Command::openTrack, Command::discardTrack}) {
+    run(command);
+    EXPECT_EQ(notice(), "End recording or playing first.") << int(command);
+  }
+  run(kStart);
+  EXPECT_EQ(notice(), "A track is being recorded or played already.");
+}
+
+TEST_F(RecordingCommands, PresetsAreSavedAndHoldFromTheNextStart) {
+  run(Command::presetWalking);
+  EXPECT_EQ(notice(), "Recording thresholds for walking");
+  run(kStart);
+  EXPECT_EQ(app.track.speedThreshold, 1);
+  EXPECT_EQ(app.track.angleThreshold, 20);
+  run(Command::presetFlying);
+  EXPECT_EQ(app.track.speedThreshold, 1) << "a running recording keeps its own";
+  run(kEnd);
+  run(kStart);
+  EXPECT_EQ(app.track.speedThreshold, 1) << "and a track that was not left keeps them";
+  EXPECT_NE(world.folder.read("vgps.xml").find("speed=\"50\""), std::string::npos);
+}
+
+TEST_F(RecordingCommands, ManualModeRecordsWhatIsAskedFor) {
+  app.recordingOptions.manual = true;
+  run(kStart);
+  world.receiveFix();
+  EXPECT_TRUE(app.track.points.empty());
+  run(Command::recordPointNow);
+  world.receiveFix();
+  world.receiveFix();
+  EXPECT_EQ(app.track.points.size(), 1U);
+}
+
+TEST_F(RecordingCommands, WanderingExplainsItselfAndRecords) {
+  run(Command::wanderAround);
+  ASSERT_EQ(world.window.told.size(), 1U);
+  EXPECT_TRUE(world.window.told[0].starts_with("Start wander around; When you select 'Return'"));
+  EXPECT_EQ(app.track.state, kRecording);
+}
+
+TEST_F(RecordingCommands, OperationsOnAFinishedTrack) {
+  for (int i = 0; i < 4; ++i) {
+    TrackPoint point;
+    point.longitude = 11;
+    point.latitude = 48 + i;
+    app.track.points.push_back(point);
+  }
+  run(Command::reverseTrack);
+  EXPECT_EQ(app.track.points.front().latitude, 51);
+  run(Command::thinTrack);
+  EXPECT_EQ(app.track.points.size(), 2U) << "a straight line";
+  EXPECT_EQ(notice(), "The track has 2 points now.");
+  world.folder.write("other.xml", "<t><p x=\"1\" y=\"2\" z=\"3\"/></t>");
+  world.window.chosenFile = world.folder / "other.xml";
+  run(Command::joinTrack);
+  EXPECT_EQ(app.track.points.size(), 3U);
+  run(Command::openTrack);
+  EXPECT_EQ(world.window.questions.size(), 1U);
+  EXPECT_EQ(app.track.points.size(), 3U) << "No was the answer";
+  world.window.answer = true;
+  run(Command::openTrack);
+  EXPECT_EQ(app.track.points.size(), 1U);
+  run(Command::discardTrack);
+  EXPECT_TRUE(app.track.points.empty());
+  world.folder.write("bad.xml", "nothing");
+  world.window.chosenFile = world.folder / "bad.xml";
+  run(Command::openTrack);
+  EXPECT_EQ(world.window.errors.size(), 1U);
+}
+
+}  // namespace
+}  // namespace vgps

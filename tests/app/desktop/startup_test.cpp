@@ -1,0 +1,313 @@
+#include "app/desktop/startup.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "app/desktop/commands.h"
+#include "app/desktop/scene_of.h"
+#include "app/session/connection.h"
+#include "base/texts.h"
+#include "display/readout.h"
+#include "tests/fakes/program_world.h"
+#include "tests/fakes/recording_canvas.h"
+
+namespace vgps {
+namespace {
+
+TEST(Startup, OnlyTheLowerHalfOfTheAnswerCounts) {
+  EXPECT_TRUE(isOwnAnswer(0xFEFEFEFE));
+  EXPECT_TRUE(isOwnAnswer(0xFFFFFFFFFEFEFEFE)) << "sign extended on its way";
+  EXPECT_FALSE(isOwnAnswer(0));
+  EXPECT_FALSE(isOwnAnswer(1));
+  EXPECT_FALSE(isOwnAnswer(0xFEFEFEFE00000000));
+}
+
+TEST(Startup, TheColoursFollowTheLocalHour) {
+  const std::pair<uint16_t, ColourScheme> rows[] = {
+      {0, ColourScheme::night}, {5, ColourScheme::night}, {6, ColourScheme::day},
+      {12, ColourScheme::day},  {19, ColourScheme::day},  {20, ColourScheme::night},
+      {23, ColourScheme::night}};
+  for (const auto& [hour, scheme] : rows) {
+    AppWorld world;
+    world.clock.localNow.hour = hour;
+    world.clock.localNow.minute = 59;
+    startClocks(world.app);
+    EXPECT_EQ(world.app.scheme, scheme) << hour;
+  }
+}
+
+TEST(Startup, TheUtcOffsetIsMeasuredOnceInWholeHours) {
+  AppWorld world;
+  world.clock.utcNow.day = 31;
+  world.clock.utcNow.hour = 23;
+  world.clock.utcNow.minute = 30;
+  world.clock.localNow.day = 1;
+  world.clock.localNow.hour = 1;
+  world.clock.localNow.minute = 30;
+  startClocks(world.app);
+  EXPECT_EQ(world.app.gps.options.utcOffsetMinutes, 2760) << "right modulo a day";
+  world.receive("$GPRMC,233000,A,4807.038,N,01131.000,E,022.4,084.4,311299,003.1,W*6A\r\n");
+  EXPECT_EQ(world.app.shown.fix.localTime.hour, 1);
+  EXPECT_EQ(world.app.shown.fix.localTime.minute, 30);
+}
+
+TEST(Startup, SettingsReachEveryPart) {
+  ProgramWorld world;
+  world.folder.write(
+      "vgps.xml",
+      "<root><cfg><gps tlk=\"2\" bsm=\"3\" sapiid=\"{1}\"/>"
+      "<vgps smv=\"1\" dmvl=\"2\" gfs=\"4\" lgn=\"1\" afg=\"1\" ntm=\"25\" rci=\"0\" rsc=\"1\" "
+      "rtc=\"1\" rbc=\"1\" res=\"6\" bes=\"7\" mnr=\"1\" drp=\"0\"/>"
+      "<track speed=\"8\" angle=\"9\" alt=\"10\"/></cfg></root>");
+  startSettings(world.app);
+  const AppState& app = world.app;
+  EXPECT_EQ(app.gps.options.talkers, 2);
+  EXPECT_EQ(app.gps.options.epochSentenceSetting, 3);
+  EXPECT_EQ(app.gps.options.speedUnit, 1);
+  EXPECT_TRUE(app.gps.options.logNmea);
+  EXPECT_TRUE(app.gps.options.altitudeFromGeoidField);
+  EXPECT_EQ(app.gps.sensorIdentifier, "{1}");
+  EXPECT_EQ(app.frameSkip, 4);
+  const RecordingOptions& recording = app.recordingOptions;
+  EXPECT_EQ(recording.speed, 8);
+  EXPECT_EQ(recording.angle, 9);
+  EXPECT_EQ(recording.altitude, 10);
+  EXPECT_EQ(recording.normalizeMetres, 25);
+  EXPECT_EQ(recording.everyNth, 6);
+  EXPECT_EQ(recording.bes, 7);
+  EXPECT_EQ(recording.speedUnit, 1);
+  EXPECT_EQ(recording.distanceUnit, 2);
+  EXPECT_TRUE(recording.recordSpeed && recording.recordTime && recording.recordCourse);
+  EXPECT_TRUE(recording.manual);
+  EXPECT_FALSE(recording.recordCell || recording.drawPath);
+}
+
+// Colours are stored with blue in front: success is blue, failure red, and the camera's 255 is red.
+TEST(Startup, TheThirdSchemeIsDrawnInTheChosenColours) {
+  EXPECT_EQ(rgb(0, 0, 255), 0xFF0000U);
+  EXPECT_EQ(Settings().cameraColour, rgb(255, 0, 0));
+  ProgramWorld world;
+  world.folder.write("vgps.xml", "<root><cfg><cc c2=\"1122867\" c5=\"4660\"/></cfg></root>");
+  startSettings(world.app);
+  runCommand(world.app, Command::customColors);
+  world.app.fix.running = true;
+  world.receive("$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n");
+  const auto drawn = [&] {
+    RecordingCanvas canvas(800, 480);
+    drawReadout(canvas, sceneOf(world.app));
+    return canvas;
+  };
+  const auto filled = [&](const RecordingCanvas& canvas, Colour colour) {
+    return std::any_of(canvas.fills.begin(), canvas.fills.end(),
+                       [&](const auto& fill) { return fill.colour == colour; });
+  };
+  EXPECT_TRUE(filled(drawn(), rgb(0, 0, 255)));
+  EXPECT_TRUE(filled(drawn(), 1122867));
+  world.clock.now += 6000;
+  EXPECT_TRUE(filled(drawn(), rgb(255, 0, 0))) << "no data";
+  EXPECT_EQ(drawn().find("Y: 48 7' 2.280''N")->colour, 4660U) << "an old value is gray";
+  world.app.fix.running = false;
+}
+
+TEST(Startup, ADamagedDocumentIsToldAndTheDefaultsHold) {
+  ProgramWorld world;
+  world.folder.write("vgps.xml", "\x01\x02 no document at all");
+  startSettings(world.app);
+  EXPECT_EQ(world.window.errors,
+            std::vector<std::string>{"VGPS.XML is corrupted and can't be loaded!"});
+  EXPECT_EQ(world.app.settings.baudRate, 9600);
+  EXPECT_TRUE(world.app.settings.reconnect);
+  remindOfUpdates(world.app);
+  EXPECT_EQ(world.window.questions.size(), 1U) << "the default count";
+  EXPECT_TRUE(endProgram(world.app));
+  EXPECT_EQ(world.folder.read("vgps.xml"), "\x01\x02 no document at all") << "it may be mended";
+}
+
+// Of the next tries to read vgps.xml so many fail, as while a virus scanner holds the file.
+int triesThatFail;
+XmlFiles heldFiles() {
+  XmlFiles files = systemFiles();
+  files.open = [](const std::string& file, XmlFiles::Access access) -> void* {
+    return triesThatFail > 0 && triesThatFail-- > 0 ? nullptr : systemFiles().open(file, access);
+  };
+  return files;
+}
+
+TEST(Startup, SettingsThatAnotherProgramHoldsAreWaitedFor) {
+  const std::string document = "<root><cfg><gps speed=\"4800\"/></cfg></root>";
+  const XmlFiles files = heldFiles();
+  for (const int tries : {3, 1000}) {
+    ProgramWorld world;
+    world.app.config = ConfigStore(files);
+    world.folder.write("vgps.xml", document);
+    triesThatFail = tries;
+    startSettings(world.app, std::chrono::milliseconds(tries == 3 ? 1000 : 0));
+    EXPECT_EQ(world.app.settings.baudRate, tries == 3 ? 4800 : 9600);
+    EXPECT_EQ(world.window.errors.size(), tries == 3 ? 0U : 1U);
+    if (tries == 3) continue;
+    EXPECT_EQ(world.window.errors[0].find("corrupted"), std::string::npos) << "nobody knows";
+    remindOfUpdates(world.app);
+    EXPECT_TRUE(world.window.questions.empty());
+    EXPECT_TRUE(endProgram(world.app));
+    triesThatFail = 0;
+    EXPECT_EQ(world.folder.read("vgps.xml"), document);
+  }
+}
+
+// A disk without room, or a file that nobody may write.
+TEST(Startup, SettingsThatCannotBeWrittenAreToldOnce) {
+  XmlFiles files = systemFiles();
+  files.roomOnDisk = [](const std::string&) { return uint64_t{0}; };
+  ProgramWorld world;
+  world.app.config = ConfigStore(files);
+  world.load("upd=\"7\"");
+  const std::string before = world.folder.read("vgps.xml");
+  const std::string message = "The settings cannot be written: " + world.folder / "vgps.xml";
+  remindOfUpdates(world.app);
+  EXPECT_EQ(currentNotice(world.app), message);
+  EXPECT_FALSE(endProgram(world.app));
+  EXPECT_TRUE(world.window.errors.empty()) << "only the start was to be counted";
+  world.app.config.set(*findSetting("cfg\\vgps", "lgn"), 1.0);
+  EXPECT_FALSE(endProgram(world.app));
+  EXPECT_EQ(world.window.errors, std::vector<std::string>{message})
+      << "a notice of the start may have passed unseen";
+  world.window.errors.clear();
+  startSettings(world.app);
+  remindOfUpdates(world.app);
+  runCommand(world.app, Command::presetWalking);
+  EXPECT_EQ(currentNotice(world.app).find("Recording"), std::string::npos);
+  runCommand(world.app, Command::presetDriving);
+  EXPECT_EQ(currentNotice(world.app), "Recording thresholds for driving")
+      << "they hold in this run";
+  EXPECT_FALSE(endProgram(world.app));
+  EXPECT_TRUE(world.window.errors.empty());
+  EXPECT_EQ(world.folder.read("vgps.xml"), before);
+}
+
+TEST(Startup, UpdatesAreRemindedOfEveryTwentyStarts) {
+  ProgramWorld world;
+  world.load("");
+  std::vector<int> asked;
+  for (int start = 1; start <= 43; ++start) {
+    world.window.questions.clear();
+    startSettings(world.app);  // as the file was left
+    remindOfUpdates(world.app);
+    if (!world.window.questions.empty()) asked.push_back(start);
+  }
+  EXPECT_EQ(asked, (std::vector<int>{1, 22, 43})) << "the very first one asks";
+  EXPECT_EQ(world.app.settings.updateCountdown, 20);
+  EXPECT_EQ(world.window.questions, std::vector<std::string>{"Check for VGPS updates now?"});
+  EXPECT_EQ(currentNotice(world.app), "") << "No was the answer";
+  world.window.answer = true;
+  world.app.settings.updateCountdown = 0;
+  remindOfUpdates(world.app);
+  EXPECT_NE(currentNotice(world.app), "") << "command 197";
+}
+
+TEST(Startup, ConnectsByItselfWhenTheSettingIsOn) {
+  for (const bool on : {false, true}) {
+    ProgramWorld world;
+    world.app.gps.simulation.paceMs = 600000;
+    world.load(on ? "agc=\"1\"" : "", "simu=\"1\"");
+    autoConnect(world.app);
+    EXPECT_EQ(world.app.fix.running, on);
+  }
+}
+
+TEST(Startup, OptionsOfTheCommandLine) {
+  struct {
+    std::vector<std::string> arguments;
+    bool log, running;
+    SimMode mode;
+    std::string asked;  // for simulation data
+    std::vector<std::string> installed;
+  } const rows[] = {
+      {{}, false, false, SimMode::point, "-", {}},
+      {{"-log"}, true, false, SimMode::point, "-", {}},
+      {{"-as1"}, false, false, SimMode::point, "-", {"VGPS-AS-WM2003.INI"}},
+      {{"-as2"}, false, false, SimMode::point, "-", {"VGPS-AS-WM5.INI"}},
+      {{"-simtrack", "a b.xml"}, false, false, SimMode::point, "a b.xml", {}},
+      {{"-simtrack", "-log"}, true, false, SimMode::point, "", {}},
+      {{"-simruntrack", "t.gpx"}, false, true, SimMode::timer, "t.gpx", {}},
+      {{"-simruntrack"}, false, true, SimMode::timer, "", {}},
+  };
+  for (const auto& row : rows) {
+    ProgramWorld world;
+    world.load("");
+    world.app.gps.simulation.setMode(SimMode::point);
+    world.app.gps.simulation.paceMs = 600000;
+    std::string asked = "-";
+    world.app.extensions.simulationFrom = [&](const std::string& path,
+                                              std::vector<std::string>& lines) {
+      asked = path;
+      lines = {"$GPRMC"};
+      return true;
+    };
+    const std::string what = row.arguments.empty() ? "" : row.arguments[0];
+    applyStartOptions(world.app, parseStartOptions(row.arguments));
+    EXPECT_EQ(world.app.gps.options.logNmea, row.log) << what;
+    EXPECT_EQ(world.app.settings.logStream, row.log) << what << ": as the switch of the menu";
+    EXPECT_EQ(world.app.fix.running, row.running) << what;
+    EXPECT_EQ(world.app.gps.simulation.mode(), row.mode) << what;
+    EXPECT_EQ(asked, row.asked) << what;
+    EXPECT_EQ(currentNotice(world.app), "") << what;
+    ASSERT_EQ(world.installed.size(), row.installed.size()) << what;
+    if (row.installed.empty()) continue;
+    EXPECT_EQ(world.installed[0], '"' + world.folder / row.installed[0] + '"');
+    EXPECT_FALSE(world.app.settings.simulate) << "not saved";
+  }
+}
+
+// What is done by then is seen at the question; connecting comes behind it.
+TEST(Startup, TheWorkOfTheStartHasAnOrder) {
+  for (const bool stays : {true, false}) {
+    ProgramWorld world;
+    AppState& app = world.app;
+    app.gps.simulation.paceMs = 600000;
+    world.load("agc=\"1\" its=\"9\" ips=\"8\" sts=\"0\"", "simu=\"1\"");
+    std::string before;
+    world.window.onAsk = [&] {
+      before = std::to_string(world.window.timers.size()) + " timers";
+      if (!world.installed.empty()) before += ", installer";
+      if (app.gps.options.logNmea) before += ", log";
+      if (world.folder.read("vgps.xml").find("upd=\"20\"") != std::string::npos)
+        before += ", count";
+      if (app.fix.running) before += ", connected";
+      return false;
+    };
+    const auto options = parseStartOptions(std::vector<std::string>{"-as1", "-log"});
+    const bool works = startWork(app, options, [&] { return stays || before.empty(); });
+    EXPECT_EQ(works, stays);
+    EXPECT_EQ(before, "4 timers, installer, log, count");
+    EXPECT_EQ(app.fix.running, stays) << "closed at the question";
+  }
+}
+
+TEST(Startup, SimulationDataThatAreMissingAreNamed) {
+  const std::pair<std::vector<std::string>, std::string> rows[] = {
+      {{"-simtrack"}, "my tracks.xml"},
+      {{"-simruntrack"}, "my tracks.xml"},
+      {{"-simtrack", "/no/such/ride.xml"}, ""},
+  };
+  for (const auto& [arguments, library] : rows) {
+    ProgramWorld world;
+    world.app.settings.trackStorePath = "my tracks.xml";
+    applyStartOptions(world.app, parseStartOptions(arguments));
+    const std::string path = library.empty() ? arguments[1] : world.folder / library;
+    EXPECT_EQ(currentNotice(world.app), "No simulation data in " + path);
+  }
+}
+
+TEST(Startup, WhatCannotBeDoneIsSaid) {
+  for (const char* option : {"-as1", "-simtrack", "--nonsense"}) {
+    ProgramWorld world;
+    world.installerExists = false;
+    applyStartOptions(world.app, parseStartOptions(std::vector<std::string>{option}));
+    EXPECT_NE(currentNotice(world.app), "") << option;
+    EXPECT_FALSE(world.app.fix.running) << option;
+  }
+}
+
+}  // namespace
+}  // namespace vgps

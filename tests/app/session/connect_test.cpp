@@ -1,0 +1,68 @@
+#include <gtest/gtest.h>
+
+#include "app/desktop/scene_of.h"
+#include "app/session/connection.h"
+#include "tests/fakes/app_world.h"
+
+// A connection that follows another one.
+namespace vgps {
+namespace {
+
+const std::string kRmcLine =
+    "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n";
+
+TEST(Connect, TheSourceBeforeIsClosedSilently) {
+  struct {
+    SourceChoice next;
+    bool works;
+    std::vector<std::string> sounds;
+  } const rows[] = {
+      {{.port = "COM3"}, true, {"OK", "OK"}},
+      {{.port = "COM4"}, true, {"OK", "OK"}},
+      {{.port = "COM9"}, false, {"OK"}},  // there is none
+      {{.port = "COM3", .simulate = true}, true, {"OK"}},
+  };
+  for (const auto& row : rows) {
+    AppWorld world;
+    FakeLine& first = world.ports.add(devicePath("COM3"));
+    world.ports.add(devicePath("COM4"));
+    world.app.gps.simulation.paceMs = 600000;
+    ASSERT_TRUE(connectReceiver(world.app, {.port = "COM3"}));
+    EXPECT_EQ(connectReceiver(world.app, row.next), row.works) << row.next.port;
+    EXPECT_EQ(first.closes, 1) << row.next.port << row.next.simulate;
+    EXPECT_EQ(world.app.fix.running, row.works) << row.next.port;
+    EXPECT_EQ(world.sounds.played, row.sounds) << row.next.port << row.next.simulate;
+    first.unplug();  // a reader left on it would keep the test from ending
+    EXPECT_TRUE(stopReceiver(world.app));
+  }
+}
+
+TEST(Connect, TheStatusSaysWhyAPortDoesNotOpen) {
+  AppWorld world;
+  world.ports.add(devicePath("COM3")).openError = PortError::busy;
+  EXPECT_FALSE(connectReceiver(world.app, {.port = "COM3"}));
+  EXPECT_EQ(currentNotice(world.app), "COM3 is busy: another program holds it.");
+  EXPECT_FALSE(connectReceiver(world.app, {.port = "COM4"}));
+  EXPECT_EQ(currentNotice(world.app), "There is no port COM4.");
+  EXPECT_FALSE(connectReceiver(world.app, {}));
+  EXPECT_EQ(currentNotice(world.app), "No receiver has been chosen yet.");
+}
+
+TEST(Connect, NothingHasComeYetAfterAConnection) {
+  for (const bool there : {true, false}) {
+    AppWorld world;
+    if (there) world.ports.add(devicePath("COM3"));
+    world.receive(kRmcLine);
+    EXPECT_TRUE(world.app.shown.dataSeen);
+    EXPECT_TRUE(world.app.shown.fixSeen);
+    EXPECT_EQ(connectReceiver(world.app, {.port = "COM3"}), there);
+    EXPECT_FALSE(world.app.shown.dataSeen);
+    EXPECT_FALSE(world.app.shown.fixSeen);
+    world.app.shown.dataSeen = true;  // of another kind
+    EXPECT_EQ(sceneOf(world.app).state, there ? ReceiverState::noFix : ReceiverState::notConnected);
+    EXPECT_TRUE(stopReceiver(world.app));
+  }
+}
+
+}  // namespace
+}  // namespace vgps

@@ -1,0 +1,218 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "library/journal.h"
+#include "library/journal_format.h"
+#include "tests/app/win32/drive.h"
+#include "tests/app/win32/line.h"
+
+// How the program ends, with a recording under way and without.
+namespace vgps {
+namespace {
+
+class Recording : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(line.isUp());
+    start();
+    sendCommand(window, Command::startRecording);
+    drive();
+  }
+
+  void start() {
+    program = std::make_unique<Program>(L"--port COM3 --speed 115200 -log", &folder);
+    window = program->window();
+    ASSERT_NE(window, nullptr);
+  }
+
+  // A block of the line is logged before it is handled, and the next one is read after that.
+  void handOver(const std::string& bytes) {
+    for (const std::string& block : {bytes, std::string("$GPTXT,01,01,02,of no interest\r\n")}) {
+      const auto before = folder.size("gps.log");
+      line.write(block);
+      ASSERT_TRUE(waitFor([&] { return folder.size("gps.log") >= before + block.size(); }));
+    }
+  }
+
+  // Some points for the track, which are on the disk afterwards.
+  void drive() {
+    std::string bytes;
+    for (int i = 0; i < 6; ++i) bytes += epochText(++epochs);
+    ASSERT_NO_FATAL_FAILURE(handOver(bytes));
+    for (int i = 0; i < 2; ++i) sendCommand(window, Command::pauseOrResume);  // a pause writes them
+    ASSERT_TRUE(waitFor([&] { return journalPoints() == static_cast<uintmax_t>(epochs); }));
+  }
+
+  uintmax_t journalPoints() const {
+    const auto size = folder.size(kJournalName);
+    return size < kJournalHeader ? 0 : (size - kJournalHeader) / kJournalPoint;
+  }
+
+  HWND askToClose() {
+    PostMessageW(window, WM_CLOSE, 0, 0);
+    return program->messageBox(L"Stop Recording/Playback?");
+  }
+
+  // The offer of what was recorded.
+  HWND crashAndStart() {
+    program.reset();
+    start();
+    HWND question = nullptr;
+    waitFor([&] {
+      question = program->dialog();
+      return question != nullptr && childWith(question, L"&Later") != nullptr;
+    });
+    return question;
+  }
+
+  // The text or button inside a dialog; null when none has these words.
+  static HWND childWith(HWND dialog, const wchar_t* words) {
+    struct Search {
+      const wchar_t* words;
+      HWND found;
+    } search = {words, nullptr};
+    const auto look = [](HWND child, LPARAM data) -> BOOL {
+      auto& wanted = *reinterpret_cast<Search*>(data);
+      if (windowText(child) == wanted.words) wanted.found = child;
+      return wanted.found == nullptr;
+    };
+    EnumChildWindows(dialog, look, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+  }
+
+  size_t tracks() const {
+    const std::string library = folder.read("tracks.xml");
+    size_t count = 0;
+    for (size_t at = library.find("<t "); at != std::string::npos; at = library.find("<t ", at + 1))
+      ++count;
+    return count;
+  }
+
+  bool hasJournal() const {
+    const auto names = folder.names();
+    return std::count(names.begin(), names.end(), kJournalName) > 0;
+  }
+
+  const RunFolder folder;
+  SerialLine line;
+  std::unique_ptr<Program> program;
+  HWND window = nullptr;
+  int epochs = 0;
+};
+
+TEST_F(Recording, NoKeepsTheProgramAndTheRecordingGoing) {
+  const HWND question = askToClose();
+  ASSERT_NE(question, nullptr);
+  const auto style = GetWindowLongPtrW(GetDlgItem(question, IDNO), GWL_STYLE);
+  EXPECT_EQ(style & BS_TYPEMASK, BS_DEFPUSHBUTTON) << "No is what Enter presses";
+  PostMessageW(window, WM_CLOSE, 0, 0);  // impatience asks no second time
+  ASSERT_TRUE(press(question, IDNO));
+  EXPECT_TRUE(isResponsive(window));
+  Sleep(200);
+  EXPECT_EQ(program->dialog(), nullptr);
+  EXPECT_TRUE(hasJournal()) << "still being recorded";
+  drive();
+  ASSERT_NE(askToClose(), nullptr) << "and so asks again";
+}
+
+TEST_F(Recording, YesAndYesSavesTheTrack) {
+  const HWND question = askToClose();
+  ASSERT_NE(question, nullptr);
+  ASSERT_TRUE(press(question, IDYES));
+  const HWND save = program->messageBox(L"Save the track?");
+  ASSERT_NE(save, nullptr);
+  ASSERT_TRUE(press(save, IDYES));
+  EXPECT_EQ(program->exitCode(), 0);
+  EXPECT_EQ(tracks(), 1U);
+  EXPECT_FALSE(hasJournal()) << "the points are safe in the library";
+}
+
+TEST_F(Recording, ClosingWhilePausedAsksNothingAndKeepsThePoints) {
+  sendCommand(window, Command::pauseOrResume);
+  PostMessageW(window, WM_CLOSE, 0, 0);
+  EXPECT_EQ(program->exitCode(), 0);
+  EXPECT_TRUE(hasJournal());
+}
+
+TEST_F(Recording, LoggingOffAsksNothingAndKeepsThePoints) {
+  EXPECT_NE(SendMessageW(window, WM_QUERYENDSESSION, 0, 0), 0);
+  SendMessageW(window, WM_ENDSESSION, TRUE, 0);
+  EXPECT_EQ(program->dialog(), nullptr);
+  EXPECT_TRUE(hasJournal());
+}
+
+TEST_F(Recording, GoesOnWhenTheReceiverIsPluggedInAgain) {
+  line.unplug();
+  Sleep(300);
+  EXPECT_TRUE(isResponsive(window));
+  line.plugIn();
+  ASSERT_TRUE(line.isUp());
+  const Receiver receiver(line);
+  EXPECT_TRUE(waitFor([&] { return journalPoints() > 10; }, 30000));
+  EXPECT_NE(askToClose(), nullptr) << "the recording was never ended";
+}
+
+TEST_F(Recording, AfterACrashItIsOfferedAndGoesOn) {
+  const HWND question = crashAndStart();
+  ASSERT_NE(question, nullptr);
+  EXPECT_NE(childWith(question, L"A track of 6 points was being recorded."), nullptr);
+  EXPECT_FALSE(IsWindowEnabled(window)) << "keys from elsewhere wait";
+  const HWND button = childWith(question, L"&Continue");
+  ASSERT_NE(button, nullptr);
+  ASSERT_TRUE(press(question, GetDlgCtrlID(button)));
+  ASSERT_NE(askToClose(), nullptr) << "it is being recorded again";
+}
+
+TEST_F(Recording, ClosingAtTheOfferKeepsThePoints) {
+  const HWND question = crashAndStart();
+  ASSERT_NE(question, nullptr);
+  ASSERT_TRUE(press(question, IDCANCEL)) << "Escape";
+  EXPECT_TRUE(hasJournal());
+  program.reset();
+  start();
+  ASSERT_TRUE(waitFor([&] { return program->dialog() != nullptr; }));
+  EXPECT_NE(SendMessageW(window, WM_QUERYENDSESSION, 0, 0), 0);
+  PostMessageW(window, WM_CLOSE, 0, 0);
+  EXPECT_EQ(program->exitCode(), 0);
+  EXPECT_TRUE(hasJournal());
+}
+
+TEST(End, LeavesNoHandlesAndWindowsBehind) {
+  const auto run = [] {
+    ProgramInProcess program({"--simulate"});
+    ASSERT_NE(program.window(), nullptr);
+    sendCommand(program.window(), Command::disconnect);  // the buttons come
+    EXPECT_EQ(program.close(), 0);
+  };
+  const auto handles = [] { return openHandles(GetCurrentProcessId()); };
+  for (int i = 0; i < 3; ++i) run();
+  const DWORD before = handles();
+  const DWORD objectsBefore = drawingObjects(GetCurrentProcess());
+  for (int i = 0; i < 5; ++i) run();
+  std::printf("%lu handles before, %lu after five more runs; %lu drawing objects, %lu after\n",
+              before, handles(), objectsBefore, drawingObjects(GetCurrentProcess()));
+  EXPECT_LE(handles(), before + 4);
+  EXPECT_LE(drawingObjects(GetCurrentProcess()), objectsBefore + 4);
+}
+
+TEST(End, SettingsThatCannotBeWrittenAreTold) {
+  const RunFolder folder;
+  Program program(L"", &folder);
+  const HWND window = program.window();
+  ASSERT_NE(window, nullptr);
+  sendCommand(window, Command::logOn);  // a changed setting
+  const auto path = std::wstring(folder.path().begin(), folder.path().end()) + L"\\vgps.xml";
+  DeleteFileW(path.c_str());
+  CreateDirectoryW(path.c_str(), nullptr);  // nothing can be written there
+  PostMessageW(window, WM_CLOSE, 0, 0);
+  HWND told = nullptr;
+  ASSERT_TRUE(waitFor([&] { return (told = program.dialog()) != nullptr; }));
+  EXPECT_TRUE(windowText(GetDlgItem(told, 0xFFFF)).starts_with(L"The settings cannot be written"));
+  press(told, IDOK);
+  EXPECT_EQ(program.exitCode(), 0);
+}
+
+}  // namespace
+}  // namespace vgps
