@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "base/texts.h"
+#include "files/whole_file.h"
 #include "library/left_recording.h"
 #include "platform/files.h"
-#include "track/whole_file.h"
 
 namespace vgps {
 namespace {

@@ -31,17 +31,6 @@ class LineHooks : public GpsHooks {
   void lineReceived(const ReceivedLine& received) override {
     if (received.message == nullptr) line();
   }
-  void playSound(const char*) override {}
-  void repaint() override {}
-  void maxSpeedChanged() override {}
-  void maxAltitudeChanged() override {}
-  void refreshDisplay() override {}
-  void unknownBytes(std::string_view) override {}
-  void setTitle(std::string_view) override {}
-  void sensorReading(double, double) override {}
-  bool shiftHeld() override { return false; }
-  void pressSpace() override {}
-  void logFailed(const std::string&) override {}
 };
 
 // The track goes into its file when recording ends; there is nobody to ask.
@@ -53,16 +42,7 @@ class FileHooks : public RecordingHooks {
   bool saved = false;
 
   bool save(Track& track) override { return saved = writeTrackFile(track, path_, options_); }
-  void startTimer() override {}
-  void stopTimer() override {}
-  void playSound(const char*) override {}
-  void resetDrawnPath() override {}
-  void appendToDrawnPath(double, double) override {}
   bool askToSave() override { return true; }
-  void trackChanged(Track&) override {}
-  void pointRecorded(const TrackPoint&) override {}
-  void flushPoints() override {}
-  void pointsSettled() override {}
 
  private:
   const std::string& path_;

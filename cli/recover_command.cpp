@@ -126,17 +126,8 @@ int saveRecording(LeftRecording& left, const Place& place) {
 class ContinueHooks : public RecordingHooks {
  public:
   explicit ContinueHooks(Journal& journal) : journal_(journal) {}
-  void startTimer() override {}
-  void stopTimer() override {}
-  void playSound(const char*) override {}
-  void resetDrawnPath() override {}
-  void appendToDrawnPath(double, double) override {}
-  bool askToSave() override { return false; }
-  bool save(Track&) override { return false; }
-  void trackChanged(Track&) override {}
   void pointRecorded(const TrackPoint& point) override { journal_.append(point); }
   void flushPoints() override { journal_.flush(); }
-  void pointsSettled() override {}
 
  private:
   Journal& journal_;
