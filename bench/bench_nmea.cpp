@@ -110,7 +110,7 @@ void print(const std::vector<Contestant>& contestants) {
 void raceOnce() {
   const std::string log = makeEpochs(kEpochs);
   const std::vector<std::string_view> lines = linesOf(log);
-  QuietHooks hooks;
+  GpsHooks hooks;
   const SteppingClock clock(1);
   GpsState state(hooks, clock);
   GpsFix fix(state);

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "bench/track_library.h"
+#include "files/whole_file.h"
 #include "geo/distance.h"
 #include "geo/ellipsoids.h"
 #include "geo/utm.h"
@@ -18,7 +19,6 @@
 #include "track/recording.h"
 #include "track/track_file.h"
 #include "track/track_xml.h"
-#include "track/whole_file.h"
 #if VEXA_HAVE_PROJ
 #include <proj.h>
 #endif
@@ -192,21 +192,6 @@ void raceGrid(const std::vector<FixRecord>& fixes) {
 #endif
 }
 
-class SilentHooks : public RecordingHooks {
- public:
-  void startTimer() override {}
-  void stopTimer() override {}
-  void playSound(const char*) override {}
-  void resetDrawnPath() override {}
-  void appendToDrawnPath(double, double) override {}
-  bool askToSave() override { return false; }
-  bool save(Track&) override { return true; }
-  void trackChanged(Track&) override {}
-  void pointRecorded(const TrackPoint&) override {}
-  void flushPoints() override {}
-  void pointsSettled() override {}
-};
-
 // A computer's clock that costs nothing: its price is the system's.
 class StandingClock : public Clock {
  public:
@@ -232,7 +217,7 @@ struct Recorder {
 
   Track track;
   RecordingOptions options;
-  SilentHooks hooks;
+  RecordingHooks hooks;
   Recording recording;
 };
 

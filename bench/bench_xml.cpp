@@ -15,7 +15,6 @@
 #include <string_view>
 #include <vector>
 
-#include "base/format.h"
 #include "base/number.h"
 #include "bench/xml_library.h"
 #include "bench/xml_settings.h"
@@ -40,6 +39,13 @@ double milliseconds(std::chrono::steady_clock::time_point since) {
       .count();
 }
 
+// What printf makes of it.
+template <class... Arguments>
+std::string formatText(const char* format, const Arguments&... arguments) {
+  char text[400];
+  return {text, static_cast<size_t>(std::snprintf(text, sizeof text, format, arguments...))};
+}
+
 // Points as an exchange file has them: five texts each, every text on a line of its own.
 std::string textFile() {
   std::mt19937 random(1);
@@ -61,7 +67,7 @@ std::string textFile() {
         {"course", formatText("%f", value(random))},
         {"speed", formatText("%f", value(random))}};
     for (const auto& [name, text] : texts) {
-      out += formatText("\t\t\t\t<%s>\r\n%s\r\n\t\t\t\t</%s>\r\n", name, text, name);
+      out += formatText("\t\t\t\t<%s>\r\n%s\r\n\t\t\t\t</%s>\r\n", name, text.c_str(), name);
     }
     out += "\t\t\t</trkpt>\r\n";
   }

@@ -8,7 +8,8 @@
 #include <functional>
 #include <string>
 
-#include "library/library_files.h"
+#include "files/input_file.h"
+#include "files/whole_file.h"
 #include "library/track_library.h"
 #include "platform/files.h"
 #include "track/track_xml.h"

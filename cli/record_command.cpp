@@ -30,17 +30,6 @@ class LineHooks : public GpsHooks {
   void lineReceived(const ReceivedLine& received) override {
     if (received.message == nullptr) line();
   }
-  void playSound(const char*) override {}
-  void repaint() override {}
-  void maxSpeedChanged() override {}
-  void maxAltitudeChanged() override {}
-  void refreshDisplay() override {}
-  void unknownBytes(std::string_view) override {}
-  void setTitle(std::string_view) override {}
-  void sensorReading(double, double) override {}
-  bool shiftHeld() override { return false; }
-  void pressSpace() override {}
-  void logFailed(const std::string&) override {}
 };
 
 // The track goes into a file of its own; there is nobody to ask.

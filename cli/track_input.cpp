@@ -1,33 +1,25 @@
 #include "cli/track_input.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
 
 #include "cli/commands.h"
+#include "files/bad_copies.h"
+#include "files/input_file.h"
+#include "files/whole_file.h"
 #include "library/document_layout.h"
 #include "platform/files.h"
 #include "track/track_file.h"
-#include "track/whole_file.h"
 
 namespace vgps {
 namespace {
 
-// Of a file; whoever reads a pipe waits for its writer.
 std::optional<std::string> bytesOf(const std::string& path) {
-  if (fileKind(path) != FileKind::regular) return std::nullopt;
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(openFile(path, "rb"), std::fclose);
-  if (file == nullptr) return std::nullopt;
   std::string bytes;
-  char block[65536];
-  for (size_t got = 1; got > 0;) {
-    got = std::fread(block, 1, sizeof block, file.get());
-    bytes.append(block, got);
-  }
-  if (std::ferror(file.get()) != 0) return std::nullopt;
+  if (!readWholeFile(path, bytes)) return std::nullopt;
   return bytes;
 }
 

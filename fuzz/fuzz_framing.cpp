@@ -12,7 +12,7 @@ namespace {
 using namespace vgps;
 
 // Looks at every byte that it is shown, so that one of them lying outside is noticed.
-class LookingHooks : public QuietHooks {
+class LookingHooks : public GpsHooks {
  public:
   void lineReceived(const ReceivedLine& line) override {
     ++lines;

@@ -72,7 +72,7 @@ void checkLine(GpsFix& fix, std::string_view line) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  QuietHooks hooks;
+  GpsHooks hooks;
   const SteppingClock clock(1);
   GpsState state(hooks, clock);
   state.options.altitudeFromGeoidField = size % 2 == 1;

@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 
-#include "gps/options.h"
 #include "platform/clock.h"
 
 // The program around the parser, as small as it gets.
@@ -27,22 +26,6 @@ class SteppingClock : public Clock {
  private:
   uint32_t step_;
   mutable uint32_t tick_ = 1000;
-};
-
-class QuietHooks : public GpsHooks {
- public:
-  void playSound(const char*) override {}
-  void repaint() override {}
-  void maxSpeedChanged() override {}
-  void maxAltitudeChanged() override {}
-  void lineReceived(const ReceivedLine&) override {}
-  void refreshDisplay() override {}
-  void unknownBytes(std::string_view) override {}
-  void setTitle(std::string_view) override {}
-  void sensorReading(double, double) override {}
-  bool shiftHeld() override { return false; }
-  void pressSpace() override {}
-  void logFailed(const std::string&) override {}
 };
 
 }  // namespace vgps

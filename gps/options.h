@@ -25,29 +25,30 @@ struct ReceivedLine {
   const void* message = nullptr;  // the SirfMessage when the input is binary
 };
 
-// What the receiver's side asks of the program around it. Called on the thread that parses.
+// What the receiver's side asks of the program around it, which fills what it cares about. Called
+// on the thread that parses.
 class GpsHooks {
  public:
   virtual ~GpsHooks() = default;
-  virtual void playSound(const char* name) = 0;
+  virtual void playSound(const char* /*name*/) {}
   // A repaint, at most one every 800 ms; the door copies the fix first.
-  virtual void repaint() = 0;
+  virtual void repaint() {}
   // The greatest speed or altitude has changed; the displays that show it follow.
-  virtual void maxSpeedChanged() = 0;
-  virtual void maxAltitudeChanged() = 0;
+  virtual void maxSpeedChanged() {}
+  virtual void maxAltitudeChanged() {}
   // Returns when the user-interface thread has handled the line.
-  virtual void lineReceived(const ReceivedLine& line) = 0;
+  virtual void lineReceived(const ReceivedLine& /*line*/) {}
   // A chunk of data was handled: the display follows.
-  virtual void refreshDisplay() = 0;
+  virtual void refreshDisplay() {}
   // Bytes that are neither text nor binary of a receiver, for the raw log screen.
-  virtual void unknownBytes(std::string_view bytes) = 0;
-  virtual void setTitle(std::string_view title) = 0;
-  virtual void sensorReading(double longitude, double latitude) = 0;
+  virtual void unknownBytes(std::string_view /*bytes*/) {}
+  virtual void setTitle(std::string_view /*title*/) {}
+  virtual void sensorReading(double /*longitude*/, double /*latitude*/) {}
   // The stepping aid of the simulation: holding Shift while standing steps on by itself.
-  virtual bool shiftHeld() = 0;
-  virtual void pressSpace() = 0;
+  virtual bool shiftHeld() { return false; }
+  virtual void pressSpace() {}
   // The stream log cannot be opened or written; told once until it works again.
-  virtual void logFailed(const std::string& path) = 0;
+  virtual void logFailed(const std::string& /*path*/) {}
 };
 
 }  // namespace vgps

@@ -14,8 +14,6 @@ namespace {
 
 using Kind = TagMark::Kind;
 
-constexpr std::string_view kBlanks = " \t\r\n";
-
 constexpr const char* kTracksEnd = "\r\n\t</tracks>";
 
 // The elements around a place, from the root inwards.
@@ -69,6 +67,9 @@ class LayoutReader {
     TrackPlace place;
     size_t depth = 0;  // of open elements around it
     bool damaged = false;
+    std::string tag{};
+    TrackSums points{};     // the plain ones behind its tag
+    uint64_t plainEnd = 0;  // of them
   };
 
   void take(const TagMark& tag) {
@@ -106,16 +107,32 @@ class LayoutReader {
     const std::string_view text = tags_.kept(tag.begin, tag.end);
     if (std::count(text.begin(), text.end(), '"') % 2 != 0) track_->damaged = true;
     open_.push("t");
-    if (tag.kind == Kind::empty) endTrack(tag.end, false);
+    if (tag.kind == Kind::empty) return endTrack(tag.end, false);
+    track_->tag = text;
+    tags_.pass([this](std::string_view bytes) { return readPlainPoints(bytes, track_->points); });
+    track_->plainEnd = tags_.place();
   }
 
-  void endTrack(uint64_t end, bool damaged) {
+  // Where nothing but plain points stands between a track's tags, they are summed up already.
+  TrackSummary summaryOfTrack(std::string_view text, bool plain) const {
+    const size_t number = layout_.tracks.size() + 1;
+    if (!plain) return summaryOfText(text, number);
+    const TrackSummary head = summaryOfText(track_->tag + "</t>", number);
+    if (head.damaged) return summaryOfText(text, number);
+    TrackSummary summary = summaryOf(track_->points);
+    summary.name = head.name;
+    return summary;
+  }
+
+  // `lead` is that of its end tag, where it has one.
+  void endTrack(uint64_t end, bool damaged, uint64_t lead = kNoPlace) {
     open_.cutTo(track_->depth);
     foreign_ = kNone;
     track_->place.end = end;
     const std::string_view text = tags_.kept(track_->place.begin, end);
     track_->place.checksum = checksumOf(text);
-    TrackSummary summary = summaryOfText(text, layout_.tracks.size() + 1);
+    const bool plain = !damaged && !track_->damaged && track_->plainEnd == lead;
+    TrackSummary summary = summaryOfTrack(text, plain);
     summary.damaged = summary.damaged || damaged || track_->damaged;
     if (summary.damaged) damaged_ = true;
     layout_.tracks.push_back(std::move(summary));
@@ -159,7 +176,7 @@ class LayoutReader {
   bool closesTrack(const TagMark& tag) {
     if (tag.name == "t") {
       const bool clean = open_.depth() == track_->depth + 1 && !track_->place.headless;
-      endTrack(tag.end, !clean);
+      endTrack(tag.end, !clean, tag.lead);
       return false;
     }
     if (tag.name == "tracks" || (tag.name == "root" && root_ == "root")) {
@@ -190,6 +207,7 @@ class LayoutReader {
   OpenElements open_;  // around the last tag
   std::optional<OpenTrack> track_;
   static constexpr size_t kNone = SIZE_MAX;
+  static constexpr uint64_t kNoPlace = UINT64_MAX;
   size_t foreign_ = kNone;  // of the open elements in a track, the first that is no track's
   std::string root_;        // name of the first element
   bool hasTracks_ = false;
@@ -200,7 +218,7 @@ class LayoutReader {
 // Behind a blank of any kind: editors put attributes on lines of their own.
 bool hasAttribute(std::string_view text, std::string_view begin) {
   for (size_t at = text.find(begin); at != std::string_view::npos; at = text.find(begin, at + 1)) {
-    if (at > 0 && kBlanks.find(text[at - 1]) != std::string_view::npos) return true;
+    if (at > 0 && kXmlBlanks.find(text[at - 1]) != std::string_view::npos) return true;
   }
   return false;
 }

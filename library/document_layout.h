@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "library/tag_reader.h"
 #include "library/track_store.h"
 #include "track/options.h"
+#include "xml/tags.h"
 
 // Where everything stands in a library document, so that most of it can be copied as it is.
 namespace vgps {

@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "files/bad_copies.h"
+#include "files/file_lock.h"
+#include "files/input_file.h"
+#include "files/whole_file.h"
 #include "track/track_xml.h"
-#include "track/whole_file.h"
 #include "xml/document.h"
 
 namespace vgps {
@@ -323,9 +326,9 @@ LibraryResult DocumentStore::write(const LibraryChange& change) {
 }
 
 LibraryResult DocumentStore::apply(const LibraryChange& change, LibraryChange& inverse) {
-  const LibraryLock lock(lockPathOf(path_), disk_);
-  if (lock.result() != LibraryResult::done) return lock.result();
-  LibraryResult result = prepare();
+  const FileLock lock(lockPathOf(path_), disk_.open, disk_.waitForOthersMs);
+  LibraryResult result = lockResult(lock.state());
+  if (result == LibraryResult::done) result = prepare();
   if (result != LibraryResult::done || change.empty()) return result;
   if (!fits(change, layout_.places.size())) return LibraryResult::notThere;
   result = invert(change, inverse);

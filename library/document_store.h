@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "library/document_layout.h"
-#include "library/library_files.h"
 #include "library/library_index.h"
 #include "library/track_store.h"
 

@@ -4,11 +4,13 @@
 #include <iterator>
 #include <utility>
 
-#include "library/document_layout.h"
+#include "files/bad_copies.h"
+#include "files/file_lock.h"
+#include "files/input_file.h"
+#include "files/whole_file.h"
 #include "platform/files.h"
 #include "track/file_names.h"
 #include "track/track_file.h"
-#include "track/whole_file.h"
 #include "xml/document.h"
 
 namespace vgps {
@@ -211,13 +213,14 @@ LibraryChange FolderStore::inverseOf(std::vector<FileChange> files) const {
 }
 
 LibraryResult FolderStore::apply(const LibraryChange& change, LibraryChange& inverse) {
-  const LibraryLock lock(pathIn(folder_, kLockName), disk_);
-  if (lock.result() != LibraryResult::done) return lock.result();
+  const FileLock lock(pathIn(folder_, kLockName), disk_.open, disk_.waitForOthersMs);
+  LibraryResult result = lockResult(lock.state());
+  if (result != LibraryResult::done) return result;
   const uint64_t before = revision_;
   if (refresh() == LibraryState::unreadable) return LibraryResult::unreadable;
   if (revision_ != before) return LibraryResult::changed;
   std::vector<FileChange> files;
-  LibraryResult result = collect(change, files);
+  result = collect(change, files);
   if (result == LibraryResult::done) result = keepDamaged(change);
   if (result != LibraryResult::done) return result;
   for (size_t i = 0; i < files.size(); ++i) {

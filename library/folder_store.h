@@ -3,7 +3,6 @@
 #include <string>
 #include <vector>
 
-#include "library/library_files.h"
 #include "library/library_index.h"
 #include "library/track_store.h"
 

@@ -4,9 +4,10 @@
 #include <string_view>
 #include <utility>
 
+#include "files/bad_copies.h"
+#include "files/whole_file.h"
 #include "library/journal_format.h"
 #include "platform/files.h"
-#include "track/whole_file.h"
 
 namespace vgps {
 namespace {

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "base/texts.h"
-#include "track/whole_file.h"
+#include "files/bad_copies.h"
 
 namespace vgps {
 namespace {}  // namespace

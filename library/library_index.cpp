@@ -3,15 +3,15 @@
 #include <bit>
 #include <cstddef>
 
+#include "files/input_file.h"
+#include "files/whole_file.h"
 #include "library/document_layout.h"
-#include "library/library_files.h"
-#include "track/whole_file.h"
 
 namespace vgps {
 namespace {
 
 constexpr std::string_view kMagic = "VGPSINDX";
-constexpr uint32_t kVersion = 1;
+constexpr uint32_t kVersion = 2;
 constexpr uint32_t kOther = 1;  // flags
 constexpr uint32_t kDamaged = 2;
 constexpr size_t kLeastEntry = 120;  // bytes; more entries than that many fit are none
@@ -107,7 +107,8 @@ void writeEntry(Writer& out, const IndexEntry& entry) {
   out.decimal(summary.kilometres);
   out.number(static_cast<uint64_t>(summary.seconds));
   writeDate(out, summary.date);
-  for (const double edge : {summary.west, summary.south, summary.east, summary.north}) {
+  const TrackBounds& bounds = summary.bounds;
+  for (const double edge : {bounds.west, bounds.south, bounds.east, bounds.north}) {
     out.decimal(edge);
   }
   out.text(summary.name);
@@ -127,7 +128,8 @@ IndexEntry readEntry(Reader& in) {
   summary.kilometres = in.decimal();
   summary.seconds = static_cast<int64_t>(in.number<uint64_t>());
   readDate(in, summary.date);
-  for (double* edge : {&summary.west, &summary.south, &summary.east, &summary.north}) {
+  TrackBounds& bounds = summary.bounds;
+  for (double* edge : {&bounds.west, &bounds.south, &bounds.east, &bounds.north}) {
     *edge = in.decimal();
   }
   summary.name = in.text();

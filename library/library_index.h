@@ -16,7 +16,7 @@
 // their bytes:
 //
 //   0  8  "VGPSINDX"
-//   8  4  version, 1
+//   8  4  version, 2
 //  12  8  size of the document, 0 of a folder
 //  20  8  its time
 //  28  8  where the next track goes

@@ -16,6 +16,7 @@
 #include "track/thinning.h"
 #include "track/track_xml.h"
 #include "xml/escape.h"
+#include "xml/tags.h"
 
 namespace vgps {
 
@@ -41,24 +42,35 @@ std::string cleanName(std::string_view name) {
   return clean.substr(first, clean.find_last_not_of(' ') + 1 - first);
 }
 
+// The name as a tag holds it. None in single quotes, which the reader does not take for quotes.
+std::optional<std::string_view> nameIn(std::string_view tag) {
+  std::optional<std::string_view> found;
+  forTagAttributes(tag, [&](std::string_view name, std::string_view value, std::string_view bytes) {
+    if (name == "n" && bytes.ends_with('"') && !found) found = value;
+  });
+  return found;
+}
+
 // The element with another name in its tag; everything else stays as it is.
 std::string renamed(std::string text, const std::string& name) {
   const std::string stored = escapeXml(name);
-  const size_t end = text.find('>');
-  const size_t at = text.find(" n=\"");
-  if (at < end) {
-    const size_t value = at + 4;
-    return text.replace(value, text.find('"', value) - value, stored);
-  }
+  const std::optional<std::string_view> old =
+      nameIn(std::string_view(text).substr(0, text.find('>')));
+  if (old) return text.replace(static_cast<size_t>(old->data() - text.data()), old->size(), stored);
   constexpr size_t kBehindT = 2;  // "<t"
   return text.insert(kBehindT, " n=\"" + stored + "\"");
 }
 
 // A file of its own has a name inside only when another program put it there; the two are one.
 std::string renamedInside(std::string text, const std::string& name) {
-  const size_t tag = text.find("<t ");
-  if (tag == std::string::npos || text.find(" n=\"", tag) >= text.find('>', tag)) return text;
-  return text.substr(0, tag) + renamed(text.substr(tag), name);
+  TagReader tags(text);
+  for (TagMark tag; tags.next(tag);) {
+    if (tag.name != "t" || tag.kind == TagMark::Kind::close) continue;
+    const std::string element = text.substr(tag.begin);
+    if (!nameIn(std::string_view(element).substr(0, tag.end - tag.begin))) break;
+    return text.substr(0, tag.begin) + renamed(element, name);
+  }
+  return text;
 }
 
 void addAttributes(RecordingOptions& writing, const RecordingOptions& other) {

@@ -8,6 +8,7 @@
 #include "base/date_time.h"
 #include "platform/exclusive_file.h"
 #include "track/track.h"
+#include "track/track_statistics.h"
 
 // What a library is made of, whether it is a document or a folder.
 namespace vgps {
@@ -39,6 +40,12 @@ struct LibraryDisk {
   int waitForOthersMs = 5000;  // while another program changes the library
 };
 
+// What an attempt to lock the library came to: `done` when it is held.
+constexpr LibraryResult lockResult(FileOpening opening) {
+  if (opening == FileOpening::opened) return LibraryResult::done;
+  return opening == FileOpening::inUse ? LibraryResult::inUse : LibraryResult::notWritten;
+}
+
 // A track as a list shows it.
 struct TrackSummary {
   std::string name;
@@ -46,10 +53,12 @@ struct TrackSummary {
   double kilometres = 0;  // on the surface, from point to point
   int64_t seconds = 0;    // from the first time to the last; 0 without times
   DateTime date;          // local time of the first point that has one; year 0 without
-  double west = 0, south = 0, east = 0, north = 0;  // degrees; all 0 without points
-  bool damaged = false;  // these are the good points of a track that is not whole
+  TrackBounds bounds;     // all 0 without points
+  bool damaged = false;   // these are the good points of a track that is not whole
 };
 
+// Without a name.
+TrackSummary summaryOf(const TrackSums& sums);
 TrackSummary summaryOf(const Track& track);
 
 // A track element as text.

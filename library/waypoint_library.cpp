@@ -6,9 +6,11 @@
 
 #include "base/number.h"
 #include "base/text.h"
-#include "library/library_files.h"
-#include "library/tag_reader.h"
-#include "track/whole_file.h"
+#include "files/bad_copies.h"
+#include "files/file_lock.h"
+#include "files/input_file.h"
+#include "files/whole_file.h"
+#include "xml/tags.h"
 
 namespace vgps {
 namespace {
@@ -17,12 +19,7 @@ constexpr double kGreatestCoordinate = 1e9;
 
 // Every tag is closed where it should be, and no text stands between them.
 bool isWellFormed(std::string_view text) {
-  TagReader tags([text](char* to, size_t size) mutable {
-    const size_t count = std::min(size, text.size());
-    text.copy(to, count);
-    text.remove_prefix(count);
-    return count;
-  });
+  TagReader tags(text);
   std::vector<std::string> open;
   bool good = true;
   for (TagMark tag; tags.next(tag);) {
@@ -209,9 +206,9 @@ LibraryResult WaypointLibrary::prepare() {
 // `edit` works on the document by the lists and says whether it did; then it is saved.
 template <class Edit>
 LibraryResult WaypointLibrary::change(Edit edit) {
-  const LibraryLock lock(lockPathOf(path_), disk_);
-  if (lock.result() != LibraryResult::done) return lock.result();
-  LibraryResult result = prepare();
+  const FileLock lock(lockPathOf(path_), disk_.open, disk_.waitForOthersMs);
+  LibraryResult result = lockResult(lock.state());
+  if (result == LibraryResult::done) result = prepare();
   if (result != LibraryResult::done) return result;
   if (state_ == LibraryState::damaged) rebuild();
   result = edit();

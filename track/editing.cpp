@@ -30,7 +30,7 @@ void append(Track& to, const Track& from, size_t first, size_t end) {
 }
 
 void dropFrom(Track& track, size_t index) {
-  track.points.truncate(index);
+  track.points.resize(index);
   std::erase_if(track.attachments, [&](const TrackAttachment& a) { return a.point >= index; });
 }
 
@@ -66,9 +66,7 @@ bool trim(Track& track, size_t first, size_t last) {
   for (TrackAttachment& attachment : track.attachments) {
     attachment.point -= static_cast<uint32_t>(first);
   }
-  std::copy(std::next(track.points.begin(), static_cast<std::ptrdiff_t>(first)), track.points.end(),
-            track.points.begin());
-  track.points.truncate(last + 1 - first);
+  track.points.erase(track.points.begin(), track.points.begin() + first);
   return true;
 }
 

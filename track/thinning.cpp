@@ -36,7 +36,7 @@ void removeInterior(Track& track, Removable removable) {
     }
     if (!places.empty()) places[i] = static_cast<uint32_t>(kept - 1);
   }
-  points.truncate(kept);
+  points.resize(kept);
   for (TrackAttachment& attachment : track.attachments) {
     attachment.point = places[std::min<size_t>(attachment.point, places.size() - 1)];
   }

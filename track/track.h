@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "track/point_list.h"
+#include "track/track_point.h"
 
 namespace vgps {
 

@@ -1,13 +1,12 @@
 #include "track/track_file.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <memory>
 
+#include "files/input_file.h"
+#include "files/whole_file.h"
 #include "platform/files.h"
 #include "track/file_names.h"
 #include "track/track_xml.h"
-#include "track/whole_file.h"
 
 namespace vgps {
 namespace {
@@ -36,14 +35,13 @@ std::string fileStem(const std::string& path) {
 
 // The last bytes of a file, without blanks behind them.
 std::string tailOf(const std::string& path) {
-  constexpr long kTail = 256;
+  constexpr uint64_t kTail = 256;
   std::string tail;
-  std::FILE* const file = openFile(path, "rb");
-  if (file == nullptr) return tail;
-  if (std::fseek(file, -kTail, SEEK_END) != 0) std::rewind(file);
-  tail.resize(kTail);
-  tail.resize(std::fread(tail.data(), 1, tail.size(), file));
-  std::fclose(file);
+  FileStamp stamp;
+  InputFile file(path);
+  if (!file || !fileStamp(path, stamp)) return tail;
+  const uint64_t size = std::min(stamp.size, kTail);
+  file.readAt(stamp.size - size, size, tail);
   tail.erase(tail.find_last_not_of(kBlanks) + 1);
   return tail;
 }
@@ -70,15 +68,9 @@ XmlElement findTrack(XmlElement root) {
 
 // With the track's own tag gone the first point is the root, and the rest lies outside.
 bool putTagBack(const std::string& path, XmlDocument& document) {
-  std::FILE* const file = openFile(path, "rb");
-  if (file == nullptr) return false;
-  std::string text = "<t>";
-  char block[65536];
-  for (size_t got = 1; got > 0;) {
-    got = std::fread(block, 1, sizeof block, file);
-    text.append(block, got);
-  }
-  std::fclose(file);
+  std::string text;
+  if (!readWholeFile(path, text)) return false;
+  text.insert(0, "<t>");
   return static_cast<bool>(document.Load(text, XmlLoadMode::text));
 }
 

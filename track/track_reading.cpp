@@ -36,9 +36,11 @@ bool readNumber(std::string_view text, uint32_t& value) {
   return true;
 }
 
+constexpr std::string_view kTimeForm = "DD-MM-YYYY hh:mm:ss";
+
 bool readTime(std::string_view text, DateTime& time) {
   DateTime read;
-  if (!readDateTime(text, "DD-MM-YYYY hh:mm:ss", read)) return false;
+  if (!readDateTime(text, kTimeForm, read)) return false;
   // All zeroes stand for a point that had no time.
   if (!isCalendarTime(read) && read != DateTime{}) return false;
   time = read;
@@ -56,6 +58,11 @@ void setSpeeds(TrackPoint& point, double value, int32_t unit) {
   point.speedMps = unit == kMps ? value : speeds.mps;
   point.speedKmh = unit == kKmh ? value : speeds.kmh;
   point.speedMph = unit == kMph ? value : speeds.mph;
+}
+
+constexpr bool isOfName(char c) {
+  return static_cast<unsigned char>(c) > '~' || c == '_' || c == ':' || c == '-' || c == '.' ||
+         isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
 class TrackReader {
@@ -95,10 +102,6 @@ class TrackReader {
 
   // False when it is a fault: nobody asked for what is foreign, or it is noise.
   bool noteForeign(std::string_view name) {
-    const auto isOfName = [](char c) {
-      return static_cast<unsigned char>(c) > '~' || c == '_' || c == ':' || c == '-' || c == '.' ||
-             isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-    };
     const bool good = !name.empty() && std::all_of(name.begin(), name.end(), isOfName);
     if (foreign_ == nullptr || !good) return false;
     return *foreign_ = true;
@@ -167,6 +170,119 @@ class TrackReader {
   bool lastKept_ = false;
 };
 
+// Points as TrackWriter puts them out. Whatever else stands there, whole or not, ends the reading:
+// nothing here may take for whole what TrackReader takes for damage.
+class PlainPointReader {
+ public:
+  explicit PlainPointReader(std::string_view text)
+      : begin_(text.data()), at_(begin_), end_(begin_ + text.size()) {}
+
+  size_t read(TrackSums& sums) {
+    const char* whole = begin_;
+    while (readPoint()) {
+      sums.add(point_);
+      whole = at_;
+    }
+    return static_cast<size_t>(whole - begin_);
+  }
+
+ private:
+  bool take(char c) {
+    if (at_ == end_ || *at_ != c) return false;
+    ++at_;
+    return true;
+  }
+
+  bool readPoint() {
+    while (at_ != end_ && (*at_ == ' ' || *at_ == '\t' || *at_ == '\r' || *at_ == '\n')) ++at_;
+    if (!take('<') || !take('p')) return false;
+    point_.localTime = {};
+    hasX_ = hasY_ = false;
+    while (take(' ')) {
+      if (!readAttribute()) return false;
+    }
+    return take('/') && take('>') && hasX_ && hasY_ &&
+           isPosition(point_.longitude, point_.latitude);
+  }
+
+  bool readAttribute() {
+    const char* const name = at_;
+    while (at_ != end_ && isOfName(*at_)) ++at_;
+    const std::string_view word(name, static_cast<size_t>(at_ - name));
+    if (word.empty() || !take('=') || !take('"')) return false;
+    double unused = 0;
+    if (word == "x") return hasX_ = readDecimal(point_.longitude);
+    if (word == "y") return hasY_ = readDecimal(point_.latitude);
+    if (word == "time") return readTimeOfPoint();
+    if (word == "z" || word == "spd" || word == "br") return readDecimal(unused);
+    if (word == "s" || word == "c" || word == "m") return readWhole();
+    while (at_ != end_ && *at_ != '"' && *at_ != '<' && *at_ != '>') ++at_;
+    return take('"');
+  }
+
+  // A minus and digits with at most one point, few enough for a number that fits.
+  bool readDecimal(double& value) {
+    constexpr std::ptrdiff_t kMostWhole = 9;
+    const bool negative = take('-');
+    const char* const digits = at_;
+    uint64_t mantissa = readDigits(0);
+    const std::ptrdiff_t whole = at_ - digits;
+    std::ptrdiff_t decimals = 0;
+    if (take('.')) {
+      const char* const point = at_;
+      mantissa = readDigits(mantissa);
+      decimals = at_ - point;
+    }
+    if (whole == 0 || whole > kMostWhole) return false;
+    if (static_cast<size_t>(whole + decimals) > kExactDigits) return false;
+    value = static_cast<double>(mantissa) / kPowersOfTen[decimals];
+    if (negative) value = -value;
+    return take('"');
+  }
+
+  uint64_t readDigits(uint64_t value) {
+    for (; at_ != end_ && isDigit(*at_); ++at_) {
+      value = value * 10 + static_cast<uint64_t>(*at_ - '0');
+    }
+    return value;
+  }
+
+  bool readWhole() {
+    const char* const digits = at_;
+    while (at_ != end_ && isDigit(*at_)) ++at_;
+    uint32_t unused = 0;
+    return readNumber({digits, static_cast<size_t>(at_ - digits)}, unused) && take('"');
+  }
+
+  bool readTimeOfPoint() {
+    if (static_cast<size_t>(end_ - at_) < kTimeForm.size()) return false;
+    const std::string_view text(at_, kTimeForm.size());
+    at_ += kTimeForm.size();
+    // Most points have the day, hour and minute of the one before.
+    const size_t minutes = kTimeForm.size() - 2;
+    const bool second = isDigit(text[minutes]) && text[minutes] < '6' && isDigit(text.back());
+    if (second && text.substr(0, minutes) == std::string_view(minute_)) {
+      point_.localTime = time_;
+      point_.localTime.second =
+          static_cast<uint16_t>(10 * (text[minutes] - '0') + (text.back() - '0'));
+      return take('"');
+    }
+    if (!readTime(text, point_.localTime)) return false;
+    time_ = point_.localTime;
+    minute_ = time_.year == 0 ? "" : text.substr(0, minutes);
+    return take('"');
+  }
+
+  const char* const begin_;
+  const char* at_;
+  const char* const end_;
+  TrackPoint point_;
+  DateTime time_;       // the last one that was read
+  std::string minute_;  // the same as text, without its seconds
+  bool hasX_ = false;
+  bool hasY_ = false;
+};
+
 }  // namespace
 
 bool readTrack(XmlElement element, int32_t speedUnit, Track& track, bool* foreign) {
@@ -175,6 +291,10 @@ bool readTrack(XmlElement element, int32_t speedUnit, Track& track, bool* foreig
   track.attachments.clear();
   track.pointNames.clear();
   return TrackReader(speedUnit, track, foreign).read(element);
+}
+
+size_t readPlainPoints(std::string_view text, TrackSums& sums) {
+  return PlainPointReader(text).read(sums);
 }
 
 }  // namespace vgps

@@ -71,88 +71,78 @@ class Heights {
   double high_ = 0;  // likewise
 };
 
-// Longitudes unrolled across the 180th meridian.
-class Bounds {
- public:
-  void add(double longitude, double latitude) {
-    if (std::exchange(empty_, false)) {
-      x_ = west_ = east_ = longitude;
-      south_ = north_ = latitude;
-    }
-    x_ += std::remainder(longitude - x_, 360);
-    west_ = std::min(west_, x_);
-    east_ = std::max(east_, x_);
-    south_ = std::min(south_, latitude);
-    north_ = std::max(north_, latitude);
-  }
-  std::optional<TrackBounds> bounds() const {
-    if (empty_) return std::nullopt;
-    if (east_ - west_ >= 360) return TrackBounds{-180, south_, 180, north_};
-    return TrackBounds{onEarth(west_), south_, onEarth(east_), north_};
-  }
-
- private:
-  static double onEarth(double longitude) {
-    return std::fabs(longitude) <= 180 ? longitude : std::remainder(longitude, 360);
-  }
-  bool empty_ = true;
-  double x_ = 0, west_ = 0, east_ = 0, south_ = 0, north_ = 0;
-};
-
-// Adds up the time between points, and the way that belongs to it.
-class Times {
- public:
-  void add(const DateTime& time, double wayKm) {
-    const std::optional<int64_t> now = millisecondsOf(time);
-    if (!now) return;
-    if (!last_) {
-      first_ = *now;
-      times_.first = time;
-      wayKm_ = wayKm;
-    }
-    const double seconds = static_cast<double>(*now - last_.value_or(*now)) / 1000;
-    const double km = wayKm - wayKm_;
-    // Two points of the same second are no stop, and a clock that was put back is no time.
-    if (seconds >= 0 && km * 3600 >= kSlowestMovingKmh * seconds) {
-      times_.movingSeconds += seconds;
-      times_.movingKm += km;
-    }
-    wayKm_ = wayKm;
-    last_ = now;
-    times_.last = time;
-    ++count_;
-  }
-  std::optional<TrackTimes> times() const {
-    if (count_ < 2) return std::nullopt;
-    TrackTimes result = times_;
-    result.seconds = std::max(0.0, static_cast<double>(*last_ - first_) / 1000);
-    result.movingSeconds = std::min(result.movingSeconds, result.seconds);
-    return result;
-  }
-
- private:
-  TrackTimes times_;
-  size_t count_ = 0;
-  int64_t first_ = 0;
-  std::optional<int64_t> last_;
-  double wayKm_ = 0;  // of the last point of known time, from the start
-};
-
 double kmhOf(double kilometres, double seconds) {
   return seconds > 0 ? kilometres * 3600 / seconds : 0;
 }
 
-Position positionOf(const TrackPoint& point) {
-  return {point.longitude, point.latitude, point.altitude};
+double onEarth(double longitude) {
+  return std::fabs(longitude) <= 180 ? longitude : std::remainder(longitude, 360);
 }
 
 }  // namespace
 
-std::optional<double> secondsBetween(const DateTime& from, const DateTime& to) {
-  const std::optional<int64_t> start = millisecondsOf(from);
-  const std::optional<int64_t> end = millisecondsOf(to);
-  if (!start || !end) return std::nullopt;
-  return static_cast<double>(*end - *start) / 1000;
+double TrackSums::add(const TrackPoint& point) {
+  double step = 0;
+  if (points_++ > 0) {
+    step = surfaceDistance(static_cast<float>(longitude_), static_cast<float>(latitude_),
+                           static_cast<float>(point.longitude), static_cast<float>(point.latitude),
+                           kKilometres, kKilometres);
+    kilometres_ += step;
+  }
+  addBounds(point);
+  addTime(point.localTime);
+  longitude_ = point.longitude;
+  latitude_ = point.latitude;
+  return step;
+}
+
+void TrackSums::addBounds(const TrackPoint& point) {
+  if (points_ == 1) {
+    west_ = east_ = point.longitude;
+    south_ = north_ = point.latitude;
+    return;
+  }
+  const double step = point.longitude - longitude_;
+  if (step > 180) turns_ -= 360;
+  if (step < -180) turns_ += 360;
+  west_ = std::min(west_, point.longitude + turns_);
+  east_ = std::max(east_, point.longitude + turns_);
+  south_ = std::min(south_, point.latitude);
+  north_ = std::max(north_, point.latitude);
+}
+
+void TrackSums::addTime(const DateTime& time) {
+  const std::optional<int64_t> now = millisecondsOf(time);
+  if (!now) return;
+  if (timed_++ == 0) {
+    times_.first = time;
+    firstMs_ = lastMs_ = *now;
+    timedKm_ = kilometres_;
+  }
+  const double seconds = static_cast<double>(*now - lastMs_) / 1000;
+  const double km = kilometres_ - timedKm_;
+  // Two points of the same second are no stop, and a clock that was put back is no time.
+  if (seconds >= 0 && km * 3600 >= kSlowestMovingKmh * seconds) {
+    times_.movingSeconds += seconds;
+    times_.movingKm += km;
+  }
+  timedKm_ = kilometres_;
+  lastMs_ = *now;
+  times_.last = time;
+}
+
+std::optional<TrackBounds> TrackSums::bounds() const {
+  if (points_ == 0) return std::nullopt;
+  if (east_ - west_ >= 360) return TrackBounds{-180, south_, 180, north_};
+  return TrackBounds{onEarth(west_), south_, onEarth(east_), north_};
+}
+
+std::optional<TrackTimes> TrackSums::times() const {
+  if (timed_ < 2) return std::nullopt;
+  TrackTimes result = times_;
+  result.seconds = std::max(0.0, static_cast<double>(lastMs_ - firstMs_) / 1000);
+  result.movingSeconds = std::min(result.movingSeconds, result.seconds);
+  return result;
 }
 
 double TrackStatistics::averageKmh() const { return times ? kmhOf(distanceKm, times->seconds) : 0; }
@@ -166,21 +156,14 @@ TrackStatistics statisticsOf(const Track& track) {
   all.points = track.points.size();
   if (all.points == 0) return all;
   Heights heights;
-  Bounds bounds;
-  Times times;
+  TrackSums sums;
   all.highest = all.lowest = track.points.front().altitude;
-  const TrackPoint* last = nullptr;
+  const TrackPoint* last = &track.points.front();
   for (const TrackPoint& point : track.points) {
-    if (last != nullptr) {
-      const double surface =
-          pointDistance(positionOf(*last), positionOf(point), kKilometres, kKilometres, false);
-      all.distanceKm += surface;
-      all.distance3dKm += slantKilometres(surface, static_cast<float>(last->altitude),
-                                          static_cast<float>(point.altitude));
-    }
+    const double surface = sums.add(point);
+    all.distance3dKm += slantKilometres(surface, static_cast<float>(last->altitude),
+                                        static_cast<float>(point.altitude));
     heights.add(point.altitude);
-    bounds.add(point.longitude, point.latitude);
-    times.add(point.localTime, all.distanceKm);
     all.highest = std::max(all.highest, point.altitude);
     all.lowest = std::min(all.lowest, point.altitude);
     all.greatestKmh = std::max(all.greatestKmh, point.speedKmh);
@@ -189,8 +172,9 @@ TrackStatistics statisticsOf(const Track& track) {
   heights.end();
   all.climb = heights.climb;
   all.descent = heights.descent;
-  all.bounds = bounds.bounds();
-  all.times = times.times();
+  all.distanceKm = sums.kilometres();
+  all.bounds = sums.bounds();
+  all.times = sums.times();
   return all;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 
 #include "base/date_time.h"
@@ -29,6 +30,36 @@ struct TrackTimes {
   double movingKm = 0;
 };
 
+// Adds up way, bounds and times while points come one after another.
+class TrackSums {
+ public:
+  // The surface distance from the point before, in kilometres; 0 for the first one. Looks at the
+  // position and the local time.
+  double add(const TrackPoint& point);
+
+  size_t points() const { return points_; }
+  double kilometres() const { return kilometres_; }
+  std::optional<TrackBounds> bounds() const;  // none without points
+  std::optional<TrackTimes> times() const;    // none without two points of known time
+  // Of the first point that has a time; year 0 when none has.
+  const DateTime& firstTime() const { return times_.first; }
+
+ private:
+  void addBounds(const TrackPoint& point);
+  void addTime(const DateTime& time);
+
+  size_t points_ = 0;
+  double kilometres_ = 0;
+  double longitude_ = 0, latitude_ = 0;  // of the last point
+  double turns_ = 0;  // degrees: longitudes are unrolled across the 180th meridian
+  double west_ = 0, south_ = 0, east_ = 0, north_ = 0;
+  TrackTimes times_;
+  size_t timed_ = 0;     // points of known time
+  int64_t firstMs_ = 0;  // theirs
+  int64_t lastMs_ = 0;
+  double timedKm_ = 0;  // the way to the last of them
+};
+
 struct TrackStatistics {
   size_t points = 0;
   double distanceKm = 0;              // sum of the surface distances from each point to the next
@@ -50,8 +81,5 @@ struct TrackStatistics {
 };
 
 TrackStatistics statisticsOf(const Track& track);
-
-// Seconds from one time to the other, negative when it lies before; none for dates that are none.
-std::optional<double> secondsBetween(const DateTime& from, const DateTime& to);
 
 }  // namespace vgps

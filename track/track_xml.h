@@ -6,6 +6,7 @@
 
 #include "track/options.h"
 #include "track/track.h"
+#include "track/track_statistics.h"
 #include "xml/document.h"
 
 // A track as an element:
@@ -46,5 +47,10 @@ void dropWrittenAttachments(Track& track);
 // track's; then the good points are there. With `foreign`, attributes and elements of other
 // programs are no fault: it becomes true for them.
 bool readTrack(XmlElement element, int32_t speedUnit, Track& track, bool* foreign = nullptr);
+
+// Sums up the points at the start of `text` without making a tree of them, as far as they stand
+// there as this program writes them, whole and without attachments. Gives the number of bytes up to
+// the end of the last of them: what follows is for `readTrack` to judge.
+size_t readPlainPoints(std::string_view text, TrackSums& sums);
 
 }  // namespace vgps

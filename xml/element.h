@@ -7,7 +7,6 @@
 #include <string_view>
 #include <vector>
 
-#include "base/format.h"
 #include "xml/tree.h"
 
 // Elements and attributes of a document as small handles, copied like pointers. A handle that
@@ -55,12 +54,6 @@ class XmlAttribute {
   bool SetValueInt64(int64_t value);
   bool SetValueUInt64(uint64_t value);
   bool SetValueFloat(double value);  // six decimals
-  // As `formatText` renders it; what goes beyond 9,999 bytes is cut.
-  template <class... Arguments>
-  bool SetFormattedValue(std::string_view format, const Arguments&... arguments) {
-    constexpr size_t kLongest = 9999;
-    return SetValue(std::string_view(formatText(format, arguments...)).substr(0, kLongest));
-  }
 
  private:
   friend class XmlElement;

@@ -31,6 +31,8 @@ RecorderPlaces SessionRecorderHooks::places() const {
           .settings = app_.paths.settings};
 }
 
+ExclusiveOpener SessionRecorderHooks::opener() const { return app_.platform.disk.open; }
+
 bool SessionRecorderHooks::askToSave() { return askQuestion(app_, Text::askToSave); }
 
 void SessionRecorderHooks::startTimer() {

@@ -133,6 +133,7 @@ class SessionRecorderHooks : public RecorderHooks {
   explicit SessionRecorderHooks(AppState& app) : app_(app) {}
 
   RecorderPlaces places() const override;
+  ExclusiveOpener opener() const override;
   bool askToSave() override;
   void startTimer() override;
   void stopTimer() override;

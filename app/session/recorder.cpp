@@ -46,7 +46,6 @@ Recorder::Recorder(RecorderHooks& hooks, const Clock& clock, const LibraryDisk& 
     : library(disk),
       hooks_(hooks),
       clock_(clock),
-      openFile_(disk.open),
       recording_(track, options, *this, clock),
       journal_(std::make_unique<Journal>()) {}
 
@@ -101,7 +100,7 @@ bool Recorder::save(Track& ended) {
 }
 
 JournalSettings Recorder::journalSettings() {
-  return {.open = openFile_, .failed = [this] { hooks_.journalFailed(); }};
+  return {.open = hooks_.opener(), .failed = [this] { hooks_.journalFailed(); }};
 }
 
 void Recorder::beginJournal() {

@@ -29,6 +29,8 @@ class RecorderHooks {
   virtual ~RecorderHooks() = default;
   // As they are at this moment.
   virtual RecorderPlaces places() const = 0;
+  // How the journal is opened.
+  virtual ExclusiveOpener opener() const { return openExclusive; }
   // "Save the track?"
   virtual bool askToSave() { return true; }
   virtual void startTimer() {}  // runs while recording
@@ -151,7 +153,6 @@ class Recorder : private RecordingHooks {
 
   RecorderHooks& hooks_;
   const Clock& clock_;
-  const ExclusiveOpener openFile_;
   Recording recording_;
   std::unique_ptr<Journal> journal_;
   bool journalRefused_ = false;  // told once in each recording

@@ -1,15 +1,15 @@
 #include "app/settings/config_store.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
-#include <thread>
 #include <utility>
 
 #include "base/number.h"
 #include "base/text.h"
+#include "files/bad_copies.h"
+#include "files/input_file.h"
+#include "files/retry.h"
 #include "platform/files.h"
-#include "track/whole_file.h"
 #include "xml/profile.h"
 
 namespace vgps {
@@ -17,27 +17,16 @@ namespace {
 
 // False when the file cannot be read to its end.
 bool readBytes(const XmlFiles& files, const std::string& path, std::string& out) {
-  constexpr size_t kBlock = 65536;
   void* const file = files.open(path, XmlFiles::Access::read);
   if (file == nullptr) return false;
-  for (size_t got = kBlock; got == kBlock;) {
-    const size_t before = out.size();
-    out.resize(before + kBlock);
-    got = files.read(file, out.data() + before, kBlock);
-    out.resize(before + got);
-  }
+  readToEnd([&](char* to, size_t size) { return files.read(file, to, size); }, out);
   return files.close(file);
 }
 
-// What another program holds for a moment, as a virus scanner does, can be read soon.
+// Also what another program holds for a moment.
 bool readSoon(const XmlFiles& files, const std::string& path, std::string& out) {
   constexpr int kTries = 10;
-  for (int tries = 1;; ++tries) {
-    out.clear();
-    if (readBytes(files, path, out)) return true;
-    if (tries == kTries) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-  }
+  return retry(kTries, std::chrono::milliseconds(20), [&] { return readBytes(files, path, out); });
 }
 
 // Over the file, or as a new one.

@@ -102,22 +102,5 @@ TEST(Number, ShortWholeNumbersAreScannedWithTheirWidth) {
   }
 }
 
-TEST(Number, FixedTextsAreThoseOfPrintf) {
-  EXPECT_EQ(fixedText(11.516666666666667, 6), "11.516667");
-  EXPECT_EQ(fixedText(-0.0000004, 6), "-0.000000");
-  EXPECT_EQ(fixedText(179.9999996, 6), "180.000000");
-  std::mt19937_64 random(2);
-  for (int i = 0; i < 20000; ++i) {
-    const double value =
-        std::ldexp(static_cast<double>(random()), static_cast<int>(random() % 200) - 150);
-    const int decimals = static_cast<int>(random() % 10);
-    char text[400];
-    std::snprintf(text, sizeof text, "%.*f", decimals, value);
-    ASSERT_EQ(fixedText(value, decimals), text);
-    ASSERT_EQ(leadingDouble(shortestText(value)), value);
-  }
-  EXPECT_EQ(fixedText(-1.7976931348623157e308, 30).size(), 1U + 309 + 1 + 30);
-}
-
 }  // namespace
 }  // namespace vgps

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "track/track_xml.h"
+
 namespace vgps {
 namespace {
 
@@ -100,6 +102,41 @@ TEST(DocumentLayout, ATrackLongerThanAnyBlock) {
   ASSERT_EQ(layout.tracks.size(), 2U);
   EXPECT_EQ(layout.tracks[0].points, 20000U);
   EXPECT_EQ(layout.tracks[1].points, 1U);
+}
+
+// What is summed up without a tree must be whole, and come to the same, for the reader of the tree.
+TEST(DocumentLayout, PlainPointsAreWhatTheTreeSays) {
+  const std::string good =
+      "\r\n\t<p x=\"11.516667\" y=\"-48.117300\" z=\"545.0\" spd=\"41.4\" "
+      "time=\"05-07-2010 09:03:04\" br=\"84.4\"/>";
+  const std::string next = "<p x=\"11.6\" y=\"-48\" s=\"2\" n=\"A\" time=\"05-07-2010 09:03:09\"/>";
+  const std::string end = "\r\n</t>";
+  size_t plain = 0;
+  const auto check = [&](const std::string& points) {
+    TrackSums sums;
+    if (readPlainPoints(points + end, sums) != points.size()) return;
+    ++plain;
+    const TrackSummary quick = summaryOf(sums);
+    const TrackSummary slow = summaryOfText("<t>" + points + end, 1);
+    EXPECT_FALSE(slow.damaged) << points;
+    EXPECT_EQ(quick.points, slow.points) << points;
+    EXPECT_EQ(quick.kilometres, slow.kilometres) << points;
+    EXPECT_EQ(quick.seconds, slow.seconds) << points;
+    EXPECT_EQ(quick.date, slow.date) << points;
+    EXPECT_EQ(quick.bounds.west, slow.bounds.west) << points;
+    EXPECT_EQ(quick.bounds.north, slow.bounds.north) << points;
+  };
+  check(good + good + next);
+  EXPECT_EQ(plain, 1U);
+  const std::string points = next + good + next + good;
+  for (size_t at = 0; at < points.size(); ++at) {
+    check(std::string(points).erase(at, 1));
+    for (const char c : std::string_view(" <>/=\"'-.059xyzmcnpt&\0\xC3", 23)) {
+      check(std::string(points).replace(at, 1, 1, c));
+      check(std::string(points).insert(at, 1, c));
+    }
+  }
+  EXPECT_GT(plain, 1000U);
 }
 
 }  // namespace

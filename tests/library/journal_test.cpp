@@ -7,9 +7,10 @@
 #include <fstream>
 #include <thread>
 
+#include "files/input_file.h"
 #include "library/journal_format.h"
-#include "library/library_files.h"
 #include "platform/files.h"
+#include "tests/fakes/test_folder.h"
 #include "tests/library/memory_file.h"
 #include "tests/track/recording_world.h"
 
@@ -26,11 +27,6 @@ TrackPoint point(uint32_t number) {
 
 class JournalOnDisk : public testing::Test {
  protected:
-  JournalOnDisk() {
-    std::filesystem::remove_all(folder_);
-    std::filesystem::create_directories(folder_);
-  }
-  ~JournalOnDisk() override { std::filesystem::remove_all(folder_); }
   void spoil(std::streamoff at) {
     std::fstream file(path_, std::ios::in | std::ios::out | std::ios::binary);
     file.seekp(at).put('\x55');
@@ -42,7 +38,8 @@ class JournalOnDisk : public testing::Test {
     ASSERT_TRUE(journal.close());
   }
 
-  const std::string folder_ = testing::TempDir() + "vgps_journal";
+  const TestFolder testFolder_;
+  const std::string folder_ = testFolder_.path();
   const std::string path_ = pathIn(folder_, kJournalName);
 };
 

@@ -98,10 +98,10 @@ TEST_P(EitherLibrary, TheListSaysWhatATrackIs) {
     EXPECT_EQ(summary.seconds, 60);
     EXPECT_EQ(summary.date.day, 5);
     EXPECT_EQ(summary.date.hour, 9);
-    EXPECT_DOUBLE_EQ(summary.west, 11);
-    EXPECT_DOUBLE_EQ(summary.east, 11.006);
-    EXPECT_DOUBLE_EQ(summary.south, 48.1);
-    EXPECT_DOUBLE_EQ(summary.north, 48.1);
+    EXPECT_DOUBLE_EQ(summary.bounds.west, 11);
+    EXPECT_DOUBLE_EQ(summary.bounds.east, 11.006);
+    EXPECT_DOUBLE_EQ(summary.bounds.south, 48.1);
+    EXPECT_DOUBLE_EQ(summary.bounds.north, 48.1);
     EXPECT_FALSE(summary.damaged);
   }
 }

@@ -2,24 +2,18 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "platform/files.h"
+#include "tests/fakes/test_folder.h"
 
 namespace vgps {
 namespace {
 
 class FileNames : public testing::Test {
  protected:
-  FileNames() {
-    std::filesystem::remove_all(folder_);
-    std::filesystem::create_directories(folder_);
-  }
-  ~FileNames() override { std::filesystem::remove_all(folder_); }
-  void take(const std::string& name) { std::ofstream(folder_ + "/" + name).put('x'); }
+  void take(const std::string& name) const { testFolder_.write(name, "x"); }
 
-  const std::string folder_ = testing::TempDir() + "vgps_file_names";
+  const TestFolder testFolder_;
+  const std::string folder_ = testFolder_.path();
 };
 
 TEST_F(FileNames, TracksCountFromTheSecond) {

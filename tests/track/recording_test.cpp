@@ -336,25 +336,5 @@ TEST(Recording, MarksCountFromEachStart) {
   }
 }
 
-TEST(PointList, KeepsItsPointsInPlace) {
-  PointList points;
-  points.push_back(pointAt(0, 0));
-  const TrackPoint* const first = &points[0];
-  for (int i = 1; i < 1000; ++i) points.push_back(pointAt(i, 0));
-  EXPECT_EQ(&points.front(), first);
-  PointList copy(points);
-  points.truncate(130);
-  points.push_back(pointAt(-1, 0));
-  EXPECT_EQ(points.back().longitude, -1);
-  EXPECT_EQ(points[129].longitude, 129);
-  ASSERT_EQ(copy.size(), 1000U);
-  double expected = 0;
-  for (const TrackPoint& point : copy) EXPECT_EQ(point.longitude, expected++);
-  points = std::move(copy);
-  EXPECT_EQ(points.size(), 1000U);
-  points.clear();
-  EXPECT_TRUE(points.begin() == points.end());
-}
-
 }  // namespace
 }  // namespace vgps

@@ -3,28 +3,19 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "platform/files.h"
+#include "tests/fakes/test_folder.h"
 #include "tests/library/memory_file.h"
 #include "tests/track/recording_world.h"
 #include "track/track_xml.h"
-#include "track/whole_file.h"
 
 namespace vgps {
 namespace {
 
 constexpr const char* kDeclaration =
     "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\" ?>\r\n";
-
-std::string fileText(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
 
 TrackPoint samplePoint() {
   TrackPoint point{FixAt{.course = 84.4, .kmh = 41.484799250793458, .altitude = 545}};
@@ -144,27 +135,13 @@ TEST(TrackXml, IsWhatTheDocumentWrites) {
 
 class TrackFiles : public testing::Test {
  protected:
-  TrackFiles() {
-    std::filesystem::remove_all(folder_);
-    std::filesystem::create_directories(folder_);
-  }
-  ~TrackFiles() override { std::filesystem::remove_all(folder_); }
-
   TrackLoading load(const std::string& text) {
     std::ofstream(path_, std::ios::binary) << text;
     return loadTrackFile(path_, 0, track_);
   }
-  std::vector<std::string> names() const {
-    std::vector<std::string> found;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_)) {
-      found.push_back(entry.path().filename().string());
-    }
-    std::sort(found.begin(), found.end());
-    return found;
-  }
-
-  const std::string folder_ = testing::TempDir() + "vgps_track_files";
-  const std::string path_ = pathIn(folder_, "Ride.XML");
+  const TestFolder testFolder_;
+  const std::string folder_ = testFolder_.path();
+  const std::string path_ = testFolder_ / "Ride.XML";
   const DateTime noon_ = {2010, 7, 1, 5, 12, 0, 0, 0};
   Track track_;
 };
@@ -177,11 +154,10 @@ TEST_F(TrackFiles, TwoOfTheSameMinute) {
   EXPECT_EQ(saveTrackFile(first, folder_, {}, noon_), TrackSaving::saved);
   EXPECT_EQ(saveTrackFile(second, folder_, {}, noon_), TrackSaving::saved);
   const std::string name = "Track05_07_2010_12_00";
-  EXPECT_EQ(names(), (std::vector<std::string>{name + " - 1.XML", name + ".XML"}));
+  EXPECT_EQ(testFolder_.names(), (std::vector<std::string>{name + " - 1.XML", name + ".XML"}));
   EXPECT_EQ(first.name, name);
-  EXPECT_EQ(fileText(pathIn(folder_, name + ".XML")), fileText(pathIn(folder_, name + " - 1.XML")));
-  EXPECT_TRUE(
-      fileText(pathIn(folder_, name + ".XML")).starts_with(kDeclaration + std::string("<t>\r\n")));
+  EXPECT_EQ(testFolder_.read(name + ".XML"), testFolder_.read(name + " - 1.XML"));
+  EXPECT_TRUE(testFolder_.read(name + ".XML").starts_with(kDeclaration + std::string("<t>\r\n")));
   EXPECT_TRUE(first.attachments.empty());  // a second save would have none
 }
 
@@ -194,7 +170,7 @@ TEST_F(TrackFiles, NoNameLeft) {
   }
   track_.attachments.push_back({0, "b"});
   EXPECT_EQ(saveTrackFile(track_, folder_, {}, noon_), TrackSaving::noFreeName);
-  EXPECT_EQ(names().size(), 10U);
+  EXPECT_EQ(testFolder_.names().size(), 10U);
   EXPECT_EQ(track_.attachments.size(), 1U);
 }
 
@@ -208,13 +184,13 @@ TEST_F(TrackFiles, AFullDiskLeavesNothingBehindAndTakesEverythingLater) {
   EXPECT_EQ(track_.attachments.size(), 1U);
   EXPECT_EQ(saveTrackFile(track_, pathIn(folder_, "none"), {}, noon_), TrackSaving::notWritten);
   EXPECT_EQ(saveTrackFile(track_, folder_, {}, noon_), TrackSaving::saved);
-  EXPECT_NE(fileText(pathIn(folder_, track_.name + ".XML")).find("Item 1"), std::string::npos);
+  EXPECT_NE(testFolder_.read(track_.name + ".XML").find("Item 1"), std::string::npos);
 }
 
 TEST_F(TrackFiles, WhateverTheDiskRefusesTheOldFileStays) {
   track_.points.push_back(samplePoint());
   ASSERT_TRUE(writeTrackFile(track_, path_, {}));
-  const std::string old = fileText(path_);
+  const std::string old = testFolder_.read("Ride.XML");
   track_.points.push_back(samplePoint());
   for (const bool full : {true, false}) {
     MemoryDisk disk;
@@ -226,11 +202,11 @@ TEST_F(TrackFiles, WhateverTheDiskRefusesTheOldFileStays) {
     const XmlElement element = document.createElement("<t><p x=\"1\" y=\"2\"/></t>");
     EXPECT_EQ(importTrackFile(element, folder_, disk.opener()), TrackSaving::notWritten);
   }
-  EXPECT_EQ(fileText(path_), old);
+  EXPECT_EQ(testFolder_.read("Ride.XML"), old);
   EXPECT_TRUE(writeTrackFile(track_, path_, {}));
   EXPECT_EQ(loadTrackFile(path_, 0, track_), TrackLoading::whole);
   EXPECT_EQ(track_.points.size(), 2U);
-  EXPECT_EQ(names(), std::vector<std::string>{"Ride.XML"});
+  EXPECT_EQ(testFolder_.names(), std::vector<std::string>{"Ride.XML"});
 }
 
 TEST_F(TrackFiles, Imported) {
@@ -240,8 +216,9 @@ TEST_F(TrackFiles, Imported) {
   EXPECT_EQ(importTrackFile(named, folder_), TrackSaving::saved);
   EXPECT_EQ(importTrackFile(nameless, folder_), TrackSaving::saved);
   EXPECT_EQ(importTrackFile(nameless, folder_), TrackSaving::saved);
-  EXPECT_EQ(names(), (std::vector<std::string>{"A_B-1.XML", "Import-1.XML", "Import-2.XML"}));
-  EXPECT_EQ(fileText(pathIn(folder_, "A_B-1.XML")),
+  EXPECT_EQ(testFolder_.names(),
+            (std::vector<std::string>{"A_B-1.XML", "Import-1.XML", "Import-2.XML"}));
+  EXPECT_EQ(testFolder_.read("A_B-1.XML"),
             kDeclaration + std::string("<t n=\"A/B\">\r\n\t<p x=\"1\" y=\"2\"/>\r\n</t>\r\n"));
   EXPECT_EQ(loadTrackFile(pathIn(folder_, "A_B-1.XML"), 0, track_), TrackLoading::whole);
   EXPECT_EQ(track_.name, "A/B");
@@ -344,64 +321,6 @@ TEST_F(TrackFiles, CutAnywhereEachWholePositionIsThere) {
     EXPECT_EQ(load(part), TrackLoading::damaged) << size;
     EXPECT_EQ(track_.points.size(), whole) << size;
   }
-}
-
-TEST_F(TrackFiles, WholeFilesAndBadOnes) {
-  EXPECT_TRUE(writeWholeFile(path_, "one"));
-  EXPECT_TRUE(writeWholeFile(path_, "two, longer"));
-  EXPECT_EQ(fileText(path_), "two, longer");
-  EXPECT_EQ(keepAsBad(path_, "damaged"), pathIn(folder_, "Ride.bad"));
-  EXPECT_EQ(names(), (std::vector<std::string>{"Ride.XML", "Ride.bad"}));
-  EXPECT_EQ(badPathOf("a.b/c"), "a.b/c.bad");
-  EXPECT_FALSE(writeWholeFile(folder_, "a folder has that name"));
-}
-
-TEST_F(TrackFiles, NothingButTheNamedFileIsReplaced) {
-  // What lies around, also of a killed program, and what other writers have begun.
-  const std::string neighbour = path_ + ".new";
-  std::ofstream(neighbour) << "another file of the person's";
-  OutputFile slow(path_);
-  EXPECT_TRUE(slow.write("slow"));
-  EXPECT_TRUE(writeWholeFile(path_, "quick"));
-  EXPECT_EQ(fileText(path_), "quick");
-  EXPECT_TRUE(slow.finish());
-  EXPECT_EQ(fileText(path_), "slow");
-  EXPECT_EQ(fileText(neighbour), "another file of the person's");
-  EXPECT_EQ(names(), (std::vector<std::string>{"Ride.XML", "Ride.XML.new"}));
-  { const OutputFile given(path_); }
-  EXPECT_EQ(names().size(), 2U) << "what was not finished leaves nothing";
-}
-
-TEST_F(TrackFiles, AFreeNameIsNeverTakenFromAnother) {
-  std::ofstream(path_) << "there";
-  EXPECT_EQ(writeFreeFile(path_, "new"), FilePlacing::taken);
-  OutputFile file(path_ + "2");
-  EXPECT_TRUE(file.write("new"));
-  EXPECT_EQ(file.finishAs(path_), FilePlacing::taken) << "somebody was quicker";
-  EXPECT_EQ(fileText(path_), "there");
-  EXPECT_EQ(file.finishAs(path_ + "2"), FilePlacing::placed);
-  EXPECT_EQ(fileText(path_ + "2"), "new");
-  EXPECT_EQ(names(), (std::vector<std::string>{"Ride.XML", "Ride.XML2"}));
-}
-
-TEST_F(TrackFiles, BadCopiesNeverReplaceOneAnother) {
-  const std::string bad = pathIn(folder_, "Ride.bad");
-  const std::string second = pathIn(folder_, "Ride-2.bad");
-  const std::string third = pathIn(folder_, "Ride-3.bad");
-  EXPECT_EQ(keepAsBad(path_, "one"), bad);
-  EXPECT_EQ(keepAsBad(path_, "one"), bad) << "it is kept already";
-  EXPECT_EQ(keepAsBad(path_, "onetwo"), second);
-  std::ofstream(path_) << "one";
-  EXPECT_EQ(copyAsBad(path_), bad);
-  std::ofstream(path_) << "on";
-  EXPECT_EQ(copyAsBad(path_), third);
-  EXPECT_EQ(moveAsBad(path_), pathIn(folder_, "Ride-4.bad"));
-  EXPECT_FALSE(fileExists(path_));
-  EXPECT_EQ(fileText(bad) + "|" + fileText(second) + "|" + fileText(third), "one|onetwo|on");
-  // A damaged file that has such a name itself is not its own copy.
-  EXPECT_EQ(copyAsBad(second), pathIn(folder_, "Ride-2-2.bad"));
-  EXPECT_EQ(keepAsBad(bad, "one"), pathIn(folder_, "Ride-5.bad"));
-  EXPECT_EQ(copyAsBad(pathIn(folder_, "none")), "");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/text.h"
+#include "tests/fakes/test_folder.h"
 #include "tests/xml/shared_data.h"
 
 namespace vgps {
@@ -10,23 +11,12 @@ namespace {
 
 class XmlFile : public testing::Test {
  protected:
-  void SetUp() override {
-    folder_ =
-        std::filesystem::temp_directory_path() /
-        ("vexa-xml-" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
-    std::filesystem::create_directories(folder_);
-  }
-  void TearDown() override {
-    std::error_code error;
-    std::filesystem::remove_all(folder_, error);
-  }
-
-  std::string path(const std::string& name) const { return (folder_ / name).string(); }
+  std::string path(const std::string& name) const { return folder_ / name; }
   void write(const std::string& name, std::string_view text) const {
-    std::ofstream(folder_ / name, std::ios::binary) << text;
+    folder_.write(name, std::string(text));
   }
 
-  std::filesystem::path folder_;
+  const TestFolder folder_;
 };
 
 constexpr std::string_view kEmptyDocument =
@@ -78,12 +68,11 @@ TEST_F(XmlFile, AFileIsOverwrittenInPlace) {
   std::string text;
   ASSERT_EQ(document.saveText(text), 1);
   EXPECT_TRUE(contentsOf(path("same.xml")) == text);
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_), {}), 2);
+  EXPECT_EQ(folder_.names().size(), 2U);
 }
 
 TEST_F(XmlFile, Utf16NamesAndFiles) {
-  const std::u16string name =
-      utf16FromUtf8((folder_ / "").string()) + u"gr\u00FC\u00DFe \u20AC.xml";
+  const std::u16string name = utf16FromUtf8(folder_.path() + "/") + u"gr\u00FC\u00DFe \u20AC.xml";
   XmlDocument document;
   EXPECT_EQ(document.Load(name).status, XmlLoadStatus::noFile);
   EXPECT_TRUE(document.fileNameIsUtf16());
@@ -147,11 +136,11 @@ TEST_F(XmlFile, WhatTheSystemRefusesIsToldAndNothingIsLost) {
   XmlDocument document;
   document.GetRootElement().AddElement("kept");
   EXPECT_EQ(document.Save(path("none/a.xml")), 0);
-  EXPECT_EQ(document.Save(folder_.string()), 0) << "a folder in the file's place";
+  EXPECT_EQ(document.Save(folder_.path()), 0) << "a folder in the file's place";
   EXPECT_EQ(document.GetRootElement().GetChildrenNum(), 1U);
   XmlDocument other;
-  EXPECT_FALSE(other.Load(folder_.string()));
-  EXPECT_NE(other.Load(folder_.string()).status, XmlLoadStatus::noElement);
+  EXPECT_FALSE(other.Load(folder_.path()));
+  EXPECT_NE(other.Load(folder_.path()).status, XmlLoadStatus::noElement);
   write("readonly.xml", "<old/>");
   std::filesystem::permissions(path("readonly.xml"), std::filesystem::perms::owner_read);
   // An administrator may write it all the same.

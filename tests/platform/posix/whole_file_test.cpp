@@ -1,4 +1,4 @@
-#include "track/whole_file.h"
+#include "files/whole_file.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -1,18 +1,16 @@
-#include "track/whole_file.h"
+#include "files/whole_file.h"
 
 #include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <span>
-#include <thread>
-#include <vector>
+
+#include "files/retry.h"
 
 namespace vgps {
 namespace {
 
 constexpr size_t kBlock = size_t{1} << 20;
-
-using FileHandle = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 // "vgps-0123456789abcdef.new", beside the file: short, so that it fits wherever a name does.
 // Programs that start at the same moment lie at different places in memory; should a name be taken
@@ -32,65 +30,12 @@ std::string nameBeside(const std::string& path) {
 template <class Place>
 FilePlacing placePatiently(const std::string& from, Place place) {
   constexpr int kAttempts = 20;
-  for (int attempt = 0; attempt < kAttempts; ++attempt) {
-    const FilePlacing result = place();
-    if (result != FilePlacing::refused || !fileExists(from)) return result;
-    std::this_thread::sleep_for(std::chrono::milliseconds(25));
-  }
-  return FilePlacing::refused;
-}
-
-// Reads a file block by block. False when it cannot be read to its end.
-template <class Use>
-bool readBlocks(const std::string& path, Use use) {
-  const FileHandle file(openFile(path, "rb"), std::fclose);
-  if (file == nullptr) return false;
-  std::vector<char> block(kBlock);
-  for (size_t got = block.size(); got == block.size();) {
-    got = std::fread(block.data(), 1, block.size(), file.get());
-    if (got > 0 && !use(std::string_view(block.data(), got))) return false;
-  }
-  return std::ferror(file.get()) == 0;
-}
-
-bool hasBytes(const std::string& path, std::string_view bytes) {
-  const bool equal = readBlocks(path, [&bytes](std::string_view block) {
-    if (!bytes.starts_with(block)) return false;
-    bytes.remove_prefix(block.size());
-    return true;
+  FilePlacing result = FilePlacing::refused;
+  retry(kAttempts, std::chrono::milliseconds(25), [&] {
+    result = place();
+    return result != FilePlacing::refused || !fileExists(from);
   });
-  return equal && bytes.empty();
-}
-
-bool hasBytesOf(const std::string& path, const std::string& other) {
-  const FileHandle file(openFile(other, "rb"), std::fclose);
-  if (file == nullptr) return false;
-  std::vector<char> mine(kBlock);
-  const bool equal = readBlocks(path, [&](std::string_view block) {
-    const size_t got = std::fread(mine.data(), 1, block.size(), file.get());
-    return block == std::string_view(mine.data(), got);
-  });
-  return equal && std::fgetc(file.get()) == EOF && std::ferror(file.get()) == 0;
-}
-
-// Goes through the names for a damaged file until one is it. `isCopy` says whether a file that is
-// there is a copy already, `place` puts it under a free name.
-template <class IsCopy, class Place>
-std::string firstBadPath(const std::string& path, IsCopy isCopy, Place place) {
-  constexpr int kMost = 99;
-  for (int number = 1; number <= kMost; ++number) {
-    const std::string suffix = number == 1 ? "" : "-" + std::to_string(number);
-    const std::string bad = withoutExtension(path) + suffix + ".bad";
-    if (fileExists(bad)) {
-      const bool another = fileKind(bad) == FileKind::regular && !isSameFile(bad, path);
-      if (another && isCopy(bad)) return bad;
-      continue;
-    }
-    const FilePlacing result = place(bad);
-    if (result == FilePlacing::placed) return bad;
-    if (result == FilePlacing::refused) return {};
-  }
-  return {};
+  return result;
 }
 
 }  // namespace
@@ -175,31 +120,6 @@ FilePlacing writeFreeFile(const std::string& path, std::string_view text,
 std::string withoutExtension(const std::string& path) {
   const size_t point = path.find_last_of("./\\");
   return point == std::string::npos || path[point] != '.' ? path : path.substr(0, point);
-}
-
-std::string badPathOf(const std::string& path) { return withoutExtension(path) + ".bad"; }
-
-std::string keepAsBad(const std::string& path, std::string_view bytes,
-                      const ExclusiveOpener& open) {
-  return firstBadPath(
-      path, [&](const std::string& bad) { return hasBytes(bad, bytes); },
-      [&](const std::string& bad) { return writeFreeFile(bad, bytes, open); });
-}
-
-std::string copyAsBad(const std::string& path, const ExclusiveOpener& open) {
-  return firstBadPath(
-      path, [&](const std::string& bad) { return hasBytesOf(bad, path); },
-      [&](const std::string& bad) {
-        OutputFile copy(bad, open);
-        const bool read = readBlocks(path, [&](std::string_view b) { return copy.write(b); });
-        return read ? copy.finishAs(bad) : FilePlacing::refused;
-      });
-}
-
-std::string moveAsBad(const std::string& path) {
-  return firstBadPath(
-      path, [](const std::string&) { return false; },
-      [&](const std::string& bad) { return placeFile(path, bad); });
 }
 
 }  // namespace vgps

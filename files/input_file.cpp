@@ -1,9 +1,6 @@
-#include "library/library_files.h"
+#include "files/input_file.h"
 
 #include <algorithm>
-#include <chrono>
-#include <thread>
-#include <utility>
 
 #include "platform/files.h"
 
@@ -11,6 +8,7 @@ namespace vgps {
 namespace {
 
 constexpr size_t kBlock = size_t{1} << 20;
+constexpr size_t kFirstRoom = size_t{1} << 16;
 
 }  // namespace
 
@@ -18,7 +16,7 @@ InputFile::InputFile(const std::string& path) : file_(openFile(path, "rb")) {
   if (file_ != nullptr) std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // blocks are asked for
 }
 
-TagReader::Source InputFile::source() {
+ByteSource InputFile::source() {
   return [this](char* to, size_t size) { return std::fread(to, 1, size, file_.get()); };
 }
 
@@ -62,30 +60,21 @@ bool InputFile::copy(uint64_t begin, uint64_t end,
 
 bool InputFile::failed() const { return std::ferror(file_.get()) != 0; }
 
-bool readWholeFile(const std::string& path, std::string& out) {
-  FileStamp stamp;
-  InputFile file(path);
-  return file && fileStamp(path, stamp) && file.readAt(0, stamp.size, out);
-}
-
-std::string lockPathOf(const std::string& document) { return behindLinks(document) + ".lock"; }
-
-LibraryLock::LibraryLock(const std::string& path, const LibraryDisk& disk) {
-  const auto limit =
-      std::chrono::steady_clock::now() + std::chrono::milliseconds(disk.waitForOthersMs);
-  FileOpening opening{};
-  while ((file_ = disk.open(path, OpenMode::orCreate, opening)) == nullptr) {
-    const bool wait = opening == FileOpening::inUse && std::chrono::steady_clock::now() < limit;
-    if (!wait) break;
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+void readToEnd(const ByteSource& source, std::string& out) {
+  size_t used = 0;
+  for (size_t got = 1; got > 0; used += got) {
+    out.resize(std::max(2 * used, kFirstRoom));
+    got = source(out.data() + used, out.size() - used);
   }
-  if (file_ != nullptr) result_ = LibraryResult::done;
-  if (file_ == nullptr && opening == FileOpening::inUse) result_ = LibraryResult::inUse;
+  out.resize(used);
 }
 
-LibraryLock::~LibraryLock() {
-  // One that holds something is somebody else's file of this name.
-  if (file_ != nullptr && file_->size() == 0) file_->remove();
+bool readWholeFile(const std::string& path, std::string& out) {
+  if (fileKind(path) != FileKind::regular) return false;
+  InputFile file(path);
+  if (!file) return false;
+  readToEnd(file.source(), out);
+  return !file.failed();
 }
 
 }  // namespace vgps

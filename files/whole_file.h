@@ -8,7 +8,7 @@
 #include "platform/exclusive_file.h"
 #include "platform/files.h"
 
-// Files that are written anew as a whole, and what happens to damaged ones.
+// Files that are written anew as a whole.
 namespace vgps {
 
 // Writes a file beside its place, under a name that nothing else has, and gives it its own name in
@@ -53,17 +53,7 @@ bool writeWholeFile(const std::string& path, std::string_view text,
 FilePlacing writeFreeFile(const std::string& path, std::string_view text,
                           const ExclusiveOpener& open = openExclusive);
 
-// `path` with ".bad" in place of its extension.
-std::string badPathOf(const std::string& path);
-
-// Keep a damaged file beside itself, flushed: as "NAME.bad", or "NAME-2.bad" to "NAME-99.bad" where
-// other files have the names before. A copy that is there already is enough. Its path; empty when
-// that failed. The first two leave the damaged file where it is, the third takes its name away.
-std::string keepAsBad(const std::string& path, std::string_view bytes,
-                      const ExclusiveOpener& open = openExclusive);
-std::string copyAsBad(const std::string& path, const ExclusiveOpener& open = openExclusive);
-std::string moveAsBad(const std::string& path);
-
+// The path without the last point of its name and what follows.
 std::string withoutExtension(const std::string& path);
 
 }  // namespace vgps

@@ -1,0 +1,84 @@
+#include "files/bad_copies.h"
+
+#include "files/input_file.h"
+#include "files/whole_file.h"
+
+namespace vgps {
+namespace {
+
+bool hasBytes(const std::string& path, std::string_view bytes) {
+  FileStamp stamp;
+  InputFile file(path);
+  if (!file || !fileStamp(path, stamp) || stamp.size != bytes.size()) return false;
+  return file.copy(0, stamp.size, [&bytes](std::string_view block) {
+    const bool equal = bytes.starts_with(block);
+    bytes.remove_prefix(equal ? block.size() : 0);
+    return equal;
+  });
+}
+
+bool hasBytesOf(const std::string& path, const std::string& other) {
+  FileStamp mine, theirs;
+  InputFile file(path);
+  InputFile otherFile(other);
+  const bool both = file && otherFile && fileStamp(path, mine) && fileStamp(other, theirs);
+  if (!both || mine.size != theirs.size) return false;
+  const ByteSource source = otherFile.source();
+  std::string block;
+  return file.copy(0, mine.size, [&](std::string_view bytes) {
+    block.resize(bytes.size());
+    return source(block.data(), block.size()) == block.size() && block == bytes;
+  });
+}
+
+// Goes through the names for a damaged file until one is it. `isCopy` says whether a file that is
+// there is a copy already, `place` puts it under a free name.
+template <class IsCopy, class Place>
+std::string firstBadPath(const std::string& path, IsCopy isCopy, Place place) {
+  constexpr int kMost = 99;
+  for (int number = 1; number <= kMost; ++number) {
+    const std::string suffix = number == 1 ? "" : "-" + std::to_string(number);
+    const std::string bad = withoutExtension(path) + suffix + ".bad";
+    if (fileExists(bad)) {
+      const bool another = fileKind(bad) == FileKind::regular && !isSameFile(bad, path);
+      if (another && isCopy(bad)) return bad;
+      continue;
+    }
+    const FilePlacing result = place(bad);
+    if (result == FilePlacing::placed) return bad;
+    if (result == FilePlacing::refused) return {};
+  }
+  return {};
+}
+
+FilePlacing copyTo(const std::string& bad, const std::string& path, const ExclusiveOpener& open) {
+  FileStamp stamp;
+  InputFile file(path);
+  OutputFile copy(bad, open);
+  const bool copied = file && fileStamp(path, stamp) &&
+                      file.copy(0, stamp.size, [&](auto block) { return copy.write(block); });
+  return copied ? copy.finishAs(bad) : FilePlacing::refused;
+}
+
+}  // namespace
+
+std::string keepAsBad(const std::string& path, std::string_view bytes,
+                      const ExclusiveOpener& open) {
+  return firstBadPath(
+      path, [&](const std::string& bad) { return hasBytes(bad, bytes); },
+      [&](const std::string& bad) { return writeFreeFile(bad, bytes, open); });
+}
+
+std::string copyAsBad(const std::string& path, const ExclusiveOpener& open) {
+  return firstBadPath(
+      path, [&](const std::string& bad) { return hasBytesOf(bad, path); },
+      [&](const std::string& bad) { return copyTo(bad, path, open); });
+}
+
+std::string moveAsBad(const std::string& path) {
+  return firstBadPath(
+      path, [](const std::string&) { return false; },
+      [&](const std::string& bad) { return placeFile(path, bad); });
+}
+
+}  // namespace vgps

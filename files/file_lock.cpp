@@ -1,0 +1,25 @@
+#include "files/file_lock.h"
+
+#include <chrono>
+
+#include "files/retry.h"
+#include "platform/files.h"
+
+namespace vgps {
+
+std::string lockPathOf(const std::string& document) { return behindLinks(document) + ".lock"; }
+
+FileLock::FileLock(const std::string& path, const ExclusiveOpener& open, int waitMs) {
+  constexpr int kPauseMs = 20;
+  retry(waitMs / kPauseMs + 1, std::chrono::milliseconds(kPauseMs), [&] {
+    file_ = open(path, OpenMode::orCreate, state_);
+    return file_ != nullptr || state_ != FileOpening::inUse;
+  });
+}
+
+FileLock::~FileLock() {
+  // One that holds something is another program's file of this name.
+  if (file_ != nullptr && file_->size() == 0) file_->remove();
+}
+
+}  // namespace vgps

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+// Reading files, whole or in parts.
+namespace vgps {
+
+// Fills the room it is given as far as it can; 0 at the end.
+using ByteSource = std::function<size_t(char*, size_t)>;
+
+// A file opened for reading; closed with it.
+class InputFile {
+ public:
+  explicit InputFile(const std::string& path);
+  explicit operator bool() const { return file_ != nullptr; }
+  void close() { file_.reset(); }
+  // Its bytes in their order.
+  ByteSource source();
+  // False when these bytes cannot all be read.
+  bool readAt(uint64_t offset, uint64_t size, std::string& out);
+  // Calls `write` with all these bytes in their order; false when it, or reading, fails.
+  bool copy(uint64_t begin, uint64_t end, const std::function<bool(std::string_view)>& write);
+  // A fault of the disk was met.
+  bool failed() const;
+
+ private:
+  struct Close {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+  bool seek(uint64_t offset);
+  std::unique_ptr<std::FILE, Close> file_;
+};
+
+// Everything that the source still has.
+void readToEnd(const ByteSource& source, std::string& out);
+
+// False when it is not a file of bytes on a disk (whoever reads a pipe waits for its writer), or
+// cannot be read to its end.
+bool readWholeFile(const std::string& path, std::string& out);
+
+}  // namespace vgps
