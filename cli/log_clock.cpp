@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "base/number.h"
+#include "gps/sentence.h"
 
 namespace vgps {
 namespace {
@@ -11,21 +12,18 @@ namespace {
 constexpr int64_t kMinuteMs = 60000;
 constexpr int64_t kDayMs = 24 * 60 * kMinuteMs;
 
-std::string_view fieldOf(std::string_view line, int number) {
-  for (; number > 0; --number) {
-    const size_t comma = line.find(',');
-    if (comma == std::string_view::npos) return {};
-    line.remove_prefix(comma + 1);
-  }
-  return line.substr(0, line.find_first_of(",*"));
+std::string_view fieldOf(const Sentence& sentence, size_t number) {
+  const std::string_view field = sentence.fields.orEmpty(number);
+  return field.substr(0, field.find('*'));
 }
 
 // ddmmyy of an RMC with a valid position, in days since 1970. Before the first fix receivers tell
 // the date of their making.
 std::optional<int64_t> dayIn(std::string_view line) {
   namespace ch = std::chrono;
-  if (line.substr(3, 3) != "RMC" || fieldOf(line, 2) != "A") return std::nullopt;
-  const std::string_view text = fieldOf(line, 9);
+  const Sentence sentence(line);
+  if (sentence.name.type != SentenceType::rmc || fieldOf(sentence, 2) != "A") return std::nullopt;
+  const std::string_view text = fieldOf(sentence, 9);
   if (text.size() != 6 || !std::all_of(text.begin(), text.end(), isDigit)) return std::nullopt;
   const auto part = [text](size_t at) { return leadingInt(text.substr(at, 2)); };
   const ch::year_month_day date(ch::year(2000 + part(4)), ch::month(static_cast<unsigned>(part(2))),

@@ -1,17 +1,12 @@
 #include "cli/log_reader.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cstring>
 #include <utility>
 
+#include "gps/sirf.h"
+
 namespace vgps {
-namespace {
-
-constexpr size_t kBinaryHeader = 4;
-constexpr size_t kBinaryOverhead = 8;
-
-}  // namespace
 
 LogReader::LogReader(Source source, size_t blockSize)
     : source_(std::move(source)), buffer_(std::max<size_t>(blockSize, 1)) {}
@@ -48,15 +43,14 @@ bool LogReader::has(size_t count) {
 }
 
 bool LogReader::startsBinary(size_t at) {
-  return has(at + 1) && waiting()[at] == '\xA0' && has(at + 2) && waiting()[at + 1] == '\xA2';
+  return has(at + 1) && waiting()[at] == kSirfStart[0] && has(at + 2) &&
+         waiting()[at + 1] == kSirfStart[1];
 }
 
 // Of the message that starts there, as its header says; a header that the end of the log cuts short
 // says nothing beyond itself.
 size_t LogReader::announcedLength(size_t at) {
-  if (!has(at + kBinaryHeader)) return kBinaryHeader;
-  const auto byteAt = [&](size_t i) { return static_cast<uint8_t>(waiting()[at + i]); };
-  return (size_t{byteAt(2)} << 8 | byteAt(3)) + kBinaryOverhead;
+  return has(at + kSirfHeader) ? sirfFrameLength(waiting().substr(at)) : kSirfHeader;
 }
 
 // Its length when a whole message starts there, otherwise 0.
@@ -64,7 +58,7 @@ size_t LogReader::wholeMessage(size_t at) {
   if (!startsBinary(at)) return 0;
   const size_t length = announcedLength(at);
   if (!has(at + length)) return 0;
-  return waiting().substr(at, length).ends_with("\xB0\xB3") ? length : 0;
+  return waiting().substr(at, length).ends_with(kSirfEnd) ? length : 0;
 }
 
 // Of the message at the front, 0 when there is none. One that the end of the log cuts short is
@@ -80,7 +74,7 @@ size_t LogReader::messageLength() {
 // Where the first whole message behind `from` starts, `limit` when none does before it.
 size_t LogReader::nextMessage(size_t from, size_t limit) {
   for (size_t at = from; at < limit; ++at) {
-    at = waiting().substr(0, limit).find('\xA0', at);
+    at = waiting().substr(0, limit).find(kSirfStart[0], at);
     if (at == std::string_view::npos) break;
     if (wholeMessage(at) > 0) return at;
   }

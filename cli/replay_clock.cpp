@@ -1,5 +1,8 @@
 #include "cli/replay_clock.h"
 
+#include "base/number.h"
+#include "gps/sentence.h"
+
 namespace vgps {
 namespace {
 
@@ -7,14 +10,6 @@ constexpr int32_t kSecondMs = 1000;
 constexpr int32_t kMinuteMs = 60 * kSecondMs;
 constexpr int32_t kHourMs = 60 * kMinuteMs;
 constexpr int32_t kDayMs = 24 * kHourMs;
-
-constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
-bool isPositionSentence(std::string_view line) {
-  if (line.size() < 7 || line[0] != '$' || line[6] != ',') return false;
-  return (line[3] == 'R' && line[4] == 'M' && line[5] == 'C') ||
-         (line[3] == 'G' && line[4] == 'G' && line[5] == 'A');
-}
 
 // hhmmss[.decimals] in milliseconds since midnight, -1 when it is none.
 int32_t timeOfDay(std::string_view field) {
@@ -37,8 +32,9 @@ int32_t timeOfDay(std::string_view field) {
 }  // namespace
 
 int32_t timeOfDayIn(std::string_view line) {
-  if (!isPositionSentence(line)) return -1;
-  line.remove_prefix(7);
+  const SentenceName name = nameOf(line);
+  if (!name.whole || !name.isPosition()) return -1;
+  line.remove_prefix(SentenceName::kLength + 1);
   return timeOfDay(line.substr(0, line.find(',')));
 }
 

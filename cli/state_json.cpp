@@ -22,13 +22,13 @@ Json timeJson(const DateTime& time) {
 }
 
 Json sentencesJson(const SentenceStats& stats) {
-  const auto count = [&](CountedKind kind) { return stats.of(kind).count; };
+  const auto count = [&](SentenceType kind) { return stats.of(kind).count; };
   return {{"total", stats.total()},
-          {"rmc", count(CountedKind::rmc)},
-          {"gga", count(CountedKind::gga)},
-          {"gsa", count(CountedKind::gsa)},
-          {"gsv", count(CountedKind::gsv)},
-          {"other", count(CountedKind::other)},
+          {"rmc", count(SentenceType::rmc)},
+          {"gga", count(SentenceType::gga)},
+          {"gsa", count(SentenceType::gsa)},
+          {"gsv", count(SentenceType::gsv)},
+          {"other", count(SentenceType::other)},
           {"rejected", stats.rejected},
           {"binary", stats.binary},
           {"checksumRight", stats.sum(&KindStats::checksumRight)},

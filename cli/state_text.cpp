@@ -5,13 +5,11 @@
 #include <cstdio>
 
 #include "base/number.h"
+#include "geo/distance.h"
 #include "geo/units.h"
 
 namespace vgps {
 namespace {
-
-// The 32-bit 0.001: within so many degrees of 0/0 there is no position.
-constexpr double kNoPositionDegrees = 0.0010000000474974513;
 
 constexpr std::array<const char*, 9> kQualityNames = {
     "no fix",         "GPS fix",         "differential fix",
@@ -54,9 +52,9 @@ std::string systemsText(const std::vector<ViewedSatellite>& view) {
 }
 
 std::string countsText(const SentenceStats& stats) {
-  constexpr std::array<const char*, kCountedKinds> kNames = {"RMC", "GGA", "GSA", "GSV", "other"};
+  constexpr std::array<const char*, kSentenceTypes> kNames = {"RMC", "GGA", "GSA", "GSV", "other"};
   std::string text = std::to_string(stats.total()) + " (";
-  for (size_t kind = 0; kind < kCountedKinds; ++kind) {
+  for (size_t kind = 0; kind < kSentenceTypes; ++kind) {
     text += std::string(kNames[kind]) + " " + std::to_string(stats.kinds[kind].count) + ", ";
   }
   return text + "binary " + std::to_string(stats.binary) + ")";
@@ -71,9 +69,7 @@ std::string fixStatusText(int32_t fixStatus) {
 }
 
 std::string positionText(const FixRecord& fix) {
-  const bool none = std::fabs(fix.longitude) <= kNoPositionDegrees &&
-                    std::fabs(fix.latitude) <= kNoPositionDegrees;
-  if (none) return "none";
+  if (isNoPosition(fix.longitude, fix.latitude)) return "none";
   return degreesText(fix.latitude, "N", "S") + "  " + degreesText(fix.longitude, "E", "W");
 }
 

@@ -6,16 +6,14 @@
 #include "base/number.h"
 #include "base/texts.h"
 #include "geo/coordinate_lines.h"
+#include "geo/distance.h"
 #include "geo/units.h"
 #include "geo/utm.h"
 
 namespace vgps {
 namespace {
 
-// The 32-bit rounding of 0.001 degrees: nearer to 0, 0 than this is "no position".
-constexpr double kNoPositionDegrees = 0.0010000000474974513;
-
-uint64_t countOf(const Scene& scene, CountedKind kind) { return scene.stats.of(kind).count; }
+uint64_t countOf(const Scene& scene, SentenceType kind) { return scene.stats.of(kind).count; }
 
 std::string twoDigits(uint32_t value) {
   const std::string digits = std::to_string(value);
@@ -44,7 +42,7 @@ std::string offsetText(int32_t utcOffsetMinutes) {
 }
 
 // Position sentences of a receiver without a fix carry empty fields, which read as 0.
-bool saidWithFix(const Scene& scene, CountedKind kind) {
+bool saidWithFix(const Scene& scene, SentenceType kind) {
   return scene.fix.fixStatus != 0 && countOf(scene, kind) > 0;
 }
 
@@ -55,7 +53,7 @@ void fillSpeed(const Scene& scene, ReadoutTexts& texts) {
   const Speeds speeds = {fix.speedKnots, fix.speedMps, fix.speedKmh, fix.speedMph};
   const bool moving = speeds.knots != 0 || speeds.mps != 0 || speeds.kmh != 0 || speeds.mph != 0;
   // Simulated sentences give some units only: a lone 0 beside them is no speed.
-  const bool zeroHolds = !moving && saidWithFix(scene, CountedKind::rmc);
+  const bool zeroHolds = !moving && saidWithFix(scene, SentenceType::rmc);
   const bool old = isTooOld(scene.ages.motion);
   size_t other = 0;
   for (int32_t unit = kKmh; unit <= kMph; ++unit) {
@@ -77,7 +75,7 @@ void fillCourse(const Scene& scene, ReadoutTexts& texts) {
   const bool old = isTooOld(scene.ages.motion);
   // A receiver at rest leaves the course empty, so 0 is north only in motion.
   const bool known =
-      !old && (fix.course != 0 || (saidWithFix(scene, CountedKind::rmc) && fix.speedKmh > 0));
+      !old && (fix.course != 0 || (saidWithFix(scene, SentenceType::rmc) && fix.speedKmh > 0));
   texts.course = known ? fixedText(fix.course, 1) + "°" : kDashes;
   texts.courseDetail = known ? compassPoint(fix.course) : "";
   if (fix.magneticVariation == 0 || old) return;
@@ -89,7 +87,7 @@ void fillCourse(const Scene& scene, ReadoutTexts& texts) {
 
 bool isAltitudeKnown(const Scene& scene) {
   if (isTooOld(scene.ages.altitude)) return false;
-  return scene.fix.altitude != 0 || saidWithFix(scene, CountedKind::gga);
+  return scene.fix.altitude != 0 || saidWithFix(scene, SentenceType::gga);
 }
 
 void fillAltitude(const Scene& scene, ReadoutTexts& texts) {
@@ -142,9 +140,9 @@ std::string dopText(const Scene& scene, float dop) {
 void fillSatellites(const Scene& scene, ReadoutTexts& texts) {
   const SatelliteTable& table = scene.satellites;
   const int32_t used = usedSatellites(scene);
-  const bool usedKnown = used != 0 || countOf(scene, CountedKind::gga) > 0;
+  const bool usedKnown = used != 0 || countOf(scene, SentenceType::gga) > 0;
   const int32_t inView = std::max(table.inViewCount, distinctSatellites(scene.view));
-  const bool inViewKnown = inView != 0 || countOf(scene, CountedKind::gsv) > 0;
+  const bool inViewKnown = inView != 0 || countOf(scene, SentenceType::gsv) > 0;
   const bool usedHolds = usedKnown && !isTooOld(scene.ages.used);
   const bool inViewHolds = inViewKnown && !isTooOld(scene.ages.view);
   texts.satellitesUsed = usedHolds ? std::to_string(used) : kDashes;
@@ -166,8 +164,7 @@ std::string_view compassPoint(double degrees) {
 
 bool hasPosition(const FixRecord& fix) {
   if (!std::isfinite(fix.latitude) || !std::isfinite(fix.longitude)) return false;
-  return std::fabs(fix.latitude) > kNoPositionDegrees ||
-         std::fabs(fix.longitude) > kNoPositionDegrees;
+  return !isNoPosition(fix.longitude, fix.latitude);
 }
 
 int32_t distinctSatellites(std::span<const ViewedSatellite> view) {

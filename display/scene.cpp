@@ -29,7 +29,7 @@ std::string_view fixQualityText(int32_t fixStatus) {
 
 int32_t usedSatellites(const Scene& scene) {
   const SatelliteTable& table = scene.satellites;
-  const bool counted = scene.stats.of(CountedKind::gga).count > 0;
+  const bool counted = scene.stats.of(SentenceType::gga).count > 0;
   // A receiver that sends no GGA still lists in GSA which satellites it uses.
   if (table.usedCount != 0 || counted || !scene.satellitesInUseKnown) return table.usedCount;
   return static_cast<int32_t>(

@@ -23,6 +23,7 @@ class LookingHooks : public GpsHooks {
       return;
     }
     const auto& message = *static_cast<const SirfMessage*>(line.message);
+    require(line.text.starts_with(kSirfStart) && sirfFrameLength(line.text) == line.text.size());
     require(message.start == 0xA0A2 && message.payload.size() == message.length);
     for (const uint8_t byte : message.payload) sum = sum + byte;
   }

@@ -7,6 +7,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/number.h"
+
 // The fields of a sentence, cut in place.
 namespace vgps {
 
@@ -35,6 +37,21 @@ inline uint64_t commaBits(std::string_view text) {
   return bits;
 }
 
+// The whole number that `length` characters in front of `end` spell, 1 to 4 of them, digits only;
+// -1 when there are others. The four characters in front of `end` must be there: they are read as
+// one word, so that the short numbers of a sentence need no loop each.
+inline int32_t digitsBefore(const char* end, size_t length) {
+  constexpr uint32_t kZeros = 0x30303030;
+  constexpr uint32_t kAboveNine = 0x76767676;
+  constexpr uint32_t kHighBits = 0x80808080;
+  uint32_t word = 0;
+  std::memcpy(&word, end - sizeof word, sizeof word);
+  word = (word ^ kZeros) & (~uint32_t{0} << (32 - 8 * length));
+  if ((((word + kAboveNine) | word) & kHighBits) != 0) return -1;
+  word = (word * 10 + (word >> 8)) & 0x00FF00FF;  // two digits each
+  return static_cast<int32_t>((word * 100 + (word >> 16)) & 0xFFFF);
+}
+
 // The first fields of a text, as many as a sentence of fixed layout can have.
 class Fields {
  public:
@@ -44,7 +61,8 @@ class Fields {
     starts_[0] = 0;
     for (size_t block = 0; block < text.size(); block += 64) {
       for (uint64_t bits = commaBits(text.substr(block)); bits != 0; bits &= bits - 1) {
-        starts_[size_] = block + static_cast<size_t>(std::countr_zero(bits)) + 1;
+        starts_[size_] =
+            static_cast<uint32_t>(block) + static_cast<uint32_t>(std::countr_zero(bits)) + 1;
         if (size_ == kKept) {
           more_ = true;
           return;
@@ -52,7 +70,7 @@ class Fields {
         ++size_;
       }
     }
-    starts_[size_] = text.size() + 1;
+    starts_[size_] = static_cast<uint32_t>(text.size()) + 1;
   }
 
   // How many fields there are, at most kKept.
@@ -60,10 +78,24 @@ class Fields {
   // Whether the field numbered `index` exists.
   bool has(size_t index) const { return size_ > index; }
   std::string_view operator[](size_t index) const {
-    return {text_.data() + starts_[index], starts_[index + 1] - starts_[index] - 1};
+    return {text_.data() + startOf(index), endOf(index) - startOf(index)};
   }
+  // Where in the text the field numbered `index` starts, and where it ends.
+  size_t startOf(size_t index) const { return starts_[index]; }
+  size_t endOf(size_t index) const { return starts_[index + 1] - size_t{1}; }
   std::string_view orEmpty(size_t index) const {
     return has(index) ? (*this)[index] : std::string_view();
+  }
+  bool isEmpty(size_t index) const { return startOf(index) == endOf(index); }
+  // The number at its start, as `leadingInt` and `leadingDouble` read it, of a field that exists.
+  int32_t wholeNumber(size_t index) const {
+    const int32_t value = shortNumber(index);
+    return value >= 0 ? value : leadingInt((*this)[index]);
+  }
+  float number32(size_t index) const {
+    const int32_t value = shortNumber(index);
+    if (value >= 0) return static_cast<float>(value);
+    return static_cast<float>(leadingDouble((*this)[index]));
   }
   // Whether there are more than kKept; the text of those.
   bool more() const { return more_; }
@@ -76,10 +108,19 @@ class Fields {
   }
 
  private:
+  // -1 when it is not a number of a few digits, or stands at the very front.
+  int32_t shortNumber(size_t index) const {
+    const size_t end = endOf(index);
+    const size_t length = end - startOf(index);
+    if constexpr (std::endian::native != std::endian::little) return -1;
+    if (length == 0) return 0;
+    return length > 4 || end < 4 ? -1 : digitsBefore(text_.data() + end, length);
+  }
+
   std::string_view text_;
   size_t size_ = 1;
   bool more_ = false;
-  std::array<size_t, kKept + 1> starts_;
+  std::array<uint32_t, kKept + 1> starts_;
 };
 
 }  // namespace vgps

@@ -51,8 +51,30 @@ struct FixRecord {
   uint32_t ticksWithoutData = 0;
 };
 
-// GSA and GSV share a number; who needs to tell them apart looks at the text.
+// GSA and GSV share a number; SentenceType tells them apart.
 enum SentenceKind : int32_t { kNoSentence = 0, kRmc = 1, kGga = 2, kSatellites = 4 };
+
+// What a parsed sentence vouched for, one bit each: a value that it lacks says nothing of the one
+// that the fix holds. A time of 000000 and a date of day 0 are those of a clock that has none yet.
+enum Said : uint32_t {
+  kSaidValidity = 1U << 0,  // RMC: whether there is a fix
+  kSaidQuality = 1U << 1,   // GGA: of what kind it is
+  kSaidPosition = 1U << 2,
+  kSaidTime = 1U << 3,
+  kSaidDate = 1U << 4,
+  kSaidAltitude = 1U << 5,
+  kSaidSpeed = 1U << 6,
+  kSaidCourse = 1U << 7,
+  kSaidVariation = 1U << 8,
+  kSaidUsedCount = 1U << 9,  // GGA
+  kSaidUsed = 1U << 10,      // GSA: which satellites
+  kSaidPdop = 1U << 11,
+  kSaidHdop = 1U << 12,
+  kSaidVdop = 1U << 13,
+  kSaidNewCycle = 1U << 14,  // GSV: the list begins
+  kSaidInView = 1U << 15,    // GSV: satellites
+  kSaidInViewCount = 1U << 16,
+};
 
 // What one sentence said: the record that its kind names. Everything that the sentence lacks is
 // zero.

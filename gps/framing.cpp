@@ -6,25 +6,8 @@
 // Received bytes into whole lines or whole binary messages.
 //
 //   text    $GPGGA,...*47 CR LF $GPRMC,...           up to the last LF; the rest is carried
-//   binary  A0 A2 | length, 16 bits, high byte first | payload | checksum, 16 bits | B0 B3
+//   binary  A0 A2 ... B0 B3                          gps/sirf.h
 namespace vgps {
-namespace {
-
-constexpr size_t kBinaryOverhead = 8;
-
-constexpr bool startsBinary(std::string_view bytes) {
-  return bytes.size() >= 2 && bytes[0] == '\xA0' && bytes[1] == '\xA2';
-}
-
-// The length of the binary message at the front; 0 while its header is not whole.
-constexpr size_t binaryMessageLength(std::string_view bytes) {
-  if (bytes.size() < 4) return 0;
-  const auto high = static_cast<uint8_t>(bytes[2]);
-  const auto low = static_cast<uint8_t>(bytes[3]);
-  return (size_t{high} << 8 | low) + kBinaryOverhead;
-}
-
-}  // namespace
 
 // Too much to carry is cut to its end: the start is lost then, and with it the line.
 void GpsFix::carryOver(std::string_view rest) {
@@ -57,9 +40,9 @@ void GpsFix::onReceive(std::string_view bytes) {
       stepWhileShiftHeld();
       return;
     }
-    if (startsBinary(work)) {
+    if (work.starts_with(kSirfStart)) {
       state.inputProtocol = kSirfBinary;
-      const size_t length = binaryMessageLength(work);
+      const size_t length = sirfFrameLength(work);
       if (length == 0 || work.size() < length) {
         carryOver(work);
         return;

@@ -17,6 +17,7 @@
 #include "gps/satellite_view.h"
 #include "gps/sentence_stats.h"
 #include "gps/simulation.h"
+#include "gps/sirf.h"
 #include "gps/talkers.h"
 #include "platform/clock.h"
 #include "platform/location_sensor.h"
@@ -28,21 +29,8 @@ inline constexpr size_t kReadBufferSize = 10000;
 inline constexpr size_t kCarrySize = 5000;
 inline constexpr int kDefaultBaudRate = 9600;
 
-class Fields;
-
 // What the stream was last recognised as.
 enum InputProtocol : int32_t { kNmeaText = 0, kSirfBinary = 1, kSensorInput = 3 };
-
-// A binary message as it came: start A0 A2, length, payload, checksum, end B0 B3.
-struct SirfMessage {
-  uint16_t start = 0;
-  uint16_t length = 0;
-  std::span<const uint8_t> payload;  // looks into the received bytes; its first byte is the number
-  uint16_t checksum = 0;
-  uint16_t end = 0;
-
-  uint32_t number() const { return payload.empty() ? 0 : payload[0]; }
-};
 
 // The raw stream, appended to a file.
 struct StreamLog {
@@ -99,6 +87,7 @@ struct GpsState {
   SatelliteView view;
   SentenceStats stats;
 
+  std::atomic<uint32_t> lineSaid{0};  // of the last line: Said bits
   std::atomic<bool> satellitesInUseKnown{false};
   std::atomic<int32_t> inputProtocol{kNmeaText};
 
@@ -183,17 +172,6 @@ struct GpsFix : FixRecord {
   int32_t carryLength = 0;
 
  private:
-  void applyPosition(double longitude, double latitude);
-  void applyTimeOfDay(const DateTime& utc, const DateTime& local);
-  void takeAltitude(double metres, bool apply);
-  void parseGga(std::string_view text, NmeaSentence::Quality& out, bool apply);
-  void parseRmc(std::string_view text, NmeaSentence::Position& out, bool apply);
-  void parseRmcx(std::string_view text, NmeaSentence::Position& out, bool apply);
-  void takeSpeed(double knots, NmeaSentence::Position& out, bool apply);
-  void parseGsa(std::string_view text, NmeaSentence::Active& out, bool apply);
-  void parseGsv(std::string_view text, NmeaSentence::InView& out, bool apply);
-  bool takeSatellite(const Fields& fields, size_t at, NmeaSentence::InView& out, bool apply);
-  void takeSatellites(const Fields& fields, NmeaSentence::InView& out, bool apply);
   void carryOver(std::string_view rest);
   void stepWhileShiftHeld();
   void processLine(std::string_view line);

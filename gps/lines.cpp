@@ -1,5 +1,6 @@
 #include "gps/epoch.h"
 #include "gps/gps_fix.h"
+#include "gps/nmea.h"
 #include "gps/stream_log.h"
 
 // Whole lines, one after the other: logged, parsed, counted and handed to the user interface.
@@ -26,33 +27,31 @@ void GpsFix::processLines(std::string_view bytes) {
 
 void GpsFix::processLine(std::string_view line) {
   receiveTick = state.clock.tick();
+  DecodedSentence decoded(line);
+  Sentence& sentence = decoded.sentence;
   const auto talkers = static_cast<TalkerSetting>(state.options.talkers.load());
-  const std::string_view text = state.talkers.translate(line, receiveTick, talkers);
-  const bool accepted = parseSentence(text, sentence_, true);
+  if (state.talkers.standsInForGps(sentence, receiveTick, talkers)) sentence.forGps = true;
+  const uint32_t said = parseRecord(decoded, state, sentence_);
+  applyRecord(decoded, sentence_, said, *this);
   followBurst(state, sentence_.kind, receiveTick - previousReceiveTick);
   lastSentenceKind = sentence_.kind;
   previousReceiveTick = receiveTick;
   ticksWithoutData = 0;
-  if (accepted) {
-    state.stats.countLine(line, text, receiveTick);
+  if (sentence.name.dollar) {
+    state.stats.countLine(sentence, receiveTick);
   } else {
     ++state.stats.rejected;
   }
-  state.view.take(line, receiveTick);
-  state.hooks.lineReceived({line, nullptr});
+  state.view.take(decoded, receiveTick);
+  state.lineSaid = said;
+  state.hooks.lineReceived({line, nullptr, said});
 }
 
 void GpsFix::processMessage(std::string_view bytes) {
-  const auto* raw = reinterpret_cast<const uint8_t*>(bytes.data());
-  const auto word = [raw](size_t at) { return static_cast<uint16_t>(raw[at] << 8 | raw[at + 1]); };
-  SirfMessage message;
-  message.start = word(0);
-  message.length = word(2);
-  message.payload = {raw + 4, message.length};
-  message.checksum = word(4 + size_t{message.length});
-  message.end = word(6 + size_t{message.length});
+  const SirfMessage message = sirfMessageIn(bytes);
   ++state.stats.binary;
-  state.hooks.lineReceived({bytes, &message});
+  state.lineSaid = 0;
+  state.hooks.lineReceived({bytes, &message, 0});
 }
 
 }  // namespace vgps

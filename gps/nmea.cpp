@@ -1,12 +1,10 @@
 #include "gps/nmea.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 
 #include "base/number.h"
 #include "geo/units.h"
-#include "gps/fields.h"
 #include "gps/gps_fix.h"
 
 namespace vgps {
@@ -16,9 +14,33 @@ constexpr int32_t kRmcTag = 0x88;
 constexpr int32_t kGgaTag = 0x410;
 constexpr int32_t kSatellitesTag = 0x3A0;
 
+// The same as `ddmmToDegrees` gives, in one walk over the field: digits, a point and digits. False
+// for everything else.
+bool readPlainAngle(std::string_view field, double& degrees) {
+  constexpr size_t kMostDigits = 8;
+  size_t at = 0;
+  uint32_t whole = 0;
+  for (; at < field.size() && isDigit(field[at]); ++at) {
+    whole = whole * 10 + static_cast<uint32_t>(field[at] - '0');
+  }
+  if (at == 0 || at > kMostDigits || at == field.size() || field[at] != '.') return false;
+  const size_t point = at++;
+  uint64_t decimals = 0;
+  for (; at < field.size() && isDigit(field[at]); ++at) {
+    decimals = decimals * 10 + static_cast<uint64_t>(field[at] - '0');
+  }
+  const size_t count = at - point - 1;
+  if (count > kMostDigits || at != field.size()) return false;
+  const double power = kPowersOfTen[count];
+  const double scaled = whole % 100 * power + static_cast<double>(decimals);
+  const auto minutes = static_cast<float>(scaled / power);
+  degrees = static_cast<int32_t>(whole / 100) + double{minutes} / 60.0;
+  return true;
+}
+
 double degreesOf(std::string_view field) {
   double degrees = 0;
-  ddmmToDegrees(field, nullptr, &degrees);
+  if (!readPlainAngle(field, degrees)) ddmmToDegrees(field, nullptr, &degrees);
   return degrees;
 }
 
@@ -74,50 +96,7 @@ void storeTimeOfDay(DateTime& to, const DateTime& from) {
   to.millisecond = from.millisecond;
 }
 
-int hexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  return -1;
-}
-
-// The exclusive-or of all characters but the first, eight at a time, folded at the end.
-uint8_t xorOf(std::string_view sentence) {
-  if (!sentence.empty()) sentence.remove_prefix(1);
-  uint64_t wide = 0;
-  for (; sentence.size() >= sizeof wide; sentence.remove_prefix(sizeof wide)) {
-    uint64_t eight = 0;
-    std::memcpy(&eight, sentence.data(), sizeof eight);
-    wide ^= eight;
-  }
-  for (const char c : sentence) wide ^= static_cast<uint8_t>(c);
-  wide ^= wide >> 32;
-  wide ^= wide >> 16;
-  wide ^= wide >> 8;
-  return static_cast<uint8_t>(wide);
-}
-
-// The first six characters as one number, so that a sentence is told by integer compares.
-constexpr uint64_t nameKey(std::string_view text) {
-  std::array<char, 8> name{};
-  std::copy_n(text.data(), 6, name.data());
-  return std::bit_cast<uint64_t>(name);
-}
-
 }  // namespace
-
-NmeaSentence::NmeaSentence() { std::memset(static_cast<void*>(this), 0, sizeof *this); }
-
-// Only what a sentence of that kind can fill: the satellite records are large, and a line that is
-// none of them fills nothing. The size comes from a table so that the library clears it; compilers
-// inline a slow instruction for a size they know.
-void NmeaSentence::begin(int32_t newKind, int32_t newTag) {
-  static constexpr std::array<size_t, 5> kRecordSizes = {0, sizeof rmc, sizeof gga, 0,
-                                                         std::max(sizeof gsa, sizeof gsv)};
-  kind = newKind;
-  tag = newTag;
-  std::memset(static_cast<void*>(&rmc), 0, kRecordSizes[static_cast<size_t>(newKind)]);
-}
 
 void splitFields(std::string_view sentence, std::vector<std::string_view>& fields) {
   fields.clear();
@@ -150,271 +129,335 @@ void ddmmToDegrees(std::string_view field, int32_t* milliseconds, double* degree
   }
 }
 
-uint8_t nmeaChecksum(std::string_view sentence) {
-  return xorOf(sentence.substr(0, sentence.find('*')));
+namespace {
+
+void noteAltitude(GpsState& state, double metres) {
+  if (metres <= state.maxAltitude) return;
+  state.maxAltitude = metres;
+  state.hooks.maxAltitudeChanged();
 }
 
-Checksum checkNmeaChecksum(std::string_view sentence) {
-  // The last star: in two sentences glued together the first one belongs to a lost half.
-  const size_t star = sentence.rfind('*');
-  if (star == std::string_view::npos || sentence.size() < star + 3) return Checksum::absent;
-  const int high = hexDigit(sentence[star + 1]);
-  const int low = hexDigit(sentence[star + 2]);
-  if (high < 0 || low < 0) return Checksum::absent;
-  return xorOf(sentence.substr(0, star)) == high * 16 + low ? Checksum::right : Checksum::wrong;
-}
-
-void GpsFix::applyPosition(double newLongitude, double newLatitude) {
-  longitude = newLongitude;
-  latitude = newLatitude;
+void noteSpeed(GpsState& state, const Speeds& speeds) {
+  const double inUnit = speedInUnit(speeds, state.options.speedUnit);
+  if (inUnit <= state.maxSpeed) return;
+  state.maxSpeed = inUnit;
+  state.hooks.maxSpeedChanged();
 }
 
 // Receivers without a clock yet send 000000; a sentence of that time leaves the stored one alone.
-void GpsFix::applyTimeOfDay(const DateTime& utc, const DateTime& local) {
-  if (isMidnight(utc)) return;
-  storeTimeOfDay(utcTime, utc);
-  storeTimeOfDay(localTime, local);
-}
-
-void GpsFix::takeAltitude(double metres, bool apply) {
-  if (metres > state.maxAltitude) {
-    state.maxAltitude = metres;
-    state.hooks.maxAltitudeChanged();
-  }
-  if (apply) altitude = metres;
+uint32_t readTime(std::string_view field, const GpsState& state, DateTime& utc, DateTime& local) {
+  utc = timeOf(field);
+  local = timeOfDayMinusMinutes(utc, state.options.utcOffsetMinutes);
+  return isMidnight(utc) ? 0U : kSaidTime;
 }
 
 // $GPGGA,time,lat,N,lon,E,quality,used,hdop,altitude,M,geoid,M,age,station*hh
 //   0     1    2   3  4  5    6     7    8     9     10  11  12 13   14
-void GpsFix::parseGga(std::string_view text, NmeaSentence::Quality& out, bool apply) {
-  const Fields fields(text);
+uint32_t parseGga(const Fields& fields, GpsState& state, NmeaSentence::Quality& out) {
+  uint32_t said = 0;
   if (fields.has(6)) {
-    out.quality = leadingInt(fields[6]);
-    if (apply) {
-      const bool lost = fixStatus == 1 && out.quality == 0;
-      const bool gained = fixStatus == 0 && out.quality == 1;
-      if (lost || gained) {
-        state.hooks.playSound(lost ? "ERR2" : "OK");
-        state.hooks.repaint();
-      }
-      fixStatus = out.quality;
-    }
+    out.quality = fields.wholeNumber(6);
+    said |= kSaidQuality;
   }
   if (fields.has(5)) {
     out.latitude = signedDegrees(fields[2], fields[3], 'S');
     out.longitude = signedDegrees(fields[4], fields[5], 'W');
-    if (apply) applyPosition(out.longitude, out.latitude);
+    said |= kSaidPosition;
   }
-  if (fields.has(1)) {
-    out.utc = timeOf(fields[1]);
-    out.local = timeOfDayMinusMinutes(out.utc, state.options.utcOffsetMinutes);
-    if (apply) applyTimeOfDay(out.utc, out.local);
-  }
+  if (fields.has(1)) said |= readTime(fields[1], state, out.utc, out.local);
   if (fields.has(7)) {
-    out.usedCount = leadingInt(fields[7]);
-    if (apply) satellites->usedCount = out.usedCount;
+    out.usedCount = fields.wholeNumber(7);
+    said |= kSaidUsedCount;
   }
   if (fields.has(9)) {
     out.altitude = leadingInt(fields[9]);
-    takeAltitude(out.altitude, apply);
+    noteAltitude(state, out.altitude);
+    said |= kSaidAltitude;
   }
   // Some receivers leave field 9 empty or report their height in the geoid column.
   if (fields.has(11) && (out.altitude == 0 || state.options.altitudeFromGeoidField)) {
     out.altitude = leadingInt(fields[11]);
-    takeAltitude(out.altitude, apply);
+    noteAltitude(state, out.altitude);
   }
+  return said;
+}
+
+// The program's own sentence for simulated positions: signed degrees, longitude first, no letters.
+// Its time is not read.
+// $GPRMCX,time,A,lon,lat,altitude,course,km/h
+//    0     1   2  3   4     5       6     7
+uint32_t parseRmcx(const Fields& fields, NmeaSentence::Position& out) {
+  if (!fields.has(4)) return 0;
+  uint32_t said = kSaidPosition;
+  out.longitude = leadingDouble(fields[3]);
+  out.latitude = leadingDouble(fields[4]);
+  if (fields.has(5)) {
+    out.altitude = leadingDouble(fields[5]);
+    said |= kSaidAltitude;
+  }
+  if (fields.has(6)) {
+    out.course = leadingDouble(fields[6]);
+    said |= kSaidCourse;
+  }
+  if (fields.has(7)) {
+    out.kmh = leadingDouble(fields[7]);
+    out.mps = out.kmh / kKmhPerMps;
+    said |= kSaidSpeed;
+  }
+  return said;
+}
+
+uint32_t readDate(std::string_view field, DateTime& utc) {
+  readThreePairs(field, utc.day, utc.month, utc.year);
+  utc.year = static_cast<uint16_t>(utc.year + 2000);
+  return utc.day == 0 ? 0U : kSaidDate;
+}
+
+void readSpeed(double knots, GpsState& state, NmeaSentence::Position& out) {
+  const Speeds speeds = speedsFromKnots(knots);
+  out.knots = speeds.knots;
+  out.mps = speeds.mps;
+  out.kmh = speeds.kmh;
+  out.mph = speeds.mph;
+  noteSpeed(state, speeds);
 }
 
 // $GPRMC,time,status,lat,N,lon,E,knots,course,date,variation,W*hh
 //   0     1     2     3  4  5  6   7     8     9      10     11
-void GpsFix::parseRmc(std::string_view text, NmeaSentence::Position& out, bool apply) {
-  const Fields fields(text);
+uint32_t parseRmc(const Sentence& sentence, GpsState& state, NmeaSentence::Position& out) {
+  const Fields& fields = sentence.fields;
+  uint32_t said = 0;
   if (fields.has(2)) {
     out.valid = fields[2] == "A" ? 1 : 0;
-    if (apply) fixStatus = out.valid;
+    said |= kSaidValidity;
   }
-  if (fields[0] == "$GPRMCX") {
-    parseRmcx(text, out, apply);
-    return;
-  }
+  if (sentence.isExtendedRmc()) return said | parseRmcx(fields, out);
   if (fields.has(6)) {
     out.latitude = signedDegrees(fields[3], fields[4], 'S');
     out.longitude = signedDegrees(fields[5], fields[6], 'W');
-    if (apply) applyPosition(out.longitude, out.latitude);
+    said |= kSaidPosition;
   }
-  if (fields.has(1)) {
-    out.utc = timeOf(fields[1]);
-    out.local = timeOfDayMinusMinutes(out.utc, state.options.utcOffsetMinutes);
-    if (apply) applyTimeOfDay(out.utc, out.local);
+  if (fields.has(1)) said |= readTime(fields[1], state, out.utc, out.local);
+  if (fields.has(9)) said |= readDate(fields[9], out.utc);
+  if (fields.has(7)) {
+    readSpeed(leadingFloat(fields[7]), state, out);
+    said |= kSaidSpeed;
   }
-  if (fields.has(9)) {
-    std::string_view date = fields[9];
-    readThreePairs(date, out.utc.day, out.utc.month, out.utc.year);
-    out.utc.year = static_cast<uint16_t>(out.utc.year + 2000);
-    if (apply && out.utc.day != 0) {
-      utcTime.year = out.utc.year;
-      utcTime.month = out.utc.month;
-      utcTime.day = out.utc.day;
-    }
-  }
-  if (fields.has(7)) takeSpeed(leadingFloat(fields[7]), out, apply);
   if (fields.has(8)) {
     out.course = leadingDouble(fields[8]);
-    if (apply) course = out.course;
+    said |= kSaidCourse;
   }
   if (fields.has(10)) {
     out.magneticVariation = leadingDouble(fields[10]);
     // Unlike the hemispheres this letter may be the last field, with the checksum behind it.
     const bool west = fields.has(11) && !fields[11].empty() && fields[11][0] == 'W';
     if (west) out.magneticVariation = -out.magneticVariation;
-    if (apply) magneticVariation = out.magneticVariation;
+    said |= kSaidVariation;
+  }
+  return said;
+}
+
+// Channels that say nothing and PRNs that have no slot are left out of a GSA.
+template <typename Mark>
+void forSlots(const DecodedSentence& decoded, Mark mark) {
+  const GsaReport& report = decoded.gsa;
+  const Fields& fields = decoded.sentence.fields;
+  for (size_t i = 0; i < report.channels; ++i) {
+    const int32_t prn = report.ids[i];
+    const bool hasSlot = prn >= 0 && prn < kSatelliteSlots;
+    if (hasSlot && !fields.isEmpty(GsaReport::kFirst + i)) mark(static_cast<size_t>(prn));
   }
 }
 
-void GpsFix::takeSpeed(double knots, NmeaSentence::Position& out, bool apply) {
-  const Speeds speeds = speedsFromKnots(knots);
-  out.knots = speeds.knots;
-  out.mps = speeds.mps;
-  out.kmh = speeds.kmh;
-  out.mph = speeds.mph;
-  const double inUnit = speedInUnit(speeds, state.options.speedUnit);
-  if (inUnit > state.maxSpeed) {
-    state.maxSpeed = inUnit;
-    state.hooks.maxSpeedChanged();
-  }
-  if (!apply) return;
-  speedKnots = speeds.knots;
-  speedMps = speeds.mps;
-  speedKmh = speeds.kmh;
-  speedMph = speeds.mph;
-}
-
-// The program's own sentence for simulated positions: signed degrees, longitude first, no letters.
-// $GPRMCX,time,A,lon,lat,altitude,course,km/h
-//    0     1   2  3   4     5       6     7
-void GpsFix::parseRmcx(std::string_view text, NmeaSentence::Position& out, bool apply) {
-  const Fields fields(text);
-  if (!fields.has(4)) return;
-  out.longitude = leadingDouble(fields[3]);
-  out.latitude = leadingDouble(fields[4]);
-  if (apply) applyPosition(out.longitude, out.latitude);
-  if (fields.has(5)) {
-    out.altitude = leadingDouble(fields[5]);
-    if (apply) altitude = out.altitude;
-  }
-  if (fields.has(6)) {
-    out.course = leadingDouble(fields[6]);
-    if (apply) course = out.course;
-  }
-  if (fields.has(7)) {
-    out.kmh = leadingDouble(fields[7]);
-    out.mps = out.kmh / kKmhPerMps;
-    if (apply) {
-      speedKnots = speedMph = speedSpare = 0;
-      speedMps = out.mps;
-      speedKmh = out.kmh;
-    }
-  }
-}
-
-// $GPGSA,mode,fix,prn x 12,pdop,hdop,vdop*hh
-//   0     1    2   3..14   15   16   17
-void GpsFix::parseGsa(std::string_view text, NmeaSentence::Active& out, bool apply) {
-  const Fields fields(text);
-  for (size_t i = 3; i <= 14 && fields.has(i); ++i) {
-    if (fields[i].empty()) continue;
-    const int32_t prn = leadingInt(fields[i]);
-    if (prn < 0 || prn >= kSatelliteSlots) continue;
-    out.slots[static_cast<size_t>(prn)].used = 1;
-    // Never cleared here: a satellite once used stays marked until GSV lists it anew.
-    if (apply) satellites->slots[static_cast<size_t>(prn)].used = 1;
-  }
-  const auto takeDop = [&](size_t index, float& to, float& live) {
+uint32_t parseGsa(const DecodedSentence& decoded, GpsState& state, NmeaSentence::Active& out) {
+  const Fields& fields = decoded.sentence.fields;
+  uint32_t said = kSaidUsed;
+  forSlots(decoded, [&](size_t prn) { out.slots[prn].used = 1; });
+  const auto readDop = [&](size_t index, float& to, Said bit) {
     if (!fields.has(index)) return;
     to = leadingFloat(fields[index]);
-    if (apply) live = to;
+    said |= bit;
   };
-  takeDop(15, out.pdop, satellites->pdop);
-  takeDop(16, out.hdop, satellites->hdop);
-  takeDop(17, out.vdop, satellites->vdop);
+  readDop(15, out.pdop, kSaidPdop);
+  readDop(16, out.hdop, kSaidHdop);
+  readDop(17, out.vdop, kSaidVdop);
   state.satellitesInUseKnown = true;
+  return said;
 }
 
-// $GPGSV,messages,message,in view,{prn,elevation,azimuth,snr} x 1..4*hh
-//   0       1        2       3      4      5        6     7
-void GpsFix::parseGsv(std::string_view text, NmeaSentence::InView& out, bool apply) {
-  const Fields fields(text);
-  if (!fields.has(2)) return;
-  if (leadingInt(fields[2]) == 1 && apply) {
-    for (SatelliteInfo& slot : satellites->slots) slot.visible = 0;
-  }
-  if (fields.has(6)) takeSatellites(fields, out, apply);
-  if (fields.has(3)) {
-    out.inViewCount = leadingInt(fields[3]);
-    if (apply) satellites->inViewCount = out.inViewCount;
-  }
-}
-
-// Puts a group into its slot. False when the list ends there: slots are numbered by PRN.
-bool GpsFix::takeSatellite(const Fields& fields, size_t at, NmeaSentence::InView& out, bool apply) {
-  const int32_t prn = leadingInt(fields[at]);
-  if (prn >= kSatelliteSlots) return false;
-  if (prn < 0) return true;
-  const float elevation = leadingFloat(fields[at + 1]);
-  const float azimuth = leadingFloat(fields[at + 2]);
-  const float snr = fields.has(at + 3) ? leadingFloat(fields[at + 3]) : 0;
-  // Field by field into both: copying what was just written makes the processor wait for it.
-  const auto fill = [&](SatelliteInfo& slot) {
-    slot.visible = 1;
-    slot.used = 0;
-    slot.prn = prn;
-    slot.elevation = elevation;
-    slot.azimuth = azimuth;
-    slot.snr = snr;
+// Shows each satellite that a GSV lists and that has a slot to `take`, in order. Slots are numbered
+// by PRN; the list ends at the first one that has none. The first group may lack its last field,
+// later ones must be whole.
+template <typename Take>
+void forListed(const DecodedSentence& decoded, Take take) {
+  const auto goesOn = [&](const GsvReport::Satellite& satellite) {
+    if (satellite.id >= kSatelliteSlots) return false;
+    if (satellite.id >= 0) take(static_cast<size_t>(satellite.id), satellite);
+    return true;
   };
-  fill(out.slots[static_cast<size_t>(prn)]);
-  if (apply) fill(satellites->slots[static_cast<size_t>(prn)]);
-  return true;
-}
-
-// Groups of four fields. The first may lack its last field (reads 0), later ones must be whole.
-void GpsFix::takeSatellites(const Fields& fields, NmeaSentence::InView& out, bool apply) {
+  const Fields& fields = decoded.sentence.fields;
+  const size_t whole = (fields.size() - GsvReport::kHead) / 4;
+  const size_t groups = std::min(decoded.gsv.groups, std::max<size_t>(whole, 1));
+  for (size_t i = 0; i < groups; ++i) {
+    if (!goesOn(decoded.gsv.satellites[i])) return;
+  }
   static_assert(Fields::kKept % 4 == 0);
-  if (!takeSatellite(fields, 4, out, apply)) return;
-  size_t at = 8;
-  for (; at + 4 <= fields.size(); at += 4) {
-    if (!takeSatellite(fields, at, out, apply)) return;
+  GsvReport::Satellite satellite;
+  for (size_t at = GsvReport::kHead + 4 * GsvReport::kGroups; at + 4 <= fields.size(); at += 4) {
+    readGsvGroup(fields, at, satellite);
+    if (!goesOn(satellite)) return;
   }
   bool more = fields.more();
   for (std::string_view rest = more ? fields.rest() : std::string_view(); more;) {
     const Fields further(rest);
-    for (at = 0; at + 4 <= further.size(); at += 4) {
-      if (!takeSatellite(further, at, out, apply)) return;
+    for (size_t at = 0; at + 4 <= further.size(); at += 4) {
+      readGsvGroup(further, at, satellite);
+      if (!goesOn(satellite)) return;
     }
     more = further.more();
     if (more) rest = further.rest();
   }
 }
 
-bool GpsFix::parseSentence(std::string_view text, NmeaSentence& out, bool apply) {
-  out.begin(kNoSentence, 0);
-  if (text.empty() || text[0] != '$') return false;
-  if (text.size() < 6) return true;
-  const uint64_t key = nameKey(text);
-  if (key == nameKey("$GPGGA")) {
-    out.begin(kGga, kGgaTag);
-    parseGga(text, out.gga, apply);
-  } else if (key == nameKey("$GPRMC")) {
-    out.begin(kRmc, kRmcTag);
-    parseRmc(text, out.rmc, apply);
-  } else if (key == nameKey("$GPGSA")) {
-    out.begin(kSatellites, kSatellitesTag);
-    parseGsa(text, out.gsa, apply);
-  } else if (key == nameKey("$GPGSV")) {
-    out.begin(kSatellites, kSatellitesTag);
-    parseGsv(text, out.gsv, apply);
+// Field by field: copying what was just written makes the processor wait for it.
+void fillSlot(SatelliteInfo& slot, const GsvReport::Satellite& satellite) {
+  slot.visible = 1;
+  slot.used = 0;
+  slot.prn = satellite.id;
+  slot.elevation = satellite.elevation;
+  slot.azimuth = satellite.azimuth;
+  slot.snr = satellite.snr;
+}
+
+uint32_t parseGsv(const DecodedSentence& decoded, NmeaSentence::InView& out) {
+  const Fields& fields = decoded.sentence.fields;
+  if (!fields.has(2)) return 0;
+  uint32_t said = decoded.gsv.message == 1 ? kSaidNewCycle : 0U;
+  if (fields.has(6)) {
+    forListed(decoded, [&](size_t prn, const GsvReport::Satellite& satellite) {
+      fillSlot(out.slots[prn], satellite);
+    });
+    said |= kSaidInView;
   }
-  return true;
+  if (fields.has(3)) {
+    out.inViewCount = decoded.gsv.inView;
+    said |= kSaidInViewCount;
+  }
+  return said;
+}
+
+void applyPosition(double longitude, double latitude, GpsFix& fix) {
+  fix.longitude = longitude;
+  fix.latitude = latitude;
+}
+
+void applyTimeOfDay(const DateTime& utc, const DateTime& local, GpsFix& fix) {
+  storeTimeOfDay(fix.utcTime, utc);
+  storeTimeOfDay(fix.localTime, local);
+}
+
+// The fix that is shown when it is gained or lost is still the one before.
+void applyQuality(int32_t quality, GpsFix& fix) {
+  const bool lost = fix.fixStatus == 1 && quality == 0;
+  const bool gained = fix.fixStatus == 0 && quality == 1;
+  if (lost || gained) {
+    fix.state.hooks.playSound(lost ? "ERR2" : "OK");
+    fix.state.hooks.repaint();
+  }
+  fix.fixStatus = quality;
+}
+
+void applyGga(const NmeaSentence::Quality& record, uint32_t said, GpsFix& fix) {
+  if ((said & kSaidQuality) != 0) applyQuality(record.quality, fix);
+  if ((said & kSaidPosition) != 0) applyPosition(record.longitude, record.latitude, fix);
+  if ((said & kSaidTime) != 0) applyTimeOfDay(record.utc, record.local, fix);
+  if ((said & kSaidUsedCount) != 0) fix.satellites->usedCount = record.usedCount;
+  if ((said & kSaidAltitude) != 0) fix.altitude = record.altitude;
+}
+
+void applyRmc(const NmeaSentence::Position& record, uint32_t said, bool extended, GpsFix& fix) {
+  if ((said & kSaidValidity) != 0) fix.fixStatus = record.valid;
+  if ((said & kSaidPosition) != 0) applyPosition(record.longitude, record.latitude, fix);
+  if ((said & kSaidTime) != 0) applyTimeOfDay(record.utc, record.local, fix);
+  if ((said & kSaidDate) != 0) {
+    fix.utcTime.year = record.utc.year;
+    fix.utcTime.month = record.utc.month;
+    fix.utcTime.day = record.utc.day;
+  }
+  if ((said & kSaidAltitude) != 0) fix.altitude = record.altitude;
+  if ((said & kSaidSpeed) != 0) {
+    fix.speedKnots = record.knots;
+    fix.speedMps = record.mps;
+    fix.speedKmh = record.kmh;
+    fix.speedMph = record.mph;
+    if (extended) fix.speedSpare = 0;
+  }
+  if ((said & kSaidCourse) != 0) fix.course = record.course;
+  if ((said & kSaidVariation) != 0) fix.magneticVariation = record.magneticVariation;
+}
+
+// `used` is never cleared here: a satellite once used stays marked until GSV lists it anew.
+void applyGsa(const DecodedSentence& decoded, const NmeaSentence::Active& record, uint32_t said,
+              SatelliteTable& table) {
+  forSlots(decoded, [&](size_t prn) { table.slots[prn].used = 1; });
+  if ((said & kSaidPdop) != 0) table.pdop = record.pdop;
+  if ((said & kSaidHdop) != 0) table.hdop = record.hdop;
+  if ((said & kSaidVdop) != 0) table.vdop = record.vdop;
+}
+
+void applyGsv(const DecodedSentence& decoded, const NmeaSentence::InView& record, uint32_t said,
+              SatelliteTable& table) {
+  if ((said & kSaidNewCycle) != 0) {
+    for (SatelliteInfo& slot : table.slots) slot.visible = 0;
+  }
+  if ((said & kSaidInView) != 0) {
+    forListed(decoded, [&](size_t prn, const GsvReport::Satellite& satellite) {
+      fillSlot(table.slots[prn], satellite);
+    });
+  }
+  if ((said & kSaidInViewCount) != 0) table.inViewCount = record.inViewCount;
+}
+
+}  // namespace
+
+uint32_t parseRecord(const DecodedSentence& decoded, GpsState& state, NmeaSentence& out) {
+  switch (decoded.sentence.parsedType()) {
+    case SentenceType::gga:
+      out.begin(kGga, kGgaTag);
+      return parseGga(decoded.sentence.fields, state, out.gga);
+    case SentenceType::rmc:
+      out.begin(kRmc, kRmcTag);
+      return parseRmc(decoded.sentence, state, out.rmc);
+    case SentenceType::gsa:
+      out.begin(kSatellites, kSatellitesTag);
+      return parseGsa(decoded, state, out.gsa);
+    case SentenceType::gsv:
+      out.begin(kSatellites, kSatellitesTag);
+      return parseGsv(decoded, out.gsv);
+    case SentenceType::other: break;
+  }
+  out.begin(kNoSentence, 0);
+  return 0;
+}
+
+void applyRecord(const DecodedSentence& decoded, const NmeaSentence& record, uint32_t said,
+                 GpsFix& fix) {
+  switch (decoded.sentence.parsedType()) {
+    case SentenceType::gga: applyGga(record.gga, said, fix); break;
+    case SentenceType::rmc:
+      applyRmc(record.rmc, said, decoded.sentence.isExtendedRmc(), fix);
+      break;
+    case SentenceType::gsa: applyGsa(decoded, record.gsa, said, *fix.satellites); break;
+    case SentenceType::gsv: applyGsv(decoded, record.gsv, said, *fix.satellites); break;
+    case SentenceType::other: break;
+  }
+}
+
+bool GpsFix::parseSentence(std::string_view text, NmeaSentence& out, bool apply) {
+  const DecodedSentence decoded(text);
+  const uint32_t said = parseRecord(decoded, state, out);
+  if (apply) applyRecord(decoded, out, said, *this);
+  return decoded.sentence.name.dollar;
 }
 
 }  // namespace vgps

@@ -23,6 +23,7 @@ struct GpsOptions {
 struct ReceivedLine {
   std::string_view text;          // the raw line without its CR LF, or the raw message bytes
   const void* message = nullptr;  // the SirfMessage when the input is binary
+  uint32_t said = 0;              // what a parsed sentence vouched for: Said bits
 };
 
 // What the receiver's side asks of the program around it, which fills what it cares about. Called

@@ -5,6 +5,8 @@
 #include <chrono>
 
 #include "base/number.h"
+#include "gps/sentence.h"
+#include "gps/sirf.h"
 
 namespace vgps {
 namespace {
@@ -36,21 +38,18 @@ bool isMostlyText(std::string_view bytes) {
 
 // A whole message of the binary protocol of SiRF receivers, or at least its two ends.
 bool looksLikeSirf(std::string_view bytes) {
-  const size_t start = bytes.find("\xA0\xA2");
-  return start != std::string_view::npos && bytes.find("\xB0\xB3", start) != std::string_view::npos;
+  const size_t start = bytes.find(kSirfStart);
+  return start != std::string_view::npos && bytes.find(kSirfEnd, start) != std::string_view::npos;
 }
 
 // "$" and five letters or digits, then a comma.
-bool isSentence(std::string_view line) {
-  if (line.size() < 7 || line[0] != '$' || line[6] != ',') return false;
-  return std::all_of(line.begin() + 1, line.begin() + 6,
-                     [](char c) { return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); });
+bool isSentence(std::string_view line, const SentenceName& name) {
+  if (!name.whole) return false;
+  return std::all_of(line.begin() + 1, line.begin() + SentenceName::kLength,
+                     [](char c) { return (c >= 'A' && c <= 'Z') || isDigit(c); });
 }
 
-bool isPosition(std::string_view sentence) {
-  const std::string_view kind = sentence.substr(3, 3);
-  return sentence[1] == 'G' && (kind == "RMC" || kind == "GGA");
-}
+bool isPosition(const SentenceName& name) { return name.isOfSatellites() && name.isPosition(); }
 
 ProbeResult openResult(PortError error) {
   switch (error) {
@@ -126,9 +125,10 @@ ProbeAnswer judgeBytes(std::string_view bytes, uint32_t ms) {
     const size_t end = std::min(rest.find_first_of("\r\n"), rest.size());
     const std::string_view line = rest.substr(0, end);
     rest.remove_prefix(std::min(end + 1, rest.size()));
-    if (!isSentence(line)) continue;
+    const SentenceName name = nameOf(line);
+    if (!isSentence(line, name)) continue;
     ++sentences;
-    if (isPosition(line)) answer.talker = line.substr(1, 2);
+    if (isPosition(name)) answer.talker = line.substr(1, 2);
   }
   answer.sentencesPerSecond = ms == 0 ? 0 : static_cast<double>(sentences) * 1000 / ms;
   if (!answer.talker.empty()) {

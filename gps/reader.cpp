@@ -25,8 +25,7 @@ constexpr int kDenseBytesPerMs = 2;
 // After a read error or while the device is away: not a busy loop, and no long wait either.
 constexpr int kRetryMs = 100;
 
-constexpr char kBinaryStart = '\xA0';
-constexpr std::string_view kBinaryMessageStart = "\xA0\xA2";
+constexpr char kBinaryStart = kSirfStart[0];
 
 bool isCurrent(const GpsFix& fix, uint32_t generation) {
   return fix.running && fix.state.readers.generation == generation;
@@ -128,7 +127,7 @@ void handleBlock(Reading& reading, std::string_view block, size_t heldBefore) {
   reading.ownSource = true;
   reading.reopened = false;
   // Half a sentence in front of a message is no use to either.
-  if (fix.carriedStart() == '$' && block.starts_with(kBinaryMessageStart)) fix.carryLength = 0;
+  if (fix.carriedStart() == '$' && block.starts_with(kSirfStart)) fix.carryLength = 0;
   const bool binary = fix.state.inputProtocol == kSirfBinary;
   auto arrival = reading.arrivals.begin();
   cutAtLineStarts(block, fix.carriedStart(), binary, [&](std::string_view chunk) {
@@ -217,13 +216,13 @@ void cutAtLineStarts(std::string_view block, char carriedStart, bool binary,
     take(block);
     return;
   }
-  const size_t start = binary ? block.find(kBinaryMessageStart) : std::string_view::npos;
+  const size_t start = binary ? block.find(kSirfStart) : std::string_view::npos;
   if (start != std::string_view::npos && start > 0 && carriedStart == '\0' && block[0] != '$') {
     take(block.substr(0, start));
     block.remove_prefix(start);
   }
   while (!block.empty()) {
-    const bool message = block.starts_with(kBinaryMessageStart);
+    const bool message = block.starts_with(kSirfStart);
     const size_t lineFeed = message ? std::string_view::npos : block.find('\n');
     const size_t length = lineFeed == std::string_view::npos ? block.size() : lineFeed + 1;
     take(block.substr(0, length));

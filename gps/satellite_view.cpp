@@ -2,19 +2,12 @@
 
 #include <algorithm>
 
-#include "base/number.h"
-#include "gps/fields.h"
-#include "gps/sentence_name.h"
-
 namespace vgps {
 namespace {
 
 // A talker that has said nothing for so long has no say in the view any more.
 constexpr uint32_t kForgetMs = 30000;
 constexpr uint32_t kSweepMs = 1000;
-
-// The fields of a sentence without its checksum.
-Fields fieldsOf(std::string_view line) { return Fields(line.substr(0, line.find('*'))); }
 
 struct Range {
   int32_t first;
@@ -74,12 +67,13 @@ uint64_t satelliteKey(SatelliteSystem system, int32_t id) {
 }
 
 int hexValue(std::string_view field) {
-  if (field.empty()) return 0;
   const char c = field[0];
   if (c >= '0' && c <= '9') return c - '0';
   if (c >= 'A' && c <= 'F') return c - 'A' + 10;
   return 0;
 }
+
+uint64_t markOf(uint64_t key) { return uint64_t{1} << (key & 63); }
 
 }  // namespace
 
@@ -89,55 +83,45 @@ const char* satelliteSystemName(SatelliteSystem system) {
   return kNames[static_cast<size_t>(system)];
 }
 
-void SatelliteView::take(std::string_view line, uint32_t tick) {
+void SatelliteView::take(const DecodedSentence& decoded, uint32_t tick) {
   if (tick - sweptTick_ >= kSweepMs) forgetSilentSources(tick);
-  // "$P" begins a sentence of a maker's own, whatever letters follow.
-  const bool sentence = line.size() > 6 && line[0] == '$' && line[3] == 'G' && line[4] == 'S' &&
-                        line[6] == ',' && line[1] != 'P';
-  const bool gsa = sentence && line[5] == 'A';
-  if (gsa && !lastWasGsa_) ++gsaRun_;
-  lastWasGsa_ = gsa;
-  if (gsa) takeGsa(line, tick);
-  if (sentence && line[5] == 'V') takeGsv(line, tick);
+  const SentenceName& name = decoded.sentence.name;
+  const bool counts = name.whole && !name.isMakersOwn();
+  const bool isGsa = counts && name.type == SentenceType::gsa;
+  if (isGsa && !lastWasGsa_) ++gsaRun_;
+  lastWasGsa_ = isGsa;
+  if (isGsa) takeGsa(decoded, tick);
+  if (counts && name.type == SentenceType::gsv) takeGsv(decoded, tick);
 }
 
-// $GPGSV,messages,message,in view,{id,elevation,azimuth,snr} x 0..4[,signal]*hh
-void SatelliteView::takeGsv(std::string_view line, uint32_t tick) {
-  constexpr size_t kHead = 4;
-  const uint64_t talker = talkerOf(line);
-  const Fields fields = fieldsOf(line);
-  const int32_t messages = leadingInt(fields.orEmpty(1));
-  const int32_t message = leadingInt(fields.orEmpty(2));
-  const size_t all = fields.count();
-  const size_t left = all > kHead ? all - kHead : 0;
-  const size_t groups = left / 4 + (left % 4 == 3 ? 1 : 0);
-  std::array<ViewedSatellite, 4> listed;
-  const size_t count = std::min(groups, listed.size());
-  size_t found = 0;
-  for (size_t i = 0; i < count; ++i) {
-    const size_t at = kHead + 4 * i;
-    const std::string_view id = fields[at];
-    const std::string_view elevation = fields[at + 1];
-    const std::string_view azimuth = fields[at + 2];
-    const std::string_view snr = fields.orEmpty(at + 3);
-    if (id.empty()) continue;
-    ViewedSatellite& satellite = listed[found++];
-    satellite.id = leadingInt(id);
-    satellite.system = systemOf(talker, satellite.id);
-    satellite.elevation = static_cast<float>(leadingDouble(elevation));
-    satellite.azimuth = static_cast<float>(leadingDouble(azimuth));
-    satellite.positionKnown = !elevation.empty() && !azimuth.empty();
-    satellite.snr = static_cast<float>(leadingDouble(snr));
-  }
-  const int signal = left % 4 == 1 ? hexValue(fields[kHead + 4 * count]) : 0;
+void SatelliteView::takeGsv(const DecodedSentence& decoded, uint32_t tick) {
+  constexpr size_t kHead = GsvReport::kHead;
+  const GsvReport& report = decoded.gsv;
+  const uint32_t talker = decoded.sentence.name.talker;
+  const Body body(decoded.sentence);
+  const size_t left = body.count() > kHead ? body.count() - kHead : 0;
+  const size_t groups = std::min((left + 1) / 4, GsvReport::kGroups);
+  const size_t behind = kHead + 4 * groups;
+  const bool hasSignal = left % 4 == 1 && !body.isEmpty(behind);
+  const int signal = hasSignal ? hexValue(decoded.sentence.fields[behind]) : 0;
   const Source source = {static_cast<uint16_t>(talker), static_cast<uint8_t>(signal)};
-  beginOrContinueCycle(source, message, tick);
-  for (size_t i = 0; i < found; ++i) {
-    listed[i].signal = static_cast<uint8_t>(signal);
-    listed[i].used = isUsed(listed[i]);
-    store(listed[i], source);
+  beginOrContinueCycle(source, report.message, tick);
+  for (size_t i = 0; i < groups; ++i) {
+    const size_t at = kHead + 4 * i;
+    if (body.isEmpty(at)) continue;
+    const GsvReport::Satellite& listed = report.satellites[i];
+    ViewedSatellite satellite;
+    satellite.system = systemOf(talker, listed.id);
+    satellite.signal = source.number;
+    satellite.id = listed.id;
+    satellite.elevation = listed.elevation;
+    satellite.azimuth = listed.azimuth;
+    satellite.snr = body.isEmpty(at + 3) ? 0 : listed.snr;
+    satellite.positionKnown = !body.isEmpty(at + 1) && !body.isEmpty(at + 2);
+    satellite.used = isUsed(satellite);
+    store(satellite, source);
   }
-  if (message >= messages) endCycle(source);
+  if (report.message >= report.messages) endCycle(source);
   ++revision_;
 }
 
@@ -175,18 +159,34 @@ SatelliteView::GsvCycle* SatelliteView::cycleOf(Source source) {
 }
 
 void SatelliteView::store(const ViewedSatellite& satellite, Source source) {
-  size_t at = 0;
-  while (at < count_ && !(books_[at].source == source && entries_[at].id == satellite.id)) ++at;
+  const auto standsAt = [&](size_t at) {
+    return books_[at].source == source && entries_[at].id == satellite.id;
+  };
+  // Receivers list their satellites in the same order every time.
+  size_t at = nextPlace_;
+  if (at >= count_ || !standsAt(at)) at = 0;
+  while (at < count_ && !standsAt(at)) ++at;
   if (at == entries_.size()) return;
   if (at == count_) ++count_;
-  entries_[at] = satellite;
+  nextPlace_ = at + 1;
+  // Field by field: copying what was just written makes the processor wait for it.
+  ViewedSatellite& entry = entries_[at];
+  entry.system = satellite.system;
+  entry.signal = satellite.signal;
+  entry.id = satellite.id;
+  entry.elevation = satellite.elevation;
+  entry.azimuth = satellite.azimuth;
+  entry.snr = satellite.snr;
+  entry.positionKnown = satellite.positionKnown;
+  entry.used = satellite.used;
   books_[at] = {source, false};
 }
 
 template <typename Drop>
 void SatelliteView::dropEntries(Drop drop) {
-  size_t kept = 0;
-  for (size_t i = 0; i < count_; ++i) {
+  const auto books = std::span(books_).first(count_);
+  auto kept = static_cast<size_t>(std::find_if(books.begin(), books.end(), drop) - books.begin());
+  for (size_t i = kept; i < count_; ++i) {
     if (drop(books_[i])) continue;
     entries_[kept] = entries_[i];
     books_[kept++] = books_[i];
@@ -215,28 +215,25 @@ void SatelliteView::markUsed() {
   for (size_t i = 0; i < count_; ++i) entries_[i].used = isUsed(entries_[i]);
 }
 
-// $GPGSA,mode,fix,id x 12,pdop,hdop,vdop[,system]*hh
-void SatelliteView::takeGsa(std::string_view line, uint32_t tick) {
-  constexpr size_t kChannels = 12;
-  constexpr size_t kSystemField = 18;
-  const Fields fields = fieldsOf(line);
-  std::array<int32_t, kChannels> ids{};
-  size_t count = 0;
-  for (size_t i = 3; i < 3 + kChannels && fields.has(i); ++i) {
-    if (!fields[i].empty()) ids[count++] = leadingInt(fields[i]);
-  }
-  const int number = hexValue(fields.orEmpty(kSystemField));
-  UsedSet* set = usedSetOf({static_cast<uint16_t>(talkerOf(line)), static_cast<uint8_t>(number)});
+void SatelliteView::takeGsa(const DecodedSentence& decoded, uint32_t tick) {
+  const GsaReport& report = decoded.gsa;
+  const uint32_t talker = decoded.sentence.name.talker;
+  const Body body(decoded.sentence);
+  const bool hasSystem = !body.isEmpty(GsaReport::kSystemField);
+  const int number = hasSystem ? hexValue(decoded.sentence.fields[GsaReport::kSystemField]) : 0;
+  UsedSet* set = usedSetOf({static_cast<uint16_t>(talker), static_cast<uint8_t>(number)});
   if (set == nullptr) return;
   // Several GSA of one source in a row list more than twelve; the next epoch starts anew.
-  if (set->run != gsaRun_) set->count = 0;
+  if (set->run != gsaRun_) set->count = 0, set->marks = 0;
   set->run = gsaRun_;
   set->tick = tick;
   const bool named = number > 0 && number < static_cast<int>(kTalkerOfSystemNumber.size());
-  const uint64_t talker =
-      named ? kTalkerOfSystemNumber[static_cast<size_t>(number)] : talkerOf(line);
-  for (size_t i = 0; i < count && set->count < set->keys.size(); ++i) {
-    set->keys[set->count++] = satelliteKey(systemOf(talker, ids[i]), ids[i]);
+  const uint64_t speaker = named ? kTalkerOfSystemNumber[static_cast<size_t>(number)] : talker;
+  for (size_t i = 0; i < report.channels && set->count < set->keys.size(); ++i) {
+    if (body.isEmpty(GsaReport::kFirst + i)) continue;
+    const uint64_t key = satelliteKey(systemOf(speaker, report.ids[i]), report.ids[i]);
+    set->keys[set->count++] = key;
+    set->marks |= markOf(key);
   }
   markUsed();
   ++revision_;
@@ -256,6 +253,7 @@ SatelliteView::UsedSet* SatelliteView::usedSetOf(Source source) {
 bool SatelliteView::isUsed(const ViewedSatellite& satellite) const {
   const uint64_t key = satelliteKey(satellite.system, satellite.id);
   for (size_t i = 0; i < usedSetCount_; ++i) {
+    if ((usedSets_[i].marks & markOf(key)) == 0) continue;
     const auto keys = std::span(usedSets_[i].keys).first(usedSets_[i].count);
     if (std::find(keys.begin(), keys.end(), key) != keys.end()) return true;
   }

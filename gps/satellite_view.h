@@ -3,7 +3,8 @@
 #include <array>
 #include <cstdint>
 #include <span>
-#include <string_view>
+
+#include "gps/satellite_sentences.h"
 
 namespace vgps {
 
@@ -29,8 +30,8 @@ class SatelliteView {
  public:
   static constexpr size_t kCapacity = 160;  // more are left out
 
-  // Any line; those that are no GSV or GSA change nothing but end a run of GSA lines.
-  void take(std::string_view line, uint32_t tick);
+  // Every line; those that are not a GSV or GSA change nothing but end a run of GSA lines.
+  void take(const DecodedSentence& decoded, uint32_t tick);
 
   std::span<const ViewedSatellite> satellites() const { return {entries_.data(), count_}; }
 
@@ -59,6 +60,7 @@ class SatelliteView {
     uint32_t tick = 0;
     uint32_t run = 0;  // of consecutive GSA lines
     uint8_t count = 0;
+    uint64_t marks = 0;               // of each key the bit of its last six: most are refused by it
     std::array<uint64_t, 48> keys{};  // system and number
   };
   struct Bookkeeping {
@@ -66,8 +68,8 @@ class SatelliteView {
     bool stale = false;
   };
 
-  void takeGsv(std::string_view line, uint32_t tick);
-  void takeGsa(std::string_view line, uint32_t tick);
+  void takeGsv(const DecodedSentence& decoded, uint32_t tick);
+  void takeGsa(const DecodedSentence& decoded, uint32_t tick);
   void beginOrContinueCycle(Source source, int32_t message, uint32_t tick);
   void endCycle(Source source);
   GsvCycle* cycleOf(Source source);
@@ -82,6 +84,7 @@ class SatelliteView {
   std::array<ViewedSatellite, kCapacity> entries_{};
   std::array<Bookkeeping, kCapacity> books_{};
   size_t count_ = 0;
+  size_t nextPlace_ = 0;  // where the next satellite of a list most likely stands already
   std::array<GsvCycle, 24> cycles_{};
   size_t cycleCount_ = 0;
   bool openCycle_ = false;

@@ -1,8 +1,5 @@
 #include "gps/sentence_stats.h"
 
-#include "gps/nmea.h"
-#include "gps/sentence_name.h"
-
 namespace vgps {
 void RateMeter::count(uint32_t tick) {
   if (tick - lastTick_ > kWindowMs) {  // the first of all, or the first after a pause
@@ -35,22 +32,11 @@ uint64_t SentenceStats::sum(uint64_t KindStats::*member) const {
 
 uint64_t SentenceStats::total() const { return binary + sum(&KindStats::count); }
 
-CountedKind countedKind(std::string_view sentence) {
-  if (sentence.size() < 6) return CountedKind::other;
-  switch (lettersKey(sentence.substr(0, 6))) {
-    case lettersKey("$GPRMC"): return CountedKind::rmc;
-    case lettersKey("$GPGGA"): return CountedKind::gga;
-    case lettersKey("$GPGSA"): return CountedKind::gsa;
-    case lettersKey("$GPGSV"): return CountedKind::gsv;
-    default: return CountedKind::other;
-  }
-}
-
-void SentenceStats::countLine(std::string_view raw, std::string_view parsed, uint32_t tick) {
-  KindStats& kind = kinds[static_cast<size_t>(countedKind(parsed))];
+void SentenceStats::countLine(const Sentence& sentence, uint32_t tick) {
+  KindStats& kind = kinds[static_cast<size_t>(sentence.parsedType())];
   ++kind.count;
   kind.rate.count(tick);
-  switch (checkNmeaChecksum(raw)) {
+  switch (sentence.checksum()) {
     case Checksum::right: ++kind.checksumRight; break;
     case Checksum::wrong: ++kind.checksumWrong; break;
     case Checksum::absent: ++kind.checksumAbsent; break;

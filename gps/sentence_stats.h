@@ -2,12 +2,10 @@
 
 #include <array>
 #include <cstdint>
-#include <string_view>
+
+#include "gps/sentence.h"
 
 namespace vgps {
-
-enum class CountedKind : uint8_t { rmc, gga, gsa, gsv, other };
-inline constexpr size_t kCountedKinds = 5;
 
 // Events per second over the last few seconds, by the ticks of the events.
 class RateMeter {
@@ -34,20 +32,17 @@ struct KindStats {
 
 // What came down the line. Counting changes nothing in what is accepted.
 struct SentenceStats {
-  std::array<KindStats, kCountedKinds> kinds;
+  std::array<KindStats, kSentenceTypes> kinds;
   uint64_t rejected = 0;  // lines that begin with no "$"
   uint64_t binary = 0;    // whole binary messages
 
-  const KindStats& of(CountedKind kind) const { return kinds[static_cast<size_t>(kind)]; }
+  const KindStats& of(SentenceType kind) const { return kinds[static_cast<size_t>(kind)]; }
   uint64_t total() const;  // accepted lines and binary messages
   // The sum of one count over all kinds.
   uint64_t sum(uint64_t KindStats::*member) const;
 
-  // An accepted line: `raw` as received carries the checksum, `parsed` the name that was
-  // recognised.
-  void countLine(std::string_view raw, std::string_view parsed, uint32_t tick);
+  // An accepted line, by the type that the parser took it for.
+  void countLine(const Sentence& sentence, uint32_t tick);
 };
-
-CountedKind countedKind(std::string_view sentence);
 
 }  // namespace vgps

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "gps/sentence_name.h"
+#include "gps/satellite_sentences.h"
 
 namespace vgps {
 namespace {
@@ -11,58 +11,52 @@ namespace {
 constexpr std::array<uint64_t, 6> kTalkerKeys = {lettersKey("GN"), lettersKey("GL"),
                                                  lettersKey("GA"), lettersKey("GB"),
                                                  lettersKey("BD"), lettersKey("GQ")};
-constexpr std::array<uint64_t, 3> kKindKeys = {lettersKey("RMC"), lettersKey("GGA"),
-                                               lettersKey("GSA")};
-constexpr uint64_t kGps = lettersKey("GP");
 enum : int { kRmcKind = 0, kGgaKind = 1, kGsaKind = 2 };
 
 // So long after the last position sentence of GP another talker takes its place; and so long a
 // sentence kind counts as something that a talker sends.
 constexpr uint32_t kSilenceMs = 3000;
 
-template <size_t N>
-int positionIn(const std::array<uint64_t, N>& keys, uint64_t key) {
-  const auto found = std::find(keys.begin(), keys.end(), key);
-  return found == keys.end() ? -1 : static_cast<int>(found - keys.begin());
+int talkerIndex(uint64_t key) {
+  const auto* const found = std::find(kTalkerKeys.begin(), kTalkerKeys.end(), key);
+  return found == kTalkerKeys.end() ? -1 : static_cast<int>(found - kTalkerKeys.begin());
 }
 
-// NMEA 4.10 adds the number of the satellite system behind the three DOP values.
-// $GNGSA,mode,fix,id x 12,pdop,hdop,vdop,system*hh
-constexpr int kSystemField = 18;
-
-// Whether a GSA speaks of GPS satellites. Those of Galileo are numbered 1 to 36 as well and would
-// mark the GPS satellites of the same numbers as used.
-bool isGsaOfGps(std::string_view line) {
-  for (int field = 0; field < kSystemField; ++field) {
-    const size_t comma = line.find(',');
-    if (comma == std::string_view::npos) return true;
-    line.remove_prefix(comma + 1);
+int kindOf(SentenceType type) {
+  switch (type) {
+    case SentenceType::rmc: return kRmcKind;
+    case SentenceType::gga: return kGgaKind;
+    case SentenceType::gsa: return kGsaKind;
+    default: return -1;
   }
-  const std::string_view number = line.substr(0, line.find_first_of(",*\r\n"));
+}
+
+// Whether a GSA speaks of GPS satellites: since NMEA 4.10 it says of which system. Those of Galileo
+// are numbered 1 to 36 as well and would mark the GPS satellites of the same numbers as used.
+bool isGsaOfGps(const Sentence& sentence) {
+  const std::string_view field = sentence.fields.orEmpty(GsaReport::kSystemField);
+  const std::string_view number = field.substr(0, field.find_first_of("*\r\n"));
   return number.empty() || number == "1";
 }
 
 }  // namespace
 
-std::string_view TalkerTranslation::translate(std::string_view line, uint32_t tick,
-                                              TalkerSetting setting) {
+bool TalkerTranslation::standsInForGps(const Sentence& sentence, uint32_t tick,
+                                       TalkerSetting setting) {
   if (!started_) gpsTick_ = tick;
   started_ = true;
-  if (line.size() < 6 || line[0] != '$' || setting == TalkerSetting::never) return line;
-  const int kind = positionIn(kKindKeys, lettersKey(line.substr(3, 3)));
-  if (kind < 0) return line;
-  if (talkerOf(line) == kGps) {
+  const int kind = kindOf(sentence.name.type);
+  if (kind < 0 || setting == TalkerSetting::never) return false;
+  if (sentence.name.talker == SentenceName::kGps) {
     if (kind != kGsaKind) gpsTick_ = tick;
-    return line;
+    return false;
   }
-  const int talker = positionIn(kTalkerKeys, talkerOf(line));
-  if (talker < 0 || (kind == kGsaKind && !isGsaOfGps(line))) return line;
-  const bool wanted =
-      setting == TalkerSetting::always || translateAutomatically(talker, kind, tick);
-  return wanted ? asGps(line) : line;
+  const int talker = talkerIndex(sentence.name.talker);
+  if (talker < 0 || (kind == kGsaKind && !isGsaOfGps(sentence))) return false;
+  return setting == TalkerSetting::always || standsInNow(talker, kind, tick);
 }
 
-bool TalkerTranslation::translateAutomatically(int talker, int kind, uint32_t tick) {
+bool TalkerTranslation::standsInNow(int talker, int kind, uint32_t tick) {
   talkers_[static_cast<size_t>(talker)].kinds[static_cast<size_t>(kind)] = {true, tick};
   return tick - gpsTick_ >= kSilenceMs && mostCompleteTalker(tick) == talker;
 }
@@ -84,13 +78,6 @@ int TalkerTranslation::mostCompleteTalker(uint32_t tick) const {
     best = static_cast<int>(i);
   }
   return best;
-}
-
-std::string_view TalkerTranslation::asGps(std::string_view line) {
-  text_.assign(line);
-  text_[1] = 'G';
-  text_[2] = 'P';
-  return text_;
 }
 
 }  // namespace vgps

@@ -2,21 +2,21 @@
 
 #include <array>
 #include <cstdint>
-#include <string>
-#include <string_view>
+
+#include "gps/sentence.h"
 
 namespace vgps {
 
 enum class TalkerSetting : int32_t { automatic = 0, always = 1, never = 2 };
 
 // The parser knows the talker "GP" only. Receivers that combine systems answer as "GN", those of
-// one other system as GL, GA, GB, BD or GQ. This stage gives the parser their RMC, GGA and GSA as
-// if a GPS receiver had sent them, and leaves everything else alone.
+// one other system as GL, GA, GB, BD or GQ. This stage says when their RMC, GGA and GSA count as if
+// a GPS receiver had sent them.
 class TalkerTranslation {
  public:
-  // The text for the parser: `line` itself, or a copy beginning with "$GP" that lives until the
-  // next call. `tick`: when the line came, milliseconds.
-  std::string_view translate(std::string_view line, uint32_t tick, TalkerSetting setting);
+  // Whether another talker's sentence is to be parsed as one of GP. `tick`: when it came,
+  // milliseconds.
+  bool standsInForGps(const Sentence& sentence, uint32_t tick, TalkerSetting setting);
 
   // A new connection: nothing has been heard yet.
   void reset() { *this = TalkerTranslation(); }
@@ -32,14 +32,12 @@ class TalkerTranslation {
 
   static constexpr int kTalkers = 6;
 
-  bool translateAutomatically(int talker, int kind, uint32_t tick);
+  bool standsInNow(int talker, int kind, uint32_t tick);
   int mostCompleteTalker(uint32_t tick) const;
-  std::string_view asGps(std::string_view line);
 
   std::array<Talker, kTalkers> talkers_{};
   bool started_ = false;
   uint32_t gpsTick_ = 0;  // of the last position sentence of GP, or of the first line of all
-  std::string text_;
 };
 
 }  // namespace vgps

@@ -20,6 +20,7 @@ struct UiMessage {
   UiEvent event = UiEvent::line;
   std::string_view text = {};    // the raw line, UTF-8 or noise, without its line end
   const void* record = nullptr;  // of a binary protocol: the SirfMessage
+  uint32_t said = 0;             // which values the line vouched for, in bits of the parser's own
   double x = 0;
   double y = 0;
   // Of the source that it speaks of; 0 when of none, as in a replay. A source that was opened since

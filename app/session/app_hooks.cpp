@@ -8,7 +8,7 @@ void AppHooks::send(UiMessage message) {
 }
 
 void AppHooks::lineReceived(const ReceivedLine& line) {
-  send({.event = UiEvent::line, .text = line.text, .record = line.message});
+  send({.event = UiEvent::line, .text = line.text, .record = line.message, .said = line.said});
 }
 
 void AppHooks::unknownBytes(std::string_view bytes) {

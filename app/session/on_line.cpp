@@ -77,40 +77,28 @@ std::string textOfMessage(const SirfMessage& message) {
   return textWith(Text::sirfMessage, number, std::to_string(message.length));
 }
 
-// A clock that has no time yet says 000000, and the stored time stays as it was.
-bool saysTime(std::string_view sentence) {
-  const size_t comma = sentence.find(',');
-  if (comma == std::string_view::npos) return false;
-  const std::string_view rest = sentence.substr(comma + 1);
-  return rest.substr(0, rest.find(',')).find_first_of("123456789") != std::string_view::npos;
-}
-
-// When each value of the read-out came last, told by what was counted since `before`. Values of a
-// fix are news only from a sentence that vouches for one; the clock and the satellites need none.
-void noteArrivals(UiFix& shown, const SentenceStats& before, std::string_view text, uint32_t tick) {
-  const auto came = [&](CountedKind kind) {
-    return shown.stats.of(kind).count != before.of(kind).count;
-  };
+// When each value of the read-out came last, by what the line vouched for. Values of a fix are news
+// only while there is one; the clock and the satellites need none.
+void noteArrivals(UiFix& shown, uint32_t said, uint32_t tick) {
   const ArrivalTicks::Arrival now = {true, tick};
   ArrivalTicks& arrivals = shown.arrivals;
-  const bool rmc = came(CountedKind::rmc);
-  const bool gga = came(CountedKind::gga);
-  // The simulation's own sentence: height and course in one, and a time that is not read.
-  const bool extended = text.starts_with("$GPRMCX,");
-  if ((rmc || gga) && !extended && saysTime(text)) arrivals.time = now;
-  if (gga) arrivals.used = now;
-  if (came(CountedKind::gsv)) arrivals.view = now;
-  if (came(CountedKind::gsa)) {
-    arrivals.dilution = now;
-    // A receiver that sends no GGA still lists which satellites it uses.
-    if (shown.stats.of(CountedKind::gga).count == 0) arrivals.used = now;
-  }
-  if (shown.fix.fixStatus == 0 || !(rmc || gga)) return;
-  arrivals.position = now;
-  if (rmc) arrivals.motion = now;
-  if (gga || extended) arrivals.altitude = now;
+  const auto note = [&](uint32_t bits, ArrivalTicks::Arrival& arrival) {
+    if ((said & bits) != 0) arrival = now;
+  };
+  note(kSaidTime, arrivals.time);
+  note(kSaidUsedCount, arrivals.used);
+  note(kSaidInViewCount, arrivals.view);
+  note(kSaidPdop | kSaidHdop | kSaidVdop, arrivals.dilution);
+  // A receiver that sends no GGA still lists which satellites it uses.
+  if (shown.stats.of(SentenceType::gga).count == 0) note(kSaidUsed, arrivals.used);
+  if (shown.fix.fixStatus == 0) return;
+  note(kSaidPosition, arrivals.position);
+  note(kSaidSpeed | kSaidCourse, arrivals.motion);
+  note(kSaidAltitude, arrivals.altitude);
+  note(kSaidQuality, arrivals.quality);
   // The next RMC says no more than that the fix is valid.
-  if (gga) arrivals.quality = now, shown.quality = shown.fix.fixStatus;
+  if ((said & kSaidQuality) != 0) shown.quality = shown.fix.fixStatus;
+  if ((said & kSaidPosition) == 0) return;
   shown.fixSeen = true;
   shown.lastFixTick = tick;
 }
@@ -143,13 +131,12 @@ void handleForDisplays(AppState& app, const UiMessage& message) {
 }
 
 void onLine(AppState& app, const UiMessage& message) {
-  const SentenceStats before = app.shown.stats;
   copyFix(app);
   noteBytes(app);
   const uint32_t now = app.platform.clock.tick();
   app.shown.dataSeen = true;
   app.shown.lastDataTick = now;
-  noteArrivals(app.shown, before, message.text, now);
+  noteArrivals(app.shown, message.said, now);
   if (message.record == nullptr) offerEpoch(app);
   if (isSkipped(app)) return;
   handleForDisplays(app, message);

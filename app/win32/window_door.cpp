@@ -98,6 +98,7 @@ bool readUiMessage(UINT number, WPARAM first, LPARAM second, const GpsFix& fix, 
     message.record = addressIn<const void>(first);
     return true;
   }
+  if (message.event == UiEvent::line) message.said = fix.state.lineSaid;
   text = utf8FromWide(addressIn<const wchar_t>(first));
   message.text = text;
   return true;

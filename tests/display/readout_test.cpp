@@ -15,7 +15,7 @@
 namespace vgps {
 namespace {
 
-void count(Scene& scene, CountedKind kind) {
+void count(Scene& scene, SentenceType kind) {
   scene.stats.kinds[static_cast<size_t>(kind)].count = 10;
 }
 
@@ -54,9 +54,9 @@ Scene liveScene(std::vector<ViewedSatellite>& view) {
   scene.fixSeen = true;
   scene.fixAgeMs = 900;
   scene.sentencesPerSecond = 105.3;
-  count(scene, CountedKind::rmc);
-  count(scene, CountedKind::gga);
-  count(scene, CountedKind::gsv);
+  count(scene, SentenceType::rmc);
+  count(scene, SentenceType::gga);
+  count(scene, SentenceType::gsv);
   return scene;
 }
 
@@ -210,8 +210,8 @@ TEST(Readout, ThePositionIsWrittenAsThePersonWantsIt) {
 
 TEST(Readout, ZerosOfAReceiverWithoutFixAreDashes) {
   Scene scene;
-  count(scene, CountedKind::rmc);
-  count(scene, CountedKind::gga);
+  count(scene, SentenceType::rmc);
+  count(scene, SentenceType::gga);
   scene.state = ReceiverState::noFix;
   ReadoutTexts texts = readoutTexts(scene);
   for (const std::string& text :

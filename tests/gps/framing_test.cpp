@@ -177,15 +177,15 @@ TEST(Lines, EachLineIsTimedAndCounted) {
   EXPECT_EQ(world.fix.lastSentenceKind, 0);
   EXPECT_EQ(world.hooks.refreshes, 1);
   const SentenceStats& stats = world.state.stats;
-  const std::array<uint64_t, kCountedKinds> counts = {1, 1, 0, 1, 1};
+  const std::array<uint64_t, kSentenceTypes> counts = {1, 1, 0, 1, 1};
   for (size_t kind = 0; kind < counts.size(); ++kind) {
     EXPECT_EQ(stats.kinds[kind].count, counts[kind]) << kind;
   }
   EXPECT_EQ(stats.total(), 4U);
-  EXPECT_EQ(stats.of(CountedKind::rmc).checksumRight, 1U);
+  EXPECT_EQ(stats.of(SentenceType::rmc).checksumRight, 1U);
   EXPECT_EQ(stats.sum(&KindStats::checksumRight), 2U);
-  EXPECT_EQ(stats.of(CountedKind::gsv).checksumWrong, 1U);
-  EXPECT_EQ(stats.of(CountedKind::other).checksumAbsent, 1U);
+  EXPECT_EQ(stats.of(SentenceType::gsv).checksumWrong, 1U);
+  EXPECT_EQ(stats.of(SentenceType::other).checksumAbsent, 1U);
 }
 
 TEST(Lines, RatesFollowTheTicks) {
@@ -195,19 +195,19 @@ TEST(Lines, RatesFollowTheTicks) {
     world.fix.onReceive(kRmcLine + "\r\n");
     if (i % 10 == 0) world.fix.onReceive(kGgaLine + "\r\n");
   }
-  const auto rate = [&](CountedKind kind) {
+  const auto rate = [&](SentenceType kind) {
     return world.state.stats.of(kind).rate.perSecond(world.clock.now);
   };
-  EXPECT_NEAR(rate(CountedKind::rmc), 10, 0.5);
-  EXPECT_NEAR(rate(CountedKind::gga), 1, 0.1);
-  EXPECT_EQ(rate(CountedKind::gsa), 0);
+  EXPECT_NEAR(rate(SentenceType::rmc), 10, 0.5);
+  EXPECT_NEAR(rate(SentenceType::gga), 1, 0.1);
+  EXPECT_EQ(rate(SentenceType::gsa), 0);
   world.clock.now += 60000;  // silence
-  EXPECT_EQ(rate(CountedKind::rmc), 0);
+  EXPECT_EQ(rate(SentenceType::rmc), 0);
   for (int i = 0; i < 3; ++i) {  // a pause is no part of the rate after it
     world.clock.now += 500;
     world.fix.onReceive(kRmcLine + "\r\n");
   }
-  EXPECT_NEAR(rate(CountedKind::rmc), 2, 0.1);
+  EXPECT_NEAR(rate(SentenceType::rmc), 2, 0.1);
 }
 
 TEST(Lines, TheLeaderOfABurstIsOfferedAndItsFollowerNot) {

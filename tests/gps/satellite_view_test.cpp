@@ -24,7 +24,7 @@ using Texts = std::vector<std::string>;
 
 Texts after(const std::vector<std::string>& lines) {
   SatelliteView view;
-  for (const std::string& line : lines) view.take(line, 1000);
+  for (const std::string& line : lines) view.take(DecodedSentence(line), 1000);
   return shown(view);
 }
 
@@ -83,8 +83,8 @@ TEST(SatelliteView, MessageNumbersMayRunAcrossTalkers) {
 
 TEST(SatelliteView, SignalsOfOneSatelliteStandSideBySide) {
   SatelliteView view;
-  view.take("$GPGSV,1,1,02,05,40,083,46,07,,,*75", 1000);
-  view.take("$GPGSV,1,1,01,05,40,083,30,8*75", 1000);
+  view.take(DecodedSentence("$GPGSV,1,1,02,05,40,083,46,07,,,*75"), 1000);
+  view.take(DecodedSentence("$GPGSV,1,1,01,05,40,083,30,8*75"), 1000);
   ASSERT_EQ(view.satellites().size(), 3U);
   EXPECT_EQ(view.satellites()[0].signal, 0);
   EXPECT_EQ(view.satellites()[2].signal, 8);
@@ -121,17 +121,18 @@ TEST(SatelliteView, UsedSatellitesOfEverySystem) {
 
 TEST(SatelliteView, SilentTalkersAreForgotten) {
   SatelliteView view;
-  view.take("$GPGSV,1,1,01,05,40,083,46*75", 1000);
-  view.take("$GLGSV,1,1,01,65,40,083,46*75", 1000);
-  view.take("$GLGSV,1,1,01,65,40,083,46*75", 31000);
+  view.take(DecodedSentence("$GPGSV,1,1,01,05,40,083,46*75"), 1000);
+  view.take(DecodedSentence("$GLGSV,1,1,01,65,40,083,46*75"), 1000);
+  view.take(DecodedSentence("$GLGSV,1,1,01,65,40,083,46*75"), 31000);
   EXPECT_EQ(shown(view).size(), 2U);
-  view.take("$GLGSV,1,1,01,65,40,083,46*75", 32000);
+  view.take(DecodedSentence("$GLGSV,1,1,01,65,40,083,46*75"), 32000);
   EXPECT_EQ(shown(view), Texts{"GLONASS 65 46"});
-  view.take("$GPGSA,A,3,05,,,,,,,,,,,,1,2,3*00", 40000);
-  view.take("$GPGSV,1,1,01,05,40,083,46*75", 40000);
+  view.take(DecodedSentence("$GPGSA,A,3,05,,,,,,,,,,,,1,2,3*00"), 40000);
+  view.take(DecodedSentence("$GPGSV,1,1,01,05,40,083,46*75"), 40000);
   EXPECT_EQ(shown(view), (Texts{"GLONASS 65 46", "GPS 5 46*"}));
-  view.take("$GPGSV,1,1,01,05,40,083,46*75", 69000);
-  view.take("$GPRMC,1", 71000);  // whatever line comes, and the list of used ones ages alike
+  view.take(DecodedSentence("$GPGSV,1,1,01,05,40,083,46*75"), 69000);
+  view.take(DecodedSentence("$GPRMC,1"),
+            71000);  // whatever line comes, and the list of used ones ages alike
   EXPECT_EQ(shown(view), Texts{"GPS 5 46"});
 }
 
@@ -142,8 +143,9 @@ TEST(SatelliteView, HoldsNoMoreThanItsCapacity) {
       std::string line = "$GPGSV,99,1,99," + std::to_string(id) + ",1,1,1*75";
       line[2] = static_cast<char>(talker);
       line.replace(10, 1, std::to_string(id + 1));
-      view.take(line, 1000);
-      view.take("$G" + std::string(1, static_cast<char>(talker)) + "GSA,A,3,1,2,3", 1000);
+      view.take(DecodedSentence(line), 1000);
+      view.take(DecodedSentence("$G" + std::string(1, static_cast<char>(talker)) + "GSA,A,3,1,2,3"),
+                1000);
     }
   }
   EXPECT_EQ(view.satellites().size(), SatelliteView::kCapacity);

@@ -264,10 +264,10 @@ TEST(Receiver, OpeningAndClosingWhileDataCome) {
     }
     EXPECT_TRUE(connectReceiver(world.app, {.port = path})) << i;
   }
-  const uint64_t before = world.app.shown.stats.of(CountedKind::rmc).count;
+  const uint64_t before = world.app.shown.stats.of(SentenceType::rmc).count;
   line->write("\r\n" + burst(100));
   EXPECT_TRUE(world.serve([&] { return world.app.shown.fix.course == 100; }));
-  EXPECT_GT(world.app.shown.stats.of(CountedKind::rmc).count, before);
+  EXPECT_GT(world.app.shown.stats.of(SentenceType::rmc).count, before);
 }
 
 }  // namespace

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "gps/sentence.h"
+
+// GSA and GSV of any talker, decoded once for the fix and for the satellite view. The two differ in
+// what they take of a damaged sentence: the fix reads fields to the end of the line, a checksum
+// glued to the last one, the view up to the first "*".
+namespace vgps {
+
+// $GPGSA,mode,fix,id x 12,pdop,hdop,vdop[,system]*hh
+//   0     1    2   3..14   15   16   17   18
+struct GsaReport {
+  static constexpr size_t kFirst = 3;
+  static constexpr size_t kChannels = 12;
+  static constexpr size_t kSystemField = 18;  // since NMEA 4.10
+
+  size_t channels;  // fields that are there
+  std::array<int32_t, kChannels> ids;
+};
+
+// $GPGSV,messages,message,in view,{id,elevation,azimuth,snr} x 0..4[,signal]*hh
+//   0       1        2       3     4      5        6     7
+struct GsvReport {
+  static constexpr size_t kHead = 4;
+  static constexpr size_t kGroups = 4;
+
+  struct Satellite {
+    int32_t id;
+    float elevation, azimuth;  // degrees
+    float snr;                 // dB-Hz
+  };
+
+  int32_t messages;
+  int32_t message;
+  int32_t inView;
+  size_t groups;  // the last one may be short of its last field; a longer line has more of them
+  std::array<Satellite, kGroups> satellites;
+};
+
+void readGsa(const Sentence& sentence, GsaReport& report);
+void readGsv(const Sentence& sentence, GsvReport& report);
+
+// One group; a last field that is missing reads 0.
+inline void readGsvGroup(const Fields& fields, size_t at, GsvReport::Satellite& satellite) {
+  satellite.id = fields.wholeNumber(at);
+  satellite.elevation = fields.number32(at + 1);
+  satellite.azimuth = fields.number32(at + 2);
+  satellite.snr = fields.has(at + 3) ? fields.number32(at + 3) : 0;
+}
+
+// A line with the satellites that it lists.
+struct DecodedSentence {
+  explicit DecodedSentence(std::string_view line) : sentence(line) {
+    if (sentence.name.type == SentenceType::gsa) readGsa(sentence, gsa);
+    if (sentence.name.type == SentenceType::gsv) readGsv(sentence, gsv);
+  }
+
+  Sentence sentence;
+  GsaReport gsa;  // of a GSA; nothing of other lines, like the next
+  GsvReport gsv;
+};
+
+// The fields of a sentence in front of the first "*".
+class Body {
+ public:
+  explicit Body(const Sentence& sentence);
+
+  // How many there are, also behind the last that `Fields` keeps.
+  size_t count() const { return count_; }
+  bool isEmpty(size_t index) const {
+    return index >= count_ || fields_.startOf(index) == std::min(star_, fields_.endOf(index));
+  }
+
+ private:
+  const Fields& fields_;
+  size_t star_;
+  size_t count_;
+};
+
+}  // namespace vgps

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+#include "gps/fields.h"
+
+// One line of a receiver, recognized once: who speaks, what kind of sentence it is, its fields and
+// whether its checksum is right. Parser, counts, talkers, satellite view, clocks and the port
+// search all ask this.
+namespace vgps {
+
+// Up to eight letters as one number, so that names are told by integer compares.
+constexpr uint64_t lettersKey(std::string_view letters) {
+  uint64_t key = 0;
+  for (size_t i = 0; i < letters.size(); ++i) {
+    key |= uint64_t{static_cast<uint8_t>(letters[i])} << (8 * i);
+  }
+  return key;
+}
+
+enum class SentenceType : uint8_t { rmc, gga, gsa, gsv, other };
+inline constexpr size_t kSentenceTypes = 5;
+
+enum class Checksum : uint8_t { right, wrong, absent };
+
+// The exclusive-or of the characters between the first one ("$") and the "*".
+uint8_t nmeaChecksum(std::string_view sentence);
+
+// Compares the checksum that a sentence carries; nothing is accepted or refused by it.
+Checksum checkNmeaChecksum(std::string_view sentence);
+
+// The name of a line.
+//
+//   $ GP RMC ,...      talker, type; whatever letters stand between the type and the first comma
+struct SentenceName {
+  static constexpr size_t kLength = 6;
+  static constexpr uint32_t kGps = static_cast<uint32_t>(lettersKey("GP"));
+
+  uint32_t talker = 0;  // two letters, as `lettersKey` packs them; 0 when the line is shorter
+  SentenceType type = SentenceType::other;
+  bool dollar = false;  // the line begins with "$": it counts as a sentence
+  bool whole = false;   // the type ends at a comma: "$GPRMC," but not "$GPRMCX,"
+
+  // "$P" begins a maker's own sentence, whatever letters follow.
+  bool isMakersOwn() const { return (talker & 0xFF) == 'P'; }
+  // "$G" begins one of a satellite receiver.
+  bool isOfSatellites() const { return (talker & 0xFF) == 'G'; }
+  bool isPosition() const { return type == SentenceType::rmc || type == SentenceType::gga; }
+};
+
+inline SentenceType typeOfLetters(uint64_t letters) {
+  switch (letters) {
+    case lettersKey("RMC"): return SentenceType::rmc;
+    case lettersKey("GGA"): return SentenceType::gga;
+    case lettersKey("GSA"): return SentenceType::gsa;
+    case lettersKey("GSV"): return SentenceType::gsv;
+    default: return SentenceType::other;
+  }
+}
+
+inline SentenceName nameOf(std::string_view line) {
+  SentenceName name;
+  name.dollar = !line.empty() && line[0] == '$';
+  if (!name.dollar || line.size() < SentenceName::kLength) return name;
+  name.talker = static_cast<uint32_t>(lettersKey(line.substr(1, 2)));
+  name.type = typeOfLetters(lettersKey(line.substr(3, 3)));
+  name.whole = line.size() > SentenceName::kLength && line[SentenceName::kLength] == ',';
+  return name;
+}
+
+// A line without its line end. Looks into the text that it was made of.
+struct Sentence {
+  explicit Sentence(std::string_view line) : text(line), name(nameOf(line)), fields(line) {
+    forGps = name.talker == SentenceName::kGps;
+  }
+
+  // Of the line as it came.
+  Checksum checksum() const { return checkNmeaChecksum(text); }
+  // What the parser takes it for: it knows the talker GP only, or who stands in for it.
+  SentenceType parsedType() const { return forGps ? name.type : SentenceType::other; }
+  // The program's own sentence for simulated positions, "$GPRMCX".
+  bool isExtendedRmc() const {
+    return name.type == SentenceType::rmc && fields[0].size() == 7 && fields[0][6] == 'X';
+  }
+
+  std::string_view text;
+  SentenceName name;
+  bool forGps;  // by its talker, or because its talker stands in for GPS
+  Fields fields;
+};
+
+}  // namespace vgps
