@@ -146,7 +146,9 @@ TEST(Commands, ConnectReadsTheSettingsAtThatMoment) {
   EXPECT_FALSE(world.app.fix.running);
   // Another program has written another one since the start.
   XmlSetString("cfg\\gps", "port", "COM9", world.app.config.path().c_str());
+  XmlSetString("cfg\\vgps", "smv", "1", world.app.config.path().c_str());
   runCommand(world.app, Command::connect);
+  EXPECT_EQ(world.app.gps.options.speedUnit, 1);
   EXPECT_EQ(world.window.errors, std::vector<std::string>{"GPS Opening failed"});
 }
 

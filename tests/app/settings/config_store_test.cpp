@@ -222,7 +222,7 @@ TEST_F(ConfigFile, AFileThatIsLetGoOfLaterKeepsItsSettings) {
   EXPECT_TRUE(store.save());
   EXPECT_EQ(findings(), "COM7 4800 1");
   triesThatFail = 2;
-  settings = loadSettings(store);
+  EXPECT_TRUE(refreshSettings(store, settings));
   settings.baudRate = 38400;
   EXPECT_TRUE(saveSettings(store, settings, SettingGroup::gps)) << "held for a moment";
   EXPECT_EQ(findings(), "COM7 38400 1");
@@ -291,6 +291,8 @@ TEST_F(ConfigFile, SettingsFollowWhatCameIntoTheDocumentAnotherWay) {
   EXPECT_EQ(settings.fontFactor, 1) << "corrected";
   EXPECT_TRUE(settings.useLedFont) << "off at a start only";
   EXPECT_FALSE(refreshSettings(store_, settings));
+  ASSERT_TRUE(saveSettings(store_, settings, SettingGroup::display));
+  EXPECT_EQ(store_.other("cfg\\vgps", "fsf"), "1.00");
 
   settings.baudRate = 4800;
   store_.put(kSpeed, settings);  // not saved yet
