@@ -95,9 +95,7 @@ bool isNumber(std::string_view text, bool whole) {
 }
 
 // The countdown stands among the flags and counts: it is a number all the same.
-bool isFlag(const SettingRow& row) {
-  return row.type == SettingType::flag && std::string_view(row.key) != "upd";
-}
+bool isFlag(const SettingRow& row) { return std::holds_alternative<bool Settings::*>(row.member); }
 
 // Empty when the value suits the row, otherwise what would.
 std::string whatIsAllowed(const SettingRow& row, std::string_view text) {

@@ -2,6 +2,7 @@
 
 #include "app/desktop/command_handlers.h"
 #include "app/session/connection.h"
+#include "app/settings/settings_table.h"
 #include "base/texts.h"
 #include "display/scene.h"
 
@@ -46,9 +47,7 @@ void gpsTimeToSystem(AppState& app, Command) {
 void switchLog(AppState& app, Command command) {
   app.settings.logStream = command == Command::logOn;
   app.gps.options.logNmea = app.settings.logStream;
-  if (const SettingRow* const row = findSetting("cfg\\vgps", "lgn")) {
-    app.config.set(*row, app.settings.logStream ? 1.0 : 0.0);
-  }
+  app.config.put(*Setting(&Settings::logStream), app.settings);
   repaintNow(app);
 }
 

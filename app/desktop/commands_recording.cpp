@@ -48,10 +48,8 @@ void choosePreset(AppState& app, Command command) {
   app.settings.recordMinSpeed = preset.speed;
   app.settings.recordAngle = preset.angle;
   app.settings.recordAltitude = preset.altitude;
-  if (!saveSettings(app.config, app.settings, SettingGroup::recording) &&
-      app.config.tellRefusal()) {
-    return showNotice(app, textWith(Text::settingsNotWritten, app.config.path()));
-  }
+  saveSettings(app.config, app.settings, SettingGroup::recording);
+  if (app.config.tellRefusal([&](std::string_view text) { showNotice(app, text); })) return;
   showNotice(app, textWith(Text::presetChosen,
                            textOf(Text::walking + (command - Command::presetWalking))));
 }

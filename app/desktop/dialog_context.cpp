@@ -29,6 +29,7 @@ PortSearch beginSearch(AppState& app, uint32_t speed) {
 }  // namespace
 
 DialogContext dialogContextOf(AppState& app) {
+  refreshSettings(app);
   return {
       .store = app.config,
       .settings = app.settings,

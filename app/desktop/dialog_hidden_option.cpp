@@ -34,7 +34,8 @@ bool editHiddenOption(ConfigStore& store, const TextPrompt& prompt, const TextTe
       prompt(textOf(Text::optionCaption), textOf(Text::optionValue), store.other(kPath, *title));
   if (!value) return false;
   store.setOther(kPath, *title, *value);
-  if (!store.save() && store.tellRefusal()) tell(textWith(Text::settingsNotWritten, store.path()));
+  store.save();
+  store.tellRefusal(tell);
   return true;
 }
 

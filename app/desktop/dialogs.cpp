@@ -36,12 +36,12 @@ void setItems(DialogView& view, uint16_t control, std::span<const DialogItem> it
 }
 
 int32_t wholeOf(const DialogField& field, const Settings& settings) {
-  return static_cast<int32_t>(numberOf(settings, settingOf(field)));
+  return static_cast<int32_t>(numberOf(settings, *field.setting));
 }
 
-// What stands in the document, in words.
+// As the document has it, in words.
 std::string storedText(const DialogField& field, const Settings& settings) {
-  const SettingRow& row = settingOf(field);
+  const SettingRow& row = *field.setting;
   switch (row.type) {
     case SettingType::string: return textOf(settings, row);
     case SettingType::real: return fixedText(numberOf(settings, row), kStoredDecimals);
@@ -55,9 +55,9 @@ void fillRadio(const DialogField& field, DialogView& view, int32_t value) {
   }
 }
 
-void fillField(const DialogField& field, DialogView& view, const Settings& settings,
-               const DialogContext& context) {
-  const SettingRow& row = settingOf(field);
+void fillField(const DialogField& field, DialogView& view, const DialogContext& context) {
+  const Settings& settings = context.settings;
+  const SettingRow& row = *field.setting;
   switch (field.kind) {
     case FieldKind::check: view.setChecked(field.control, numberOf(settings, row) != 0); break;
     case FieldKind::colour:
@@ -93,7 +93,7 @@ double corrected(const DialogField& field, double value) {
   if (value < field.correction.lowest || value > field.correction.highest) {
     return field.correction.instead;
   }
-  const SettingRow& row = settingOf(field);
+  const SettingRow& row = *field.setting;
   return row.rule == RangeRule::forcedOff ? value : correctedNumber(row, value);
 }
 
@@ -116,16 +116,15 @@ std::string typedText(const DialogField& field, DialogView& view, const DialogCo
 
 void acceptRadio(const DialogField& field, DialogView& view, Settings& settings) {
   for (const DialogChoice& choice : field.choices) {
-    if (view.checked(choice.control)) setNumber(settings, settingOf(field), choice.value);
+    if (view.checked(choice.control)) setNumber(settings, *field.setting, choice.value);
   }
 }
 
-void acceptList(const DialogField& field, DialogView& view, const DialogContext& context,
-                Settings& settings) {
+void acceptList(const DialogField& field, DialogView& view, DialogContext& context) {
   const std::vector<DialogItem> items = itemsOf(field, context);
   const int place = view.selected(field.control);
   if (place < 0 || static_cast<size_t>(place) >= items.size()) return;
-  setNumber(settings, settingOf(field), leadingInt(items[static_cast<size_t>(place)].value));
+  setNumber(context.settings, *field.setting, leadingInt(items[static_cast<size_t>(place)].value));
 }
 
 int32_t switchedNumber(const DialogField& field, DialogView& view) {
@@ -134,57 +133,32 @@ int32_t switchedNumber(const DialogField& field, DialogView& view) {
   return view.checked(field.switchControl) ? value : -value;
 }
 
-void acceptText(const DialogField& field, DialogView& view, const DialogContext& context,
-                Settings& settings) {
-  const SettingRow& row = settingOf(field);
+void acceptText(const DialogField& field, DialogView& view, DialogContext& context) {
+  const SettingRow& row = *field.setting;
   const std::string text = typedText(field, view, context);
   if (row.type == SettingType::string) {
-    setText(settings, row, std::string(firstUtf16Units(text, row.characters)));
+    setText(context.settings, row, std::string(firstUtf16Units(text, row.characters)));
   } else {
-    setNumber(settings, row, corrected(field, leadingInt(text)));
+    setNumber(context.settings, row, corrected(field, leadingInt(text)));
   }
 }
 
-void acceptField(const DialogField& field, DialogView& view, const DialogContext& context,
-                 Settings& settings) {
-  const SettingRow& row = settingOf(field);
+void acceptField(const DialogField& field, DialogView& view, DialogContext& context) {
+  Settings& settings = context.settings;
+  const SettingRow& row = *field.setting;
   switch (field.kind) {
     case FieldKind::check: setNumber(settings, row, view.checked(field.control) ? 1 : 0); break;
     case FieldKind::colour: setNumber(settings, row, view.colour(field.control)); break;
     case FieldKind::radio: acceptRadio(field, view, settings); break;
-    case FieldKind::list: acceptList(field, view, context, settings); break;
+    case FieldKind::list: acceptList(field, view, context); break;
     case FieldKind::switched: setNumber(settings, row, switchedNumber(field, view)); break;
     case FieldKind::decimal:
       setNumber(settings, row, corrected(field, decimalOf(view.text(field.control))));
       break;
     case FieldKind::number:
     case FieldKind::text:
-    case FieldKind::box: acceptText(field, view, context, settings); break;
+    case FieldKind::box: acceptText(field, view, context); break;
   }
-}
-
-bool contains(std::span<const SettingGroup> groups, SettingGroup group) {
-  return std::find(groups.begin(), groups.end(), group) != groups.end();
-}
-
-void copySetting(const SettingRow& row, const Settings& from, Settings& to) {
-  if (row.type == SettingType::string) {
-    setText(to, row, textOf(from, row));
-  } else {
-    setNumber(to, row, numberOf(from, row));
-  }
-}
-
-// As the document holds them, and as the loader would correct them. A flag that every start
-// switches off is only known to the settings in use.
-Settings storedSettings(const Dialog& dialog, const DialogContext& context) {
-  Settings stored = context.settings;
-  const Settings loaded = loadSettings(context.store);
-  for (const SettingRow& row : settingRows()) {
-    if (!contains(dialog.groups, row.group) || row.rule == RangeRule::forcedOff) continue;
-    copySetting(row, loaded, stored);
-  }
-  return stored;
 }
 
 // A checked box stays enabled whatever else is checked: a document that has two of them set would
@@ -208,7 +182,7 @@ void enableControls(const Dialog& dialog, DialogView& view) {
 }
 
 // The control that edits a setting; 0 when none does.
-uint16_t controlOf(const Dialog& dialog, SettingMember setting) {
+uint16_t controlOf(const Dialog& dialog, Setting setting) {
   for (const DialogField& field : dialog.fields) {
     if (field.setting == setting) return field.control;
   }
@@ -216,7 +190,7 @@ uint16_t controlOf(const Dialog& dialog, SettingMember setting) {
 }
 
 void showPreset(const Dialog& dialog, DialogView& view, const RecordingPreset& preset) {
-  const auto show = [&](SettingMember setting, int32_t value) {
+  const auto show = [&](Setting setting, int32_t value) {
     view.setText(controlOf(dialog, setting), decimalText(int64_t{value}));
   };
   show(&Settings::recordMinSpeed, preset.speed);
@@ -253,13 +227,6 @@ const Dialog* findDialog(Command command) {
   return nullptr;
 }
 
-const SettingRow& settingOf(const DialogField& field) {
-  const auto rows = settingRows();
-  const auto found = std::find_if(
-      rows.begin(), rows.end(), [&](const SettingRow& row) { return row.member == field.setting; });
-  return found == rows.end() ? rows.front() : *found;
-}
-
 std::string_view dialogText(std::string_view word, Text texts) {
   const std::string_view own =
       texts == Text{} ? std::string_view() : textLike(word, texts, texts + 99);
@@ -267,32 +234,18 @@ std::string_view dialogText(std::string_view word, Text texts) {
 }
 
 void fillDialog(const Dialog& dialog, DialogView& view, const DialogContext& context) {
-  const Settings stored = storedSettings(dialog, context);
-  for (const DialogField& field : dialog.fields) fillField(field, view, stored, context);
+  for (const DialogField& field : dialog.fields) fillField(field, view, context);
   enableControls(dialog, view);
 }
 
-void acceptDialog(const Dialog& dialog, DialogView& view, const DialogContext& context,
-                  Settings& settings) {
+void confirmDialog(const Dialog& dialog, DialogView& view, DialogContext& context) {
   for (const DialogField& field : dialog.fields) {
     const bool whole = field.switchControl == 0 || view.has(field.switchControl);
-    if (view.has(field.control) && whole) acceptField(field, view, context, settings);
+    if (view.has(field.control) && whole) acceptField(field, view, context);
   }
-}
-
-void confirmDialog(const Dialog& dialog, DialogView& view, DialogContext& context) {
-  Settings edited = storedSettings(dialog, context);
-  acceptDialog(dialog, view, context, edited);
-  for (const SettingRow& row : settingRows()) {
-    if (contains(dialog.groups, row.group)) copySetting(row, edited, context.settings);
-  }
-  bool written = true;
-  for (const SettingGroup group : dialog.groups) {
-    written = saveSettings(context.store, context.settings, group) && written;
-  }
+  saveSettings(context.store, context.settings, dialog.groups);
   if (context.saved) context.saved(dialog);
-  if (!written && context.store.tellRefusal())
-    view.tell(textWith(Text::settingsNotWritten, context.store.path()));
+  context.store.tellRefusal([&](std::string_view text) { view.tell(text); });
 }
 
 bool pressControl(const Dialog& dialog, DialogView& view, uint16_t control) {

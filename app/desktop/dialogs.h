@@ -10,6 +10,7 @@
 #include "app/desktop/command.h"
 #include "app/settings/config_store.h"
 #include "app/settings/settings.h"
+#include "app/settings/settings_table.h"
 #include "base/texts.h"
 #include "platform/dialog_view.h"
 #include "platform/serial_port.h"
@@ -26,11 +27,10 @@ struct Dialog;
 using PortSearch =
     std::function<std::vector<uint32_t>(const std::function<bool(uint32_t port)>& cancelled)>;
 
-// What a dialog works on. It reads the document and not only the settings in use: other ways of
-// editing write into it too.
+// What a dialog works on.
 struct DialogContext {
-  ConfigStore& store;
-  Settings& settings;                          // in use; what is confirmed is copied into them
+  ConfigStore& store;                          // that OK saves into
+  Settings& settings;                          // in use: shown, and changed by OK
   std::vector<PortName> ports{};               // that are really there
   std::function<void(const Dialog&)> saved{};  // its settings have changed and are to be followed
   // Makes ready for a search at this speed, on the user-interface thread; the search itself may
@@ -74,7 +74,7 @@ struct DialogField {
   uint16_t control;
   FieldKind kind;
   uint16_t switchControl = 0;  // the check box of a switched number
-  SettingMember setting{};
+  Setting setting;
   Correction correction{};
   std::span<const DialogChoice> choices{};
   std::vector<DialogItem> (*items)(const DialogContext& context) = nullptr;  // instead of choices
@@ -117,15 +117,11 @@ std::span<const Dialog> dialogs();
 // Null when the command opens none of these.
 const Dialog* findDialog(Command command);
 
-// Shows the values that the document holds, and enables what they leave enabled.
+// Shows the settings in use, and enables what they leave enabled.
 void fillDialog(const Dialog& dialog, DialogView& view, const DialogContext& context);
 
-// Reads the controls into `settings`, corrected. Nothing else is touched.
-void acceptDialog(const Dialog& dialog, DialogView& view, const DialogContext& context,
-                  Settings& settings);
-
-// OK: accepts, takes the dialog's groups over into the settings in use and saves them. A document
-// that cannot be written is told; the settings hold all the same until the program ends.
+// OK: takes the controls over into the settings in use, corrected, and saves the dialog's groups. A
+// document that cannot be written is told; the settings hold all the same until the program ends.
 void confirmDialog(const Dialog& dialog, DialogView& view, DialogContext& context);
 
 // A control was pressed or checked. True when the port search is to be started: it takes a thread
@@ -137,8 +133,5 @@ uint32_t searchSpeed(DialogView& view);
 // Tells which ports answered, one message for each, or that none did. The first one goes into a
 // port box that is empty.
 void tellSearchResult(DialogView& view, std::span<const uint32_t> answered);
-
-// The setting of a field, never null for a row of the table.
-const SettingRow& settingOf(const DialogField& field);
 
 }  // namespace vgps

@@ -11,43 +11,43 @@
 namespace vgps {
 namespace {
 
-constexpr DialogField check(uint16_t control, SettingMember setting,
+constexpr DialogField check(uint16_t control, Setting setting,
                             std::span<const uint16_t> disables = {}) {
   return {.control = control, .kind = FieldKind::check, .setting = setting, .disables = disables};
 }
 
-constexpr DialogField number(uint16_t control, SettingMember setting, Correction correction = {}) {
+constexpr DialogField number(uint16_t control, Setting setting, Correction correction = {}) {
   return {
       .control = control, .kind = FieldKind::number, .setting = setting, .correction = correction};
 }
 
 // A zero or empty value becomes the default.
-constexpr DialogField aboveZero(uint16_t control, SettingMember setting, int32_t standard) {
+constexpr DialogField aboveZero(uint16_t control, Setting setting, int32_t standard) {
   return number(control, setting, {.lowest = 1, .instead = standard});
 }
 
-constexpr DialogField upTo30(uint16_t control, SettingMember setting, int32_t standard) {
+constexpr DialogField upTo30(uint16_t control, Setting setting, int32_t standard) {
   return number(control, setting, {.lowest = 0, .highest = 30, .instead = standard});
 }
 
-constexpr DialogField decimal(uint16_t control, SettingMember setting) {
+constexpr DialogField decimal(uint16_t control, Setting setting) {
   return {.control = control, .kind = FieldKind::decimal, .setting = setting};
 }
 
-constexpr DialogField text(uint16_t control, SettingMember setting) {
+constexpr DialogField text(uint16_t control, Setting setting) {
   return {.control = control, .kind = FieldKind::text, .setting = setting};
 }
 
-constexpr DialogField colour(uint16_t control, SettingMember setting) {
+constexpr DialogField colour(uint16_t control, Setting setting) {
   return {.control = control, .kind = FieldKind::colour, .setting = setting};
 }
 
-constexpr DialogField list(uint16_t control, SettingMember setting,
+constexpr DialogField list(uint16_t control, Setting setting,
                            std::span<const DialogChoice> choices) {
   return {.control = control, .kind = FieldKind::list, .setting = setting, .choices = choices};
 }
 
-constexpr DialogField switched(uint16_t control, SettingMember setting, uint16_t switchControl) {
+constexpr DialogField switched(uint16_t control, Setting setting, uint16_t switchControl) {
   return {.control = control,
           .kind = FieldKind::switched,
           .switchControl = switchControl,

@@ -10,6 +10,7 @@
 #include "app/session/apply_settings.h"
 #include "app/session/connection.h"
 #include "app/session/timers.h"
+#include "app/settings/settings_table.h"
 #include "base/texts.h"
 #include "platform/files.h"
 
@@ -122,9 +123,8 @@ bool endProgram(AppState& app) {
   if (app.config.save()) return true;
   // In a folder that nobody may write to every start is counted in vain; a person need not hear of
   // that at each end.
-  const bool onlyCounted = app.config.changedOnly(*findSetting("cfg\\vgps", "upd"));
-  if (!onlyCounted && app.config.tellRefusal()) {
-    app.platform.window.tellError(textWith(Text::settingsNotWritten, app.config.path()));
+  if (!app.config.changedOnly(*Setting(&Settings::updateCountdown))) {
+    app.config.tellRefusal([&](std::string_view text) { app.platform.window.tellError(text); });
   }
   return false;
 }

@@ -43,6 +43,10 @@ void applySettings(AppState& app) {
   app.frameSkip = app.settings.frameSkip;
 }
 
+void refreshSettings(AppState& app) {
+  if (refreshSettings(app.config, app.settings)) applySettings(app);
+}
+
 const std::string& soundFile(const Settings& settings, std::string_view sound) {
   constexpr std::array<std::pair<std::string_view, std::string Settings::*>, 5> kFiles = {{
       {"SPD", &Settings::soundSpeed},

@@ -10,6 +10,11 @@ namespace vgps {
 // recording, display. After the start and after each dialog that saved.
 void applySettings(AppState& app);
 
+// The same for what something else than this program's dialogs has written into the settings
+// document since it was read: the options grid, another program. The document is looked at before
+// a connection is opened and before a dialog shows settings.
+void refreshSettings(AppState& app);
+
 // What the settings say about recording.
 RecordingOptions recordingOptionsOf(const Settings& settings);
 

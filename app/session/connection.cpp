@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/session/apply_settings.h"
 #include "base/texts.h"
 
 namespace vgps {
@@ -32,13 +33,13 @@ std::string portProblem(PortError error, const std::string& port) {
 }
 
 SourceChoice sourceOfSettings(AppState& app) {
-  ConfigStore& config = app.config;
-  const auto number = [&](const char* key) { return config.number(*findSetting("cfg\\gps", key)); };
-  return {.port = config.string(*findSetting("cfg\\gps", "port")),
-          .speed = static_cast<uint32_t>(number("speed")),
-          .simulate = number("simu") != 0,
-          .useGpsApi = number("gapi") != 0,
-          .useSensorApi = number("sapi") != 0};
+  refreshSettings(app);
+  const Settings& settings = app.settings;
+  return {.port = settings.port,
+          .speed = static_cast<uint32_t>(settings.baudRate),
+          .simulate = settings.simulate,
+          .useGpsApi = settings.useGpsApi,
+          .useSensorApi = settings.useSensorApi != 0};
 }
 
 bool loadSimulationFrom(AppState& app, const std::string& path) {

@@ -21,7 +21,7 @@ std::string serialSourceName(const std::string& port, uint32_t speed);
 // Why a port does not open, in words for a person.
 std::string portProblem(PortError error, const std::string& port);
 
-// What the settings document says at this moment.
+// What the settings say at this moment, also when another program has just changed them.
 SourceChoice sourceOfSettings(AppState& app);
 
 // Lines for the simulation out of a track or GPX file, or the last track of the library when `path`

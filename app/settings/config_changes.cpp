@@ -18,14 +18,17 @@ void ConfigChanges::note(std::string path, std::string key, std::string text) {
   changes_[{std::move(path), std::move(key)}] = std::move(text);
 }
 
-void ConfigChanges::bringInto(XmlDocument& document, const std::string& path,
-                              const XmlFiles& files) const {
+bool ConfigChanges::bringInto(XmlDocument& document, const std::string& path,
+                              const XmlFiles& files) {
   FileStamp now;
-  if (!fileStamp(path, now) || (there_ && now == stamp_)) return;
+  if (!fileStamp(path, now) || (there_ && now == stamp_)) return false;
   XmlDocument theirs(files);
-  if (theirs.Load(path, XmlLoadMode::file).status != XmlLoadStatus::loaded) return;
+  if (theirs.Load(path, XmlLoadMode::file).status != XmlLoadStatus::loaded) return false;
+  stamp_ = now;
+  there_ = true;
   document = std::move(theirs);
   makeIn(document);
+  return true;
 }
 
 void ConfigChanges::makeIn(XmlDocument& document) const {

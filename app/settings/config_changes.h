@@ -17,8 +17,10 @@ class ConfigChanges {
   // The document at `path` was just read or written.
   void begin(const std::string& path) { there_ = fileStamp(path, stamp_); }
 
-  // What the document gave for a setting when it was loaded, corrected, as it would be written.
+  // What the document gave for a setting when it was read, as it would be written.
   void know(const SettingRow& row, std::string text) { known_[keyOf(row)] = std::move(text); }
+  // What it gave is not what was made of it.
+  void forget(const SettingRow& row) { known_.erase(keyOf(row)); }
   // Whether a value is another than the last one that is known; it is noted then.
   bool note(const SettingRow& row, const std::string& text);
   // A key that is no row's.
@@ -30,8 +32,8 @@ class ConfigChanges {
   }
 
   // The document as it lies at `path`, with the changes, when another program has written it since;
-  // otherwise, and when it cannot be read, `document` stays as it is.
-  void bringInto(XmlDocument& document, const std::string& path, const XmlFiles& files) const;
+  // otherwise, and when it cannot be read, `document` stays as it is: false.
+  bool bringInto(XmlDocument& document, const std::string& path, const XmlFiles& files);
   // Makes the changes in another document.
   void makeIn(XmlDocument& document) const;
   void saved(const std::string& path) {

@@ -6,6 +6,7 @@
 
 #include "base/number.h"
 #include "base/text.h"
+#include "base/texts.h"
 #include "files/bad_copies.h"
 #include "files/input_file.h"
 #include "files/retry.h"
@@ -49,7 +50,7 @@ ConfigStore::ConfigStore(const XmlFiles& files) : files_(&files), document_(file
 
 bool ConfigStore::open(const std::string& path) {
   path_ = path;
-  changed_ = refused_ = told_ = false;
+  changed_ = news_ = refused_ = told_ = false;
   changes_ = {};
   return load();
 }
@@ -120,7 +121,36 @@ void ConfigStore::setOther(const std::string& path, const std::string& key,
                            const std::string& value) {
   XmlSetString(path, key, value, nullptr, &document_);
   changes_.note(path, key, value);
-  changed_ = true;
+  changed_ = news_ = true;
+}
+
+void ConfigStore::take(const SettingRow& row, Settings& settings) {
+  if (row.type == SettingType::string) {
+    setText(settings, row, string(row));
+    changes_.know(row, textOf(settings, row));
+    return;
+  }
+  const double value = number(row);
+  const double corrected = correctedNumber(row, value);
+  setNumber(settings, row, corrected);
+  if (corrected == value) {
+    changes_.know(row, written(row, value));
+  } else {
+    changes_.forget(row);  // the corrected one is written when its group is saved
+  }
+}
+
+void ConfigStore::put(const SettingRow& row, const Settings& settings) {
+  if (row.type == SettingType::string) {
+    set(row, textOf(settings, row));
+  } else {
+    set(row, numberOf(settings, row));
+  }
+}
+
+bool ConfigStore::hasNews() {
+  if (isSound() && changes_.bringInto(document_, path_, *files_)) news_ = true;
+  return std::exchange(news_, false);
 }
 
 bool ConfigStore::keepOldFile() {
@@ -136,6 +166,7 @@ bool ConfigStore::isReadableNow() {
   if (readable_) return true;
   load();
   changes_.makeIn(document_);
+  news_ = news_ || readable_;
   return readable_;
 }
 
@@ -157,7 +188,7 @@ bool ConfigStore::writeDocument() {
 bool ConfigStore::save() {
   if (!changed_) return true;
   refused_ = !isReadableNow();
-  if (!refused_ && !keepFirst_) changes_.bringInto(document_, path_, *files_);
+  if (!refused_ && !keepFirst_ && changes_.bringInto(document_, path_, *files_)) news_ = true;
   refused_ = refused_ || !keepOldFile() || !writeDocument();
   if (refused_) return false;
   changes_.saved(path_);
@@ -165,7 +196,11 @@ bool ConfigStore::save() {
   return true;
 }
 
-bool ConfigStore::tellRefusal() { return refused_ && !std::exchange(told_, true); }
+bool ConfigStore::tellRefusal(const std::function<void(std::string_view message)>& tell) {
+  if (!refused_ || std::exchange(told_, true)) return false;
+  tell(textWith(Text::settingsNotWritten, path_));
+  return true;
+}
 
 double correctedNumber(const SettingRow& row, double value) {
   switch (row.rule) {
@@ -181,27 +216,23 @@ double correctedNumber(const SettingRow& row, double value) {
 
 Settings loadSettings(ConfigStore& store) {
   Settings settings;
-  for (const SettingRow& row : settingRows()) {
-    if (row.type == SettingType::string) {
-      setText(settings, row, store.string(row));
-      store.know(row, textOf(settings, row));
-    } else {
-      const double value = store.number(row);
-      setNumber(settings, row, correctedNumber(row, value));
-      // What was corrected is written when its group is saved.
-      if (correctedNumber(row, value) == value) store.know(row, value);
-    }
-  }
+  for (const SettingRow& row : settingRows()) store.take(row, settings);
   return settings;
 }
 
-bool saveSettings(ConfigStore& store, const Settings& settings, SettingGroup group) {
+bool refreshSettings(ConfigStore& store, Settings& settings) {
+  if (!store.hasNews()) return false;
   for (const SettingRow& row : settingRows()) {
-    if (row.group != group) continue;
-    if (row.type == SettingType::string) {
-      store.set(row, textOf(settings, row));
-    } else {
-      store.set(row, numberOf(settings, row));
+    if (row.rule != RangeRule::forcedOff) store.take(row, settings);
+  }
+  return true;
+}
+
+bool saveSettings(ConfigStore& store, const Settings& settings,
+                  std::span<const SettingGroup> groups) {
+  for (const SettingRow& row : settingRows()) {
+    if (std::find(groups.begin(), groups.end(), row.group) != groups.end()) {
+      store.put(row, settings);
     }
   }
   return store.save();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -28,7 +30,6 @@ class ConfigStore {
   // Whether all that the file holds is known, and it is a document of settings or nothing yet.
   bool isSound() const { return readable_ && !keepFirst_; }
 
-  XmlDocument& document() { return document_; }
   const std::string& path() const { return path_; }
 
   // One setting as the document holds it, or its default. Strings are cut to the row's length,
@@ -43,24 +44,30 @@ class ConfigStore {
 
   bool changed() const { return changed_; }
   bool changedOnly(const SettingRow& row) const { return changed_ && changes_.isOnly(row); }
-  // A text of the document as it stands, whole; "" where there is none.
+
+  // A text of the document as it stands, whole; "" where there is none. Whoever sets one does not
+  // set the member of `Settings`: that is what `refreshSettings` is for.
   std::string other(const std::string& path, const std::string& key);
   void setOther(const std::string& path, const std::string& key, const std::string& value);
-  // What `set` compares with: a value that is none other than the one that was loaded leaves alone
-  // what stands there.
-  void know(const SettingRow& row, double value) { changes_.know(row, written(row, value)); }
-  void know(const SettingRow& row, std::string_view value) {
-    changes_.know(row, std::string(value));
-  }
+
+  // One setting as the document holds it, corrected, into its member. A value that is no other one
+  // when it is put back leaves alone what stands there.
+  void take(const SettingRow& row, Settings& settings);
+  // The member into the document.
+  void put(const SettingRow& row, const Settings& settings);
+
+  // Whether the document holds, since it was opened or this was asked, what no `put` brought:
+  // another program has written the file, or `setOther` was called.
+  bool hasNews();
 
   // Writes the document when it was changed; what another program wrote meanwhile stays, but for
   // the keys that were changed here. False when it could not be written; it stays changed then, and
   // the file is as it was. Nothing is written over a file that cannot be read.
   bool save();
 
-  // True when the last `save` failed and nobody has asked here since one succeeded: a person is
-  // told that once, and not with every setting.
-  bool tellRefusal();
+  // Tells that the last `save` failed, unless that was told since one succeeded: a person hears it
+  // once, and not with every setting. Whether it was told now.
+  bool tellRefusal(const std::function<void(std::string_view message)>& tell);
 
  private:
   bool load();
@@ -75,6 +82,7 @@ class ConfigStore {
   std::string path_;
   ConfigChanges changes_;
   bool changed_ = false;
+  bool news_ = false;
   bool readable_ = true;
   bool refused_ = false;
   bool told_ = false;
@@ -85,10 +93,19 @@ class ConfigStore {
 // corrections of its row.
 Settings loadSettings(ConfigStore& store);
 
+// What has come into the document by another way than `saveSettings`: the options grid, the raw
+// editor, another program. False, and nothing was read, when there is no such thing. A flag that
+// every start switches off stays as it is in this run.
+bool refreshSettings(ConfigStore& store, Settings& settings);
+
 // The value of a row after its correction.
 double correctedNumber(const SettingRow& row, double value);
 
-// One group's values into the document, and the document to disk. False when that failed.
-bool saveSettings(ConfigStore& store, const Settings& settings, SettingGroup group);
+// The values of these groups into the document, and the document to disk. False when that failed.
+bool saveSettings(ConfigStore& store, const Settings& settings,
+                  std::span<const SettingGroup> groups);
+inline bool saveSettings(ConfigStore& store, const Settings& settings, SettingGroup group) {
+  return saveSettings(store, settings, std::span(&group, 1));
+}
 
 }  // namespace vgps

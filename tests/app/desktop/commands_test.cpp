@@ -6,6 +6,7 @@
 #include "app/session/connection.h"
 #include "base/texts.h"
 #include "tests/fakes/program_world.h"
+#include "xml/profile.h"
 
 namespace vgps {
 namespace {
@@ -143,9 +144,11 @@ TEST(Commands, ConnectReadsTheSettingsAtThatMoment) {
   EXPECT_FALSE(isDisconnected(world.app, Command::connect));
   runCommand(world.app, Command::disconnect);
   EXPECT_FALSE(world.app.fix.running);
-  // A dialog has written another one since the start.
-  world.app.config.set(*findSetting("cfg\\gps", "port"), "COM9");
+  // Another program has written another one since the start.
+  XmlSetString("cfg\\gps", "port", "COM9", world.app.config.path().c_str());
+  XmlSetString("cfg\\vgps", "smv", "1", world.app.config.path().c_str());
   runCommand(world.app, Command::connect);
+  EXPECT_EQ(world.app.gps.options.speedUnit, 1);
   EXPECT_EQ(world.window.errors, std::vector<std::string>{"GPS Opening failed"});
 }
 
@@ -156,7 +159,7 @@ TEST(Commands, TheLogIsSwitchedAndRemembered) {
     const Command command = on ? Command::logOn : Command::logOff;
     runCommand(world.app, command);
     EXPECT_EQ(world.app.gps.options.logNmea, on);
-    EXPECT_EQ(world.app.config.number(*findSetting("cfg\\vgps", "lgn")), on ? 1 : 0);
+    EXPECT_EQ(world.app.config.other("cfg\\vgps", "lgn"), on ? "1" : "0");
     EXPECT_TRUE(isLogState(world.app, command));
   }
 }

@@ -33,6 +33,17 @@ TEST(DialogsInTheProgram, TheReceiverTakesTheEpochSentenceOver) {
   EXPECT_EQ(world.app.gps.options.epochSentenceSetting, 2);
 }
 
+// The grid and the raw editor write into the document while the program runs.
+TEST(DialogsInTheProgram, OpenWithWhatTheDocumentHoldsNow) {
+  DialogWorld world;
+  world.app.config.setOther("cfg\\vgps", "sxv", "90");
+  world.app.config.setOther("cfg\\vgps", "smv", "1");
+  world.confirm(Command::speedOptions,
+                [](FakeDialogView& view) { EXPECT_EQ(view.text(CONTROL_SPEED_LIMIT), "90"); });
+  EXPECT_EQ(world.app.settings.speedLimit, 90);
+  EXPECT_EQ(world.app.gps.options.speedUnit, 1);
+}
+
 TEST(DialogsInTheProgram, AnIdleTrackTakesNewThresholds) {
   for (const bool recording : {false, true}) {
     DialogWorld world;

@@ -72,9 +72,7 @@ class DialogRows : public testing::Test {
   void ok() { confirmDialog(*dialog_, view_, context_); }
   // As the next start finds it.
   std::string stored(const char* element, const char* key) {
-    ConfigStore other;
-    EXPECT_TRUE(other.open(path()));
-    return XmlGetString(element, key, "(none)", nullptr, &other.document());
+    return XmlGetString(element, key, "(none)", path().c_str());
   }
 
   fs::path folder_;
@@ -91,8 +89,7 @@ TEST_F(DialogRows, EachSettingIsInOneDialogThatSavesItsGroup) {
   std::set<std::string> edited;
   for (const Dialog& dialog : dialogs()) {
     for (const DialogField& field : dialog.fields) {
-      const SettingRow& row = settingOf(field);
-      EXPECT_EQ(row.member, field.setting) << dialog.layout << " " << field.control;
+      const SettingRow& row = *field.setting;
       EXPECT_TRUE(edited.insert(std::string(row.path) + "/" + row.key).second) << row.key;
       EXPECT_NE(std::find(dialog.groups.begin(), dialog.groups.end(), row.group),
                 dialog.groups.end())
@@ -106,7 +103,7 @@ TEST_F(DialogRows, ConfirmingUntouchedKeepsEveryValue) {
   for (const Dialog& dialog : dialogs()) {
     holds("");
     for (const DialogField& field : dialog.fields) {
-      const SettingRow& row = settingOf(field);
+      const SettingRow& row = *field.setting;
       if (row.type == SettingType::string) {
         store_.set(row, std::string("of ") + row.key);
       } else {
@@ -381,17 +378,6 @@ TEST_F(DialogRows, FilesAreChosenAndSoundsHeard) {
   EXPECT_EQ(stored("cfg\\vgps", "bgimaged"), "(none)");
 }
 
-// The grid and the raw editor write into the document while the program runs.
-TEST_F(DialogRows, OpensWithWhatTheDocumentHoldsNow) {
-  holds("<vgps sxv='120'/>");
-  XmlSetString("cfg\\vgps", "sxv", "90", nullptr, &store_.document());
-  open(kSpeed);
-  EXPECT_EQ(at(CONTROL_SPEED_LIMIT).text, "90");
-  ok();
-  EXPECT_EQ(settings_.speedLimit, 90);
-  EXPECT_EQ(saved_, 1);
-}
-
 TEST_F(DialogRows, SavesItsOwnGroupOnly) {
   openWith(kCamera, "");
   settings_.speedLimit = 77;  // not confirmed by anybody
@@ -443,7 +429,7 @@ TEST_F(DialogRows, AnUnwritableDocumentIsTold) {
 
 TEST_F(DialogRows, HiddenOptionsAreEditedByName) {
   holds("");
-  XmlSetString("Cfg\\Other", "zoom", "3", nullptr, &store_.document());
+  store_.setOther("Cfg\\Other", "zoom", "3");
   std::vector<std::string> asked, told;
   std::vector<std::optional<std::string>> answers;
   const auto edit = [&](std::vector<std::optional<std::string>> typed) {

@@ -502,7 +502,7 @@ TEST_F(SettingsDialogs, AHiddenOptionIsAskedInTwoSteps) {
   EXPECT_EQ(opened.press(IDOK), IDOK);
   ConfigStore other;
   other.open((folder_ / "vgps.xml").string());
-  EXPECT_EQ(XmlGetString("Cfg\\Other", "zoom", "", nullptr, &other.document()), "17");
+  EXPECT_EQ(other.other("Cfg\\Other", "zoom"), "17");
 }
 
 TEST_F(SettingsDialogs, ChoosingAFileLeavesTheCurrentFolder) {

