@@ -17,6 +17,7 @@ AppState::AppState(Platform platformToUse, const XmlFiles& files)
       hooks(platform.door, platform.sounds, platform.window, gps.readers.speaking),
       gps(hooks, platform.clock),
       fix(gps),
+      link(fix, platform.clock),
       recordingHooks(*this),
       recording(track, recordingOptions, recordingHooks, platform.clock),
       library(platform.disk) {

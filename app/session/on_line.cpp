@@ -141,6 +141,10 @@ void handleForDisplays(AppState& app, const UiMessage& message) {
   news.waiting = true;
 }
 
+void noteBytes(AppState& app) {
+  if (app.link.noteBytes()) app.platform.sounds.play("OK");
+}
+
 void onLine(AppState& app, const UiMessage& message) {
   const SentenceStats before = app.shown.stats;
   copyFix(app);

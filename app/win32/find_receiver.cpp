@@ -22,8 +22,7 @@ bool keepChoice(AppState& app, const SourceChoice& choice) {
 }  // namespace
 
 void findReceiver(AppState& app, HINSTANCE resources, HWND owner, const FinderSetup& setup) {
-  holdConnection(app);
-  if (!app.fix.running) app.fix.close(true);  // a port that opened and took no speed is held still
+  app.link.hold();
   const auto chosen = runFinder(resources, owner, setup);
   const bool kept = !chosen.has_value() || keepChoice(app, *chosen);
   if (!IsWindow(owner)) return;  // the program was ended while the search was open
@@ -33,7 +32,7 @@ void findReceiver(AppState& app, HINSTANCE resources, HWND owner, const FinderSe
   if (chosen.has_value()) {
     connectReceiver(app, *chosen);
   } else {
-    resumeConnection(app);
+    app.link.resume();
   }
 }
 
