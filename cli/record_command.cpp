@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "app/session/apply_settings.h"
+#include "app/session/recorder.h"
 #include "app/settings/config_store.h"
 #include "cli/commands.h"
 #include "cli/log_clock.h"
@@ -10,8 +11,6 @@
 #include "gps/epoch.h"
 #include "gps/gps_fix.h"
 #include "platform/files.h"
-#include "track/recording.h"
-#include "track/track_file.h"
 
 // The road of a receiver's line on into the recording, all on one thread.
 namespace vgps {
@@ -44,45 +43,29 @@ class LineHooks : public GpsHooks {
   void logFailed(const std::string&) override {}
 };
 
-// The track goes into its file when recording ends; there is nobody to ask.
-class FileHooks : public RecordingHooks {
+// The track goes into a file of its own; there is nobody to ask.
+class FileHooks : public RecorderHooks {
  public:
-  FileHooks(const std::string& path, const RecordingOptions& options)
-      : path_(path), options_(options) {}
-
-  bool saved = false;
-
-  bool save(Track& track) override { return saved = writeTrackFile(track, path_, options_); }
-  void startTimer() override {}
-  void stopTimer() override {}
-  void playSound(const char*) override {}
-  void resetDrawnPath() override {}
-  void appendToDrawnPath(double, double) override {}
-  bool askToSave() override { return true; }
-  void trackChanged(Track&) override {}
-  void pointRecorded(const TrackPoint&) override {}
-  void flushPoints() override {}
-  void pointsSettled() override {}
+  explicit FileHooks(std::string path) : path_(std::move(path)) {}
+  RecorderPlaces places() const override { return {.file = path_}; }
 
  private:
-  const std::string& path_;
-  const RecordingOptions& options_;
+  const std::string path_;
 };
 
 class LogRecorder {
  public:
   LogRecorder(const RecordOptions& options, const Settings& settings,
               std::optional<int64_t> firstDay)
-      : clock_(options.utcOffsetMinutes, firstDay),
-        options_(optionsOf(settings)),
-        files_(options.output, options_) {
+      : clock_(options.utcOffsetMinutes, firstDay), file_(options.output) {
+    recorder_.options = optionsOf(settings);
     gps_.options.speedUnit = settings.speedUnit;
     gps_.options.altitudeFromGeoidField = settings.altitudeFromGeoidField;
     gps_.options.epochSentenceSetting = settings.epochSentenceSetting;
     gps_.options.talkers = settings.talkers;
     gps_.options.utcOffsetMinutes = options.utcOffsetMinutes;
     lines_.line = [this] { offer(); };
-    recording_.start();
+    recorder_.start();
   }
 
   void play(LogFile& log) {
@@ -93,29 +76,24 @@ class LogRecorder {
     }
   }
   // False when the track could not be written; one without points is not.
-  bool save() {
-    recording_.stop(nullptr, false);
-    return files_.saved;
-  }
+  bool save() { return recorder_.stop(false).outcome == Keeping::Outcome::kept; }
   size_t fixes() const { return fixes_; }
-  size_t points() const { return track_.points.size(); }
+  size_t points() const { return recorder_.track.points.size(); }
 
  private:
   void offer() {
     if (fix_.fixStatus == 0) return;
     if (!closesEpoch(fix_.lastSentenceKind, gps_.epochSentenceKind)) return;
     ++fixes_;
-    recording_.offer(fix_);
+    recorder_.offer(fix_);
   }
 
   LogClock clock_;
   LineHooks lines_;
   GpsState gps_{lines_, clock_};
   GpsFix fix_{gps_};
-  Track track_;
-  RecordingOptions options_;
-  FileHooks files_;
-  Recording recording_{track_, options_, files_, clock_};
+  FileHooks file_;
+  Recorder recorder_{file_, clock_};
   size_t fixes_ = 0;
 };
 

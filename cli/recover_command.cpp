@@ -8,18 +8,16 @@
 #include <vector>
 
 #include "app/session/apply_settings.h"
-#include "app/session/library.h"
 #include "app/session/paths.h"
+#include "app/session/recorder.h"
 #include "app/settings/config_store.h"
 #include "app/settings/settings.h"
 #include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/live_fixes.h"
-#include "library/left_recording.h"
 #include "platform/clock.h"
 #include "platform/console.h"
 #include "platform/files.h"
-#include "track/recording.h"
 
 // What a start of the desktop program asks about a recording that did not end, for scripts and for
 // computers without a window.
@@ -42,28 +40,35 @@ std::string folderOf(const std::string& path) {
 
 void say(const std::string& text) { std::printf("%s\n", text.c_str()); }
 
-// The settings beside which journals and library lie.
-struct Place {
-  AppPaths paths;
-  std::string library;
-  RecordingOptions recording;
-};
+// The settings beside which journals and library lie, and what records there.
+class Place : public RecorderHooks {
+ public:
+  // Settings that nobody can read are the standard ones: the recording matters more.
+  explicit Place(const std::string& file) {
+    std::string path = file.empty() ? programFolder() : file;
+    if (isFolder(path)) path = pathIn(path, "vgps.xml");
+    ConfigStore store;
+    if (!store.open(path)) fail(path + " cannot be read; the standard settings are taken");
+    const Settings settings = loadSettings(store);
+    folder = folderOf(path);
+    places_ = {.library = trackLibraryPath(settings.trackStorePath, folder),
+               .journal = pathsOf(folder).journal,
+               .settings = path};
+    recorder.options = recordingOptionsOf(settings);
+    recorder.options.manual = false;  // nobody is there who could ask for a point
+  }
 
-// Settings that nobody can read are the standard ones: the recording matters more.
-Place findPlace(const std::string& file) {
-  Place place;
-  std::string path = file.empty() ? programFolder() : file;
-  if (isFolder(path)) path = pathIn(path, "vgps.xml");
-  ConfigStore store;
-  if (!store.open(path)) fail(path + " cannot be read; the standard settings are taken");
-  const Settings settings = loadSettings(store);
-  place.paths = pathsOf(folderOf(path));
-  place.paths.settings = path;
-  place.library = trackLibraryPath(settings.trackStorePath, place.paths.folder);
-  place.recording = recordingOptionsOf(settings);
-  place.recording.manual = false;  // nobody is there who could ask for a point
-  return place;
-}
+  RecorderPlaces places() const override { return places_; }
+  void journalFailed() override {
+    fail("the disk does not take the points; recording goes on in memory");
+  }
+
+  std::string folder;
+  Recorder recorder{*this, systemClock()};
+
+ private:
+  RecorderPlaces places_;
+};
 
 int failedWith(JournalResult result, const LeftRecording& left) {
   const int status = fail(left.message(result));
@@ -85,171 +90,117 @@ std::string shownPath(std::string path) {
   return path.back() == '.' ? '"' + path + '"' : path;
 }
 
-struct Saving {
-  bool done = false;
-  int status = 0;
-  std::string why = {};  // it was not done
-};
+std::string refusalOf(const Keeping& keeping) {
+  const LibraryOpening& library = keeping.library;
+  const std::string place = placeMessage(library);
+  if (!place.empty()) return place;
+  if (!library.usable()) return libraryMessage(library.state, library.path);
+  return keeping.result == LibraryResult::notWritten ? "cannot write " + library.path
+                                                     : libraryMessage(keeping.result, library.path);
+}
 
-// On the journal that stays nothing is said.
-Saving trySaving(LeftRecording& left, const Place& place) {
-  TrackLibrary library;
-  const std::string refusal = libraryRefusal(place.library, place.paths);
-  if (!refusal.empty()) return {.status = 1, .why = refusal};
-  library.open(place.library);
-  const std::string damage = library.message();
-  const size_t points = left.points();
-  const LibraryResult result = left.save(library, place.recording, systemClock().local());
-  if (result != LibraryResult::done) {
-    return {.status = result == LibraryResult::inUse ? kInUse : 1,
-            .why = result == LibraryResult::notWritten ? "cannot write " + place.library
-                                                       : libraryMessage(result, place.library)};
+int statusOf(const Keeping& keeping) { return keeping.result == LibraryResult::inUse ? kInUse : 1; }
+
+// Says that so many points of the journal at `path` are in the library. The exit status.
+int tellSaved(const Keeping& keeping, size_t points, const std::string& path) {
+  if (keeping.library.isNew && keeping.library.state == LibraryState::damaged) {
+    fail(libraryMessage(LibraryState::damaged, keeping.library.path));
   }
-  if (!damage.empty()) fail(damage);
-  if (!library.keptAs().empty()) fail("the damaged library was kept as " + library.keptAs());
-  if (!left.keptAs().empty()) fail("the damaged recording was kept as " + left.keptAs());
-  say("Saved " + pointsText(points) + " in " + shownPath(place.library) + ".");
-  if (!fileExists(left.path())) return {.done = true};
-  return {.done = true,
-          .status = fail("cannot delete " + left.path() + "; it was saved all the same")};
+  if (!keeping.damagedKeptAs.empty()) {
+    fail("the damaged library was kept as " + keeping.damagedKeptAs);
+  }
+  say("Saved " + pointsText(points) + " in " + shownPath(keeping.library.path) + ".");
+  return fileExists(path) ? fail("cannot delete " + path + "; it was saved all the same") : 0;
 }
 
-int saveRecording(LeftRecording& left, const Place& place) {
-  const Saving saving = trySaving(left, place);
-  if (saving.done) return saving.status;
-  fail(saving.why);
+int saveRecording(LeftRecording& left, Recorder& recorder) {
+  const size_t points = left.points();
+  const Keeping keeping = recorder.keepLeft(left);
+  if (keeping.outcome == Keeping::Outcome::kept) {
+    if (!left.keptAs().empty()) fail("the damaged recording was kept as " + left.keptAs());
+    return tellSaved(keeping, points, left.path());
+  }
+  fail(refusalOf(keeping));
   fail("the recording stays in " + left.path());
-  return saving.status;
+  return statusOf(keeping);
 }
 
-// What the recording asks for, where there is nobody to ask and nothing to hear.
-class ContinueHooks : public RecordingHooks {
+// Ends a recording that was continued, and says how. The disk may be full: until the user gives up
+// it is tried again.
+class Ending {
  public:
-  explicit ContinueHooks(Journal& journal) : journal_(journal) {}
-  void startTimer() override {}
-  void stopTimer() override {}
-  void playSound(const char*) override {}
-  void resetDrawnPath() override {}
-  void appendToDrawnPath(double, double) override {}
-  bool askToSave() override { return false; }
-  bool save(Track&) override { return false; }
-  void trackChanged(Track&) override {}
-  void pointRecorded(const TrackPoint& point) override { journal_.append(point); }
-  void flushPoints() override { journal_.flush(); }
-  void pointsSettled() override {}
+  Ending(Recorder& recorder, const std::string& path) : recorder_(recorder), path_(path) {}
+
+  int run() {
+    if (isOver()) return status_;
+    holdNextStopRequest();
+    fail(refusalOf(end_.keeping));
+    fail("the disk does not take the last " + pointsText(end_.lacking) +
+         "; trying again every 3 seconds. Ctrl-C gives up and loses them");
+    do {
+      for (int waited = 0; waited < kTryAgainMs; waited += kLookMs) {
+        if (stopRequestWasHeld()) return fail("given up: " + pointsText(end_.lacking) + " lost");
+        std::this_thread::sleep_for(std::chrono::milliseconds(kLookMs));
+      }
+    } while (!isOver());
+    return status_;
+  }
 
  private:
-  Journal& journal_;
-};
-
-// Writes what the journal lacks of the track, from point `there` on; a new one where it is gone.
-bool completeJournal(std::unique_ptr<Journal> journal, const std::string& path, const Track& track,
-                     size_t there) {
-  if (journal == nullptr) {
-    journal = std::make_unique<Journal>();
-    if (journal->create(path) != JournalResult::open) return false;
-    there = 0;
-  }
-  for (size_t i = there; i < track.points.size(); ++i) journal->append(track.points[i]);
-  return journal->close();
-}
-
-// A track in memory whose journal was closed, or has gone meanwhile, or did not get everything.
-class EndedRecording {
- public:
-  EndedRecording(Track track, std::string path, const Place& place)
-      : track_(std::move(track)), path_(std::move(path)), place_(place) {}
-
-  // Into the library, or else to the disk at all. False as long as points are in memory alone.
-  bool keep() {
-    LeftRecording whole;
-    const JournalResult found = whole.open(path_);
-    if (found != JournalResult::open) tellGone(whole, found);
-    const size_t there = std::min(whole.points(), track_.points.size());
-    whole.take(std::move(track_));
-    const Saving saving = trySaving(whole, place_);
-    status_ = saving.status;
-    why_ = saving.why;
-    if (saving.done) return true;
-    std::unique_ptr<Journal> journal = whole.continueInto(track_);
-    lacking_ = track_.points.size() - there;
-    if (lacking_ > 0 && !completeJournal(std::move(journal), path_, track_, there)) return false;
-    fail(why_);
+  // False as long as points are in memory alone.
+  bool isOver() {
+    const size_t points = recorder_.track.points.size();
+    end_ = recorder_.end();
+    if (end_.journal != JournalResult::open && !std::exchange(gone_, true)) {
+      fail(end_.journal == JournalResult::missing ? path_ + " has gone"
+                                                  : journalMessage(end_.journal, path_));
+      fail("the track is taken from memory");
+    }
+    if (end_.keeping.outcome == Keeping::Outcome::kept) {
+      status_ = tellSaved(end_.keeping, points, path_);
+      return true;
+    }
+    status_ = statusOf(end_.keeping);
+    if (end_.lacking > 0) return false;
+    fail(refusalOf(end_.keeping));
     fail("the recording stays in " + path_);
     return true;
   }
 
-  int status() const { return status_; }
-  const std::string& why() const { return why_; }  // the library refuses
-  size_t lacking() const { return lacking_; }      // points that the disk does not have
-
- private:
-  void tellGone(const LeftRecording& whole, JournalResult found) {
-    if (std::exchange(gone_, true)) return;
-    fail(found == JournalResult::missing ? path_ + " has gone" : whole.message(found));
-    fail("the track is taken from memory");
-  }
-
-  Track track_;
+  Recorder& recorder_;
   const std::string path_;
-  const Place& place_;
+  RecordingEnd end_;
   bool gone_ = false;
   int status_ = 0;
-  std::string why_;
-  size_t lacking_ = 0;
 };
 
-// The disk may be full: as long as the person does not give up it is tried again.
-int keepInTheEnd(EndedRecording& ended) {
-  if (ended.keep()) return ended.status();
-  holdNextStopRequest();
-  fail(ended.why());
-  fail("the disk does not take the last " + pointsText(ended.lacking()) +
-       "; trying again every 3 seconds. Ctrl-C gives up and loses them");
-  do {
-    for (int waited = 0; waited < kTryAgainMs; waited += kLookMs) {
-      if (stopRequestWasHeld()) {
-        return fail("given up: " + pointsText(ended.lacking()) + " lost");
-      }
-      std::this_thread::sleep_for(std::chrono::milliseconds(kLookMs));
-    }
-  } while (!ended.keep());
-  return ended.status();
-}
-
-// Goes on into the journal until the person stops it; then the whole track is saved.
-int continueRecording(LeftRecording& left, const Place& place, const RecoverOptions& options) {
-  Track track;
-  const std::unique_ptr<Journal> journal = left.continueInto(track);
-  const size_t before = track.points.size();
-  ContinueHooks hooks(*journal);
-  Recording recording(track, place.recording, hooks, systemClock());
-  recording.start();
+// Records on into the journal until it is stopped; then the whole track is saved.
+int continueRecording(LeftRecording& left, Recorder& recorder, const RecoverOptions& options) {
+  recorder.continueFrom(left);
+  const size_t before = recorder.track.points.size();
   say("Going on behind " + pointsText(before) + "; Ctrl-C ends and saves.");
   std::fflush(stdout);
   readLiveFixes(
       {options.port, options.speed, options.simulate, options.seconds},
-      [&](const FixRecord& fix) { recording.offer(fix); },
+      [&](const FixRecord& fix) { recorder.offer(fix); },
       [](const std::string& text) { fail(text); });
-  const size_t more = track.points.size() - before;
+  const size_t more = recorder.track.points.size() - before;
   say("Recorded " + std::to_string(more) + (more == 1 ? " more point." : " more points."));
-  journal->close();  // what it did not take is in memory
-  EndedRecording ended(std::move(track), left.path(), place);
-  return keepInTheEnd(ended);
+  return Ending(recorder, left.path()).run();
 }
 
-int answer(LeftRecording& left, const Place& place, const RecoverOptions& options) {
+int answer(LeftRecording& left, Recorder& recorder, const RecoverOptions& options) {
   switch (options.action) {
     case Action::tell:
       say(left.path() + ": " + left.question());
       left.leave();
       return 0;
-    case Action::save: return saveRecording(left, place);
+    case Action::save: return saveRecording(left, recorder);
     case Action::discard:
       if (!left.discard()) return fail("cannot delete " + left.path());
       say("Discarded " + pointsText(left.points()) + ".");
       return 0;
-    case Action::goOn: return continueRecording(left, place, options);
+    case Action::goOn: return continueRecording(left, recorder, options);
   }
   return 0;
 }
@@ -301,15 +252,13 @@ int runRecover(const RecoverOptions& options) {
   if (options.action == Action::goOn && options.port.empty() && !options.simulate) {
     return fail("recover --continue needs --port DEV or --simulate");
   }
-  const Place place = findPlace(options.file);
-  const std::vector<std::string> journals = journalsAt(place.paths.journal);
+  Place place(options.file);
+  const std::vector<std::string> journals = journalsAt(place.places().journal);
   int worst = 0;
   size_t found = 0;
   bool goneOn = false;  // the others are only told of
-  JournalSettings settings;
-  settings.failed = [] { fail("the disk does not take the points; recording goes on in memory"); };
   for (const std::string& path : journals) {
-    LeftRecording left(settings);
+    LeftRecording left(place.recorder.journalSettings());
     const JournalResult result = left.open(path);
     if (result == JournalResult::missing) continue;
     ++found;
@@ -319,12 +268,12 @@ int runRecover(const RecoverOptions& options) {
       left.leave();
       continue;
     }
-    const int status =
-        result == JournalResult::open ? answer(left, place, options) : failedWith(result, left);
+    const int status = result == JournalResult::open ? answer(left, place.recorder, options)
+                                                     : failedWith(result, left);
     if (worst == 0) worst = status;
     goneOn = options.action == Action::goOn && result == JournalResult::open;  // one is enough
   }
-  if (found == 0) say("No recording was left in " + shownPath(place.paths.folder) + ".");
+  if (found == 0) say("No recording was left in " + shownPath(place.folder) + ".");
   const int written = finishOutput();
   return worst != 0 ? worst : written;
 }

@@ -180,13 +180,19 @@ JournalResult createFreeJournal(Journal& journal, const std::string& path) {
   return result;
 }
 
-std::vector<std::string> journalsAt(const std::string& path) {
-  std::vector<std::string> found;
+std::vector<std::string> journalNames(const std::string& path) {
+  std::vector<std::string> names;
+  if (path.empty()) return names;
   for (int number = 1; number <= kMostJournals; ++number) {
-    const std::string candidate = numberedPath(path, number);
-    if (fileExists(candidate)) found.push_back(candidate);
+    names.push_back(numberedPath(path, number));
   }
-  return found;
+  return names;
+}
+
+std::vector<std::string> journalsAt(const std::string& path) {
+  std::vector<std::string> names = journalNames(path);
+  std::erase_if(names, [](const std::string& name) { return !fileExists(name); });
+  return names;
 }
 
 }  // namespace vgps

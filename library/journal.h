@@ -104,6 +104,9 @@ class Journal {
 // Where a recording finds its place: `path`, or where one was left there, "NAME-2", ... "NAME-9".
 JournalResult createFreeJournal(Journal& journal, const std::string& path);
 
+// These names, whether something lies there or not.
+std::vector<std::string> journalNames(const std::string& path);
+
 // Those of these names that exist, in this order: what a start of the program asks about.
 std::vector<std::string> journalsAt(const std::string& path);
 

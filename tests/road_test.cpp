@@ -17,7 +17,7 @@ namespace vgps {
 namespace {
 
 struct RoadWorld {
-  RoadWorld() { app.track.state = kRecording; }
+  RoadWorld() { app.recorder.track.state = kRecording; }
   ~RoadWorld() {
     door.shut();
     EXPECT_TRUE(stopReceiver(app));
@@ -52,8 +52,8 @@ TEST(Road, FromTheLineToTheWindow) {
   EXPECT_EQ(world.app.shown.fix.course, 84.4);
   EXPECT_EQ(world.app.shown.fix.altitude, 545);
   EXPECT_EQ(world.app.epochsOffered, 1U);
-  ASSERT_EQ(world.app.track.points.size(), 1U);
-  EXPECT_EQ(world.app.track.points[0].latitude, 48.117300001780194);
+  ASSERT_EQ(world.app.recorder.track.points.size(), 1U);
+  EXPECT_EQ(world.app.recorder.track.points[0].latitude, 48.117300001780194);
   EXPECT_GE(world.window.repaints, 1);
   EXPECT_EQ(world.sounds.played, std::vector<std::string>{"OK"});
 }
@@ -78,10 +78,10 @@ TEST(Road, FromTheLineToTheTrackFile) {
   RoadWorld world;
   FakeLine& line = world.ports.add(devicePath("COM3"));
   world.app.settings.trackStorePath = folder;
-  RecordingOptions& options = world.app.recordingOptions;
+  RecordingOptions& options = world.app.recorder.options;
   options.recordCell = options.recordSpeed = options.recordTime = options.recordCourse = true;
-  Recording& recording = world.app.recording;
-  world.app.track.state = kIdle;
+  Recorder& recording = world.app.recorder;
+  world.app.recorder.track.state = kIdle;
   ASSERT_TRUE(recording.start());
   ASSERT_TRUE(connectReceiver(world.app, {.port = "COM3"}));
 
@@ -117,7 +117,7 @@ TEST(Road, FromTheLineToTheTrackFile) {
     line.feed(sent.bytes);
     ASSERT_TRUE(world.serve([&] { return world.app.shown.stats.total() == lines; }));
   }
-  recording.stop(nullptr, false);
+  recording.stop(false);
 
   std::ifstream file(pathIn(folder, "Track05_07_2010_09_03.XML"), std::ios::binary);
   std::ostringstream text;

@@ -1,4 +1,5 @@
 #include "app/desktop/command_handlers.h"
+#include "app/desktop/keeping.h"
 #include "base/texts.h"
 
 // The track that is being recorded.
@@ -10,45 +11,40 @@ bool samePreset(const RecordingPreset& preset, const RecordingOptions& options) 
          preset.altitude == options.altitude;
 }
 
-bool begin(AppState& app) {
-  if (!app.recording.start()) return false;
-  app.recordingHooks.beginJournal();
-  return true;
-}
-
 }  // namespace
 
 void startRecording(AppState& app, Command) {
-  if (!begin(app)) return showNotice(app, textOf(Text::alreadyRecording));
+  if (!app.recorder.start()) return showNotice(app, textOf(Text::alreadyRecording));
   repaintNow(app);
 }
 
 void pauseOrResumeRecording(AppState& app, Command) {
-  app.recording.pauseOrResume();
+  app.recorder.pauseOrResume();
   repaintNow(app);
 }
 
 void endRecording(AppState& app, Command) {
-  app.recording.stop(nullptr, true);
+  tellKeeping(app, app.recorder.stop(true));
   repaintNow(app);
 }
 
 void markPoint(AppState& app, Command) {
-  if (!app.recording.mark()) return showNotice(app, textOf(Text::notRecording));
-  showNotice(app, textWith(Text::markWaits, std::to_string(app.recording.pendingMark())));
+  if (!app.recorder.mark()) return showNotice(app, textOf(Text::notRecording));
+  showNotice(app,
+             textWith(Text::markWaits, std::to_string(app.recorder.recording().pendingMark())));
 }
 
 void recordPointNow(AppState& app, Command) {
-  if (app.track.state != kRecording) return showNotice(app, textOf(Text::notRecording));
-  app.recording.requestPoint();
+  if (app.recorder.track.state != kRecording) return showNotice(app, textOf(Text::notRecording));
+  app.recorder.requestPoint();
 }
 
 // Into the settings as well, so that the recording dialog shows it. A running recording keeps the
 // thresholds it began with.
 void choosePreset(AppState& app, Command command) {
   const RecordingPreset& preset = kRecordingPresets[command - Command::presetWalking];
-  applyPreset(preset, app.recordingOptions);
-  forgetThresholds(app.track);
+  applyPreset(preset, app.recorder.options);
+  forgetThresholds(app.recorder.track);
   app.settings.recordMinSpeed = preset.speed;
   app.settings.recordAngle = preset.angle;
   app.settings.recordAltitude = preset.altitude;
@@ -65,15 +61,15 @@ void wanderAround(AppState& app, Command command) {
   startRecording(app, command);
 }
 
-bool isIdle(const AppState& app, Command) { return app.track.state == kIdle; }
-bool isNotIdle(const AppState& app, Command) { return app.track.state != kIdle; }
-bool isNotPlaying(const AppState& app, Command) { return app.track.state != kPlaying; }
-bool isPaused(const AppState& app, Command) { return app.track.state == kPaused; }
+bool isIdle(const AppState& app, Command) { return app.recorder.track.state == kIdle; }
+bool isNotIdle(const AppState& app, Command) { return app.recorder.track.state != kIdle; }
+bool isNotPlaying(const AppState& app, Command) { return app.recorder.track.state != kPlaying; }
+bool isPaused(const AppState& app, Command) { return app.recorder.track.state == kPaused; }
 bool takesMarks(const AppState& app, Command) {
-  return app.track.state == kRecording || app.track.state == kPaused;
+  return app.recorder.track.state == kRecording || app.recorder.track.state == kPaused;
 }
 bool isPreset(const AppState& app, Command command) {
-  return samePreset(kRecordingPresets[command - Command::presetWalking], app.recordingOptions);
+  return samePreset(kRecordingPresets[command - Command::presetWalking], app.recorder.options);
 }
 
 }  // namespace vgps

@@ -1,5 +1,6 @@
 #include "app/desktop/command_handlers.h"
 #include "app/desktop/commands.h"
+#include "app/desktop/keeping.h"
 #include "base/texts.h"
 #include "track/editing.h"
 #include "track/thinning.h"
@@ -11,11 +12,11 @@ namespace {
 
 // Says why when there is nothing to work on.
 bool canEdit(AppState& app) {
-  if (app.track.state != kIdle) {
+  if (app.recorder.track.state != kIdle) {
     showNotice(app, textOf(Text::endRecordingFirst));
     return false;
   }
-  if (app.track.points.empty()) {
+  if (app.recorder.track.points.empty()) {
     showNotice(app, textOf(Text::noTrack));
     return false;
   }
@@ -23,7 +24,7 @@ bool canEdit(AppState& app) {
 }
 
 void tellChanged(AppState& app) {
-  showNotice(app, textWith(Text::pointsNow, std::to_string(app.track.points.size())));
+  showNotice(app, textWith(Text::pointsNow, std::to_string(app.recorder.track.points.size())));
   repaintThrottled(app);
 }
 
@@ -47,51 +48,51 @@ bool chooseTrack(AppState& app, Track& track) {
 
 // What was recorded and not saved goes only when the person says so.
 bool mayReplace(AppState& app) {
-  return app.track.points.empty() || askQuestion(app, Text::askToDiscard);
+  return app.recorder.track.points.empty() || askQuestion(app, Text::askToDiscard);
 }
 
 }  // namespace
 
 void thinTrack(AppState& app, Command) {
   if (!canEdit(app)) return;
-  normalize(app.track, app.recordingOptions);
+  normalize(app.recorder.track, app.recorder.options);
   tellChanged(app);
 }
 
 void reverseTrack(AppState& app, Command) {
   if (!canEdit(app)) return;
-  reverse(app.track);
+  reverse(app.recorder.track);
   tellChanged(app);
 }
 
 void joinTrack(AppState& app, Command) {
   Track other;
   if (!canEdit(app) || !chooseTrack(app, other) || !canEdit(app)) return;
-  join(app.track, other);
+  join(app.recorder.track, other);
   tellChanged(app);
 }
 
 void saveTrack(AppState& app, Command) {
-  if (app.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
-  if (app.track.points.empty()) return showNotice(app, textOf(Text::noTrack));
-  app.recording.stop(nullptr, false);
+  if (app.recorder.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
+  if (app.recorder.track.points.empty()) return showNotice(app, textOf(Text::noTrack));
+  tellKeeping(app, app.recorder.stop(false));
 }
 
 void openTrack(AppState& app, Command) {
-  if (app.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
+  if (app.recorder.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
   Track chosen;
   if (!mayReplace(app) || !chooseTrack(app, chosen)) return;
-  if (app.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
-  app.recordingHooks.pointsSettled();
-  app.track = std::move(chosen);
-  showNotice(app, textWith(Text::trackRead, std::to_string(app.track.points.size())));
+  if (app.recorder.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
+  app.recorder.pointsSettled();
+  app.recorder.track = std::move(chosen);
+  showNotice(app, textWith(Text::trackRead, std::to_string(app.recorder.track.points.size())));
   repaintThrottled(app);
 }
 
 void discardTrack(AppState& app, Command) {
   if (!canEdit(app) || !askQuestion(app, Text::askToDiscard)) return;
-  app.recordingHooks.pointsSettled();
-  app.track = Track();
+  app.recorder.pointsSettled();
+  app.recorder.track = Track();
   tellChanged(app);
 }
 
@@ -99,7 +100,7 @@ void discardTrack(AppState& app, Command) {
 void trackChanged(AppState& app, Command) { repaintThrottled(app); }
 
 bool hasFinishedTrack(const AppState& app, Command) {
-  return app.track.state == kIdle && !app.track.points.empty();
+  return app.recorder.track.state == kIdle && !app.recorder.track.points.empty();
 }
 
 }  // namespace vgps

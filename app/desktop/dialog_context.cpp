@@ -11,7 +11,7 @@ namespace {
 void followDialog(AppState& app, const Dialog& dialog) {
   applySettings(app);
   const bool recording = dialog.command == Command::recordingOptions;
-  if (recording) forgetThresholds(app.track);
+  if (recording) forgetThresholds(app.recorder.track);
   if (!recording || app.repaints.due(app.platform.clock.tick())) app.platform.window.repaint();
 }
 

@@ -72,9 +72,9 @@ SceneStatistics statisticsOf(const AppState& app) {
           .movingSeconds = counted.movingSeconds,
           .stoppedSeconds = counted.stoppedSeconds,
           .statSeconds = counted.statSeconds,
-          .distance = app.recording.distance(),
-          .distance3d = app.recording.distance3d(),
-          .distanceUnit = app.recordingOptions.distanceUnit};
+          .distance = app.recorder.recording().distance(),
+          .distance3d = app.recorder.recording().distance3d(),
+          .distanceUnit = app.recorder.options.distanceUnit};
 }
 
 }  // namespace
@@ -112,9 +112,10 @@ Scene sceneOf(const AppState& app) {
   scene.fixSeen = shown.fixSeen;
   scene.fixAgeMs = now - shown.lastFixTick;
   scene.ages = agesOf(shown, now);
-  scene.trackState = app.track.state;
-  scene.trackPoints = app.track.points.size();
-  scene.trackLength = distanceText(app.recording.distance(), app.recordingOptions.distanceUnit);
+  scene.trackState = app.recorder.track.state;
+  scene.trackPoints = app.recorder.track.points.size();
+  scene.trackLength =
+      distanceText(app.recorder.recording().distance(), app.recorder.options.distanceUnit);
   for (const KindStats& kind : shown.stats.kinds) {
     scene.sentencesPerSecond += kind.rate.perSecond(now);
   }

@@ -16,17 +16,17 @@ bool mayLose(AppState& app, size_t points) {
 // recording was ended just now, and what is left of it the library has refused; the message said
 // why, so the program stays open without another question. The next close asks.
 bool mayClose(AppState& app, bool recorded) {
-  AppRecordingHooks& hooks = app.recordingHooks;
-  const size_t points = app.track.points.size();
-  if (!hooks.hasJournal()) {
+  Recorder& recorder = app.recorder;
+  const size_t points = app.recorder.track.points.size();
+  if (!recorder.hasJournal()) {
     if (recorded) return points == 0;
-    return !hooks.inMemoryOnly() || mayLose(app, points);
+    return !recorder.inMemoryOnly() || mayLose(app, points);
   }
-  if (hooks.closeJournal()) return true;
-  const size_t lacking = hooks.resumeJournal();
+  if (recorder.closeJournal()) return true;
+  const size_t lacking = recorder.resumeJournal();
   if (recorded && lacking > 0) return false;
   if (!mayLose(app, lacking)) return false;
-  hooks.closeJournal();  // the disk may have room now
+  recorder.closeJournal();  // the disk may have room now
   return true;
 }
 
@@ -35,7 +35,7 @@ bool mayClose(AppState& app, bool recorded) {
 bool closeRequested(AppState& app) {
   Window& window = app.platform.window;
   window.closeBrowser();
-  const int32_t state = app.track.state;
+  const int32_t state = app.recorder.track.state;
   if (state == kRecording || state == kPlaying) {
     if (!askQuestion(app, Text::askToStop)) return false;
     runCommand(app, Command::endRecording);

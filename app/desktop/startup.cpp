@@ -5,10 +5,10 @@
 #include <thread>
 
 #include "app/desktop/commands.h"
+#include "app/desktop/keeping.h"
 #include "app/desktop/scene_of.h"
 #include "app/session/apply_settings.h"
 #include "app/session/connection.h"
-#include "app/session/library.h"
 #include "app/session/timers.h"
 #include "base/texts.h"
 #include "platform/files.h"
@@ -40,7 +40,8 @@ void runInstaller(AppState& app, const char* descriptor) {
 void simulateTrack(AppState& app, const StartOptions& options) {
   if (!loadSimulationFrom(app, options.trackPath)) {
     const bool named = !options.trackPath.empty();
-    showNotice(app, textWith(Text::noSimulationData, named ? options.trackPath : libraryPath(app)));
+    showNotice(app, textWith(Text::noSimulationData,
+                             named ? options.trackPath : app.recorderHooks.places().library));
     return;
   }
   if (!options.runTrack) return;
@@ -115,7 +116,7 @@ bool startWork(AppState& app, const StartOptions& options, const std::function<b
 }
 
 bool endProgram(AppState& app) {
-  if (!app.recordingHooks.closeJournal()) {
+  if (!app.recorder.closeJournal()) {
     app.platform.window.tellError(textOf(Text::pointsLost));
   }
   if (app.config.save()) return true;

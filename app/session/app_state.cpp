@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "app/session/timers.h"
 #include "base/texts.h"
 
 namespace vgps {
@@ -18,12 +19,33 @@ AppState::AppState(Platform platformToUse, const XmlFiles& files)
       gps(hooks, platform.clock),
       fix(gps),
       link(fix, platform.clock),
-      recordingHooks(*this),
-      recording(track, recordingOptions, recordingHooks, platform.clock),
-      library(platform.disk) {
+      recorderHooks(*this),
+      recorder(recorderHooks, platform.clock, platform.disk) {
   gps.makePort = platform.makePort;
   gps.listPorts = platform.listPorts;
   gps.sensors = platform.sensors;
+}
+
+RecorderPlaces SessionRecorderHooks::places() const {
+  return {.library = trackLibraryPath(app_.settings.trackStorePath, app_.paths.folder),
+          .journal = app_.paths.journal,
+          .settings = app_.paths.settings};
+}
+
+bool SessionRecorderHooks::askToSave() { return askQuestion(app_, Text::askToSave); }
+
+void SessionRecorderHooks::startTimer() {
+  app_.platform.window.setTimer(kTurnTimer, kTurnRecordingMs);
+}
+
+void SessionRecorderHooks::stopTimer() { app_.platform.window.killTimer(kTurnTimer); }
+
+void SessionRecorderHooks::playSound(const char* name) { app_.platform.sounds.play(name); }
+
+void SessionRecorderHooks::trackChanged() { repaintThrottled(app_); }
+
+void SessionRecorderHooks::journalRefused(const std::string& path) {
+  showNotice(app_, textWith(Text::noJournal, path));
 }
 
 void showNotice(AppState& app, std::string_view text) {

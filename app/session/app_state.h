@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
@@ -8,7 +9,7 @@
 #include "app/session/app_hooks.h"
 #include "app/session/link.h"
 #include "app/session/paths.h"
-#include "app/session/recording_hooks.h"
+#include "app/session/recorder.h"
 #include "app/session/repaint.h"
 #include "app/session/statistics.h"
 #include "app/settings/config_store.h"
@@ -123,6 +124,31 @@ struct DisplayNews {
   double maxAltitude = 0;
 };
 
+struct AppState;
+
+// What the recorder asks for, passed on to the program's parts.
+class SessionRecorderHooks : public RecorderHooks {
+ public:
+  // `app` outlives this.
+  explicit SessionRecorderHooks(AppState& app) : app_(app) {}
+
+  RecorderPlaces places() const override;
+  bool askToSave() override;
+  void startTimer() override;
+  void stopTimer() override;
+  void playSound(const char* name) override;
+  void trackChanged() override;
+  void journalRefused(const std::string& path) override;
+  void journalFailed() override { journalFailed_ = true; }
+
+  // Whether the disk has refused points since this was asked last.
+  bool takeJournalFailure() { return journalFailed_.exchange(false); }
+
+ private:
+  AppState& app_;
+  std::atomic<bool> journalFailed_{false};
+};
+
 // Everything that the program knows, once. Made by the program's entry, handed down from there.
 struct AppState {
   explicit AppState(Platform platformToUse, const XmlFiles& files = systemFiles());
@@ -139,12 +165,8 @@ struct AppState {
   UiFix shown;
   Link link;
 
-  Track track;  // the one that is recorded or played
-  RecordingOptions recordingOptions;
-  AppRecordingHooks recordingHooks;
-  Recording recording;
-  std::vector<std::pair<double, double>> drawnPath;  // longitude, latitude
-  TrackLibrary library;
+  SessionRecorderHooks recorderHooks;
+  Recorder recorder;
   uint64_t epochsOffered = 0;
   int32_t backupCountdown = 0;  // minutes
 

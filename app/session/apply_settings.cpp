@@ -39,7 +39,7 @@ RecordingOptions recordingOptionsOf(const Settings& settings) {
 
 void applySettings(AppState& app) {
   applyToReceiver(app);
-  app.recordingOptions = recordingOptionsOf(app.settings);
+  app.recorder.options = recordingOptionsOf(app.settings);
   app.frameSkip = app.settings.frameSkip;
 }
 

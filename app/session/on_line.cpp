@@ -35,13 +35,14 @@ void copyFix(AppState& app) {
 }
 
 void offerEpoch(AppState& app) {
-  const bool wanted = app.track.state == kRecording || app.track.state == kPlaying;
+  const bool wanted =
+      app.recorder.track.state == kRecording || app.recorder.track.state == kPlaying;
   const FixRecord& fix = app.shown.fix;
   if (!wanted || fix.fixStatus == 0) return;
   if (!closesEpoch(fix.lastSentenceKind, app.shown.epochSentenceKind)) return;
   ++app.epochsOffered;
-  if (app.track.state == kRecording) {
-    app.recording.offer(fix);
+  if (app.recorder.track.state == kRecording) {
+    app.recorder.offer(fix);
   } else if (app.extensions.followRoute) {
     app.extensions.followRoute(app.shown);
   }

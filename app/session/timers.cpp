@@ -36,7 +36,7 @@ bool writeFile(const std::string& path, const std::string& text) {
 // The old backup goes only when there is a new document to take its place.
 void backUp(AppState& app) {
   std::string document;
-  if (!app.extensions.buildGpx || !app.extensions.buildGpx(app.track, document)) return;
+  if (!app.extensions.buildGpx || !app.extensions.buildGpx(app.recorder.track, document)) return;
   removeFile(app.paths.backup);
   if (!writeFile(app.paths.backup, document)) {
     showNotice(app, textWith(Text::backupNotWritten, app.paths.backup));
@@ -44,7 +44,7 @@ void backUp(AppState& app) {
 }
 
 void onBackupTimer(AppState& app) {
-  const int32_t state = app.track.state;
+  const int32_t state = app.recorder.track.state;
   if (app.settings.backupMinutes == 0 || (state != kRecording && state != kPaused)) return;
   if (--app.backupCountdown > 0) return;
   app.backupCountdown = app.settings.backupMinutes;
@@ -53,12 +53,12 @@ void onBackupTimer(AppState& app) {
 
 void onStatisticsTimer(AppState& app) {
   countStatistics(app.statistics, {.connected = app.fix.running,
-                                   .trackState = app.track.state,
+                                   .trackState = app.recorder.track.state,
                                    .speedKmh = app.shown.fix.speedKmh});
   ++app.shown.fix.ticksWithoutData;  // for display only
   if (app.insideForbiddenZone) app.platform.sounds.play("FORBIDDEN");
   checkConnection(app);
-  if (app.recordingHooks.takeJournalFailure()) showNotice(app, textOf(Text::journalFailing));
+  if (app.recorderHooks.takeJournalFailure()) showNotice(app, textOf(Text::journalFailing));
   if (app.currentScreen == Screen::statistics) repaintThrottled(app);
 }
 
@@ -69,7 +69,7 @@ void onReportTimer(AppState& app) {
 bool turnIsNear(const AppState& app) {
   const FixRecord& fix = app.shown.fix;
   return app.settings.warnTurns && fix.speedKmh > 0 && fix.fixStatus == 1 &&
-         app.track.state == kPlaying && app.turnWarning.raised && !app.turnWarning.done;
+         app.recorder.track.state == kPlaying && app.turnWarning.raised && !app.turnWarning.done;
 }
 
 void onTurnTimer(AppState& app) {

@@ -5,6 +5,7 @@
 
 #include <memory>
 
+#include "app/desktop/keeping.h"
 #include "app/desktop/startup.h"
 #include "app/session/app_state.h"
 #include "app/session/connection.h"

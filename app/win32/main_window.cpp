@@ -305,8 +305,8 @@ void MainWindow::forgetIcons() {
 
 void MainWindow::followState() {
   if (window_ == nullptr) return;
-  if (shownTrackState_ != app_->track.state) {
-    shownTrackState_ = app_->track.state;
+  if (shownTrackState_ != app_->recorder.track.state) {
+    shownTrackState_ = app_->recorder.track.state;
     showIcons(static_cast<size_t>(std::clamp(shownTrackState_, 0, 3)));
   }
   if (isFirstStart(*app_) != startButtons_.areShown()) {

@@ -13,7 +13,7 @@ struct ProgramWorld : AppWorld {
     app.paths.backup = folder / "vgpsbackup.gpx";
   }
   ~ProgramWorld() {
-    app.recordingHooks.closeJournal();
+    app.recorder.closeJournal();
     EXPECT_TRUE(app.fix.stopReaders(10000));
   }
 
@@ -36,9 +36,9 @@ struct ProgramWorld : AppWorld {
   // How many points each track of the library has.
   std::vector<uint64_t> savedPoints() {
     std::vector<uint64_t> points;
-    if (!app.library.isOpen()) return points;
-    app.library.refresh();
-    for (const TrackSummary& track : app.library.tracks()) points.push_back(track.points);
+    if (!app.recorder.library.isOpen()) return points;
+    app.recorder.library.refresh();
+    for (const TrackSummary& track : app.recorder.library.tracks()) points.push_back(track.points);
     return points;
   }
 

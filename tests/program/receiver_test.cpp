@@ -232,7 +232,7 @@ TEST(SlowLine, OffersOfASplitBurst) {
       const auto sentences = static_cast<uint64_t>(std::count(epoch.begin(), epoch.end(), '$'));
       Pty line;
       LiveWorld world(line.path());
-      world.app.track.state = kRecording;
+      world.app.recorder.track.state = kRecording;
       world.app.gps.options.epochSentenceSetting = row.setting;
       std::thread receiver([&] { writePaced(line, epoch, kEpochs, 4800); });
       EXPECT_TRUE(

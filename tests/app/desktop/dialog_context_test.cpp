@@ -36,12 +36,12 @@ TEST(DialogsInTheProgram, TheReceiverTakesTheEpochSentenceOver) {
 TEST(DialogsInTheProgram, AnIdleTrackTakesNewThresholds) {
   for (const bool recording : {false, true}) {
     DialogWorld world;
-    world.app.track.state = recording ? kRecording : kIdle;
-    world.app.track.speedThreshold = 7;
+    world.app.recorder.track.state = recording ? kRecording : kIdle;
+    world.app.recorder.track.speedThreshold = 7;
     world.confirm(Command::recordingOptions,
                   [](FakeDialogView& view) { view.setText(CONTROL_RECORD_SPEED_STEP, "9"); });
-    EXPECT_EQ(world.app.recordingOptions.speed, 9);
-    EXPECT_EQ(world.app.track.speedThreshold, recording ? 7 : 0);
+    EXPECT_EQ(world.app.recorder.options.speed, 9);
+    EXPECT_EQ(world.app.recorder.track.speedThreshold, recording ? 7 : 0);
   }
 }
 

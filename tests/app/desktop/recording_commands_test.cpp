@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "app/desktop/commands.h"
+#include "app/desktop/keeping.h"
 #include "app/desktop/scene_of.h"
-#include "app/session/library.h"
 #include "app/session/timers.h"
 #include "tests/fakes/program_world.h"
 #include "track/track_file.h"
@@ -29,37 +29,37 @@ class RecordingCommands : public testing::Test {
 
 TEST_F(RecordingCommands, ATripFromStartToEnd) {
   run(kStart);
-  EXPECT_EQ(app.track.state, kRecording);
+  EXPECT_EQ(app.recorder.track.state, kRecording);
   EXPECT_EQ(world.window.timers[kTurnTimer], 7000U);
   EXPECT_TRUE(hasJournal());
   world.receiveFix();
   world.receiveFix();
-  EXPECT_EQ(app.track.points.size(), 1U) << "the course has not changed";
+  EXPECT_EQ(app.recorder.track.points.size(), 1U) << "the course has not changed";
   run(kMark);
   EXPECT_EQ(notice(), "The next point will be marked with 1.");
   world.receiveFix();
-  EXPECT_EQ(app.track.points.size(), 2U);
-  EXPECT_EQ(app.track.points.back().m, 1U);
-  EXPECT_EQ(app.drawnPath.size(), 2U);
+  EXPECT_EQ(app.recorder.track.points.size(), 2U);
+  EXPECT_EQ(app.recorder.track.points.back().m, 1U);
+  EXPECT_EQ(app.recorder.drawnPath.size(), 2U);
   const Scene scene = sceneOf(app);
   EXPECT_EQ(scene.trackState, kRecording);
   EXPECT_EQ(scene.trackPoints, 2U);
   EXPECT_EQ(scene.trackLength, "3.71 Km");
 
   run(kPause);
-  EXPECT_EQ(app.track.state, kPaused);
+  EXPECT_EQ(app.recorder.track.state, kPaused);
   world.receiveFix();
-  EXPECT_EQ(app.track.points.size(), 2U);
+  EXPECT_EQ(app.recorder.track.points.size(), 2U);
   run(kPause);
-  EXPECT_EQ(app.track.state, kRecording);
+  EXPECT_EQ(app.recorder.track.state, kRecording);
   EXPECT_EQ(world.sounds.played, (std::vector<std::string>{"SPD", "TURN"}));
 
   world.window.answer = true;
   run(kEnd);
   EXPECT_EQ(world.window.questions, std::vector<std::string>{"Save the track?"});
   EXPECT_EQ(world.savedPoints(), std::vector<uint64_t>{2});
-  EXPECT_EQ(app.track.state, kIdle);
-  EXPECT_TRUE(app.track.points.empty());
+  EXPECT_EQ(app.recorder.track.state, kIdle);
+  EXPECT_TRUE(app.recorder.track.points.empty());
   EXPECT_FALSE(world.window.timers.contains(kTurnTimer));
   EXPECT_FALSE(hasJournal()) << "the points are safe";
 }
@@ -69,7 +69,7 @@ TEST_F(RecordingCommands, NoDiscardsTheTrack) {
   world.receiveFix();
   run(kEnd);
   EXPECT_FALSE(world.folder.has("tracks.xml"));
-  EXPECT_TRUE(app.track.points.empty());
+  EXPECT_TRUE(app.recorder.track.points.empty());
   EXPECT_FALSE(hasJournal());
 }
 
@@ -79,8 +79,8 @@ TEST_F(RecordingCommands, WhatTheDiskDoesNotTakeStays) {
   world.receiveFix();
   world.diskWorks = false;
   run(kEnd);
-  EXPECT_EQ(app.track.state, kIdle);
-  EXPECT_EQ(app.track.points.size(), 1U);
+  EXPECT_EQ(app.recorder.track.state, kIdle);
+  EXPECT_EQ(app.recorder.track.points.size(), 1U);
   EXPECT_EQ(world.window.errors.size(), 1U);
   EXPECT_TRUE(hasJournal()) << "a crash now must not take it";
   world.diskWorks = true;
@@ -91,7 +91,7 @@ TEST_F(RecordingCommands, WhatTheDiskDoesNotTakeStays) {
 
 TEST_F(RecordingCommands, AFolderTakesEachTrackAsAFile) {
   app.settings.trackStorePath = world.folder.path();
-  app.track.name = "Tour";
+  app.recorder.track.name = "Tour";
   world.window.answer = true;
   run(kStart);
   world.receiveFix();
@@ -109,14 +109,14 @@ TEST_F(RecordingCommands, ALibraryThatIsSomethingElseIsNotWrittenOver) {
   world.receiveFix();
   run(kEnd);
   EXPECT_EQ(world.window.errors.size(), 1U);
-  EXPECT_EQ(app.track.points.size(), 1U);
+  EXPECT_EQ(app.recorder.track.points.size(), 1U);
   EXPECT_EQ(world.folder.read("tracks.xml"), "<kml/>");
 }
 
 // The journal's own thread notices; the person is told by the next five-second timer.
 TEST_F(RecordingCommands, AJournalThatTheDiskRefusesIsToldAndKeepsTrying) {
   run(kStart);
-  app.recordingHooks.noteJournalFailure();
+  app.recorderHooks.journalFailed();
   onTimer(app, kStatisticsTimer);
   EXPECT_NE(notice().find("does not take the recorded points"), std::string_view::npos);
   world.clock.now += 20000;
@@ -163,15 +163,15 @@ TEST_F(RecordingCommands, ALeftRecordingIsAskedAbout) {
     offerRecovery(later.app);
     EXPECT_EQ(later.window.questions, row.questions) << row.choice;
     EXPECT_EQ(later.savedPoints(), row.saved) << row.choice;
-    EXPECT_EQ(later.app.track.state == kRecording, row.recording) << row.choice;
+    EXPECT_EQ(later.app.recorder.track.state == kRecording, row.recording) << row.choice;
     EXPECT_EQ(later.folder.has("vgpstrack.journal"), row.journal) << row.choice;
     if (!row.recording) continue;
-    EXPECT_NEAR(later.app.recording.distance(), 1.853, 0.001) << "a minute of latitude";
-    later.app.recordingOptions.angle = 1;
+    EXPECT_NEAR(later.app.recorder.recording().distance(), 1.853, 0.001) << "a minute of latitude";
+    later.app.recorder.options.angle = 1;
     runCommand(later.app, kMark);
     later.receiveFix();
-    EXPECT_EQ(later.app.track.points.size(), 3U);
-    EXPECT_TRUE(later.app.recordingHooks.closeJournal());
+    EXPECT_EQ(later.app.recorder.track.points.size(), 3U);
+    EXPECT_TRUE(later.app.recorder.closeJournal());
     Journal journal;
     RecoveredTrack left;
     EXPECT_EQ(journal.recover(later.app.paths.journal, left), JournalResult::open);
@@ -195,11 +195,11 @@ TEST_F(RecordingCommands, TheLibraryTakesNoPlaceOfAnother) {
   for (const char* place : {"vgps.xml", "vgpstrack.journal", "vgpstrack-9.journal", "./vgps.xml"}) {
     app.settings.trackStorePath = place;
     world.window.errors.clear();
-    EXPECT_FALSE(openLibrary(app)) << place;
+    EXPECT_FALSE(tellLibrary(app, app.recorder.openLibrary())) << place;
     EXPECT_EQ(world.window.errors.size(), 1U) << place;
   }
   app.settings.trackStorePath = "vgpstrack-10.journal";
-  EXPECT_TRUE(openLibrary(app)) << "no recording lies there";
+  EXPECT_TRUE(tellLibrary(app, app.recorder.openLibrary())) << "no recording lies there";
 }
 
 TEST_F(RecordingCommands, TheJournalSurvivesAnEndWithoutAnAnswer) {
@@ -216,13 +216,13 @@ TEST_F(RecordingCommands, TheJournalSurvivesAnEndWithoutAnAnswer) {
 
 TEST_F(RecordingCommands, EndingAPauseThatIsNoneRecordsToo) {
   run(kPause);
-  EXPECT_EQ(app.track.state, kRecording);
+  EXPECT_EQ(app.recorder.track.state, kRecording);
   EXPECT_FALSE(hasJournal());
   world.receiveFix();
-  EXPECT_EQ(app.track.points.size(), 1U);
+  EXPECT_EQ(app.recorder.track.points.size(), 1U);
   EXPECT_TRUE(hasJournal());
   run(kPause);  // flushes
-  app.recordingHooks.closeJournal();
+  app.recorder.closeJournal();
   Journal journal;
   RecoveredTrack left;
   EXPECT_EQ(journal.recover(app.paths.journal, left), JournalResult::open);
@@ -234,10 +234,10 @@ TEST_F(RecordingCommands, AJournalThatCannotBeMadeIsToldOnce) {
   run(kStart);
   EXPECT_NE(notice().find("memory only"), std::string_view::npos);
   world.clock.now += 20000;
-  app.recordingOptions.everyNth = 0;
+  app.recorder.options.everyNth = 0;
   world.receiveFix();
   EXPECT_EQ(notice(), "");
-  EXPECT_EQ(app.track.points.size(), 1U);
+  EXPECT_EQ(app.recorder.track.points.size(), 1U);
 }
 
 TEST_F(RecordingCommands, WhatCannotBeDoneNowIsSaid) {
@@ -267,32 +267,32 @@ TEST_F(RecordingCommands, PresetsAreSavedAndHoldFromTheNextStart) {
   run(Command::presetWalking);
   EXPECT_EQ(notice(), "Recording thresholds for walking");
   run(kStart);
-  EXPECT_EQ(app.track.speedThreshold, 1);
-  EXPECT_EQ(app.track.angleThreshold, 20);
+  EXPECT_EQ(app.recorder.track.speedThreshold, 1);
+  EXPECT_EQ(app.recorder.track.angleThreshold, 20);
   run(Command::presetFlying);
-  EXPECT_EQ(app.track.speedThreshold, 1) << "a running recording keeps its own";
+  EXPECT_EQ(app.recorder.track.speedThreshold, 1) << "a running recording keeps its own";
   run(kEnd);
   run(kStart);
-  EXPECT_EQ(app.track.speedThreshold, 1) << "and a track that was not left keeps them";
+  EXPECT_EQ(app.recorder.track.speedThreshold, 1) << "and a track that was not left keeps them";
   EXPECT_NE(world.folder.read("vgps.xml").find("speed=\"50\""), std::string::npos);
 }
 
 TEST_F(RecordingCommands, ManualModeRecordsWhatIsAskedFor) {
-  app.recordingOptions.manual = true;
+  app.recorder.options.manual = true;
   run(kStart);
   world.receiveFix();
-  EXPECT_TRUE(app.track.points.empty());
+  EXPECT_TRUE(app.recorder.track.points.empty());
   run(Command::recordPointNow);
   world.receiveFix();
   world.receiveFix();
-  EXPECT_EQ(app.track.points.size(), 1U);
+  EXPECT_EQ(app.recorder.track.points.size(), 1U);
 }
 
 TEST_F(RecordingCommands, WanderingExplainsItselfAndRecords) {
   run(Command::wanderAround);
   ASSERT_EQ(world.window.told.size(), 1U);
   EXPECT_TRUE(world.window.told[0].starts_with("Start wander around; When you select 'Return'"));
-  EXPECT_EQ(app.track.state, kRecording);
+  EXPECT_EQ(app.recorder.track.state, kRecording);
 }
 
 TEST_F(RecordingCommands, OperationsOnAFinishedTrack) {
@@ -300,25 +300,25 @@ TEST_F(RecordingCommands, OperationsOnAFinishedTrack) {
     TrackPoint point;
     point.longitude = 11;
     point.latitude = 48 + i;
-    app.track.points.push_back(point);
+    app.recorder.track.points.push_back(point);
   }
   run(Command::reverseTrack);
-  EXPECT_EQ(app.track.points.front().latitude, 51);
+  EXPECT_EQ(app.recorder.track.points.front().latitude, 51);
   run(Command::thinTrack);
-  EXPECT_EQ(app.track.points.size(), 2U) << "a straight line";
+  EXPECT_EQ(app.recorder.track.points.size(), 2U) << "a straight line";
   EXPECT_EQ(notice(), "The track has 2 points now.");
   world.folder.write("other.xml", "<t><p x=\"1\" y=\"2\" z=\"3\"/></t>");
   world.window.chosenFile = world.folder / "other.xml";
   run(Command::joinTrack);
-  EXPECT_EQ(app.track.points.size(), 3U);
+  EXPECT_EQ(app.recorder.track.points.size(), 3U);
   run(Command::openTrack);
   EXPECT_EQ(world.window.questions.size(), 1U);
-  EXPECT_EQ(app.track.points.size(), 3U) << "No was the answer";
+  EXPECT_EQ(app.recorder.track.points.size(), 3U) << "No was the answer";
   world.window.answer = true;
   run(Command::openTrack);
-  EXPECT_EQ(app.track.points.size(), 1U);
+  EXPECT_EQ(app.recorder.track.points.size(), 1U);
   run(Command::discardTrack);
-  EXPECT_TRUE(app.track.points.empty());
+  EXPECT_TRUE(app.recorder.track.points.empty());
   world.folder.write("bad.xml", "nothing");
   world.window.chosenFile = world.folder / "bad.xml";
   run(Command::openTrack);

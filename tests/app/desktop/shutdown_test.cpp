@@ -27,14 +27,14 @@ TEST(Close, AsksWhileRecordingOrPlayingOnly) {
   };
   for (const auto& row : rows) {
     ProgramWorld world;
-    world.app.track.state = row.state;
+    world.app.recorder.track.state = row.state;
     world.window.answer = row.answer;
     EXPECT_EQ(closeRequested(world.app), row.closes) << row.state;
     EXPECT_EQ(world.window.questions.size(), row.questions) << row.state;
     for (const std::string& question : world.window.questions) {
       EXPECT_EQ(question, "Stop Recording/Playback?");
     }
-    EXPECT_EQ(world.app.track.state, row.stateAfter) << row.state;
+    EXPECT_EQ(world.app.recorder.track.state, row.stateAfter) << row.state;
     EXPECT_EQ(world.app.gps.readers.readerStop, row.closes) << row.state;
     const auto expected = row.closes ? std::vector<std::string>{"browser", "destroy"}
                                      : std::vector<std::string>{"browser"};
@@ -52,7 +52,7 @@ TEST(Close, YesEndsTheRecordingAndSavesTheTrack) {
   EXPECT_EQ(world.window.questions,
             (std::vector<std::string>{"Stop Recording/Playback?", "Save the track?"}));
   EXPECT_EQ(world.savedPoints(), std::vector<uint64_t>{1});
-  EXPECT_TRUE(world.app.track.points.empty());
+  EXPECT_TRUE(world.app.recorder.track.points.empty());
   EXPECT_FALSE(world.folder.has("vgpstrack.journal"));
 }
 
@@ -82,10 +82,10 @@ TEST(Close, StaysOpenWithATrackThatLiesNowhere) {
   RefusingFolder world;
   EXPECT_EQ(world.questionsOfClosing(true, false),
             (std::vector<std::string>{"Stop Recording/Playback?", "Save the track?"}));
-  EXPECT_EQ(world.app.track.points.size(), 1U);
+  EXPECT_EQ(world.app.recorder.track.points.size(), 1U);
   EXPECT_EQ(world.window.done, std::vector<std::string>{"browser"});
   EXPECT_EQ(world.questionsOfClosing(false, false), std::vector<std::string>{kLoseOnePoint});
-  EXPECT_EQ(world.app.track.points.size(), 1U);
+  EXPECT_EQ(world.app.recorder.track.points.size(), 1U);
   EXPECT_EQ(world.questionsOfClosing(true, true), std::vector<std::string>{kLoseOnePoint});
 }
 
@@ -115,10 +115,10 @@ TEST(Close, ATrackInMemoryIsAskedForUntilItIsSettled) {
          TrackPoint point;
          point.longitude = 9;
          other.points.push_back(point);
-         EXPECT_TRUE(writeTrackFile(other, w.folder / "other.xml", w.app.recordingOptions));
+         EXPECT_TRUE(writeTrackFile(other, w.folder / "other.xml", w.app.recorder.options));
          w.window.chosenFile = w.folder / "other.xml";
          runCommand(w.app, Command::openTrack);
-         EXPECT_EQ(w.app.track.points.front().longitude, 9);
+         EXPECT_EQ(w.app.recorder.track.points.front().longitude, 9);
        },
        false},
       {"recording again, into a journal",
@@ -150,7 +150,7 @@ struct FullDisk {
     disk.setRoom(1);
     world.window.answer = true;
   }
-  ~FullDisk() { world.app.recordingHooks.closeJournal(); }
+  ~FullDisk() { world.app.recorder.closeJournal(); }
   size_t pointsOnDisk() {
     const std::lock_guard lock(disk.mutex);
     return readJournal(disk.files.begin()->second->bytes).points.size();
@@ -164,7 +164,7 @@ TEST(Close, StaysOpenWhenTheJournalLacksPoints) {
   ProgramWorld& world = full.world;
   EXPECT_FALSE(closeRequested(world.app));
   EXPECT_EQ(world.window.done, std::vector<std::string>{"browser"});
-  EXPECT_EQ(world.app.track.points.size(), 1U);
+  EXPECT_EQ(world.app.recorder.track.points.size(), 1U);
   full.disk.setRoom(SIZE_MAX);
   runCommand(world.app, Command::startRecording);  // goes on in the same journal
   runCommand(world.app, Command::markPoint);

@@ -69,7 +69,7 @@ TEST(Startup, SettingsReachEveryPart) {
   EXPECT_TRUE(app.gps.options.altitudeFromGeoidField);
   EXPECT_EQ(app.gps.sensorIdentifier, "{1}");
   EXPECT_EQ(app.frameSkip, 4);
-  const RecordingOptions& recording = app.recordingOptions;
+  const RecordingOptions& recording = app.recorder.options;
   EXPECT_EQ(recording.speed, 8);
   EXPECT_EQ(recording.angle, 9);
   EXPECT_EQ(recording.altitude, 10);

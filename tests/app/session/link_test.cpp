@@ -25,7 +25,7 @@ class Reconnecting : public testing::Test {
   Reconnecting() {
     list({{"COM3", "Receiver", "USB\\VID_1\\7"}, {"COM4", "Modem", "USB\\VID_2\\1"}});
     line = &ports.add(devicePath("COM3"));
-    app.track.state = kRecording;
+    app.recorder.track.state = kRecording;
   }
   ~Reconnecting() override {
     door.shut();
@@ -110,8 +110,8 @@ TEST_F(Reconnecting, ASilentPortIsOpenedAgainUntilDataCome) {
   EXPECT_EQ(state(), ReceiverState::fix);
   EXPECT_EQ(sounds.played, (Heard{"OK", "ERR2", "OK"}));
   EXPECT_EQ(app.gps.readers.liveReaders, 1) << "the same reader goes on";
-  EXPECT_EQ(app.track.state, kRecording);
-  EXPECT_EQ(app.track.points.size(), 2U);
+  EXPECT_EQ(app.recorder.track.state, kRecording);
+  EXPECT_EQ(app.recorder.track.points.size(), 2U);
   fiveSecondsPass();
   EXPECT_EQ(line->number(&FakeLine::opens), 5);
 }

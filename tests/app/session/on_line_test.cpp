@@ -47,7 +47,7 @@ TEST(OnLine, ACompleteFixIsOfferedOncePerBurstWhileRecordingOrPlaying) {
   };
   for (const auto& row : rows) {
     AppWorld world;
-    world.app.track.state = row.state;
+    world.app.recorder.track.state = row.state;
     world.app.gps.options.epochSentenceSetting = row.setting;
     world.app.frameSkip = 5;  // skips displays, never offers
     for (int epoch = 0; epoch < 3; ++epoch) {
@@ -217,7 +217,7 @@ TEST(OnLine, WhatAnEarlierSourceStillSaysIsNotHeard) {
   AppWorld world;
   AppState& app = world.app;
   app.currentScreen = Screen::rawLog;
-  app.track.state = kRecording;
+  app.recorder.track.state = kRecording;
   app.gps.readers.generation = 2;
   for (const auto& [speaking, heard] : {std::pair{1U, false}, {2U, true}}) {
     app.gps.readers.speaking = speaking;

@@ -51,7 +51,7 @@ TEST(Timers, TheBackupIsWrittenWhenItsCountdownEnds) {
   for (const auto& row : rows) {
     ProgramWorld world;
     world.app.settings.backupMinutes = row.interval;
-    world.app.track.state = row.state;
+    world.app.recorder.track.state = row.state;
     int32_t built = 0;
     world.app.extensions.buildGpx = [&](const Track&, std::string& document) {
       document = "<gpx>" + std::to_string(++built) + "</gpx>";
@@ -68,7 +68,7 @@ TEST(Timers, TheBackupIsWrittenWhenItsCountdownEnds) {
 TEST(Timers, TheOldBackupStaysWhenThereIsNoNewOne) {
   ProgramWorld world;
   world.app.settings.backupMinutes = 1;
-  world.app.track.state = kRecording;
+  world.app.recorder.track.state = kRecording;
   world.folder.write("vgpsbackup.gpx", "old");
   onTimer(world.app, kBackupTimer);  // nobody builds a document
   EXPECT_EQ(world.folder.read("vgpsbackup.gpx"), "old");
@@ -102,7 +102,7 @@ TEST(Timers, StatisticsCount) {
     app.statistics.fine = row.fine;
     app.statistics.movingThreshold = 3;
     app.fix.running = row.connected;
-    app.track.state = row.trackState;
+    app.recorder.track.state = row.trackState;
     app.shown.fix.speedKmh = row.kmh;
     for (int i = 0; i < 10; ++i) onTimer(app, kStatisticsTimer);
     app.fix.running = false;
@@ -161,7 +161,7 @@ TEST(Timers, ReportsAndPursueWantTheirSwitch) {
 class TurnWarnings : public testing::Test {
  protected:
   TurnWarnings() {
-    world.app.track.state = kPlaying;
+    world.app.recorder.track.state = kPlaying;
     world.app.shown.fix.fixStatus = 1;
     world.app.shown.fix.speedKmh = 30;
     world.app.turnWarning.raised = true;
@@ -179,14 +179,14 @@ TEST_F(TurnWarnings, StopAfterTheThird) {
 TEST_F(TurnWarnings, EveryOtherSituationBeginsAnew) {
   AppState& app = world.app;
   const std::function<void()> changes[] = {
-      [&] { app.settings.warnTurns = false; }, [&] { app.shown.fix.speedKmh = 0; },
-      [&] { app.shown.fix.fixStatus = 0; },    [&] { app.shown.fix.fixStatus = 2; },
-      [&] { app.track.state = kRecording; },   [&] { app.turnWarning.raised = false; }};
+      [&] { app.settings.warnTurns = false; },        [&] { app.shown.fix.speedKmh = 0; },
+      [&] { app.shown.fix.fixStatus = 0; },           [&] { app.shown.fix.fixStatus = 2; },
+      [&] { app.recorder.track.state = kRecording; }, [&] { app.turnWarning.raised = false; }};
   for (size_t i = 0; i < std::size(changes); ++i) {
     app.settings.warnTurns = true;
     app.shown.fix.speedKmh = 30;
     app.shown.fix.fixStatus = 1;
-    app.track.state = kPlaying;
+    app.recorder.track.state = kPlaying;
     app.turnWarning = {.raised = true};
     onTimer(app, kTurnTimer);
     onTimer(app, kTurnTimer);

@@ -1,6 +1,6 @@
 #include "track/track_simulation.h"
 
-#include "app/session/library.h"
+#include "app/desktop/keeping.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,110 @@
+#include "app/desktop/keeping.h"
+
+#include <span>
+#include <string_view>
+
+#include "base/texts.h"
+#include "geo/units.h"
+#include "track/track_simulation.h"
+
+namespace vgps {
+namespace {
+
+enum class Answer : uint8_t { resume, save, remove, later };
+
+struct AnswerRow {
+  Answer answer;
+  Text text;
+};
+
+// Continuing stands in front, because there are times without it; the harmless one behind.
+constexpr AnswerRow kAnswers[] = {{Answer::resume, Text::recoverContinue},
+                                  {Answer::save, Text::recoverSave},
+                                  {Answer::remove, Text::recoverDelete},
+                                  {Answer::later, Text::recoverLater}};
+
+Answer ask(AppState& app, const LeftRecording& left) {
+  const Track& track = app.recorder.track;
+  const bool free = track.state == kIdle && track.points.empty();
+  const std::span<const AnswerRow> rows = std::span(kAnswers).subspan(free ? 0 : 1);
+  std::vector<std::string_view> texts;
+  for (const AnswerRow& row : rows) texts.push_back(textOf(row.text));
+  return rows[app.platform.window.choose(left.question(), texts)].answer;
+}
+
+void save(AppState& app, LeftRecording& left) {
+  const Keeping keeping = app.recorder.keepLeft(left);
+  tellKeeping(app, keeping);
+  if (keeping.outcome != Keeping::Outcome::kept) left.leave();
+}
+
+void remove(AppState& app, LeftRecording& left) {
+  const std::string points = std::to_string(left.points());
+  if (!app.platform.window.ask(textWith(Text::askToDelete, points))) return left.leave();
+  if (!left.discard()) app.platform.window.tellError(textWith(Text::notDeleted, left.path()));
+}
+
+void answer(AppState& app, LeftRecording& left) {
+  switch (ask(app, left)) {
+    case Answer::resume: app.recorder.continueFrom(left); break;
+    case Answer::save: save(app, left); break;
+    case Answer::remove: remove(app, left); break;
+    case Answer::later: left.leave(); break;
+  }
+}
+
+}  // namespace
+
+bool tellLibrary(AppState& app, const LibraryOpening& opening) {
+  Window& window = app.platform.window;
+  const std::string refusal = placeMessage(opening);
+  if (!refusal.empty()) {
+    window.tellError(refusal);
+  } else if (opening.isNew && !app.recorder.library.message().empty()) {
+    if (opening.usable()) {
+      window.tell(app.recorder.library.message());
+    } else {
+      window.tellError(app.recorder.library.message());
+    }
+  }
+  return opening.usable();
+}
+
+void tellKeeping(AppState& app, const Keeping& keeping) {
+  if (keeping.outcome != Keeping::Outcome::kept && keeping.outcome != Keeping::Outcome::refused) {
+    return;
+  }
+  if (!tellLibrary(app, keeping.library)) return;
+  if (!keeping.damagedKeptAs.empty()) {
+    showNotice(app, textWith(Text::libraryKeptAs, keeping.damagedKeptAs));
+  }
+  if (keeping.result != LibraryResult::done) {
+    app.platform.window.tellError(libraryMessage(keeping.result, keeping.library.path));
+  }
+}
+
+void offerRecovery(AppState& app) {
+  if (app.paths.journal.empty()) return;
+  for (const std::string& path : journalsAt(app.paths.journal)) {
+    LeftRecording left(app.recorder.journalSettings());
+    const JournalResult result = left.open(path);
+    if (result == JournalResult::open) {
+      answer(app, left);
+    } else if (result != JournalResult::inUse) {  // another copy of the program records there
+      const std::string message = left.message(result);
+      if (!message.empty()) app.platform.window.tellError(message);
+    }
+  }
+}
+
+bool simulationFromLibrary(AppState& app, std::vector<std::string>& lines) {
+  TrackLibrary& library = app.recorder.library;
+  if (!tellLibrary(app, app.recorder.openLibrary()) || library.tracks().empty()) return false;
+  Track track;
+  const size_t last = library.tracks().size() - 1;
+  if (library.load(last, kKmh, track) != LibraryResult::done) return false;
+  lines = simulationLines(track);
+  return !lines.empty();
+}
+
+}  // namespace vgps

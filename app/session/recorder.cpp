@@ -1,0 +1,193 @@
+#include "app/session/recorder.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/texts.h"
+#include "platform/files.h"
+#include "track/track_file.h"
+
+namespace vgps {
+namespace {
+
+bool isSamePoint(const TrackPoint& a, const TrackPoint& b) {
+  return a.longitude == b.longitude && a.latitude == b.latitude && a.utcTime == b.utcTime;
+}
+
+// By its ends: whatever edits a track changes one of them.
+bool beginsWith(const PointList& points, const PointList& first) {
+  if (first.empty()) return true;
+  return first.size() <= points.size() && isSamePoint(points[0], first[0]) &&
+         isSamePoint(points[first.size() - 1], first.back());
+}
+
+LibraryOpening::Place placeAt(const RecorderPlaces& places) {
+  if (isSameFile(places.library, places.settings)) return LibraryOpening::Place::holdsSettings;
+  for (const std::string& journal : journalNames(places.journal)) {
+    if (isSameFile(places.library, journal)) return LibraryOpening::Place::holdsRecording;
+  }
+  return LibraryOpening::Place::free;
+}
+
+}  // namespace
+
+std::string placeMessage(const LibraryOpening& opening) {
+  switch (opening.place) {
+    case LibraryOpening::Place::free: break;
+    case LibraryOpening::Place::holdsSettings:
+      return textWith(Text::pathHoldsSettings, opening.path);
+    case LibraryOpening::Place::holdsRecording:
+      return textWith(Text::pathHoldsRecording, opening.path);
+  }
+  return {};
+}
+
+Recorder::Recorder(RecorderHooks& hooks, const Clock& clock, const LibraryDisk& disk)
+    : library(disk),
+      hooks_(hooks),
+      clock_(clock),
+      openFile_(disk.open),
+      recording_(track, options, *this, clock),
+      journal_(std::make_unique<Journal>()) {}
+
+bool Recorder::start() {
+  if (!recording_.start()) return false;
+  beginJournal();
+  return true;
+}
+
+Keeping Recorder::stop(bool ask) {
+  keeping_ = {};
+  const bool hadPoints = !track.points.empty() && track.state != kPlaying;
+  recording_.stop(nullptr, ask);
+  if (hadPoints && keeping_.outcome == Keeping::Outcome::nothing) {
+    keeping_.outcome = Keeping::Outcome::declined;
+  }
+  return std::exchange(keeping_, {});
+}
+
+LibraryOpening Recorder::openLibrary() {
+  const RecorderPlaces places = hooks_.places();
+  LibraryOpening opening{.path = places.library};
+  if (library.isOpen() && library.path() == places.library) {
+    opening.state = library.state();
+    return opening;
+  }
+  opening.place = placeAt(places);
+  if (opening.place != LibraryOpening::Place::free) return opening;
+  opening.state = library.open(places.library);
+  opening.isNew = true;
+  return opening;
+}
+
+// A file that was not written has told why already; the library says it by its result.
+bool Recorder::save(Track& ended) {
+  const std::string file = hooks_.places().file;
+  if (!file.empty()) {
+    const bool written = writeTrackFile(ended, file, options);
+    keeping_.outcome = written ? Keeping::Outcome::kept : Keeping::Outcome::refused;
+    if (!written) keeping_.result = LibraryResult::notWritten;
+    return written;
+  }
+  keeping_.outcome = Keeping::Outcome::refused;
+  keeping_.library = openLibrary();
+  if (!keeping_.library.usable()) return false;
+  const std::string keptBefore = library.keptAs();
+  keeping_.result = library.add(ended, options, clock_.local());
+  if (library.keptAs() != keptBefore) keeping_.damagedKeptAs = library.keptAs();
+  if (keeping_.result != LibraryResult::done) return false;
+  keeping_.outcome = Keeping::Outcome::kept;
+  return true;
+}
+
+JournalSettings Recorder::journalSettings() {
+  return {.open = openFile_, .failed = [this] { hooks_.journalFailed(); }};
+}
+
+void Recorder::beginJournal() {
+  journalRefused_ = false;
+  const std::string path = hooks_.places().journal;
+  if (journal_->isOpen() || path.empty()) return;
+  journal_ = std::make_unique<Journal>(journalSettings());
+  if (createFreeJournal(*journal_, path) != JournalResult::open) {
+    journalRefused_ = true;
+    hooks_.journalRefused(path);
+    return;
+  }
+  for (const TrackPoint& point : track.points) journal_->append(point);
+  inMemoryOnly_ = false;
+}
+
+// A pause that is ended while nothing was being recorded begins a recording too.
+void Recorder::pointRecorded(const TrackPoint& point) {
+  if (journal_->isOpen()) {
+    journal_->append(point);
+  } else if (!journalRefused_) {
+    beginJournal();
+  }
+  if (!journal_->isOpen()) inMemoryOnly_ = true;
+}
+
+void Recorder::flushPoints() {
+  if (journal_->isOpen()) journal_->flush();
+}
+
+void Recorder::pointsSettled() {
+  if (journal_->isOpen()) journal_->discard();
+  inMemoryOnly_ = false;
+}
+
+// A track that was changed since is another one than the journal's, which is left as it is.
+size_t Recorder::resumeJournal() {
+  const std::string path = journal_->path();
+  RecoveredTrack written;
+  JournalResult result = journal_->recover(path, written);
+  if (result == JournalResult::missing) {
+    journal_ = std::make_unique<Journal>(journalSettings());
+    result = journal_->create(path);
+  }
+  inMemoryOnly_ = result != JournalResult::open;
+  if (inMemoryOnly_) return track.points.size();
+  const size_t there = written.points.size();
+  if (!beginsWith(track.points, written.points)) {
+    journal_->close();
+    inMemoryOnly_ = true;
+    return track.points.size();
+  }
+  for (size_t i = there; i < track.points.size(); ++i) journal_->append(track.points[i]);
+  return track.points.size() - there;
+}
+
+void Recorder::continueFrom(LeftRecording& left) {
+  journal_ = left.continueInto(track);
+  journalRefused_ = inMemoryOnly_ = false;
+  recording_.goOn();
+}
+
+Keeping Recorder::keepLeft(LeftRecording& left) {
+  Keeping keeping{.outcome = Keeping::Outcome::refused, .library = openLibrary()};
+  if (!keeping.library.usable()) return keeping;
+  const std::string keptBefore = library.keptAs();
+  keeping.result = left.save(library, options, clock_.local());
+  if (library.keptAs() != keptBefore) keeping.damagedKeptAs = library.keptAs();
+  if (keeping.result == LibraryResult::done) keeping.outcome = Keeping::Outcome::kept;
+  return keeping;
+}
+
+// What the journal holds counts, not what it was given: it is opened anew.
+RecordingEnd Recorder::end() {
+  RecordingEnd ended;
+  const std::string path = journal_->path();
+  journal_->close();
+  LeftRecording whole(journalSettings());
+  ended.journal = whole.open(path);
+  whole.take(std::exchange(track, {}));
+  ended.keeping = keepLeft(whole);
+  if (ended.keeping.outcome == Keeping::Outcome::kept) return ended;
+  whole.continueInto(track);
+  const size_t lacking = resumeJournal();
+  if (!closeJournal()) ended.lacking = lacking;
+  return ended;
+}
+
+}  // namespace vgps
