@@ -1,23 +1,22 @@
 #include "cli/live_fixes.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
 #include <memory>
 
 #include "app/session/connection.h"
 #include "app/session/on_line.h"
 #include "app/session/ui_mailbox.h"
+#include "cli/monitor_view.h"
 #include "cli/quiet_platform.h"
-#include "cli/watched_port.h"
 #include "gps/epoch.h"
 #include "platform/console.h"
 
 namespace vgps {
 namespace {
 
-// A device that is not there is asked for each second.
-constexpr uint32_t kRetryMs = 1000;
+// Between two looks at the link.
+constexpr uint32_t kLookMs = 1000;
 
 class LiveFixes {
  public:
@@ -28,22 +27,22 @@ class LiveFixes {
         take_(take),
         tell_(tell),
         door_(std::move(door)),
-        app_({clock_, sounds_, *door_, window_, [this] { return watchedPort(gone_, *door_); },
-              nullptr}) {
+        app_({clock_, sounds_, *door_, window_, makeSerialPort, nullptr, listSerialPorts}) {
+    app_.link.times = kUnattendedTimes;
     app_.gps.options.utcOffsetMinutes = measureUtcOffset(clock_.utc(), clock_.local());
   }
 
   void run() {
     const uint32_t start = clock_.tick();
     const double limitMs = source_.seconds > 0 ? source_.seconds * 1000 : HUGE_VAL;
-    connect();
+    app_.link.open({.port = source_.port, .speed = source_.speed, .simulate = source_.simulate});
     for (;;) {
-      if (gone_.exchange(false) && open_) lose();
-      if (!open_ && clock_.tick() - triedTick_ >= kRetryMs) connect();
+      app_.link.check(true);
+      say(linkText());
       const double left = limitMs - (clock_.tick() - start);
       if (left <= 0) return;
       const auto handler = [this](const UiMessage& message) { handle(message); };
-      const int wait = static_cast<int>(std::min<double>(kRetryMs, std::ceil(left)));
+      const int wait = static_cast<int>(std::min<double>(kLookMs, std::ceil(left)));
       if (door_->wait(wait, handler) == UiMailbox::Waited::shut) return;
     }
   }
@@ -52,27 +51,20 @@ class LiveFixes {
   bool stop() {
     take_ = [](const FixRecord&) {};
     door_->shut();
-    disconnectReceiver(app_);
+    app_.link.close();
     return stopReceiver(app_);
   }
 
  private:
-  void connect() {
-    gone_ = false;
-    triedTick_ = clock_.tick();
-    SourceChoice choice;
-    choice.port = source_.port;
-    choice.speed = source_.speed;
-    choice.simulate = source_.simulate;
-    open_ = connectReceiver(app_, choice);
-    say(open_ ? "reading " + (source_.simulate ? "the simulation" : source_.port)
-              : "cannot open " + source_.port + "; trying again");
-  }
-
-  void lose() {
-    disconnectReceiver(app_);
-    open_ = false;
-    say(source_.port + " has gone; trying again");
+  std::string linkText() const {
+    const std::string& port = app_.link.source().port;
+    switch (lineOf(app_.link)) {
+      case MonitorStatus::Line::open:
+        return "reading " + (source_.simulate ? "the simulation" : port);
+      case MonitorStatus::Line::failed: return "cannot open " + port + "; trying again";
+      case MonitorStatus::Line::gone: return port + " has gone; trying again";
+    }
+    return {};
   }
 
   void say(const std::string& text) {
@@ -94,10 +86,7 @@ class LiveFixes {
   QuietSounds sounds_;
   QuietWindow window_;
   std::shared_ptr<UiMailbox> door_;
-  std::atomic<bool> gone_{false};  // set by the reader
   AppState app_;
-  bool open_ = false;
-  uint32_t triedTick_ = 0;
   std::string said_;
 };
 

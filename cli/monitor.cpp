@@ -1,8 +1,8 @@
 #include <algorithm>
-#include <atomic>
 #include <cmath>
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 #include "app/session/connection.h"
 #include "app/session/on_line.h"
@@ -12,7 +12,6 @@
 #include "cli/quiet_platform.h"
 #include "cli/state_json.h"
 #include "cli/state_text.h"
-#include "cli/watched_port.h"
 #include "platform/console.h"
 #include "platform/files.h"
 
@@ -23,10 +22,6 @@ constexpr uint32_t kSecondMs = 1000;
 // On a terminal what has changed is shown so much later at most.
 constexpr uint32_t kRefreshMs = 200;
 constexpr uint32_t kNoiseMs = 3000;
-// A device that is not there is asked for each second. One that opens and fails at once is left
-// alone for longer, since each opening leaves a reader waiting for the end of the program.
-constexpr uint32_t kRetryMs = 1000;
-constexpr uint32_t kReopenMs = 5000;
 
 enum class Output { block, lines, json };
 
@@ -48,9 +43,9 @@ class Monitor {
       : options_(options),
         output_(outputOf(options)),
         door_(std::move(door)),
-        app_({clock_, sounds_, *door_, window_, [this] { return watchedPort(gone_, *door_); },
-              locationSensorManager()}) {
-    status_.source = options.simulate ? "the simulation" : options.port;
+        app_({clock_, sounds_, *door_, window_, makeSerialPort, locationSensorManager(),
+              listSerialPorts}) {
+    app_.link.times = kUnattendedTimes;
     status_.speed = options.speed;
     app_.gps.options.utcOffsetMinutes = measureUtcOffset(clock_.utc(), clock_.local());
     if (options.logPath.empty()) return;
@@ -63,15 +58,15 @@ class Monitor {
   // False: a reader still lives, and this must not be destroyed.
   bool stop() {
     door_->shut();
-    disconnectReceiver(app_);
+    app_.link.close();
     return stopReceiver(app_);
   }
 
  private:
-  void connect();
   void followLink();
   void handle(const UiMessage& message);
   MonitorStatus statusNow() const;
+  Json stateNow(const MonitorStatus& status) const;
   bool takeDue();
   void show();
   void tellStatus();
@@ -84,12 +79,10 @@ class Monitor {
   QuietSounds sounds_;
   MonitorWindow window_;
   std::shared_ptr<UiMailbox> door_;
-  std::atomic<bool> gone_{false};  // set by the reader
   AppState app_;
 
   MonitorStatus status_;
-  uint32_t openedTick_ = 0;  // of the last attempt to open
-  uint32_t retryMs_ = 0;     // from it to the next one
+  uint32_t openedTick_ = clock_.tick();  // since when the line is open
   uint32_t noiseTick_ = 0;
   bool noiseSeen_ = false;
   uint32_t dueTick_ = 0;  // when the state is shown next
@@ -99,31 +92,20 @@ class Monitor {
   std::string toldStatus_;
 };
 
-void Monitor::connect() {
-  const SourceChoice choice = {
-      .port = options_.port, .speed = options_.speed, .simulate = options_.simulate};
-  gone_ = false;
-  noiseSeen_ = false;
-  const Link before = status_.link;
-  const bool opened = connectReceiver(app_, choice);
-  openedTick_ = clock_.tick();
-  retryMs_ = opened ? kReopenMs : kRetryMs;
-  window_.message.clear();  // the status says more than "failed"
-  status_.error = app_.fix.portError;
-  // A device that was unplugged is "gone" rather than "not there" until it is back.
-  const bool stillGone = before == Link::gone && status_.error == PortError::notThere;
-  status_.link = opened ? Link::open : stillGone ? Link::gone : Link::failed;
-  changed_ = true;
-}
-
-// Notices that the device has gone, and tries again while there is none.
+// What the link has come to since the last look.
 void Monitor::followLink() {
-  if (gone_.exchange(false) && status_.link == Link::open) {
-    disconnectReceiver(app_);
-    status_.link = Link::gone;
-    changed_ = true;
+  const Link& link = app_.link;
+  const MonitorStatus::Line before = std::exchange(status_.line, lineOf(link));
+  changed_ |= std::exchange(status_.error, link.error()) != link.error();
+  status_.source = options_.simulate ? "the simulation" : link.source().port;
+  if (status_.line == before) return;
+  changed_ = true;
+  if (status_.line == MonitorStatus::Line::open) {
+    openedTick_ = clock_.tick();
+  } else {
+    forgetSource(app_.shown);
+    noiseSeen_ = false;
   }
-  if (status_.link != Link::open && since(openedTick_) >= retryMs_) connect();
 }
 
 void Monitor::handle(const UiMessage& message) {
@@ -145,6 +127,13 @@ MonitorStatus Monitor::statusNow() const {
   return now;
 }
 
+// While the device is away only the reader runs, which is of no use to whoever reads this.
+Json Monitor::stateNow(const MonitorStatus& status) const {
+  Json state = stateJson(app_.shown, app_.fix);
+  if (status.line != MonitorStatus::Line::open) state["fix"]["running"] = false;
+  return state;
+}
+
 // Whether a second is over. Those that were missed (a stopped program, a machine asleep) are left
 // out: the same state would be shown for each.
 bool Monitor::takeDue() {
@@ -158,7 +147,7 @@ void Monitor::show() {
   const MonitorStatus status = statusNow();
   std::string text;
   switch (output_) {
-    case Output::json: text = jsonText(stateJson(app_.shown, app_.fix), -1) + "\n"; break;
+    case Output::json: text = jsonText(stateNow(status), -1) + "\n"; break;
     case Output::lines: text = monitorLine(status, app_.shown); break;
     case Output::block:
       text = monitorBlock(statusText(status, app_.shown) + "\n" + window_.message + "\n" +
@@ -178,7 +167,7 @@ void Monitor::tellStatus() {
     fail(window_.message);
     window_.message.clear();
   }
-  if (output_ != Output::json || status_.link == Link::open) {
+  if (output_ != Output::json || status_.line == MonitorStatus::Line::open) {
     toldStatus_.clear();
     return;
   }
@@ -193,7 +182,6 @@ uint32_t Monitor::msToNextStep() const {
     return passed >= span ? 0 : span - passed;
   };
   uint32_t wait = left(dueTick_ - kSecondMs, kSecondMs);
-  if (status_.link != Link::open) wait = std::min(wait, left(openedTick_, retryMs_));
   if (output_ == Output::block && changed_) wait = std::min(wait, left(shownTick_, kRefreshMs));
   return wait;
 }
@@ -202,10 +190,11 @@ void Monitor::run() {
   const uint32_t start = clock_.tick();
   const double limitMs = options_.seconds > 0 ? options_.seconds * 1000 : HUGE_VAL;
   if (output_ == Output::block) std::fputs("\x1b[?25l", stdout);
-  connect();
+  app_.link.open({.port = options_.port, .speed = options_.speed, .simulate = options_.simulate});
   // A pipe gets its first line when there has been time for data.
   dueTick_ = start + (output_ == Output::block ? 0 : kSecondMs);
   for (;;) {
+    app_.link.check(true);
     followLink();
     tellStatus();
     const bool fresh = output_ == Output::block && changed_ && since(shownTick_) >= kRefreshMs;

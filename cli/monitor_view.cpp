@@ -5,6 +5,7 @@
 #include "base/number.h"
 #include "base/text.h"
 #include "cli/state_text.h"
+#include "gps/port_errors.h"
 
 namespace vgps {
 namespace {
@@ -37,23 +38,21 @@ std::string noFixText(const MonitorStatus& status, const UiFix& shown) {
 
 }  // namespace
 
-const char* portErrorText(PortError error) {
-  switch (error) {
-    case PortError::none: return "is open";
-    case PortError::notThere: return "is not there";
-    case PortError::busy: return "is held by another program";
-    case PortError::noPermission: return "may not be opened: no permission";
-    case PortError::settings: return "refuses to be set up as a serial line";
-    case PortError::other: return "cannot be opened as a serial line";
+MonitorStatus::Line lineOf(const Link& link) {
+  if (link.state() == Link::State::failed) return MonitorStatus::Line::failed;
+  if (link.state() != Link::State::lost) return MonitorStatus::Line::open;
+  switch (link.error()) {
+    case PortError::none: return MonitorStatus::Line::open;
+    case PortError::notThere: return MonitorStatus::Line::gone;
+    default: return MonitorStatus::Line::failed;
   }
-  return "";
 }
 
 std::string statusText(const MonitorStatus& status, const UiFix& shown) {
-  if (status.link == Link::failed) {
-    return "not connected: " + status.source + " " + portErrorText(status.error);
+  if (status.line == MonitorStatus::Line::failed) {
+    return "not connected: " + status.source + " " + wordsOf(status.error).predicate;
   }
-  if (status.link == Link::gone) {
+  if (status.line == MonitorStatus::Line::gone) {
     return "not connected: the line is gone, " + status.source + " was unplugged";
   }
   if (status.silentMs >= kSilentMs) return silenceText(status);
@@ -66,7 +65,8 @@ std::string statusText(const MonitorStatus& status, const UiFix& shown) {
 std::string monitorLine(const MonitorStatus& status, const UiFix& shown) {
   const FixRecord& fix = shown.fix;
   std::string line = statusText(status, shown);
-  const bool fixShown = status.link == Link::open && status.dataSeen && hasFix(status, shown);
+  const bool fixShown =
+      status.line == MonitorStatus::Line::open && status.dataSeen && hasFix(status, shown);
   if (fixShown) {
     line = timeText(fix.utcTime) + "  " + positionText(fix) + "  " + fixedText(fix.altitude, 0) +
            " m  " + fixedText(fix.speedKmh, 2) + " km/h  " + fixedText(fix.course, 1) + " deg  " +

@@ -9,14 +9,13 @@
 // What the monitor says, from plain values.
 namespace vgps {
 
-enum class Link {
-  open,
-  failed,  // could not be opened; `error` says why
-  gone,    // was open and the device disappeared
-};
-
 struct MonitorStatus {
-  Link link = Link::open;
+  enum class Line {
+    open,
+    failed,  // could not be opened; `error` says why
+    gone,    // was open and the device disappeared
+  };
+  Line line = Line::open;
   PortError error = PortError::none;
   std::string source;      // "/dev/ttyUSB0", "the simulation"
   uint32_t speed = 0;      // baud
@@ -27,8 +26,8 @@ struct MonitorStatus {
   uint32_t fixAgeMs = 0;   // since the last sentence with a fix
 };
 
-// Why a port cannot be used: "is held by another program".
-const char* portErrorText(PortError error);
+// How the link stands. One that is silent has an open line.
+MonitorStatus::Line lineOf(const Link& link);
 
 // One sentence that says how it stands, the worst first: not connected and why, the line gone, no
 // data for so long, no fix, a fix and its age.

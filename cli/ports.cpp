@@ -5,7 +5,7 @@
 
 #include "cli/commands.h"
 #include "cli/state_json.h"
-#include "gps/port_probe.h"
+#include "gps/port_finder.h"
 #include "platform/port_candidates.h"
 
 namespace vgps {
@@ -43,7 +43,7 @@ void printJson(const std::vector<PortName>& ports, const std::vector<ProbeAnswer
                     {"description", ports[i].description},
                     {"speed", speed},
                     {"result", probeResultName(answers[i].result)},
-                    {"reason", probeReason(answers[i], speed)},
+                    {"reason", answerText(answers[i], speed)},
                     {"talker", answers[i].talker},
                     {"sentencesPerSecond", answers[i].sentencesPerSecond}});
   }
@@ -59,7 +59,7 @@ void printWords(const std::vector<PortName>& ports, const std::vector<ProbeAnswe
     const std::string about =
         ports[i].description.empty() ? "" : "  [" + ports[i].description + "]";
     std::printf("%-*s  %-13s  %s%s\n", static_cast<int>(width), ports[i].name.c_str(),
-                probeResultName(answers[i].result), probeReason(answers[i], speed).c_str(),
+                probeResultName(answers[i].result), answerText(answers[i], speed).c_str(),
                 about.c_str());
   }
 }

@@ -9,6 +9,7 @@
 
 #include "base/number.h"
 #include "base/texts.h"
+#include "gps/port_errors.h"
 
 namespace vgps {
 namespace {
@@ -34,11 +35,11 @@ constexpr ResultRow kResults[] = {
     {ProbeResult::found, 9, true, Text::finderFound},
     {ProbeResult::sirfBinary, 8, true, Text::finderSirf},
     {ProbeResult::noPosition, 7, true, Text::finderNoPosition},
-    {ProbeResult::busy, 6, true, Text::finderBusy},
-    {ProbeResult::noPermission, 6, true, Text::finderForbidden},
-    {ProbeResult::notThere, 6, true, Text::finderNoPort},
+    {ProbeResult::busy, 6, true, wordsOf(PortError::busy).answer},
+    {ProbeResult::noPermission, 6, true, wordsOf(PortError::noPermission).answer},
+    {ProbeResult::notThere, 6, true, wordsOf(PortError::notThere).answer},
     // Not every line takes every speed.
-    {ProbeResult::cannotOpen, 0, false, Text::finderUnusable},
+    {ProbeResult::cannotOpen, 0, false, wordsOf(PortError::other).answer},
     {ProbeResult::notNmea, 3, false, Text::finderNoNmea},
     {ProbeResult::wrongSpeed, 2, false, Text::probablyWrongSpeed},
     {ProbeResult::noData, 1, false, Text::finderNoData},
@@ -219,6 +220,16 @@ const PortFinding* bestFinding(const std::vector<PortFinding>& findings) {
   return best;
 }
 
+std::string answerText(const ProbeAnswer& answer, uint32_t speed) {
+  std::string text = textWith(rowOf(answer.result).text, std::to_string(speed));
+  if (answer.result != ProbeResult::found) return text;
+  for (const std::string& part : {answer.talker, rateText(answer.sentencesPerSecond)}) {
+    const size_t percent = text.find('%');
+    if (percent != std::string::npos) text.replace(percent, 2, part);
+  }
+  return text;
+}
+
 std::string findingText(const PortFinding& finding) {
   if (!finding.done) {
     return finding.listening == 0
@@ -231,14 +242,7 @@ std::string findingText(const PortFinding& finding) {
     const bool silent = !finding.answered || finding.answer.result == ProbeResult::noData;
     if (silent) return std::string(textOf(Text::finderUnfinished));
   }
-  std::string text = textWith(rowOf(finding.answer.result).text, std::to_string(finding.speed));
-  if (finding.answer.result != ProbeResult::found) return text;
-  for (const std::string& part :
-       {finding.answer.talker, rateText(finding.answer.sentencesPerSecond)}) {
-    const size_t percent = text.find('%');
-    if (percent != std::string::npos) text.replace(percent, 2, part);
-  }
-  return text;
+  return answerText(finding.answer, finding.speed);
 }
 
 }  // namespace vgps

@@ -73,6 +73,9 @@ class PortFinder {
 // The finding to be used: a receiver's with the most sentences a second. Null when none is one.
 const PortFinding* bestFinding(const std::vector<PortFinding>& findings);
 
+// What a probe at this speed has found, in words.
+std::string answerText(const ProbeAnswer& answer, uint32_t speed);
+
 // What a person reads about a port: "NMEA at 9600 baud, talker GN, 5.0 sentences a second".
 std::string findingText(const PortFinding& finding);
 

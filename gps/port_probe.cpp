@@ -4,7 +4,6 @@
 #include <array>
 #include <chrono>
 
-#include "base/number.h"
 #include "gps/sentence.h"
 #include "gps/sirf.h"
 
@@ -94,25 +93,6 @@ const char* probeResultName(ProbeResult result) {
     case ProbeResult::notNmea:
     case ProbeResult::sirfBinary: return "not NMEA";
     case ProbeResult::wrongSpeed: return "wrong speed";
-  }
-  return "";
-}
-
-std::string probeReason(const ProbeAnswer& answer, uint32_t speed) {
-  switch (answer.result) {
-    case ProbeResult::found:
-      return "talker " + answer.talker + ", " + fixedText(answer.sentencesPerSecond, 1) +
-             " sentences a second";
-    case ProbeResult::noPosition: return "NMEA sentences, but neither RMC nor GGA of a receiver";
-    case ProbeResult::notThere: return "there is no such port";
-    case ProbeResult::busy: return "another program holds it";
-    case ProbeResult::noPermission: return "this user may not open it";
-    case ProbeResult::cannotOpen: return "it cannot be opened as a serial line";
-    case ProbeResult::noData: return "nothing came";
-    case ProbeResult::notNmea: return "what came are no NMEA sentences";
-    case ProbeResult::sirfBinary: return "binary messages of a SiRF receiver";
-    case ProbeResult::wrongSpeed:
-      return "what came is no text: probably not sent at " + std::to_string(speed) + " baud";
   }
   return "";
 }

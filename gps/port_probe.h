@@ -31,9 +31,6 @@ struct ProbeAnswer {
 // "found", "not there", ...
 const char* probeResultName(ProbeResult result);
 
-// Why it is so, in words for a person.
-std::string probeReason(const ProbeAnswer& answer, uint32_t speed);
-
 // What bytes heard for `ms` milliseconds are. A receiver is whoever sends RMC or GGA as a "$G"
 // talker; bytes that are mostly no text come at another speed than ours.
 ProbeAnswer judgeBytes(std::string_view bytes, uint32_t ms);

@@ -151,7 +151,7 @@ TEST(Road, OpeningAndClosingInALoopWhileDataCome) {
     // Some sources are closed in the middle of a block, some never give one.
     const uint64_t wanted = world.app.shown.stats.total() + static_cast<uint64_t>(i % 3);
     EXPECT_TRUE(world.serve([&] { return world.app.shown.stats.total() >= wanted; }));
-    if (i % 4 != 0) disconnectReceiver(world.app);
+    if (i % 4 != 0) world.app.link.close();
   }
   EXPECT_GT(world.app.shown.stats.total(), 0U);
   stop = true;

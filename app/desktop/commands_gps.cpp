@@ -32,7 +32,7 @@ void connectFromSettings(AppState& app, Command) { connectReceiver(app, sourceOf
 void connectSimulation(AppState& app, Command) { connectReceiver(app, {.simulate = true}); }
 
 void disconnect(AppState& app, Command) {
-  disconnectReceiver(app);
+  app.link.close();
   repaintNow(app);
 }
 

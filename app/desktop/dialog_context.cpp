@@ -2,7 +2,6 @@
 
 #include "app/desktop/command.h"
 #include "app/session/apply_settings.h"
-#include "app/session/supervisor.h"
 #include "gps/port_search.h"
 
 namespace vgps {
@@ -17,8 +16,7 @@ void followDialog(AppState& app, const Dialog& dialog) {
 }
 
 PortSearch beginSearch(AppState& app, uint32_t speed) {
-  endSupervision(app);
-  app.fix.close(true);
+  app.link.close(true);
   app.platform.window.repaint();
   // Of the program only what outlives it: the search may hang in a port for longer.
   return [makePort = app.platform.makePort, speed](const std::function<bool(uint32_t)>& cancelled) {

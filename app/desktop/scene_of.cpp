@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/session/connection.h"
 #include "base/texts.h"
 #include "geo/units.h"
 
@@ -11,9 +12,7 @@ namespace {
 
 ReceiverState stateOf(const AppState& app, uint32_t now) {
   const UiFix& shown = app.shown;
-  if (app.fix.running && app.supervisor.state == Supervisor::State::lost) {
-    return ReceiverState::lost;
-  }
+  if (app.link.state() == Link::State::lost) return ReceiverState::lost;
   // The record keeps the status that a source before gave it.
   return receiverState(app.fix.running, shown.dataSeen, now - shown.lastDataTick,
                        shown.fixSeen ? shown.fix.fixStatus : 0);
@@ -103,7 +102,7 @@ Scene sceneOf(const AppState& app) {
   scene.fontFactor = app.settings.fontFactor;
   scene.utcOffsetMinutes = app.gps.options.utcOffsetMinutes;
   scene.state = stateOf(app, now);
-  scene.source = app.sourceName;
+  scene.source = sourceName(app.link.source());
   scene.notice = std::string(currentNotice(app));
   const bool noise = isFresh(shown.arrivals.noise, now);
   if (scene.state == ReceiverState::noData && noise && scene.notice.empty()) {

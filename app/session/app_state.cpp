@@ -18,6 +18,7 @@ AppState::AppState(Platform platformToUse, const XmlFiles& files)
       hooks(platform.door, platform.sounds, platform.window, gps.readers.speaking),
       gps(hooks, platform.clock),
       fix(gps),
+      link(fix, platform.clock),
       recorderHooks(*this),
       recorder(recorderHooks, platform.clock, platform.disk) {
   gps.makePort = platform.makePort;

@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "app/session/app_hooks.h"
+#include "app/session/link.h"
 #include "app/session/paths.h"
 #include "app/session/recorder.h"
 #include "app/session/repaint.h"
 #include "app/session/statistics.h"
-#include "app/session/supervisor.h"
 #include "app/settings/config_store.h"
 #include "app/settings/settings.h"
 #include "base/screens.h"
@@ -164,8 +164,7 @@ struct AppState {
   GpsState gps;
   GpsFix fix;  // written by the reader; the user interface copies it into `shown`
   UiFix shown;
-  Supervisor supervisor;
-  std::string sourceName;  // of the last connection, for a person: "COM3, 9600 baud"
+  Link link;
 
   SessionRecorderHooks recorderHooks;
   Recorder recorder;

@@ -5,31 +5,29 @@
 
 #include "app/session/apply_settings.h"
 #include "base/texts.h"
+#include "gps/port_errors.h"
 
 namespace vgps {
 namespace {
 
 constexpr int kReaderEndMs = 2000;
 
-std::string nameOf(const SourceChoice& choice) {
-  if (choice.simulate) return std::string(textOf(Text::simulation));
-  if (choice.useSensorApi) return std::string(textOf(Text::locationSensor));
-  return serialSourceName(choice.port, choice.speed);
+// Said again and again, so that it stands for as long as it is true; other news go first. A port
+// that is not there needs no words: the state says that it is tried again.
+void tellReason(AppState& app) {
+  const PortError error = app.link.error();
+  if (error == PortError::none || error == PortError::notThere) return;
+  const std::string text = portProblem(error, app.link.source().port);
+  if (currentNotice(app).empty() || currentNotice(app) == text) showNotice(app, text);
 }
 
 }  // namespace
 
-std::string serialSourceName(const std::string& port, uint32_t speed) {
-  return textWith(Text::serialSource, port, std::to_string(speed));
-}
-
-std::string portProblem(PortError error, const std::string& port) {
-  switch (error) {
-    case PortError::notThere: return textWith(Text::portMissing, port);
-    case PortError::busy: return textWith(Text::portBusy, port);
-    case PortError::noPermission: return textWith(Text::portForbidden, port);
-    default: return textWith(Text::portUnusable, port);
-  }
+std::string sourceName(const SourceChoice& source) {
+  if (source.simulate) return std::string(textOf(Text::simulation));
+  if (source.useSensorApi) return std::string(textOf(Text::locationSensor));
+  if (source.port.empty()) return {};
+  return textWith(Text::serialSource, source.port, std::to_string(source.speed));
 }
 
 SourceChoice sourceOfSettings(AppState& app) {
@@ -50,27 +48,30 @@ bool loadSimulationFrom(AppState& app, const std::string& path) {
   return true;
 }
 
+void forgetSource(UiFix& shown) {
+  shown.dataSeen = shown.fixSeen = false;
+  shown.arrivals.quality = shown.arrivals.noise = {};
+}
+
 bool connectReceiver(AppState& app, const SourceChoice& choice) {
-  endSupervision(app);
-  app.fix.close(true);
-  app.shown.dataSeen = app.shown.fixSeen = false;
-  app.shown.arrivals.quality = app.shown.arrivals.noise = {};
-  app.sourceName = nameOf(choice);
-  app.fix.setPort(choice.port, choice.speed);
-  if (app.fix.open(choice.simulate, choice.useGpsApi, choice.useSensorApi, false)) {
-    const bool serial = !app.fix.simulate && app.fix.sensor == nullptr && app.fix.running;
-    if (serial) superviseConnection(app, choice.port, choice.speed);
-    return true;
-  }
+  forgetSource(app.shown);
+  if (app.link.open(choice)) return true;
   showNotice(app, choice.port.empty() ? std::string(textOf(Text::noReceiverChosen))
-                                      : portProblem(app.fix.portError, choice.port));
+                                      : portProblem(app.link.error(), choice.port));
   app.platform.window.tellError(textOf(Text::openingFailed));
   return false;
 }
 
-bool disconnectReceiver(AppState& app) {
-  endSupervision(app);
-  return app.fix.close(false);
+void checkConnection(AppState& app) {
+  Link& link = app.link;
+  if (link.check(app.settings.reconnect)) {
+    const bool unplugged = link.error() == PortError::notThere;
+    app.platform.sounds.play("ERR2");
+    showNotice(app, textWith(unplugged ? Text::unpluggedRetrying : Text::noDataRetrying,
+                             link.source().port));
+  } else if (link.state() == Link::State::lost) {
+    tellReason(app);
+  }
 }
 
 int32_t measureUtcOffset(const DateTime& utc, const DateTime& local) {

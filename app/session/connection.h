@@ -6,20 +6,8 @@
 
 namespace vgps {
 
-// Where the data come from, as the settings and the command line choose it.
-struct SourceChoice {
-  std::string port = {};  // "COM3", "/dev/ttyUSB0"
-  uint32_t speed = kDefaultBaudRate;
-  bool simulate = false;
-  bool useGpsApi = false;
-  bool useSensorApi = false;
-};
-
-// "COM3, 9600 baud"
-std::string serialSourceName(const std::string& port, uint32_t speed);
-
-// Why a port does not open, in words for a person.
-std::string portProblem(PortError error, const std::string& port);
+// "COM3, 9600 baud", "Simulation"; empty when none was chosen.
+std::string sourceName(const SourceChoice& source);
 
 // What the settings say at this moment, also when another program has just changed them.
 SourceChoice sourceOfSettings(AppState& app);
@@ -28,12 +16,14 @@ SourceChoice sourceOfSettings(AppState& app);
 // is empty. False when there is nothing to be had, or nobody who could read it.
 bool loadSimulationFrom(AppState& app, const std::string& path);
 
-// Opens the source, closing the one before. A failure is told to the person; `app.fix.portError`
-// says why.
+// Nothing has come from the source yet.
+void forgetSource(UiFix& shown);
+
+// Opens the source, closing the one before, and tells the user of a failure.
 bool connectReceiver(AppState& app, const SourceChoice& choice);
 
-// False when nothing was open.
-bool disconnectReceiver(AppState& app);
+// By the 5-second timer: looks after the link and tells the user what has become of it.
+void checkConnection(AppState& app);
 
 // UTC minus local time in whole hours, as minutes. Minutes of the clocks are not compared, so a
 // zone with a half hour is taken to the whole one.

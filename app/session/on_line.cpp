@@ -130,6 +130,10 @@ void handleForDisplays(AppState& app, const UiMessage& message) {
   news.waiting = true;
 }
 
+void noteBytes(AppState& app) {
+  if (app.link.noteBytes()) app.platform.sounds.play("OK");
+}
+
 void onLine(AppState& app, const UiMessage& message) {
   copyFix(app);
   noteBytes(app);

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "app/session/app_state.h"
+#include "app/session/connection.h"
 #include "base/texts.h"
 #include "platform/files.h"
 

@@ -21,8 +21,7 @@ void keepChoice(AppState& app, const SourceChoice& choice) {
 }  // namespace
 
 void findReceiver(AppState& app, HINSTANCE resources, HWND owner, const FinderSetup& setup) {
-  holdConnection(app);
-  if (!app.fix.running) app.fix.close(true);  // a port that opened and took no speed is held still
+  app.link.hold();
   const auto chosen = runFinder(resources, owner, setup);
   if (chosen.has_value()) keepChoice(app, *chosen);
   if (!IsWindow(owner)) return;  // the program was ended while the search was open
@@ -30,7 +29,7 @@ void findReceiver(AppState& app, HINSTANCE resources, HWND owner, const FinderSe
     app.config.tellRefusal([&](std::string_view text) { app.platform.window.tellError(text); });
     connectReceiver(app, *chosen);
   } else {
-    resumeConnection(app);
+    app.link.resume();
   }
 }
 

@@ -44,13 +44,15 @@ TEST(MonitorView, SaysHowItStandsTheWorstFirst) {
       {with([](auto& s) { s.silentMs = 7900; }), fix, "no data from /dev/ttyUSB0 for 7 s"},
       {with([](auto& s) { s.silentMs = 7900, s.noiseSeen = true; }), noFix,
        "bytes come from /dev/ttyUSB0, but no sentences: is 9600 baud right?"},
-      {with([](auto& s) { s.link = Link::failed, s.error = PortError::busy; }), fix,
+      {with([](auto& s) { s.line = MonitorStatus::Line::failed, s.error = PortError::busy; }), fix,
        "not connected: /dev/ttyUSB0 is held by another program"},
-      {with([](auto& s) { s.link = Link::failed, s.error = PortError::notThere; }), fix,
-       "not connected: /dev/ttyUSB0 is not there"},
-      {with([](auto& s) { s.link = Link::failed, s.error = PortError::noPermission; }), fix,
-       "not connected: /dev/ttyUSB0 may not be opened: no permission"},
-      {with([](auto& s) { s.link = Link::gone; }), fix,
+      {with([](auto& s) { s.line = MonitorStatus::Line::failed, s.error = PortError::notThere; }),
+       fix, "not connected: /dev/ttyUSB0 is not there"},
+      {with([](auto& s) {
+         s.line = MonitorStatus::Line::failed, s.error = PortError::noPermission;
+       }),
+       fix, "not connected: /dev/ttyUSB0 may not be opened: no permission"},
+      {with([](auto& s) { s.line = MonitorStatus::Line::gone; }), fix,
        "not connected: the line is gone, /dev/ttyUSB0 was unplugged"},
   };
   for (const auto& row : rows) {

@@ -97,33 +97,6 @@ TEST(Monitor, UnpluggedItSaysSoAndGoesOnWhenPluggedInAgain) {
   EXPECT_EQ(program.finish(), 0);
 }
 
-// A line that hangs up as soon as it has been opened, and is there again at once.
-TEST(Monitor, ADeviceThatFailsAtOnceIsNotOpenedEachSecond) {
-  const TemporaryFolder folder;
-  const std::string path = (folder / "gps").string();
-  auto line = std::make_unique<Pty>(path);
-  const auto isOpened = [&] {  // and set up
-    termios settings{};
-    return tcgetattr(line->slave(), &settings) == 0 && settings.c_iflag == IGNBRK;
-  };
-  Program program({"monitor", "--json", "--port", path});
-  std::vector<std::chrono::steady_clock::time_point> openings;
-  EXPECT_TRUE(program.readUntil([&] {
-    if (openings.size() < 2 && isOpened()) {
-      openings.push_back(std::chrono::steady_clock::now());
-      if (openings.size() < 2) {
-        line = nullptr;
-        line = std::make_unique<Pty>(path);
-      }
-    }
-    return openings.size() == 2;
-  }));
-  ASSERT_EQ(openings.size(), 2U);
-  EXPECT_GT(openings[1] - openings[0], milliseconds(4500));
-  line->write(kRmc);
-  EXPECT_TRUE(program.readUntil([&] { return counted(program, "rmc") == 1; }));
-}
-
 TEST(Monitor, SaysWhyItIsNotConnected) {
   const TemporaryFolder folder;
   Pty held;

@@ -34,7 +34,7 @@ struct LiveWorld {
   explicit LiveWorld(const std::string& port) { EXPECT_TRUE(connectReceiver(app, {.port = port})); }
   ~LiveWorld() {
     door.shut();
-    disconnectReceiver(app);
+    app.link.close();
     EXPECT_TRUE(stopReceiver(app));
   }
 
@@ -254,12 +254,12 @@ TEST(Receiver, OpeningAndClosingWhileDataCome) {
   for (int i = 0; i < 25; ++i) {
     line->write(burst(i).substr(static_cast<size_t>(i)));
     if (i % 3 == 0) world.serve([&] { return false; }, milliseconds(5 * (i % 4)));
-    if (i % 4 == 1) disconnectReceiver(world.app);
+    if (i % 4 == 1) world.app.link.close();
     if (i % 5 == 2) {  // unplugged in the middle, another one plugged in
       line = nullptr;
       world.serve([&] { return false; }, milliseconds(10));
       EXPECT_FALSE(connectReceiver(world.app, {.port = path}));
-      EXPECT_EQ(world.app.fix.portError, PortError::notThere);
+      EXPECT_EQ(world.app.link.error(), PortError::notThere);
       line = std::make_unique<Pty>(path);
     }
     EXPECT_TRUE(connectReceiver(world.app, {.port = path})) << i;

@@ -140,7 +140,7 @@ TEST(Commands, ConnectReadsTheSettingsAtThatMoment) {
   runCommand(world.app, Command::connect);
   EXPECT_TRUE(world.app.fix.running);
   EXPECT_EQ(line.baudRate, 4800U);
-  EXPECT_EQ(world.app.sourceName, "COM7, 4800 baud");
+  EXPECT_EQ(sourceName(world.app.link.source()), "COM7, 4800 baud");
   EXPECT_FALSE(isDisconnected(world.app, Command::connect));
   runCommand(world.app, Command::disconnect);
   EXPECT_FALSE(world.app.fix.running);

@@ -81,7 +81,7 @@ TEST(DialogsInTheProgram, PortSearchEndsTheConnectionWithoutASound) {
   DialogContext context = dialogContextOf(world.app);
   const PortSearch search = context.beginPortSearch(4800);
   EXPECT_FALSE(world.app.fix.running);
-  EXPECT_EQ(world.app.supervisor.state, Supervisor::State::off);
+  EXPECT_EQ(world.app.link.state(), Link::State::closed);
   int asked = 0;
   EXPECT_TRUE(search([&](uint32_t) { return ++asked > 3; }).empty());
   EXPECT_EQ(asked, 4);

@@ -242,7 +242,7 @@ TEST(Connect, AFailureIsTold) {
   AppWorld world;
   EXPECT_FALSE(connectReceiver(world.app, {.port = "COM3"}));
   EXPECT_EQ(world.window.errors, std::vector<std::string>{"GPS Opening failed"});
-  EXPECT_FALSE(disconnectReceiver(world.app));
+  EXPECT_FALSE(world.app.link.close());
 }
 
 TEST(Connect, TheUtcOffsetIsTakenInWholeHours) {

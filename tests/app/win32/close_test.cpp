@@ -143,17 +143,6 @@ TEST_F(Recording, LoggingOffAsksNothingAndKeepsThePoints) {
   EXPECT_TRUE(hasJournal());
 }
 
-TEST_F(Recording, GoesOnWhenTheReceiverIsPluggedInAgain) {
-  line.unplug();
-  Sleep(300);
-  EXPECT_TRUE(isResponsive(window));
-  line.plugIn();
-  ASSERT_TRUE(line.isUp());
-  const Receiver receiver(line);
-  EXPECT_TRUE(waitFor([&] { return journalPoints() > 10; }, 30000));
-  EXPECT_NE(askToClose(), nullptr) << "the recording was never ended";
-}
-
 TEST_F(Recording, AfterACrashItIsOfferedAndGoesOn) {
   const HWND question = crashAndStart();
   ASSERT_NE(question, nullptr);

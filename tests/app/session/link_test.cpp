@@ -1,4 +1,4 @@
-#include "app/session/supervisor.h"
+#include "app/session/link.h"
 
 #include <gtest/gtest.h>
 
@@ -20,14 +20,14 @@ const std::string kRmcLine =
 
 using Heard = std::vector<std::string>;
 
-class Supervision : public testing::Test {
+class Reconnecting : public testing::Test {
  protected:
-  Supervision() {
+  Reconnecting() {
     list({{"COM3", "Receiver", "USB\\VID_1\\7"}, {"COM4", "Modem", "USB\\VID_2\\1"}});
     line = &ports.add(devicePath("COM3"));
     app.recorder.track.state = kRecording;
   }
-  ~Supervision() override {
+  ~Reconnecting() override {
     door.shut();
     EXPECT_TRUE(stopReceiver(app));
   }
@@ -49,6 +49,13 @@ class Supervision : public testing::Test {
     for (int i = 0; i < times; ++i) {
       clock.now += 5000;
       onTimer(app, kStatisticsTimer);
+      EXPECT_TRUE(serveUntil([&] { return !isTrying(); }));
+    }
+  }
+  void secondsPass(int times = 1) {
+    for (int i = 0; i < times; ++i) {
+      clock.now += 1000;
+      app.link.check(true);
       EXPECT_TRUE(serveUntil([&] { return !isTrying(); }));
     }
   }
@@ -84,7 +91,7 @@ class Supervision : public testing::Test {
                         }}};
 };
 
-TEST_F(Supervision, ASilentPortIsOpenedAgainUntilDataCome) {
+TEST_F(Reconnecting, ASilentPortIsOpenedAgainUntilDataCome) {
   ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
   ASSERT_TRUE(receive(*line));
   fiveSecondsPass();
@@ -109,7 +116,7 @@ TEST_F(Supervision, ASilentPortIsOpenedAgainUntilDataCome) {
   EXPECT_EQ(line->number(&FakeLine::opens), 5);
 }
 
-TEST_F(Supervision, AReadErrorIsNoticedAtOnceAndTheDeviceFoundUnderAnotherName) {
+TEST_F(Reconnecting, AReadErrorIsNoticedAtOnceAndTheDeviceFoundUnderAnotherName) {
   ASSERT_TRUE(connectReceiver(app, {.port = "COM3", .speed = 4800}));
   ASSERT_TRUE(receive(*line));
   line->feed("$GPRMC,123519,A,48");  // half a line, never to be finished
@@ -129,7 +136,7 @@ TEST_F(Supervision, AReadErrorIsNoticedAtOnceAndTheDeviceFoundUnderAnotherName) 
   EXPECT_EQ(again.number(&FakeLine::opens), 1);
   EXPECT_EQ(again.baudRate, 4800U);
   ASSERT_TRUE(receive(again));
-  EXPECT_EQ(app.sourceName, "COM7, 4800 baud");
+  EXPECT_EQ(sourceName(app.link.source()), "COM7, 4800 baud");
   EXPECT_EQ(state(), ReceiverState::fix);
   EXPECT_EQ(app.shown.stats.rejected, 0U) << "half a line of before stood in front";
   EXPECT_EQ(sounds.played, (Heard{"OK", "ERR2", "OK"}));
@@ -142,7 +149,7 @@ TEST_F(Supervision, AReadErrorIsNoticedAtOnceAndTheDeviceFoundUnderAnotherName) 
   ASSERT_TRUE(receive(third));
 }
 
-TEST_F(Supervision, AnotherDeviceOnTheOldNameIsOnlyTakenWhereDevicesHaveNoIdentity) {
+TEST_F(Reconnecting, AnotherDeviceOnTheOldNameIsOnlyTakenWhereDevicesHaveNoIdentity) {
   for (const bool known : {true, false}) {
     list({{"COM3", "Receiver", known ? "USB\\VID_1\\7" : ""}});
     FakeLine& first = ports.add(devicePath("COM3"));
@@ -151,12 +158,12 @@ TEST_F(Supervision, AnotherDeviceOnTheOldNameIsOnlyTakenWhereDevicesHaveNoIdenti
     list({{"COM3", "Receiver", "USB\\VID_9\\9"}});
     fiveSecondsPass(2);
     EXPECT_EQ(first.number(&FakeLine::opens), known ? 1 : 2) << known;
-    disconnectReceiver(app);
+    app.link.close();
   }
 }
 
 // Without numbers of their own devices are known by where they are plugged in.
-TEST_F(Supervision, ADeviceWithoutANumberIsFoundInAnotherSocket) {
+TEST_F(Reconnecting, ADeviceWithoutANumberIsFoundInAnotherSocket) {
   const auto stick = [](const char* name, const char* socket) {
     return PortName{name, "Stick", "USB\\VID_1&PID_2\\" + std::string(socket), "USB\\VID_1&PID_2"};
   };
@@ -181,16 +188,16 @@ TEST_F(Supervision, ADeviceWithoutANumberIsFoundInAnotherSocket) {
     list(row.after);
     fiveSecondsPass(2);
     EXPECT_EQ(other.number(&FakeLine::opens) > 0, row.found) << &row - rows;
-    disconnectReceiver(app);
+    app.link.close();
   }
 }
 
-TEST_F(Supervision, EndsWithTheConnection) {
+TEST_F(Reconnecting, EndsWithTheConnection) {
   ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
   ASSERT_TRUE(receive(*line));
   fiveSecondsPass(2);
   EXPECT_EQ(state(), ReceiverState::lost);
-  disconnectReceiver(app);
+  app.link.close();
   EXPECT_EQ(state(), ReceiverState::notConnected);
   const int opens = line->number(&FakeLine::opens);
   fiveSecondsPass(4);
@@ -200,7 +207,7 @@ TEST_F(Supervision, EndsWithTheConnection) {
   EXPECT_TRUE(receive(*line));
 }
 
-TEST_F(Supervision, OnlyWatchesSerialLinesAndOnlyWhenItMay) {
+TEST_F(Reconnecting, OnlyWatchesSerialLinesAndOnlyWhenItMay) {
   app.gps.simulation.paceMs = 600000;
   ASSERT_TRUE(connectReceiver(app, {.simulate = true}));
   fiveSecondsPass(4);
@@ -212,7 +219,7 @@ TEST_F(Supervision, OnlyWatchesSerialLinesAndOnlyWhenItMay) {
   EXPECT_EQ(line->number(&FakeLine::opens), 1);
 }
 
-TEST_F(Supervision, SwitchedOffWhileAPortIsLostItIsClosed) {
+TEST_F(Reconnecting, SwitchedOffWhileAPortIsLostItIsClosed) {
   ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
   line->unplug();
   ASSERT_TRUE(serveUntil([&] { return app.fix.portFailed.load(); }));
@@ -223,7 +230,7 @@ TEST_F(Supervision, SwitchedOffWhileAPortIsLostItIsClosed) {
   EXPECT_EQ(state(), ReceiverState::notConnected);
 }
 
-TEST_F(Supervision, NoiseIsDataToo) {
+TEST_F(Reconnecting, NoiseIsDataToo) {
   ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
   for (int i = 0; i < 4; ++i) {
     clock.now += 4000;
@@ -235,7 +242,7 @@ TEST_F(Supervision, NoiseIsDataToo) {
   EXPECT_EQ(line->number(&FakeLine::opens), 1);
 }
 
-TEST_F(Supervision, NobodyWaitsForAnOpeningThatTakesLong) {
+TEST_F(Reconnecting, NobodyWaitsForAnOpeningThatTakesLong) {
   ASSERT_NO_FATAL_FAILURE(loseWhileOpeningHangs());
   for (int i = 0; i < 4; ++i) {  // it stays with the one attempt
     clock.now += 5000;
@@ -253,12 +260,12 @@ TEST_F(Supervision, NobodyWaitsForAnOpeningThatTakesLong) {
   EXPECT_EQ(app.gps.readers.liveReaders, 1);
 }
 
-TEST_F(Supervision, APortThatOpensTooLateIsClosedAgain) {
+TEST_F(Reconnecting, APortThatOpensTooLateIsClosedAgain) {
   FakeLine& other = ports.add(devicePath("COM4"));
   for (const bool connectAgain : {true, false}) {
     line = &ports.add(devicePath("COM3"));
     ASSERT_NO_FATAL_FAILURE(loseWhileOpeningHangs());
-    disconnectReceiver(app);
+    app.link.close();
     if (connectAgain) {
       ASSERT_TRUE(connectReceiver(app, {.port = "COM4"}));
     } else {
@@ -273,7 +280,7 @@ TEST_F(Supervision, APortThatOpensTooLateIsClosedAgain) {
   }
 }
 
-TEST_F(Supervision, SaysWhyThePortDoesNotOpen) {
+TEST_F(Reconnecting, SaysWhyThePortDoesNotOpen) {
   const struct {
     PortError error;
     const char* words;
@@ -291,27 +298,63 @@ TEST_F(Supervision, SaysWhyThePortDoesNotOpen) {
     EXPECT_EQ(currentNotice(app), row.words);
     fiveSecondsPass(4);
     EXPECT_EQ(currentNotice(app), row.words) << "as long as it is so";
-    disconnectReceiver(app);
+    app.link.close();
     clock.now += 20000;
   }
 }
 
-TEST_F(Supervision, ThePortIsLeftToOthersForAWhile) {
+TEST_F(Reconnecting, ThePortIsLeftToOthersForAWhile) {
   ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
   ASSERT_TRUE(receive(*line));
-  holdConnection(app);
+  app.link.hold();
   EXPECT_EQ(line->number(&FakeLine::closes), 1);
   fiveSecondsPass(4);
   EXPECT_EQ(line->number(&FakeLine::opens), 1);
   EXPECT_TRUE(app.fix.running);
-  resumeConnection(app);
+  app.link.resume();
   EXPECT_TRUE(receive(*line));
   EXPECT_EQ(state(), ReceiverState::fix);
   EXPECT_EQ(app.gps.readers.liveReaders, 1);
 }
 
+TEST_F(Reconnecting, OnlyUnattendedIsAFirstOpeningTriedAgain) {
+  line->openError = PortError::busy;
+  EXPECT_FALSE(connectReceiver(app, {.port = "COM3"}));
+  fiveSecondsPass(4);
+  EXPECT_EQ(line->number(&FakeLine::opens), 1);
+  app.link.times = kUnattendedTimes;
+  secondsPass(2);
+  EXPECT_EQ(line->number(&FakeLine::opens), 3) << "each second";
+  EXPECT_EQ(app.link.state(), Link::State::failed);
+  EXPECT_EQ(app.link.error(), PortError::busy);
+  line->openError = PortError::none;
+  secondsPass();
+  EXPECT_EQ(app.link.state(), Link::State::open);
+  EXPECT_TRUE(receive(*line));
+}
+
+TEST_F(Reconnecting, ADeviceThatHangsUpAtOnceIsLeftAloneForLonger) {
+  app.link.times = kUnattendedTimes;
+  line->unplug();
+  ASSERT_TRUE(app.link.open({.port = "COM3"}));
+  for (int opens = 1; opens < 4; ++opens) {
+    ASSERT_TRUE(serveUntil([&] { return app.fix.portFailed.load(); }));
+    secondsPass(4);
+    EXPECT_EQ(app.link.state(), Link::State::lost);
+    EXPECT_EQ(app.link.error(), PortError::notThere);
+    EXPECT_EQ(line->number(&FakeLine::opens), opens);
+    secondsPass();
+    EXPECT_EQ(line->number(&FakeLine::opens), opens + 1);
+  }
+  ports.remove(devicePath("COM3"));
+  secondsPass(5);
+  line = &ports.add(devicePath("COM3"));
+  secondsPass();
+  EXPECT_TRUE(receive(*line)) << "not there, it is asked for each second";
+}
+
 // For the thread sanitizer: handles change under the reader while it reads.
-TEST_F(Supervision, ManyUnpluggings) {
+TEST_F(Reconnecting, ManyUnpluggings) {
   ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
   for (int i = 0; i < 30; ++i) {
     FakeLine* const current = line;

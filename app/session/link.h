@@ -1,0 +1,91 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "gps/gps_fix.h"
+
+namespace vgps {
+
+// Where the data come from, as the settings and the command line choose it.
+struct SourceChoice {
+  std::string port = {};  // "COM3", "/dev/ttyUSB0"
+  uint32_t speed = kDefaultBaudRate;
+  bool simulate = false;
+  bool useGpsApi = false;
+  bool useSensorApi = false;
+};
+
+// In milliseconds. Attempts are made a tenth early, since timers are never exact.
+struct LinkTimes {
+  uint32_t lostAfterMs = 10000;    // without a byte
+  uint32_t retryMs = 5000;         // from a failed attempt to the next one
+  uint32_t reopenMs = 5000;        // from an opening that brought no data
+  bool retryFirstOpening = false;  // or a source that does not open is left alone
+};
+
+// Of a program without a window, which runs until its user stops it. A device that opens and hangs
+// up at once is left alone for longer than one that is not there.
+inline constexpr LinkTimes kUnattendedTimes = {.retryMs = 1000, .retryFirstOpening = true};
+
+// The link to the receiver, the same for the window and the command line: opens a source and
+// watches over a serial one. When the device is unplugged or falls silent it is looked for until
+// its data come again, also under another name; the reader goes on meanwhile and does the looking.
+// The link itself says nothing: its user asks for the state and puts it into words. All calls come
+// from the user-interface thread.
+class Link {
+ public:
+  enum class State {
+    closed,
+    failed,  // did not open; `error` says why
+    open,    // data come, or the first are waited for
+    lost,    // was open, and is opened again and again until data come
+    held,    // the port is left to others for a while
+  };
+
+  Link(GpsFix& fix, const Clock& clock) : fix_(fix), clock_(clock) {}
+
+  // Closes the source before. True, and closed, for a location sensor that is not there.
+  bool open(const SourceChoice& source);
+  // False when neither a serial port nor a sensor was open.
+  bool close(bool silent = false);
+
+  // Releases a serial port for others to open, and takes it back.
+  void hold();
+  void resume();
+
+  // Something came down the line. True when it ends a loss.
+  bool noteBytes();
+
+  // To be called every second or every few. `reconnect` false: a loss is not looked for, and a lost
+  // port that does not work by now is closed. True when the device has just been lost: it was
+  // unplugged if `error` is `notThere`, else it fell silent.
+  bool check(bool reconnect);
+
+  State state() const { return state_; }
+  // Why the last attempt failed; while lost, `none` says that the port is open but silent.
+  PortError error() const { return error_; }
+  // The last one that was opened, also after it was closed. Its port changes when the device comes
+  // back under another name.
+  const SourceChoice& source() const { return source_; }
+
+  LinkTimes times;
+
+ private:
+  bool attemptIsDue() const;
+  bool hasGone() const;
+  void followName(const PortAttempt& attempt);
+  void followAttempt(bool reconnect);
+
+  GpsFix& fix_;
+  const Clock& clock_;
+  SourceChoice source_;
+  State state_ = State::closed;
+  PortError error_ = PortError::none;
+  bool serial_ = false;         // only a serial line is watched
+  uint32_t lastBytesTick_ = 0;  // or when the source was opened
+  uint32_t attemptTick_ = 0;    // end of the last attempt
+  bool attemptOpened_ = false;
+};
+
+}  // namespace vgps

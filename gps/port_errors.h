@@ -1,0 +1,43 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "base/texts.h"
+#include "platform/serial_port.h"
+
+namespace vgps {
+
+// Why a port does not open, in words.
+struct PortErrorWords {
+  PortError error;
+  Text sentence;          // about a port, which it names
+  Text answer;            // beside the port's name, in a list
+  const char* predicate;  // behind the port's name, on the command line
+};
+
+inline constexpr std::array<PortErrorWords, 5> kPortErrors = {{
+    {PortError::notThere, Text::portMissing, Text::finderNoPort, "is not there"},
+    {PortError::busy, Text::portBusy, Text::finderBusy, "is held by another program"},
+    {PortError::noPermission, Text::portForbidden, Text::finderForbidden,
+     "may not be opened: no permission"},
+    {PortError::settings, Text::portUnusable, Text::finderUnusable,
+     "refuses to be set up as a serial line"},
+    {PortError::other, Text::portUnusable, Text::finderUnusable,
+     "cannot be opened as a serial line"},
+}};
+
+// What has no row is an error that nothing more is known of.
+constexpr const PortErrorWords& wordsOf(PortError error) {
+  for (const PortErrorWords& row : kPortErrors) {
+    if (row.error == error) return row;
+  }
+  return kPortErrors.back();
+}
+
+// "COM3 is busy: another program holds it."
+inline std::string portProblem(PortError error, const std::string& port) {
+  return textWith(wordsOf(error).sentence, port);
+}
+
+}  // namespace vgps
