@@ -8,6 +8,7 @@
 #include "app/desktop/startup.h"
 #include "app/session/app_state.h"
 #include "app/session/connection.h"
+#include "app/session/library.h"
 #include "app/win32/device_installer.h"
 #include "app/win32/language_library.h"
 #include "app/win32/main_window.h"

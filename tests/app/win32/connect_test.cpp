@@ -19,9 +19,6 @@
 namespace vgps {
 namespace {
 
-constexpr Command kSettingsCommand = Command::gpsSetup;
-constexpr Command kFinderButton = Command::findReceiver;
-
 // Where the read-out of the window has the position.
 Rect positionIn(HWND window) {
   RECT client{};
@@ -43,7 +40,7 @@ TEST(Connecting, FromTheFirstStartToTheFirstPosition) {
   ASSERT_NE(window, nullptr);
   {
     const Receiver receiver(line);
-    PostMessageW(GetDlgItem(window, kFinderButton), BM_CLICK, 0, 0);
+    PostMessageW(buttonOf(window, Command::findReceiver), BM_CLICK, 0, 0);
     HWND search = nullptr;
     ASSERT_TRUE(waitFor([&] { return (search = openDialog()) != nullptr; }));
     const HWND use = GetDlgItem(search, IDOK);
@@ -54,7 +51,7 @@ TEST(Connecting, FromTheFirstStartToTheFirstPosition) {
         << utf8FromWide(cellText(list, row, 2));
     EXPECT_EQ(cellText(list, row, 2).find(L" 0 sentences"), std::wstring::npos);
     ASSERT_TRUE(press(search, IDOK));
-    EXPECT_TRUE(waitFor([&] { return !IsWindowVisible(GetDlgItem(window, kFinderButton)); }));
+    EXPECT_TRUE(waitFor([&] { return !IsWindowVisible(buttonOf(window, Command::findReceiver)); }));
     const Picture before = Picture::ofWindow(window);
     EXPECT_TRUE(showsAnotherPosition(window, before)) << "it has moved on";
   }
@@ -76,7 +73,7 @@ TEST(Connecting, AFoundReceiverThatCannotBeKeptIsTold) {
                           FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
   ASSERT_TRUE(held.isValid());
   const Receiver receiver(line);
-  PostMessageW(GetDlgItem(window, kFinderButton), BM_CLICK, 0, 0);
+  PostMessageW(buttonOf(window, Command::findReceiver), BM_CLICK, 0, 0);
   HWND search = nullptr;
   ASSERT_TRUE(waitFor([&] { return (search = program.dialog()) != nullptr; }));
   ASSERT_TRUE(waitFor([&] { return IsWindowEnabled(GetDlgItem(search, IDOK)) != FALSE; }, 30000));
@@ -88,7 +85,7 @@ TEST(Connecting, AFoundReceiverThatCannotBeKeptIsTold) {
            windowText(GetDlgItem(told, 0xFFFF)).starts_with(L"The settings cannot be written");
   }));
   ASSERT_TRUE(press(told, IDOK));
-  EXPECT_TRUE(waitFor([&] { return !IsWindowVisible(GetDlgItem(window, kFinderButton)); }))
+  EXPECT_TRUE(waitFor([&] { return !IsWindowVisible(buttonOf(window, Command::findReceiver)); }))
       << "it is connected for this run";
   EXPECT_EQ(program.close(), 0) << "without a second word";
 }
@@ -137,7 +134,7 @@ TEST(Connecting, TheSettingsDialogWritesWhatWasConfirmed) {
   Program program(L"", &folder);
   ASSERT_NE(program.window(), nullptr);
   for (const int button : {IDCANCEL, IDOK}) {
-    const HWND dialog = openByCommand(program.window(), kSettingsCommand);
+    const HWND dialog = openByCommand(program.window(), Command::gpsSetup);
     ASSERT_NE(dialog, nullptr);
     EXPECT_EQ(windowText(GetDlgItem(dialog, CONTROL_PORT)), L"COM5") << button;
     EXPECT_EQ(windowText(GetDlgItem(dialog, CONTROL_BAUD_RATE)), L"4800") << button;
@@ -150,7 +147,7 @@ TEST(Connecting, TheSettingsDialogWritesWhatWasConfirmed) {
     EXPECT_EQ(settings.find("port=\"COM17\"") != std::string::npos, button == IDOK) << settings;
     EXPECT_EQ(settings.find("speed=\"38400\"") != std::string::npos, button == IDOK) << settings;
   }
-  const HWND dialog = openByCommand(program.window(), kSettingsCommand);
+  const HWND dialog = openByCommand(program.window(), Command::gpsSetup);
   EXPECT_EQ(windowText(GetDlgItem(dialog, CONTROL_PORT)), L"COM17");
   EXPECT_EQ(program.close(), 0) << "with its dialog open";
 }
@@ -168,7 +165,7 @@ TEST(Connecting, AReceiverUnpluggedBehindTheSettingsDialogComesBack) {
     return waitFor([&] { return folder.size("gps.log") > before; }, 30000);
   };
   EXPECT_TRUE(receives());
-  const HWND dialog = openByCommand(program.window(), kSettingsCommand);
+  const HWND dialog = openByCommand(program.window(), Command::gpsSetup);
   ASSERT_NE(dialog, nullptr);
   line.unplug();
   // The timer that looks after the connection, a little early.
@@ -190,14 +187,13 @@ TEST(Connecting, AReceiverUnpluggedBehindTheSettingsDialogComesBack) {
 
 TEST(Connecting, ALineThatNeverEndsIsNoHarm) {
   constexpr size_t kPieces = 160;
-  constexpr Command kRawLog = Command::viewRawLog;
   const RunFolder folder;
   SerialLine line;
   ASSERT_TRUE(line.isUp());
   Program program(L"--port COM3", &folder);
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);
-  sendCommand(window, kRawLog);
+  sendCommand(window, Command::viewRawLog);
   const std::string piece(64 * 1024, 'A');
   // First as a sentence that does not end; its rest, when that was given up, as bytes that are
   // none.

@@ -39,7 +39,7 @@ class Opened {
     });
     next();
   }
-  Opened(DialogContext& context, uint32_t command, HMODULE layouts = nullptr)
+  Opened(DialogContext& context, Command command, HMODULE layouts = nullptr)
       : Opened([&context, command, layouts] {
           return runDialog(nullptr, context, command, layouts);
         }) {}
@@ -233,7 +233,7 @@ void expectRowsHaveControls(HWND window, const Dialog& dialog) {
     if (field.switchControl != 0) has(field.switchControl);
     for (const uint16_t other : field.disables) has(other);
     if (field.kind != FieldKind::radio) continue;
-    for (const DialogChoice& choice : field.choices) has(choice.name);
+    for (const DialogChoice& choice : field.choices) has(choice.control);
   }
   for (const DialogAction& action : dialog.actions) {
     has(action.control);
@@ -302,7 +302,7 @@ TEST_F(SettingsDialogs, OkSavesAndCancelDoesNot) {
 TEST_F(SettingsDialogs, ReceiverBoxesShowPortsAndDisable) {
   settings_.port = "COM7";
   ASSERT_TRUE(saveSettings(store_, settings_, SettingGroup::gps));
-  Opened opened(context_, kGpsDialogCommand);
+  Opened opened(context_, Command::gpsSetup);
   ASSERT_NE(opened.window(), nullptr);
   const HWND port = opened.control(CONTROL_PORT);
   EXPECT_EQ(windowText(port), L"COM7");
@@ -361,7 +361,7 @@ TEST_F(SettingsDialogs, PortSearchRunsBesideTheDialog) {
     speed = wanted;
     return search;
   };
-  Opened opened(context_, kGpsDialogCommand);
+  Opened opened(context_, Command::gpsSetup);
   ASSERT_NE(opened.window(), nullptr);
   opened.click(CONTROL_SEARCH_PORTS);
   EXPECT_TRUE(waitFor([&] {
@@ -421,7 +421,8 @@ TEST_F(SettingsDialogs, ALanguageLibraryReplacesLayouts) {
   const std::wstring path = libraryWith(folder_, L"DIALOG_DISTANCE", L"DIALOG_SPEED");
   const HMODULE library = LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
   ASSERT_NE(library, nullptr);
-  for (const auto& [command, title] : {std::pair{1905u, L"Speed"}, std::pair{1909u, L"Pursue"}}) {
+  for (const auto& [command, title] :
+       {std::pair{Command::distanceViews, L"Speed"}, std::pair{Command::pursue, L"Pursue"}}) {
     Opened opened(context_, command, library);
     ASSERT_NE(opened.window(), nullptr);
     EXPECT_EQ(windowText(opened.window()), title);
@@ -480,10 +481,11 @@ TEST_F(SettingsDialogs, ALanguageLibraryReplacesEveryWordOfDialogsAndMenus) {
 
 // Whoever translates opens the program with a resource editor.
 TEST(Texts, StandInTheProgram) {
-  for (const uint32_t number : allTexts()) {
-    wchar_t text[4096] = L"";
-    LoadStringW(GetModuleHandleW(nullptr), number, text, std::size(text));
-    EXPECT_EQ(utf8FromWide(text), textOf(number)) << number;
+  for (const Text text : allTexts()) {
+    const auto number = static_cast<UINT>(text);
+    wchar_t stored[4096] = L"";
+    LoadStringW(GetModuleHandleW(nullptr), number, stored, std::size(stored));
+    EXPECT_EQ(utf8FromWide(stored), textOf(text)) << number;
   }
 }
 
@@ -526,8 +528,9 @@ TEST_F(SettingsDialogs, ChoosingAFileLeavesTheCurrentFolder) {
 }
 
 TEST_F(SettingsDialogs, CommandsOfNoDialogOpenNone) {
-  for (const uint32_t command : {0u, 100u, 1900u, 1913u, 1917u, 1999u}) {
-    EXPECT_EQ(runDialog(nullptr, context_, command), 0) << command;
+  for (const Command command :
+       {Command{}, Command{1900}, Command::waypointAlarms, Command::allOptions}) {
+    EXPECT_EQ(runDialog(nullptr, context_, command), 0) << static_cast<int>(command);
   }
 }
 

@@ -103,6 +103,10 @@ void postCommand(HWND window, Command command) {
   PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
 }
 
+HWND buttonOf(HWND window, Command command) {
+  return GetDlgItem(window, static_cast<int>(command));
+}
+
 HWND openByCommand(HWND window, Command command) {
   DWORD process = 0;
   GetWindowThreadProcessId(window, &process);
@@ -237,10 +241,11 @@ HMENU menuWith(HMENU menu, UINT command) {
 
 }  // namespace
 
-UINT menuState(HWND window, UINT command) {
-  const HMENU menu = menuWith(GetMenu(window), command);
+UINT menuState(HWND window, Command command) {
+  const auto number = static_cast<UINT>(command);
+  const HMENU menu = menuWith(GetMenu(window), number);
   SendMessageW(window, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu), 0);
-  return GetMenuState(menu, command, MF_BYCOMMAND);
+  return GetMenuState(menu, number, MF_BYCOMMAND);
 }
 
 bool choose(HWND dialog, int box, const wchar_t* text) {

@@ -42,6 +42,9 @@ HWND openByCommand(HWND window, Command command);
 void sendCommand(HWND window, Command command);
 void postCommand(HWND window, Command command);
 
+// The control that does what a command does.
+HWND buttonOf(HWND window, Command command);
+
 // The calling thread's windows go to the test's desktop from now on.
 void enterTestDesktop();
 

@@ -16,7 +16,7 @@ namespace {
 struct MenuItem {
   HMENU menu;
   int position;
-  UINT command;
+  Command command;
   std::wstring text;
 };
 
@@ -33,7 +33,7 @@ void collect(HMENU menu, std::vector<MenuItem>& items, std::vector<HMENU>& menus
     if (popup != nullptr) {
       collect(popup, items, menus);
     } else if (GetMenuItemID(menu, i) != 0) {
-      items.push_back({menu, i, GetMenuItemID(menu, i), itemText(menu, i)});
+      items.push_back({menu, i, Command{GetMenuItemID(menu, i)}, itemText(menu, i)});
     }
   }
 }
@@ -64,10 +64,11 @@ class Menu : public testing::Test {
     collect(GetMenu(program.window()), items, menus);
   }
 
-  UINT stateOf(UINT command) { return menuState(program.window(), command); }
-  bool isGrey(UINT command) { return (stateOf(command) & MF_GRAYED) != 0; }
-  bool isChecked(UINT command) { return (stateOf(command) & MF_CHECKED) != 0; }
-  void send(UINT command) { sendCommand(program.window(), command); }
+  bool isGrey(Command command) { return (menuState(program.window(), command) & MF_GRAYED) != 0; }
+  bool isChecked(Command command) {
+    return (menuState(program.window(), command) & MF_CHECKED) != 0;
+  }
+  void send(Command command) { sendCommand(program.window(), command); }
 
   ProgramInProcess program{{}};
   std::vector<MenuItem> items;
@@ -80,7 +81,7 @@ TEST_F(Menu, HoldsEveryRowWithItsTextAndKey) {
   EXPECT_EQ(items.size(), rows);
   std::set<std::wstring> texts;
   for (const MenuItem& item : items) {
-    EXPECT_FALSE(item.text.empty()) << item.command;
+    EXPECT_FALSE(item.text.empty()) << static_cast<int>(item.command);
     texts.insert(item.text);
   }
   EXPECT_TRUE(texts.contains(L"&Connect\tF5"));
@@ -127,8 +128,8 @@ TEST_F(Menu, GreyAndCheckedFollowTheProgram) {
 TEST_F(Menu, EveryItemAnswers) {
   const CommandCounter counter(program.window());
   int sent = 0;
-  const auto isAnswered = [&](UINT command) {
-    PostMessageW(program.window(), WM_COMMAND, command, 0);
+  const auto isAnswered = [&](Command command) {
+    postCommand(program.window(), command);
     ++sent;
     return waitFor([&] {
       const HWND dialog = openDialog();
@@ -138,15 +139,16 @@ TEST_F(Menu, EveryItemAnswers) {
     });
   };
   for (const MenuItem& item : items) {
-    if (item.command == 199) continue;  // ends the program
-    ASSERT_TRUE(isAnswered(item.command)) << item.command;
-    ASSERT_TRUE(isResponsive(program.window())) << item.command;
-    EXPECT_NE(findCommand(item.command), nullptr) << item.command;
+    if (item.command == Command::shutdown) continue;
+    SCOPED_TRACE(static_cast<int>(item.command));
+    ASSERT_TRUE(isAnswered(item.command));
+    ASSERT_TRUE(isResponsive(program.window()));
+    EXPECT_NE(findCommand(item.command), nullptr);
   }
   EXPECT_GT(sent, 100);
   // What was begun is ended, and nothing is left open.
-  EXPECT_TRUE(isAnswered(1204));
-  EXPECT_TRUE(isAnswered(103));
+  EXPECT_TRUE(isAnswered(Command::endRecording));
+  EXPECT_TRUE(isAnswered(Command::disconnect));
 }
 
 }  // namespace

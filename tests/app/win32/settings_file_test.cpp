@@ -12,7 +12,6 @@ namespace vgps {
 namespace {
 
 constexpr wchar_t kDamaged[] = L"VGPS.XML is corrupted and can't be loaded!";
-constexpr Command kSettingsCommand = Command::gpsSetup;
 
 bool contains(const RunFolder& folder, std::string_view name, std::string_view text) {
   return folder.read(name).find(text) != std::string::npos;
@@ -20,7 +19,7 @@ bool contains(const RunFolder& folder, std::string_view name, std::string_view t
 
 // Chooses a port in the receiver's dialog and confirms.
 bool changePort(Program& program, const wchar_t* port) {
-  const HWND dialog = openByCommand(program.window(), kSettingsCommand);
+  const HWND dialog = openByCommand(program.window(), Command::gpsSetup);
   if (!choose(dialog, CONTROL_PORT, port)) return false;
   PostMessageW(dialog, WM_COMMAND, IDOK, 0);
   return true;
