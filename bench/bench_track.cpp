@@ -192,21 +192,6 @@ void raceGrid(const std::vector<FixRecord>& fixes) {
 #endif
 }
 
-class SilentHooks : public RecordingHooks {
- public:
-  void startTimer() override {}
-  void stopTimer() override {}
-  void playSound(const char*) override {}
-  void resetDrawnPath() override {}
-  void appendToDrawnPath(double, double) override {}
-  bool askToSave() override { return false; }
-  bool save(Track&) override { return true; }
-  void trackChanged(Track&) override {}
-  void pointRecorded(const TrackPoint&) override {}
-  void flushPoints() override {}
-  void pointsSettled() override {}
-};
-
 // A computer's clock that costs nothing: its price is the system's.
 class StandingClock : public Clock {
  public:
@@ -232,7 +217,7 @@ struct Recorder {
 
   Track track;
   RecordingOptions options;
-  SilentHooks hooks;
+  RecordingHooks hooks;
   Recording recording;
 };
 

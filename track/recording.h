@@ -8,27 +8,28 @@
 
 namespace vgps {
 
-// What recording asks of the program around it. Called on the thread that records.
+// What recording asks of the program around it, which need not do all of it. Called on the thread
+// that records.
 class RecordingHooks {
  public:
   virtual ~RecordingHooks() = default;
-  virtual void startTimer() = 0;  // runs while recording
-  virtual void stopTimer() = 0;
-  virtual void playSound(const char* name) = 0;
-  virtual void resetDrawnPath() = 0;
-  virtual void appendToDrawnPath(double longitude, double latitude) = 0;
+  virtual void startTimer() {}  // runs while recording
+  virtual void stopTimer() {}
+  virtual void playSound(const char*) {}
+  virtual void resetDrawnPath() {}
+  virtual void appendToDrawnPath(double, double) {}  // longitude, latitude
   // "Save the track?"; No is the default.
-  virtual bool askToSave() = 0;
+  virtual bool askToSave() { return false; }
   // Into the library or a file of its own, and the library's view follows. False when the track
   // is not on the disk; then the hook has told the person.
-  virtual bool save(Track& track) = 0;
-  virtual void trackChanged(Track& track) = 0;
+  virtual bool save(Track&) { return false; }
+  virtual void trackChanged(Track&) {}
 
   // For a journal. A point was appended; everything so far belongs on the disk soon; the points
   // were saved or given up, so that nothing needs to survive any more.
-  virtual void pointRecorded(const TrackPoint& point) = 0;
-  virtual void flushPoints() = 0;
-  virtual void pointsSettled() = 0;
+  virtual void pointRecorded(const TrackPoint&) {}
+  virtual void flushPoints() {}
+  virtual void pointsSettled() {}
 };
 
 // Recording into the current track: which fixes become points, and what goes on around it.

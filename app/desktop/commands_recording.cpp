@@ -10,7 +10,7 @@ bool samePreset(const RecordingPreset& preset, const RecordingOptions& options) 
          preset.altitude == options.altitude;
 }
 
-bool begin(AppState& app) {
+bool begin(Desktop& app) {
   if (!app.recording.start()) return false;
   app.recordingHooks.beginJournal();
   return true;
@@ -18,34 +18,34 @@ bool begin(AppState& app) {
 
 }  // namespace
 
-void startRecording(AppState& app, Command) {
+void startRecording(Desktop& app, Command) {
   if (!begin(app)) return showNotice(app, textOf(Text::alreadyRecording));
   repaintNow(app);
 }
 
-void pauseOrResumeRecording(AppState& app, Command) {
+void pauseOrResumeRecording(Desktop& app, Command) {
   app.recording.pauseOrResume();
   repaintNow(app);
 }
 
-void endRecording(AppState& app, Command) {
+void endRecording(Desktop& app, Command) {
   app.recording.stop(nullptr, true);
   repaintNow(app);
 }
 
-void markPoint(AppState& app, Command) {
+void markPoint(Desktop& app, Command) {
   if (!app.recording.mark()) return showNotice(app, textOf(Text::notRecording));
   showNotice(app, textWith(Text::markWaits, std::to_string(app.recording.pendingMark())));
 }
 
-void recordPointNow(AppState& app, Command) {
+void recordPointNow(Desktop& app, Command) {
   if (app.track.state != kRecording) return showNotice(app, textOf(Text::notRecording));
   app.recording.requestPoint();
 }
 
 // Into the settings as well, so that the recording dialog shows it. A running recording keeps the
 // thresholds it began with.
-void choosePreset(AppState& app, Command command) {
+void choosePreset(Desktop& app, Command command) {
   const RecordingPreset& preset = kRecordingPresets[command - Command::presetWalking];
   applyPreset(preset, app.recordingOptions);
   forgetThresholds(app.track);
@@ -60,8 +60,8 @@ void choosePreset(AppState& app, Command command) {
                            textOf(Text::walking + (command - Command::presetWalking))));
 }
 
-void wanderAround(AppState& app, Command command) {
-  app.platform.window.tell(textOf(Text::wanderExplained));
+void wanderAround(Desktop& app, Command command) {
+  app.window.tell(textOf(Text::wanderExplained));
   startRecording(app, command);
 }
 

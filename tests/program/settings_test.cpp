@@ -234,7 +234,7 @@ TEST_F(SettingsCommand, WhatIsNoDocumentOfSettingsIsKept) {
       EXPECT_EQ(read(row.copy), row.bytes) << row.name;
     }
   }
-  EXPECT_EQ(std::distance(fs::directory_iterator(folder_), {}), 8);
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder_.path()), {}), 8);
 }
 
 TEST_F(SettingsCommand, WhatCannotBeReadIsNotCalledDamaged) {

@@ -30,28 +30,6 @@ void pressKey(HWND window, WORD key) {
   PostMessageW(window, WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
 }
 
-TEST(FirstStart, AsksAboutUpdatesOnceAndOffersTwoButtons) {
-  const RunFolder folder{""};
-  {
-    Program program(L"", &folder);
-    const HWND window = program.window();
-    ASSERT_NE(window, nullptr);
-    const HWND question = program.messageBox(L"Check for VGPS updates now?");
-    ASSERT_NE(question, nullptr);
-    EXPECT_TRUE(isShown(window, Command::findReceiver));
-    EXPECT_TRUE(isShown(window, Command::startSimulation));
-    ASSERT_TRUE(press(question, IDNO));
-    expectCleanEnd(program, window);
-  }
-  EXPECT_NE(folder.read("vgps.xml").find("upd=\"20\""), std::string::npos);
-  Program again(L"", &folder);
-  const HWND window = again.window();
-  ASSERT_NE(window, nullptr);
-  Sleep(200);
-  EXPECT_EQ(again.dialog(), nullptr) << "asked at the first start only";
-  expectCleanEnd(again, window);
-}
-
 TEST(FirstStart, TheSimulationIsOneKeyAway) {
   Program program(L"");
   const HWND window = program.window();
@@ -65,19 +43,6 @@ TEST(FirstStart, TheSimulationIsOneKeyAway) {
   sendCommand(window, Command::disconnect);
   EXPECT_TRUE(isShown(window, Command::startSimulation)) << "and given up again";
   EXPECT_EQ(windowText(window), L"Vexa GPS");
-  expectCleanEnd(program, window);
-}
-
-TEST(FirstStart, TheButtonOpensTheSearch) {
-  Program program(L"");
-  const HWND window = program.window();
-  ASSERT_NE(window, nullptr);
-  PostMessageW(buttonOf(window, Command::findReceiver), BM_CLICK, 0, 0);
-  HWND search = nullptr;
-  ASSERT_TRUE(waitFor([&] { return (search = program.dialog()) != nullptr; }));
-  EXPECT_EQ(windowText(search), L"Find my receiver");
-  EXPECT_TRUE(press(search, IDCANCEL));
-  EXPECT_TRUE(isShown(window, Command::findReceiver)) << "nothing was chosen";
   expectCleanEnd(program, window);
 }
 
@@ -246,7 +211,7 @@ TEST(ProgramFont, LeavesNothingBehind) {
 
 TEST(ProgramFont, AFolderInItsPlaceIsNoHarm) {
   const RunFolder folder;
-  CreateDirectoryW(wideFromUtf8(folder.file("vgpsfont.ttf")).c_str(), nullptr);
+  CreateDirectoryW(wideFromUtf8(folder / "vgpsfont.ttf").c_str(), nullptr);
   Program program(L"", &folder);
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);
@@ -274,7 +239,7 @@ TEST(Language, WithoutALibraryEverythingIsEnglish) {
 TEST(Language, TheProgramSpeaksIt) {
   const RunFolder folder{R"(<root><cfg><lang file="test_language.dll"/></cfg></root>)"};
   ASSERT_TRUE(CopyFileW(wideFromUtf8(programFolder() + "\\test_language.dll").c_str(),
-                        wideFromUtf8(folder.file("test_language.dll")).c_str(), FALSE));
+                        wideFromUtf8(folder / "test_language.dll").c_str(), FALSE));
   Program program(L"", &folder);
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);
