@@ -8,7 +8,6 @@
 #include "app/session/on_line.h"
 #include "app/session/ui_mailbox.h"
 #include "cli/monitor_view.h"
-#include "cli/quiet_platform.h"
 #include "gps/epoch.h"
 #include "platform/console.h"
 
@@ -83,8 +82,8 @@ class LiveFixes {
   std::function<void(const FixRecord&)> take_;
   std::function<void(const std::string&)> tell_;
   const Clock& clock_ = systemClock();
-  QuietSounds sounds_;
-  QuietWindow window_;
+  Sounds sounds_;
+  Window window_;
   std::shared_ptr<UiMailbox> door_;
   AppState app_;
   std::string said_;

@@ -9,7 +9,6 @@
 #include "app/session/ui_mailbox.h"
 #include "cli/commands.h"
 #include "cli/monitor_view.h"
-#include "cli/quiet_platform.h"
 #include "cli/state_json.h"
 #include "cli/state_text.h"
 #include "platform/console.h"
@@ -31,7 +30,7 @@ Output outputOf(const MonitorOptions& options) {
 }
 
 // Failures that the person should read: under the block, or on standard error.
-class MonitorWindow : public QuietWindow {
+class MonitorWindow : public Window {
  public:
   void tellError(std::string_view text) override { message = text; }
   std::string message;
@@ -76,7 +75,7 @@ class Monitor {
   const MonitorOptions options_;
   const Output output_;
   const Clock& clock_ = systemClock();
-  QuietSounds sounds_;
+  Sounds sounds_;
   MonitorWindow window_;
   std::shared_ptr<UiMailbox> door_;
   AppState app_;

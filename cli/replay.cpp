@@ -7,7 +7,6 @@
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/log_file.h"
-#include "cli/quiet_platform.h"
 #include "cli/replay_clock.h"
 #include "cli/state_json.h"
 #include "cli/state_text.h"
@@ -64,8 +63,8 @@ class Replay {
 
   const ReplayOptions& options_;
   ReplayClock clock_;
-  QuietSounds sounds_;
-  QuietWindow window_;
+  Sounds sounds_;
+  Window window_;
   DirectUiThread door_;
   AppState app_;
   bool lineCame_ = false;

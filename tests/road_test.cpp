@@ -3,15 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <thread>
 
 #include "app/session/connection.h"
 #include "app/session/ui_mailbox.h"
-#include "platform/files.h"
 #include "tests/fakes/app_world.h"
+#include "tests/fakes/test_folder.h"
 
 namespace vgps {
 namespace {
@@ -72,12 +69,10 @@ std::string burst(std::initializer_list<const char*> sentences) {
 }
 
 TEST(Road, FromTheLineToTheTrackFile) {
-  const std::string folder = testing::TempDir() + "vgps_road";
-  std::filesystem::remove_all(folder);
-  std::filesystem::create_directories(folder);
+  const TestFolder folder;
   RoadWorld world;
   FakeLine& line = world.ports.add(devicePath("COM3"));
-  world.app.settings.trackStorePath = folder;
+  world.app.settings.trackStorePath = folder.path();
   RecordingOptions& options = world.app.recorder.options;
   options.recordCell = options.recordSpeed = options.recordTime = options.recordCourse = true;
   Recorder& recording = world.app.recorder;
@@ -119,11 +114,7 @@ TEST(Road, FromTheLineToTheTrackFile) {
   }
   recording.stop(false);
 
-  std::ifstream file(pathIn(folder, "Track05_07_2010_09_03.XML"), std::ios::binary);
-  std::ostringstream text;
-  text << file.rdbuf();
-  file.close();  // or it could not be removed everywhere
-  EXPECT_EQ(text.str(),
+  EXPECT_EQ(folder.read("Track05_07_2010_09_03.XML"),
             "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\" ?>\r\n"
             "<t>\r\n"
             "\t<p x=\"11.516667\" y=\"48.117300\" z=\"545.000000\" c=\"0\" spd=\"41.48\""
@@ -133,7 +124,6 @@ TEST(Road, FromTheLineToTheTrackFile) {
             "\t<p x=\"-11.517333\" y=\"48.117167\" z=\"545.000000\" c=\"0\" spd=\"41.48\""
             " time=\"05-07-2010 09:03:05\" br=\"120.5\"/>\r\n"
             "</t>\r\n");
-  std::filesystem::remove_all(folder);
 }
 
 TEST(Road, OpeningAndClosingInALoopWhileDataCome) {

@@ -1,8 +1,10 @@
 #!/bin/bash
 # Renews the expected answers in tests/answers: the state to which each recorded log leads, and the
-# track of a log with recording settings beside it. Read the difference before committing it.
+# track of a log with recording settings beside it; and menus and dialogs as text. Read the
+# difference before committing it.
 #
-#   tools/renew_answers.sh [PROGRAM]     PROGRAM: the vgps to ask, build/native/bin/vgps by default
+#   tools/renew_answers.sh [PROGRAM]     PROGRAM: the vgps to ask, build/native/bin/vgps by default,
+#                                        with unit_tests beside it
 set -euo pipefail
 cd "$(dirname "$0")/.."
 program=${1:-build/native/bin/vgps}
@@ -20,4 +22,6 @@ for settings in tests/logs/*.settings.xml; do
   "$program" record --replay "$ride.nmea" --settings "$settings" \
     -o "tests/answers/tracks/$(basename "$ride").XML" >/dev/null
 done
+VEXA_RENEW_ANSWERS=1 "$(dirname "$program")/unit_tests" --gtest_brief=1 \
+  --gtest_filter=TextFrontEnd.*
 git --no-pager diff --stat -- tests/answers

@@ -8,26 +8,26 @@
 
 namespace vgps {
 
-// What recording asks of the program around it, which fills what it cares about. Called on the
-// thread that records.
+// What recording asks of the program around it, which need not do all of it. Called on the thread
+// that records.
 class RecordingHooks {
  public:
   virtual ~RecordingHooks() = default;
   virtual void startTimer() {}  // runs while recording
   virtual void stopTimer() {}
-  virtual void playSound(const char* /*name*/) {}
+  virtual void playSound(const char*) {}
   virtual void resetDrawnPath() {}
-  virtual void appendToDrawnPath(double /*longitude*/, double /*latitude*/) {}
+  virtual void appendToDrawnPath(double, double) {}  // longitude, latitude
   // "Save the track?"; No is the default.
   virtual bool askToSave() { return false; }
   // Into the library or a file of its own, and the library's view follows. False when the track
   // is not on the disk; then the hook has told the person.
-  virtual bool save(Track& /*track*/) { return false; }
-  virtual void trackChanged(Track& /*track*/) {}
+  virtual bool save(Track&) { return false; }
+  virtual void trackChanged(Track&) {}
 
   // For a journal. A point was appended; everything so far belongs on the disk soon; the points
   // were saved or given up, so that nothing needs to survive any more.
-  virtual void pointRecorded(const TrackPoint& /*point*/) {}
+  virtual void pointRecorded(const TrackPoint&) {}
   virtual void flushPoints() {}
   virtual void pointsSettled() {}
 };

@@ -241,14 +241,14 @@ const CommandRow* findCommand(Command command) {
   return found == kRows.end() || command < found->command ? nullptr : &*found;
 }
 
-bool runCommand(AppState& app, Command command) {
+bool runCommand(Desktop& app, Command command) {
   const CommandRow* const row = findCommand(command);
   if (row == nullptr) return false;
   row->handler(app, command);
   return true;
 }
 
-bool runHotKey(AppState& app, Command command) {
+bool runHotKey(Desktop& app, Command command) {
   app.repaints.reset(app.platform.clock.tick());
   app.commandFromHotKey = true;
   const bool known = runCommand(app, command);
@@ -256,6 +256,6 @@ bool runHotKey(AppState& app, Command command) {
   return known;
 }
 
-void notBuilt(AppState& app, Command) { showNotice(app, textOf(Text::notAvailable)); }
+void notBuilt(Desktop& app, Command) { showNotice(app, textOf(Text::notAvailable)); }
 
 }  // namespace vgps

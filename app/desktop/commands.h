@@ -10,9 +10,10 @@
 namespace vgps {
 
 struct AppState;
+struct Desktop;
 
 // Does what the command says. On the user-interface thread.
-using CommandHandler = void (*)(AppState& app, Command command);
+using CommandHandler = void (*)(Desktop& app, Command command);
 using CommandPredicate = bool (*)(const AppState& app, Command command);
 
 // What a menu item, a key, a hot key or another part of the program can ask for.
@@ -31,14 +32,14 @@ std::span<const CommandRow> commandRows();
 const CommandRow* findCommand(Command command);
 
 // False when there is no such command.
-bool runCommand(AppState& app, Command command);
+bool runCommand(Desktop& app, Command command);
 
 // A command that came from a hot key: its result is shown at once, whatever was drawn just now.
-bool runHotKey(AppState& app, Command command);
+bool runHotKey(Desktop& app, Command command);
 
 // The handler of what does not exist yet: says so in the status line. Rows that point here are
 // what is missing.
-void notBuilt(AppState& app, Command command);
+void notBuilt(Desktop& app, Command command);
 
 // The text of a command's menu item: its number is 10000 and the command's.
 constexpr Text itemText(Command command) {

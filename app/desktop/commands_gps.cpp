@@ -26,17 +26,17 @@ DateTime systemTimeFrom(const DateTime& gpsUtc, DateTime systemUtc) {
 
 }  // namespace
 
-void connectFromSettings(AppState& app, Command) { connectReceiver(app, sourceOfSettings(app)); }
+void connectFromSettings(Desktop& app, Command) { connectReceiver(app, sourceOfSettings(app)); }
 
 // For this run; what the settings choose stays.
-void connectSimulation(AppState& app, Command) { connectReceiver(app, {.simulate = true}); }
+void connectSimulation(Desktop& app, Command) { connectReceiver(app, {.simulate = true}); }
 
-void disconnect(AppState& app, Command) {
+void disconnect(Desktop& app, Command) {
   app.link.close();
   repaintNow(app);
 }
 
-void gpsTimeToSystem(AppState& app, Command) {
+void gpsTimeToSystem(Desktop& app, Command) {
   if (!hasFix(app, Command::gpsTimeToSystem)) return showNotice(app, textOf(Text::noValidFix));
   if (!app.platform.setSystemTime) return showNotice(app, textOf(Text::notAvailable));
   const DateTime time = systemTimeFrom(app.shown.fix.utcTime, app.platform.clock.utc());
@@ -44,32 +44,32 @@ void gpsTimeToSystem(AppState& app, Command) {
   showNotice(app, textOf(set ? Text::clockSet : Text::clockNotSet));
 }
 
-void switchLog(AppState& app, Command command) {
+void switchLog(Desktop& app, Command command) {
   app.settings.logStream = command == Command::logOn;
   app.gps.options.logNmea = app.settings.logStream;
   app.config.put(*Setting(&Settings::logStream), app.settings);
   repaintNow(app);
 }
 
-void chooseSimulationMode(AppState& app, Command command) {
+void chooseSimulationMode(Desktop& app, Command command) {
   app.gps.simulation.setMode(kSimulationModes[command - Command::simulateTapping]);
   repaintNow(app);
 }
 
-void loadSimulation(AppState& app, Command) {
+void loadSimulation(Desktop& app, Command) {
   if (!app.extensions.simulationFrom) return showNotice(app, textOf(Text::notAvailable));
   const std::string path =
-      app.platform.window.chooseFile({.title = std::string(textOf(Text::chooseSimulation)),
-                                      .kind = std::string(textOf(Text::tracks)),
-                                      .pattern = "*.xml;*.gpx"});
+      app.window.chooseFile({.title = std::string(textOf(Text::chooseSimulation)),
+                             .kind = std::string(textOf(Text::tracks)),
+                             .pattern = "*.xml;*.gpx"});
   if (path.empty()) return;
   const bool loaded = loadSimulationFrom(app, path);
   showNotice(app, textWith(loaded ? Text::simulationLoaded : Text::noSimulationData, path));
 }
 
-void stepSimulation(AppState& app, Command) { app.gps.simulation.step(); }
+void stepSimulation(Desktop& app, Command) { app.gps.simulation.step(); }
 
-void clearRawLog(AppState& app, Command) {
+void clearRawLog(Desktop& app, Command) {
   app.rawLog.clear();
   repaintNow(app);
 }

@@ -14,20 +14,20 @@ constexpr Size kSizes[] = {{240, 320}, {320, 240}, {240, 240}, {320, 320}, {640,
 
 }  // namespace
 
-void showAbout(AppState& app, Command) { app.platform.window.tell(textOf(Text::aboutProgram)); }
+void showAbout(Desktop& app, Command) { app.window.tell(textOf(Text::aboutProgram)); }
 
-void closeProgram(AppState& app, Command) { app.platform.window.close(); }
+void closeProgram(Desktop& app, Command) { app.window.close(); }
 
-void resizeScreen(AppState& app, Command command) {
+void resizeScreen(Desktop& app, Command command) {
   const Size& size = kSizes[command - Command::size240x320];
-  app.platform.window.resizeClient(size.width, size.height);
+  app.window.resizeClient(size.width, size.height);
 }
 
 // "OK" of a pop-up menu closes it, which the system has done already.
-void confirmPopup(AppState&, Command) {}
+void confirmPopup(Desktop&, Command) {}
 
-void openOptionDialog(AppState& app, Command command) {
-  if (!app.platform.window.openDialog(static_cast<uint32_t>(command))) notBuilt(app, command);
+void openOptionDialog(Desktop& app, Command command) {
+  if (!app.window.openDialog(command)) notBuilt(app, command);
 }
 
 }  // namespace vgps

@@ -13,35 +13,35 @@ bool samePreset(const RecordingPreset& preset, const RecordingOptions& options) 
 
 }  // namespace
 
-void startRecording(AppState& app, Command) {
+void startRecording(Desktop& app, Command) {
   if (!app.recorder.start()) return showNotice(app, textOf(Text::alreadyRecording));
   repaintNow(app);
 }
 
-void pauseOrResumeRecording(AppState& app, Command) {
+void pauseOrResumeRecording(Desktop& app, Command) {
   app.recorder.pauseOrResume();
   repaintNow(app);
 }
 
-void endRecording(AppState& app, Command) {
+void endRecording(Desktop& app, Command) {
   tellKeeping(app, app.recorder.stop(true));
   repaintNow(app);
 }
 
-void markPoint(AppState& app, Command) {
+void markPoint(Desktop& app, Command) {
   if (!app.recorder.mark()) return showNotice(app, textOf(Text::notRecording));
   showNotice(app,
              textWith(Text::markWaits, std::to_string(app.recorder.recording().pendingMark())));
 }
 
-void recordPointNow(AppState& app, Command) {
+void recordPointNow(Desktop& app, Command) {
   if (app.recorder.track.state != kRecording) return showNotice(app, textOf(Text::notRecording));
   app.recorder.requestPoint();
 }
 
 // Into the settings as well, so that the recording dialog shows it. A running recording keeps the
 // thresholds it began with.
-void choosePreset(AppState& app, Command command) {
+void choosePreset(Desktop& app, Command command) {
   const RecordingPreset& preset = kRecordingPresets[command - Command::presetWalking];
   applyPreset(preset, app.recorder.options);
   forgetThresholds(app.recorder.track);
@@ -54,8 +54,8 @@ void choosePreset(AppState& app, Command command) {
                            textOf(Text::walking + (command - Command::presetWalking))));
 }
 
-void wanderAround(AppState& app, Command command) {
-  app.platform.window.tell(textOf(Text::wanderExplained));
+void wanderAround(Desktop& app, Command command) {
+  app.window.tell(textOf(Text::wanderExplained));
   startRecording(app, command);
 }
 

@@ -11,7 +11,7 @@ namespace vgps {
 namespace {
 
 // Says why when there is nothing to work on.
-bool canEdit(AppState& app) {
+bool canEdit(Desktop& app) {
   if (app.recorder.track.state != kIdle) {
     showNotice(app, textOf(Text::endRecordingFirst));
     return false;
@@ -23,19 +23,18 @@ bool canEdit(AppState& app) {
   return true;
 }
 
-void tellChanged(AppState& app) {
+void tellChanged(Desktop& app) {
   showNotice(app, textWith(Text::pointsNow, std::to_string(app.recorder.track.points.size())));
   repaintThrottled(app);
 }
 
 // The track of a file that the person chooses. False when there is none; that is told then.
-bool chooseTrack(AppState& app, Track& track) {
-  const std::string path =
-      app.platform.window.chooseFile({.title = std::string(textOf(Text::chooseTrack)),
-                                      .kind = std::string(textOf(Text::tracks)),
-                                      .pattern = "*.xml"});
+bool chooseTrack(Desktop& app, Track& track) {
+  const std::string path = app.window.chooseFile({.title = std::string(textOf(Text::chooseTrack)),
+                                                  .kind = std::string(textOf(Text::tracks)),
+                                                  .pattern = "*.xml"});
   if (path.empty()) return false;
-  Window& window = app.platform.window;
+  Window& window = app.window;
   switch (loadTrackFile(path, app.settings.speedUnit, track)) {
     case TrackLoading::whole: return true;
     case TrackLoading::damaged: window.tell(textWith(Text::trackDamaged, path)); return true;
@@ -47,38 +46,38 @@ bool chooseTrack(AppState& app, Track& track) {
 }
 
 // What was recorded and not saved goes only when the person says so.
-bool mayReplace(AppState& app) {
+bool mayReplace(Desktop& app) {
   return app.recorder.track.points.empty() || askQuestion(app, Text::askToDiscard);
 }
 
 }  // namespace
 
-void thinTrack(AppState& app, Command) {
+void thinTrack(Desktop& app, Command) {
   if (!canEdit(app)) return;
   normalize(app.recorder.track, app.recorder.options);
   tellChanged(app);
 }
 
-void reverseTrack(AppState& app, Command) {
+void reverseTrack(Desktop& app, Command) {
   if (!canEdit(app)) return;
   reverse(app.recorder.track);
   tellChanged(app);
 }
 
-void joinTrack(AppState& app, Command) {
+void joinTrack(Desktop& app, Command) {
   Track other;
   if (!canEdit(app) || !chooseTrack(app, other) || !canEdit(app)) return;
   join(app.recorder.track, other);
   tellChanged(app);
 }
 
-void saveTrack(AppState& app, Command) {
+void saveTrack(Desktop& app, Command) {
   if (app.recorder.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
   if (app.recorder.track.points.empty()) return showNotice(app, textOf(Text::noTrack));
   tellKeeping(app, app.recorder.stop(false));
 }
 
-void openTrack(AppState& app, Command) {
+void openTrack(Desktop& app, Command) {
   if (app.recorder.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
   Track chosen;
   if (!mayReplace(app) || !chooseTrack(app, chosen)) return;
@@ -89,7 +88,7 @@ void openTrack(AppState& app, Command) {
   repaintThrottled(app);
 }
 
-void discardTrack(AppState& app, Command) {
+void discardTrack(Desktop& app, Command) {
   if (!canEdit(app) || !askQuestion(app, Text::askToDiscard)) return;
   app.recorder.pointsSettled();
   app.recorder.track = Track();
@@ -97,7 +96,7 @@ void discardTrack(AppState& app, Command) {
 }
 
 // Sent to the screens that show the track.
-void trackChanged(AppState& app, Command) { repaintThrottled(app); }
+void trackChanged(Desktop& app, Command) { repaintThrottled(app); }
 
 bool hasFinishedTrack(const AppState& app, Command) {
   return app.recorder.track.state == kIdle && !app.recorder.track.points.empty();

@@ -13,7 +13,7 @@ constexpr uint32_t kViews = 200;
 
 Screen screenOf(Command view) { return static_cast<Screen>(static_cast<uint32_t>(view) - kViews); }
 
-void changeScreen(AppState& app, Screen screen) {
+void changeScreen(Desktop& app, Screen screen) {
   if (screen != app.currentScreen) app.previousScreen = app.currentScreen;
   app.currentScreen = screen;
   setFineStatistics(app, screen == Screen::statistics);
@@ -23,13 +23,13 @@ void changeScreen(AppState& app, Screen screen) {
 
 }  // namespace
 
-void showScreen(AppState& app, Command command) { changeScreen(app, screenOf(command)); }
+void showScreen(Desktop& app, Command command) { changeScreen(app, screenOf(command)); }
 
 // Numbers among the views that no screen has.
-void ignoreView(AppState&, Command) {}
+void ignoreView(Desktop&, Command) {}
 
 // The next view of the table that is drawn.
-void showNextScreen(AppState& app, Command) {
+void showNextScreen(Desktop& app, Command) {
   const auto rows = commandRows();
   const Screen current = app.currentScreen;
   const CommandRow* next = nullptr;
@@ -44,22 +44,22 @@ void showNextScreen(AppState& app, Command) {
   if (next != nullptr) showScreen(app, next->command);
 }
 
-void show3dMap(AppState& app, Command) {
+void show3dMap(Desktop& app, Command) {
   app.projection = Projection::cartesian3d;
   changeScreen(app, Screen::map3d);
 }
 
-void chooseProjection(AppState& app, Command command) {
+void chooseProjection(Desktop& app, Command command) {
   app.projection = static_cast<Projection>(command);
   repaintNow(app);
 }
 
-void chooseColours(AppState& app, Command command) {
+void chooseColours(Desktop& app, Command command) {
   app.scheme = static_cast<ColourScheme>(command - Command::dayColors);
   repaintNow(app);
 }
 
-void switchDayAndNight(AppState& app, Command) {
+void switchDayAndNight(Desktop& app, Command) {
   app.scheme = app.scheme == ColourScheme::night ? ColourScheme::day : ColourScheme::night;
   repaintNow(app);
 }
@@ -74,6 +74,6 @@ bool isColourScheme(const AppState& app, Command command) {
   return app.scheme == static_cast<ColourScheme>(command - Command::dayColors);
 }
 
-void goBack(AppState& app, Command) { changeScreen(app, app.previousScreen); }
+void goBack(Desktop& app, Command) { changeScreen(app, app.previousScreen); }
 
 }  // namespace vgps

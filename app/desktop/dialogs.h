@@ -50,10 +50,10 @@ enum class FieldKind : uint8_t {
   colour,    // a button that shows it and asks for another
 };
 
-// One of several values: an item of a list by its text, a radio button by its control.
+// One of several values: an item of a list, or a radio button with its control.
 struct DialogChoice {
   int32_t value;
-  Text text{};
+  Text text;
   uint16_t control = 0;
 };
 
@@ -70,8 +70,11 @@ struct Correction {
   int32_t instead = 0;
 };
 
+// A number stands for its control in the layouts that language libraries bring; a front end without
+// layouts shows the labels, whose "&" stands before the letter that leads there.
 struct DialogField {
   uint16_t control;
+  Text label;  // of the box that switches it, or of all radio buttons, where there are some
   FieldKind kind;
   uint16_t switchControl = 0;  // the check box of a switched number
   Setting setting;
@@ -92,6 +95,7 @@ struct FileFilter {
 // A button that does something while the dialog stays open.
 struct DialogAction {
   uint16_t control;
+  Text label;
   ActionKind kind;
   uint16_t target = 0;  // the control with the file or folder
   FileFilter files{};

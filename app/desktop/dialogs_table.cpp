@@ -11,44 +11,58 @@
 namespace vgps {
 namespace {
 
-constexpr DialogField check(uint16_t control, Setting setting,
+constexpr DialogField check(uint16_t control, Text label, Setting setting,
                             std::span<const uint16_t> disables = {}) {
-  return {.control = control, .kind = FieldKind::check, .setting = setting, .disables = disables};
+  return {.control = control,
+          .label = label,
+          .kind = FieldKind::check,
+          .setting = setting,
+          .disables = disables};
 }
 
-constexpr DialogField number(uint16_t control, Setting setting, Correction correction = {}) {
-  return {
-      .control = control, .kind = FieldKind::number, .setting = setting, .correction = correction};
+constexpr DialogField number(uint16_t control, Text label, Setting setting,
+                             Correction correction = {}) {
+  return {.control = control,
+          .label = label,
+          .kind = FieldKind::number,
+          .setting = setting,
+          .correction = correction};
 }
 
 // A zero or empty value becomes the default.
-constexpr DialogField aboveZero(uint16_t control, Setting setting, int32_t standard) {
-  return number(control, setting, {.lowest = 1, .instead = standard});
+constexpr DialogField aboveZero(uint16_t control, Text label, Setting setting, int32_t standard) {
+  return number(control, label, setting, {.lowest = 1, .instead = standard});
 }
 
-constexpr DialogField upTo30(uint16_t control, Setting setting, int32_t standard) {
-  return number(control, setting, {.lowest = 0, .highest = 30, .instead = standard});
+constexpr DialogField upTo30(uint16_t control, Text label, Setting setting, int32_t standard) {
+  return number(control, label, setting, {.lowest = 0, .highest = 30, .instead = standard});
 }
 
-constexpr DialogField decimal(uint16_t control, Setting setting) {
-  return {.control = control, .kind = FieldKind::decimal, .setting = setting};
+constexpr DialogField decimal(uint16_t control, Text label, Setting setting) {
+  return {.control = control, .label = label, .kind = FieldKind::decimal, .setting = setting};
 }
 
-constexpr DialogField text(uint16_t control, Setting setting) {
-  return {.control = control, .kind = FieldKind::text, .setting = setting};
+constexpr DialogField text(uint16_t control, Text label, Setting setting) {
+  return {.control = control, .label = label, .kind = FieldKind::text, .setting = setting};
 }
 
-constexpr DialogField colour(uint16_t control, Setting setting) {
-  return {.control = control, .kind = FieldKind::colour, .setting = setting};
+constexpr DialogField colour(uint16_t control, Text label, Setting setting) {
+  return {.control = control, .label = label, .kind = FieldKind::colour, .setting = setting};
 }
 
-constexpr DialogField list(uint16_t control, Setting setting,
+constexpr DialogField list(uint16_t control, Text label, Setting setting,
                            std::span<const DialogChoice> choices) {
-  return {.control = control, .kind = FieldKind::list, .setting = setting, .choices = choices};
+  return {.control = control,
+          .label = label,
+          .kind = FieldKind::list,
+          .setting = setting,
+          .choices = choices};
 }
 
-constexpr DialogField switched(uint16_t control, Setting setting, uint16_t switchControl) {
+constexpr DialogField switched(uint16_t control, Text label, Setting setting,
+                               uint16_t switchControl) {
   return {.control = control,
+          .label = label,
           .kind = FieldKind::switched,
           .switchControl = switchControl,
           .setting = setting};
@@ -58,20 +72,28 @@ constexpr FileFilter kImageFiles{Text::imageFiles, "*.png;*.jpg;*.jpeg;*.bmp;*.g
 constexpr FileFilter kSoundFiles{Text::soundFiles, "*.wav"};
 constexpr FileFilter kLanguageFiles{Text::languageLibraries, "*.dll"};
 
-constexpr DialogAction chooseFile(uint16_t control, uint16_t target, FileFilter files) {
-  return {.control = control, .kind = ActionKind::chooseFile, .target = target, .files = files};
+constexpr DialogAction chooseFile(uint16_t control, Text label, uint16_t target, FileFilter files) {
+  return {.control = control,
+          .label = label,
+          .kind = ActionKind::chooseFile,
+          .target = target,
+          .files = files};
 }
 
-constexpr DialogAction chooseFolder(uint16_t control, uint16_t target) {
-  return {.control = control, .kind = ActionKind::chooseFolder, .target = target};
+constexpr DialogAction chooseFolder(uint16_t control, Text label, uint16_t target) {
+  return {.control = control, .label = label, .kind = ActionKind::chooseFolder, .target = target};
 }
 
-constexpr DialogAction play(uint16_t control, uint16_t target, const char* sound) {
-  return {.control = control, .kind = ActionKind::playSound, .target = target, .sound = sound};
+constexpr DialogAction play(uint16_t control, Text label, uint16_t target, const char* sound) {
+  return {.control = control,
+          .label = label,
+          .kind = ActionKind::playSound,
+          .target = target,
+          .sound = sound};
 }
 
-constexpr DialogAction preset(uint16_t control, const RecordingPreset& preset) {
-  return {.control = control, .kind = ActionKind::preset, .preset = &preset};
+constexpr DialogAction preset(uint16_t control, Text label, const RecordingPreset& preset) {
+  return {.control = control, .label = label, .kind = ActionKind::preset, .preset = &preset};
 }
 
 // Receiver
@@ -108,63 +130,68 @@ constexpr uint16_t kNotWithGpsApi[] = {CONTROL_PORT, CONTROL_BAUD_RATE, CONTROL_
 constexpr uint16_t kNotWithSensorApi[] = {CONTROL_PORT, CONTROL_BAUD_RATE, CONTROL_SIMULATE,
                                           CONTROL_GPS_API};
 
-constexpr DialogChoice kEpochButtons[] = {{.value = 1, .control = CONTROL_EPOCH_RMC},
-                                          {.value = 2, .control = CONTROL_EPOCH_GGA},
-                                          {.value = 0, .control = CONTROL_EPOCH_AUTOMATIC},
-                                          {.value = 3, .control = CONTROL_EPOCH_BOTH}};
+constexpr DialogChoice kEpochButtons[] = {
+    {.value = 1, .text = Text::gpsRmc, .control = CONTROL_EPOCH_RMC},
+    {.value = 2, .text = Text::gpsGga, .control = CONTROL_EPOCH_GGA},
+    {.value = 0, .text = Text::gpsFirstOfBurst, .control = CONTROL_EPOCH_AUTOMATIC},
+    {.value = 3, .text = Text::gpsEitherOfThem, .control = CONTROL_EPOCH_BOTH}};
 
 constexpr DialogField kGpsFields[] = {
     {.control = CONTROL_PORT,
+     .label = Text::gpsPort,
      .kind = FieldKind::box,
      .setting = &Settings::port,
      .items = portItems},
     {.control = CONTROL_BAUD_RATE,
+     .label = Text::gpsSpeed,
      .kind = FieldKind::box,
      .setting = &Settings::baudRate,
      .correction = {.lowest = 1, .instead = 9600},
      .items = speedItems},
-    check(CONTROL_RECONNECT, &Settings::reconnect),
-    check(CONTROL_SIMULATE, &Settings::simulate, kNotWhenSimulated),
-    check(CONTROL_GPS_API, &Settings::useGpsApi, kNotWithGpsApi),
-    check(CONTROL_SENSOR_API, &Settings::useSensorApi, kNotWithSensorApi),
+    check(CONTROL_RECONNECT, Text::gpsTryAgain, &Settings::reconnect),
+    check(CONTROL_SIMULATE, Text::gpsSimulation, &Settings::simulate, kNotWhenSimulated),
+    check(CONTROL_GPS_API, Text::gpsInterface, &Settings::useGpsApi, kNotWithGpsApi),
+    check(CONTROL_SENSOR_API, Text::gpsLocationSensor, &Settings::useSensorApi, kNotWithSensorApi),
     {.control = CONTROL_EPOCH_RMC,
+     .label = Text::gpsFixCompleteWith,
      .kind = FieldKind::radio,
      .setting = &Settings::epochSentenceSetting,
      .choices = kEpochButtons},
 };
-constexpr DialogAction kGpsActions[] = {
-    {.control = CONTROL_SEARCH_PORTS, .kind = ActionKind::searchPorts}};
+constexpr DialogAction kGpsActions[] = {{.control = CONTROL_SEARCH_PORTS,
+                                         .label = Text::gpsFindPorts,
+                                         .kind = ActionKind::searchPorts}};
 constexpr SettingGroup kGpsGroups[] = {SettingGroup::gps};
 
 // Maps
 
 constexpr DialogField kMapFields[] = {
-    text(CONTROL_MAPS_FOLDER, &Settings::mapsFolder),
-    number(CONTROL_MAP_MARGIN, &Settings::mapMargin),
-    check(CONTROL_LOAD_DYNAMIC_MAPS, &Settings::loadDynamicMaps),
-    check(CONTROL_SAVE_DYNAMIC_MAPS, &Settings::saveDynamicMaps),
-    check(CONTROL_LOAD_OFFLINE_MAPS, &Settings::loadOfflineMaps),
-    check(CONTROL_MAP_FOLLOWS, &Settings::mapFollowsPosition),
-    check(CONTROL_MAP_ROTATES, &Settings::mapRotates),
-    check(CONTROL_MAP_ROTATES_IMAGES, &Settings::mapRotatesImages),
-    check(CONTROL_MAP_FIXES_ZOOM, &Settings::mapFixesZoom),
-    check(CONTROL_MAP_SHOWS_ICONS, &Settings::mapShowsIcons),
-    check(CONTROL_MAP_SHOWS_COMPASS, &Settings::mapShowsCompass),
-    check(CONTROL_MAP_USES_GRID, &Settings::mapUsesGrid),
-    check(CONTROL_MAP_REMOVES_GRID, &Settings::mapRemovesGrid),
-    check(CONTROL_MAP_CUTS_VIEW, &Settings::mapCutsView),
+    text(CONTROL_MAPS_FOLDER, Text::mapFolderOfOfflineMaps, &Settings::mapsFolder),
+    number(CONTROL_MAP_MARGIN, Text::mapMargin, &Settings::mapMargin),
+    check(CONTROL_LOAD_DYNAMIC_MAPS, Text::mapLoadDynamicMaps, &Settings::loadDynamicMaps),
+    check(CONTROL_SAVE_DYNAMIC_MAPS, Text::mapSaveDynamicMaps, &Settings::saveDynamicMaps),
+    check(CONTROL_LOAD_OFFLINE_MAPS, Text::mapLoadOfflineMaps, &Settings::loadOfflineMaps),
+    check(CONTROL_MAP_FOLLOWS, Text::mapFollowThePosition, &Settings::mapFollowsPosition),
+    check(CONTROL_MAP_ROTATES, Text::mapTurnWithTheCourse, &Settings::mapRotates),
+    check(CONTROL_MAP_ROTATES_IMAGES, Text::mapRotateImages, &Settings::mapRotatesImages),
+    check(CONTROL_MAP_FIXES_ZOOM, Text::mapKeepTheZoom, &Settings::mapFixesZoom),
+    check(CONTROL_MAP_SHOWS_ICONS, Text::mapShowIcons, &Settings::mapShowsIcons),
+    check(CONTROL_MAP_SHOWS_COMPASS, Text::mapShowTheCompass, &Settings::mapShowsCompass),
+    check(CONTROL_MAP_USES_GRID, Text::mapDrawTheGrid, &Settings::mapUsesGrid),
+    check(CONTROL_MAP_REMOVES_GRID, Text::mapNoGridOverImages, &Settings::mapRemovesGrid),
+    check(CONTROL_MAP_CUTS_VIEW, Text::mapCutToTheView, &Settings::mapCutsView),
 };
 constexpr DialogAction kMapActions[] = {
-    chooseFolder(CONTROL_CHOOSE_MAPS_FOLDER, CONTROL_MAPS_FOLDER)};
+    chooseFolder(CONTROL_CHOOSE_MAPS_FOLDER, Text::mapBrowse, CONTROL_MAPS_FOLDER)};
 constexpr SettingGroup kMapGroups[] = {SettingGroup::map};
 
 constexpr DialogField kMap3dFields[] = {
-    check(CONTROL_PROJECT_ALTITUDE, &Settings::projectAltitude),
-    check(CONTROL_DRAW_Z_GRID, &Settings::drawZGrid),
-    check(CONTROL_TRACKS_3D, &Settings::tracksIn3d),
-    check(CONTROL_WAYPOINTS_3D, &Settings::waypointsIn3d),
-    check(CONTROL_MAP_3D_ROTATES, &Settings::map3dRotates),
-    decimal(CONTROL_Z_SCALE, &Settings::zScale),
+    check(CONTROL_PROJECT_ALTITUDE, Text::map3dProjectTheAltitude, &Settings::projectAltitude),
+    check(CONTROL_DRAW_Z_GRID, Text::map3dDrawTheZGrid, &Settings::drawZGrid),
+    check(CONTROL_TRACKS_3D, Text::map3dTracks, &Settings::tracksIn3d),
+    check(CONTROL_WAYPOINTS_3D, Text::map3dWaypoints, &Settings::waypointsIn3d),
+    check(CONTROL_MAP_3D_ROTATES, Text::map3dTurnWithTheCourse, &Settings::map3dRotates),
+    decimal(CONTROL_Z_SCALE, Text::map3dScaleOfHeights, &Settings::zScale),
 };
 constexpr SettingGroup kMap3dGroups[] = {SettingGroup::map3d};
 
@@ -175,9 +202,9 @@ constexpr DialogChoice kSpeedUnits[] = {{0, Text::kilometersPerHour},
                                         {2, Text::metersPerSecond},
                                         {3, Text::milesPerHour}};
 constexpr DialogField kSpeedFields[] = {
-    check(CONTROL_SPEED_WARNING, &Settings::speedWarning),
-    number(CONTROL_SPEED_LIMIT, &Settings::speedLimit),
-    list(CONTROL_SPEED_UNIT, &Settings::speedUnit, kSpeedUnits),
+    check(CONTROL_SPEED_WARNING, Text::speedWarn, &Settings::speedWarning),
+    number(CONTROL_SPEED_LIMIT, Text::speedMaximum, &Settings::speedLimit),
+    list(CONTROL_SPEED_UNIT, Text::speedUnit, &Settings::speedUnit, kSpeedUnits),
 };
 constexpr SettingGroup kSpeedGroups[] = {SettingGroup::speed};
 
@@ -185,8 +212,9 @@ constexpr DialogChoice kLongUnits[] = {
     {0, Text::kilometers}, {1, Text::statuteMiles}, {2, Text::nauticalMiles}};
 constexpr DialogChoice kShortUnits[] = {{0, Text::meters}, {1, Text::inches}, {2, Text::feet}};
 constexpr DialogField kDistanceFields[] = {
-    list(CONTROL_LONG_UNIT, &Settings::longDistanceUnit, kLongUnits),
-    list(CONTROL_SHORT_UNIT, &Settings::shortDistanceUnit, kShortUnits),
+    list(CONTROL_LONG_UNIT, Text::distanceLongDistances, &Settings::longDistanceUnit, kLongUnits),
+    list(CONTROL_SHORT_UNIT, Text::distanceShortDistances, &Settings::shortDistanceUnit,
+         kShortUnits),
 };
 constexpr SettingGroup kDistanceGroups[] = {SettingGroup::distance};
 
@@ -208,68 +236,77 @@ std::vector<DialogItem> ellipsoidItems(const DialogContext&) {
 constexpr DialogChoice kPositionFormats[] = {
     {0, Text::degreesMinutesSeconds}, {1, Text::decimalDegrees}, {2, Text::utmGrid}};
 constexpr DialogField kDisplayFields[] = {
-    list(CONTROL_POSITION_FORMAT, &Settings::positionFormat, kPositionFormats),
+    list(CONTROL_POSITION_FORMAT, Text::settingsPositionsIn, &Settings::positionFormat,
+         kPositionFormats),
     {.control = CONTROL_ELLIPSOID,
+     .label = Text::settingsEllipsoidOfTheGrid,
      .kind = FieldKind::list,
      .setting = &Settings::utmEllipsoid,
      .items = ellipsoidItems},
-    decimal(CONTROL_FONT_FACTOR, &Settings::fontFactor),
-    number(CONTROL_FRAME_SKIP, &Settings::frameSkip),
-    check(CONTROL_AUTO_CONNECT, &Settings::autoConnect),
-    check(CONTROL_SOLID_COMPASS, &Settings::solidCompass),
-    check(CONTROL_SHOW_LETTERS, &Settings::showLetters),
-    check(CONTROL_BACKLIGHT_ON, &Settings::backlightOn),
-    check(CONTROL_TRAY_ICON, &Settings::trayIcon),
-    check(CONTROL_BIG_WAYPOINTS, &Settings::bigWaypoints),
-    check(CONTROL_CONTACT_WAYPOINTS, &Settings::showContactWaypoints),
-    check(CONTROL_SAVE_ON_LOW_BATTERY, &Settings::saveOnLowBattery),
-    check(CONTROL_LED_FONT, &Settings::useLedFont),
+    decimal(CONTROL_FONT_FACTOR, Text::settingsFontFactor, &Settings::fontFactor),
+    number(CONTROL_FRAME_SKIP, Text::settingsShowOneOf, &Settings::frameSkip),
+    check(CONTROL_AUTO_CONNECT, Text::settingsConnectAtTheStart, &Settings::autoConnect),
+    check(CONTROL_SOLID_COMPASS, Text::settingsSolidCompass, &Settings::solidCompass),
+    check(CONTROL_SHOW_LETTERS, Text::settingsCompassLetters, &Settings::showLetters),
+    check(CONTROL_BACKLIGHT_ON, Text::settingsBacklightStaysOn, &Settings::backlightOn),
+    check(CONTROL_TRAY_ICON, Text::settingsIconInTheTray, &Settings::trayIcon),
+    check(CONTROL_BIG_WAYPOINTS, Text::settingsBigWaypoints, &Settings::bigWaypoints),
+    check(CONTROL_CONTACT_WAYPOINTS, Text::settingsWaypointsOfContacts,
+          &Settings::showContactWaypoints),
+    check(CONTROL_SAVE_ON_LOW_BATTERY, Text::settingsSaveWhenBatteryLow,
+          &Settings::saveOnLowBattery),
+    check(CONTROL_LED_FONT, Text::settingsLedDigits, &Settings::useLedFont),
 };
 constexpr SettingGroup kDisplayGroups[] = {SettingGroup::display};
 
 // Tracks
 
 constexpr DialogField kRecordFields[] = {
-    aboveZero(CONTROL_RECORD_SPEED_STEP, &Settings::recordMinSpeed, RecordingOptions{}.speed),
-    aboveZero(CONTROL_RECORD_ANGLE_STEP, &Settings::recordAngle, RecordingOptions{}.angle),
-    aboveZero(CONTROL_RECORD_ALTITUDE_STEP, &Settings::recordAltitude, RecordingOptions{}.altitude),
-    aboveZero(CONTROL_NORMALIZE_METRES, &Settings::normalizeMetres,
+    aboveZero(CONTROL_RECORD_SPEED_STEP, Text::recordMinimumSpeed, &Settings::recordMinSpeed,
+              RecordingOptions{}.speed),
+    aboveZero(CONTROL_RECORD_ANGLE_STEP, Text::recordChangeOfCourse, &Settings::recordAngle,
+              RecordingOptions{}.angle),
+    aboveZero(CONTROL_RECORD_ALTITUDE_STEP, Text::recordChangeOfHeight, &Settings::recordAltitude,
+              RecordingOptions{}.altitude),
+    aboveZero(CONTROL_NORMALIZE_METRES, Text::recordThinOutMeters, &Settings::normalizeMetres,
               RecordingOptions{}.normalizeMetres),
-    switched(CONTROL_EVERY, &Settings::recordEvery, CONTROL_EVERY_ON),
-    switched(CONTROL_BES, &Settings::recordBes, CONTROL_BES_ON),
-    check(CONTROL_MANUAL, &Settings::manualRecording),
-    check(CONTROL_RECORD_SPEED, &Settings::recordSpeed),
-    check(CONTROL_RECORD_TIME, &Settings::recordTime),
-    check(CONTROL_RECORD_COURSE, &Settings::recordCourse),
-    check(CONTROL_RECORD_CELL, &Settings::recordCell),
-    check(CONTROL_DRAW_PATH, &Settings::drawPath),
-    number(CONTROL_BACKUP_MINUTES, &Settings::backupMinutes, {.lowest = 0}),
+    switched(CONTROL_EVERY, Text::recordFixesLeftOut, &Settings::recordEvery, CONTROL_EVERY_ON),
+    switched(CONTROL_BES, Text::recordValueWithTrack, &Settings::recordBes, CONTROL_BES_ON),
+    check(CONTROL_MANUAL, Text::recordManually, &Settings::manualRecording),
+    check(CONTROL_RECORD_SPEED, Text::recordSpeed, &Settings::recordSpeed),
+    check(CONTROL_RECORD_TIME, Text::recordTime, &Settings::recordTime),
+    check(CONTROL_RECORD_COURSE, Text::recordCourse, &Settings::recordCourse),
+    check(CONTROL_RECORD_CELL, Text::recordCell, &Settings::recordCell),
+    check(CONTROL_DRAW_PATH, Text::recordDrawPath, &Settings::drawPath),
+    number(CONTROL_BACKUP_MINUTES, Text::recordBackupMinutes, &Settings::backupMinutes,
+           {.lowest = 0}),
 };
 constexpr DialogAction kRecordActions[] = {
-    preset(CONTROL_PRESET_WALKING, kRecordingPresets[0]),
-    preset(CONTROL_PRESET_DRIVING, kRecordingPresets[1]),
-    preset(CONTROL_PRESET_FLYING, kRecordingPresets[2]),
+    preset(CONTROL_PRESET_WALKING, Text::recordWalking, kRecordingPresets[0]),
+    preset(CONTROL_PRESET_DRIVING, Text::recordDriving, kRecordingPresets[1]),
+    preset(CONTROL_PRESET_FLYING, Text::recordFlying, kRecordingPresets[2]),
 };
 constexpr SettingGroup kRecordGroups[] = {SettingGroup::recording};
 
-constexpr DialogField kTrackStoreFields[] = {text(CONTROL_TRACK_STORE, &Settings::trackStorePath)};
+constexpr DialogField kTrackStoreFields[] = {
+    text(CONTROL_TRACK_STORE, Text::storageFolder, &Settings::trackStorePath)};
 constexpr DialogAction kTrackStoreActions[] = {
-    chooseFolder(CONTROL_CHOOSE_TRACK_STORE, CONTROL_TRACK_STORE)};
+    chooseFolder(CONTROL_CHOOSE_TRACK_STORE, Text::storageBrowse, CONTROL_TRACK_STORE)};
 
 constexpr DialogField kPlayFields[] = {
-    aboveZero(CONTROL_REACH_METRES, &Settings::reachMetres, 15),
-    aboveZero(CONTROL_REACH_SECONDS, &Settings::reachSeconds, 10),
-    upTo30(CONTROL_RECALCULATE, &Settings::recalculateWaypoints, 5),
-    check(CONTROL_WARN_TURNS, &Settings::warnTurns),
-    number(CONTROL_WARN_ANGLE, &Settings::warnAngle),
-    number(CONTROL_WARN_METRES, &Settings::warnMetres),
-    number(CONTROL_WARN_SECONDS, &Settings::warnSeconds),
-    check(CONTROL_MARK_WARNING, &Settings::markWarning),
-    check(CONTROL_CENTRE_POSITION, &Settings::centrePosition),
-    check(CONTROL_VIEW_CELL, &Settings::viewCell),
-    check(CONTROL_USE_ALTITUDE, &Settings::useAltitude),
-    upTo30(CONTROL_PATH_LINE, &Settings::pathLineSize, 5),
-    upTo30(CONTROL_MAP_LINE, &Settings::mapLineSize, 2),
+    aboveZero(CONTROL_REACH_METRES, Text::playbackWithinMeters, &Settings::reachMetres, 15),
+    aboveZero(CONTROL_REACH_SECONDS, Text::playbackOrWithinSeconds, &Settings::reachSeconds, 10),
+    upTo30(CONTROL_RECALCULATE, Text::playbackRecalculate, &Settings::recalculateWaypoints, 5),
+    check(CONTROL_WARN_TURNS, Text::playbackWarnBeforeTurns, &Settings::warnTurns),
+    number(CONTROL_WARN_ANGLE, Text::playbackTurnsAboveDegrees, &Settings::warnAngle),
+    number(CONTROL_WARN_METRES, Text::playbackMetersAhead, &Settings::warnMetres),
+    number(CONTROL_WARN_SECONDS, Text::playbackSecondsAhead, &Settings::warnSeconds),
+    check(CONTROL_MARK_WARNING, Text::playbackAnnounceMarks, &Settings::markWarning),
+    check(CONTROL_CENTRE_POSITION, Text::playbackCenterThePosition, &Settings::centrePosition),
+    check(CONTROL_VIEW_CELL, Text::playbackShowTheCell, &Settings::viewCell),
+    check(CONTROL_USE_ALTITUDE, Text::playbackDistancesWithHeights, &Settings::useAltitude),
+    upTo30(CONTROL_PATH_LINE, Text::playbackPath, &Settings::pathLineSize, 5),
+    upTo30(CONTROL_MAP_LINE, Text::playbackMap, &Settings::mapLineSize, 2),
 };
 // The announcement of marks is kept with the recording.
 constexpr SettingGroup kPlayGroups[] = {SettingGroup::playback, SettingGroup::recording};
@@ -277,58 +314,61 @@ constexpr SettingGroup kPlayGroups[] = {SettingGroup::playback, SettingGroup::re
 // Looks and sounds
 
 constexpr DialogField kColourFields[] = {
-    colour(CONTROL_COLOUR_INFORM, &Settings::colourInform),
-    colour(CONTROL_COLOUR_BACKGROUND, &Settings::colourBackground),
-    colour(CONTROL_COLOUR_SUCCESS, &Settings::colourSuccess),
-    colour(CONTROL_COLOUR_FAILURE, &Settings::colourFailure),
-    colour(CONTROL_COLOUR_GRAY, &Settings::colourGray),
-    colour(CONTROL_COLOUR_LIGHT_GRAY, &Settings::colourLightGray),
-    colour(CONTROL_COLOUR_ZONE, &Settings::colourZone),
+    colour(CONTROL_COLOUR_INFORM, Text::colorInform, &Settings::colourInform),
+    colour(CONTROL_COLOUR_BACKGROUND, Text::colorBackground, &Settings::colourBackground),
+    colour(CONTROL_COLOUR_SUCCESS, Text::colorSuccess, &Settings::colourSuccess),
+    colour(CONTROL_COLOUR_FAILURE, Text::colorFailure, &Settings::colourFailure),
+    colour(CONTROL_COLOUR_GRAY, Text::colorGray, &Settings::colourGray),
+    colour(CONTROL_COLOUR_LIGHT_GRAY, Text::colorLightGray, &Settings::colourLightGray),
+    colour(CONTROL_COLOUR_ZONE, Text::colorZone, &Settings::colourZone),
 };
 constexpr SettingGroup kColourGroups[] = {SettingGroup::colour};
 
 constexpr DialogField kBackgroundFields[] = {
-    text(CONTROL_BACKGROUND_DAY, &Settings::backgroundDay),
-    text(CONTROL_BACKGROUND_NIGHT, &Settings::backgroundNight),
-    text(CONTROL_BACKGROUND_CUSTOM, &Settings::backgroundCustom),
+    text(CONTROL_BACKGROUND_DAY, Text::backgroundDay, &Settings::backgroundDay),
+    text(CONTROL_BACKGROUND_NIGHT, Text::backgroundNight, &Settings::backgroundNight),
+    text(CONTROL_BACKGROUND_CUSTOM, Text::backgroundCustom, &Settings::backgroundCustom),
 };
 constexpr DialogAction kBackgroundActions[] = {
-    chooseFile(CONTROL_CHOOSE_BACKGROUND_DAY, CONTROL_BACKGROUND_DAY, kImageFiles),
-    chooseFile(CONTROL_CHOOSE_BACKGROUND_NIGHT, CONTROL_BACKGROUND_NIGHT, kImageFiles),
-    chooseFile(CONTROL_CHOOSE_BACKGROUND_CUSTOM, CONTROL_BACKGROUND_CUSTOM, kImageFiles),
+    chooseFile(CONTROL_CHOOSE_BACKGROUND_DAY, Text::backgroundBrowseDay, CONTROL_BACKGROUND_DAY,
+               kImageFiles),
+    chooseFile(CONTROL_CHOOSE_BACKGROUND_NIGHT, Text::backgroundBrowseNight,
+               CONTROL_BACKGROUND_NIGHT, kImageFiles),
+    chooseFile(CONTROL_CHOOSE_BACKGROUND_CUSTOM, Text::backgroundBrowseCustom,
+               CONTROL_BACKGROUND_CUSTOM, kImageFiles),
 };
 constexpr SettingGroup kBackgroundGroups[] = {SettingGroup::background};
 
 constexpr DialogChoice kAlignments[] = {
     {0, Text::alignLeft}, {1, Text::alignCenter}, {2, Text::alignRight}};
 constexpr DialogField kCameraFields[] = {
-    number(CONTROL_CAMERA_LEFT, &Settings::cameraLeft),
-    number(CONTROL_CAMERA_TOP, &Settings::cameraTop),
-    number(CONTROL_CAMERA_RIGHT, &Settings::cameraRight),
-    number(CONTROL_CAMERA_BOTTOM, &Settings::cameraBottom),
-    colour(CONTROL_CAMERA_COLOUR, &Settings::cameraColour),
-    list(CONTROL_CAMERA_ALIGN, &Settings::cameraAlign, kAlignments),
+    number(CONTROL_CAMERA_LEFT, Text::cameraLeft, &Settings::cameraLeft),
+    number(CONTROL_CAMERA_TOP, Text::cameraTop, &Settings::cameraTop),
+    number(CONTROL_CAMERA_RIGHT, Text::cameraRight, &Settings::cameraRight),
+    number(CONTROL_CAMERA_BOTTOM, Text::cameraBottom, &Settings::cameraBottom),
+    colour(CONTROL_CAMERA_COLOUR, Text::cameraColor, &Settings::cameraColour),
+    list(CONTROL_CAMERA_ALIGN, Text::cameraAlignment, &Settings::cameraAlign, kAlignments),
 };
 constexpr SettingGroup kCameraGroups[] = {SettingGroup::camera};
 
 constexpr DialogField kSoundFields[] = {
-    text(CONTROL_SOUND_SPEED, &Settings::soundSpeed),
-    text(CONTROL_SOUND_OK, &Settings::soundOk),
-    text(CONTROL_SOUND_ERROR, &Settings::soundError),
-    text(CONTROL_SOUND_TURN, &Settings::soundTurn),
-    text(CONTROL_SOUND_ZONE, &Settings::soundZone),
+    text(CONTROL_SOUND_SPEED, Text::soundSpeedWarning, &Settings::soundSpeed),
+    text(CONTROL_SOUND_OK, Text::soundSuccess, &Settings::soundOk),
+    text(CONTROL_SOUND_ERROR, Text::soundFailure, &Settings::soundError),
+    text(CONTROL_SOUND_TURN, Text::soundTurn, &Settings::soundTurn),
+    text(CONTROL_SOUND_ZONE, Text::soundZone, &Settings::soundZone),
 };
 constexpr DialogAction kSoundActions[] = {
-    chooseFile(CONTROL_CHOOSE_SOUND_SPEED, CONTROL_SOUND_SPEED, kSoundFiles),
-    chooseFile(CONTROL_CHOOSE_SOUND_OK, CONTROL_SOUND_OK, kSoundFiles),
-    chooseFile(CONTROL_CHOOSE_SOUND_ERROR, CONTROL_SOUND_ERROR, kSoundFiles),
-    chooseFile(CONTROL_CHOOSE_SOUND_TURN, CONTROL_SOUND_TURN, kSoundFiles),
-    chooseFile(CONTROL_CHOOSE_SOUND_ZONE, CONTROL_SOUND_ZONE, kSoundFiles),
-    play(CONTROL_PLAY_SOUND_SPEED, CONTROL_SOUND_SPEED, "SPD"),
-    play(CONTROL_PLAY_SOUND_OK, CONTROL_SOUND_OK, "OK"),
-    play(CONTROL_PLAY_SOUND_ERROR, CONTROL_SOUND_ERROR, "ERR2"),
-    play(CONTROL_PLAY_SOUND_TURN, CONTROL_SOUND_TURN, "TURN"),
-    play(CONTROL_PLAY_SOUND_ZONE, CONTROL_SOUND_ZONE, "FORBIDDEN"),
+    chooseFile(CONTROL_CHOOSE_SOUND_SPEED, Text::soundBrowse, CONTROL_SOUND_SPEED, kSoundFiles),
+    chooseFile(CONTROL_CHOOSE_SOUND_OK, Text::soundBrowse, CONTROL_SOUND_OK, kSoundFiles),
+    chooseFile(CONTROL_CHOOSE_SOUND_ERROR, Text::soundBrowse, CONTROL_SOUND_ERROR, kSoundFiles),
+    chooseFile(CONTROL_CHOOSE_SOUND_TURN, Text::soundBrowse, CONTROL_SOUND_TURN, kSoundFiles),
+    chooseFile(CONTROL_CHOOSE_SOUND_ZONE, Text::soundBrowse, CONTROL_SOUND_ZONE, kSoundFiles),
+    play(CONTROL_PLAY_SOUND_SPEED, Text::soundPlay, CONTROL_SOUND_SPEED, "SPD"),
+    play(CONTROL_PLAY_SOUND_OK, Text::soundPlay, CONTROL_SOUND_OK, "OK"),
+    play(CONTROL_PLAY_SOUND_ERROR, Text::soundPlay, CONTROL_SOUND_ERROR, "ERR2"),
+    play(CONTROL_PLAY_SOUND_TURN, Text::soundPlay, CONTROL_SOUND_TURN, "TURN"),
+    play(CONTROL_PLAY_SOUND_ZONE, Text::soundPlay, CONTROL_SOUND_ZONE, "FORBIDDEN"),
 };
 constexpr SettingGroup kSoundGroups[] = {SettingGroup::sound};
 
@@ -336,26 +376,30 @@ constexpr SettingGroup kSoundGroups[] = {SettingGroup::sound};
 
 constexpr Correction kNotNegative{.lowest = 0};
 constexpr DialogField kTrackingFields[] = {
-    check(CONTROL_TRACKING_ON, &Settings::trackingOn),
-    number(CONTROL_TRACKING_SECONDS, &Settings::trackingSeconds, kNotNegative),
-    text(CONTROL_TRACKING_URL, &Settings::trackingUrl),
-    check(CONTROL_SMS_ON, &Settings::smsTrackingOn),
-    number(CONTROL_SMS_SECONDS, &Settings::smsTrackingSeconds, kNotNegative),
-    text(CONTROL_SMS_NUMBER, &Settings::smsNumber),
-    text(CONTROL_SMS_TEXT, &Settings::smsText),
+    check(CONTROL_TRACKING_ON, Text::trackingReportMyPosition, &Settings::trackingOn),
+    number(CONTROL_TRACKING_SECONDS, Text::trackingIntervalSeconds, &Settings::trackingSeconds,
+           kNotNegative),
+    text(CONTROL_TRACKING_URL, Text::trackingAddress, &Settings::trackingUrl),
+    check(CONTROL_SMS_ON, Text::trackingSendMyPosition, &Settings::smsTrackingOn),
+    number(CONTROL_SMS_SECONDS, Text::trackingMessageInterval, &Settings::smsTrackingSeconds,
+           kNotNegative),
+    text(CONTROL_SMS_NUMBER, Text::trackingNumber, &Settings::smsNumber),
+    text(CONTROL_SMS_TEXT, Text::trackingText, &Settings::smsText),
 };
 constexpr SettingGroup kTrackingGroups[] = {SettingGroup::tracking, SettingGroup::smsTracking};
 
 constexpr DialogField kPursueFields[] = {
-    check(CONTROL_PURSUE_ON, &Settings::pursueOn),
-    number(CONTROL_PURSUE_SECONDS, &Settings::pursueSeconds, kNotNegative),
-    text(CONTROL_PURSUE_URL, &Settings::pursueUrl),
+    check(CONTROL_PURSUE_ON, Text::pursueOn, &Settings::pursueOn),
+    number(CONTROL_PURSUE_SECONDS, Text::pursueIntervalSeconds, &Settings::pursueSeconds,
+           kNotNegative),
+    text(CONTROL_PURSUE_URL, Text::pursueAddress, &Settings::pursueUrl),
 };
 constexpr SettingGroup kPursueGroups[] = {SettingGroup::pursue};
 
-constexpr DialogField kLanguageFields[] = {text(CONTROL_LANGUAGE_FILE, &Settings::languageFile)};
-constexpr DialogAction kLanguageActions[] = {
-    chooseFile(CONTROL_CHOOSE_LANGUAGE_FILE, CONTROL_LANGUAGE_FILE, kLanguageFiles)};
+constexpr DialogField kLanguageFields[] = {
+    text(CONTROL_LANGUAGE_FILE, Text::languageLibrary, &Settings::languageFile)};
+constexpr DialogAction kLanguageActions[] = {chooseFile(
+    CONTROL_CHOOSE_LANGUAGE_FILE, Text::languageBrowse, CONTROL_LANGUAGE_FILE, kLanguageFiles)};
 constexpr SettingGroup kLanguageGroups[] = {SettingGroup::language};
 
 constexpr Dialog kDialogs[] = {

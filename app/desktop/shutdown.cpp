@@ -7,15 +7,14 @@ namespace vgps {
 namespace {
 
 // No is the default.
-bool mayLose(AppState& app, size_t points) {
-  return points == 0 ||
-         app.platform.window.ask(textWith(Text::askToLosePoints, std::to_string(points)));
+bool mayLose(Desktop& app, size_t points) {
+  return points == 0 || app.window.ask(textWith(Text::askToLosePoints, std::to_string(points)));
 }
 
 // Whether closing loses no point of the track, or the person knows and wants it. `recorded`: the
 // recording was ended just now, and what is left of it the library has refused; the message said
 // why, so the program stays open without another question. The next close asks.
-bool mayClose(AppState& app, bool recorded) {
+bool mayClose(Desktop& app, bool recorded) {
   Recorder& recorder = app.recorder;
   const size_t points = app.recorder.track.points.size();
   if (!recorder.hasJournal()) {
@@ -32,9 +31,7 @@ bool mayClose(AppState& app, bool recorded) {
 
 }  // namespace
 
-bool closeRequested(AppState& app) {
-  Window& window = app.platform.window;
-  window.closeBrowser();
+bool closeRequested(Desktop& app) {
   const int32_t state = app.recorder.track.state;
   if (state == kRecording || state == kPlaying) {
     if (!askQuestion(app, Text::askToStop)) return false;
@@ -42,7 +39,7 @@ bool closeRequested(AppState& app) {
   }
   if (!mayClose(app, state == kRecording)) return false;
   app.fix.stopReaders(0);  // they end by themselves; who waits for them comes later
-  window.destroy();
+  app.window.destroy();
   return true;
 }
 

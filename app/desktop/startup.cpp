@@ -80,7 +80,7 @@ void startSettings(AppState& app, std::chrono::milliseconds patience) {
   app.gps.options.logNmea = app.settings.logStream;
 }
 
-void applyStartOptions(AppState& app, const StartOptions& options) {
+void applyStartOptions(Desktop& app, const StartOptions& options) {
   if (options.installPocketPc) runInstaller(app, "VGPS-AS-WM2003.INI");
   if (options.installMobile5) runInstaller(app, "VGPS-AS-WM5.INI");
   if (options.log) runCommand(app, Command::logOn);
@@ -93,7 +93,7 @@ void applyStartOptions(AppState& app, const StartOptions& options) {
                   {.port = options.port, .speed = options.speed, .simulate = options.simulate});
 }
 
-void remindOfUpdates(AppState& app) {
+void remindOfUpdates(Desktop& app) {
   if (!app.config.readable()) return;  // the count is in there
   if (app.settings.updateCountdown > 0)
     return writeCountdown(app, app.settings.updateCountdown - 1);
@@ -101,11 +101,11 @@ void remindOfUpdates(AppState& app) {
   if (askQuestion(app, Text::askForUpdates)) runCommand(app, Command::checkForUpdates);
 }
 
-void autoConnect(AppState& app) {
+void autoConnect(Desktop& app) {
   if (app.settings.autoConnect && !app.fix.running) runCommand(app, Command::connect);
 }
 
-bool startWork(AppState& app, const StartOptions& options, const std::function<bool()>& isOpen) {
+bool startWork(Desktop& app, const StartOptions& options, const std::function<bool()>& isOpen) {
   armStartTimers(app);
   offerRecovery(app);
   if (!isOpen()) return false;

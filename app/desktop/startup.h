@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <functional>
 
+#include "app/desktop/desktop.h"
 #include "app/desktop/start_options.h"
-#include "app/session/app_state.h"
 
 // The start of the program and its end, in the steps that no window is needed for. The program
 // with the window calls them in this order:
@@ -37,23 +37,23 @@ void startClocks(AppState& app);
 void startSettings(AppState& app,
                    std::chrono::milliseconds patience = std::chrono::milliseconds(1000));
 
-void applyStartOptions(AppState& app, const StartOptions& options);
+void applyStartOptions(Desktop& app, const StartOptions& options);
 
 // Counts the starts down; asks at the end and at the very first one. Nothing while the settings
 // cannot be read.
-void remindOfUpdates(AppState& app);
+void remindOfUpdates(Desktop& app);
 
 // Connects when the settings say so. Nothing when the start options have connected already.
-void autoConnect(AppState& app);
+void autoConnect(Desktop& app);
 
 // What the program does as soon as its window is there, in this order: the timers, the recording
 // that a crash has left behind (app/library.h), the start options, the reminder of updates,
 // connecting. False when the person closed the window at one of the questions: `isOpen` is asked
 // behind them.
-bool startWork(AppState& app, const StartOptions& options, const std::function<bool()>& isOpen);
+bool startWork(Desktop& app, const StartOptions& options, const std::function<bool()>& isOpen);
 
 // The wish to close the program. False when the person wants to go on: nothing has changed then.
-bool closeRequested(AppState& app);
+bool closeRequested(Desktop& app);
 
 // After the message loop: what was changed is written. False when that failed; it is told unless it
 // was before.

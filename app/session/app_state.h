@@ -174,7 +174,6 @@ struct AppState {
   Statistics statistics;
   bool insideForbiddenZone = false;
   TurnWarning turnWarning;
-  uint32_t tapPoint = 0;  // of a tap that waits; packed as `Window::postTap` says
 
   Screen currentScreen = Screen::gps;
   Screen previousScreen = Screen::gps;
@@ -184,7 +183,6 @@ struct AppState {
   int32_t frameSkip = 0;  // of N line messages one is handled; 0 and 1 handle all
   int32_t frameCountdown = 0;
   DisplayNews news;
-  bool commandFromHotKey = false;  // while such a command runs
 
   std::string notice;  // one line that the status shows for a while
   uint32_t noticeTick = 0;

@@ -88,11 +88,6 @@ void onPursueTimer(AppState& app) {
 
 void onSmsTimer(AppState&) {}  // a duty elsewhere
 
-void onTapTimer(AppState& app) {
-  app.platform.window.killTimer(kTapTimer);
-  app.platform.window.postTap(app.tapPoint);
-}
-
 // In the order in which the start arms them.
 constexpr auto kRows = std::to_array<TimerRow>({
     {kBackupTimer, everyMinute, onBackupTimer},
@@ -101,7 +96,6 @@ constexpr auto kRows = std::to_array<TimerRow>({
     {kSmsTimer, smsPeriod, onSmsTimer},
     {kPursueTimer, pursuePeriod, onPursueTimer},
     {kTurnTimer, never, onTurnTimer},
-    {kTapTimer, never, onTapTimer},
 });
 
 }  // namespace
@@ -125,11 +119,6 @@ void setFineStatistics(AppState& app, bool fine) {
   if (fine == app.statistics.fine) return;
   app.statistics.fine = fine;
   app.platform.window.setTimer(kStatisticsTimer, statisticsPeriod(app));
-}
-
-void delayTap(AppState& app, uint32_t point) {
-  app.tapPoint = point;
-  app.platform.window.setTimer(kTapTimer, kTapDelayMs);
 }
 
 }  // namespace vgps

@@ -14,12 +14,11 @@ enum TimerNumber : uint32_t {
   kTurnTimer = 4,
   kPursueTimer = 5,
   kSmsTimer = 6,
-  kTapTimer = 7,
+  kTapTimer = 7,  // of a front end with a window, which sets it and looks after it
 };
 
 inline constexpr uint32_t kTurnRecordingMs = 7000;
 inline constexpr uint32_t kTurnPlayingMs = 3000;
-inline constexpr uint32_t kTapDelayMs = 100;
 
 struct TimerRow {
   uint32_t number;
@@ -37,8 +36,5 @@ void onTimer(AppState& app, uint32_t number);
 
 // The fine mode of the statistics: counts each second.
 void setFineStatistics(AppState& app, bool fine);
-
-// A press at this point follows after a tenth of a second, unless another one comes before.
-void delayTap(AppState& app, uint32_t point);
 
 }  // namespace vgps

@@ -7,8 +7,8 @@
 
 #include "app/desktop/keeping.h"
 #include "app/desktop/startup.h"
-#include "app/session/app_state.h"
 #include "app/session/connection.h"
+#include "app/session/library.h"
 #include "app/win32/device_installer.h"
 #include "app/win32/language_library.h"
 #include "app/win32/main_window.h"
@@ -53,8 +53,9 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
   ProgramSounds sounds;
   WindowDoor door;
   MainWindow window;
-  AppState app(Platform{clock, sounds, door, window, makeSerialPort, locationSensorManager(),
-                        listSerialPorts, setSystemUtc, runDeviceInstaller});
+  Desktop app(Platform{clock, sounds, door, window, makeSerialPort, locationSensorManager(),
+                       listSerialPorts, setSystemUtc, runDeviceInstaller},
+              window);
   app.paths = pathsOf(programFolder());
   app.extensions.simulationFrom = [&app](const std::string& path, std::vector<std::string>& lines) {
     return path.empty() ? simulationFromLibrary(app, lines) : simulationFromFile(path, lines);

@@ -7,7 +7,7 @@
 #include "app/desktop/menus.h"
 #include "app/desktop/scene_of.h"
 #include "app/desktop/startup.h"
-#include "app/session/app_state.h"
+#include "app/desktop/taps.h"
 #include "app/session/on_line.h"
 #include "app/session/timers.h"
 #include "app/win32/dpi.h"
@@ -83,7 +83,7 @@ MainWindow::~MainWindow() {
   forgetIcons();
 }
 
-HWND MainWindow::create(const WindowSetting& setting, AppState& app) {
+HWND MainWindow::create(const WindowSetting& setting, Desktop& app) {
   if (!registerClass(setting.instance, procedure)) return nullptr;
   setting_ = setting;
   app_ = &app;
@@ -205,6 +205,8 @@ void MainWindow::onTimer(WPARAM timer) {
     RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN);
   } else if (timer == kStatusTimer) {
     watchStatus();
+  } else if (timer == kTapTimer) {
+    onTapTimer(*app_);
   } else {
     vgps::onTimer(*app_, static_cast<uint32_t>(timer));
   }

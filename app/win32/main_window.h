@@ -7,7 +7,7 @@
 #include <mutex>
 #include <string>
 
-#include "app/desktop/command.h"
+#include "app/desktop/desktop.h"
 #include "app/win32/back_buffer.h"
 #include "app/win32/language_library.h"
 #include "app/win32/program_sounds.h"
@@ -15,11 +15,8 @@
 #include "app/win32/tray_icon.h"
 #include "display/status_line.h"
 #include "platform/win32/gdiplus_canvas.h"
-#include "platform/window.h"
 
 namespace vgps {
-
-struct AppState;
 
 inline constexpr const wchar_t* kMainWindowClass = L"VGPS CLASS";
 // The program's name, in the caption and on message boxes.
@@ -32,8 +29,8 @@ struct WindowSetting {
   ProgramSounds* sounds = nullptr;            // told when the person has chosen others
 };
 
-// The one top-level window. It draws what `AppState` holds and passes on what happens to it.
-class MainWindow : public Window {
+// The one top-level window. It draws what `Desktop` holds and passes on what happens to it.
+class MainWindow : public DesktopWindow {
  public:
   MainWindow() = default;
   MainWindow(const MainWindow&) = delete;
@@ -41,7 +38,7 @@ class MainWindow : public Window {
   ~MainWindow() override;
 
   // Null when the system refuses. The window lives until it is closed; `app` must outlive it.
-  HWND create(const WindowSetting& setting, AppState& app);
+  HWND create(const WindowSetting& setting, Desktop& app);
   // The icon in the notification area, until the window goes.
   void addTrayIcon();
   // Gets, translates and hands out messages until the program is to end; its exit code.
@@ -63,11 +60,9 @@ class MainWindow : public Window {
   void killTimer(uint32_t number) override;
   void postTap(uint32_t point) override;
   void resizeClient(int32_t width, int32_t height) override;
-  bool openDialog(uint32_t command) override;
-  bool openUrl(std::string_view url) override;
+  bool openDialog(Command command) override;
   std::string chooseFile(const FileChoice& choice) override;
   void close() override;
-  void closeBrowser() override {}  // no page has been shown yet
   void destroy() override;
 
  private:
@@ -100,7 +95,7 @@ class MainWindow : public Window {
   void showMessages();
 
   HWND window_ = nullptr;
-  AppState* app_ = nullptr;
+  Desktop* app_ = nullptr;
   WindowSetting setting_;
   HACCEL accelerators_ = nullptr;
   BackBuffer backBuffer_;

@@ -3,11 +3,9 @@
 // Behind <windows.h>, on which they build.
 #include <commctrl.h>
 #include <commdlg.h>
-#include <shellapi.h>
 
 #include <vector>
 
-#include "app/desktop/command.h"
 #include "app/desktop/dialog_context.h"
 #include "app/win32/dialogs.h"
 #include "app/win32/dpi.h"
@@ -143,12 +141,10 @@ void MainWindow::resizeClient(int32_t width, int32_t height) {
 }
 
 // The port search of a dialog takes the connection for itself, so keys from elsewhere have to wait.
-bool MainWindow::openDialog(uint32_t command) {
+bool MainWindow::openDialog(Command command) {
   if (dialogOpen_) return true;
   dialogOpen_ = true;
-  const bool opened = command == static_cast<uint32_t>(Command::findReceiver)
-                          ? openFinder()
-                          : openSettings(static_cast<Command>(command));
+  const bool opened = command == Command::findReceiver ? openFinder() : openSettings(command);
   dialogOpen_ = false;
   if (setting_.sounds != nullptr) setting_.sounds->useFilesOf(app_->settings);
   return opened;
@@ -169,17 +165,10 @@ bool MainWindow::openSettings(Command command) {
   return runDialog(window_, context, command, layouts) != 0;
 }
 
-bool MainWindow::openUrl(std::string_view url) {
-  const auto result = reinterpret_cast<INT_PTR>(
-      ShellExecuteW(window_, L"open", wideFromUtf8(url).c_str(), nullptr, nullptr, SW_SHOWNORMAL));
-  return result > 32;  // smaller numbers are errors
-}
-
 std::string MainWindow::chooseFile(const FileChoice& choice) {
   std::wstring filter = wideFromUtf8(choice.kind) + L'\0' + wideFromUtf8(choice.pattern);
   filter.append(2, L'\0');
-  std::wstring path = wideFromUtf8(choice.suggestedName);
-  path.resize(32768);
+  std::wstring path(32768, L'\0');
   const std::wstring title = wideFromUtf8(choice.title);
   OPENFILENAMEW dialog{};
   dialog.lStructSize = sizeof dialog;
@@ -188,10 +177,8 @@ std::string MainWindow::chooseFile(const FileChoice& choice) {
   dialog.lpstrFile = path.data();
   dialog.nMaxFile = static_cast<DWORD>(path.size());
   dialog.lpstrTitle = title.c_str();
-  dialog.Flags = OFN_NOCHANGEDIR | OFN_HIDEREADONLY | OFN_EXPLORER |
-                 (choice.save ? OFN_OVERWRITEPROMPT : OFN_FILEMUSTEXIST);
-  const BOOL chosen = choice.save ? GetSaveFileNameW(&dialog) : GetOpenFileNameW(&dialog);
-  return chosen ? utf8FromWide(path.c_str()) : std::string();
+  dialog.Flags = OFN_NOCHANGEDIR | OFN_HIDEREADONLY | OFN_EXPLORER | OFN_FILEMUSTEXIST;
+  return GetOpenFileNameW(&dialog) ? utf8FromWide(path.c_str()) : std::string();
 }
 
 void MainWindow::close() { PostMessageW(window_, WM_CLOSE, 0, 0); }

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/session/app_state.h"
+#include "app/desktop/desktop.h"
 #include "app/session/direct_ui_thread.h"
 #include "app/session/on_line.h"
 #include "tests/fakes/fake_clock.h"
@@ -22,7 +22,7 @@ class FakeSounds : public Sounds {
   std::vector<std::string> played;
 };
 
-class FakeWindow : public Window {
+class FakeWindow : public DesktopWindow {
  public:
   void repaint() override {
     ++repaints;
@@ -51,33 +51,29 @@ class FakeWindow : public Window {
   void killTimer(uint32_t number) override { timers.erase(number); }
   void postTap(uint32_t point) override { taps.push_back(point); }
   void resizeClient(int32_t width, int32_t height) override { size = {width, height}; }
-  bool openDialog(uint32_t command) override {
+  bool openDialog(Command command) override {
     dialogs.push_back(command);
     return dialogsExist;
-  }
-  bool openUrl(std::string_view url) override {
-    urls.emplace_back(url);
-    return true;
   }
   std::string chooseFile(const FileChoice& choice) override {
     choices.push_back(choice);
     return chosenFile;
   }
   void close() override { done.emplace_back("close"); }
-  void closeBrowser() override { done.emplace_back("browser"); }
   void destroy() override { done.emplace_back("destroy"); }
 
   std::function<void()> onRepaint;
   int repaints = 0, spaces = 0;
   std::string title;
-  std::vector<std::string> errors, told, questions, urls;
+  std::vector<std::string> errors, told, questions;
   bool answer = false;                  // to every question; Yes is true
   std::function<bool()> onAsk;          // in its place
   std::vector<std::string> offered;     // answers to the last question that had several
   std::string wanted;                   // of them; the last one where it is not among them
   std::map<uint32_t, uint32_t> timers;  // running: number, period in ms
   std::vector<uint32_t> armed;          // in their order
-  std::vector<uint32_t> taps, dialogs;
+  std::vector<uint32_t> taps;
+  std::vector<Command> dialogs;
   std::pair<int32_t, int32_t> size;
   bool dialogsExist = true;
   std::vector<FileChoice> choices;
@@ -103,26 +99,27 @@ struct AppWorld {
   std::vector<std::string> installed;  // arguments of the installer for mobile devices
   bool installerExists = true;
   std::atomic<bool> diskWorks{true};  // for the library and the journal
-  AppState app{Platform{clock,
-                        sounds,
-                        door,
-                        window,
-                        [this] { return ports.make(); },
-                        nullptr,
-                        [this] { return listedPorts; },
-                        [this](const DateTime& utc) {
-                          systemTimes.push_back(utc);
-                          return clockCanBeSet;
-                        },
-                        [this](const std::string& argument) {
-                          if (installerExists) installed.push_back(argument);
-                          return installerExists;
-                        },
-                        {.open = [this](const std::string& path, OpenMode mode,
-                                        FileOpening& opening) -> std::unique_ptr<ExclusiveFile> {
-                          if (!diskWorks) opening = FileOpening::refused;
-                          return diskWorks ? openExclusive(path, mode, opening) : nullptr;
-                        }}}};
+  Desktop app{Platform{clock,
+                       sounds,
+                       door,
+                       window,
+                       [this] { return ports.make(); },
+                       nullptr,
+                       [this] { return listedPorts; },
+                       [this](const DateTime& utc) {
+                         systemTimes.push_back(utc);
+                         return clockCanBeSet;
+                       },
+                       [this](const std::string& argument) {
+                         if (installerExists) installed.push_back(argument);
+                         return installerExists;
+                       },
+                       {.open = [this](const std::string& path, OpenMode mode,
+                                       FileOpening& opening) -> std::unique_ptr<ExclusiveFile> {
+                         if (!diskWorks) opening = FileOpening::refused;
+                         return diskWorks ? openExclusive(path, mode, opening) : nullptr;
+                       }}},
+              window};
 };
 
 }  // namespace vgps

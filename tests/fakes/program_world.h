@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include "app/desktop/startup.h"
 #include "tests/fakes/app_world.h"
 #include "tests/fakes/test_folder.h"

@@ -4,38 +4,22 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
+#include "tests/fakes/test_folder.h"
 #include "tests/places.h"
 #include "tests/program/program.h"
 
 namespace vgps {
 
-// A folder of the running test's own.
+// A test with a folder of its own.
 class FileWorld : public testing::Test {
  protected:
-  FileWorld() {
-    const auto* const info = testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = std::filesystem::temp_directory_path() /
-              (std::string("vgps_") + info->test_suite_name() + "_" + info->name());
-    std::filesystem::remove_all(folder_);
-    std::filesystem::create_directories(folder_);
-  }
-  ~FileWorld() override { std::filesystem::remove_all(folder_); }
+  std::string path(const std::string& name) const { return folder_ / name; }
+  void write(const std::string& name, const std::string& text) const { folder_.write(name, text); }
+  std::string read(const std::string& name) const { return folder_.read(name); }
 
-  std::string path(const std::string& name) const { return (folder_ / name).string(); }
-  void write(const std::string& name, const std::string& text) const {
-    std::ofstream(folder_ / name, std::ios::binary) << text;
-  }
-  std::string read(const std::string& name) const {
-    std::ifstream file(folder_ / name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-
-  std::filesystem::path folder_;
+  TestFolder folder_;
 };
 
 inline bool isOneLine(const std::string& text) {

@@ -13,7 +13,6 @@
 #include "app/session/on_line.h"
 #include "app/session/ui_mailbox.h"
 #include "base/number.h"
-#include "cli/quiet_platform.h"
 #include "tests/platform/posix/pty.h"
 
 namespace vgps {
@@ -50,8 +49,8 @@ struct LiveWorld {
   }
 
   std::function<void(std::string_view)> onLine;
-  QuietSounds sounds;
-  QuietWindow window;
+  Sounds sounds;
+  Window window;
   UiMailbox door;
   AppState app{{systemClock(), sounds, door, window, makeSerialPort, nullptr}};
 };

@@ -43,7 +43,7 @@ TEST_F(XmlCommand, OnlyChecksWithoutAPlaceToSave) {
   EXPECT_EQ(run.errors, "");
   EXPECT_EQ(read("in.xml"), kText);
   EXPECT_EQ(fs::last_write_time(path("in.xml")), written);
-  EXPECT_EQ(std::distance(fs::directory_iterator(folder_), {}), 1) << "no other file";
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder_.path()), {}), 1) << "no other file";
 }
 
 TEST_F(XmlCommand, TellsWhereNothingCouldBeParsed) {
@@ -72,9 +72,9 @@ TEST_F(XmlCommand, WhatCannotBeReadOrWrittenIsOneLine) {
   write("in.xml", kText);
   const std::vector<std::string> lines[] = {
       {"xml", path("none.xml")},
-      {"xml", folder_.string()},
+      {"xml", folder_.path()},
       {"xml", path("in.xml"), "-o", path("none/out.xml")},
-      {"xml", path("in.xml"), "-o", folder_.string()},
+      {"xml", path("in.xml"), "-o", folder_.path()},
       {"xml", path("in.xml"), "-o", "/dev/full"},
       {"xml"},
   };

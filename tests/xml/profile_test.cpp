@@ -2,8 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <limits>
+
+#include "tests/fakes/test_folder.h"
 
 namespace vgps {
 namespace {
@@ -142,19 +143,17 @@ TEST(XmlProfile, BytesAsHexadecimal) {
 }
 
 TEST(XmlProfile, WithAFileNameAloneTheFileIsReadAndSavedAtOnce) {
-  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "vexa-profile-test";
-  std::filesystem::create_directories(folder);
-  const std::string file = (folder / "settings.xml").string();
+  const TestFolder folder;
+  const std::string file = folder / "settings.xml";
   EXPECT_EQ(XmlGetInt("cfg", "a", 3, file.c_str()), 3);
-  EXPECT_FALSE(std::filesystem::exists(file)) << "a getter writes nothing";
+  EXPECT_FALSE(folder.has("settings.xml")) << "a getter writes nothing";
   EXPECT_EQ(XmlSetInt("cfg", "a", 4, file.c_str()), 1);
   EXPECT_EQ(XmlSetInt("cfg", "b", 5, file.c_str()), 1);
   EXPECT_EQ(XmlGetInt("cfg", "a", 3, file.c_str()), 4);
   XmlDocument open;
   EXPECT_EQ(XmlSetInt("cfg", "a", 9, file.c_str(), &open), 1);
   EXPECT_EQ(XmlGetInt("cfg", "a", 3, file.c_str()), 4) << "the open document was meant";
-  EXPECT_EQ(XmlSetInt("cfg", "a", 4, (folder / "none" / "x.xml").string().c_str()), 0);
-  std::filesystem::remove_all(folder);
+  EXPECT_EQ(XmlSetInt("cfg", "a", 4, (folder / "none/x.xml").c_str()), 0);
 }
 
 }  // namespace

@@ -63,39 +63,6 @@ TEST(Menus, KeysAreNotGivenTwiceAndStandBehindTheirItems) {
   EXPECT_EQ(keyText({0x7A, false, true, false, Command::pauseOrResume}), "Shift+F11");
 }
 
-TEST(Menus, MarksAndGreyItemsFollowTheState) {
-  ProgramWorld world;
-  world.load("", "simu=\"1\"");
-  world.app.gps.simulation.paceMs = 600000;
-  const auto state = [&](Command command) {
-    return std::string(menuItemEnabled(world.app, command) ? "enabled" : "grey") +
-           (menuItemChecked(world.app, command) ? " checked" : "");
-  };
-  EXPECT_EQ(state(Command::connect), "enabled");
-  EXPECT_EQ(state(Command::disconnect), "grey");
-  EXPECT_EQ(state(Command::startRecording), "enabled");
-  EXPECT_EQ(state(Command::endRecording), "grey");
-  EXPECT_EQ(state(Command::markPoint), "grey");
-  EXPECT_EQ(state(Command::viewGps), "enabled checked");
-  EXPECT_EQ(state(Command::viewRawLog), "enabled");
-  EXPECT_EQ(state(Command::simulateByTimer), "enabled checked");
-  EXPECT_EQ(state(Command::presetDriving), "enabled checked")
-      << "the usual thresholds are those of driving";
-  runCommand(world.app, Command::connect);
-  runCommand(world.app, Command::startRecording);
-  runCommand(world.app, Command::viewRawLog);
-  EXPECT_EQ(state(Command::connect), "grey");
-  EXPECT_EQ(state(Command::disconnect), "enabled");
-  EXPECT_EQ(state(Command::startRecording), "grey");
-  EXPECT_EQ(state(Command::endRecording), "enabled");
-  EXPECT_EQ(state(Command::pauseOrResume), "enabled");
-  EXPECT_EQ(state(Command::viewGps), "enabled");
-  EXPECT_EQ(state(Command::viewRawLog), "enabled checked");
-  runCommand(world.app, Command::pauseOrResume);
-  EXPECT_EQ(state(Command::pauseOrResume), "enabled checked");
-  EXPECT_EQ(state(Command{55555}), "grey") << "no such command";
-}
-
 TEST(Texts, ALanguageLibraryReplacesEveryOne) {
   EXPECT_GT(allTexts().size(), 200U);
   setTextSource([](uint32_t number) { return "<" + std::to_string(number) + ">"; });

@@ -24,7 +24,7 @@ class RecordingCommands : public testing::Test {
   bool hasJournal() const { return world.folder.has("vgpstrack.journal"); }
 
   ProgramWorld world;
-  AppState& app = world.app;
+  Desktop& app = world.app;
 };
 
 TEST_F(RecordingCommands, ATripFromStartToEnd) {

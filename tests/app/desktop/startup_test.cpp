@@ -263,7 +263,7 @@ TEST(Startup, OptionsOfTheCommandLine) {
 TEST(Startup, TheWorkOfTheStartHasAnOrder) {
   for (const bool stays : {true, false}) {
     ProgramWorld world;
-    AppState& app = world.app;
+    Desktop& app = world.app;
     app.gps.simulation.paceMs = 600000;
     world.load("agc=\"1\" its=\"9\" ips=\"8\" sts=\"0\"", "simu=\"1\"");
     std::string before;

@@ -199,16 +199,6 @@ TEST_F(TurnWarnings, EveryOtherSituationBeginsAnew) {
   }
 }
 
-TEST(Timers, ATapFollowsOnceAfterATenthOfASecond) {
-  AppWorld world;
-  delayTap(world.app, 0x00100020);
-  delayTap(world.app, 0x00300040);  // the second takes the place of the first
-  EXPECT_EQ(world.window.timers[kTapTimer], 100U);
-  onTimer(world.app, kTapTimer);
-  EXPECT_EQ(world.window.taps, std::vector<uint32_t>{0x00300040});
-  EXPECT_FALSE(world.window.timers.contains(kTapTimer));
-}
-
 TEST(Timers, UnknownOnesDoNothing) {
   AppWorld world;
   for (const uint32_t number : {0U, 8U, 1001U}) onTimer(world.app, number);

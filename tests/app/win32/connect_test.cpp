@@ -19,9 +19,6 @@
 namespace vgps {
 namespace {
 
-constexpr Command kSettingsCommand = Command::gpsSetup;
-constexpr Command kFinderButton = Command::findReceiver;
-
 // Where the read-out of the window has the position.
 Rect positionIn(HWND window) {
   RECT client{};
@@ -43,7 +40,7 @@ TEST(Connecting, FromTheFirstStartToTheFirstPosition) {
   ASSERT_NE(window, nullptr);
   {
     const Receiver receiver(line);
-    PostMessageW(GetDlgItem(window, kFinderButton), BM_CLICK, 0, 0);
+    PostMessageW(buttonOf(window, Command::findReceiver), BM_CLICK, 0, 0);
     HWND search = nullptr;
     ASSERT_TRUE(waitFor([&] { return (search = openDialog()) != nullptr; }));
     const HWND use = GetDlgItem(search, IDOK);
@@ -54,7 +51,7 @@ TEST(Connecting, FromTheFirstStartToTheFirstPosition) {
         << utf8FromWide(cellText(list, row, 2));
     EXPECT_EQ(cellText(list, row, 2).find(L" 0 sentences"), std::wstring::npos);
     ASSERT_TRUE(press(search, IDOK));
-    EXPECT_TRUE(waitFor([&] { return !IsWindowVisible(GetDlgItem(window, kFinderButton)); }));
+    EXPECT_TRUE(waitFor([&] { return !IsWindowVisible(buttonOf(window, Command::findReceiver)); }));
     const Picture before = Picture::ofWindow(window);
     EXPECT_TRUE(showsAnotherPosition(window, before)) << "it has moved on";
   }
@@ -62,97 +59,6 @@ TEST(Connecting, FromTheFirstStartToTheFirstPosition) {
   EXPECT_NE(settings.find("port=\"COM3\""), std::string::npos) << settings;
   EXPECT_NE(settings.find("speed=\"9600\""), std::string::npos) << settings;
   EXPECT_EQ(program.close(), 0);
-}
-
-TEST(Connecting, AFoundReceiverThatCannotBeKeptIsTold) {
-  SerialLine line;
-  ASSERT_TRUE(line.isUp());
-  const RegisteredPorts registered{{{L"\\Device\\OfTheTest", L"COM3"}}};
-  const RunFolder folder;
-  Program program(L"", &folder);
-  const HWND window = program.window();
-  ASSERT_NE(window, nullptr);
-  Handle held(CreateFileW(wideFromUtf8(folder.file("vgps.xml")).c_str(), GENERIC_READ,
-                          FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-  ASSERT_TRUE(held.isValid());
-  const Receiver receiver(line);
-  PostMessageW(GetDlgItem(window, kFinderButton), BM_CLICK, 0, 0);
-  HWND search = nullptr;
-  ASSERT_TRUE(waitFor([&] { return (search = program.dialog()) != nullptr; }));
-  ASSERT_TRUE(waitFor([&] { return IsWindowEnabled(GetDlgItem(search, IDOK)) != FALSE; }, 30000));
-  PostMessageW(search, WM_COMMAND, IDOK, 0);
-  HWND told = nullptr;
-  ASSERT_TRUE(waitFor([&] {
-    told = program.dialog();
-    return told != nullptr &&
-           windowText(GetDlgItem(told, 0xFFFF)).starts_with(L"The settings cannot be written");
-  }));
-  ASSERT_TRUE(press(told, IDOK));
-  EXPECT_TRUE(waitFor([&] { return !IsWindowVisible(GetDlgItem(window, kFinderButton)); }))
-      << "it is connected for this run";
-  EXPECT_EQ(program.close(), 0) << "without a second word";
-}
-
-TEST(Connecting, AtTheStartAsTheSettingsSay) {
-  const auto folderWith = [](const char* gps, int connect) {
-    char text[300];
-    std::snprintf(text, sizeof text,
-                  R"(<root><cfg><vgps upd="20" lgn="1" agc="%d"/><gps %s/></cfg></root>)", connect,
-                  gps);
-    return std::make_unique<RunFolder>(text);
-  };
-  SerialLine line;
-  ASSERT_TRUE(line.isUp());
-  {
-    const auto folder = folderWith(R"(port="COM3" speed="4800")", 1);
-    Program program(L"", folder.get());
-    ASSERT_NE(program.window(), nullptr);
-    const Receiver receiver(line);
-    EXPECT_TRUE(waitFor([&] { return folder->size("gps.log") > 0; })) << "nothing was received";
-    EXPECT_EQ(program.close(), 0);
-  }
-  {
-    const auto folder = folderWith(R"(port="COM29")", 1);
-    Program program(L"", folder.get());
-    const HWND told = program.messageBox(L"GPS Opening failed");
-    ASSERT_NE(told, nullptr);
-    EXPECT_TRUE(press(told, IDOK));
-    EXPECT_EQ(program.close(), 0);
-  }
-  {
-    const auto folder = folderWith(R"(port="COM29" simu="1")", 1);
-    Program program(L"", folder.get());
-    EXPECT_TRUE(waitFor([&] { return windowText(program.window()).starts_with(L"Sim index"); }));
-  }
-  const auto folder = folderWith(R"(port="COM29")", 0);
-  Program program(L"", folder.get());
-  ASSERT_NE(program.window(), nullptr);
-  EXPECT_TRUE(isResponsive(program.window()));
-  EXPECT_EQ(program.dialog(), nullptr) << "it was not to connect";
-}
-
-TEST(Connecting, TheSettingsDialogWritesWhatWasConfirmed) {
-  const RunFolder folder{
-      R"(<root><cfg><vgps upd="20"/><gps port="COM5" speed="4800"/></cfg></root>)"};
-  Program program(L"", &folder);
-  ASSERT_NE(program.window(), nullptr);
-  for (const int button : {IDCANCEL, IDOK}) {
-    const HWND dialog = openByCommand(program.window(), kSettingsCommand);
-    ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(windowText(GetDlgItem(dialog, CONTROL_PORT)), L"COM5") << button;
-    EXPECT_EQ(windowText(GetDlgItem(dialog, CONTROL_BAUD_RATE)), L"4800") << button;
-    const std::string before = folder.read("vgps.xml");
-    EXPECT_TRUE(choose(dialog, CONTROL_PORT, L"COM17"));
-    EXPECT_TRUE(choose(dialog, CONTROL_BAUD_RATE, L"38400"));
-    ASSERT_TRUE(press(dialog, button));
-    const std::string settings = folder.read("vgps.xml");
-    EXPECT_EQ(settings == before, button == IDCANCEL);
-    EXPECT_EQ(settings.find("port=\"COM17\"") != std::string::npos, button == IDOK) << settings;
-    EXPECT_EQ(settings.find("speed=\"38400\"") != std::string::npos, button == IDOK) << settings;
-  }
-  const HWND dialog = openByCommand(program.window(), kSettingsCommand);
-  EXPECT_EQ(windowText(GetDlgItem(dialog, CONTROL_PORT)), L"COM17");
-  EXPECT_EQ(program.close(), 0) << "with its dialog open";
 }
 
 TEST(Connecting, AReceiverUnpluggedBehindTheSettingsDialogComesBack) {
@@ -168,7 +74,7 @@ TEST(Connecting, AReceiverUnpluggedBehindTheSettingsDialogComesBack) {
     return waitFor([&] { return folder.size("gps.log") > before; }, 30000);
   };
   EXPECT_TRUE(receives());
-  const HWND dialog = openByCommand(program.window(), kSettingsCommand);
+  const HWND dialog = openByCommand(program.window(), Command::gpsSetup);
   ASSERT_NE(dialog, nullptr);
   line.unplug();
   // The timer that looks after the connection, a little early.
@@ -190,14 +96,13 @@ TEST(Connecting, AReceiverUnpluggedBehindTheSettingsDialogComesBack) {
 
 TEST(Connecting, ALineThatNeverEndsIsNoHarm) {
   constexpr size_t kPieces = 160;
-  constexpr Command kRawLog = Command::viewRawLog;
   const RunFolder folder;
   SerialLine line;
   ASSERT_TRUE(line.isUp());
   Program program(L"--port COM3", &folder);
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);
-  sendCommand(window, kRawLog);
+  sendCommand(window, Command::viewRawLog);
   const std::string piece(64 * 1024, 'A');
   // First as a sentence that does not end; its rest, when that was given up, as bytes that are
   // none.

@@ -18,6 +18,7 @@
 #include "platform/win32/wide.h"
 #include "res/dialog_ids.h"
 #include "tests/app/win32/drive.h"
+#include "tests/fakes/test_folder.h"
 #include "xml/profile.h"
 
 // The real dialogs from their compiled layouts.
@@ -39,7 +40,7 @@ class Opened {
     });
     next();
   }
-  Opened(DialogContext& context, uint32_t command, HMODULE layouts = nullptr)
+  Opened(DialogContext& context, Command command, HMODULE layouts = nullptr)
       : Opened([&context, command, layouts] {
           return runDialog(nullptr, context, command, layouts);
         }) {}
@@ -77,16 +78,11 @@ class Opened {
 class SettingsDialogs : public testing::Test {
  protected:
   SettingsDialogs() {
-    const auto* const info = testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = fs::temp_directory_path() / (std::string("vgps_dialogs_") + info->name());
-    fs::remove_all(folder_);
-    fs::create_directories(folder_);
-    store_.open((folder_ / "vgps.xml").string());
+    store_.open(folder_ / "vgps.xml");
     settings_ = loadSettings(store_);
   }
-  ~SettingsDialogs() override { fs::remove_all(folder_); }
 
-  fs::path folder_;
+  TestFolder folder_;
   ConfigStore store_;
   Settings settings_;
   DialogContext context_{.store = store_,
@@ -233,7 +229,7 @@ void expectRowsHaveControls(HWND window, const Dialog& dialog) {
     if (field.switchControl != 0) has(field.switchControl);
     for (const uint16_t other : field.disables) has(other);
     if (field.kind != FieldKind::radio) continue;
-    for (const DialogChoice& choice : field.choices) has(choice.name);
+    for (const DialogChoice& choice : field.choices) has(choice.control);
   }
   for (const DialogAction& action : dialog.actions) {
     has(action.control);
@@ -290,7 +286,7 @@ TEST_F(SettingsDialogs, OkSavesAndCancelDoesNot) {
     EXPECT_TRUE(IsWindowEnabled(opened.control(CONTROL_EVERY)));
     SetWindowTextW(opened.control(CONTROL_EVERY), L"4");
     EXPECT_EQ(opened.press(confirmed ? IDOK : IDCANCEL), confirmed ? IDOK : IDCANCEL);
-    EXPECT_EQ(fs::exists(folder_ / "vgps.xml"), confirmed);
+    EXPECT_EQ(folder_.has("vgps.xml"), confirmed);
     EXPECT_EQ(settings_.recordAngle, confirmed ? 25 : 10);
   }
   const Settings stored = loadSettings(store_);
@@ -302,7 +298,7 @@ TEST_F(SettingsDialogs, OkSavesAndCancelDoesNot) {
 TEST_F(SettingsDialogs, ReceiverBoxesShowPortsAndDisable) {
   settings_.port = "COM7";
   ASSERT_TRUE(saveSettings(store_, settings_, SettingGroup::gps));
-  Opened opened(context_, kGpsDialogCommand);
+  Opened opened(context_, Command::gpsSetup);
   ASSERT_NE(opened.window(), nullptr);
   const HWND port = opened.control(CONTROL_PORT);
   EXPECT_EQ(windowText(port), L"COM7");
@@ -361,7 +357,7 @@ TEST_F(SettingsDialogs, PortSearchRunsBesideTheDialog) {
     speed = wanted;
     return search;
   };
-  Opened opened(context_, kGpsDialogCommand);
+  Opened opened(context_, Command::gpsSetup);
   ASSERT_NE(opened.window(), nullptr);
   opened.click(CONTROL_SEARCH_PORTS);
   EXPECT_TRUE(waitFor([&] {
@@ -403,25 +399,27 @@ TEST_F(SettingsDialogs, PortSearchRunsBesideTheDialog) {
 }
 
 // A library of a language: a copy of some module with one layout in it.
-std::wstring libraryWith(const fs::path& folder, const wchar_t* name, const wchar_t* layout) {
+std::wstring libraryWith(const std::string& path, const wchar_t* name, const wchar_t* layout) {
   wchar_t system[MAX_PATH] = L"";
   GetSystemDirectoryW(system, MAX_PATH);
-  const std::wstring path = (folder / "language.dll").wstring();
-  CopyFileW((std::wstring(system) + L"\\version.dll").c_str(), path.c_str(), FALSE);
+  const std::wstring wide = wideFromUtf8(path);
+  CopyFileW((std::wstring(system) + L"\\version.dll").c_str(), wide.c_str(), FALSE);
   const HMODULE program = GetModuleHandleW(nullptr);
   const HRSRC found = FindResourceW(program, layout, RT_DIALOG);
   const HGLOBAL loaded = LoadResource(program, found);
-  const HANDLE update = BeginUpdateResourceW(path.c_str(), FALSE);
+  const HANDLE update = BeginUpdateResourceW(wide.c_str(), FALSE);
   UpdateResourceW(update, RT_DIALOG, name, 0, LockResource(loaded), SizeofResource(program, found));
   EndUpdateResourceW(update, FALSE);
-  return path;
+  return wide;
 }
 
 TEST_F(SettingsDialogs, ALanguageLibraryReplacesLayouts) {
-  const std::wstring path = libraryWith(folder_, L"DIALOG_DISTANCE", L"DIALOG_SPEED");
+  const std::wstring path =
+      libraryWith(folder_ / "language.dll", L"DIALOG_DISTANCE", L"DIALOG_SPEED");
   const HMODULE library = LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
   ASSERT_NE(library, nullptr);
-  for (const auto& [command, title] : {std::pair{1905u, L"Speed"}, std::pair{1909u, L"Pursue"}}) {
+  for (const auto& [command, title] :
+       {std::pair{Command::distanceViews, L"Speed"}, std::pair{Command::pursue, L"Pursue"}}) {
     Opened opened(context_, command, library);
     ASSERT_NE(opened.window(), nullptr);
     EXPECT_EQ(windowText(opened.window()), title);
@@ -480,10 +478,11 @@ TEST_F(SettingsDialogs, ALanguageLibraryReplacesEveryWordOfDialogsAndMenus) {
 
 // Whoever translates opens the program with a resource editor.
 TEST(Texts, StandInTheProgram) {
-  for (const uint32_t number : allTexts()) {
-    wchar_t text[4096] = L"";
-    LoadStringW(GetModuleHandleW(nullptr), number, text, std::size(text));
-    EXPECT_EQ(utf8FromWide(text), textOf(number)) << number;
+  for (const Text text : allTexts()) {
+    const auto number = static_cast<UINT>(text);
+    wchar_t stored[4096] = L"";
+    LoadStringW(GetModuleHandleW(nullptr), number, stored, std::size(stored));
+    EXPECT_EQ(utf8FromWide(stored), textOf(text)) << number;
   }
 }
 
@@ -501,13 +500,13 @@ TEST_F(SettingsDialogs, AHiddenOptionIsAskedInTwoSteps) {
   SetWindowTextW(opened.control(CONTROL_PROMPT_TEXT), L"17");
   EXPECT_EQ(opened.press(IDOK), IDOK);
   ConfigStore other;
-  other.open((folder_ / "vgps.xml").string());
+  other.open(folder_ / "vgps.xml");
   EXPECT_EQ(other.other("Cfg\\Other", "zoom"), "17");
 }
 
 TEST_F(SettingsDialogs, ChoosingAFileLeavesTheCurrentFolder) {
-  std::ofstream(folder_ / "tone.wav") << "RIFF";
-  const std::wstring wanted = (folder_ / "tone.wav").wstring();
+  folder_.write("tone.wav", "RIFF");
+  const std::wstring wanted = wideFromUtf8(folder_ / "tone.wav");
   const fs::path before = fs::current_path();
   Opened opened(context_, Command::sounds);
   ASSERT_NE(opened.window(), nullptr);
@@ -526,8 +525,9 @@ TEST_F(SettingsDialogs, ChoosingAFileLeavesTheCurrentFolder) {
 }
 
 TEST_F(SettingsDialogs, CommandsOfNoDialogOpenNone) {
-  for (const uint32_t command : {0u, 100u, 1900u, 1913u, 1917u, 1999u}) {
-    EXPECT_EQ(runDialog(nullptr, context_, command), 0) << command;
+  for (const Command command :
+       {Command{}, Command{1900}, Command::waypointAlarms, Command::allOptions}) {
+    EXPECT_EQ(runDialog(nullptr, context_, command), 0) << static_cast<int>(command);
   }
 }
 

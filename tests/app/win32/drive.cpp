@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -103,6 +102,10 @@ void postCommand(HWND window, Command command) {
   PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
 }
 
+HWND buttonOf(HWND window, Command command) {
+  return GetDlgItem(window, static_cast<int>(command));
+}
+
 HWND openByCommand(HWND window, Command command) {
   DWORD process = 0;
   GetWindowThreadProcessId(window, &process);
@@ -118,51 +121,19 @@ void enterTestDesktop() {
   SetThreadDesktop(desktop);
 }
 
-RunFolder::RunFolder(std::string_view settings) {
-  static int count = 0;
-  wchar_t place[MAX_PATH] = L"";
-  GetTempPathW(std::size(place), place);
-  path_ = utf8FromWide(place) + "vexa" + std::to_string(GetCurrentProcessId()) + "-" +
-          std::to_string(++count);
-  CreateDirectoryW(wideFromUtf8(path_).c_str(), nullptr);
+RunFolder::RunFolder(const std::string& settings) {
   const std::wstring program = wideFromUtf8(programFolder() + "\\VexaGPS.exe");
-  const std::wstring copy = wideFromUtf8(file("VexaGPS.exe"));
+  const std::wstring copy = wideFromUtf8(*this / "VexaGPS.exe");
   if (!CreateHardLinkW(copy.c_str(), program.c_str(), nullptr)) {
     CopyFileW(program.c_str(), copy.c_str(), TRUE);
   }
   if (!settings.empty()) write("vgps.xml", settings);
 }
 
-RunFolder::~RunFolder() {
-  std::error_code ignored;
-  std::filesystem::remove_all(wideFromUtf8(path_), ignored);
-}
-
-std::string RunFolder::file(std::string_view name) const { return pathIn(path_, name); }
-
-bool RunFolder::write(std::string_view name, std::string_view text) const {
-  std::ofstream out(std::filesystem::path(wideFromUtf8(file(name))), std::ios::binary);
-  return static_cast<bool>(out << text);
-}
-
-std::string RunFolder::read(std::string_view name) const {
-  std::ifstream in(std::filesystem::path(wideFromUtf8(file(name))), std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
-uintmax_t RunFolder::size(std::string_view name) const {
+uintmax_t RunFolder::size(const std::string& name) const {
   WIN32_FILE_ATTRIBUTE_DATA data{};
-  GetFileAttributesExW(wideFromUtf8(file(name)).c_str(), GetFileExInfoStandard, &data);
+  GetFileAttributesExW(wideFromUtf8(*this / name).c_str(), GetFileExInfoStandard, &data);
   return static_cast<uintmax_t>(data.nFileSizeHigh) << 32 | data.nFileSizeLow;
-}
-
-std::vector<std::string> RunFolder::names() const {
-  std::vector<std::string> names;
-  std::error_code ignored;
-  for (const auto& entry : std::filesystem::directory_iterator(wideFromUtf8(path_), ignored)) {
-    names.push_back(utf8FromWide(entry.path().filename().wstring()));
-  }
-  return names;
 }
 
 Program::Program(const std::wstring& arguments, const RunFolder* folder)
@@ -175,7 +146,7 @@ Program::Program(const std::wstring& arguments, const RunFolder* folder)
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
   limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
   SetInformationJobObject(job_.get(), JobObjectExtendedLimitInformation, &limits, sizeof limits);
-  path_ = folder->file("VexaGPS.exe");
+  path_ = *folder / "VexaGPS.exe";
   std::wstring command = L"\"" + wideFromUtf8(path_) + L"\" " + arguments;
   std::wstring desktop = desktopName();
   STARTUPINFOW startup{};
@@ -237,10 +208,11 @@ HMENU menuWith(HMENU menu, UINT command) {
 
 }  // namespace
 
-UINT menuState(HWND window, UINT command) {
-  const HMENU menu = menuWith(GetMenu(window), command);
+UINT menuState(HWND window, Command command) {
+  const auto number = static_cast<UINT>(command);
+  const HMENU menu = menuWith(GetMenu(window), number);
   SendMessageW(window, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(menu), 0);
-  return GetMenuState(menu, command, MF_BYCOMMAND);
+  return GetMenuState(menu, number, MF_BYCOMMAND);
 }
 
 bool choose(HWND dialog, int box, const wchar_t* text) {

@@ -11,6 +11,7 @@
 #include "app/desktop/command.h"
 #include "platform/canvas.h"
 #include "platform/win32/handle.h"
+#include "tests/fakes/test_folder.h"
 
 // Driving windows and serial lines from a test. Windows live on a desktop of the test's own.
 namespace vgps {
@@ -42,31 +43,21 @@ HWND openByCommand(HWND window, Command command);
 void sendCommand(HWND window, Command command);
 void postCommand(HWND window, Command command);
 
+// The control that does what a command does.
+HWND buttonOf(HWND window, Command command);
+
 // The calling thread's windows go to the test's desktop from now on.
 void enterTestDesktop();
 
 // Settings of a program that was started before, and asks nothing when it starts.
 inline constexpr const char* kUsedBefore = R"(<root><cfg><vgps upd="20"/></cfg></root>)";
 
-// A folder for one run of the program, which is in it with its settings; gone with this object.
-class RunFolder {
+// A folder for one run of the program, which is in it with its settings.
+class RunFolder : public TestFolder {
  public:
-  explicit RunFolder(std::string_view settings = kUsedBefore);
-  RunFolder(const RunFolder&) = delete;
-  RunFolder& operator=(const RunFolder&) = delete;
-  ~RunFolder();
-
-  const std::string& path() const { return path_; }
-  std::string file(std::string_view name) const;
-  bool write(std::string_view name, std::string_view text) const;
-  // Empty when there is no such file.
-  std::string read(std::string_view name) const;
+  explicit RunFolder(const std::string& settings = kUsedBefore);
   // Also of a file that nobody else may open; 0 when there is none.
-  uintmax_t size(std::string_view name) const;
-  std::vector<std::string> names() const;
-
- private:
-  std::string path_;
+  uintmax_t size(const std::string& name) const;
 };
 
 // The started program. It ends with this object, or with the test if that is killed.

@@ -8,12 +8,6 @@
 namespace vgps {
 namespace {
 
-constexpr Command kDisconnect = Command::disconnect;
-constexpr Command kReadout = Command::viewGps;
-constexpr Command kNightColours = Command::nightColors;
-constexpr Command kStartRecording = Command::startRecording;
-constexpr Command kPauseRecording = Command::pauseOrResume;
-
 void sendKeys(std::initializer_list<WORD> keys, DWORD flags) {
   for (const WORD key : keys) {
     INPUT input{};
@@ -35,31 +29,34 @@ class HotKeys : public testing::Test {
  protected:
   void SetUp() override { ASSERT_NE(window(), nullptr); }
   HWND window() const { return program.window(); }
-  bool is(UINT flag, UINT command) const { return (menuState(window(), command) & flag) != 0; }
-  bool isRecording() const { return is(MF_GRAYED, kStartRecording); }
+  bool is(UINT flag, Command command) const { return (menuState(window(), command) & flag) != 0; }
+  bool isRecording() const { return is(MF_GRAYED, Command::startRecording); }
 
   // What was sent or pressed before has been dealt with when this command has.
   void waitUntilDealtWith() const {
-    const bool night = is(MF_CHECKED, kNightColours);
+    const bool night = is(MF_CHECKED, Command::nightColors);
     postCommand(window(), night ? Command::dayColors : Command::nightColors);
-    ASSERT_TRUE(waitFor([&] { return is(MF_CHECKED, kNightColours) != night; }));
+    ASSERT_TRUE(waitFor([&] { return is(MF_CHECKED, Command::nightColors) != night; }));
   }
 
   ProgramInProcess program{{}, R"(<root><cfg><vgps upd="20"/><gps simu="1"/></cfg></root>)"};
 };
 
 TEST_F(HotKeys, EachDoesItsCommand) {
-  const bool night = is(MF_CHECKED, kNightColours);
+  const bool night = is(MF_CHECKED, Command::nightColors);
   // The item of the menu that shows what the key has done.
   const struct {
     char letter;
     UINT flag;
-    UINT item;
+    Command item;
     bool set;
   } rows[] = {
-      {'R', MF_GRAYED, kStartRecording, true},  {'P', MF_CHECKED, kPauseRecording, true},
-      {'E', MF_GRAYED, kStartRecording, false}, {'V', MF_CHECKED, kReadout, false},
-      {'N', MF_CHECKED, kNightColours, !night}, {'C', MF_GRAYED, kDisconnect, false},
+      {'R', MF_GRAYED, Command::startRecording, true},
+      {'P', MF_CHECKED, Command::pauseOrResume, true},
+      {'E', MF_GRAYED, Command::startRecording, false},
+      {'V', MF_CHECKED, Command::viewGps, false},
+      {'N', MF_CHECKED, Command::nightColors, !night},
+      {'C', MF_GRAYED, Command::disconnect, false},
   };
   EXPECT_EQ(std::size(rows) + 1, hotKeyRows().size());
   {

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <cwctype>
 #include <set>
 
 #include "app/desktop/commands.h"
@@ -14,9 +13,7 @@ namespace vgps {
 namespace {
 
 struct MenuItem {
-  HMENU menu;
-  int position;
-  UINT command;
+  Command command;
   std::wstring text;
 };
 
@@ -26,14 +23,13 @@ std::wstring itemText(HMENU menu, int position) {
   return text;
 }
 
-void collect(HMENU menu, std::vector<MenuItem>& items, std::vector<HMENU>& menus) {
-  menus.push_back(menu);
+void collect(HMENU menu, std::vector<MenuItem>& items) {
   for (int i = 0; i < GetMenuItemCount(menu); ++i) {
     const HMENU popup = GetSubMenu(menu, i);
     if (popup != nullptr) {
-      collect(popup, items, menus);
+      collect(popup, items);
     } else if (GetMenuItemID(menu, i) != 0) {
-      items.push_back({menu, i, GetMenuItemID(menu, i), itemText(menu, i)});
+      items.push_back({Command{GetMenuItemID(menu, i)}, itemText(menu, i)});
     }
   }
 }
@@ -61,17 +57,11 @@ class Menu : public testing::Test {
  protected:
   void SetUp() override {
     ASSERT_NE(program.window(), nullptr);
-    collect(GetMenu(program.window()), items, menus);
+    collect(GetMenu(program.window()), items);
   }
-
-  UINT stateOf(UINT command) { return menuState(program.window(), command); }
-  bool isGrey(UINT command) { return (stateOf(command) & MF_GRAYED) != 0; }
-  bool isChecked(UINT command) { return (stateOf(command) & MF_CHECKED) != 0; }
-  void send(UINT command) { sendCommand(program.window(), command); }
 
   ProgramInProcess program{{}};
   std::vector<MenuItem> items;
-  std::vector<HMENU> menus;
 };
 
 TEST_F(Menu, HoldsEveryRowWithItsTextAndKey) {
@@ -80,55 +70,19 @@ TEST_F(Menu, HoldsEveryRowWithItsTextAndKey) {
   EXPECT_EQ(items.size(), rows);
   std::set<std::wstring> texts;
   for (const MenuItem& item : items) {
-    EXPECT_FALSE(item.text.empty()) << item.command;
+    EXPECT_FALSE(item.text.empty()) << static_cast<int>(item.command);
     texts.insert(item.text);
   }
   EXPECT_TRUE(texts.contains(L"&Connect\tF5"));
   EXPECT_TRUE(texts.contains(L"&Find my receiver...\tCtrl+F"));
 }
 
-TEST_F(Menu, EachItemHasALetterOfItsOwn) {
-  for (const HMENU menu : menus) {
-    std::set<wint_t> letters;
-    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
-      const std::wstring text = itemText(menu, i);
-      if (text.empty()) continue;
-      const size_t mark = text.find(L'&');
-      ASSERT_NE(mark, std::wstring::npos) << i;
-      EXPECT_TRUE(letters.insert(std::towlower(text[mark + 1])).second)
-          << std::string(text.begin(), text.end());
-    }
-  }
-}
-
-TEST_F(Menu, GreyAndCheckedFollowTheProgram) {
-  EXPECT_FALSE(isGrey(Command::connect));
-  EXPECT_TRUE(isGrey(Command::disconnect)) << "nothing to disconnect";
-  EXPECT_TRUE(isGrey(Command::endRecording)) << "nothing to end";
-  send(Command::startSimulation);
-  EXPECT_TRUE(isGrey(Command::connect));
-  EXPECT_FALSE(isGrey(Command::disconnect));
-  EXPECT_TRUE(isChecked(Command::startSimulation));
-  send(Command::startRecording);
-  EXPECT_TRUE(isGrey(Command::startRecording));
-  EXPECT_FALSE(isGrey(Command::endRecording));
-  send(Command::pauseOrResume);
-  EXPECT_TRUE(isChecked(Command::pauseOrResume)) << "paused";
-  send(Command::nightColors);
-  EXPECT_TRUE(isChecked(Command::nightColors));
-  EXPECT_FALSE(isChecked(Command::dayColors));
-  send(Command::logOn);
-  EXPECT_TRUE(isChecked(Command::logOn));
-  send(Command::logOff);
-  EXPECT_FALSE(isChecked(Command::logOn));
-}
-
 // Dialogs and questions that open are given up; nothing may hang or end the program.
 TEST_F(Menu, EveryItemAnswers) {
   const CommandCounter counter(program.window());
   int sent = 0;
-  const auto isAnswered = [&](UINT command) {
-    PostMessageW(program.window(), WM_COMMAND, command, 0);
+  const auto isAnswered = [&](Command command) {
+    postCommand(program.window(), command);
     ++sent;
     return waitFor([&] {
       const HWND dialog = openDialog();
@@ -138,15 +92,16 @@ TEST_F(Menu, EveryItemAnswers) {
     });
   };
   for (const MenuItem& item : items) {
-    if (item.command == 199) continue;  // ends the program
-    ASSERT_TRUE(isAnswered(item.command)) << item.command;
-    ASSERT_TRUE(isResponsive(program.window())) << item.command;
-    EXPECT_NE(findCommand(item.command), nullptr) << item.command;
+    if (item.command == Command::shutdown) continue;
+    SCOPED_TRACE(static_cast<int>(item.command));
+    ASSERT_TRUE(isAnswered(item.command));
+    ASSERT_TRUE(isResponsive(program.window()));
+    EXPECT_NE(findCommand(item.command), nullptr);
   }
   EXPECT_GT(sent, 100);
   // What was begun is ended, and nothing is left open.
-  EXPECT_TRUE(isAnswered(1204));
-  EXPECT_TRUE(isAnswered(103));
+  EXPECT_TRUE(isAnswered(Command::endRecording));
+  EXPECT_TRUE(isAnswered(Command::disconnect));
 }
 
 }  // namespace

@@ -33,33 +33,11 @@ TEST(Program, ShowsItsWindow) {
   expectCleanEnd(program, window);
 }
 
-TEST(Program, AMissingPortIsTold) {
-  Program program(L"--port COM29");
-  const HWND window = program.window();
-  ASSERT_NE(window, nullptr);
-  HWND dialog = nullptr;
-  ASSERT_TRUE(waitFor([&] { return (dialog = program.dialog()) != nullptr; }));
-  EXPECT_EQ(windowText(GetDlgItem(dialog, 0xFFFF)), L"GPS Opening failed");
-  EXPECT_TRUE(isResponsive(window));
-  PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-  EXPECT_TRUE(waitFor([&] { return !IsWindow(dialog); }));
-  EXPECT_TRUE(program.isRunning());
-  expectCleanEnd(program, window);
-}
-
 TEST(Program, EndsWithItsMessageOpen) {
   Program program(L"--port=COM29");
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);
   ASSERT_TRUE(waitFor([&] { return program.dialog() != nullptr; }));
-  expectCleanEnd(program, window);
-}
-
-TEST(Program, UnknownSwitchesDoNotStopIt) {
-  Program program(L"-log --simulate \"a file.gpx\"");
-  const HWND window = program.window();
-  ASSERT_NE(window, nullptr);
-  EXPECT_TRUE(waitFor([&] { return windowText(window).starts_with(L"Sim index: "); }));
   expectCleanEnd(program, window);
 }
 

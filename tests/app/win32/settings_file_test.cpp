@@ -11,16 +11,13 @@
 namespace vgps {
 namespace {
 
-constexpr wchar_t kDamaged[] = L"VGPS.XML is corrupted and can't be loaded!";
-constexpr Command kSettingsCommand = Command::gpsSetup;
-
-bool contains(const RunFolder& folder, std::string_view name, std::string_view text) {
+bool contains(const RunFolder& folder, const std::string& name, std::string_view text) {
   return folder.read(name).find(text) != std::string::npos;
 }
 
 // Chooses a port in the receiver's dialog and confirms.
 bool changePort(Program& program, const wchar_t* port) {
-  const HWND dialog = openByCommand(program.window(), kSettingsCommand);
+  const HWND dialog = openByCommand(program.window(), Command::gpsSetup);
   if (!choose(dialog, CONTROL_PORT, port)) return false;
   PostMessageW(dialog, WM_COMMAND, IDOK, 0);
   return true;
@@ -28,8 +25,8 @@ bool changePort(Program& program, const wchar_t* port) {
 
 // Another program's hold on the file, which lets others do so much with it.
 Handle holdSettings(const RunFolder& folder, DWORD share) {
-  return Handle(CreateFileW(wideFromUtf8(folder.file("vgps.xml")).c_str(), GENERIC_READ, share,
-                            nullptr, OPEN_EXISTING, 0, nullptr));
+  return Handle(CreateFileW(wideFromUtf8(folder / "vgps.xml").c_str(), GENERIC_READ, share, nullptr,
+                            OPEN_EXISTING, 0, nullptr));
 }
 
 // The message box whose text begins so; null when none comes.
@@ -40,30 +37,6 @@ HWND dialogThatSays(const Program& program, std::wstring_view begin) {
     return told != nullptr && windowText(GetDlgItem(told, 0xFFFF)).starts_with(begin);
   });
   return came ? told : nullptr;
-}
-
-TEST(SettingsFile, ADamagedOneIsToldKeptAndReplaced) {
-  const std::string damaged = "These are notes, not settings.";
-  const RunFolder folder{damaged};
-  {
-    Program program(L"", &folder);
-    const HWND told = program.messageBox(kDamaged);
-    ASSERT_NE(told, nullptr);
-    ASSERT_TRUE(press(told, IDOK));
-    const HWND question = program.messageBox(L"Check for VGPS updates now?");
-    ASSERT_NE(question, nullptr) << "as at a first start";
-    ASSERT_TRUE(press(question, IDNO));
-    ASSERT_TRUE(changePort(program, L"COM11"));
-    EXPECT_TRUE(waitFor([&] { return contains(folder, "vgps.xml", "port=\"COM11\""); }));
-    EXPECT_EQ(folder.read("vgps.bad"), damaged);
-    EXPECT_EQ(program.close(), 0);
-  }
-  Program again(L"", &folder);
-  const HWND question = again.messageBox(L"Check for VGPS updates now?");
-  ASSERT_NE(question, nullptr) << "the damage is told once; the starts are counted from now on";
-  ASSERT_TRUE(press(question, IDNO));
-  EXPECT_TRUE(isResponsive(again.window()));
-  EXPECT_EQ(again.dialog(), nullptr);
 }
 
 TEST(SettingsFile, OneThatAnotherProgramHoldsIsNotOverwrittenWithDefaults) {

@@ -66,7 +66,7 @@ class Soak : public testing::Test {
     ASSERT_NE(window, nullptr);
   }
 
-  void command(UINT wanted) const { sendCommand(window, wanted); }
+  void command(Command wanted) const { sendCommand(window, wanted); }
 
   // On one screen after the other.
   void receive(int sentences) {

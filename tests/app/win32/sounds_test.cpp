@@ -55,8 +55,8 @@ using List = std::vector<Played>;
 
 TEST(Sounds, AreThoseOfThePersonWhereTheyCanBePlayed) {
   const RunFolder folder;
-  ASSERT_TRUE(folder.write("tone.wav", "RIFF"));
-  const std::string tone = folder.file("tone.wav");
+  folder.write("tone.wav", "RIFF");
+  const std::string tone = folder / "tone.wav";
   SerialLine line;
   ASSERT_TRUE(line.isUp());
   ProgramInProcess program({}, R"(<root><cfg><gps port="COM3"/><vgps upd="20" sti="0" sound_ok=")" +

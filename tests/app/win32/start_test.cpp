@@ -21,35 +21,13 @@ void expectCleanEnd(Program& program, HWND window) {
   EXPECT_EQ(program.exitCode(), 0);
 }
 
-HWND button(HWND window, int command) { return GetDlgItem(window, command); }
-
-bool isShown(HWND window, int command) { return IsWindowVisible(button(window, command)) != FALSE; }
+bool isShown(HWND window, Command command) {
+  return IsWindowVisible(buttonOf(window, command)) != FALSE;
+}
 
 void pressKey(HWND window, WORD key) {
   PostMessageW(window, WM_KEYDOWN, key, 0);
   PostMessageW(window, WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
-}
-
-TEST(FirstStart, AsksAboutUpdatesOnceAndOffersTwoButtons) {
-  const RunFolder folder{""};
-  {
-    Program program(L"", &folder);
-    const HWND window = program.window();
-    ASSERT_NE(window, nullptr);
-    const HWND question = program.messageBox(L"Check for VGPS updates now?");
-    ASSERT_NE(question, nullptr);
-    EXPECT_TRUE(isShown(window, Command::findReceiver));
-    EXPECT_TRUE(isShown(window, Command::startSimulation));
-    ASSERT_TRUE(press(question, IDNO));
-    expectCleanEnd(program, window);
-  }
-  EXPECT_NE(folder.read("vgps.xml").find("upd=\"20\""), std::string::npos);
-  Program again(L"", &folder);
-  const HWND window = again.window();
-  ASSERT_NE(window, nullptr);
-  Sleep(200);
-  EXPECT_EQ(again.dialog(), nullptr) << "asked at the first start only";
-  expectCleanEnd(again, window);
 }
 
 TEST(FirstStart, TheSimulationIsOneKeyAway) {
@@ -57,8 +35,8 @@ TEST(FirstStart, TheSimulationIsOneKeyAway) {
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);
   ASSERT_TRUE(isShown(window, Command::findReceiver));
-  pressKey(button(window, Command::findReceiver), VK_TAB);
-  pressKey(button(window, Command::startSimulation), VK_RETURN);
+  pressKey(buttonOf(window, Command::findReceiver), VK_TAB);
+  pressKey(buttonOf(window, Command::startSimulation), VK_RETURN);
   EXPECT_TRUE(waitFor([&] { return windowText(window).starts_with(L"Sim index: "); }));
   EXPECT_FALSE(isShown(window, Command::findReceiver)) << "a source was chosen";
   EXPECT_FALSE(isShown(window, Command::startSimulation));
@@ -68,30 +46,20 @@ TEST(FirstStart, TheSimulationIsOneKeyAway) {
   expectCleanEnd(program, window);
 }
 
-TEST(FirstStart, TheButtonOpensTheSearch) {
-  Program program(L"");
-  const HWND window = program.window();
-  ASSERT_NE(window, nullptr);
-  PostMessageW(button(window, Command::findReceiver), BM_CLICK, 0, 0);
-  HWND search = nullptr;
-  ASSERT_TRUE(waitFor([&] { return (search = program.dialog()) != nullptr; }));
-  EXPECT_EQ(windowText(search), L"Find my receiver");
-  EXPECT_TRUE(press(search, IDCANCEL));
-  EXPECT_TRUE(isShown(window, Command::findReceiver)) << "nothing was chosen";
-  expectCleanEnd(program, window);
-}
-
 TEST(FirstStart, ButtonsStayInsideEverySize) {
   Program program(L"");
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);
-  for (const int size : {801, 802, 803, 804, 805, 806}) {
-    SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(size), 0);
+  for (const Command command : {Command::size240x320, Command::size320x240, Command::size240x240,
+                                Command::size320x320, Command::size640x480, Command::size320x480}) {
+    const auto size = static_cast<int>(command);
+    sendCommand(window, command);
     RECT client{};
     GetClientRect(window, &client);
     RECT boxes[2];
+    constexpr Command kButtons[] = {Command::findReceiver, Command::startSimulation};
     for (int i = 0; i < 2; ++i) {
-      GetWindowRect(button(window, 105 + i), &boxes[i]);
+      GetWindowRect(buttonOf(window, kButtons[i]), &boxes[i]);
       MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&boxes[i]), 2);
       RECT inside{};
       IntersectRect(&inside, &boxes[i], &client);
@@ -108,13 +76,15 @@ TEST(WindowSize, PresetsAreThoseOfTheDrawingArea) {
   Program program(L"");
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);
-  const std::pair<int, SIZE> presets[] = {{801, {240, 320}}, {803, {240, 240}}, {805, {640, 480}}};
+  const std::pair<Command, SIZE> presets[] = {{Command::size240x320, {240, 320}},
+                                              {Command::size240x240, {240, 240}},
+                                              {Command::size640x480, {640, 480}}};
   for (const auto& [command, size] : presets) {
-    SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
+    sendCommand(window, command);
     RECT client{};
     GetClientRect(window, &client);
-    EXPECT_EQ(client.right, size.cx) << command;
-    EXPECT_EQ(client.bottom, size.cy) << "the menu bar takes several lines: " << command;
+    EXPECT_EQ(client.right, size.cx) << size.cy;
+    EXPECT_EQ(client.bottom, size.cy) << "the menu bar takes several lines: " << size.cx;
   }
   expectCleanEnd(program, window);
 }
@@ -241,7 +211,7 @@ TEST(ProgramFont, LeavesNothingBehind) {
 
 TEST(ProgramFont, AFolderInItsPlaceIsNoHarm) {
   const RunFolder folder;
-  CreateDirectoryW(wideFromUtf8(folder.file("vgpsfont.ttf")).c_str(), nullptr);
+  CreateDirectoryW(wideFromUtf8(folder / "vgpsfont.ttf").c_str(), nullptr);
   Program program(L"", &folder);
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);
@@ -253,8 +223,8 @@ TEST(ProgramFont, AFolderInItsPlaceIsNoHarm) {
 TEST(Language, ALibraryReplacesEveryText) {
   const LanguageLibrary library("test_language.dll");
   ASSERT_TRUE(library.isLoaded());
-  for (const uint32_t number : allTexts()) {
-    ASSERT_EQ(textOf(number), "<" + std::to_string(number) + ">");
+  for (const Text text : allTexts()) {
+    ASSERT_EQ(textOf(text), "<" + std::to_string(static_cast<uint32_t>(text)) + ">");
   }
 }
 
@@ -269,14 +239,14 @@ TEST(Language, WithoutALibraryEverythingIsEnglish) {
 TEST(Language, TheProgramSpeaksIt) {
   const RunFolder folder{R"(<root><cfg><lang file="test_language.dll"/></cfg></root>)"};
   ASSERT_TRUE(CopyFileW(wideFromUtf8(programFolder() + "\\test_language.dll").c_str(),
-                        wideFromUtf8(folder.file("test_language.dll")).c_str(), FALSE));
+                        wideFromUtf8(folder / "test_language.dll").c_str(), FALSE));
   Program program(L"", &folder);
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);
   const HWND question = program.messageBox(L"<710>");
   ASSERT_NE(question, nullptr) << "the reminder of updates";
   press(question, IDNO);
-  EXPECT_EQ(windowText(button(window, Command::findReceiver)), L"<872>");
+  EXPECT_EQ(windowText(buttonOf(window, Command::findReceiver)), L"<872>");
   expectCleanEnd(program, window);
 }
 

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "app/desktop/command.h"
+#include "app/session/app_state.h"
+#include "platform/window.h"
+
+namespace vgps {
+
+// What a person is asked for a file by.
+struct FileChoice {
+  std::string title;    // of the dialog
+  std::string kind;     // in words: "Tracks"
+  std::string pattern;  // "*.xml"; several with semicolons between
+};
+
+// The main window as the desktop program sees it: besides what the session asks for, its size, its
+// dialogs and its end. On the user-interface thread.
+class DesktopWindow : public Window {
+ public:
+  // A press of the left button at client coordinates, packed as window messages carry them: x in
+  // the lower 16 bits, y in the upper. Posted, not sent.
+  virtual void postTap(uint32_t) {}
+  // Makes the drawing area so large, pixels at 96 dots per inch.
+  virtual void resizeClient(int32_t, int32_t) {}
+  // Shows the dialog that the command opens and waits until it is closed. False when there is no
+  // such dialog.
+  virtual bool openDialog(Command) { return false; }
+  // The path of an existing file that a person chose; empty when none.
+  virtual std::string chooseFile(const FileChoice&) { return {}; }
+  // Posts the wish to close, as the frame's button does; the answer is `closeRequested`.
+  virtual void close() {}
+  // Takes menu, child and window away and ends the message loop.
+  virtual void destroy() {}
+};
+
+// The desktop program: the session and the window around it.
+struct Desktop : AppState {
+  Desktop(Platform platformToUse, DesktopWindow& windowToUse)
+      : AppState(std::move(platformToUse)), window(windowToUse) {}
+
+  DesktopWindow& window;           // also the platform's
+  bool commandFromHotKey = false;  // while such a command runs
+  uint32_t tapPoint = 0;           // of a tap that waits; packed as `DesktopWindow::postTap` says
+};
+
+}  // namespace vgps

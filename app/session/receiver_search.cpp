@@ -1,0 +1,29 @@
+#include "app/session/receiver_search.h"
+
+#include "app/session/connection.h"
+
+namespace vgps {
+namespace {
+
+// What the next start connects to, in place of any other source.
+void keepChoice(AppState& app, const SourceChoice& choice) {
+  app.settings.port = choice.port;
+  app.settings.baudRate = static_cast<int32_t>(choice.speed);
+  app.settings.simulate = false;
+  app.settings.useGpsApi = false;
+  app.settings.useSensorApi = 0;
+  saveSettings(app.config, app.settings, SettingGroup::gps);
+}
+
+}  // namespace
+
+void beginReceiverSearch(AppState& app) { app.link.hold(); }
+
+void endReceiverSearch(AppState& app, const std::optional<SourceChoice>& chosen) {
+  if (!chosen.has_value()) return app.link.resume();
+  keepChoice(app, *chosen);
+  app.config.tellRefusal([&](std::string_view text) { app.platform.window.tellError(text); });
+  connectReceiver(app, *chosen);
+}
+
+}  // namespace vgps
