@@ -19,7 +19,6 @@
 namespace vgps {
 namespace {
 
-constexpr UINT kSettingsCommand = 101;
 constexpr UINT kFinderButton = 105;
 
 // Where the read-out of the window has the position.

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "platform/files.h"
+#include "tests/win32/clean_end.h"
 #include "tests/win32/drive.h"
 #include "tests/win32/line.h"
 #include "win32/main_window.h"
@@ -11,11 +12,6 @@
 // The started program, seen from outside.
 namespace vgps {
 namespace {
-
-void expectCleanEnd(Program& program, HWND window) {
-  PostMessageW(window, WM_CLOSE, 0, 0);
-  EXPECT_EQ(program.exitCode(), 0);
-}
 
 TEST(Program, ShowsItsWindow) {
   const ULONGLONG start = GetTickCount64();

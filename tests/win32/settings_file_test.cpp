@@ -12,7 +12,6 @@ namespace vgps {
 namespace {
 
 constexpr wchar_t kDamaged[] = L"VGPS.XML is corrupted and can't be loaded!";
-constexpr UINT kSettingsCommand = 101;
 
 bool contains(const RunFolder& folder, std::string_view name, std::string_view text) {
   return folder.read(name).find(text) != std::string::npos;

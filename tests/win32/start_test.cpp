@@ -5,6 +5,7 @@
 #include "app/startup.h"
 #include "base/texts.h"
 #include "platform/files.h"
+#include "tests/win32/clean_end.h"
 #include "tests/win32/drive.h"
 #include "win32/language_library.h"
 #include "win32/main_window.h"
@@ -15,11 +16,6 @@
 // How the program starts: the first time, beside another copy, in another language.
 namespace vgps {
 namespace {
-
-void expectCleanEnd(Program& program, HWND window) {
-  PostMessageW(window, WM_CLOSE, 0, 0);
-  EXPECT_EQ(program.exitCode(), 0);
-}
 
 HWND button(HWND window, int command) { return GetDlgItem(window, command); }
 
