@@ -9,6 +9,7 @@ word_check() {
   : >build/log/tidy.log  # how much it left out, and where it broke off
   tools/check_layering_test.sh | { grep -v '^ok' || true; } || status=1
   tools/check_format.sh || status=1
+  say "$(tools/code_share.sh)"
   # shellcheck disable=SC2046
   tidy native $(tools/rooms.sh | grep -vE '(^|/)win32$') || status=1
   # clang has headers of its own for the processor, but none for Windows.

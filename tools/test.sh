@@ -15,7 +15,9 @@ word_test() {
   tests/wine/wine.sh start "$WINE_DIR" build/windows/bin/keepalive.exe \
     >build/log/wine.log 2>&1 </dev/null &
   wine_start=$!
-  for preset in native asan tsan; do build_preset "$preset"; done
+  build_preset native
+  build_preset asan
+  build_preset tsan unit_tests program_tests  # the corpora know no threads
   place build/native/bin/vgps build/windows/bin/vgps.exe build/windows/bin/VexaGPS.exe
 
   groups_begin

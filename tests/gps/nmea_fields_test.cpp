@@ -6,8 +6,8 @@
 namespace vgps {
 namespace {
 
-const std::string kGgaLine = "$GPGGA,123519,4807.500,N,01130.000,E,1,08,0.9,545.4,M,46.9,M,,*47";
-const std::string kRmcLine = "$GPRMC,123519,A,4807.500,N,01130.000,E,10,084.5,230394,003.5,W*6A";
+const std::string kGgaFields = "$GPGGA,123519,4807.500,N,01130.000,E,1,08,0.9,545.4,M,46.9,M,,*47";
+const std::string kRmcFields = "$GPRMC,123519,A,4807.500,N,01130.000,E,10,084.5,230394,003.5,W*6A";
 const std::string kRmcxLine = "$GPRMCX,123519,A,23.5,-37.5,100,90,36*00";
 const std::string kBefore[] = {
     "$GPRMC,010203,V,1030.000,S,02030.000,W,50,001.5,040506,007.5,E*6A",
@@ -54,7 +54,7 @@ void cutAtEveryField(const std::string& line, const std::vector<Value>& values, 
 #define REPORTED(member) [](const NmeaSentence& out) { return static_cast<double>(out.member); }
 
 TEST(NmeaFields, GgaCutAtEveryField) {
-  cutAtEveryField(kGgaLine,
+  cutAtEveryField(kGgaFields,
                   {{"time", 2, LIVE(utcTime.hour), REPORTED(gga.utc.hour), 12},
                    {"seconds", 2, LIVE(utcTime.second), REPORTED(gga.utc.second), 19},
                    {"local time", 2, LIVE(localTime.hour), REPORTED(gga.local.hour), 12},
@@ -67,7 +67,7 @@ TEST(NmeaFields, GgaCutAtEveryField) {
 }
 
 TEST(NmeaFields, RmcCutAtEveryField) {
-  cutAtEveryField(kRmcLine,
+  cutAtEveryField(kRmcFields,
                   {{"time", 2, LIVE(utcTime.hour), REPORTED(rmc.utc.hour), 12},
                    {"local time", 2, LIVE(localTime.minute), REPORTED(rmc.local.minute), 35},
                    {"status", 3, LIVE(fixStatus), REPORTED(rmc.valid), 1},
@@ -108,9 +108,9 @@ TEST(NmeaFields, VariationAndGeoidHeightChangeWithTheFieldsBehindThem) {
     size_t fields;
     double altitude, variation;
   } const rows[] = {
-      {kGgaLine, 9, 90, 7.5},  {kGgaLine, 10, 545, 7.5}, {kGgaLine, 11, 545, 7.5},
-      {kGgaLine, 12, 46, 7.5}, {kGgaLine, 15, 46, 7.5},  {kRmcLine, 10, 90, 7.5},
-      {kRmcLine, 11, 90, 3.5}, {kRmcLine, 12, 90, -3.5}, {kRmcxLine, 8, 100, 7.5},
+      {kGgaFields, 9, 90, 7.5},  {kGgaFields, 10, 545, 7.5}, {kGgaFields, 11, 545, 7.5},
+      {kGgaFields, 12, 46, 7.5}, {kGgaFields, 15, 46, 7.5},  {kRmcFields, 10, 90, 7.5},
+      {kRmcFields, 11, 90, 3.5}, {kRmcFields, 12, 90, -3.5}, {kRmcxLine, 8, 100, 7.5},
   };
   for (const auto& row : rows) {
     GpsWorld world;
@@ -125,7 +125,7 @@ TEST(NmeaFields, VariationAndGeoidHeightChangeWithTheFieldsBehindThem) {
 TEST(NmeaFields, OnlyTheOwnSentenceClearsTheSpareSpeed) {
   GpsWorld world;
   world.fix.speedSpare = 7;
-  world.parse(kRmcLine);
+  world.parse(kRmcFields);
   world.parse(firstFields(kRmcxLine, 7));
   world.parse(kRmcxLine, false);
   EXPECT_EQ(world.fix.speedSpare, 7);
@@ -136,8 +136,8 @@ TEST(NmeaFields, OnlyTheOwnSentenceClearsTheSpareSpeed) {
 TEST(NmeaFields, TheLocalTimeIsReportedInTheZoneChosen) {
   GpsWorld world;
   world.state.options.utcOffsetMinutes = -90;
-  EXPECT_EQ(world.parse(kGgaLine, false).gga.local.hour, 14);
-  EXPECT_EQ(world.parse(kRmcLine, false).rmc.local.minute, 5);
+  EXPECT_EQ(world.parse(kGgaFields, false).gga.local.hour, 14);
+  EXPECT_EQ(world.parse(kRmcFields, false).rmc.local.minute, 5);
 }
 
 TEST(NmeaFields, EachNewMaximumIsTold) {
@@ -154,7 +154,7 @@ TEST(NmeaFields, EachNewMaximumIsTold) {
       EXPECT_EQ(world.hooks.maxAltitudeChanges, row.told) << row.altitude << " " << row.geoid;
     }
     EXPECT_EQ(world.hooks.maxSpeedChanges, 0);
-    world.parse(kRmcLine, apply);
+    world.parse(kRmcFields, apply);
     EXPECT_EQ(world.hooks.maxSpeedChanges, 1);
   }
 }

@@ -5,12 +5,10 @@
 #include <cmath>
 
 #include "tests/fakes/gps_world.h"
+#include "tests/fakes/sample_lines.h"
 
 namespace vgps {
 namespace {
-
-const std::string kGgaLine = "$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*47";
-const std::string kRmcLine = "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A";
 
 std::string gga(const std::string& altitude, const std::string& geoid,
                 const std::string& quality = "1") {

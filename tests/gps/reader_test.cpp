@@ -10,7 +10,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-const std::string kPath = devicePath("COM3");
+const std::string kPort = devicePath("COM3");
 const std::string kMessage("\xA0\xA2\x00\x02\x29\x0A\x00\x33\xB0\xB3", 10);
 
 int readsOf(FakeLine& line) {
@@ -40,7 +40,7 @@ TEST(Reader, HalfAStartSequenceWaitsForItsOtherHalf) {
   };
   for (const auto& row : rows) {
     LiveWorld world;
-    FakeLine& line = world.ports.add(kPath);
+    FakeLine& line = world.ports.add(kPort);
     ASSERT_TRUE(world.fix.open(false, false, false, false));
     int reads = 1;
     for (const std::string& block : row.blocks) feedBlock(line, block, reads);
@@ -67,7 +67,7 @@ TEST(Reader, EachLineOfABlockHasTheTimeOfItsOwnEnd) {
     times.push_back(fix.lastByteMicros);
     ++received;
   };
-  FakeLine& line = ports.add(kPath);
+  FakeLine& line = ports.add(kPort);
   fix.setPort("COM3", 9600);
   ASSERT_TRUE(fix.open(false, false, false, false));
   uint64_t pieces = 0;
@@ -88,7 +88,7 @@ TEST(Reader, ClosingEndsTheBlockThatIsBeingHandled) {
     ++world.received;
     EXPECT_TRUE(comes([&] { return goOn.load(); }));
   };
-  world.ports.add(kPath).feed("$A\r\n$B\r\n$C\r\n");
+  world.ports.add(kPort).feed("$A\r\n$B\r\n$C\r\n");
   ASSERT_TRUE(world.fix.open(false, false, false, false));
   EXPECT_TRUE(comes([&] { return world.received == 1; }));
   EXPECT_TRUE(world.fix.close(true));
@@ -100,7 +100,7 @@ TEST(Reader, ClosingEndsTheBlockThatIsBeingHandled) {
 TEST(Reader, OpeningAnewClosesThePortBefore) {
   for (const bool there : {true, false}) {
     LiveWorld world;
-    FakeLine& first = world.ports.add(kPath);
+    FakeLine& first = world.ports.add(kPort);
     if (there) world.ports.add(devicePath("COM4"));
     ASSERT_TRUE(world.fix.open(false, false, false, false));
     world.fix.setPort("COM4", 9600);

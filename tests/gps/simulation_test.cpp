@@ -9,7 +9,7 @@
 namespace vgps {
 namespace {
 
-std::string walk(Simulation& simulation, int steps) {
+std::string walked(Simulation& simulation, int steps) {
   std::string all;
   for (int i = 0; i < steps; ++i) {
     std::string line;
@@ -26,13 +26,13 @@ TEST(Simulation, ThePlaceToJumpToIsForgottenAtTheEndOfTheLines) {
   simulation.paceMs = 0;
   simulation.setLines({"$A", "$B", "$C"});
   simulation.jumpTo(2);
-  EXPECT_EQ(walk(simulation, 3), "ABC");
+  EXPECT_EQ(walked(simulation, 3), "ABC");
   simulation.setMode(SimMode::point);
-  EXPECT_EQ(walk(simulation, 3), "AAA");
+  EXPECT_EQ(walked(simulation, 3), "AAA");
   simulation.jumpTo(1);
-  EXPECT_EQ(walk(simulation, 3), "ABB");
+  EXPECT_EQ(walked(simulation, 3), "ABB");
   simulation.jumpTo(99);  // there is no such line
-  EXPECT_EQ(walk(simulation, 3), "BAA");
+  EXPECT_EQ(walked(simulation, 3), "BAA");
 }
 
 TEST(Simulation, ClosingWakesWhoeverWaitsForTheNextLine) {

@@ -26,23 +26,24 @@ constexpr const char* kKillsVariable = "VGPS_SOAK_KILLS";  // how many; a few wi
 constexpr uint32_t kPointsEach = 40;
 
 // How many tracks were added for sure, in memory that outlives the killed program.
-struct Witness {
+struct Additions {
   std::atomic<uint32_t> added;
 };
 
-Witness* openWitness(const std::string& path) {
+Additions* openAdditions(const std::string& path) {
   const int fd = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-  EXPECT_EQ(::ftruncate(fd, sizeof(Witness)), 0);
-  void* const memory = ::mmap(nullptr, sizeof(Witness), PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+  EXPECT_EQ(::ftruncate(fd, sizeof(Additions)), 0);
+  void* const memory =
+      ::mmap(nullptr, sizeof(Additions), PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
   ::close(fd);
-  return static_cast<Witness*>(memory);
+  return static_cast<Additions*>(memory);
 }
 
 // Adds a track in each round, and changes others without taking any away.
 TEST(LibraryKill, DISABLED_ChangesTheLibrary) {
   const char* const path = std::getenv(kPathVariable);
   ASSERT_NE(path, nullptr);
-  Witness* const witness = openWitness(std::string(path) + ".witness");
+  Additions* const witness = openAdditions(std::string(path) + ".witness");
   TrackLibrary library;
   library.open(path);
   for (uint32_t round = 0;; ++round) {
@@ -57,7 +58,7 @@ TEST(LibraryKill, DISABLED_ChangesTheLibrary) {
 }
 
 void killOnce(const std::string& path, std::chrono::milliseconds after) {
-  Witness* const witness = openWitness(path + ".witness");
+  Additions* const witness = openAdditions(path + ".witness");
   const pid_t pid = fork();
   if (pid == 0) {
     ::setenv(kPathVariable, path.c_str(), 1);
@@ -83,7 +84,7 @@ void killOnce(const std::string& path, std::chrono::milliseconds after) {
   // The next program goes on.
   Track track = walk("After", 1);
   EXPECT_EQ(library.add(track, {}, kAddedAt), LibraryResult::done);
-  ::munmap(witness, sizeof(Witness));
+  ::munmap(witness, sizeof(Additions));
 }
 
 TEST(LibraryKill, AtAnyMomentTheLibraryIsWhole) {

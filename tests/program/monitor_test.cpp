@@ -22,10 +22,6 @@ int64_t counted(const Program& program, const char* kind) {
   return state.is_object() ? state["sentences"][kind].get<int64_t>() : -1;
 }
 
-bool says(const std::string& text, const std::string& what) {
-  return text.find(what) != std::string::npos;
-}
-
 // Epochs at a rate, each cut anywhere.
 void play(Pty& line, int perSecond, int epochs) {
   std::mt19937 random(static_cast<unsigned>(perSecond));

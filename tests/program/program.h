@@ -145,6 +145,10 @@ inline Finished runProgram(const std::vector<std::string>& arguments) {
   return {status, program.output, program.errors};
 }
 
+inline bool says(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
 inline std::string sourcePath(const std::string& path) {
   return std::string(sourceFolder()) + "/" + path;
 }

@@ -31,10 +31,6 @@ class Recover : public testing::Test {
   const std::string library_ = folder_ / "tracks.xml";
 };
 
-bool says(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
 TEST_F(Recover, NothingWasLeft) {
   for (const char* action : {"", "--save", "--discard"}) {
     const Finished done = *action == '\0' ? run({}) : run({action});

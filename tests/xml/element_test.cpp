@@ -2,17 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/xml/written.h"
 #include "xml/document.h"
 #include "xml/escape.h"
 
 namespace vgps {
 namespace {
-
-std::string written(XmlDocument& document) {
-  std::string text;
-  EXPECT_EQ(document.saveText(text), 1);
-  return text.substr(kXmlDeclaration.size() + 2);
-}
 
 XmlDocument documentOf(std::string_view text) {
   XmlDocument document;

@@ -5,15 +5,10 @@
 #include <limits>
 
 #include "tests/fakes/test_folder.h"
+#include "tests/xml/written.h"
 
 namespace vgps {
 namespace {
-
-std::string written(XmlDocument& document) {
-  std::string text;
-  EXPECT_EQ(document.saveText(text), 1);
-  return text.substr(kXmlDeclaration.size() + 2);
-}
 
 TEST(XmlProfile, WhatIsMissingIsCreated) {
   XmlDocument document;

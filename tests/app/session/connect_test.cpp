@@ -3,13 +3,11 @@
 #include "app/desktop/scene_of.h"
 #include "app/session/connection.h"
 #include "tests/fakes/app_world.h"
+#include "tests/fakes/sample_lines.h"
 
 // A connection that follows another one.
 namespace vgps {
 namespace {
-
-const std::string kRmcLine =
-    "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n";
 
 TEST(Connect, TheSourceBeforeIsClosedSilently) {
   struct {
@@ -52,7 +50,7 @@ TEST(Connect, NothingHasComeYetAfterAConnection) {
   for (const bool there : {true, false}) {
     AppWorld world;
     if (there) world.ports.add(devicePath("COM3"));
-    world.receive(kRmcLine);
+    world.receive(kRmcBytes);
     EXPECT_TRUE(world.app.shown.dataSeen);
     EXPECT_TRUE(world.app.shown.fixSeen);
     EXPECT_EQ(connectReceiver(world.app, {.port = "COM3"}), there);

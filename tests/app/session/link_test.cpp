@@ -10,13 +10,11 @@
 #include "app/session/timers.h"
 #include "app/session/ui_mailbox.h"
 #include "tests/fakes/app_world.h"
+#include "tests/fakes/sample_lines.h"
 
 // A receiver that goes away and comes back, with the real reader thread.
 namespace vgps {
 namespace {
-
-const std::string kRmcLine =
-    "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n";
 
 using Heard = std::vector<std::string>;
 
@@ -41,7 +39,7 @@ class Reconnecting : public testing::Test {
   }
   bool receive(FakeLine& from) {
     const uint64_t wanted = app.shown.stats.total() + 1;
-    from.feed(kRmcLine);
+    from.feed(kRmcBytes);
     return serveUntil([&] { return app.shown.stats.total() >= wanted; });
   }
   // The 5-second timer; the reader does at once what it is asked.
@@ -359,7 +357,7 @@ TEST_F(Reconnecting, ManyUnpluggings) {
   for (int i = 0; i < 30; ++i) {
     FakeLine* const current = line;
     ASSERT_TRUE(receive(*current)) << i;
-    current->feed(kRmcLine.substr(0, 20));
+    current->feed(kRmcBytes.substr(0, 20));
     if (i % 2 == 0) current->unplug();
     line = &ports.add(devicePath("COM3"));
     fiveSecondsPass(3);
@@ -372,7 +370,7 @@ TEST(ReadoutDelay, IsMeasuredFromTheLastByteToTheDrawing) {
   AppWorld world;
   world.app.fix.lastByteMicros = 1000000;
   world.clock.now = 1040;
-  world.receive(kRmcLine);
+  world.receive(kRmcBytes);
   world.clock.now = 1055;
   noteDrawn(world.app);
   EXPECT_EQ(world.app.readoutDelayMicros, 55000U);

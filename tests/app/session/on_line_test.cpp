@@ -5,18 +5,14 @@
 #include "app/desktop/scene_of.h"
 #include "app/session/connection.h"
 #include "tests/fakes/app_world.h"
+#include "tests/fakes/sample_lines.h"
 
 namespace vgps {
 namespace {
 
-const std::string kGgaLine =
-    "$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*47\r\n";
-const std::string kRmcLine =
-    "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n";
-
 TEST(OnLine, TheUserInterfaceGetsACopyOfTheFix) {
   AppWorld world;
-  world.receive(kRmcLine + kGgaLine + "$GPGSV,1,1,01,05,40,083,46*75\r\n");
+  world.receive(kRmcBytes + kGgaBytes + "$GPGSV,1,1,01,05,40,083,46*75\r\n");
   EXPECT_EQ(world.app.shown.fix.altitude, 545);
   EXPECT_EQ(world.app.shown.satellites.usedCount, 8);
   EXPECT_EQ(world.app.shown.view.size(), 1U);
@@ -33,15 +29,15 @@ TEST(OnLine, ACompleteFixIsOfferedOncePerBurstWhileRecordingOrPlaying) {
     std::string burst;
     uint64_t offers;
   } const rows[] = {
-      {kRecording, 0, kRmcLine + kGgaLine, 3},
-      {kRecording, 0, kGgaLine + kRmcLine, 3},
-      {kPlaying, 0, kRmcLine + kGgaLine, 3},
-      {kIdle, 0, kRmcLine + kGgaLine, 0},
-      {kPaused, 0, kRmcLine + kGgaLine, 0},
-      {kRecording, 1, kRmcLine + kGgaLine, 3},
-      {kRecording, 2, kRmcLine + kGgaLine, 3},
-      {kRecording, 3, kRmcLine + kGgaLine, 6},  // both close
-      {kRecording, 2, kRmcLine, 0},
+      {kRecording, 0, kRmcBytes + kGgaBytes, 3},
+      {kRecording, 0, kGgaBytes + kRmcBytes, 3},
+      {kPlaying, 0, kRmcBytes + kGgaBytes, 3},
+      {kIdle, 0, kRmcBytes + kGgaBytes, 0},
+      {kPaused, 0, kRmcBytes + kGgaBytes, 0},
+      {kRecording, 1, kRmcBytes + kGgaBytes, 3},
+      {kRecording, 2, kRmcBytes + kGgaBytes, 3},
+      {kRecording, 3, kRmcBytes + kGgaBytes, 6},  // both close
+      {kRecording, 2, kRmcBytes, 0},
       {kRecording, 0, "$GPRMC,123519,V,4807.038,N,01131.000,E,,,,,\r\n", 0},
       {kRecording, 0, "$GPGSA,A,3,01\r\n", 0},
   };
@@ -64,7 +60,7 @@ TEST(OnLine, RepaintsAreAtLeast800MillisecondsApart) {
   std::vector<uint32_t> painted;
   world.window.onRepaint = [&] { painted.push_back(world.clock.now - 1000); };
   for (int i = 0; i < 30; ++i) {  // 10 Hz
-    world.receive(kRmcLine);
+    world.receive(kRmcBytes);
     world.clock.now += 100;
   }
   EXPECT_EQ(painted, (std::vector<uint32_t>{0, 800, 1600, 2400}));
@@ -74,9 +70,9 @@ TEST(OnLine, RepaintsAreAtLeast800MillisecondsApart) {
 TEST(OnLine, WhatCameTooSoonIsDrawnAsSoonAsItMayBe) {
   AppWorld world;
   world.clock.now += 1000;
-  world.receive(kRmcLine);
+  world.receive(kRmcBytes);
   world.clock.now += 400;
-  world.receive(kGgaLine);
+  world.receive(kGgaBytes);
   const int before = world.window.repaints;
   EXPECT_FALSE(refreshDisplays(world.app));
   world.clock.now += 400;
@@ -89,13 +85,13 @@ TEST(OnLine, WhatCameTooSoonIsDrawnAsSoonAsItMayBe) {
 // RMC only says that the fix is valid, and comes last in many bursts.
 TEST(OnLine, TheQualityOfTheFixIsThatOfTheSentenceThatKnowsIt) {
   AppWorld world;
-  std::string better = kGgaLine.substr(0, kGgaLine.find('*')) + "\r\n";
+  std::string better = kGgaBytes.substr(0, kGgaBytes.find('*')) + "\r\n";
   better.replace(better.find("E,1,"), 4, "E,2,");
-  world.receive(better + kRmcLine);
+  world.receive(better + kRmcBytes);
   EXPECT_EQ(sceneOf(world.app).fix.fixStatus, 2);
   EXPECT_EQ(world.app.shown.fix.fixStatus, 1);
   world.clock.now += 6000;
-  world.receive(kRmcLine);
+  world.receive(kRmcBytes);
   EXPECT_EQ(sceneOf(world.app).fix.fixStatus, 1) << "nobody says so any more";
 }
 
@@ -116,7 +112,7 @@ TEST(OnLine, ARepaintThatTheParserAsksForShowsTheFixOfTheMoment) {
   world.app.repaints.reset(world.clock.now);
   int32_t status = -1;
   world.window.onRepaint = [&] { status = world.app.shown.fix.fixStatus; };
-  world.receive(kGgaLine);  // "fix gained" paints before the new quality is stored
+  world.receive(kGgaBytes);  // "fix gained" paints before the new quality is stored
   EXPECT_EQ(world.sounds.played, std::vector<std::string>{"OK"});
   EXPECT_EQ(status, 0);
   EXPECT_EQ(world.window.repaints, 1);
@@ -135,9 +131,9 @@ TEST(OnLine, BinaryMessagesAndSensorReadingsAreShownAsText) {
   EXPECT_EQ(shown(), "SENS msg: 11.517,48.117");
   EXPECT_EQ(world.app.rawLog,
             (std::vector<std::string>{"Sirf msg (29): 2 bytes", "SENS msg: 11.517,48.117"}));
-  for (int line = 0; line < 9; ++line) world.receive(kRmcLine);
+  for (int line = 0; line < 9; ++line) world.receive(kRmcBytes);
   EXPECT_NE(shown(), "");
-  world.receive(kRmcLine);
+  world.receive(kRmcBytes);
   EXPECT_EQ(shown(), "") << "text for a while: the receiver has changed its language";
   world.receive(kMessage);
   ++world.app.gps.readers.generation;
@@ -158,7 +154,7 @@ TEST(OnLine, SkippedMessagesDoNothingForTheDisplays) {
       app.rawLog.clear();
       app.news.messageCountdown = app.news.maximumCountdown = 5;
       world.window.repaints = 0;
-      world.receive(kRmcLine);
+      world.receive(kRmcBytes);
       shown += app.rawLog.empty() ? '0' : '1';
       const bool isShown = shown.back() == '1';
       EXPECT_EQ(world.window.repaints, isShown ? 1 : 0);
@@ -173,9 +169,9 @@ TEST(OnLine, AFrameSkipThatWasChangedActsAtOnce) {
   AppWorld world;
   world.app.currentScreen = Screen::rawLog;
   world.app.frameSkip = 10;
-  world.receive(kRmcLine);
+  world.receive(kRmcBytes);
   world.app.frameSkip = 2;
-  for (int i = 0; i < 2; ++i) world.receive(kRmcLine);
+  for (int i = 0; i < 2; ++i) world.receive(kRmcBytes);
   EXPECT_EQ(world.app.rawLog.size(), 1U);
 }
 
@@ -186,8 +182,8 @@ TEST(OnLine, EachValueIsAsOldAsTheSentenceThatGaveIt) {
     std::string line;
     const char* fresh;  // position, motion, altitude, time, used, view, dilution
   } rows[] = {
-      {kRmcLine, "1101000"},
-      {kGgaLine, "1011100"},
+      {kRmcBytes, "1101000"},
+      {kGgaBytes, "1011100"},
       {noFix, "0001000"},
       {noTime, "1010100"},
       {"$GPRMCX,101010.000,A,23.7,37.9,100,90,36\r\n", "1110000"},
@@ -197,7 +193,7 @@ TEST(OnLine, EachValueIsAsOldAsTheSentenceThatGaveIt) {
   };
   for (const auto& row : rows) {
     AppWorld world;
-    world.receive(kRmcLine + kGgaLine + rows[5].line + rows[6].line);
+    world.receive(kRmcBytes + kGgaBytes + rows[5].line + rows[6].line);
     world.clock.now += 7000;
     world.receive(row.line);
     const ValueAges ages = sceneOf(world.app).ages;
@@ -221,7 +217,7 @@ TEST(OnLine, WhatAnEarlierSourceStillSaysIsNotHeard) {
   app.gps.readers.generation = 2;
   for (const auto& [speaking, heard] : {std::pair{1U, false}, {2U, true}}) {
     app.gps.readers.speaking = speaking;
-    world.receive(kRmcLine + "noise\r\n");
+    world.receive(kRmcBytes + "noise\r\n");
     EXPECT_EQ(app.shown.dataSeen, heard);
     EXPECT_EQ(app.rawLog.size(), heard ? 2U : 0U);
     EXPECT_EQ(app.epochsOffered > 0, heard);
@@ -233,7 +229,7 @@ TEST(OnLine, AFailingLogIsTold) {
   AppWorld world;
   world.app.gps.log.path = "/no/such/folder/gps.log";
   world.app.gps.options.logNmea = true;
-  world.receive(kRmcLine);
+  world.receive(kRmcBytes);
   EXPECT_EQ(world.window.errors,
             std::vector<std::string>{"The log cannot be written: /no/such/folder/gps.log"});
 }

@@ -36,6 +36,8 @@ HWND findWindow(DWORD process, const wchar_t* className);
 // The dialog or message box of a process that is open, by default of this one; null without any.
 HWND openDialog(DWORD process = GetCurrentProcessId());
 
+inline constexpr UINT kSettingsCommand = 101;
+
 // The dialog that opens by a command of the window; null after ten seconds.
 HWND openByCommand(HWND window, Command command);
 

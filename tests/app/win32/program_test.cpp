@@ -5,17 +5,13 @@
 #include "app/win32/main_window.h"
 #include "platform/files.h"
 #include "platform/win32/wide.h"
+#include "tests/app/win32/clean_end.h"
 #include "tests/app/win32/drive.h"
 #include "tests/app/win32/line.h"
 
 // The started program, seen from outside.
 namespace vgps {
 namespace {
-
-void expectCleanEnd(Program& program, HWND window) {
-  PostMessageW(window, WM_CLOSE, 0, 0);
-  EXPECT_EQ(program.exitCode(), 0);
-}
 
 TEST(Program, ShowsItsWindow) {
   const ULONGLONG start = GetTickCount64();

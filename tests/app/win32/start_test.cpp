@@ -10,16 +10,12 @@
 #include "base/texts.h"
 #include "platform/files.h"
 #include "platform/win32/wide.h"
+#include "tests/app/win32/clean_end.h"
 #include "tests/app/win32/drive.h"
 
 // How the program starts: the first time, beside another copy, in another language.
 namespace vgps {
 namespace {
-
-void expectCleanEnd(Program& program, HWND window) {
-  PostMessageW(window, WM_CLOSE, 0, 0);
-  EXPECT_EQ(program.exitCode(), 0);
-}
 
 bool isShown(HWND window, Command command) {
   return IsWindowVisible(buttonOf(window, command)) != FALSE;
