@@ -2,10 +2,10 @@
 #include <memory>
 
 #include "app/session/apply_settings.h"
+#include "app/session/log_clock.h"
 #include "app/session/recorder.h"
 #include "app/settings/config_store.h"
 #include "cli/commands.h"
-#include "cli/log_clock.h"
 #include "cli/log_file.h"
 #include "cli/track_input.h"
 #include "gps/epoch.h"

@@ -4,10 +4,10 @@
 #include "app/session/app_state.h"
 #include "app/session/direct_ui_thread.h"
 #include "app/session/on_line.h"
+#include "app/session/replay_clock.h"
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/log_file.h"
-#include "cli/replay_clock.h"
 #include "cli/state_json.h"
 #include "cli/state_text.h"
 
