@@ -60,8 +60,8 @@ class LiveFixes {
     switch (lineOf(app_.link)) {
       case MonitorStatus::Line::open:
         return "reading " + (source_.simulate ? "the simulation" : port);
-      case MonitorStatus::Line::failed: return "cannot open " + port + "; trying again";
-      case MonitorStatus::Line::gone: return port + " has gone; trying again";
+      case MonitorStatus::Line::failed: return "cannot open " + port + "; retrying";
+      case MonitorStatus::Line::gone: return port + " was disconnected; trying to reconnect";
     }
     return {};
   }

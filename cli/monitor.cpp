@@ -214,7 +214,7 @@ std::string whatToGive() {
     ports += port.name;
     if (!port.description.empty()) ports += " (" + port.description + ")";
   }
-  return "monitor needs --port DEV or --simulate; ports here: " + (ports.empty() ? "none" : ports);
+  return "use --port DEV or --simulate; available ports: " + (ports.empty() ? "none" : ports);
 }
 
 bool canAppend(const std::string& path) {
@@ -229,7 +229,7 @@ bool canAppend(const std::string& path) {
 int runMonitor(const MonitorOptions& options) {
   if (options.port.empty() && !options.simulate) return fail(whatToGive());
   if (!options.logPath.empty() && !canAppend(options.logPath)) {
-    return fail("cannot write the log " + options.logPath);
+    return fail("cannot write the log file " + options.logPath);
   }
   const auto door = std::make_shared<UiMailbox>();
   onStopRequest([door] { door->shut(); });

@@ -48,7 +48,7 @@ class Place : public RecorderHooks {
     std::string path = file.empty() ? programFolder() : file;
     if (isFolder(path)) path = pathIn(path, "vgps.xml");
     ConfigStore store;
-    if (!store.open(path)) fail(path + " cannot be read; the standard settings are taken");
+    if (!store.open(path)) fail(path + " cannot be read; using default settings");
     const Settings settings = loadSettings(store);
     folder = folderOf(path);
     places_ = {.library = trackLibraryPath(settings.trackStorePath, folder),
@@ -60,7 +60,7 @@ class Place : public RecorderHooks {
 
   RecorderPlaces places() const override { return places_; }
   void journalFailed() override {
-    fail("the disk does not take the points; recording goes on in memory");
+    fail("cannot write points to disk; recording continues in memory");
   }
 
   std::string folder;
@@ -107,21 +107,21 @@ int tellSaved(const Keeping& keeping, size_t points, const std::string& path) {
     fail(libraryMessage(LibraryState::damaged, keeping.library.path));
   }
   if (!keeping.damagedKeptAs.empty()) {
-    fail("the damaged library was kept as " + keeping.damagedKeptAs);
+    fail("the damaged library was saved as " + keeping.damagedKeptAs);
   }
   say("Saved " + pointsText(points) + " in " + shownPath(keeping.library.path) + ".");
-  return fileExists(path) ? fail("cannot delete " + path + "; it was saved all the same") : 0;
+  return fileExists(path) ? fail("cannot delete " + path + "; the recording was saved anyway") : 0;
 }
 
 int saveRecording(LeftRecording& left, Recorder& recorder) {
   const size_t points = left.points();
   const Keeping keeping = recorder.keepLeft(left);
   if (keeping.outcome == Keeping::Outcome::kept) {
-    if (!left.keptAs().empty()) fail("the damaged recording was kept as " + left.keptAs());
+    if (!left.keptAs().empty()) fail("the damaged recording was saved as " + left.keptAs());
     return tellSaved(keeping, points, left.path());
   }
   fail(refusalOf(keeping));
-  fail("the recording stays in " + left.path());
+  fail("the recording is still in " + left.path());
   return statusOf(keeping);
 }
 
@@ -135,11 +135,11 @@ class Ending {
     if (isOver()) return status_;
     holdNextStopRequest();
     fail(refusalOf(end_.keeping));
-    fail("the disk does not take the last " + pointsText(end_.lacking) +
-         "; trying again every 3 seconds. Ctrl-C gives up and loses them");
+    fail("cannot write to disk: " + pointsText(end_.lacking) +
+         " not saved; retrying every 3 seconds. Press Ctrl+C to give up");
     do {
       for (int waited = 0; waited < kTryAgainMs; waited += kLookMs) {
-        if (stopRequestWasHeld()) return fail("given up: " + pointsText(end_.lacking) + " lost");
+        if (stopRequestWasHeld()) return fail("gave up: " + pointsText(end_.lacking) + " lost");
         std::this_thread::sleep_for(std::chrono::milliseconds(kLookMs));
       }
     } while (!isOver());
@@ -152,9 +152,9 @@ class Ending {
     const size_t points = recorder_.track.points.size();
     end_ = recorder_.end();
     if (end_.journal != JournalResult::open && !std::exchange(gone_, true)) {
-      fail(end_.journal == JournalResult::missing ? path_ + " has gone"
+      fail(end_.journal == JournalResult::missing ? path_ + " no longer exists"
                                                   : journalMessage(end_.journal, path_));
-      fail("the track is taken from memory");
+      fail("using the copy of the track in memory");
     }
     if (end_.keeping.outcome == Keeping::Outcome::kept) {
       status_ = tellSaved(end_.keeping, points, path_);
@@ -163,7 +163,7 @@ class Ending {
     status_ = statusOf(end_.keeping);
     if (end_.lacking > 0) return false;
     fail(refusalOf(end_.keeping));
-    fail("the recording stays in " + path_);
+    fail("the recording is still in " + path_);
     return true;
   }
 
@@ -178,7 +178,7 @@ class Ending {
 int continueRecording(LeftRecording& left, Recorder& recorder, const RecoverOptions& options) {
   recorder.continueFrom(left);
   const size_t before = recorder.track.points.size();
-  say("Going on behind " + pointsText(before) + "; Ctrl-C ends and saves.");
+  say("Continuing after " + pointsText(before) + "; press Ctrl+C to stop and save.");
   std::fflush(stdout);
   readLiveFixes(
       {options.port, options.speed, options.simulate, options.seconds},
@@ -211,37 +211,37 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
   const auto options = std::make_shared<RecoverOptions>();
   CLI::App* const command = program.add_subcommand(
       "recover",
-      "Tell whether a recording was cut short by a crash or a power cut, "
-      "and go on with it, save or "
-      "discard it. Ends with 2 when a running program still records, or changes "
+      "Check for a recording that was cut short by a crash or power failure, and continue, save, "
+      "or discard it. Exits with status 2 when another program is still recording or is changing "
       "the track library.");
   command
       ->add_option("--file", options->file,
-                   "The settings beside which it lies, or their folder (vgps.xml)")
+                   "Settings file next to the recording, or its folder (default: vgps.xml next to "
+                   "the program)")
       ->check(aName())
       ->option_text("FILE");
   const auto action = [options](Action wanted) {
     return [options, wanted] { options->action = wanted; };
   };
   CLI::Option* const save =
-      command->add_flag_callback("--save", action(Action::save), "Put it into the track library");
+      command->add_flag_callback("--save", action(Action::save), "Save it to the track library");
   CLI::Option* const discard =
       command->add_flag_callback("--discard", action(Action::discard), "Delete it");
   CLI::Option* const goOn = command->add_flag_callback(
       "--continue", action(Action::goOn),
-      "Go on recording into it until Ctrl-C, then put it into the track library");
+      "Continue recording until Ctrl+C, then save it to the track library");
   save->excludes(discard)->excludes(goOn);
   discard->excludes(goOn);
-  command->add_option("--port", options->port, "The receiver's port, to continue from")
+  command->add_option("--port", options->port, "Port of the receiver to continue with")
       ->needs(goOn)
       ->option_text("DEV");
-  command->add_option("--speed", options->speed, "Its line speed in baud")
+  command->add_option("--speed", options->speed, "Baud rate of the receiver")
       ->needs(goOn)
       ->check(above0())
       ->option_text("N (9600)");
-  command->add_flag("--simulate", options->simulate, "Continue from the built-in trip")
+  command->add_flag("--simulate", options->simulate, "Continue with the built-in trip")
       ->needs(goOn);
-  command->add_option("--for", options->seconds, "End after so many seconds")
+  command->add_option("--for", options->seconds, "Stop after this many seconds")
       ->needs(goOn)
       ->check(above0())
       ->option_text("SECONDS");
@@ -250,7 +250,7 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
 
 int runRecover(const RecoverOptions& options) {
   if (options.action == Action::goOn && options.port.empty() && !options.simulate) {
-    return fail("recover --continue needs --port DEV or --simulate");
+    return fail("--continue requires --port DEV or --simulate");
   }
   Place place(options.file);
   const std::vector<std::string> journals = journalsAt(place.places().journal);
@@ -273,7 +273,7 @@ int runRecover(const RecoverOptions& options) {
     if (worst == 0) worst = status;
     goneOn = options.action == Action::goOn && result == JournalResult::open;  // one is enough
   }
-  if (found == 0) say("No recording was left in " + shownPath(place.folder) + ".");
+  if (found == 0) say("No unfinished recording was found in " + shownPath(place.folder) + ".");
   const int written = finishOutput();
   return worst != 0 ? worst : written;
 }

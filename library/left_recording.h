@@ -25,7 +25,7 @@ class LeftRecording {
   bool damaged() const { return damaged_; }
   const std::string& keptAs() const { return keptAs_; }
   const Track& track() const { return track_; }
-  // "A track of 12 points was being recorded.", and what is to be said about damage.
+  // "An unfinished recording was found. Points: 12.", and what is to be said about damage.
   std::string question() const;
   // One sentence for a person about what `open` could not take hold of; empty for `open` and
   // `missing`.

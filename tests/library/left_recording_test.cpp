@@ -27,10 +27,10 @@ TEST_F(Left, LaterLeavesItAsItWas) {
   leave(3);
   const std::string before = fileBytes(path_);
   ASSERT_EQ(left_.open(path_), JournalResult::open);
-  EXPECT_EQ(left_.question(), "A track of 3 points was being recorded.");
+  EXPECT_EQ(left_.question(), "An unfinished recording was found. Points: 3.");
   LeftRecording second;
   EXPECT_EQ(second.open(path_), JournalResult::inUse);
-  EXPECT_NE(journalMessage(JournalResult::inUse, path_).find("in use by a running program"),
+  EXPECT_NE(journalMessage(JournalResult::inUse, path_).find("in use by another program"),
             std::string::npos);
   left_.leave();
   EXPECT_EQ(second.open(path_), JournalResult::open);
@@ -54,7 +54,7 @@ TEST_F(Left, WhatIsDamagedIsNeverDeleted) {
   const std::string bad = folder_ / "vgpstrack.bad";
   EXPECT_EQ(fileBytes(bad), bytes);
   EXPECT_EQ(left_.message(JournalResult::notAJournal),
-            "Nothing in " + path_ + " is readable. It is kept as " + bad + ".");
+            "Nothing in " + path_ + " could be read. It was saved as " + bad + ".");
 }
 
 // Where there is no copy, what was saved keeps the file itself.
@@ -133,8 +133,8 @@ TEST_F(Left, DamageIsSaid) {
   putFile(path_, bytes);
   ASSERT_EQ(left_.open(path_), JournalResult::open);
   EXPECT_EQ(left_.points(), 3U);
-  EXPECT_EQ(left_.question(), "A track of 3 points was being recorded. A part of " + path_ +
-                                  " is damaged; it is kept as " + folder_ / "vgpstrack.bad" + ".");
+  EXPECT_EQ(left_.question(), "An unfinished recording was found. Points: 3. Part of " + path_ +
+                                  " is damaged. A copy was saved as " + folder_ / "vgpstrack.bad" + ".");
 }
 
 }  // namespace

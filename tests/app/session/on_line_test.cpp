@@ -101,7 +101,7 @@ TEST(OnLine, BytesThatNobodyUnderstandsAreNotSilence) {
   world.receive("\x01\x02 noise at another speed \x03\r\n");
   const Scene scene = sceneOf(world.app);
   EXPECT_EQ(scene.state, ReceiverState::noData);
-  EXPECT_EQ(scene.notice, "Data, but no NMEA: probably another speed");
+  EXPECT_EQ(scene.notice, "Data, but not NMEA. Probably a different baud rate");
   world.clock.now += 6000;
   EXPECT_EQ(sceneOf(world.app).notice, "");
   world.app.fix.running = false;
@@ -231,7 +231,7 @@ TEST(OnLine, AFailingLogIsTold) {
   world.app.gps.options.logNmea = true;
   world.receive(kRmcBytes);
   EXPECT_EQ(world.window.errors,
-            std::vector<std::string>{"The log cannot be written: /no/such/folder/gps.log"});
+            std::vector<std::string>{"Cannot write the log: /no/such/folder/gps.log"});
 }
 
 TEST(Connect, AFailureIsTold) {

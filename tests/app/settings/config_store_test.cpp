@@ -253,7 +253,7 @@ TEST_F(ConfigFile, AWriteThatComesUpShortLeavesTheOldText) {
     EXPECT_EQ(folder_.has("vgps.xml"), !before.empty()) << "half a file would be a damaged one";
     EXPECT_TRUE(store.tellRefusal(tell));
     EXPECT_FALSE(store.tellRefusal(tell)) << "once";
-    EXPECT_EQ(told, std::vector<std::string>{"The settings cannot be written: " + path()});
+    EXPECT_EQ(told, std::vector<std::string>{"Cannot write the settings: " + path()});
     EXPECT_TRUE(store.save()) << "the next time";
     EXPECT_NE(read().find("COM3"), std::string::npos);
   }
