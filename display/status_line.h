@@ -28,11 +28,11 @@ struct StatusBar {
 void drawStatusLine(Canvas& canvas, const StatusBar& place, const Scene& scene);
 
 // All that time alone changes on a screen; what stays the same has not to be drawn again.
-struct PassingTexts {
+struct TimeDependentTexts {
   std::string status;  // in the status line
   std::string values;  // everywhere else
-  bool operator==(const PassingTexts&) const = default;
+  bool operator==(const TimeDependentTexts&) const = default;
 };
-PassingTexts passingTexts(const Scene& scene);
+TimeDependentTexts timeDependentTexts(const Scene& scene);
 
 }  // namespace vgps

@@ -19,13 +19,13 @@ ReceiverState stateOf(const AppState& app, uint32_t now) {
 }
 
 bool isFresh(const ArrivalTicks::Arrival& arrival, uint32_t now) {
-  return arrival.ever && now - arrival.tick <= kOldAfterMs;
+  return arrival.ever && now - arrival.tick <= kStaleAfterMs;
 }
 
 // A value that nothing has vouched for yet, as of a receiver that has never had a fix, is an old
 // one at best.
 ValueAges agesOf(const UiFix& shown, uint32_t now) {
-  const uint32_t unvouched = std::max(now - shown.lastDataTick, kOldAfterMs + 1);
+  const uint32_t unvouched = std::max(now - shown.lastDataTick, kStaleAfterMs + 1);
   const auto age = [&](const ArrivalTicks::Arrival& arrival) {
     return arrival.ever ? now - arrival.tick : unvouched;
   };
@@ -79,7 +79,7 @@ SceneStatistics statisticsOf(const AppState& app) {
 
 }  // namespace
 
-Scene sceneOf(const AppState& app) {
+Scene makeScene(const AppState& app) {
   const UiFix& shown = app.shown;
   const uint32_t now = app.platform.clock.tick();
   Scene scene;

@@ -320,7 +320,7 @@ TEST(Readout, EachValueFadesAndBecomesDashesByItsOwnAge) {
             const auto* const found = canvas.find(text);
             EXPECT_EQ(found != nullptr, !ages || age <= 30000) << text << " at " << age;
             if (found == nullptr) continue;
-            EXPECT_EQ(found->colour == scene.palette.faded, ages && age > 5000)
+            EXPECT_EQ(found->colour == scene.palette.staleValue, ages && age > 5000)
                 << text << " at " << age;
           }
         }

@@ -120,13 +120,13 @@ TEST(StatusLine, ADrawingIsDueWhenAnAgeChangesWhatIsShown) {
   Scene scene = receiving();
   scene.state = ReceiverState::notConnected;
   scene.ages.dilution = 6000;
-  const PassingTexts before = passingTexts(scene);
+  const TimeDependentTexts before = timeDependentTexts(scene);
   scene.ages.dilution = 29000;
-  EXPECT_EQ(passingTexts(scene), before);
+  EXPECT_EQ(timeDependentTexts(scene), before);
   scene.ages.dilution = 30001;
-  EXPECT_NE(passingTexts(scene).values, before.values) << "the values become dashes";
+  EXPECT_NE(timeDependentTexts(scene).values, before.values) << "the values become dashes";
   scene.notice = "Not available yet.";
-  EXPECT_NE(passingTexts(scene).status, before.status);
+  EXPECT_NE(timeDependentTexts(scene).status, before.status);
 }
 
 }  // namespace

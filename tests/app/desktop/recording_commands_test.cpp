@@ -41,7 +41,7 @@ TEST_F(RecordingCommands, ATripFromStartToEnd) {
   EXPECT_EQ(app.recorder.track.points.size(), 2U);
   EXPECT_EQ(app.recorder.track.points.back().m, 1U);
   EXPECT_EQ(app.recorder.drawnPath.size(), 2U);
-  const Scene scene = sceneOf(app);
+  const Scene scene = makeScene(app);
   EXPECT_EQ(scene.trackState, kRecording);
   EXPECT_EQ(scene.trackPoints, 2U);
   EXPECT_EQ(scene.trackLength, "3.71 Km");

@@ -95,7 +95,7 @@ TEST(Startup, TheThirdSchemeIsDrawnInTheChosenColours) {
   world.receive("$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n");
   const auto drawn = [&] {
     RecordingCanvas canvas(800, 480);
-    drawReadout(canvas, sceneOf(world.app));
+    drawReadout(canvas, makeScene(world.app));
     return canvas;
   };
   const auto filled = [&](const RecordingCanvas& canvas, Colour colour) {

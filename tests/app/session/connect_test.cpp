@@ -57,7 +57,8 @@ TEST(Connect, NothingHasComeYetAfterAConnection) {
     EXPECT_FALSE(world.app.shown.dataSeen);
     EXPECT_FALSE(world.app.shown.fixSeen);
     world.app.shown.dataSeen = true;  // of another kind
-    EXPECT_EQ(sceneOf(world.app).state, there ? ReceiverState::noFix : ReceiverState::notConnected);
+    EXPECT_EQ(makeScene(world.app).state,
+              there ? ReceiverState::noFix : ReceiverState::notConnected);
     EXPECT_TRUE(stopReceiver(world.app));
   }
 }

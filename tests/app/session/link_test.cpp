@@ -72,7 +72,7 @@ class Reconnecting : public testing::Test {
     const std::lock_guard lock(listMutex);
     listed = now;
   }
-  ReceiverState state() { return sceneOf(app).state; }
+  ReceiverState state() { return makeScene(app).state; }
 
   FakeClock clock;
   FakeSounds sounds;

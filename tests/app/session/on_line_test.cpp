@@ -88,22 +88,22 @@ TEST(OnLine, TheQualityOfTheFixIsThatOfTheSentenceThatKnowsIt) {
   std::string better = kGgaBytes.substr(0, kGgaBytes.find('*')) + "\r\n";
   better.replace(better.find("E,1,"), 4, "E,2,");
   world.receive(better + kRmcBytes);
-  EXPECT_EQ(sceneOf(world.app).fix.fixStatus, 2);
+  EXPECT_EQ(makeScene(world.app).fix.fixStatus, 2);
   EXPECT_EQ(world.app.shown.fix.fixStatus, 1);
   world.clock.now += 6000;
   world.receive(kRmcBytes);
-  EXPECT_EQ(sceneOf(world.app).fix.fixStatus, 1) << "nobody says so any more";
+  EXPECT_EQ(makeScene(world.app).fix.fixStatus, 1) << "nobody says so any more";
 }
 
 TEST(OnLine, BytesThatNobodyUnderstandsAreNotSilence) {
   AppWorld world;
   world.app.fix.running = true;
   world.receive("\x01\x02 noise at another speed \x03\r\n");
-  const Scene scene = sceneOf(world.app);
+  const Scene scene = makeScene(world.app);
   EXPECT_EQ(scene.state, ReceiverState::noData);
   EXPECT_EQ(scene.notice, "Data, but not NMEA. Probably a different baud rate");
   world.clock.now += 6000;
-  EXPECT_EQ(sceneOf(world.app).notice, "");
+  EXPECT_EQ(makeScene(world.app).notice, "");
   world.app.fix.running = false;
 }
 
@@ -124,7 +124,7 @@ TEST(OnLine, BinaryMessagesAndSensorReadingsAreShownAsText) {
   AppWorld world;
   world.app.currentScreen = Screen::rawLog;
   world.app.fix.running = true;
-  const auto shown = [&] { return sceneOf(world.app).message; };
+  const auto shown = [&] { return makeScene(world.app).message; };
   world.receive(kMessage);
   EXPECT_EQ(shown(), "Sirf msg (29): 2 bytes");
   world.door.post({.event = UiEvent::sensor, .x = 11.51666, .y = 48.1173});
@@ -196,7 +196,7 @@ TEST(OnLine, EachValueIsAsOldAsTheSentenceThatGaveIt) {
     world.receive(kRmcBytes + kGgaBytes + rows[5].line + rows[6].line);
     world.clock.now += 7000;
     world.receive(row.line);
-    const ValueAges ages = sceneOf(world.app).ages;
+    const ValueAges ages = makeScene(world.app).ages;
     std::string fresh;
     for (const uint32_t age : {ages.position, ages.motion, ages.altitude, ages.time, ages.used,
                                ages.view, ages.dilution}) {
@@ -206,7 +206,8 @@ TEST(OnLine, EachValueIsAsOldAsTheSentenceThatGaveIt) {
   }
   AppWorld world;
   world.receive(noFix);
-  EXPECT_EQ(worthOf(sceneOf(world.app).ages.position), Worth::old) << "nothing vouches for it";
+  EXPECT_EQ(freshnessOf(makeScene(world.app).ages.position), Freshness::stale)
+      << "nothing vouches for it";
 }
 
 TEST(OnLine, WhatAnEarlierSourceStillSaysIsNotHeard) {
