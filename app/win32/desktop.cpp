@@ -15,14 +15,14 @@
 #include "app/win32/program_font.h"
 #include "app/win32/program_sounds.h"
 #include "app/win32/single_instance.h"
-#include "app/win32/window_door.h"
+#include "app/win32/window_ui_thread.h"
 #include "platform/files.h"
 #include "track/track_simulation.h"
 
 namespace vgps {
 namespace {
 
-constexpr int kDoorShutMs = 500;
+constexpr int kUiThreadCloseMs = 500;
 
 // The thread that draws and shows dialogs is an apartment of its own.
 class OleSession {
@@ -51,7 +51,7 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
 
   const Clock& clock = systemClock();
   ProgramSounds sounds;
-  WindowDoor door;
+  WindowUiThread door;
   MainWindow window;
   Desktop app(Platform{clock, sounds, door, window, makeSerialPort, locationSensorManager(),
                        listSerialPorts, setSystemUtc, runDeviceInstaller},
@@ -79,7 +79,7 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
   const int result = window.runMessageLoop();
 
   if (IsWindow(handle)) DestroyWindow(handle);  // the loop was ended from outside
-  door.shut(kDoorShutMs);
+  door.shut(kUiThreadCloseMs);
   endProgram(app);
   window.showLastMessages();
   // A reader that hangs in a driver must find nothing destroyed: the system ends it.

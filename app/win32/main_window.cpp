@@ -14,8 +14,8 @@
 #include "app/win32/main_menu.h"
 #include "app/win32/message_parameter.h"
 #include "app/win32/single_instance.h"
-#include "app/win32/window_door.h"
 #include "app/win32/window_messages.h"
+#include "app/win32/window_ui_thread.h"
 #include "base/texts.h"
 #include "display/readout_layout.h"
 #include "display/screens.h"
@@ -131,7 +131,7 @@ LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM first, 
 
 // What people, receivers and timers bring.
 LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
-  if (handleUiMessage(message, first, second)) return WindowDoor::kHandled;
+  if (handleUiMessage(message, first, second)) return WindowUiThread::kHandled;
   switch (message) {
     case WM_COMMAND:
       runCommand(*app_, static_cast<Command>(LOWORD(first)));

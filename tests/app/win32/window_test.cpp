@@ -7,7 +7,7 @@
 #include "app/session/app_state.h"
 #include "app/win32/main_window.h"
 #include "app/win32/message_parameter.h"
-#include "app/win32/window_door.h"
+#include "app/win32/window_ui_thread.h"
 #include "display/palette.h"
 #include "display/readout_layout.h"
 #include "platform/location_sensor.h"
@@ -155,7 +155,7 @@ TEST(Window, ClosingEndsTheReader) {
   }
 }
 
-TEST(WindowDoor, ShuttingLetsAWaitingSenderGo) {
+TEST(WindowUiThread, ShuttingLetsAWaitingSenderGo) {
   enterTestDesktop();
   const HWND window = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
                                       GetModuleHandleW(nullptr), nullptr);
@@ -165,7 +165,7 @@ TEST(WindowDoor, ShuttingLetsAWaitingSenderGo) {
     DateTime utc() const override { return {}; }
     DateTime local() const override { return {}; }
   } clock;
-  WindowDoor door;
+  WindowUiThread door;
   MainWindow mainWindow;
   struct Silent : Sounds {
     void play(const char*) override {}
@@ -187,7 +187,7 @@ TEST(WindowDoor, ShuttingLetsAWaitingSenderGo) {
 
 // What an earlier reader has on its way is a text or a record by its own protocol, not by that of
 // the source opened since: it must not even be looked at.
-TEST(WindowDoor, AMessageOfAnEarlierSourceIsNotRead) {
+TEST(WindowUiThread, AMessageOfAnEarlierSourceIsNotRead) {
   struct NoTime : Clock {
     uint32_t tick() const override { return 0; }
     DateTime utc() const override { return {}; }
@@ -196,7 +196,7 @@ TEST(WindowDoor, AMessageOfAnEarlierSourceIsNotRead) {
   struct Silent : Sounds {
     void play(const char*) override {}
   } sounds;
-  WindowDoor door;
+  WindowUiThread door;
   MainWindow mainWindow;
   AppState app(Platform{clock, sounds, door, mainWindow, makeSerialPort});
   app.gps.readers.generation = 2;

@@ -1,4 +1,4 @@
-#include "app/win32/window_door.h"
+#include "app/win32/window_ui_thread.h"
 
 #include <bit>
 #include <string>
@@ -34,13 +34,13 @@ class Count {
 
 }  // namespace
 
-void WindowDoor::open(HWND window, const GpsFix& fix) {
+void WindowUiThread::open(HWND window, const GpsFix& fix) {
   window_ = window;
   fix_ = &fix;
   shut_ = false;
 }
 
-bool WindowDoor::send(const UiMessage& message) {
+bool WindowUiThread::send(const UiMessage& message) {
   const Count count(underWay_);
   if (shut_) return false;
   std::wstring wide;
@@ -53,7 +53,7 @@ bool WindowDoor::send(const UiMessage& message) {
                       reinterpret_cast<LPARAM>(fix_)) == kHandled;
 }
 
-void WindowDoor::post(const UiMessage& message) {
+void WindowUiThread::post(const UiMessage& message) {
   const Count count(underWay_);
   if (shut_) return;
   const Reading reading = {static_cast<float>(message.x), static_cast<float>(message.y)};
@@ -63,7 +63,7 @@ void WindowDoor::post(const UiMessage& message) {
 
 // A sender that is waiting already is let go by taking its message out of the queue: handled where
 // the window still lives, refused by the system where it does not.
-void WindowDoor::shut(int timeoutMs) {
+void WindowUiThread::shut(int timeoutMs) {
   shut_ = true;
   const ULONGLONG start = GetTickCount64();
   while (underWay_ > 0 && GetTickCount64() - start < static_cast<ULONGLONG>(timeoutMs)) {

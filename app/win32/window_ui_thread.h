@@ -13,7 +13,7 @@ struct GpsFix;
 // The door as window messages, numbered as the events are. In a message for a line the first
 // parameter is the line as wide text, or the message record of a binary protocol, and the second
 // the address of the fix. Texts of other events travel the same way.
-class WindowDoor : public UiThread {
+class WindowUiThread : public UiThread {
  public:
   // What the window procedure answers to a message that it has handled.
   static constexpr LRESULT kHandled = 1;
