@@ -26,12 +26,12 @@ class Reconnecting : public testing::Test {
     app.recorder.track.state = kRecording;
   }
   ~Reconnecting() override {
-    door.shut();
+    mailbox.close();
     EXPECT_TRUE(stopReceiver(app));
   }
 
   void serve() {
-    door.wait(10, [this](const UiMessage& message) { onUiMessage(app, message); });
+    mailbox.wait(10, [this](const UiMessage& message) { onUiMessage(app, message); });
   }
   bool serveUntil(const std::function<bool()>& happened) {
     for (int i = 0; i < 1000 && !happened(); ++i) serve();
@@ -78,11 +78,11 @@ class Reconnecting : public testing::Test {
   FakeSounds sounds;
   FakeWindow window;
   FakePorts ports;
-  UiMailbox door;
+  UiMailbox mailbox;
   std::mutex listMutex;
   std::vector<PortName> listed;
   FakeLine* line = nullptr;
-  AppState app{Platform{clock, sounds, door, window, [this] { return ports.make(); }, nullptr,
+  AppState app{Platform{clock, sounds, mailbox, window, [this] { return ports.make(); }, nullptr,
                         [this] {
                           const std::lock_guard lock(listMutex);
                           return listed;
