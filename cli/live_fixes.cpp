@@ -42,7 +42,7 @@ class LiveFixes {
       if (left <= 0) return;
       const auto handler = [this](const UiMessage& message) { handle(message); };
       const int wait = static_cast<int>(std::min<double>(kLookMs, std::ceil(left)));
-      if (mailbox_->wait(wait, handler) == UiMailbox::Waited::shut) return;
+      if (mailbox_->wait(wait, handler) == UiMailbox::WaitResult::closed) return;
     }
   }
 

@@ -202,7 +202,7 @@ void Monitor::run() {
     if (left <= 0) break;
     const double wait = std::min<double>(msToNextStep(), std::ceil(left));
     const auto handler = [this](const UiMessage& message) { handle(message); };
-    if (mailbox_->wait(static_cast<int>(wait), handler) == UiMailbox::Waited::shut) break;
+    if (mailbox_->wait(static_cast<int>(wait), handler) == UiMailbox::WaitResult::closed) break;
   }
   if (output_ == Output::block) std::fputs("\x1b[?25h", stdout);
 }

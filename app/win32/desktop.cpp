@@ -79,7 +79,7 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
   const int result = window.runMessageLoop();
 
   if (IsWindow(handle)) DestroyWindow(handle);  // the loop was ended from outside
-  door.shut(kUiThreadCloseMs);
+  door.close(kUiThreadCloseMs);
   endProgram(app);
   window.showLastMessages();
   // A reader that hangs in a driver must find nothing destroyed: the system ends it.

@@ -37,12 +37,12 @@ class Count {
 void WindowUiThread::open(HWND window, const GpsFix& fix) {
   window_ = window;
   fix_ = &fix;
-  shut_ = false;
+  closed_ = false;
 }
 
 bool WindowUiThread::send(const UiMessage& message) {
   const Count count(underWay_);
-  if (shut_) return false;
+  if (closed_) return false;
   std::wstring wide;
   WPARAM first = reinterpret_cast<WPARAM>(message.record);
   if (message.record == nullptr && carriesAddress(message.event)) {
@@ -55,7 +55,7 @@ bool WindowUiThread::send(const UiMessage& message) {
 
 void WindowUiThread::post(const UiMessage& message) {
   const Count count(underWay_);
-  if (shut_) return;
+  if (closed_) return;
   const Reading reading = {static_cast<float>(message.x), static_cast<float>(message.y)};
   PostMessageW(window_, static_cast<UINT>(message.event), std::bit_cast<WPARAM>(reading),
                static_cast<LPARAM>(message.generation));
@@ -63,8 +63,8 @@ void WindowUiThread::post(const UiMessage& message) {
 
 // A sender that is waiting already is let go by taking its message out of the queue: handled where
 // the window still lives, refused by the system where it does not.
-void WindowUiThread::shut(int timeoutMs) {
-  shut_ = true;
+void WindowUiThread::close(int timeoutMs) {
+  closed_ = true;
   const ULONGLONG start = GetTickCount64();
   while (underWay_ > 0 && GetTickCount64() - start < static_cast<ULONGLONG>(timeoutMs)) {
     MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_SENDMESSAGE);

@@ -26,12 +26,12 @@ class WindowUiThread : public UiThread {
 
   // On the user-interface thread: nothing passes from now on, and who waits in `send` is let go.
   // Gives up after `timeoutMs`.
-  void shut(int timeoutMs);
+  void close(int timeoutMs);
 
  private:
   HWND window_ = nullptr;
   const GpsFix* fix_ = nullptr;
-  std::atomic<bool> shut_{true};
+  std::atomic<bool> closed_{true};
   std::atomic<int> underWay_{0};
 };
 

@@ -47,9 +47,9 @@ TEST(UiMailbox, PostsReturnAtOnceAndKeepTheirOrder) {
   for (int i = 0; i < 3; ++i) mailbox.post({.event = UiEvent::sensor, .x = double(i)});
   std::vector<double> seen;
   EXPECT_EQ(mailbox.wait(0, [&](const UiMessage& message) { seen.push_back(message.x); }),
-            UiMailbox::Waited::handled);
+            UiMailbox::WaitResult::handled);
   EXPECT_EQ(seen, (std::vector<double>{0, 1, 2}));
-  EXPECT_EQ(mailbox.wait(0, kIgnore), UiMailbox::Waited::nothing);
+  EXPECT_EQ(mailbox.wait(0, kIgnore), UiMailbox::WaitResult::nothing);
 }
 
 TEST(UiMailbox, AHandlerMaySendAndPost) {
@@ -62,8 +62,8 @@ TEST(UiMailbox, AHandlerMaySendAndPost) {
     mailbox.post({.event = UiEvent::refresh});
   };
   mailbox.post({.event = UiEvent::sensor});
-  EXPECT_EQ(mailbox.wait(0, handler), UiMailbox::Waited::handled);
-  EXPECT_EQ(mailbox.wait(0, handler), UiMailbox::Waited::handled);
+  EXPECT_EQ(mailbox.wait(0, handler), UiMailbox::WaitResult::handled);
+  EXPECT_EQ(mailbox.wait(0, handler), UiMailbox::WaitResult::handled);
   EXPECT_EQ(seen, (std::vector<UiEvent>{UiEvent::sensor, UiEvent::repaint, UiEvent::refresh}));
 }
 
@@ -80,7 +80,7 @@ TEST(UiMailbox, ShuttingFreesWhoeverWaits) {
   EXPECT_EQ(refused, 3);
   EXPECT_FALSE(mailbox.send({.event = UiEvent::line}));
   mailbox.post({.event = UiEvent::refresh});
-  EXPECT_EQ(mailbox.wait(-1, kIgnore), UiMailbox::Waited::shut);
+  EXPECT_EQ(mailbox.wait(-1, kIgnore), UiMailbox::WaitResult::closed);
 }
 
 TEST(UiMailbox, AMessageInHandIsFinishedWhenTheDoorShuts) {
@@ -88,7 +88,7 @@ TEST(UiMailbox, AMessageInHandIsFinishedWhenTheDoorShuts) {
   bool told = false;
   std::thread sender([&] { told = mailbox.send({.event = UiEvent::line}); });
   EXPECT_EQ(mailbox.wait(-1, [&](const UiMessage&) { mailbox.close(); }),
-            UiMailbox::Waited::handled);
+            UiMailbox::WaitResult::handled);
   sender.join();
   EXPECT_TRUE(told);
 }

@@ -178,7 +178,7 @@ TEST(WindowUiThread, ShuttingLetsAWaitingSenderGo) {
   std::thread sender([&] { answer = door.send({.event = UiEvent::line, .text = "$GPGGA"}); });
   Sleep(100);
   EXPECT_EQ(answer, -1);
-  door.shut(2000);
+  door.close(2000);
   sender.join();
   EXPECT_EQ(answer, 0) << "the window does not know the message";
   EXPECT_FALSE(door.send({.event = UiEvent::refresh}));
