@@ -4,7 +4,7 @@ namespace vgps {
 
 void AppHooks::send(UiMessage message) {
   message.generation = speaking_;
-  door_.send(message);
+  uiThread_.send(message);
 }
 
 void AppHooks::lineReceived(const ReceivedLine& line) {
@@ -16,7 +16,8 @@ void AppHooks::unknownBytes(std::string_view bytes) {
 }
 
 void AppHooks::sensorReading(double longitude, double latitude) {
-  door_.post({.event = UiEvent::sensor, .x = longitude, .y = latitude, .generation = speaking_});
+  uiThread_.post(
+      {.event = UiEvent::sensor, .x = longitude, .y = latitude, .generation = speaking_});
 }
 
 void AppHooks::logFailed(const std::string& path) {

@@ -15,8 +15,9 @@ namespace vgps {
 class AppHooks : public GpsHooks {
  public:
   // `speaking`: the generation of the source whose reader calls.
-  AppHooks(UiThread& door, Sounds& sounds, Window& window, const std::atomic<uint32_t>& speaking)
-      : door_(door), sounds_(sounds), window_(window), speaking_(speaking) {}
+  AppHooks(UiThread& uiThread, Sounds& sounds, Window& window,
+           const std::atomic<uint32_t>& speaking)
+      : uiThread_(uiThread), sounds_(sounds), window_(window), speaking_(speaking) {}
 
   void playSound(const char* name) override { sounds_.play(name); }
   void repaint() override { send({.event = UiEvent::repaint}); }
@@ -34,7 +35,7 @@ class AppHooks : public GpsHooks {
  private:
   void send(UiMessage message);
 
-  UiThread& door_;
+  UiThread& uiThread_;
   Sounds& sounds_;
   Window& window_;
   const std::atomic<uint32_t>& speaking_;

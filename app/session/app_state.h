@@ -31,7 +31,7 @@ namespace vgps {
 struct Platform {
   const Clock& clock;
   Sounds& sounds;
-  UiThread& door;
+  UiThread& uiThread;
   Window& window;
   std::function<std::unique_ptr<SerialPort>()> makePort;
   LocationSensorManager* sensors = nullptr;

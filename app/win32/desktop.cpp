@@ -51,9 +51,9 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
 
   const Clock& clock = systemClock();
   ProgramSounds sounds;
-  WindowUiThread door;
+  WindowUiThread uiThread;
   MainWindow window;
-  Desktop app(Platform{clock, sounds, door, window, makeSerialPort, locationSensorManager(),
+  Desktop app(Platform{clock, sounds, uiThread, window, makeSerialPort, locationSensorManager(),
                        listSerialPorts, setSystemUtc, runDeviceInstaller},
               window);
   app.paths = pathsOf(programFolder());
@@ -68,7 +68,7 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
   const HWND handle = window.create({instance, &language, &sounds}, app);
   if (handle == nullptr) return 1;
   turn.end();
-  door.open(handle, app.fix);
+  uiThread.open(handle, app.fix);
   ShowWindow(handle, show);
   UpdateWindow(handle);
   const auto isOpen = [&] { return IsWindow(handle) != FALSE; };
@@ -79,7 +79,7 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
   const int result = window.runMessageLoop();
 
   if (IsWindow(handle)) DestroyWindow(handle);  // the loop was ended from outside
-  door.close(kUiThreadCloseMs);
+  uiThread.close(kUiThreadCloseMs);
   endProgram(app);
   window.showLastMessages();
   // A reader that hangs in a driver must find nothing destroyed: the system ends it.

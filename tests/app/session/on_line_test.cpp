@@ -127,7 +127,7 @@ TEST(OnLine, BinaryMessagesAndSensorReadingsAreShownAsText) {
   const auto shown = [&] { return makeScene(world.app).message; };
   world.receive(kMessage);
   EXPECT_EQ(shown(), "Sirf msg (29): 2 bytes");
-  world.door.post({.event = UiEvent::sensor, .x = 11.51666, .y = 48.1173});
+  world.uiThread.post({.event = UiEvent::sensor, .x = 11.51666, .y = 48.1173});
   EXPECT_EQ(shown(), "SENS msg: 11.517,48.117");
   EXPECT_EQ(world.app.rawLog,
             (std::vector<std::string>{"Sirf msg (29): 2 bytes", "SENS msg: 11.517,48.117"}));

@@ -165,23 +165,23 @@ TEST(WindowUiThread, ShuttingLetsAWaitingSenderGo) {
     DateTime utc() const override { return {}; }
     DateTime local() const override { return {}; }
   } clock;
-  WindowUiThread door;
+  WindowUiThread uiThread;
   MainWindow mainWindow;
   struct Silent : Sounds {
     void play(const char*) override {}
   } sounds;
-  const AppState app(Platform{clock, sounds, door, mainWindow, makeSerialPort});
-  EXPECT_FALSE(door.send({.event = UiEvent::refresh})) << "not open yet";
-  door.open(window, app.fix);
+  const AppState app(Platform{clock, sounds, uiThread, mainWindow, makeSerialPort});
+  EXPECT_FALSE(uiThread.send({.event = UiEvent::refresh})) << "not open yet";
+  uiThread.open(window, app.fix);
   std::atomic<int> answer{-1};
   // This thread handles no messages, so the sender waits.
-  std::thread sender([&] { answer = door.send({.event = UiEvent::line, .text = "$GPGGA"}); });
+  std::thread sender([&] { answer = uiThread.send({.event = UiEvent::line, .text = "$GPGGA"}); });
   Sleep(100);
   EXPECT_EQ(answer, -1);
-  door.close(2000);
+  uiThread.close(2000);
   sender.join();
   EXPECT_EQ(answer, 0) << "the window does not know the message";
-  EXPECT_FALSE(door.send({.event = UiEvent::refresh}));
+  EXPECT_FALSE(uiThread.send({.event = UiEvent::refresh}));
   DestroyWindow(window);
 }
 
@@ -196,9 +196,9 @@ TEST(WindowUiThread, AMessageOfAnEarlierSourceIsNotRead) {
   struct Silent : Sounds {
     void play(const char*) override {}
   } sounds;
-  WindowUiThread door;
+  WindowUiThread uiThread;
   MainWindow mainWindow;
-  AppState app(Platform{clock, sounds, door, mainWindow, makeSerialPort});
+  AppState app(Platform{clock, sounds, uiThread, mainWindow, makeSerialPort});
   app.gps.readers.generation = 2;
   const auto fix = reinterpret_cast<LPARAM>(&app.fix);
   const auto line = reinterpret_cast<WPARAM>(L"$GPRMC");
