@@ -45,8 +45,8 @@ int32_t altitudeUnitOf(int32_t setting) {
 }
 
 bool messageHolds(const AppState& app) {
-  return app.fix.running && app.news.messageCountdown > 0 &&
-         app.news.messageSource == app.gps.readers.generation;
+  return app.fix.running && app.pendingDisplay.messageCountdown > 0 &&
+         app.pendingDisplay.messageSource == app.gps.readers.generation;
 }
 
 Palette paletteOf(const AppState& app) {
@@ -93,8 +93,9 @@ Scene makeScene(const AppState& app) {
   scene.stats = shown.stats;
   scene.maxSpeed = shown.maxSpeed;
   scene.maxAltitude = shown.maxAltitude;
-  scene.newMaxSpeed = app.news.maximumCountdown > 0 && app.news.newMaxSpeed;
-  scene.newMaxAltitude = app.news.maximumCountdown > 0 && app.news.newMaxAltitude;
+  scene.newMaxSpeed = app.pendingDisplay.maximumCountdown > 0 && app.pendingDisplay.newMaxSpeed;
+  scene.newMaxAltitude =
+      app.pendingDisplay.maximumCountdown > 0 && app.pendingDisplay.newMaxAltitude;
   scene.speedUnit = app.gps.options.speedUnit;
   scene.altitudeUnit = altitudeUnitOf(app.settings.shortDistanceUnit);
   scene.positionFormat = app.settings.positionFormat;

@@ -65,7 +65,7 @@ bool askQuestion(AppState& app, Text text) { return app.platform.window.ask(text
 
 bool repaintThrottled(AppState& app) {
   if (!app.repaints.due(app.platform.clock.tick())) return false;
-  app.news.waiting = false;
+  app.pendingDisplay.waiting = false;
   app.platform.window.repaint();
   return true;
 }

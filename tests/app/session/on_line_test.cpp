@@ -152,14 +152,16 @@ TEST(OnLine, SkippedMessagesDoNothingForTheDisplays) {
     for (int i = 0; i < 6; ++i) {
       world.clock.now += 1000;
       app.rawLog.clear();
-      app.news.messageCountdown = app.news.maximumCountdown = 5;
+      app.pendingDisplay.messageCountdown = app.pendingDisplay.maximumCountdown = 5;
       world.window.repaints = 0;
       world.receive(kRmcBytes);
       shown += app.rawLog.empty() ? '0' : '1';
       const bool isShown = shown.back() == '1';
       EXPECT_EQ(world.window.repaints, isShown ? 1 : 0);
-      EXPECT_EQ(app.news.messageCountdown, isShown ? 4 : 5);
-      EXPECT_EQ(app.news.maximumCountdown < 5 || app.news.maximumCountdown == 10, isShown);
+      EXPECT_EQ(app.pendingDisplay.messageCountdown, isShown ? 4 : 5);
+      EXPECT_EQ(
+          app.pendingDisplay.maximumCountdown < 5 || app.pendingDisplay.maximumCountdown == 10,
+          isShown);
     }
     EXPECT_EQ(shown, handled) << skip;
   }
