@@ -3,7 +3,7 @@
 namespace vgps {
 
 void AppHooks::send(UiMessage message) {
-  message.generation = speaking_;
+  message.generation = deliveringGeneration_;
   uiThread_.send(message);
 }
 
@@ -16,8 +16,10 @@ void AppHooks::unknownBytes(std::string_view bytes) {
 }
 
 void AppHooks::sensorReading(double longitude, double latitude) {
-  uiThread_.post(
-      {.event = UiEvent::sensor, .x = longitude, .y = latitude, .generation = speaking_});
+  uiThread_.post({.event = UiEvent::sensor,
+                  .x = longitude,
+                  .y = latitude,
+                  .generation = deliveringGeneration_});
 }
 
 void AppHooks::logFailed(const std::string& path) {

@@ -16,8 +16,11 @@ class AppHooks : public GpsHooks {
  public:
   // `speaking`: the generation of the source whose reader calls.
   AppHooks(UiThread& uiThread, Sounds& sounds, Window& window,
-           const std::atomic<uint32_t>& speaking)
-      : uiThread_(uiThread), sounds_(sounds), window_(window), speaking_(speaking) {}
+           const std::atomic<uint32_t>& deliveringGeneration)
+      : uiThread_(uiThread),
+        sounds_(sounds),
+        window_(window),
+        deliveringGeneration_(deliveringGeneration) {}
 
   void playSound(const char* name) override { sounds_.play(name); }
   void repaint() override { send({.event = UiEvent::repaint}); }
@@ -38,7 +41,7 @@ class AppHooks : public GpsHooks {
   UiThread& uiThread_;
   Sounds& sounds_;
   Window& window_;
-  const std::atomic<uint32_t>& speaking_;
+  const std::atomic<uint32_t>& deliveringGeneration_;
 };
 
 }  // namespace vgps

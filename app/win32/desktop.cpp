@@ -43,7 +43,7 @@ class OleSession {
 int runDesktop(HINSTANCE instance, int show, std::span<const std::string> arguments) {
   const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_STANDARD_CLASSES | ICC_WIN95_CLASSES};
   InitCommonControlsEx(&controls);
-  StartTurn turn;
+  StartupLock startup;
   if (activateRunningCopy()) return 0;
   const ProgramFont font(instance);
   const OleSession ole;
@@ -67,7 +67,7 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
 
   const HWND handle = window.create({instance, &language, &sounds}, app);
   if (handle == nullptr) return 1;
-  turn.end();
+  startup.end();
   uiThread.open(handle, app.fix);
   ShowWindow(handle, show);
   UpdateWindow(handle);

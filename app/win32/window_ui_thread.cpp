@@ -88,7 +88,7 @@ bool readUiMessage(UINT number, WPARAM first, LPARAM second, const GpsFix& fix, 
   }
   if (second != reinterpret_cast<LPARAM>(&fix)) return false;
   const ReaderControl& readers = fix.state.readers;
-  message.generation = readers.speaking;  // the sender waits, so it is still its turn
+  message.generation = readers.deliveringGeneration;  // the sender waits, so it is still its turn
   if (!carriesAddress(message.event)) return true;
   if (first == 0) return false;
   // Another source was opened meanwhile, and its protocol tells nothing about this parameter.

@@ -219,7 +219,7 @@ TEST(OnLine, WhatAnEarlierSourceStillSaysIsNotHeard) {
   app.recorder.track.state = kRecording;
   app.gps.readers.generation = 2;
   for (const auto& [speaking, heard] : {std::pair{1U, false}, {2U, true}}) {
-    app.gps.readers.speaking = speaking;
+    app.gps.readers.deliveringGeneration = speaking;
     world.receive(kRmcBytes + "noise\r\n");
     EXPECT_EQ(app.shown.dataSeen, heard);
     EXPECT_EQ(app.rawLog.size(), heard ? 2U : 0U);

@@ -203,7 +203,7 @@ TEST(WindowUiThread, AMessageOfAnEarlierSourceIsNotRead) {
   const auto fix = reinterpret_cast<LPARAM>(&app.fix);
   const auto line = reinterpret_cast<WPARAM>(L"$GPRMC");
   for (const auto& [speaking, text] : {std::pair{1U, ""}, {2U, "$GPRMC"}, {0U, "$GPRMC"}}) {
-    app.gps.readers.speaking = speaking;
+    app.gps.readers.deliveringGeneration = speaking;
     std::string held;
     UiMessage message;
     EXPECT_TRUE(readUiMessage(0x466, line, fix, app.fix, held, message));
