@@ -70,7 +70,7 @@ class Place : public RecorderHooks {
   RecorderPlaces places_;
 };
 
-int failedWith(JournalResult result, const LeftRecording& left) {
+int failedWith(JournalResult result, const UnfinishedRecording& unfinished) {
   const int status = fail(left.message(result));
   return result == JournalResult::inUse ? kInUse : status;
 }
@@ -106,18 +106,18 @@ int tellSaved(const Keeping& keeping, size_t points, const std::string& path) {
   if (keeping.library.isNew && keeping.library.state == LibraryState::damaged) {
     fail(libraryMessage(LibraryState::damaged, keeping.library.path));
   }
-  if (!keeping.damagedKeptAs.empty()) {
-    fail("the damaged library was saved as " + keeping.damagedKeptAs);
+  if (!keeping.damagedBackupPath.empty()) {
+    fail("the damaged library was saved as " + keeping.damagedBackupPath);
   }
   say("Saved " + pointsText(points) + " in " + shownPath(keeping.library.path) + ".");
   return fileExists(path) ? fail("cannot delete " + path + "; the recording was saved anyway") : 0;
 }
 
-int saveRecording(LeftRecording& left, Recorder& recorder) {
+int saveRecording(UnfinishedRecording& unfinished, Recorder& recorder) {
   const size_t points = left.points();
-  const Keeping keeping = recorder.keepLeft(left);
+  const Keeping keeping = recorder.keepUnfinished(left);
   if (keeping.outcome == Keeping::Outcome::kept) {
-    if (!left.keptAs().empty()) fail("the damaged recording was saved as " + left.keptAs());
+    if (!left.backupPath().empty()) fail("the damaged recording was saved as " + left.backupPath());
     return tellSaved(keeping, points, left.path());
   }
   fail(refusalOf(keeping));
@@ -175,7 +175,8 @@ class Ending {
 };
 
 // Records on into the journal until it is stopped; then the whole track is saved.
-int continueRecording(LeftRecording& left, Recorder& recorder, const RecoverOptions& options) {
+int continueRecording(UnfinishedRecording& unfinished, Recorder& recorder,
+                      const RecoverOptions& options) {
   recorder.continueFrom(left);
   const size_t before = recorder.track.points.size();
   say("Continuing after " + pointsText(before) + "; press Ctrl+C to stop and save.");
@@ -189,11 +190,11 @@ int continueRecording(LeftRecording& left, Recorder& recorder, const RecoverOpti
   return Ending(recorder, left.path()).run();
 }
 
-int answer(LeftRecording& left, Recorder& recorder, const RecoverOptions& options) {
+int answer(UnfinishedRecording& unfinished, Recorder& recorder, const RecoverOptions& options) {
   switch (options.action) {
     case Action::tell:
       say(left.path() + ": " + left.question());
-      left.leave();
+      left.keepForLater();
       return 0;
     case Action::save: return saveRecording(left, recorder);
     case Action::discard:
@@ -253,19 +254,19 @@ int runRecover(const RecoverOptions& options) {
     return fail("--continue requires --port DEV or --simulate");
   }
   Place place(options.file);
-  const std::vector<std::string> journals = journalsAt(place.places().journal);
+  const std::vector<std::string> journals = existingJournals(place.places().journal);
   int worst = 0;
   size_t found = 0;
   bool goneOn = false;  // the others are only told of
   for (const std::string& path : journals) {
-    LeftRecording left(place.recorder.journalSettings());
+    UnfinishedRecording unfinished(place.recorder.journalSettings());
     const JournalResult result = left.open(path);
     if (result == JournalResult::missing) continue;
     ++found;
     if (goneOn) {
       const bool open = result == JournalResult::open;
       say(path + ": " + (open ? left.question() : left.message(result)));
-      left.leave();
+      left.keepForLater();
       continue;
     }
     const int status = result == JournalResult::open ? answer(left, place.recorder, options)

@@ -199,9 +199,10 @@ LibraryResult DocumentStore::prepare() {
 
 // Keeps the damaged document and writes a whole one with its tracks in the same order.
 LibraryResult DocumentStore::repair() {
-  if (keptAs_.empty() || !(keptStamp_ == stamp_)) keptAs_ = copyAsBad(path_, disk_.open);
-  if (keptAs_.empty()) return LibraryResult::notKept;
-  keptStamp_ = stamp_;
+  if (backupPath_.empty() || !(backedUpStamp_ == stamp_))
+    backupPath_ = copyAsBad(path_, disk_.open);
+  if (backupPath_.empty()) return LibraryResult::backupFailed;
+  backedUpStamp_ = stamp_;
   DocumentWriter writer(path_, disk_.open);
   writer.text(std::string(kXmlDeclaration) + kHead);
   for (size_t i = 0; i < layout_.places.size(); ++i) {

@@ -171,8 +171,8 @@ LibraryResult FolderStore::collect(const LibraryChange& change, std::vector<File
 LibraryResult FolderStore::keepDamaged(const LibraryChange& change) {
   for (const TrackEdit& edit : change) {
     if (!edit.removes || !tracks_[edit.index].damaged) continue;
-    keptAs_ = copyAsBad(pathOf(files_[trackFiles_[edit.index]]), disk_.open);
-    if (keptAs_.empty()) return LibraryResult::notKept;
+    backupPath_ = copyAsBad(pathOf(files_[trackFiles_[edit.index]]), disk_.open);
+    if (backupPath_.empty()) return LibraryResult::backupFailed;
   }
   return LibraryResult::done;
 }

@@ -152,9 +152,9 @@ std::span<const TrackSummary> TrackLibrary::tracks() const {
   return store_->tracks();
 }
 
-const std::string& TrackLibrary::keptAs() const {
+const std::string& TrackLibrary::backupPath() const {
   static const std::string none;
-  return store_ == nullptr ? none : store_->keptAs();
+  return store_ == nullptr ? none : store_->backupPath();
 }
 
 std::string TrackLibrary::message() const {

@@ -23,7 +23,7 @@ constexpr AnswerRow kAnswers[] = {{Answer::resume, Text::recoverContinue},
                                   {Answer::remove, Text::recoverDelete},
                                   {Answer::later, Text::recoverLater}};
 
-Answer ask(AppState& app, const LeftRecording& left) {
+Answer ask(AppState& app, const UnfinishedRecording& unfinished) {
   const Track& track = app.recorder.track;
   const bool free = track.state == kIdle && track.points.empty();
   const std::span<const AnswerRow> rows = std::span(kAnswers).subspan(free ? 0 : 1);
@@ -32,24 +32,24 @@ Answer ask(AppState& app, const LeftRecording& left) {
   return rows[app.platform.window.choose(left.question(), texts)].answer;
 }
 
-void save(AppState& app, LeftRecording& left) {
-  const Keeping keeping = app.recorder.keepLeft(left);
+void save(AppState& app, UnfinishedRecording& unfinished) {
+  const Keeping keeping = app.recorder.keepUnfinished(left);
   tellKeeping(app, keeping);
-  if (keeping.outcome != Keeping::Outcome::kept) left.leave();
+  if (keeping.outcome != Keeping::Outcome::kept) left.keepForLater();
 }
 
-void remove(AppState& app, LeftRecording& left) {
+void remove(AppState& app, UnfinishedRecording& unfinished) {
   const std::string points = std::to_string(left.points());
-  if (!app.platform.window.ask(textWith(Text::askToDelete, points))) return left.leave();
+  if (!app.platform.window.ask(textWith(Text::askToDelete, points))) return left.keepForLater();
   if (!left.discard()) app.platform.window.tellError(textWith(Text::notDeleted, left.path()));
 }
 
-void answer(AppState& app, LeftRecording& left) {
+void answer(AppState& app, UnfinishedRecording& unfinished) {
   switch (ask(app, left)) {
     case Answer::resume: app.recorder.continueFrom(left); break;
     case Answer::save: save(app, left); break;
     case Answer::remove: remove(app, left); break;
-    case Answer::later: left.leave(); break;
+    case Answer::later: left.keepForLater(); break;
   }
 }
 
@@ -75,8 +75,8 @@ void tellKeeping(AppState& app, const Keeping& keeping) {
     return;
   }
   if (!tellLibrary(app, keeping.library)) return;
-  if (!keeping.damagedKeptAs.empty()) {
-    showNotice(app, textWith(Text::libraryKeptAs, keeping.damagedKeptAs));
+  if (!keeping.damagedBackupPath.empty()) {
+    showNotice(app, textWith(Text::libraryKeptAs, keeping.damagedBackupPath));
   }
   if (keeping.result != LibraryResult::done) {
     app.platform.window.tellError(libraryMessage(keeping.result, keeping.library.path));
@@ -85,8 +85,8 @@ void tellKeeping(AppState& app, const Keeping& keeping) {
 
 void offerRecovery(AppState& app) {
   if (app.paths.journal.empty()) return;
-  for (const std::string& path : journalsAt(app.paths.journal)) {
-    LeftRecording left(app.recorder.journalSettings());
+  for (const std::string& path : existingJournals(app.paths.journal)) {
+    UnfinishedRecording unfinished(app.recorder.journalSettings());
     const JournalResult result = left.open(path);
     if (result == JournalResult::open) {
       answer(app, left);

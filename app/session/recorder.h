@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "library/journal.h"
-#include "library/left_recording.h"
 #include "library/track_library.h"
+#include "library/unfinished_recording.h"
 #include "platform/clock.h"
 #include "track/recording.h"
 
@@ -73,7 +73,7 @@ struct Keeping {
   Outcome outcome = Outcome::nothing;
   LibraryOpening library = {};
   LibraryResult result = LibraryResult::done;
-  std::string damagedKeptAs = {};  // the damaged library was copied there first; else empty
+  std::string damagedBackupPath = {};  // the damaged library was copied there first; else empty
 };
 
 // How a recording ended where there is nobody to ask.
@@ -129,9 +129,9 @@ class Recorder : private RecordingHooks {
   // For those who open what an ended program left.
   JournalSettings journalSettings();
   // Its points become the current track, which goes on being recorded into the same journal.
-  void continueFrom(LeftRecording& left);
+  void continueFrom(UnfinishedRecording& unfinished);
   // Into the library. What could not be kept stays in its journal, as long as `left` holds it.
-  Keeping keepLeft(LeftRecording& left);
+  Keeping keepUnfinished(UnfinishedRecording& unfinished);
   // Ends a recording where nobody can be asked: into the library, or where that refuses into the
   // journal. May be repeated while points are lacking.
   RecordingEnd end();

@@ -59,7 +59,7 @@ TEST_F(Recover, SavesIntoTheLibrary) {
   EXPECT_EQ(done.status, 0) << done.errors;
   EXPECT_TRUE(says(done.output, "Saved 12 points in " + library_)) << done.output;
   EXPECT_EQ(contentsAt(library_), "Track 1 1,2,3,4,5,6,7,8,9,10,11,12 | Track 2 1,2,3");
-  EXPECT_EQ(journalsAt(journal_), std::vector<std::string>());
+  EXPECT_EQ(existingJournals(journal_), std::vector<std::string>());
 }
 
 TEST_F(Recover, SavesWhereTheSettingsSay) {

@@ -1,4 +1,4 @@
-#include "library/left_recording.h"
+#include "library/unfinished_recording.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ class Left : public testing::Test {
   TestFolder folder_;
   const std::string path_ = folder_ / kJournalName;
   const std::string libraryPath_ = folder_ / "tracks.xml";
-  LeftRecording left_;
+  UnfinishedRecording unfinished_;
 };
 
 TEST_F(Left, LaterLeavesItAsItWas) {
@@ -28,13 +28,13 @@ TEST_F(Left, LaterLeavesItAsItWas) {
   const std::string before = fileBytes(path_);
   ASSERT_EQ(left_.open(path_), JournalResult::open);
   EXPECT_EQ(left_.question(), "An unfinished recording was found. Points: 3.");
-  LeftRecording second;
+  UnfinishedRecording second;
   EXPECT_EQ(second.open(path_), JournalResult::inUse);
   EXPECT_NE(journalMessage(JournalResult::inUse, path_).find("in use by another program"),
             std::string::npos);
-  left_.leave();
+  left_.keepForLater();
   EXPECT_EQ(second.open(path_), JournalResult::open);
-  second.leave();
+  second.keepForLater();
   EXPECT_EQ(fileBytes(path_), before);
 }
 
@@ -68,14 +68,14 @@ TEST_F(Left, SavedWithoutACopyTheJournalBecomesIt) {
     opening = FileOpening::refused;
     return mode == OpenMode::createNew ? nullptr : openExclusive(path, mode, opening);
   };
-  LeftRecording left(withoutRoom);
+  UnfinishedRecording unfinished(withoutRoom);
   ASSERT_EQ(left.open(path_), JournalResult::open);
-  ASSERT_EQ(left.keptAs(), "");
+  ASSERT_EQ(left.backupPath(), "");
   TrackLibrary library;
   library.open(libraryPath_);
   ASSERT_EQ(left.save(library, {}, kAddedAt), LibraryResult::done);
   EXPECT_FALSE(fileExists(path_));
-  EXPECT_EQ(fileBytes(left.keptAs()), bytes);
+  EXPECT_EQ(fileBytes(left.backupPath()), bytes);
 }
 
 TEST_F(Left, ContinuesIntoTheSameJournal) {
@@ -112,7 +112,7 @@ TEST_F(Left, TheJournalGoesOnlyWhenTheTrackIsSaved) {
     }
     EXPECT_TRUE(fileExists(path_));
     EXPECT_FALSE(fileExists(libraryPath_));
-    left_.leave();
+    left_.keepForLater();
   }
   EXPECT_EQ(saved, 1);
   EXPECT_FALSE(fileExists(path_));
@@ -134,7 +134,8 @@ TEST_F(Left, DamageIsSaid) {
   ASSERT_EQ(left_.open(path_), JournalResult::open);
   EXPECT_EQ(left_.points(), 3U);
   EXPECT_EQ(left_.question(), "An unfinished recording was found. Points: 3. Part of " + path_ +
-                                  " is damaged. A copy was saved as " + folder_ / "vgpstrack.bad" + ".");
+                                  " is damaged. A copy was saved as " + folder_ / "vgpstrack.bad" +
+                                  ".");
 }
 
 }  // namespace
