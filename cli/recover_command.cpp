@@ -71,7 +71,7 @@ class Place : public RecorderHooks {
 };
 
 int failedWith(JournalResult result, const UnfinishedRecording& unfinished) {
-  const int status = fail(left.message(result));
+  const int status = fail(unfinished.message(result));
   return result == JournalResult::inUse ? kInUse : status;
 }
 
@@ -114,14 +114,15 @@ int tellSaved(const Keeping& keeping, size_t points, const std::string& path) {
 }
 
 int saveRecording(UnfinishedRecording& unfinished, Recorder& recorder) {
-  const size_t points = left.points();
-  const Keeping keeping = recorder.keepUnfinished(left);
+  const size_t points = unfinished.points();
+  const Keeping keeping = recorder.keepUnfinished(unfinished);
   if (keeping.outcome == Keeping::Outcome::kept) {
-    if (!left.backupPath().empty()) fail("the damaged recording was saved as " + left.backupPath());
-    return tellSaved(keeping, points, left.path());
+    if (!unfinished.backupPath().empty())
+      fail("the damaged recording was saved as " + unfinished.backupPath());
+    return tellSaved(keeping, points, unfinished.path());
   }
   fail(refusalOf(keeping));
-  fail("the recording is still in " + left.path());
+  fail("the recording is still in " + unfinished.path());
   return statusOf(keeping);
 }
 
@@ -177,7 +178,7 @@ class Ending {
 // Records on into the journal until it is stopped; then the whole track is saved.
 int continueRecording(UnfinishedRecording& unfinished, Recorder& recorder,
                       const RecoverOptions& options) {
-  recorder.continueFrom(left);
+  recorder.continueFrom(unfinished);
   const size_t before = recorder.track.points.size();
   say("Continuing after " + pointsText(before) + "; press Ctrl+C to stop and save.");
   std::fflush(stdout);
@@ -187,21 +188,21 @@ int continueRecording(UnfinishedRecording& unfinished, Recorder& recorder,
       [](const std::string& text) { fail(text); });
   const size_t more = recorder.track.points.size() - before;
   say("Recorded " + std::to_string(more) + (more == 1 ? " more point." : " more points."));
-  return Ending(recorder, left.path()).run();
+  return Ending(recorder, unfinished.path()).run();
 }
 
 int answer(UnfinishedRecording& unfinished, Recorder& recorder, const RecoverOptions& options) {
   switch (options.action) {
     case Action::tell:
-      say(left.path() + ": " + left.question());
-      left.keepForLater();
+      say(unfinished.path() + ": " + unfinished.question());
+      unfinished.keepForLater();
       return 0;
-    case Action::save: return saveRecording(left, recorder);
+    case Action::save: return saveRecording(unfinished, recorder);
     case Action::discard:
-      if (!left.discard()) return fail("cannot delete " + left.path());
-      say("Discarded " + pointsText(left.points()) + ".");
+      if (!unfinished.discard()) return fail("cannot delete " + unfinished.path());
+      say("Discarded " + pointsText(unfinished.points()) + ".");
       return 0;
-    case Action::goOn: return continueRecording(left, recorder, options);
+    case Action::goOn: return continueRecording(unfinished, recorder, options);
   }
   return 0;
 }
@@ -260,17 +261,17 @@ int runRecover(const RecoverOptions& options) {
   bool goneOn = false;  // the others are only told of
   for (const std::string& path : journals) {
     UnfinishedRecording unfinished(place.recorder.journalSettings());
-    const JournalResult result = left.open(path);
+    const JournalResult result = unfinished.open(path);
     if (result == JournalResult::missing) continue;
     ++found;
     if (goneOn) {
       const bool open = result == JournalResult::open;
-      say(path + ": " + (open ? left.question() : left.message(result)));
-      left.keepForLater();
+      say(path + ": " + (open ? unfinished.question() : unfinished.message(result)));
+      unfinished.keepForLater();
       continue;
     }
-    const int status = result == JournalResult::open ? answer(left, place.recorder, options)
-                                                     : failedWith(result, left);
+    const int status = result == JournalResult::open ? answer(unfinished, place.recorder, options)
+                                                     : failedWith(result, unfinished);
     if (worst == 0) worst = status;
     goneOn = options.action == Action::goOn && result == JournalResult::open;  // one is enough
   }

@@ -29,27 +29,29 @@ Answer ask(AppState& app, const UnfinishedRecording& unfinished) {
   const std::span<const AnswerRow> rows = std::span(kAnswers).subspan(free ? 0 : 1);
   std::vector<std::string_view> texts;
   for (const AnswerRow& row : rows) texts.push_back(textOf(row.text));
-  return rows[app.platform.window.choose(left.question(), texts)].answer;
+  return rows[app.platform.window.choose(unfinished.question(), texts)].answer;
 }
 
 void save(AppState& app, UnfinishedRecording& unfinished) {
-  const Keeping keeping = app.recorder.keepUnfinished(left);
+  const Keeping keeping = app.recorder.keepUnfinished(unfinished);
   tellKeeping(app, keeping);
-  if (keeping.outcome != Keeping::Outcome::kept) left.keepForLater();
+  if (keeping.outcome != Keeping::Outcome::kept) unfinished.keepForLater();
 }
 
 void remove(AppState& app, UnfinishedRecording& unfinished) {
-  const std::string points = std::to_string(left.points());
-  if (!app.platform.window.ask(textWith(Text::askToDelete, points))) return left.keepForLater();
-  if (!left.discard()) app.platform.window.tellError(textWith(Text::notDeleted, left.path()));
+  const std::string points = std::to_string(unfinished.points());
+  if (!app.platform.window.ask(textWith(Text::askToDelete, points)))
+    return unfinished.keepForLater();
+  if (!unfinished.discard())
+    app.platform.window.tellError(textWith(Text::notDeleted, unfinished.path()));
 }
 
 void answer(AppState& app, UnfinishedRecording& unfinished) {
-  switch (ask(app, left)) {
-    case Answer::resume: app.recorder.continueFrom(left); break;
-    case Answer::save: save(app, left); break;
-    case Answer::remove: remove(app, left); break;
-    case Answer::later: left.keepForLater(); break;
+  switch (ask(app, unfinished)) {
+    case Answer::resume: app.recorder.continueFrom(unfinished); break;
+    case Answer::save: save(app, unfinished); break;
+    case Answer::remove: remove(app, unfinished); break;
+    case Answer::later: unfinished.keepForLater(); break;
   }
 }
 
@@ -87,11 +89,11 @@ void offerRecovery(AppState& app) {
   if (app.paths.journal.empty()) return;
   for (const std::string& path : existingJournals(app.paths.journal)) {
     UnfinishedRecording unfinished(app.recorder.journalSettings());
-    const JournalResult result = left.open(path);
+    const JournalResult result = unfinished.open(path);
     if (result == JournalResult::open) {
-      answer(app, left);
+      answer(app, unfinished);
     } else if (result != JournalResult::inUse) {  // another copy of the program records there
-      const std::string message = left.message(result);
+      const std::string message = unfinished.message(result);
       if (!message.empty()) app.platform.window.tellError(message);
     }
   }

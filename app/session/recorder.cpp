@@ -158,7 +158,7 @@ size_t Recorder::resumeJournal() {
 }
 
 void Recorder::continueFrom(UnfinishedRecording& unfinished) {
-  journal_ = left.continueInto(track);
+  journal_ = unfinished.continueInto(track);
   journalRefused_ = inMemoryOnly_ = false;
   recording_.goOn();
 }
@@ -167,7 +167,7 @@ Keeping Recorder::keepUnfinished(UnfinishedRecording& unfinished) {
   Keeping keeping{.outcome = Keeping::Outcome::refused, .library = openLibrary()};
   if (!keeping.library.usable()) return keeping;
   const std::string keptBefore = library.backupPath();
-  keeping.result = left.save(library, options, clock_.local());
+  keeping.result = unfinished.save(library, options, clock_.local());
   if (library.backupPath() != keptBefore) keeping.damagedBackupPath = library.backupPath();
   if (keeping.result == LibraryResult::done) keeping.outcome = Keeping::Outcome::kept;
   return keeping;

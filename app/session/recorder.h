@@ -126,7 +126,7 @@ class Recorder : private RecordingHooks {
   // one where it is gone. Returns how many these are.
   size_t resumeJournal();
 
-  // For those who open what an ended program left.
+  // For those who open what an ended program unfinished.
   JournalSettings journalSettings();
   // Its points become the current track, which goes on being recorded into the same journal.
   void continueFrom(UnfinishedRecording& unfinished);
