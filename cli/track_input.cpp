@@ -68,7 +68,7 @@ bool keepDamaged(const std::string& path, std::span<const TrackInput> inputs) {
 
 bool readTrackInput(const std::string& path, int32_t speedUnit, TrackInput& input) {
   input.path = path;
-  if (const auto text = bytesOf(path)) input.written = writtenAs(*text);
+  if (const auto text = bytesOf(path)) input.written = optionsUsedIn(*text);
   switch (loadTrackFile(path, speedUnit, input.track)) {
     case TrackLoading::whole: return true;
     case TrackLoading::damaged:

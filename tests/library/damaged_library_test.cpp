@@ -259,7 +259,7 @@ TEST_F(DocumentLibrary, AnIndexIsNeverBelievedTooMuch) {
   const Lie lies[] = {
       [](LibraryIndex& i) { i.entries[0].end -= 5; },
       [](LibraryIndex& i) { i.entries[1].begin += 1; },
-      [](LibraryIndex& i) { i.entries[1].lead -= 4; },
+      [](LibraryIndex& i) { i.entries[1].blanksBegin -= 4; },
       [](LibraryIndex& i) { i.entries[2].end = i.document.size * 2; },
       [](LibraryIndex& i) { i.entries.erase(i.entries.begin()); },
       [](LibraryIndex& i) { std::swap(i.entries[0], i.entries[1]); },
