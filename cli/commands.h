@@ -100,7 +100,7 @@ struct GeoOptions {
 int runGeo(const GeoOptions& options);
 
 struct RecoverOptions {
-  enum class Action { tell, goOn, save, discard };
+  enum class Action { tell, continueRecording, save, discard };
   Action action = Action::tell;
   std::string file;  // empty: vgps.xml beside the program
   // Of goOn:

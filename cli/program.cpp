@@ -24,14 +24,14 @@ void addMonitor(CLI::App& program, Chosen& chosen) {
                    "Port of the receiver, for example COM3 or /dev/ttyUSB0")
       ->option_text("DEV");
   command->add_option("--speed", options->speed, "Baud rate")
-      ->check(above0())
+      ->check(positiveNumber())
       ->option_text("N (9600)");
   command->add_flag("--simulate", options->simulate, "Use the built-in trip instead of a receiver");
   command->add_option("--log", options->logPath, "Append all received data to this file")
       ->option_text("FILE");
   command->add_flag("--json", options->json, "Print one JSON object per second");
   command->add_option("--for", options->seconds, "Stop after this many seconds")
-      ->check(above0())
+      ->check(positiveNumber())
       ->option_text("SECONDS");
   command->callback([options, &chosen] { chosen = [options] { return runMonitor(*options); }; });
 }
@@ -67,7 +67,7 @@ void addPorts(CLI::App& program, Chosen& chosen) {
                              "a receiver, and why the others do not.");
   command->add_option("--port", options->ports, "Check only these ports")->option_text("DEV");
   command->add_option("--speed", options->speed, "Baud rate")
-      ->check(above0())
+      ->check(positiveNumber())
       ->option_text("N (9600)");
   command->add_flag("--json", options->json, "Print JSON");
   command->callback([options, &chosen] { chosen = [options] { return runPorts(*options); }; });
@@ -79,7 +79,7 @@ void addSettings(CLI::App& program, Chosen& chosen) {
       program.add_subcommand("settings", "Show or change the settings in vgps.xml.");
   command
       ->add_option("--file", options->file, "Settings file (default: vgps.xml next to the program)")
-      ->check(aName())
+      ->check(nonEmptyName())
       ->option_text("FILE");
   command->require_subcommand(1);
   CLI::App* const list = command->add_subcommand("list", "List every setting and its value");
@@ -107,9 +107,11 @@ void addXml(CLI::App& program, Chosen& chosen) {
       "xml", "Read an XML file. With -o, save it in the program's own layout.");
   command->add_option("FILE", options->file, "File to read")
       ->required()
-      ->check(aName())
+      ->check(nonEmptyName())
       ->option_text(" ");
-  command->add_option("-o", options->output, "File to write")->check(aName())->option_text("OUT");
+  command->add_option("-o", options->output, "File to write")
+      ->check(nonEmptyName())
+      ->option_text("OUT");
   command->callback([options, &chosen] { chosen = [options] { return runXml(*options); }; });
 }
 
@@ -153,7 +155,7 @@ std::string firstLine(std::string_view text) {
 
 }  // namespace
 
-CLI::Validator above0() {
+CLI::Validator positiveNumber() {
   return {[](const std::string& text) {
             return leadingDouble(text) > 0 ? std::string()
                                            : text + " is not a number greater than 0";
@@ -161,7 +163,7 @@ CLI::Validator above0() {
           ""};
 }
 
-CLI::Validator aName() {
+CLI::Validator nonEmptyName() {
   return {[](const std::string& text) {
             return text.empty() ? std::string("the file name must not be empty") : std::string();
           },

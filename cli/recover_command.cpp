@@ -134,13 +134,14 @@ class Ending {
 
   int run() {
     if (isOver()) return status_;
-    holdNextStopRequest();
+    deferNextStopRequest();
     fail(refusalOf(end_.keeping));
-    fail("cannot write to disk: " + pointsText(end_.lacking) +
+    fail("cannot write to disk: " + pointsText(end_.unsavedPoints) +
          " not saved; retrying every 3 seconds. Press Ctrl+C to give up");
     do {
       for (int waited = 0; waited < kTryAgainMs; waited += kLookMs) {
-        if (stopRequestWasHeld()) return fail("gave up: " + pointsText(end_.lacking) + " lost");
+        if (stopRequestWasDeferred())
+          return fail("gave up: " + pointsText(end_.unsavedPoints) + " lost");
         std::this_thread::sleep_for(std::chrono::milliseconds(kLookMs));
       }
     } while (!isOver());
@@ -162,7 +163,7 @@ class Ending {
       return true;
     }
     status_ = statusOf(end_.keeping);
-    if (end_.lacking > 0) return false;
+    if (end_.unsavedPoints > 0) return false;
     fail(refusalOf(end_.keeping));
     fail("the recording is still in " + path_);
     return true;
@@ -202,7 +203,7 @@ int answer(UnfinishedRecording& unfinished, Recorder& recorder, const RecoverOpt
       if (!unfinished.discard()) return fail("cannot delete " + unfinished.path());
       say("Discarded " + pointsText(unfinished.points()) + ".");
       return 0;
-    case Action::goOn: return continueRecording(unfinished, recorder, options);
+    case Action::continueRecording: return continueRecording(unfinished, recorder, options);
   }
   return 0;
 }
@@ -220,7 +221,7 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
       ->add_option("--file", options->file,
                    "Settings file next to the recording, or its folder (default: vgps.xml next to "
                    "the program)")
-      ->check(aName())
+      ->check(nonEmptyName())
       ->option_text("FILE");
   const auto action = [options](Action wanted) {
     return [options, wanted] { options->action = wanted; };
@@ -230,7 +231,7 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
   CLI::Option* const discard =
       command->add_flag_callback("--discard", action(Action::discard), "Delete it");
   CLI::Option* const goOn = command->add_flag_callback(
-      "--continue", action(Action::goOn),
+      "--continue", action(Action::continueRecording),
       "Continue recording until Ctrl+C, then save it to the track library");
   save->excludes(discard)->excludes(goOn);
   discard->excludes(goOn);
@@ -239,19 +240,19 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
       ->option_text("DEV");
   command->add_option("--speed", options->speed, "Baud rate of the receiver")
       ->needs(goOn)
-      ->check(above0())
+      ->check(positiveNumber())
       ->option_text("N (9600)");
   command->add_flag("--simulate", options->simulate, "Continue with the built-in trip")
       ->needs(goOn);
   command->add_option("--for", options->seconds, "Stop after this many seconds")
       ->needs(goOn)
-      ->check(above0())
+      ->check(positiveNumber())
       ->option_text("SECONDS");
   command->callback([options, &chosen] { chosen = [options] { return runRecover(*options); }; });
 }
 
 int runRecover(const RecoverOptions& options) {
-  if (options.action == Action::goOn && options.port.empty() && !options.simulate) {
+  if (options.action == Action::continueRecording && options.port.empty() && !options.simulate) {
     return fail("--continue requires --port DEV or --simulate");
   }
   Place place(options.file);
@@ -273,7 +274,8 @@ int runRecover(const RecoverOptions& options) {
     const int status = result == JournalResult::open ? answer(unfinished, place.recorder, options)
                                                      : failedWith(result, unfinished);
     if (worst == 0) worst = status;
-    goneOn = options.action == Action::goOn && result == JournalResult::open;  // one is enough
+    goneOn = options.action == Action::continueRecording &&
+             result == JournalResult::open;  // one is enough
   }
   if (found == 0) say("No unfinished recording was found in " + shownPath(place.folder) + ".");
   const int written = finishOutput();

@@ -24,14 +24,14 @@ void addFile(CLI::App& command, const Shared& options) {
   command.add_option("FILE", options->files, "Track file to read")
       ->required()
       ->expected(1)
-      ->check(aName())
+      ->check(nonEmptyName())
       ->option_text(" ");
 }
 
 void addOutput(CLI::App& command, const Shared& options) {
   command.add_option("-o", options->output, "File to write; may be the input file")
       ->required()
-      ->check(aName())
+      ->check(nonEmptyName())
       ->option_text("OUT");
 }
 
@@ -44,15 +44,15 @@ void addSplit(CLI::App& track, const Shared& options, Chosen& chosen) {
       ->add_option("--at", options->at,
                    "Number of the first point of the second part, counted from 1")
       ->required()
-      ->check(above0())
+      ->check(positiveNumber())
       ->option_text("POINT");
   command->add_option("-o", options->output, "File to write the first part to")
       ->required()
-      ->check(aName())
+      ->check(nonEmptyName())
       ->option_text("FIRST");
   command->add_option("--second", options->secondOutput, "File to write the second part to")
       ->required()
-      ->check(aName())
+      ->check(nonEmptyName())
       ->option_text("SECOND");
 }
 
@@ -69,12 +69,12 @@ void addThin(CLI::App& track, const Shared& options, Chosen& chosen) {
       ->add_option("--meters,--metres", options->metres,
                    "Remove a point when the distances to its two neighbors and between them add up "
                    "to no more than this (default: 15)")
-      ->check(above0())
+      ->check(positiveNumber())
       ->option_text("METERS");
   command
       ->add_option("--angle", options->angle,
                    "Remove a point where the track turns by no more than this (default: 10)")
-      ->check(above0())
+      ->check(positiveNumber())
       ->option_text("DEGREES");
 }
 
@@ -91,10 +91,10 @@ void addTrim(CLI::App& track, const Shared& options, Chosen& chosen) {
   command
       ->add_option("--from", options->from,
                    "First point or time to keep (default: start of the track)")
-      ->check(aName())
+      ->check(nonEmptyName())
       ->option_text("FROM");
   command->add_option("--to", options->to, "Last point or time to keep (default: end of the track)")
-      ->check(aName())
+      ->check(nonEmptyName())
       ->option_text("TO");
 }
 
@@ -108,12 +108,12 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
       "receiver. Point times come from the UTC in the log, not from the computer's clock.");
   command->add_option("--replay", options->log, "Log file (NMEA text, SiRF binary, or both)")
       ->required()
-      ->check(aName())
+      ->check(nonEmptyName())
       ->option_text("LOG");
   command
       ->add_option("-o", options->output, "Track file to write; written completely or not at all")
       ->required()
-      ->check(aName())
+      ->check(nonEmptyName())
       ->option_text("TRACK");
   command
       ->add_option(
@@ -121,7 +121,7 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
           "Settings file with the thresholds, the number of fixes to skip, and the values stored "
           "with each point (cfg\\track; rsc, rtc, rbc, rci, res, smv of cfg\\vgps). Without it, "
           "default settings apply (positions and cells, no speeds or times)")
-      ->check(aName())
+      ->check(nonEmptyName())
       ->option_text("FILE");
   command
       ->add_option("--utc-offset", options->utcOffsetMinutes,
@@ -144,7 +144,7 @@ void addInfoCommand(CLI::App& program, Chosen& chosen) {
       "receiver noise is ignored.");
   command->add_option("FILE", options->file, "Track file to read")
       ->required()
-      ->check(aName())
+      ->check(nonEmptyName())
       ->option_text(" ");
   command
       ->add_option("--speed-unit", options->speedUnit,
@@ -168,7 +168,7 @@ void addTrackCommand(CLI::App& program, Chosen& chosen) {
   join->add_option("FILES", options->files, "Two or more track files, in order")
       ->required()
       ->expected(2, 10000)
-      ->check(aName())
+      ->check(nonEmptyName())
       ->option_text(" ");
   addOutput(*join, options);
   addSplit(track, options, chosen);

@@ -89,7 +89,7 @@ bool fits(const LibraryChange& change, size_t tracks) {
 }  // namespace
 
 DocumentStore::DocumentStore(std::string path, LibraryDisk disk)
-    : path_(std::move(path)), indexPath_(behindLinks(path_) + ".index"), disk_(std::move(disk)) {}
+    : path_(std::move(path)), indexPath_(resolveLinks(path_) + ".index"), disk_(std::move(disk)) {}
 
 LibraryState DocumentStore::refresh() {
   constexpr int kAttempts = 3;  // another program may put a new document there meanwhile

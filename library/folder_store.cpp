@@ -180,7 +180,7 @@ LibraryResult FolderStore::keepDamaged(const LibraryChange& change) {
 bool FolderStore::write(const FileChange& file) {
   if (!file.stays) return removeFile(file.path);
   if (file.wasThere) return writeWholeFile(file.path, file.bytes, disk_.open);
-  return writeFreeFile(file.path, file.bytes, disk_.open) == FilePlacing::placed;
+  return writeFreeFile(file.path, file.bytes, disk_.open) == RenameResult::renamed;
 }
 
 // The disk refused in the middle: what was done is undone, as far as the disk lets us.

@@ -74,7 +74,7 @@ void Recording::stop(Track* track, bool ask) {
   hooks_.flushPoints();
   const bool wanted = !ask || hooks_.askToSave();
   if (wanted && !hooks_.save(ended)) return;
-  hooks_.pointsSettled();
+  hooks_.pointsSavedOrDiscarded();
   if (ask) discard(ended);
 }
 

@@ -29,7 +29,7 @@ class RecordingHooks {
   // were saved or given up, so that nothing needs to survive any more.
   virtual void pointRecorded(const TrackPoint&) {}
   virtual void flushPoints() {}
-  virtual void pointsSettled() {}
+  virtual void pointsSavedOrDiscarded() {}
 };
 
 // Recording into the current track: which fixes become points, and what goes on around it.

@@ -85,8 +85,8 @@ void applyStartOptions(Desktop& app, const StartOptions& options) {
   if (options.installMobile5) runInstaller(app, "VGPS-AS-WM5.INI");
   if (options.log) runCommand(app, Command::logOn);
   if (options.simulateTrack) simulateTrack(app, options);
-  if (!options.notUnderstood.empty()) {
-    showNotice(app, textWith(Text::notUnderstood, options.notUnderstood));
+  if (!options.unknownArguments.empty()) {
+    showNotice(app, textWith(Text::unknownArguments, options.unknownArguments));
   }
   if (!options.connects()) return;
   connectReceiver(app,

@@ -131,7 +131,7 @@ void Recorder::flushPoints() {
   if (journal_->isOpen()) journal_->flush();
 }
 
-void Recorder::pointsSettled() {
+void Recorder::pointsSavedOrDiscarded() {
   if (journal_->isOpen()) journal_->discard();
   inMemoryOnly_ = false;
 }
@@ -184,8 +184,8 @@ RecordingEnd Recorder::end() {
   ended.keeping = keepUnfinished(whole);
   if (ended.keeping.outcome == Keeping::Outcome::kept) return ended;
   whole.continueInto(track);
-  const size_t lacking = resumeJournal();
-  if (!closeJournal()) ended.lacking = lacking;
+  const size_t unsavedPoints = resumeJournal();
+  if (!closeJournal()) ended.unsavedPoints = unsavedPoints;
   return ended;
 }
 

@@ -81,7 +81,7 @@ struct RecordingEnd {
   Keeping keeping;
   // What was found in the journal's place: `open` unless somebody has taken it away or spoiled it.
   JournalResult journal = JournalResult::open;
-  size_t lacking = 0;  // points that only memory has
+  size_t unsavedPoints = 0;  // points that only memory has
 };
 
 // A recording from its first point to the disk: the filter decides which fixes become points, a
@@ -114,7 +114,7 @@ class Recorder : private RecordingHooks {
   LibraryOpening openLibrary();
 
   // The track was replaced or given up: its journal goes.
-  void pointsSettled() override;
+  void pointsSavedOrDiscarded() override;
   // Whether the track has recorded points that were neither saved nor given up, and no journal has
   // them either.
   bool inMemoryOnly() const { return inMemoryOnly_; }
@@ -133,7 +133,7 @@ class Recorder : private RecordingHooks {
   // Into the library. What could not be kept stays in its journal, as long as `left` holds it.
   Keeping keepUnfinished(UnfinishedRecording& unfinished);
   // Ends a recording where nobody can be asked: into the library, or where that refuses into the
-  // journal. May be repeated while points are lacking.
+  // journal. May be repeated while points are unsavedPoints.
   RecordingEnd end();
 
  private:

@@ -36,7 +36,7 @@ TEST(Commands, EveryOneAnswers) {
       EXPECT_TRUE(runCommand(world.app, command)) << number;
       if (row.checked != nullptr) row.checked(world.app, command);
       if (row.enabled != nullptr) row.enabled(world.app, command);
-      if (row.handler == notBuilt) {
+      if (row.handler == notImplemented) {
         EXPECT_EQ(currentNotice(world.app), kNotAvailable) << number;
         EXPECT_GE(world.window.repaints, 1) << number;
       }
