@@ -45,7 +45,7 @@ bool Recording::start() {
   return true;
 }
 
-bool Recording::goOn() {
+bool Recording::continueRecovered() {
   if (!start()) return false;
   for (size_t i = 1; i < current_.points.size(); ++i) {
     addDistance(current_.points[i - 1], current_.points[i]);

@@ -44,7 +44,7 @@ class Recording {
   bool start();
   // The same for a recording that was broken off: the lengths between the points that the track has
   // count as if they were recorded now.
-  bool goOn();
+  bool continueRecovered();
   // Ignored while a track is played.
   void pauseOrResume();
   // Ends recording or playing of `track`, of the current one when null. A recorded track is saved;

@@ -160,7 +160,7 @@ size_t Recorder::resumeJournal() {
 void Recorder::continueFrom(UnfinishedRecording& unfinished) {
   journal_ = unfinished.continueInto(track);
   journalRefused_ = inMemoryOnly_ = false;
-  recording_.goOn();
+  recording_.continueRecovered();
 }
 
 Keeping Recorder::keepUnfinished(UnfinishedRecording& unfinished) {
