@@ -230,22 +230,22 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
       command->add_flag_callback("--save", action(Action::save), "Save it to the track library");
   CLI::Option* const discard =
       command->add_flag_callback("--discard", action(Action::discard), "Delete it");
-  CLI::Option* const goOn = command->add_flag_callback(
+  CLI::Option* const continueOption = command->add_flag_callback(
       "--continue", action(Action::continueRecording),
       "Continue recording until Ctrl+C, then save it to the track library");
-  save->excludes(discard)->excludes(goOn);
-  discard->excludes(goOn);
+  save->excludes(discard)->excludes(continueOption);
+  discard->excludes(continueOption);
   command->add_option("--port", options->port, "Port of the receiver to continue with")
-      ->needs(goOn)
+      ->needs(continueOption)
       ->option_text("DEV");
   command->add_option("--speed", options->speed, "Baud rate of the receiver")
-      ->needs(goOn)
+      ->needs(continueOption)
       ->check(positiveNumber())
       ->option_text("N (9600)");
   command->add_flag("--simulate", options->simulate, "Continue with the built-in trip")
-      ->needs(goOn);
+      ->needs(continueOption);
   command->add_option("--for", options->seconds, "Stop after this many seconds")
-      ->needs(goOn)
+      ->needs(continueOption)
       ->check(positiveNumber())
       ->option_text("SECONDS");
   command->callback([options, &chosen] { chosen = [options] { return runRecover(*options); }; });
@@ -259,13 +259,13 @@ int runRecover(const RecoverOptions& options) {
   const std::vector<std::string> journals = existingJournals(place.places().journal);
   int worst = 0;
   size_t found = 0;
-  bool goneOn = false;  // the others are only told of
+  bool continued = false;  // the others are only told of
   for (const std::string& path : journals) {
     UnfinishedRecording unfinished(place.recorder.journalSettings());
     const JournalResult result = unfinished.open(path);
     if (result == JournalResult::missing) continue;
     ++found;
-    if (goneOn) {
+    if (continued) {
       const bool open = result == JournalResult::open;
       say(path + ": " + (open ? unfinished.question() : unfinished.message(result)));
       unfinished.keepForLater();
@@ -274,8 +274,8 @@ int runRecover(const RecoverOptions& options) {
     const int status = result == JournalResult::open ? answer(unfinished, place.recorder, options)
                                                      : failedWith(result, unfinished);
     if (worst == 0) worst = status;
-    goneOn = options.action == Action::continueRecording &&
-             result == JournalResult::open;  // one is enough
+    continued = options.action == Action::continueRecording &&
+                result == JournalResult::open;  // one is enough
   }
   if (found == 0) say("No unfinished recording was found in " + shownPath(place.folder) + ".");
   const int written = finishOutput();
