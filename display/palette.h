@@ -16,7 +16,7 @@ struct Palette {
   Colour panel = 0;
   Colour label = 0;       // what a value is
   Colour value = 0;       // a value that holds now
-  Colour staleValue = 0;  // a value that held once: no fix, or nothing is received any more
+  Colour staleValue = 0;  // a stale value: no fix, or no data
   Colour grid = 0;        // scales behind a diagram
   Colour good = 0;        // marks of the state
   Colour caution = 0;

@@ -24,10 +24,10 @@ struct ReadoutLayout {
 // How large texts are wanted.
 struct TextScale {
   float density = 1;  // pixels per 1/96 inch
-  float factor = 1;   // a person's own wish
+  float factor = 1;   // chosen by the user
 };
 
-// Texts grow with the window and with the wish, as far as all of them keep their room.
+// Texts grow with the window and with the user's factor, as long as all of them fit.
 ReadoutLayout layoutReadout(const Rect& bounds, const TextScale& scale = {});
 
 // All that is above the status line, for screens that are one part.

@@ -27,7 +27,7 @@ inline constexpr uint32_t kSilentAfterMs = 5000;
 // `dataAgeMs`: since the last line; meaningless before `dataSeen`.
 ReceiverState receiverState(bool connected, bool dataSeen, uint32_t dataAgeMs, int32_t fixStatus);
 
-// What a value is worth that was received so long ago.
+// How up to date a value is, based on its age.
 enum class Freshness {
   current,
   old,      // drawn in gray
@@ -61,8 +61,8 @@ struct SceneStatistics {
   int32_t distanceUnit = 0;
 };
 
-// All that a screen may look at: values of one moment, nothing to ask the system for. The same
-// scene gives the same picture.
+// Everything a screen may draw: a snapshot, with no calls to the system. The same scene always
+// produces the same image.
 struct Scene {
   FixRecord fix;
   SatelliteTable satellites;

@@ -8,7 +8,8 @@
 #include "track/options.h"
 #include "xml/tags.h"
 
-// Where everything stands in a library document, so that most of it can be copied as it is.
+// The positions of all elements in a library document, so that unchanged parts can be copied byte
+// for byte.
 namespace vgps {
 
 struct TrackRange {

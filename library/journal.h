@@ -13,8 +13,8 @@
 #include "platform/exclusive_file.h"
 #include "track/track.h"
 
-// The points of the track that is being recorded, kept on the disk as they come, so that neither a
-// crash nor a power cut takes more than the last few seconds.
+// Saves the points of the current recording to disk as they arrive, so that a crash or power
+// failure loses only the last few seconds.
 namespace vgps {
 
 // The name beside the settings document.

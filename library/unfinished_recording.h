@@ -15,9 +15,9 @@ class UnfinishedRecording {
  public:
   explicit UnfinishedRecording(JournalSettings settings = {}) : settings_(std::move(settings)) {}
 
-  // Takes hold of the journal, so that no other program asks about it too. Only after `open` there
-  // is something to answer. An undamaged one without a single point is deleted, and is `missing`
-  // then; a damaged one is `notAJournal`, and `message` says where it is.
+  // Opens the journal for exclusive use, so that no other program offers to recover it. Call the
+  // other functions only after `open` succeeds. An undamaged one without a single point is deleted,
+  // and is `missing` then; a damaged one is `notAJournal`, and `message` says where it is.
   JournalResult open(const std::string& path);
 
   const std::string& path() const { return path_; }

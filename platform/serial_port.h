@@ -30,8 +30,8 @@ class SerialPort {
  public:
   virtual ~SerialPort() = default;
 
-  // Opens the device for reading and writing and for nobody else. `path` is the system's own
-  // ("\\.\COM3", "/dev/ttyUSB0"). The line is not set up yet.
+  // Opens the device exclusively for reading and writing. `path` is the system's own ("\\.\COM3",
+  // "/dev/ttyUSB0"). The line is not set up yet.
   virtual PortError open(const std::string& path) = 0;
 
   // Waits for received characters only, a read that ends 250 ms after the last byte, no limit on

@@ -32,7 +32,7 @@ class DesktopWindow : public Window {
   virtual bool openDialog(Command) { return false; }
   // The path of an existing file that a person chose; empty when none.
   virtual std::string chooseFile(const FileChoice&) { return {}; }
-  // Posts the wish to close, as the frame's button does; the answer is `closeRequested`.
+  // Posts a request to close, as the frame's button does; the answer is `closeRequested`.
   virtual void close() {}
   // Takes menu, child and window away and ends the message loop.
   virtual void destroy() {}

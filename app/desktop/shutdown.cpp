@@ -2,7 +2,7 @@
 #include "app/desktop/startup.h"
 #include "base/texts.h"
 
-// The wish to close the program.
+// Closing the program.
 namespace vgps {
 namespace {
 

@@ -217,7 +217,7 @@ void MainWindow::onKey(WPARAM key) {
   if (key == VK_SPACE) app_->gps.simulation.step();
 }
 
-// The wish may come again while the person is being asked.
+// Another close request may arrive while the question is open.
 void MainWindow::onClose() {
   if (closing_) return;
   closing_ = true;
