@@ -4,8 +4,8 @@
 
 namespace vgps {
 
-// Where the parts of the read-out stand, in whole pixels. Wide windows have the position beside
-// the speed, tall ones above it.
+// The positions of the parts of the read-out, in whole pixels. Wide windows show the position
+// beside the speed, tall ones above it.
 struct ReadoutLayout {
   Rect position;
   Rect speed;
@@ -30,7 +30,7 @@ struct TextScale {
 // Texts grow with the window and with the user's factor, as long as all of them fit.
 ReadoutLayout layoutReadout(const Rect& bounds, const TextScale& scale = {});
 
-// All that is above the status line, for screens that are one part.
+// Everything above the status line, for screens with a single part.
 Rect contentArea(const ReadoutLayout& layout);
 
 // `rect` without `amount` on every side; never of negative size.

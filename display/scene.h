@@ -21,7 +21,7 @@ enum class ReceiverState {
   lost,  // no data any more, and the port is tried again and again
 };
 
-// After so long without a line the receiver counts as silent: five epochs of an ordinary one.
+// The receiver counts as silent after this time without a line: five epochs of a typical one.
 inline constexpr uint32_t kSilentAfterMs = 5000;
 
 // `dataAgeMs`: since the last line; meaningless before `dataSeen`.
@@ -30,14 +30,14 @@ ReceiverState receiverState(bool connected, bool dataSeen, uint32_t dataAgeMs, i
 // How up to date a value is, based on its age.
 enum class Freshness {
   current,
-  old,      // drawn in gray
-  unknown,  // dashes
+  stale,    // drawn in gray
+  expired,  // dashes
 };
 inline constexpr uint32_t kStaleAfterMs = 5000;
 inline constexpr uint32_t kExpiredAfterMs = 30000;
 Freshness freshnessOf(uint32_t ageMs);
 
-// How old the values are that are shown, milliseconds; each is gray or dashes by its own age.
+// The ages of the shown values in milliseconds; each turns gray and then to dashes by its own age.
 struct ValueAges {
   uint32_t position = 0;
   uint32_t motion = 0;  // speed and course
@@ -106,10 +106,10 @@ struct Scene {
 
 // The quality number of GGA in words.
 std::string_view fixQualityText(int32_t fixStatus);
-// Beyond it are values that no satellite stands behind: dead reckoning, typed in, simulated.
+// Higher values do not come from satellites: dead reckoning, manual input, simulation.
 inline constexpr int32_t kLastSatelliteQuality = 5;
 
-// That the fix was made of, as GGA counts them or GSA lists them; 0 when nobody says.
+// The number of satellites used for the fix, as counted by GGA or listed by GSA; 0 if unknown.
 int32_t usedSatellites(const Scene& scene);
 
 }  // namespace vgps
