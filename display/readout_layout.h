@@ -17,7 +17,7 @@ struct ReadoutLayout {
   Rect status;
   float padding = 0;         // inside a part
   float smallText = 0;       // font sizes, pixels
-  float smallest = 0;        // never less: below it nobody can read
+  float smallest = 0;        // never less: smaller text is unreadable
   float largeTextShare = 1;  // of the room that large texts have, what they take
 };
 

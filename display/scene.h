@@ -83,7 +83,7 @@ struct Scene {
 
   ReceiverState state = ReceiverState::notConnected;
   std::string source;     // "COM3, 9600 baud", "Simulation"; empty when none was chosen
-  std::string notice;     // one line for the person, mostly empty
+  std::string notice;     // one line for the user, mostly empty
   std::string message;    // what came in no sentence: of binary input, of a sensor; mostly empty
   bool fixSeen = false;   // a sentence with a fix has come since the connection was opened
   uint32_t fixAgeMs = 0;  // since the last of them
@@ -101,7 +101,7 @@ struct Scene {
 
   Palette palette = dayPalette();
   float density = 1;     // of the screen: pixels per 1/96 inch
-  float fontFactor = 1;  // by which a person wants the texts larger or smaller, up to 5
+  float fontFactor = 1;  // by which the user wants the texts larger or smaller, up to 5
 };
 
 // The quality number of GGA in words.

@@ -34,7 +34,7 @@ struct JournalSettings {
 enum class JournalResult {
   open,
   missing,
-  left,     // `create`: a recording lies there that nobody has answered for
+  left,     // `create`: an unfinished recording is there, and the user has not decided about it
   inUse,    // a running program holds it
   refused,  // the system does not let us, or the disk does not give what it holds
   // `recover`: it is damaged and without a readable point. The file itself is named ".bad" now;

@@ -41,7 +41,7 @@ RenameResult renameUnlessTaken(const std::string& from, const std::string& to);
 enum class FileKind {
   none,     // nothing is there yet
   regular,  // bytes on a disk
-  other,    // a folder, a device, a pipe; or nobody may look
+  other,    // a folder, a device, a pipe, or inaccessible
 };
 FileKind fileKind(const std::string& path);
 

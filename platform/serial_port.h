@@ -58,7 +58,7 @@ class SerialPort {
 std::unique_ptr<SerialPort> makeSerialPort();
 
 struct PortName {
-  std::string name;              // what a person types and settings store: "COM3", "/dev/ttyUSB0"
+  std::string name;              // what the user types and settings store: "COM3", "/dev/ttyUSB0"
   std::string description = {};  // what the system calls the device, may be empty
   // Of the device itself, the same when it comes back under another name: the device instance on
   // Windows, the name of the link by identity on Linux. Empty when the system knows none.

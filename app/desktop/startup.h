@@ -48,7 +48,7 @@ void autoConnect(Desktop& app);
 
 // What the program does as soon as its window is there, in this order: the timers, the recording
 // that a crash has left behind (app/desktop/keeping.h), the start options, the reminder of updates,
-// connecting. False when the person closed the window at one of the questions: `isOpen` is asked
+// connecting. False when the user closed the window at one of the questions: `isOpen` is asked
 // behind them.
 bool startWork(Desktop& app, const StartOptions& options, const std::function<bool()>& isOpen);
 

@@ -57,7 +57,7 @@ struct ArrivalTicks {
   Arrival view;      // the satellites that are heard
   Arrival dilution;  // of precision
   Arrival quality;   // of the fix, as a sentence with more to say than "valid" gave it
-  Arrival noise;     // bytes that nobody understands; of this connection, like the quality
+  Arrival noise;     // bytes that are not understood; of this connection, like the quality
 };
 
 // The user interface's copy of the receiver data, taken while the reader is blocked. Drawing,

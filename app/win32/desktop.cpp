@@ -8,7 +8,6 @@
 #include "app/desktop/keeping.h"
 #include "app/desktop/startup.h"
 #include "app/session/connection.h"
-#include "app/session/library.h"
 #include "app/win32/device_installer.h"
 #include "app/win32/language_library.h"
 #include "app/win32/main_window.h"
