@@ -18,7 +18,7 @@ void addTrackCommand(CLI::App& program, Chosen& chosen);
 void addGeoCommand(CLI::App& program, Chosen& chosen);
 void addRecoverCommand(CLI::App& program, Chosen& chosen);
 
-// The library's own checks speak of limits and mappings; a person wants to read what is allowed.
+// The library's own checks speak of limits and mappings; the user wants to read what is allowed.
 CLI::Validator positiveNumber();
 // An empty name, as a script's unset variable leaves it, is none.
 CLI::Validator nonEmptyName();

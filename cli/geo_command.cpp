@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kDecimals = 6;
 
-// What a question is answered with, for a person and for a program.
+// What a question is answered with, for the user and for a program.
 struct Answer {
   std::string text;
   Json json;

@@ -10,7 +10,7 @@
 namespace vgps {
 namespace {
 
-// "2010-07-05T09:03:04", with a blank for a person.
+// "2010-07-05T09:03:04", with a blank for the user.
 std::string timeText(const DateTime& time, char between) {
   char text[64];
   std::snprintf(text, sizeof text, "%04u-%02u-%02u%c%02u:%02u:%02u", unsigned{time.year},

@@ -12,10 +12,10 @@ struct LiveSource {
   std::string port;
   uint32_t speed = 9600;
   bool simulate = false;
-  double seconds = 0;  // 0: until the person stops it
+  double seconds = 0;  // 0: until the user stops it
 };
 
-// Reads a receiver, or the simulation, until the person or the time ends it. `take` gets every
+// Reads a receiver, or the simulation, until the user or the time ends it. `take` gets every
 // complete fix, `tell` a line when the receiver cannot be opened, has gone, or is there again; both
 // on this thread. To be called once.
 void readLiveFixes(const LiveSource& source, const std::function<void(const FixRecord&)>& take,

@@ -29,7 +29,7 @@ Output outputOf(const MonitorOptions& options) {
   return outputIsTerminal() ? Output::block : Output::lines;
 }
 
-// Failures that the person should read: under the block, or on standard error.
+// Failures that the user should read: under the block, or on standard error.
 class MonitorWindow : public Window {
  public:
   void tellError(std::string_view text) override { message = text; }

@@ -18,7 +18,7 @@ namespace {
 
 RecordingOptions optionsOf(const Settings& settings) {
   RecordingOptions options = recordingOptionsOf(settings);
-  options.manual = false;  // nobody is there who could ask for a point
+  options.manual = false;  // there is no user to ask for points
   return options;
 }
 
@@ -32,7 +32,7 @@ class LineHooks : public GpsHooks {
   }
 };
 
-// The track goes into a file of its own; there is nobody to ask.
+// The track goes into a separate file, without a question.
 class FileHooks : public RecorderHooks {
  public:
   explicit FileHooks(std::string path) : path_(std::move(path)) {}

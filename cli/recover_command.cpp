@@ -28,7 +28,7 @@ using Action = RecoverOptions::Action;
 
 constexpr int kInUse = 2;  // exit status
 
-// Between tries to write, and between looks whether the person gives up.
+// Between tries to write, and between looks whether the user gives up.
 constexpr int kTryAgainMs = 3000;
 constexpr int kLookMs = 100;
 
@@ -43,7 +43,7 @@ void say(const std::string& text) { std::printf("%s\n", text.c_str()); }
 // The settings beside which journals and library lie, and what records there.
 class Place : public RecorderHooks {
  public:
-  // Settings that nobody can read are the standard ones: the recording matters more.
+  // Unreadable settings count as default ones: the recording matters more.
   explicit Place(const std::string& file) {
     std::string path = file.empty() ? programFolder() : file;
     if (isFolder(path)) path = pathIn(path, "vgps.xml");
@@ -55,7 +55,7 @@ class Place : public RecorderHooks {
                .journal = pathsOf(folder).journal,
                .settings = path};
     recorder.options = recordingOptionsOf(settings);
-    recorder.options.manual = false;  // nobody is there who could ask for a point
+    recorder.options.manual = false;  // there is no user to ask for points
   }
 
   RecorderPlaces places() const override { return places_; }

@@ -23,7 +23,7 @@ const char* typeName(SettingType type) {
   return kNames[static_cast<size_t>(type)];
 }
 
-// A 32-bit value as the short decimal that a person wrote: 0.01, not 0.00999999977.
+// A 32-bit value as the short decimal that the user wrote: 0.01, not 0.00999999977.
 std::string numberText(const SettingRow& row, double value) {
   if (row.type != SettingType::real) return decimalText(static_cast<int64_t>(value));
   constexpr size_t kLongest = 32;

@@ -7,7 +7,7 @@
 #include "app/session/app_state.h"
 #include "cli/text_rows.h"
 
-// The state in words and figures, for a person at a terminal.
+// The state in words and figures, for the user at a terminal.
 namespace vgps {
 
 // "no fix", "GPS fix", "RTK fixed" ...: what a GGA calls the quality of a fix.

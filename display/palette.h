@@ -10,13 +10,13 @@ constexpr Colour rgb(uint32_t red, uint32_t green, uint32_t blue) {
   return red | green << 8 | blue << 16;
 }
 
-// Every colour that a screen uses, by what it is for.
+// Every colour that a screen uses, named by purpose.
 struct Palette {
   Colour background = 0;
   Colour panel = 0;
   Colour label = 0;       // what a value is
   Colour value = 0;       // a value that holds now
-  Colour staleValue = 0;  // a value that held once: no fix, or nothing is received any more
+  Colour staleValue = 0;  // a stale value: no fix, or no data
   Colour grid = 0;        // scales behind a diagram
   Colour good = 0;        // marks of the state
   Colour caution = 0;
@@ -28,7 +28,7 @@ struct Palette {
 
 const Palette& dayPalette();
 
-// What a person chooses for the third scheme.
+// The colours that the user chooses for the third scheme.
 struct CustomColours {
   Colour inform = 0;
   Colour background = 0;
@@ -37,7 +37,7 @@ struct CustomColours {
   Colour gray = 0;
   Colour lightGray = 0;
 };
-// The colours of the day where nothing was chosen.
+// The day colours, used where the user chose none.
 Palette customPalette(const CustomColours& colours);
 
 // Dark, and without the blue and white that spoil eyes used to the dark.

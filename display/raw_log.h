@@ -5,8 +5,8 @@
 
 namespace vgps {
 
-// What came down the line, the newest at the foot, and how long it took from its last byte to the
-// screen.
+// The raw log screen: the received lines, the newest at the bottom, and the delay from the last
+// byte to the screen.
 void drawRawLog(Canvas& canvas, const Scene& scene);
 
 }  // namespace vgps

@@ -278,7 +278,7 @@ class Painter {
     const Rect box = {left, top, std::max(room.x + room.width - left, 1.f),
                       room.y + room.height - top};
     Palette palette = palette_;
-    const Freshness worth = freshnessOf(scene_.ages.view);
+    const Freshness freshness = freshnessOf(scene_.ages.view);
     if (freshness != Freshness::current) {
       palette.systems.fill(palette_.staleValue);
       palette.value = palette.label = palette_.staleValue;

@@ -5,7 +5,7 @@
 
 #include "display/scene.h"
 
-// What the read-out says, as text. A value that no sentence has brought yet is dashes, not 0.
+// The texts of the read-out. A value that was not received yet is shown as dashes, not 0.
 namespace vgps {
 
 inline constexpr const char* kDashes = "--";
@@ -42,7 +42,7 @@ ReadoutTexts readoutTexts(const Scene& scene);
 // One of the sixteen points of the compass, "N" to "NNW".
 std::string_view compassPoint(double degrees);
 
-// Whether there is a position: receivers without one report zeros.
+// Whether there is a position: receivers without a fix report zeros.
 bool hasPosition(const FixRecord& fix);
 
 // Satellites in the view, those with several signals counted once.

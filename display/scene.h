@@ -21,23 +21,23 @@ enum class ReceiverState {
   lost,  // no data any more, and the port is tried again and again
 };
 
-// After so long without a line the receiver counts as silent: five epochs of an ordinary one.
+// The receiver counts as silent after this time without a line: five epochs of a typical one.
 inline constexpr uint32_t kSilentAfterMs = 5000;
 
 // `dataAgeMs`: since the last line; meaningless before `dataSeen`.
 ReceiverState receiverState(bool connected, bool dataSeen, uint32_t dataAgeMs, int32_t fixStatus);
 
-// What a value is worth that was received so long ago.
+// How up to date a value is, based on its age.
 enum class Freshness {
   current,
-  old,      // drawn in gray
-  unknown,  // dashes
+  stale,    // drawn in gray
+  expired,  // dashes
 };
 inline constexpr uint32_t kStaleAfterMs = 5000;
 inline constexpr uint32_t kExpiredAfterMs = 30000;
 Freshness freshnessOf(uint32_t ageMs);
 
-// How old the values are that are shown, milliseconds; each is gray or dashes by its own age.
+// The ages of the shown values in milliseconds; each turns gray and then to dashes by its own age.
 struct ValueAges {
   uint32_t position = 0;
   uint32_t motion = 0;  // speed and course
@@ -61,8 +61,8 @@ struct SceneStatistics {
   int32_t distanceUnit = 0;
 };
 
-// All that a screen may look at: values of one moment, nothing to ask the system for. The same
-// scene gives the same picture.
+// Everything a screen may draw: a snapshot, with no calls to the system. The same scene always
+// produces the same image.
 struct Scene {
   FixRecord fix;
   SatelliteTable satellites;
@@ -83,7 +83,7 @@ struct Scene {
 
   ReceiverState state = ReceiverState::notConnected;
   std::string source;     // "COM3, 9600 baud", "Simulation"; empty when none was chosen
-  std::string notice;     // one line for the person, mostly empty
+  std::string notice;     // one line for the user, mostly empty
   std::string message;    // what came in no sentence: of binary input, of a sensor; mostly empty
   bool fixSeen = false;   // a sentence with a fix has come since the connection was opened
   uint32_t fixAgeMs = 0;  // since the last of them
@@ -101,15 +101,15 @@ struct Scene {
 
   Palette palette = dayPalette();
   float density = 1;     // of the screen: pixels per 1/96 inch
-  float fontFactor = 1;  // by which a person wants the texts larger or smaller, up to 5
+  float fontFactor = 1;  // by which the user wants the texts larger or smaller, up to 5
 };
 
 // The quality number of GGA in words.
 std::string_view fixQualityText(int32_t fixStatus);
-// Beyond it are values that no satellite stands behind: dead reckoning, typed in, simulated.
+// Higher values do not come from satellites: dead reckoning, manual input, simulation.
 inline constexpr int32_t kLastSatelliteQuality = 5;
 
-// That the fix was made of, as GGA counts them or GSA lists them; 0 when nobody says.
+// The number of satellites used for the fix, as counted by GGA or listed by GSA; 0 if unknown.
 int32_t usedSatellites(const Scene& scene);
 
 }  // namespace vgps

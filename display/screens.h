@@ -7,7 +7,7 @@
 
 namespace vgps {
 
-// Draws the scene's screen; the read-out in place of one that is not there.
+// Draws the scene's screen, or the read-out if that screen is not available.
 void drawScreen(Canvas& canvas, const Scene& scene);
 
 bool isScreenDrawn(Screen screen);

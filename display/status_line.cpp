@@ -18,7 +18,7 @@ std::string stateText(const Scene& scene) {
   if (scene.state != ReceiverState::fix) return std::string(textOf(word));
   const int32_t quality = scene.fix.fixStatus;
   const int32_t used = usedSatellites(scene);
-  // Without a count nobody knows; a value that no satellite stands behind has no dimension.
+  // Without a count it is unknown; a value that no satellite stands behind has no dimension.
   if (used == 0 || quality > kLastSatelliteQuality) return std::string(fixQualityText(quality));
   const bool flat = used < kMin3dSatellites;
   if (quality == 1) return std::string(textOf(flat ? Text::fix2d : Text::fix3d));

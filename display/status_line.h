@@ -5,8 +5,8 @@
 #include "display/scene.h"
 #include "platform/canvas.h"
 
-// The line at the foot of every screen: where the data come from and what they are worth, what is
-// being recorded, how strong the signals are.
+// The status line at the bottom of every screen: data source, fix status, recording, and signal
+// strength.
 namespace vgps {
 
 struct StatusTexts {
@@ -27,7 +27,7 @@ struct StatusBar {
 
 void drawStatusLine(Canvas& canvas, const StatusBar& place, const Scene& scene);
 
-// All that time alone changes on a screen; what stays the same has not to be drawn again.
+// The texts that change with time alone. If they are unchanged, the screen need not be redrawn.
 struct TimeDependentTexts {
   std::string status;  // in the status line
   std::string values;  // everywhere else

@@ -11,7 +11,7 @@ namespace vgps {
 // The height of a line of text over that of its em square, with room for every fallback font.
 inline constexpr float kLineHeight = 1.2f;
 
-// The greatest font, at least `smallest`, in which `text` fits into width and height (pixels).
+// The largest font, at least `smallest`, in which `text` fits into width and height (pixels).
 Font fittingFont(Canvas& canvas, std::string_view text, float width, float height, float smallest,
                  bool bold);
 

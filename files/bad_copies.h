@@ -7,10 +7,10 @@
 
 namespace vgps {
 
-// Keep a damaged file beside itself, flushed: as "NAME.bad" in place of its extension, or
-// "NAME-2.bad" to "NAME-99.bad" where other files have the names before. A copy that is there
-// already is enough. Its path; empty when that failed. The first two leave the damaged file where
-// it is, the third takes its name away.
+// Save a copy of a damaged file next to it, flushed to disk: as "NAME.bad" instead of its
+// extension, or "NAME-2.bad" to "NAME-99.bad" if those names are taken. An identical copy that
+// exists already is used. Return its path, empty on failure. The first two leave the damaged file
+// in place; the third renames it.
 std::string keepAsBad(const std::string& path, std::string_view bytes,
                       const ExclusiveOpener& open = openExclusive);
 std::string copyAsBad(const std::string& path, const ExclusiveOpener& open = openExclusive);

@@ -7,19 +7,20 @@
 
 namespace vgps {
 
-// The lock of a document: beside the file itself, so that it is one under every link to it.
+// The path of a document's lock: next to the real file, so that every link to the document shares
+// it.
 std::string lockPathOf(const std::string& document);
 
-// A file that is held while others are changed, so that two programs do not write over each other's
-// change. The system releases it when its program ends.
+// A lock file, so that two programs do not overwrite each other's changes. The system releases it
+// when the program ends.
 class FileLock {
  public:
-  // Waits so long for a program that holds it.
+  // How long to wait for another program to release it.
   FileLock(const std::string& path, const ExclusiveOpener& open, int waitMs);
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;
   ~FileLock();
-  // `opened` when it is held.
+  // Returns `opened` if it is locked.
   FileOpening state() const { return state_; }
 
  private:

@@ -22,11 +22,11 @@ class InputFile {
   void close() { file_.reset(); }
   // Its bytes in their order.
   ByteSource source();
-  // False when these bytes cannot all be read.
+  // Returns false if not all of these bytes can be read.
   bool readAt(uint64_t offset, uint64_t size, std::string& out);
   // Calls `write` with all these bytes in their order; false when it, or reading, fails.
   bool copy(uint64_t begin, uint64_t end, const std::function<bool(std::string_view)>& write);
-  // A fault of the disk was met.
+  // Whether a read error occurred.
   bool failed() const;
 
  private:
@@ -37,11 +37,11 @@ class InputFile {
   std::unique_ptr<std::FILE, Close> file_;
 };
 
-// Everything that the source still has.
+// Reads the rest of the source.
 void readToEnd(const ByteSource& source, std::string& out);
 
-// False when it is not a file of bytes on a disk (whoever reads a pipe waits for its writer), or
-// cannot be read to its end.
+// Returns false if it is not a regular file (reading a pipe would wait for its writer) or cannot be
+// read to its end.
 bool readWholeFile(const std::string& path, std::string& out);
 
 }  // namespace vgps

@@ -5,8 +5,9 @@
 
 namespace vgps {
 
-// What another program holds for a moment, as a virus scanner does, is soon free: asks `done` until
-// it says so, at most so many times. False when it never did.
+// Retries an operation on a file that another program, such as a virus scanner, may be using for a
+// moment: calls `done` until it returns true, at most this many times. Returns false if it never
+// did.
 template <class Done>
 bool retry(int attempts, std::chrono::milliseconds pause, Done done) {
   for (int attempt = 1; !done(); ++attempt) {

@@ -8,13 +8,12 @@
 #include "platform/exclusive_file.h"
 #include "platform/files.h"
 
-// Files that are written anew as a whole.
+// Writing whole files.
 namespace vgps {
 
-// Writes a file beside its place, under a name that nothing else has, and gives it its own name in
-// the end: at no moment is there a half-written file of that name, and until then nothing has
-// changed. Behind a link it is the file it leads to that becomes another one. What is no regular
-// file (a device, a pipe, a folder) is never replaced.
+// Writes a temporary file next to the target and renames it at the end, so that a half-written file
+// never appears under the target's name. Follows links and replaces the file they refer to. Never
+// replaces anything but a regular file (no device, pipe, or folder).
 class OutputFile {
  public:
   explicit OutputFile(const std::string& path, const ExclusiveOpener& open = openExclusive);
@@ -25,11 +24,12 @@ class OutputFile {
   bool write(std::string_view bytes);
   uint64_t written() const { return written_; }
 
-  // Everything is on the disk, though not yet in its place.
+  // Flushes everything to disk, still under the temporary name.
   bool flush();
-  // Puts the file into its place, over what is there. False when nothing has changed.
+  // Renames the file to its target and replaces what is there. Returns false if nothing was
+  // changed.
   bool finish();
-  // Gives it another name of the same folder, unless that is taken: then it may be tried again.
+  // Renames it to another name in the same folder unless that is taken; then it may be tried again.
   RenameResult finishAs(const std::string& freePath);
 
  private:
@@ -44,16 +44,15 @@ class OutputFile {
   bool good_ = false;
 };
 
-// False when the disk did not take it; then nothing has changed.
+// Returns false if it could not be written; then nothing was changed.
 bool writeWholeFile(const std::string& path, std::string_view text,
                     const ExclusiveOpener& open = openExclusive);
 
-// Writes a file under a name that was free: `taken` when something has it. Nothing is ever
-// replaced.
+// Writes a file under an unused name: `taken` if the name exists. Never replaces anything.
 RenameResult writeFreeFile(const std::string& path, std::string_view text,
                            const ExclusiveOpener& open = openExclusive);
 
-// The path without the last point of its name and what follows.
+// The path without its extension.
 std::string withoutExtension(const std::string& path);
 
 }  // namespace vgps

@@ -29,7 +29,7 @@ struct SatelliteTable {
   std::array<SatelliteInfo, kSatelliteSlots> slots{};
 };
 
-// The values of a fix: all that is drawn, recorded and timed. A plain copyable record.
+// The values of a fix: everything that is drawn, recorded, and timed. A plain copyable record.
 struct FixRecord {
   int32_t fixStatus = 0;  // 0 none, 1 GPS, 2 differential, further GGA qualities
   double longitude = 0;   // decimal degrees, east positive

@@ -29,7 +29,7 @@ inline constexpr size_t kReadBufferSize = 10000;
 inline constexpr size_t kCarrySize = 5000;
 inline constexpr int kDefaultBaudRate = 9600;
 
-// What the stream was last recognised as.
+// The last recognized protocol of the stream.
 enum InputProtocol : int32_t { kNmeaText = 0, kSirfBinary = 1, kSensorInput = 3 };
 
 // The raw stream, appended to a file.
@@ -44,22 +44,21 @@ struct StreamLog {
   ~StreamLog();
 };
 
-// What the reader threads and the user-interface thread share about reading.
+// Reading state shared by the reader threads and the user-interface thread.
 struct ReaderControl {
   std::atomic<bool> readerStop{false};  // set once, at the end of the program
   std::atomic<uint32_t> generation{0};  // of the source that may be read
   std::atomic<int32_t> liveReaders{0};
   std::atomic<int32_t> opening{0};         // of these, held by the system in the opening of a port
   std::atomic<bool> portRequested{false};  // the reader shall look for its device; under `mutex`
-  std::mutex
-      deliveryMutex;  // held by the reader that handles a block: after a reopening two may have one
-  std::atomic<uint32_t> deliveringGeneration{
-      0};  // the generation of the reader that has the turn; 0: none
+  // Locked by the reader that handles a block: after a reopening two may have one.
+  std::mutex deliveryMutex;
+  std::atomic<uint32_t> deliveringGeneration{0};  // of the reader that has the lock; 0: none
   std::mutex mutex;
   std::condition_variable wake;
 };
 
-// What became of the last wish for the port, and since when it is so.
+// The state of the last request for the port, and when it changed.
 struct PortAttempt {
   enum class State { none, waiting, opened, failed };
   State state = State::none;
@@ -68,8 +67,8 @@ struct PortAttempt {
   uint32_t tick = 0;
 };
 
-// What stands beside the one fix: the values that the parser and the reader keep for the whole
-// program, their options, and the program around them.
+// The receiver state beside the fix: values that the parser and the reader keep for the whole
+// program, their options, and the services they use.
 struct GpsState {
   GpsState(GpsHooks& gpsHooks, const Clock& gpsClock) : hooks(gpsHooks), clock(gpsClock) {}
 
@@ -81,7 +80,7 @@ struct GpsState {
   LocationSensorManager* sensors = nullptr;
   std::string sensorIdentifier;  // a GUID as text
 
-  // Written by whoever parses; the user interface copies them while the reader waits.
+  // Written by the parsing thread; the user interface copies them while the reader waits.
   double maxSpeed = 0;     // in the speed unit chosen at the time
   double maxAltitude = 0;  // metres
   int32_t epochSentenceKind = 0;
@@ -99,10 +98,10 @@ struct GpsState {
   ReaderControl readers;
 };
 
-// The one current fix with its connection. Created once, lives as long as the program.
+// The current fix with its connection. Created once, lives as long as the program.
 //
-// `open`, `close`, `setPort` and the wish for a port belong to the user-interface thread; `read`,
-// `onReceive` and `processLines` to the reader thread, or to the one thread of a replay.
+// `open`, `close`, `setPort`, `requestPort` and `releasePort` belong to the user-interface thread;
+// `read`, `onReceive` and `processLines` to the reader thread, or to the one thread of a replay.
 struct GpsFix : FixRecord {
   explicit GpsFix(GpsState& gpsState);
 
@@ -130,7 +129,7 @@ struct GpsFix : FixRecord {
   // `probeOnly` opens the port, reads once and closes it: true when the bytes begin with "$GP".
   bool open(bool simulation, bool gpsApi, bool sensorApi, bool probeOnly);
 
-  // False when neither a sensor nor a serial port was open.
+  // Returns false if neither a sensor nor a serial port was open.
   bool close(bool silent);
 
   // For a serial source whose device has gone, while `running` stays true and the same reader goes
@@ -138,7 +137,7 @@ struct GpsFix : FixRecord {
   // long that takes. Until then `read` reports nothing. No sound.
   void requestPort();
   PortAttempt portAttempt() const;
-  // Takes the port away until it is wanted again: it can be opened by others then.
+  // Closes the port until it is requested again, so that other programs can open it.
   void releasePort();
 
   // One read from the current source by the reader of `generation`.
@@ -146,7 +145,8 @@ struct GpsFix : FixRecord {
 
   // By the reader of `generation`: notes which device is behind its port, to find it again.
   void rememberDevice(uint32_t generation);
-  // Likewise: does what `requestPort` asked for. False when nothing was asked.
+  // Called by the reader of `generation`: opens the port that `requestPort` asked for. Returns
+  // false if nothing was requested.
   bool reopenPort(uint32_t generation);
 
   // The sensor that the reader of `generation` reads; null for other sources.
@@ -162,8 +162,8 @@ struct GpsFix : FixRecord {
   void processLines(std::string_view bytes);
 
   // Sets `readerStop`, wakes every reader and waits up to `timeoutMs` for all to end; for one that
-  // the system holds in the opening of a port only shortly. False when one still lives: then
-  // nothing that it could touch may be destroyed.
+  // is blocked in opening a port only briefly. Returns false if one is still running: then nothing
+  // that it uses may be destroyed.
   bool stopReaders(int timeoutMs);
 
   // Whether a received line is being carried, and of what kind its first byte is (0: none).

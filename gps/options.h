@@ -19,7 +19,7 @@ struct GpsOptions {
   std::atomic<int32_t> talkers{0};  // TalkerSetting
 };
 
-// One received line or binary message, as it goes through the door to the user interface.
+// One received line or binary message, as it is sent to the user-interface thread.
 struct ReceivedLine {
   std::string_view text;          // the raw line without its CR LF, or the raw message bytes
   const void* message = nullptr;  // the SirfMessage when the input is binary
@@ -32,7 +32,7 @@ class GpsHooks {
  public:
   virtual ~GpsHooks() = default;
   virtual void playSound(const char* /*name*/) {}
-  // A repaint, at most one every 800 ms; the door copies the fix first.
+  // Requests a repaint, at most one every 800 ms; the receiver of the message copies the fix first.
   virtual void repaint() {}
   // The greatest speed or altitude has changed; the displays that show it follow.
   virtual void maxSpeedChanged() {}

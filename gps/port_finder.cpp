@@ -176,7 +176,7 @@ bool PortFinder::Search::tryAt(size_t index, uint32_t speed) {
   return row.conclusive;
 }
 
-// By the listening of a port, which is open then. True when nobody wants to hear it any more.
+// Called while listening to an open port. Returns true if the result is no longer wanted.
 bool PortFinder::Search::noteOpen(size_t index) {
   const std::lock_guard lock(mutex);
   if (!over) findings[index].opening = false;

@@ -10,7 +10,7 @@
 
 namespace vgps {
 
-// What the search knows of one port.
+// The state of the search on one port.
 struct PortFinding {
   PortName port;
   uint32_t listening = 0;  // baud, at present; 0: not begun
@@ -49,7 +49,7 @@ class PortFinder {
   PortFinder& operator=(const PortFinder&) = delete;
   ~PortFinder() { stop(); }
 
-  // Ends the search before, if one is going on.
+  // Ends a running search first.
   void start(std::vector<PortName> ports);
 
   // Cancels, and waits a little for the ports to be free; not for one that is being opened.
@@ -70,13 +70,13 @@ class PortFinder {
   std::shared_ptr<Search> search_;  // with its threads
 };
 
-// The finding to be used: a receiver's with the most sentences a second. Null when none is one.
+// The best finding: the receiver with the most sentences per second. Null if there is no receiver.
 const PortFinding* bestFinding(const std::vector<PortFinding>& findings);
 
 // What a probe at this speed has found, in words.
 std::string answerText(const ProbeAnswer& answer, uint32_t speed);
 
-// What a person reads about a port: "NMEA at 9600 baud, talker GN, 5.0 sentences/s".
+// What the user reads about a port: "NMEA at 9600 baud, talker GN, 5.0 sentences/s".
 std::string findingText(const PortFinding& finding);
 
 }  // namespace vgps

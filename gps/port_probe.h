@@ -31,11 +31,11 @@ struct ProbeAnswer {
 // "found", "not there", ...
 const char* probeResultName(ProbeResult result);
 
-// What bytes heard for `ms` milliseconds are. A receiver is whoever sends RMC or GGA as a "$G"
-// talker; bytes that are mostly no text come at another speed than ours.
+// Classifies the bytes received in `ms` milliseconds. A device that sends RMC or GGA with a "$G"
+// talker is a receiver; mostly non-text bytes indicate the wrong baud rate.
 ProbeAnswer judgeBytes(std::string_view bytes, uint32_t ms);
 
-// Asked every so often while a port is listened to, with what came and for how long; true ends the
+// Called repeatedly while listening, with the bytes received so far and the time; true ends the
 // listening.
 using ProbeEnd = std::function<bool(std::string_view bytes, uint32_t ms)>;
 

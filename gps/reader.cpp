@@ -180,7 +180,7 @@ void readerLoop(GpsFix& fix, uint32_t generation) {
   }
 }
 
-// Lets go of the sensor when it ends: one that nobody holds costs no power.
+// Releases the sensor at the end: an unused one needs no power.
 void sensorLoop(GpsFix& fix, uint32_t generation) {
   ReaderControl& readers = fix.state.readers;
   constexpr int kWaitMs = 500;

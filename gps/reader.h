@@ -7,11 +7,11 @@ namespace vgps {
 
 struct GpsFix;
 
-// Cuts received blocks at line starts, so that every line reaches `onReceive` as a chunk of its
-// own: a foreign line (AIS, noise) takes no sentence with it when it is dropped. Block borders are
-// accidents of timing anyhow. Binary input passes untouched; the damaged rest of a message
-// (`binary`: messages came last) ends where the next one starts. `carriedStart`: the first byte of
-// what `onReceive` carries, 0 when nothing.
+// Splits received blocks at line starts, so that each line reaches `onReceive` separately and
+// dropping a foreign line (AIS, noise) never drops a sentence with it. Block borders are accidents
+// of timing anyhow. Binary input passes untouched; the damaged rest of a message (`binary`:
+// messages came last) ends where the next one starts. `carriedStart`: the first byte of what
+// `onReceive` carries, 0 when nothing.
 void splitAtLineStarts(std::string_view block, char carriedStart, bool binary,
                        const std::function<void(std::string_view)>& take);
 

@@ -8,7 +8,7 @@
 namespace vgps {
 
 // A trip around the globe at growing speed. The checksums of the positions are one and the same
-// and mostly wrong, which nobody checks.
+// and mostly wrong, which no receiver checks.
 const std::vector<std::string>& builtInSimLines() {
   static const std::vector<std::string> kLines = {
       "$GPGSV,2,1,08,01,40,083,46,02,17,308,41,12,07,344,39,14,22,228,45*75",

@@ -126,7 +126,7 @@ class LayoutReader {
     return summary;
   }
 
-  // `lead` is that of its end tag, where it has one.
+  // `blanksBegin` is that of its end tag, where it has one.
   void endTrack(uint64_t end, bool damaged, uint64_t blanksBegin = kNoPlace) {
     open_.cutTo(track_->depth);
     foreign_ = kNone;

@@ -8,7 +8,8 @@
 #include "track/options.h"
 #include "xml/tags.h"
 
-// Where everything stands in a library document, so that most of it can be copied as it is.
+// The positions of all elements in a library document, so that unchanged parts can be copied byte
+// for byte.
 namespace vgps {
 
 struct TrackRange {
@@ -40,15 +41,15 @@ DocumentLayout readLayout(TagReader::Source source);
 
 uint32_t checksumOf(std::string_view bytes);
 
-// The good points of a track element, or of points without one. False when it is damaged.
-// `foreign` becomes true when it holds attributes or elements of other programs.
+// Reads the readable points of a track element, or of points without one. Returns false if it is
+// damaged. Sets `foreign` if it contains attributes or elements of other programs.
 bool parseTrack(std::string_view text, int32_t speedUnit, Track& track, bool* foreign = nullptr);
 
-// The options that write what stands in a track element: its points lose none of it when they are
-// written again.
+// The recording options that a track element was written with, so that writing it again loses
+// nothing.
 RecordingOptions optionsUsedIn(std::string_view text);
 
-// What a list says of a track element; `number` names one without a name.
+// The summary of a track element for lists; `number` names a track without a name.
 TrackSummary summaryOfText(std::string_view text, size_t number);
 
 }  // namespace vgps

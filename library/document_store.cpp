@@ -69,10 +69,10 @@ bool isSound(const LibraryIndex& index) {
   return index.endPlace >= at && index.endPlace <= index.document.size;
 }
 
-bool leadIsBlank(InputFile& file, const TrackRange& place) {
+bool startsWithBlanks(InputFile& file, const TrackRange& place) {
   std::string blanks;
-  return file.readAt(place.blanksBegin, place.begin - place.blanksBegin, lead) &&
-         lead.find_first_not_of(kBlanks) == std::string::npos;
+  return file.readAt(place.blanksBegin, place.begin - place.blanksBegin, blanks) &&
+         blanks.find_first_not_of(kBlanks) == std::string::npos;
 }
 
 // Edits by rising index, none behind the end, and no track removed twice.
@@ -182,7 +182,7 @@ LibraryResult DocumentStore::read(size_t index, TrackText& out) {
   if (!file.readAt(place.begin, place.end - place.begin, out.text)) {
     return file.failed() ? LibraryResult::unreadable : reread();
   }
-  if (checksumOf(out.text) != place.checksum || !leadIsBlank(file, place)) return reread();
+  if (checksumOf(out.text) != place.checksum || !startsWithBlanks(file, place)) return reread();
   out.name = layout_.tracks[index].name;
   out.file.clear();
   return LibraryResult::done;

@@ -9,7 +9,7 @@
 
 namespace vgps {
 
-// All tracks in one document. A change copies the bytes of what it does not touch.
+// Stores all tracks in one document. A change copies the bytes of unchanged parts.
 class DocumentStore : public TrackStore {
  public:
   DocumentStore(std::string path, LibraryDisk disk);

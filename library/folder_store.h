@@ -8,7 +8,7 @@
 
 namespace vgps {
 
-// Each track in a file of its own, which has its name.
+// Stores each track in a separate file, named after the track.
 class FolderStore : public TrackStore {
  public:
   FolderStore(std::string folder, LibraryDisk disk);

@@ -6,8 +6,8 @@
 
 #include "track/track.h"
 
-// What other programs wrote into a track element: attributes, elements and comments that are no
-// track's. A track that is edited is written anew, and these bytes with it.
+// Attributes, elements, and comments that other programs added to a track element. When an edited
+// track is rewritten, these bytes are written with it.
 namespace vgps {
 
 struct ForeignPart {

@@ -13,8 +13,8 @@
 #include "platform/exclusive_file.h"
 #include "track/track.h"
 
-// The points of the track that is being recorded, kept on the disk as they come, so that neither a
-// crash nor a power cut takes more than the last few seconds.
+// Saves the points of the current recording to disk as they arrive, so that a crash or power
+// failure loses only the last few seconds.
 namespace vgps {
 
 // The name beside the settings document.
@@ -26,15 +26,15 @@ struct JournalSettings {
   std::chrono::milliseconds flushAfter{2500};
   std::chrono::milliseconds retryAfter{5000};  // after a failure
   ExclusiveOpener open = openExclusive;
-  // The disk does not take the points; recording goes on in memory and the journal keeps trying.
-  // Once until it works again. On the journal's own thread.
+  // Called when the points cannot be written; recording continues in memory and the journal keeps
+  // trying. Called once until writing works again, on the journal's own thread.
   std::function<void()> failed;
 };
 
 enum class JournalResult {
   open,
   missing,
-  left,     // `create`: a recording lies there that nobody has answered for
+  left,     // `create`: an unfinished recording is there, and the user has not decided about it
   inUse,    // a running program holds it
   refused,  // the system does not let us, or the disk does not give what it holds
   // `recover`: it is damaged and without a readable point. The file itself is named ".bad" now;
@@ -44,8 +44,8 @@ enum class JournalResult {
 
 struct RecoveredTrack {
   PointList points;
-  // A part of the journal, or all of it, was no longer readable. The whole is kept under this name,
-  // which ends in ".bad"; empty when that failed too.
+  // Part of the journal, or all of it, could not be read. The whole file is saved under this name,
+  // which ends in ".bad"; empty if that failed too.
   bool damaged = false;
   std::string backupPath;
 };
@@ -59,24 +59,24 @@ class Journal {
   Journal& operator=(const Journal&) = delete;
   ~Journal() { close(); }
 
-  // A new one for a recording that begins.
+  // Creates a journal for a new recording.
   JournalResult create(const std::string& path);
 
-  // Takes hold of one that an ended program left, and reads it. Nothing in it changes until
-  // points are appended; then the damaged end is cut off first.
+  // Opens and reads a journal that another run of the program did not finish. The file is unchanged
+  // until points are appended; then a damaged end is cut off first.
   JournalResult recover(const std::string& path, RecoveredTrack& out);
 
   bool isOpen() const { return file_ != nullptr; }
-  // Where it lies, or lay before it was closed.
+  // Its path, also after it was closed.
   const std::string& path() const { return path_; }
   void append(const TrackPoint& point);
-  // What was appended goes to the disk now.
+  // Writes appended points to disk now.
   void flush();
-  // Flushes and gives the file free; it stays where it is. False when the disk did not take
-  // everything.
+  // Flushes and closes the file without deleting it. Returns false if some points could not be
+  // written.
   bool close();
-  // The points are safe elsewhere, or nobody wants them: deletes the file. False when the system
-  // does not let us.
+  // Deletes the file when the points are saved elsewhere or discarded. Returns false if the system
+  // refuses.
   bool discard();
 
  private:
@@ -104,10 +104,10 @@ class Journal {
 // Where a recording finds its place: `path`, or where one was left there, "NAME-2", ... "NAME-9".
 JournalResult createFreeJournal(Journal& journal, const std::string& path);
 
-// These names, whether something lies there or not.
+// These names, whether or not the files exist.
 std::vector<std::string> journalNames(const std::string& path);
 
-// Those of these names that exist, in this order: what a start of the program asks about.
+// Those of these files that exist, in this order: the ones to ask about at startup.
 std::vector<std::string> existingJournals(const std::string& path);
 
 }  // namespace vgps

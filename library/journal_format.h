@@ -44,7 +44,7 @@ struct JournalContents {
   bool damaged = false;
 };
 
-// Every good record there is: behind a damaged one the next good point is looked for.
+// Reads every readable record: after a damaged one it searches for the next good point.
 JournalContents readJournal(std::span<const uint8_t> bytes);
 
 }  // namespace vgps

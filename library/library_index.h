@@ -8,9 +8,9 @@
 #include "library/track_store.h"
 #include "platform/files.h"
 
-// What a list of tracks shows, kept beside the library, so that opening one does not read every
-// point again. It says nothing that the library itself does not say: a damaged or outdated index is
-// made anew, and whoever writes looks at the bytes themselves.
+// The summaries of all tracks, stored next to the library so that opening it does not read every
+// point again. The index has no data of its own: a damaged or outdated one is rebuilt, and writers
+// always check the library itself.
 //
 // All numbers are little-endian, decimal numbers 64-bit IEEE 754, texts their length in 32 bits and
 // their bytes:
@@ -21,7 +21,7 @@
 //  20  8  its time
 //  28  8  where the next track goes
 //  36  4  number of entries
-//  40     entries: file name, size and time (of a folder's), lead, begin, end, checksum (of a
+//  40     entries: file name, size and time (of a folder's), blanks, begin, end, checksum (of a
 //         document's), flags, points, kilometres, seconds, date (8 x 16 bits), west, south, east,
 //         north, name
 //  end 4  CRC-32 of everything before
@@ -45,10 +45,11 @@ struct LibraryIndex {
 };
 
 std::string indexText(const LibraryIndex& index);
-// Puts the index there; one that cannot be written is dropped. A file that is no index stays.
+// Writes the index, or drops it if it cannot be written. A file that is not an index is left
+// unchanged.
 void writeIndex(const std::string& path, const LibraryIndex& index, const LibraryDisk& disk);
 void dropIndex(const std::string& path);
-// False when the bytes are no whole index.
+// Returns false if the bytes are not a complete index.
 bool readIndex(std::string_view bytes, LibraryIndex& index);
 
 }  // namespace vgps

@@ -348,7 +348,7 @@ LibraryResult TrackLibrary::replace(size_t index, const Track& track,
   addAttributes(old.writing, attributesIn(track));
   const std::string name = cleanName(track.name);
   TrackText text = rendered(track, old.writing, name.empty() ? old.track.name : name);
-  old.foreign.points.clear();  // nobody knows which of them the new points are
+  old.foreign.points.clear();  // which of them the new points are is unknown
   text.text = withForeignParts(text.text, track, old.foreign);
   return change({{.index = index, .texts = {std::move(text)}}});
 }

@@ -15,23 +15,22 @@
 #include "track/track.h"
 #include "xml/document.h"
 
-// The tracks that were kept: in one document "tracks.xml", or each in a file of its own in a
-// folder.
+// The saved tracks: in one document, "tracks.xml", or in a folder with one file per track.
 namespace vgps {
 
 // The name beside the settings document.
 inline constexpr const char* kTrackLibraryName = "tracks.xml";
 
-// Where the library lies: what the setting names (a document, or a folder that is there), counted
-// from the settings' folder unless it begins at a root; by default kTrackLibraryName there.
+// The path of the library: a document or an existing folder named by the setting, relative to the
+// settings' folder unless absolute; by default kTrackLibraryName there.
 std::string trackLibraryPath(std::string_view setting, const std::string& settingsFolder);
 
 struct Editable;
 
-// A library that is open. It holds what a list shows of each track and no points, and reads the
-// document again when another program has changed it. Every change is on the disk when its call
-// returns. Calls come from one thread at a time; the first opening of a large library reads all of
-// it and takes its time, and so does each change, which copies the document.
+// An open library. It keeps the summary of each track in memory, not its points, and reads the
+// document again when another program has changed it. Every change is on disk when its call
+// returns. Calls come from one thread at a time. The first opening of a large library reads all of
+// it, and each change copies the document, so both take time.
 class TrackLibrary {
  public:
   explicit TrackLibrary(LibraryDisk disk = {});
@@ -39,9 +38,9 @@ class TrackLibrary {
   TrackLibrary(TrackLibrary&&) noexcept;
   TrackLibrary& operator=(TrackLibrary&&) noexcept;
 
-  // A document, which need not be there yet, or an existing folder.
+  // `path` is a document, which need not exist yet, or an existing folder.
   LibraryState open(const std::string& path);
-  // Looks for changes by others. Numbers of tracks may mean others then.
+  // Checks for changes by other programs. Track numbers may change then.
   LibraryState refresh();
 
   bool isOpen() const { return store_ != nullptr; }
@@ -49,33 +48,35 @@ class TrackLibrary {
   const std::string& path() const;
   LibraryState state() const;
   std::span<const TrackSummary> tracks() const;
-  // The copy that was made of a damaged document before it was first written over; empty when
-  // there is none.
+  // The copy that was made of a damaged document before it was first overwritten; empty if there is
+  // none.
   const std::string& backupPath() const;
-  // What a person is to know about the state after `open`; empty when everything is well.
+  // A message for the user about the state after `open`; empty if there is no problem.
   std::string message() const;
 
-  // Replaces `track` by that one. `damaged` of its summary says that only the good points came.
+  // Reads a track into `track`. `damaged` in its summary says that only the readable points were
+  // loaded.
   LibraryResult load(size_t index, int32_t speedUnit, Track& track);
 
   // At the end, under its name or "Track NUMBER"; in a folder under its name or one made of
   // `local`. What was written of its attachments the track no longer has.
   LibraryResult add(Track& track, const RecordingOptions& options, const DateTime& local);
-  // A track element of another program.
+  // Adds a track element written by another program.
   LibraryResult import(XmlElement element);
 
   LibraryResult rename(size_t index, std::string_view name);
   LibraryResult remove(size_t index);
-  // The points of `other` behind those of `index`, which keeps its name; `other` goes.
+  // Appends the points of `other` to those of `index`, which keeps its name, and removes `other`.
   LibraryResult join(size_t index, size_t other, const RecordingOptions& options);
-  // The points from `point` on become a track of their own behind it, "Split NUMBER".
+  // Moves the points from `point` on into a new track after it, "Split NUMBER".
   LibraryResult split(size_t index, size_t point, const RecordingOptions& options);
   LibraryResult reverse(size_t index, const RecordingOptions& options);
   LibraryResult thin(size_t index, const RecordingOptions& options);
-  // Puts a changed track in the place of an old one. The name stays when the track has none.
+  // Replaces a track. The old name stays if the new track has none.
   LibraryResult replace(size_t index, const Track& track, const RecordingOptions& options);
 
-  // Of the last change that was made through this object, as long as nobody else changed anything.
+  // Undoes the last change made through this object, unless another program has changed the library
+  // since.
   bool canUndo() const;
   LibraryResult undo();
 
@@ -94,7 +95,8 @@ class TrackLibrary {
   uint64_t undoRevision_ = 0;  // of the store when `undo_` was made
 };
 
-// One sentence for a person, naming the file; empty for `done` and for a library that is whole.
+// A one-sentence message for the user that names the file; empty for `done` and for an undamaged
+// library.
 std::string libraryMessage(LibraryResult result, const std::string& path);
 std::string libraryMessage(LibraryState state, const std::string& path);
 

@@ -10,7 +10,7 @@
 #include "track/track.h"
 #include "track/track_statistics.h"
 
-// What a library is made of, whether it is a document or a folder.
+// The storage of a library, either a document or a folder.
 namespace vgps {
 
 enum class LibraryState {
@@ -34,19 +34,19 @@ enum class LibraryResult {
   notWritten,    // the disk did not take it: the library is as it was
 };
 
-// The disk under a library; a test puts its own in its place.
+// The disk functions that a library uses. Tests replace them.
 struct LibraryDisk {
   ExclusiveOpener open = openExclusive;
   int waitForOthersMs = 5000;  // while another program changes the library
 };
 
-// What an attempt to lock the library came to: `done` when it is held.
+// The result of locking the library: `done` if it is locked.
 constexpr LibraryResult lockResult(FileOpening opening) {
   if (opening == FileOpening::opened) return LibraryResult::done;
   return opening == FileOpening::inUse ? LibraryResult::inUse : LibraryResult::notWritten;
 }
 
-// A track as a list shows it.
+// A track's entry in a list.
 struct TrackSummary {
   std::string name;
   uint64_t points = 0;
@@ -77,7 +77,7 @@ struct TrackEdit {
   std::vector<TrackText> texts{};  // these stand in its place, or in front of it
 };
 
-// Several edits that are done together, by rising index.
+// Several edits carried out together, sorted by index.
 using LibraryChange = std::vector<TrackEdit>;
 
 class TrackStore {
@@ -89,13 +89,13 @@ class TrackStore {
   virtual const std::string& damagedPath() const = 0;
   virtual bool isFolder() const = 0;
   virtual LibraryState state() const = 0;
-  // Another number whenever tracks may have changed otherwise than by `apply`.
+  // Changes whenever tracks may have changed other than through `apply`.
   virtual uint64_t revision() const = 0;
   virtual LibraryState refresh() = 0;
   virtual const std::vector<TrackSummary>& tracks() const = 0;
-  // Reads one track as it lies there.
+  // Reads one track as it is stored.
   virtual LibraryResult read(size_t index, TrackText& out) = 0;
-  // Carries out a change, and says how to take it back.
+  // Carries out a change and returns how to undo it.
   virtual LibraryResult apply(const LibraryChange& change, LibraryChange& inverse) = 0;
 };
 

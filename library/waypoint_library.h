@@ -32,14 +32,14 @@ struct StoredWaypoint {
   size_t category = kNoCategory;  // place in the list of categories
 };
 
-// The waypoints in memory and in their document, which is saved after every change: when the disk
-// does not take it, the change has not happened. What else stands in the document stays there.
+// The waypoints in memory and in their document, which is saved after every change; if saving
+// fails, the change is undone. Everything else in the document is preserved.
 class WaypointLibrary {
  public:
   explicit WaypointLibrary(LibraryDisk disk = {});
 
   LibraryState open(const std::string& path);
-  // Looks for changes by others.
+  // Checks for changes by other programs.
   LibraryState refresh();
 
   LibraryState state() const { return state_; }
@@ -59,7 +59,7 @@ class WaypointLibrary {
 
   LibraryResult addCategory(std::string_view name);
   LibraryResult renameCategory(size_t index, std::string_view name);
-  // Its waypoints stay, without a category, or go with it.
+  // Its waypoints stay without a category or are deleted with it.
   LibraryResult removeCategory(size_t index, bool withWaypoints);
 
  private:

@@ -20,8 +20,8 @@ class Clock {
 
 const Clock& systemClock();
 
-// Sets the computer's clock. False when the system does not let this user. Only the desktop
-// program's platform has it; whoever wants it done takes it from there, so that a test never does.
+// Sets the computer's clock. Returns false if the user lacks the right. Only the desktop program's
+// platform provides it, so that a test never sets the clock.
 bool setSystemUtc(const DateTime& utc);
 
 }  // namespace vgps

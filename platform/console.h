@@ -21,7 +21,7 @@ struct TerminalSize {
 // Of the terminal behind standard output; the usual size when it is unknown.
 TerminalSize terminalSize();
 
-// Calls `handler` on a thread of its own when the person or the system asks the program to end
+// Calls `handler` on a thread of its own when the user or the system asks the program to end
 // (Ctrl-C, a closed terminal, a polite kill); asked a second time the program ends at once.
 // To be called once, before any other thread is started.
 void onStopRequest(std::function<void()> handler);

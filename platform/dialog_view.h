@@ -23,7 +23,7 @@ class DialogView {
   // Of an edit box, or of the edit part of a box with a list.
   virtual void setText(uint16_t control, std::string_view text) = 0;
   virtual std::string text(uint16_t control) = 0;
-  // The person can type so many UTF-16 units.
+  // The user can type so many UTF-16 units.
   virtual void limitText(uint16_t control, size_t units) = 0;
 
   virtual void setChecked(uint16_t control, bool checked) = 0;
@@ -40,7 +40,7 @@ class DialogView {
 
   virtual void enable(uint16_t control, bool enabled) = 0;
 
-  // The path of an existing file; nothing when the person gave up. `kind` names such files in
+  // The path of an existing file; nothing when the user gave up. `kind` names such files in
   // words, `pattern` is "*.png;*.jpg", `current` the path to begin with.
   virtual std::optional<std::string> chooseFile(std::string_view kind, std::string_view pattern,
                                                 const std::string& current) = 0;

@@ -20,11 +20,11 @@ std::string pathIn(std::string_view folder, std::string_view name);
 
 bool isFolder(const std::string& path);
 
-// Whether there is a file or folder of that name, also one that nobody may open.
+// Whether there is a file or folder of that name, even if it cannot be opened.
 bool fileExists(const std::string& path);
 
-// Gives `from` the name `to` of the same folder, in place of what had that name. At no moment,
-// not even of a power cut, is there neither of the two. False when everything is as it was.
+// Gives `from` the name `to` of the same folder, in place of what had that name. One of the two
+// files exists at every moment, even during a power failure. Returns false if nothing was changed.
 bool replaceFile(const std::string& from, const std::string& to);
 
 // Whether the rename put the file there.
@@ -37,11 +37,11 @@ enum class RenameResult {
 // Gives `from` the name `to` of the same folder unless that is taken.
 RenameResult renameUnlessTaken(const std::string& from, const std::string& to);
 
-// What a path leads to, through all links.
+// What a path refers to after following all links.
 enum class FileKind {
   none,     // nothing is there yet
   regular,  // bytes on a disk
-  other,    // a folder, a device, a pipe; or nobody may look
+  other,    // a folder, a device, a pipe, or inaccessible
 };
 FileKind fileKind(const std::string& path);
 
@@ -57,13 +57,13 @@ void copyPermissions(const std::string& from, const std::string& to);
 
 bool removeFile(const std::string& path);
 
-// By what a file is known to be the same as before.
+// Identifies an unchanged file.
 struct FileStamp {
   uint64_t size = 0;  // bytes
   int64_t time = 0;   // of the last change, in the system's finest units from a start of its own
   bool operator==(const FileStamp&) const = default;
 };
-// False when there is no such file, or it is a folder.
+// Returns false if there is no such file or it is a folder.
 bool fileStamp(const std::string& path, FileStamp& stamp);
 
 // The names of the files in a folder, not of its folders, in no order.

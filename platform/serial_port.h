@@ -30,8 +30,8 @@ class SerialPort {
  public:
   virtual ~SerialPort() = default;
 
-  // Opens the device for reading and writing and for nobody else. `path` is the system's own
-  // ("\\.\COM3", "/dev/ttyUSB0"). The line is not set up yet.
+  // Opens the device exclusively for reading and writing. `path` is the system's own ("\\.\COM3",
+  // "/dev/ttyUSB0"). The line is not set up yet.
   virtual PortError open(const std::string& path) = 0;
 
   // Waits for received characters only, a read that ends 250 ms after the last byte, no limit on
@@ -58,7 +58,7 @@ class SerialPort {
 std::unique_ptr<SerialPort> makeSerialPort();
 
 struct PortName {
-  std::string name;              // what a person types and settings store: "COM3", "/dev/ttyUSB0"
+  std::string name;              // what the user types and settings store: "COM3", "/dev/ttyUSB0"
   std::string description = {};  // what the system calls the device, may be empty
   // Of the device itself, the same when it comes back under another name: the device instance on
   // Windows, the name of the link by identity on Linux. Empty when the system knows none.

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
-// The one door between worker threads and the user-interface thread: a window message where there
-// is a window, a one-slot mailbox where there is none, a direct call in a replay.
+// The only channel from worker threads to the user-interface thread: window messages in the desktop
+// program, a mailbox in programs without a window, and direct calls in a replay.
 namespace vgps {
 
 enum class UiEvent : uint32_t {
@@ -23,16 +23,16 @@ struct UiMessage {
   uint32_t said = 0;             // which values the line vouched for, in bits of the parser's own
   double x = 0;
   double y = 0;
-  // Of the source that it speaks of; 0 when of none, as in a replay. A source that was opened since
-  // has nothing to do with it.
+  // The generation of the source that sent it; 0 for none, as in a replay. It does not concern a
+  // source that was opened since.
   uint32_t generation = 0;
 };
 
 class UiThread {
  public:
   virtual ~UiThread() = default;
-  // Returns when the user-interface thread has handled the message; false, unhandled, when the
-  // door is shut.
+  // Returns when the user-interface thread has handled the message; false if the channel is closed
+  // and the message was not handled.
   virtual bool send(const UiMessage& message) = 0;
   // Returns at once. Only messages without text and record can be posted.
   virtual void post(const UiMessage& message) = 0;

@@ -13,21 +13,20 @@ namespace vgps {
 class Window {
  public:
   virtual ~Window() = default;
-  // The current screen is drawn anew, at once or so soon that nobody sees the difference: the lines
-  // of one burst may share a drawing.
+  // The current screen is drawn anew, at once or with no visible delay: the lines of one burst may
+  // share a drawing.
   virtual void repaint() {}
   // From any thread; returns without waiting for the user-interface thread.
   virtual void setTitle(std::string_view) {}
-  // Tells the person that something failed, or something good to know, and returns without waiting
-  // for an answer.
+  // Shows an error or a notice to the user and returns without waiting for an answer.
   virtual void tellError(std::string_view) {}
   virtual void tell(std::string_view) {}
   // A question that is answered with Yes or No; waits. True for Yes; No is the default, and the
-  // answer where nobody can be asked.
+  // answer of a program that cannot ask.
   virtual bool ask(std::string_view) { return false; }
-  // A question with several answers, "&" in front of a letter that chooses one; waits. The place
-  // of the chosen one. The last is the default, and the answer of who only closes the question;
-  // it has to be harmless.
+  // A question with several answers, "&" in front of a letter that chooses one; waits. The place of
+  // the chosen one. The last is the default, and the answer if the user only closes the question;
+  // it must be harmless.
   virtual size_t choose(std::string_view, std::span<const std::string_view> answers) {
     return answers.size() - 1;
   }

@@ -16,7 +16,7 @@ std::string trackNameFromTime(const DateTime& local);
 std::string fileNameFrom(std::string_view name);
 
 // A free name for a track of its own: "X.XML", "X - 1.XML" .. "X - 9.XML"; empty when all are
-// taken, also by what nobody may read.
+// taken, even by an unreadable file.
 std::string freeTrackPath(std::string_view folder, std::string_view name);
 
 // A free name for an imported one: "X-1.XML" .. "X-99.XML".

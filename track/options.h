@@ -21,7 +21,7 @@ struct RecordingOptions {
   bool recordCourse = false;
   int32_t everyNth = 0;  // above 0: that many fixes are left out between two points
   int32_t bes = 0;       // kept with the track
-  bool manual = false;   // only fixes that the person asks for are recorded
+  bool manual = false;   // only fixes that the user asks for are recorded
 
   // Of the display; a file's speeds and the running distances follow them.
   int32_t speedUnit = 0;     // SpeedUnit

@@ -21,7 +21,7 @@ class RecordingHooks {
   // "Save the track?"; No is the default.
   virtual bool askToSave() { return false; }
   // Into the library or a file of its own, and the library's view follows. False when the track
-  // is not on the disk; then the hook has told the person.
+  // is not on the disk; then the hook has told the user.
   virtual bool save(Track&) { return false; }
   virtual void trackChanged(Track&) {}
 
@@ -48,7 +48,7 @@ class Recording {
   // Ignored while a track is played.
   void pauseOrResume();
   // Ends recording or playing of `track`, of the current one when null. A recorded track is saved;
-  // with `ask` only when the person says so, and is cleared then. What could not be saved stays.
+  // with `ask` only when the user says so, and is cleared then. What could not be saved stays.
   void stop(Track* track, bool ask);
 
   // Every new fix, while recording. True when it became a point. A `force` that is not 0 is kept

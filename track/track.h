@@ -18,7 +18,7 @@ struct TrackAttachment {
 };
 
 struct Track {
-  std::string name;  // empty until the person gives one, or a file of its own needs one
+  std::string name;  // empty until the user gives one, or a file of its own needs one
 
   // Of the recording filter; 0 takes the option's value when recording starts.
   float angleThreshold = 0;     // degrees

@@ -29,7 +29,7 @@ enum class XmlLoadStatus {
   tooLarge,
 };
 
-// What became of a load, for those who want to tell the person; the document is valid anyway.
+// What became of a load, for those who want to tell the user; the document is valid anyway.
 struct XmlLoadResult {
   XmlLoadStatus status = XmlLoadStatus::loaded;
   XmlPlace place;

@@ -37,8 +37,8 @@ bool runCommand(Desktop& app, Command command);
 // A command that came from a hot key: its result is shown at once, whatever was drawn just now.
 bool runHotKey(Desktop& app, Command command);
 
-// The handler of what does not exist yet: says so in the status line. Rows that point here are
-// what is missing.
+// Handler for commands that are not implemented yet; shows a notice in the status line. Rows that
+// use it list the missing features.
 void notImplemented(Desktop& app, Command command);
 
 // The text of a command's menu item: its number is 10000 and the command's.

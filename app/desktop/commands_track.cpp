@@ -28,7 +28,7 @@ void tellChanged(Desktop& app) {
   repaintThrottled(app);
 }
 
-// The track of a file that the person chooses. False when there is none; that is told then.
+// The track of a file that the user chooses. False when there is none; that is told then.
 bool chooseTrack(Desktop& app, Track& track) {
   const std::string path = app.window.chooseFile({.title = std::string(textOf(Text::chooseTrack)),
                                                   .kind = std::string(textOf(Text::tracks)),
@@ -45,7 +45,7 @@ bool chooseTrack(Desktop& app, Track& track) {
   return false;
 }
 
-// What was recorded and not saved goes only when the person says so.
+// What was recorded and not saved goes only when the user says so.
 bool mayReplace(Desktop& app) {
   return app.recorder.track.points.empty() || askQuestion(app, Text::askToDiscard);
 }

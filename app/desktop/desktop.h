@@ -11,7 +11,7 @@
 
 namespace vgps {
 
-// What a person is asked for a file by.
+// What the user is asked for a file by.
 struct FileChoice {
   std::string title;    // of the dialog
   std::string kind;     // in words: "Tracks"
@@ -30,9 +30,9 @@ class DesktopWindow : public Window {
   // Shows the dialog that the command opens and waits until it is closed. False when there is no
   // such dialog.
   virtual bool openDialog(Command) { return false; }
-  // The path of an existing file that a person chose; empty when none.
+  // The path of an existing file that the user chose; empty when none.
   virtual std::string chooseFile(const FileChoice&) { return {}; }
-  // Posts the wish to close, as the frame's button does; the answer is `closeRequested`.
+  // Posts a request to close, as the frame's button does; the answer is `closeRequested`.
   virtual void close() {}
   // Takes menu, child and window away and ends the message loop.
   virtual void destroy() {}

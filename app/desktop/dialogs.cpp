@@ -87,7 +87,7 @@ void fillField(const DialogField& field, DialogView& view, const DialogContext& 
   }
 }
 
-// The loader's own rule also holds for what a person types; a flag that every start switches off
+// The loader's own rule also holds for what the user types; a flag that every start switches off
 // is theirs to switch on.
 double corrected(const DialogField& field, double value) {
   if (value < field.correction.lowest || value > field.correction.highest) {
@@ -162,7 +162,7 @@ void acceptField(const DialogField& field, DialogView& view, DialogContext& cont
 }
 
 // A checked box stays enabled whatever else is checked: a document that has two of them set would
-// otherwise leave a person with nothing to press.
+// otherwise leave the user with nothing to press.
 void enableControls(const Dialog& dialog, DialogView& view) {
   const auto isOff = [&](uint16_t control) {
     return std::any_of(dialog.fields.begin(), dialog.fields.end(), [&](const DialogField& field) {

@@ -86,7 +86,7 @@ struct DialogField {
 
 enum class ActionKind : uint8_t { chooseFile, chooseFolder, playSound, preset, searchPorts };
 
-// A kind of files that a person chooses from.
+// A kind of files that the user chooses from.
 struct FileFilter {
   Text text{};
   const char* pattern = "";
@@ -112,7 +112,7 @@ struct Dialog {
   std::span<const DialogAction> actions{};
 };
 
-// A word of a dialog's layout in the language of the person; empty when it is none of the dialog's
+// A word of a dialog's layout in the language of the user; empty when it is none of the dialog's
 // texts: a language library's own layout has its own words.
 std::string_view dialogText(std::string_view word, Text texts);
 

@@ -98,7 +98,7 @@ constexpr DialogAction preset(uint16_t control, Text label, const RecordingPrese
 
 // Receiver
 
-// The numbers that a person may type without looking, and the ports that are there, by name.
+// The numbers that the user may type without looking, and the ports that are there, by name.
 std::vector<DialogItem> portItems(const DialogContext& context) {
   constexpr int kNumbers = 20;
   std::vector<DialogItem> items;

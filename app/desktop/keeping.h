@@ -5,7 +5,8 @@
 
 #include "app/session/app_state.h"
 
-// What the desktop says about keeping tracks, and what it asks about those that a crash unfinished.
+// What the desktop says about keeping tracks, and what it asks about recordings that a crash
+// interrupted.
 namespace vgps {
 
 // Whether tracks can be kept there; says why not, or that the library is damaged.

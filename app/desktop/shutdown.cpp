@@ -2,7 +2,7 @@
 #include "app/desktop/startup.h"
 #include "base/texts.h"
 
-// The wish to close the program.
+// Closing the program.
 namespace vgps {
 namespace {
 
@@ -11,7 +11,7 @@ bool mayLose(Desktop& app, size_t points) {
   return points == 0 || app.window.ask(textWith(Text::askToCloseUnsaved, std::to_string(points)));
 }
 
-// Whether closing loses no point of the track, or the person knows and wants it. `recorded`: the
+// Whether closing loses no point of the track, or the user knows and wants it. `recorded`: the
 // recording was ended just now, and what is left of it the library has refused; the message said
 // why, so the program stays open without another question. The next close asks.
 bool mayClose(Desktop& app, bool recorded) {

@@ -29,8 +29,8 @@ struct StartOptions {
 };
 
 // "--port COM3 --speed=4800 --simulate", with a blank or "=" before the value, and the switches
-// with one dash. What it does not know is passed over, so that an old shortcut with a switch of
-// another version still starts the program.
+// with one dash. Unknown switches are ignored, so that an old shortcut with a switch from another
+// version still works.
 StartOptions parseStartOptions(std::span<const std::string> arguments);
 
 }  // namespace vgps

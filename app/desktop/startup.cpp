@@ -50,7 +50,7 @@ void simulateTrack(AppState& app, const StartOptions& options) {
   connectReceiver(app, {.simulate = true});
 }
 
-// A damaged document stays as it is until the person changes a setting: it may still be mended.
+// A damaged document stays as it is until the user changes a setting: it may still be mended.
 // The notice may pass behind the question that follows, so it does not count as told of anything
 // else.
 void writeCountdown(AppState& app, int32_t starts) {
@@ -121,7 +121,7 @@ bool endProgram(AppState& app) {
     app.platform.window.tellError(textOf(Text::pointsLost));
   }
   if (app.config.save()) return true;
-  // In a folder that nobody may write to every start is counted in vain; a person need not hear of
+  // In a folder that nobody may write to every start is counted in vain; the user need not hear of
   // that at each end.
   if (!app.config.changedOnly(*Setting(&Settings::updateCountdown))) {
     app.config.tellSaveFailure([&](std::string_view text) { app.platform.window.tellError(text); });

@@ -47,12 +47,12 @@ void remindOfUpdates(Desktop& app);
 void autoConnect(Desktop& app);
 
 // What the program does as soon as its window is there, in this order: the timers, the recording
-// that a crash has left behind (app/library.h), the start options, the reminder of updates,
-// connecting. False when the person closed the window at one of the questions: `isOpen` is asked
+// that a crash has left behind (app/desktop/keeping.h), the start options, the reminder of updates,
+// connecting. False when the user closed the window at one of the questions: `isOpen` is asked
 // behind them.
 bool startWork(Desktop& app, const StartOptions& options, const std::function<bool()>& isOpen);
 
-// The wish to close the program. False when the person wants to go on: nothing has changed then.
+// Handles a request to close the program. Returns false, with nothing changed, if the user cancels.
 bool closeRequested(Desktop& app);
 
 // After the message loop: what was changed is written. False when that failed; it is told unless it

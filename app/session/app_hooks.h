@@ -10,11 +10,11 @@
 
 namespace vgps {
 
-// What the receiver's side asks for, passed on: sounds at once, everything else through the door
-// to the user-interface thread, in the name of the source whose reader speaks.
+// Forwards requests from the receiver code. Sounds play immediately; everything else is sent to the
+// user-interface thread, tagged with the generation of the source that sent it.
 class AppHooks : public GpsHooks {
  public:
-  // `speaking`: the generation of the source whose reader calls.
+  // `deliveringGeneration`: the generation of the source whose reader calls.
   AppHooks(UiThread& uiThread, Sounds& sounds, Window& window,
            const std::atomic<uint32_t>& deliveringGeneration)
       : uiThread_(uiThread),

@@ -27,7 +27,7 @@
 
 namespace vgps {
 
-// What the program runs on; every part can be a test's own.
+// The services the program depends on. Tests can replace any of them.
 struct Platform {
   const Clock& clock;
   Sounds& sounds;
@@ -35,7 +35,7 @@ struct Platform {
   Window& window;
   std::function<std::unique_ptr<SerialPort>()> makePort;
   LocationSensorManager* sensors = nullptr;
-  // The rest may be missing: then it cannot be done here.
+  // The rest may be missing where the system cannot do it.
   std::function<std::vector<PortName>()> listPorts = {};  // called by readers too
   std::function<bool(const DateTime& utc)> setSystemTime = {};
   // Starts the system's installer for mobile devices with this argument; false when there is none.
@@ -57,11 +57,11 @@ struct ArrivalTicks {
   Arrival view;      // the satellites that are heard
   Arrival dilution;  // of precision
   Arrival quality;   // of the fix, as a sentence with more to say than "valid" gave it
-  Arrival noise;     // bytes that nobody understands; of this connection, like the quality
+  Arrival noise;     // bytes that are not understood; of this connection, like the quality
 };
 
-// The user interface's own copy of what the receiver said, taken while the reader waits. Drawing,
-// recording and timers look at this and never at the live fix.
+// The user interface's copy of the receiver data, taken while the reader is blocked. Drawing,
+// recording, and timers use this copy, never the live fix.
 struct UiFix {
   FixRecord fix;
   SatelliteTable satellites;
@@ -82,7 +82,7 @@ struct UiFix {
   uint64_t lastByteMicros = 0;  // when the end of the newest line came; 0 in a replay
 };
 
-// Features that belong to other rooms or come with their own parts. What is empty is not there yet.
+// Features that other rooms provide. An empty one is not available.
 struct AppExtensions {
   // The track as the text of a GPX document.
   std::function<bool(const Track&, std::string& document)> buildGpx;
@@ -111,7 +111,7 @@ enum class Projection : int32_t {
 };
 enum class ColourScheme : uint8_t { day, night, custom };
 
-// What handled messages of the receiver bring to the displays. Skipped ones bring nothing.
+// Display updates pending from handled receiver messages. Skipped messages add none.
 struct PendingDisplay {
   bool waiting = false;  // a message was handled since the last repaint
   // For so many more handled messages the displays point out...
@@ -126,7 +126,7 @@ struct PendingDisplay {
 
 struct AppState;
 
-// What the recorder asks for, passed on to the program's parts.
+// Passes the recorder's requests on to the parts of the program.
 class SessionRecorderHooks : public RecorderHooks {
  public:
   // `app` outlives this.
@@ -150,7 +150,7 @@ class SessionRecorderHooks : public RecorderHooks {
   std::atomic<bool> journalFailed_{false};
 };
 
-// Everything that the program knows, once. Made by the program's entry, handed down from there.
+// The complete application state. Created once at program entry and passed down from there.
 struct AppState {
   explicit AppState(Platform platformToUse, const XmlFiles& files = systemFiles());
 
@@ -194,17 +194,17 @@ struct AppState {
   uint64_t drawnByteMicros = 0;  // of which data it was measured
 };
 
-// One line for the person, in the status for ten seconds.
+// Shows one line in the status for ten seconds.
 void showNotice(AppState& app, std::string_view text);
-// The notice, or nothing when it has stood long enough.
+// The notice, or nothing when its time is over.
 std::string_view currentNotice(const AppState& app);
 
 // A yes-or-no question; No is the default.
 bool askQuestion(AppState& app, Text text);
 
-// The current screen anew, at most every 800 ms.
+// Redraws the current screen, at most every 800 ms.
 bool repaintThrottled(AppState& app);
-// At once: a person has pressed something and wants to see it.
+// Redraws at once, after a key or a button.
 void repaintNow(AppState& app);
 
 // To be called when a screen that shows the fix has been drawn.

@@ -6,19 +6,19 @@
 
 namespace vgps {
 
-// Takes over what the settings say, for every part that keeps values of its own: receiver,
-// recording, display. After the start and after each dialog that saved.
+// Applies the settings to every part that keeps its own copy of a value: receiver, recording,
+// display. Called at startup and after each dialog that saved.
 void applySettings(AppState& app);
 
-// The same for what something else than this program's dialogs has written into the settings
-// document since it was read: the options grid, another program. The document is looked at before
-// a connection is opened and before a dialog shows settings.
+// Applies changes that did not come from a dialog of this program: from the options grid or from
+// another program that wrote the file. Called before a connection is opened and before a dialog
+// shows settings.
 void refreshSettings(AppState& app);
 
-// What the settings say about recording.
+// The recording options in the settings.
 RecordingOptions recordingOptionsOf(const Settings& settings);
 
-// The file that a person has chosen for a sound of the program; empty: the program's own.
+// The file that the user chose for a sound; empty for the built-in sound.
 const std::string& soundFile(const Settings& settings, std::string_view sound);
 
 }  // namespace vgps

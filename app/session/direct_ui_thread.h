@@ -7,15 +7,15 @@
 
 namespace vgps {
 
-// The door where the reader's steps and the user interface's run on one thread, as in a replay:
-// a message is handled by a direct call.
+// The channel to the user-interface thread where reader and user interface share one thread, as in
+// a replay: each message is handled by a direct call.
 class DirectUiThread : public UiThread {
  public:
   using Handler = std::function<void(const UiMessage&)>;
 
   explicit DirectUiThread(Handler handler = {}) : handler_(std::move(handler)) {}
 
-  // To be called before the first message.
+  // Call it before the first message.
   void setHandler(Handler handler) { handler_ = std::move(handler); }
 
   bool send(const UiMessage& message) override {

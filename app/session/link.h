@@ -16,7 +16,7 @@ struct SourceChoice {
   bool useSensorApi = false;
 };
 
-// In milliseconds. Attempts are made a tenth early, since timers are never exact.
+// In milliseconds. Attempts are made a tenth early because timers are never exact.
 struct LinkTimes {
   uint32_t lostAfterMs = 10000;    // without a byte
   uint32_t retryMs = 5000;         // from a failed attempt to the next one
@@ -29,10 +29,9 @@ struct LinkTimes {
 inline constexpr LinkTimes kUnattendedTimes = {.retryMs = 1000, .retryFirstOpening = true};
 
 // The link to the receiver, the same for the window and the command line: opens a source and
-// watches over a serial one. When the device is unplugged or falls silent it is looked for until
-// its data come again, also under another name; the reader goes on meanwhile and does the looking.
-// The link itself says nothing: its user asks for the state and puts it into words. All calls come
-// from the user-interface thread.
+// monitors a serial one. When the device is unplugged or goes silent, the reader keeps looking for
+// it, even under another port name, until data arrives again. The link reports nothing itself:
+// callers query its state and put it into words. All calls come from the user-interface thread.
 class Link {
  public:
   enum class State {
@@ -45,21 +44,22 @@ class Link {
 
   Link(GpsFix& fix, const Clock& clock) : fix_(fix), clock_(clock) {}
 
-  // Closes the source before. True, and closed, for a location sensor that is not there.
+  // Closes the previous source first. Returns true for a missing location sensor too; the link is
+  // closed then.
   bool open(const SourceChoice& source);
-  // False when neither a serial port nor a sensor was open.
+  // Returns false if neither a serial port nor a sensor was open.
   bool close(bool silent = false);
 
   // Releases a serial port for others to open, and takes it back.
   void hold();
   void resume();
 
-  // Something came down the line. True when it ends a loss.
+  // Bytes have arrived. Returns true if they end a loss.
   bool noteBytes();
 
-  // To be called every second or every few. `reconnect` false: a loss is not looked for, and a lost
-  // port that does not work by now is closed. True when the device has just been lost: it was
-  // unplugged if `error` is `notThere`, else it fell silent.
+  // Call it every second or every few seconds. With `reconnect` false, losses are not detected and
+  // a lost port that still does not work is closed. Returns true if the device has just been lost:
+  // unplugged if `error` is `notThere`, otherwise silent.
   bool check(bool reconnect);
 
   State state() const { return state_; }

@@ -5,11 +5,11 @@
 
 namespace vgps {
 
-// Everything that comes through the uiThread, on the user-interface thread while its sender waits.
+// Handles every message from the reader, on the user-interface thread while its sender waits.
 void onUiMessage(AppState& app, const UiMessage& message);
 
-// Draws what was handled and has not been drawn yet, as soon as a repaint is due again: the last
-// sentences of a burst would otherwise wait for the next one. False when there was nothing to do.
+// Draws what was handled but not drawn yet, as soon as a repaint is due again: the last sentences
+// of a burst would otherwise wait for the next one. Returns false if there was nothing to do.
 bool refreshDisplays(AppState& app);
 
 }  // namespace vgps

@@ -4,8 +4,8 @@
 
 namespace vgps {
 
-// The program's own files. Those beside the program are named by its folder; the backup lies, as
-// every name that begins with a point, where the program was started.
+// The program's own files. They are in the program's folder, except for the backup: names that
+// begin with a period are relative to the working folder.
 struct AppPaths {
   std::string folder;
   std::string settings;  // vgps.xml

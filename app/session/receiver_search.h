@@ -6,13 +6,12 @@
 
 namespace vgps {
 
-// A search for a receiver needs the ports for itself: the one in use is given free until the search
-// ends. What is connected stays so.
+// A search for a receiver needs exclusive access to the ports: the port in use is released until
+// the search ends. The connection counts as open meanwhile.
 void beginReceiverSearch(AppState& app);
 
-// Connects to the receiver that the person chose and keeps it in the settings, in place of any
-// other source; settings that cannot be written are told. Without a choice the port in use is taken
-// again.
+// Connects to the receiver that the user chose and stores it in the settings in place of any other
+// source; a failure to write them is reported. Without a choice, the previous port is opened again.
 void endReceiverSearch(AppState& app, const std::optional<SourceChoice>& chosen);
 
 }  // namespace vgps

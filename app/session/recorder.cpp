@@ -180,7 +180,7 @@ RecordingEnd Recorder::end() {
   journal_->close();
   UnfinishedRecording whole(journalSettings());
   ended.journal = whole.open(path);
-  whole.take(std::exchange(track, {}));
+  whole.replaceTrack(std::exchange(track, {}));
   ended.keeping = keepUnfinished(whole);
   if (ended.keeping.outcome == Keeping::Outcome::kept) return ended;
   whole.continueInto(track);

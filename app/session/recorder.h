@@ -22,8 +22,8 @@ struct RecorderPlaces {
   std::string file = {};      // not empty: tracks go into this file instead of the library
 };
 
-// What the recorder asks of the program around it. Called on the thread that records, unless it
-// says otherwise.
+// What the recorder needs from the program around it. Called on the recording thread unless stated
+// otherwise.
 class RecorderHooks {
  public:
   virtual ~RecorderHooks() = default;
@@ -59,10 +59,10 @@ struct LibraryOpening {
   }
 };
 
-// Why the library cannot lie at its place; empty when it can.
+// Why the library cannot be stored at its path; empty if it can.
 std::string placeMessage(const LibraryOpening& opening);
 
-// What became of a track that was to be kept.
+// The result of saving a track.
 struct Keeping {
   enum class Outcome {
     nothing,   // there was nothing to keep
@@ -76,17 +76,18 @@ struct Keeping {
   std::string damagedBackupPath = {};  // the damaged library was copied there first; else empty
 };
 
-// How a recording ended where there is nobody to ask.
+// How a recording ended in a program that cannot ask the user.
 struct RecordingEnd {
   Keeping keeping;
-  // What was found in the journal's place: `open` unless somebody has taken it away or spoiled it.
+  // The state of the journal: `open` unless another program has removed or damaged it.
   JournalResult journal = JournalResult::open;
   size_t unsavedPoints = 0;  // points that only memory has
 };
 
-// A recording from its first point to the disk: the filter decides which fixes become points, a
-// journal has them within seconds, the library or a file takes the whole track, and what a crash
-// left is continued or kept. It returns what happened; the front ends put it into words.
+// A recording from its first point to the disk: the filter decides which fixes become points, the
+// journal saves them within seconds, the library or a file gets the whole track, and a recording
+// that a crash interrupted is continued or saved. Results are returned; the front ends put them
+// into words.
 class Recorder : private RecordingHooks {
  public:
   // `hooks` and `clock` outlive the recorder; `hooks` is called only after this has returned.
@@ -97,43 +98,44 @@ class Recorder : private RecordingHooks {
   TrackLibrary library;
   std::vector<std::pair<double, double>> drawnPath;  // longitude, latitude
 
-  // False when something is being recorded or played.
+  // Returns false if a track is already being recorded or played.
   bool start();
   void pauseOrResume() { recording_.pauseOrResume(); }
-  // Ends recording or playing. A recorded track is kept; with `ask` only when the hook says so, and
-  // is cleared then. What could not be kept stays.
+  // Ends recording or playback. A recorded track is saved, with `ask` only if the hook agrees, and
+  // then cleared. A track that could not be saved stays.
   Keeping stop(bool ask);
   // Every complete fix, while recording.
   void offer(const FixRecord& fix) { recording_.offer(fix); }
-  // False when nothing is being recorded.
+  // Returns false if no recording is in progress.
   bool mark() { return recording_.mark(); }
   void requestPoint() { recording_.requestPoint(); }
   const Recording& recording() const { return recording_; }
 
-  // The library at its place; opened only once for each path.
+  // The library at its path, opened only once for each path.
   LibraryOpening openLibrary();
 
-  // The track was replaced or given up: its journal goes.
+  // The track was replaced or discarded: deletes its journal.
   void pointsSavedOrDiscarded() override;
-  // Whether the track has recorded points that were neither saved nor given up, and no journal has
-  // them either.
+  // Whether the track has recorded points that were neither saved nor discarded and are in no
+  // journal.
   bool inMemoryOnly() const { return inMemoryOnly_; }
   bool hasJournal() const { return journal_->isOpen(); }
-  // The program ends; what was neither saved nor given up stays on the disk for the next start.
-  // False when the disk did not take everything.
+  // The program ends; points that were neither saved nor discarded stay on disk for the next start.
+  // Returns false if some could not be written.
   bool closeJournal() { return journal_->close(); }
-  // The program goes on after such a close: the journal takes the points again that it lacks, a new
-  // one where it is gone. Returns how many these are.
+  // The program continues after such a close: missing points are written to the journal again, or
+  // to a new one if it is gone. Returns their number.
   size_t resumeJournal();
 
-  // For those who open what an ended program unfinished.
+  // For opening the journals of programs that did not end properly.
   JournalSettings journalSettings();
-  // Its points become the current track, which goes on being recorded into the same journal.
+  // Its points become the current track, and recording continues into the same journal.
   void continueFrom(UnfinishedRecording& unfinished);
-  // Into the library. What could not be kept stays in its journal, as long as `left` holds it.
+  // Saves it to the library. On failure the points stay in its journal for as long as `unfinished`
+  // has it open.
   Keeping keepUnfinished(UnfinishedRecording& unfinished);
-  // Ends a recording where nobody can be asked: into the library, or where that refuses into the
-  // journal. May be repeated while points are unsavedPoints.
+  // Ends a recording without asking: saves it to the library or, if that fails, to the journal. May
+  // be repeated while points are unsaved.
   RecordingEnd end();
 
  private:

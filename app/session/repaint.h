@@ -5,13 +5,13 @@
 
 namespace vgps {
 
-// At most one repaint every 800 ms, whoever asks for it: a 10 Hz receiver must not redraw the map
-// on every sentence.
+// Allows at most one repaint every 800 ms: a 10 Hz receiver must not redraw the map on every
+// sentence.
 class RepaintThrottle {
  public:
   // Whether a repaint is due at `tick` (milliseconds); if so, the next is due 800 ms later.
   bool due(uint32_t tick);
-  // The next one is due at once: a person has pressed a key and wants to see it.
+  // Makes the next repaint due at once, after a key was pressed.
   void reset(uint32_t tick) { lastRepaintTick_ = tick - kIntervalMs; }
 
  private:

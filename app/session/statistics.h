@@ -4,7 +4,7 @@
 
 namespace vgps {
 
-// How long the program has done what.
+// How long the program has been running, connected, recording, and moving.
 struct Statistics {
   uint64_t totalSeconds = 0;
   uint64_t connectedSeconds = 0;

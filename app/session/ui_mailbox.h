@@ -10,9 +10,9 @@
 
 namespace vgps {
 
-// The door to the user-interface thread where there is no window: a slot for one sent message,
-// whose sender waits until it is handled, and a queue for posted ones. The thread that calls `wait`
-// is the user-interface thread.
+// The message channel to the user-interface thread of a program without a window: one slot for a
+// sent message, whose sender blocks until it is handled, and a queue for posted messages. The
+// thread that calls `wait` is the user-interface thread.
 class UiMailbox : public UiThread {
  public:
   using Handler = std::function<void(const UiMessage&)>;

@@ -10,8 +10,8 @@
 
 namespace vgps {
 
-// What this program changed in the settings document. Another program may have written the file
-// since it was read: then these changes alone are made in what lies there now.
+// The changes this program made to the settings. If another program has written the file since it
+// was read, only these changes are applied to the new contents.
 class ConfigChanges {
  public:
   // The document at `path` was just read or written.

@@ -65,7 +65,7 @@ class ConfigStore {
   // the file is as it was. Nothing is written over a file that cannot be read.
   bool save();
 
-  // Tells that the last `save` failed, unless that was told since one succeeded: a person hears it
+  // Tells that the last `save` failed, unless that was told since one succeeded: the user hears it
   // once, and not with every setting. Whether it was told now.
   bool tellSaveFailure(const std::function<void(std::string_view message)>& tell);
 

@@ -9,7 +9,7 @@
 
 #include "app/settings/config_store.h"
 
-// The rows of the options grid: every setting that a person may edit as a line of text, under the
+// The rows of the options grid: every setting that the user may edit as a line of text, under the
 // label that it has there.
 namespace vgps {
 

@@ -16,14 +16,14 @@ constexpr std::chrono::milliseconds kLettingGo{300};
 
 struct DialogSearch::Run {
   std::mutex mutex;       // of all below
-  HWND dialog = nullptr;  // null: nobody listens any more
+  HWND dialog = nullptr;  // null: the dialog is gone
   bool ended = false;
   std::condition_variable settled;
   std::vector<uint32_t> answered;
 
   std::optional<uint32_t> testing;
 
-  // False when nobody listens.
+  // Returns false if the dialog is gone.
   bool tell(uint32_t port) {
     const std::lock_guard lock(mutex);
     if (dialog != nullptr && testing != port) PostMessageW(dialog, kTesting, port, 0);

@@ -41,7 +41,7 @@ class WindowDialogView : public DialogView {
 
   HWND dialog_;
   std::map<uint16_t, Colour> colours_;
-  std::array<COLORREF, 16> mixedColours_{};  // that the person made while this dialog is open
+  std::array<COLORREF, 16> mixedColours_{};  // that the user made while this dialog is open
 };
 
 }  // namespace vgps

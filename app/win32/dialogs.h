@@ -15,7 +15,7 @@ namespace vgps {
 // or the system refuses. `layouts`: a language library to take the layout from when it has it.
 int runDialog(HWND owner, DialogContext& context, Command command, HMODULE layouts = nullptr);
 
-// Asks for one line of text; nothing when the person gave up.
+// Asks for one line of text; nothing when the user gave up.
 std::optional<std::string> askText(HWND owner, std::string_view caption, std::string_view prompt,
                                    const std::string& text, HMODULE layouts = nullptr);
 

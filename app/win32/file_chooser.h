@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-// The system's own dialogs for files and folders that exist. Nothing when the person gave up. They
+// The system's own dialogs for files and folders that exist. Nothing when the user gave up. They
 // begin where `current` lies, and leave the program's current folder alone: names like ".\maps"
 // count from it.
 namespace vgps {

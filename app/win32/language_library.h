@@ -6,7 +6,7 @@
 
 namespace vgps {
 
-// The library of the person's language: texts by their number, and dialogs by theirs. While this
+// The library of the user's language: texts by their number, and dialogs by theirs. While this
 // lives its texts stand in place of the English ones.
 class LanguageLibrary {
  public:

@@ -217,7 +217,7 @@ void MainWindow::onKey(WPARAM key) {
   if (key == VK_SPACE) app_->gps.simulation.step();
 }
 
-// The wish may come again while the person is being asked.
+// Another close request may arrive while the question is open.
 void MainWindow::onClose() {
   if (closing_) return;
   closing_ = true;
@@ -226,7 +226,7 @@ void MainWindow::onClose() {
   followState();
 }
 
-// The person logs off or the machine goes down, and nobody waits for answers: the recording's
+// The user logs off or the machine goes down, and nobody waits for answers: the recording's
 // journal stays for the next start.
 // No point may come behind the journal's end: it would begin another one.
 void MainWindow::onEndOfSession() {

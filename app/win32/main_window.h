@@ -26,7 +26,7 @@ std::wstring programTitle();
 struct WindowSetting {
   HINSTANCE instance = nullptr;
   const LanguageLibrary* language = nullptr;  // null: everything in English
-  ProgramSounds* sounds = nullptr;            // told when the person has chosen others
+  ProgramSounds* sounds = nullptr;            // told when the user has chosen others
 };
 
 // The one top-level window. It draws what `Desktop` holds and passes on what happens to it.

@@ -9,7 +9,7 @@ namespace {
 
 constexpr DWORD kTurnMs = 5000;
 
-// In the session of the person: each may run a copy.
+// In the session of the user: each may run a copy.
 constexpr const wchar_t* kStartupLockName = L"Local\\VGPS START";
 
 bool answersAsOurs(HWND window) {
@@ -19,7 +19,7 @@ bool answersAsOurs(HWND window) {
          isOwnAnswer(answer);
 }
 
-// A question that is open is what the person has to see: the window behind it takes no input.
+// A question that is open is what the user has to see: the window behind it takes no input.
 void bringToFront(HWND window) {
   ShowWindow(window, IsIconic(window) ? SW_RESTORE : SW_SHOW);
   SetForegroundWindow(GetLastActivePopup(window));

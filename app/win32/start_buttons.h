@@ -21,7 +21,7 @@ class StartButtons {
   ~StartButtons() { forgetFont(); }
 
   // Shown and hidden; the first showing makes them. False when the system refuses. `fontFactor`:
-  // how large a person wants the texts.
+  // how large the user wants the texts.
   bool show(HWND parent, bool shown, float fontFactor = 1);
   bool areShown() const { return shown_; }
   // Anew for the size of the client area.

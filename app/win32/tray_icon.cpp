@@ -35,7 +35,7 @@ void TrayIcon::remove() {
   wanted_ = shown_ = false;
 }
 
-// Without the keyboard the menu would stay when the person presses somewhere else, and the message
+// Without the keyboard the menu would stay when the user presses somewhere else, and the message
 // behind it makes the system notice that it has gone.
 uint32_t TrayIcon::choose(HWND window, std::span<const TrayMenuRow> rows) {
   const HMENU menu = CreatePopupMenu();

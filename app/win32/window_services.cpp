@@ -44,7 +44,7 @@ void MainWindow::showTitle() {
   SetWindowTextW(window_, titled_ && !title.empty() ? title.c_str() : programTitle().c_str());
 }
 
-// A message box runs until the person answers, and the caller may be a reader that waits.
+// A message box runs until the user answers, and the caller may be a reader that waits.
 void MainWindow::tellError(std::string_view text) { queueMessage(text, MB_ICONERROR); }
 
 void MainWindow::tell(std::string_view text) { queueMessage(text, MB_ICONINFORMATION); }

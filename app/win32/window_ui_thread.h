@@ -10,9 +10,10 @@ namespace vgps {
 
 struct GpsFix;
 
-// The door as window messages, numbered as the events are. In a message for a line the first
-// parameter is the line as wide text, or the message record of a binary protocol, and the second
-// the address of the fix. Texts of other events travel the same way.
+// Sends messages to the user-interface thread as window messages, numbered like the events. In a
+// message for a line the first parameter is the line as wide text, or the message record of a
+// binary protocol, and the second the address of the fix. Texts of other events travel the same
+// way.
 class WindowUiThread : public UiThread {
  public:
   // What the window procedure answers to a message that it has handled.
@@ -36,8 +37,8 @@ class WindowUiThread : public UiThread {
 };
 
 // The event that a window message stands for. False for other messages, and for those that do not
-// come through the door of this `fix`: another program may send anything, and only behind a message
-// of the door does a reader wait. `text` holds what `message` looks at.
+// come from the reader of this `fix`: another program may send anything, and only for messages of
+// the reader is there a waiting sender. `text` holds what `message` looks at.
 bool readUiMessage(UINT number, WPARAM first, LPARAM second, const GpsFix& fix, std::string& text,
                    UiMessage& message);
 

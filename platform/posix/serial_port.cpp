@@ -224,7 +224,7 @@ bool PosixSerialPort::write(std::span<const char> bytes) {
          ::write(device_.get(), bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
 }
 
-// Stays readable, so whoever waits later is woken too.
+// Stays readable, so later waits are woken too.
 void PosixSerialPort::wakeReader() {
   const uint64_t one = 1;
   (void)!::write(wake_.get(), &one, sizeof one);
@@ -245,7 +245,7 @@ void PosixSerialPort::close() {
   closing_ = true;
   wakeReader();
   unused_.wait(lock, [this] { return uses_ == 0; });
-  // A pseudo-terminal would keep the mode for whoever opens it next.
+  // A pseudo-terminal would keep the mode for the next program that opens it.
   ::ioctl(device_.get(), TIOCNXCL);
   device_ = Descriptor();
   wake_ = Descriptor();

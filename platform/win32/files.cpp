@@ -8,7 +8,7 @@
 namespace vgps {
 namespace {
 
-// Opened for nothing but questions about what it leads to: nobody is in its way.
+// Opened only to query what it refers to, so it never conflicts with other programs.
 Handle lookAt(const std::string& path) {
   return Handle(CreateFileW(wideFromUtf8(path).c_str(), 0,
                             FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,

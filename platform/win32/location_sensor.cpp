@@ -88,7 +88,7 @@ class Win32SensorManager : public LocationSensorManager {
   std::unique_ptr<LocationSensor> open(const std::string& identifier) override;
 };
 
-// The person is asked once, beside the program: a refusal shows as a sensor without data.
+// The user is asked once, beside the program: a refusal shows as a sensor without data.
 void askForPermission(ISensorManager& manager, ISensor& sensor) {
   const auto sensors = createObject<ISensorCollection>(kSensorCollection);
   if (sensors == nullptr || FAILED(sensors->Add(&sensor))) return;
