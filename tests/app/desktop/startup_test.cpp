@@ -37,21 +37,6 @@ TEST(Startup, TheColoursFollowTheLocalHour) {
   }
 }
 
-TEST(Startup, TheUtcOffsetIsMeasuredOnceInWholeHours) {
-  AppWorld world;
-  world.clock.utcNow.day = 31;
-  world.clock.utcNow.hour = 23;
-  world.clock.utcNow.minute = 30;
-  world.clock.localNow.day = 1;
-  world.clock.localNow.hour = 1;
-  world.clock.localNow.minute = 30;
-  startClocks(world.app);
-  EXPECT_EQ(world.app.gps.options.utcOffsetMinutes, 2760) << "right modulo a day";
-  world.receive("$GPRMC,233000,A,4807.038,N,01131.000,E,022.4,084.4,311299,003.1,W*6A\r\n");
-  EXPECT_EQ(world.app.shown.fix.localTime.hour, 1);
-  EXPECT_EQ(world.app.shown.fix.localTime.minute, 30);
-}
-
 TEST(Startup, SettingsReachEveryPart) {
   ProgramWorld world;
   world.folder.write(
@@ -203,16 +188,6 @@ TEST(Startup, UpdatesAreRemindedOfEveryTwentyStarts) {
   world.app.settings.updateCountdown = 0;
   remindOfUpdates(world.app);
   EXPECT_NE(currentNotice(world.app), "") << "command 197";
-}
-
-TEST(Startup, ConnectsByItselfWhenTheSettingIsOn) {
-  for (const bool on : {false, true}) {
-    ProgramWorld world;
-    world.app.gps.simulation.paceMs = 600000;
-    world.load(on ? "agc=\"1\"" : "", "simu=\"1\"");
-    autoConnect(world.app);
-    EXPECT_EQ(world.app.fix.running, on);
-  }
 }
 
 TEST(Startup, OptionsOfTheCommandLine) {
