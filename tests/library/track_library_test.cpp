@@ -123,6 +123,16 @@ TEST_P(EitherLibrary, EditingKeepsWhatTheOptionsWouldNotWrite) {
   }
 }
 
+TEST_P(EitherLibrary, ThinningTakesPointsOut) {
+  Track track = walk("Straight", 9);
+  for (TrackPoint& point : track.points) point.m = 0;
+  ASSERT_EQ(library_.add(track, {}, kAddedAt), LibraryResult::done);
+  ASSERT_EQ(library_.thin(0, {}), LibraryResult::done);
+  EXPECT_EQ(library_.tracks()[0].points, 2U);
+  ASSERT_EQ(library_.undo(), LibraryResult::done);
+  EXPECT_EQ(library_.tracks()[0].points, 9U);
+}
+
 TEST_P(EitherLibrary, ReplacingTakesTheNewPoints) {
   addThree();
   Track other = walk("", 1, 99);

@@ -167,6 +167,24 @@ TEST_F(Waypoints, ChangesToADamagedDocumentMeetTheRightOne) {
   EXPECT_EQ(listOnDisk(), "Huts: B");
 }
 
+TEST_F(Waypoints, NoStepOfAChangeLosesThem) {
+  bool finished = false;
+  for (int steps = 0; !finished && steps < 40; ++steps) {
+    SCOPED_TRACE(steps);
+    openWith(kSample);
+    const DyingDisk dying(steps);
+    WaypointLibrary library(dying.disk());
+    library.open(path_);
+    const LibraryResult result = library.remove(0);
+    finished = !dying.isDead();
+    const char* const expected =
+        result == LibraryResult::done ? "Huts: Camp, Peak" : "Home | Huts: Camp, Peak";
+    EXPECT_EQ(listOf(library), expected);
+    EXPECT_EQ(listOnDisk(), expected);
+  }
+  EXPECT_TRUE(finished);
+}
+
 TEST_F(Waypoints, AnotherProgramsChangeIsNotWrittenOver) {
   openWith(kSample);
   WaypointLibrary other;

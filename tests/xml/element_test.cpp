@@ -172,6 +172,21 @@ TEST(XmlElement, ManyAndLongAttributes) {
   EXPECT_EQ(wide.GetRootElement().FindAttribute("n65534").GetValueInt(), 65534);
 }
 
+TEST(XmlAttribute, TypedValues) {
+  XmlDocument document;
+  XmlAttribute value = document.GetRootElement().AddVariable("v", "");
+  value.SetValueInt(-5);
+  EXPECT_EQ(value.GetValueInt(), -5);
+  EXPECT_EQ(value.GetValueUInt(), 4294967291U);
+  value.SetValueUInt(UINT32_MAX);
+  EXPECT_EQ(value.GetValue(), "4294967295");
+  value.SetValueInt64(INT64_MIN);
+  EXPECT_EQ(value.GetValueInt64(), INT64_MIN);
+  value.SetValueUInt64(UINT64_MAX);
+  EXPECT_EQ(value.GetValueUInt64(), UINT64_MAX);
+  EXPECT_EQ(value.GetValueInt64(), INT64_MAX);
+}
+
 // A position survives reading and writing as a double; 32 bits lose a digit of it.
 TEST(XmlAttribute, PositionsReadAsDoublesKeepTheirText) {
   struct Row {

@@ -84,6 +84,15 @@ TEST(Commands, ColoursSizesDialogs) {
   EXPECT_EQ(world.window.done, std::vector<std::string>{"close"});
 }
 
+TEST(Commands, ANoticeStandsForTenSeconds) {
+  AppWorld world;
+  showNotice(world.app, "hello");
+  world.clock.now += 9999;
+  EXPECT_EQ(currentNotice(world.app), "hello");
+  world.clock.now += 1;
+  EXPECT_EQ(currentNotice(world.app), "");
+}
+
 TEST(Commands, AHotKeyIsShownAtOnceAndIsKnownAsOne) {
   AppWorld world;
   repaintNow(world.app);

@@ -186,6 +186,23 @@ TEST_F(DialogRows, NegatedWhileItsBoxIsOff) {
   EXPECT_EQ(stored("cfg\\vgps", "bes"), "-4");
 }
 
+TEST_F(DialogRows, PresetsFillTheThreeThresholds) {
+  const struct {
+    uint16_t button;
+    const char *speed, *angle, *altitude;
+  } presets[] = {{CONTROL_PRESET_WALKING, "1", "20", "10"},
+                 {CONTROL_PRESET_DRIVING, "5", "10", "30"},
+                 {CONTROL_PRESET_FLYING, "50", "5", "100"}};
+  for (const auto& preset : presets) {
+    openWith(kRecord, "");
+    press(preset.button);
+    ok();
+    EXPECT_EQ(stored("cfg\\track", "speed"), preset.speed);
+    EXPECT_EQ(stored("cfg\\track", "angle"), preset.angle);
+    EXPECT_EQ(stored("cfg\\track", "alt"), preset.altitude);
+  }
+}
+
 TEST_F(DialogRows, ASourceWithoutAPortDisablesTheRest) {
   const uint16_t boxes[] = {CONTROL_SIMULATE, CONTROL_GPS_API, CONTROL_SENSOR_API};
   const char* const keys[] = {"simu", "gapi", "sapi"};
@@ -263,6 +280,16 @@ TEST_F(DialogRows, PortSearchTellsWhoAnswered) {
   const uint32_t another[] = {5};
   tellSearchResult(view_, another);
   EXPECT_EQ(at(CONTROL_PORT).text, "COM3") << "a port that was chosen stays";
+}
+
+TEST_F(DialogRows, ListsShowTheStoredUnit) {
+  openWith(kDistance, "<vgps dmvl='2' dmvs='9'/>");
+  EXPECT_EQ(at(CONTROL_LONG_UNIT).selected, 2);
+  EXPECT_EQ(at(CONTROL_SHORT_UNIT).selected, -1);
+  at(CONTROL_LONG_UNIT).selected = 1;
+  ok();
+  EXPECT_EQ(stored("cfg\\vgps", "dmvl"), "1");
+  EXPECT_EQ(stored("cfg\\vgps", "dmvs"), "9") << "nothing was chosen";
 }
 
 // 0x00BBGGRR in decimal.

@@ -23,7 +23,7 @@ TEST(Startup, OnlyTheLowerHalfOfTheAnswerCounts) {
   EXPECT_FALSE(isOwnAnswer(0xFEFEFEFE00000000));
 }
 
-TEST(Startup, TheColoursFollowTheLocalHour) {
+TEST(Startup, TheColoursAndTheUtcOffsetFollowTheLocalHour) {
   const std::pair<uint16_t, ColourScheme> rows[] = {
       {0, ColourScheme::night}, {5, ColourScheme::night}, {6, ColourScheme::day},
       {12, ColourScheme::day},  {19, ColourScheme::day},  {20, ColourScheme::night},
@@ -32,8 +32,10 @@ TEST(Startup, TheColoursFollowTheLocalHour) {
     AppWorld world;
     world.clock.localNow.hour = hour;
     world.clock.localNow.minute = 59;
+    world.clock.utcNow.hour = 2;
     startClocks(world.app);
     EXPECT_EQ(world.app.scheme, scheme) << hour;
+    EXPECT_EQ(world.app.gps.options.utcOffsetMinutes, (2 - hour) * 60);
   }
 }
 
@@ -188,6 +190,16 @@ TEST(Startup, UpdatesAreRemindedOfEveryTwentyStarts) {
   world.app.settings.updateCountdown = 0;
   remindOfUpdates(world.app);
   EXPECT_NE(currentNotice(world.app), "") << "command 197";
+}
+
+TEST(Startup, ConnectsByItselfWhenTheSettingIsOn) {
+  for (const bool on : {false, true}) {
+    ProgramWorld world;
+    world.app.gps.simulation.paceMs = 600000;
+    world.load(on ? "agc=\"1\"" : "", "simu=\"1\"");
+    autoConnect(world.app);
+    EXPECT_EQ(world.app.fix.running, on);
+  }
 }
 
 TEST(Startup, OptionsOfTheCommandLine) {

@@ -97,6 +97,15 @@ TEST_F(ConfigFile, TheLedFontIsOffAtEveryStartAndTheDocumentUntouched) {
   EXPECT_FALSE(store_.changed());
 }
 
+TEST_F(ConfigFile, LongStringsAreCutBetweenCharacters) {
+  write("<root><cfg><gps port=\"COM34567890\"/><vgps stn=\"" + std::string(199, 'x') +
+        "\xF0\x9F\x9B\xB0\"/></cfg></root>");
+  ASSERT_TRUE(store_.open(path()));
+  const Settings settings = loadSettings(store_);
+  EXPECT_EQ(settings.port, "COM3456789");
+  EXPECT_EQ(settings.smsNumber, std::string(199, 'x'));
+}
+
 TEST_F(ConfigFile, AGroupIsSavedAtOnceAndNothingElse) {
   ASSERT_TRUE(store_.open(path()));
   Settings settings;
