@@ -44,7 +44,7 @@ TEST(NumberText, FixedDecimalsAreTheDigitsOfPrintf) {
                               5e-324,
                               2.2250738585072014e-308,
                               1.7976931348623157e308,
-                              std::numeric_limits<double>::infinity()};
+                              HUGE_VAL};
   for (const double value : kRows) {
     for (int decimals = 0; decimals <= 30; decimals += decimals < 20 ? 1 : 10) {
       EXPECT_EQ(fixedText(value, decimals), printed(value, decimals)) << value << ' ' << decimals;

@@ -4,13 +4,22 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
-#include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/files.h"
 
 namespace vgps {
+
+inline std::string fileBytes(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline void putFile(const std::string& path, std::string_view bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
 
 // A folder of the running test, gone with it.
 class TestFolder {
@@ -35,15 +44,8 @@ class TestFolder {
     return names;
   }
   bool has(const std::string& name) const { return std::filesystem::exists(path_ / name); }
-  void write(const std::string& name, const std::string& text) const {
-    std::ofstream(path_ / name, std::ios::binary) << text;
-  }
-  std::string read(const std::string& name) const {
-    std::ifstream file(path_ / name, std::ios::binary);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-  }
+  void write(const std::string& name, std::string_view text) const { putFile(*this / name, text); }
+  std::string read(const std::string& name) const { return fileBytes(*this / name); }
 
  private:
   std::filesystem::path path_;

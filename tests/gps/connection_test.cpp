@@ -58,9 +58,13 @@ TEST(Connection, EachOpeningStartsAReaderThatEndsWithTheProgramOnly) {
   LiveWorld world;
   world.ports.add(kPath);
   for (int i = 1; i <= 3; ++i) {
+    world.state.satellitesInUseKnown = true;
     ASSERT_TRUE(world.fix.open(false, false, false, false));
+    EXPECT_FALSE(world.state.satellitesInUseKnown);
     EXPECT_EQ(world.state.readers.liveReaders, i);
+    world.state.satellitesInUseKnown = true;
     EXPECT_TRUE(world.fix.close(true));
+    EXPECT_FALSE(world.state.satellitesInUseKnown);
     EXPECT_EQ(world.state.readers.liveReaders, i);
   }
   ASSERT_TRUE(world.fix.open(false, false, false, false));
@@ -141,23 +145,6 @@ TEST(Connection, SteppedSimulationGivesALineForEachStep) {
   EXPECT_EQ(world.hooks.spaces, 3);  // standing still with Shift held steps on by itself
 }
 
-TEST(Connection, PointModeStaysAtTheChosenLine) {
-  Simulation simulation;
-  simulation.paceMs = 0;
-  simulation.setLines({"$A", "$B", "$C"});
-  simulation.setMode(SimMode::point);
-  simulation.jumpTo(2);
-  std::string all;
-  for (int i = 0; i < 5; ++i) {
-    std::string line;
-    uint32_t index = 0;
-    uint32_t count = 0;
-    ASSERT_TRUE(simulation.next(line, index, count, [] { return false; }));
-    all += line[1];
-  }
-  EXPECT_EQ(all, "ACCCC");
-}
-
 struct OneSensor : LocationSensorManager {
   struct Sensor : LocationSensor {
     explicit Sensor(std::atomic<int>& count) : alive(count) { ++alive; }
@@ -192,17 +179,6 @@ TEST(Connection, ASensorIsReadOrSilentlyNotFound) {
   EXPECT_EQ(world.hooks.sounds, (Sounds{"OK", "ERR2"}));
   world.state.sensors = nullptr;  // no sensor manager: the serial port
   EXPECT_FALSE(world.fix.open(false, false, true, false));
-}
-
-TEST(Connection, UseOfSatellitesIsUnknownAfterConnectAndDisconnect) {
-  LiveWorld world;
-  world.ports.add(kPath);
-  world.state.satellitesInUseKnown = true;
-  ASSERT_TRUE(world.fix.open(false, false, false, false));
-  EXPECT_FALSE(world.state.satellitesInUseKnown);
-  world.state.satellitesInUseKnown = true;
-  world.fix.close(true);
-  EXPECT_FALSE(world.state.satellitesInUseKnown);
 }
 
 TEST(PortSearch, AProbeCountsTextOfTheGpsTalkerOnly) {

@@ -38,19 +38,5 @@ TEST(Fields, AreThoseBetweenTheCommas) {
   }
 }
 
-TEST(Fields, ManyGroupsOfOneSentenceAreAllTaken) {
-  for (const int groups : {5, 6, 11, 12, 30}) {
-    std::string line = "$GPGSV,1,1,30";
-    for (int prn = 1; prn <= groups; ++prn) line += "," + std::to_string(prn) + ",10,20,30";
-    GpsWorld world;
-    world.parse(line + ",31,1,2");
-    for (int prn = 1; prn < kSatelliteSlots; ++prn) {
-      const SatelliteInfo& slot = world.fix.satellites->slots[static_cast<size_t>(prn)];
-      EXPECT_EQ(slot.visible, prn <= groups ? 1 : 0) << groups << " groups, PRN " << prn;
-      EXPECT_EQ(slot.snr, prn <= groups ? 30 : 0) << groups << " groups, PRN " << prn;
-    }
-  }
-}
-
 }  // namespace
 }  // namespace vgps

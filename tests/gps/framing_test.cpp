@@ -1,14 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <random>
-#include <sstream>
 
 #include "gps/reader.h"
 #include "tests/fakes/gps_world.h"
 #include "tests/fakes/sample_lines.h"
+#include "tests/fakes/test_folder.h"
 
 namespace vgps {
 namespace {
@@ -235,24 +233,17 @@ TEST(Lines, TheLeaderOfABurstIsOfferedAndItsFollowerNot) {
 
 class StreamLogFile : public testing::Test {
  protected:
-  StreamLogFile() : path_(std::filesystem::temp_directory_path() / "vgps_stream_log_test.log") {
-    std::filesystem::remove(path_);
-  }
-  ~StreamLogFile() override { std::filesystem::remove(path_); }
-  std::string content() const {
-    std::ifstream file(path_, std::ios::binary);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-  }
-  std::filesystem::path path_;
+  std::string content() const { return folder_.read("stream.log"); }
+  TestFolder folder_;
+  const std::string path_ = folder_ / "stream.log";
+  const std::string refused_ = folder_ / "no/such";
 };
 
 TEST_F(StreamLogFile, HoldsWhatReachedTheLines) {
   GpsWorld world;
-  world.state.log.path = path_.string();
+  world.state.log.path = path_;
   world.fix.onReceive("$A\r\n");
-  EXPECT_FALSE(std::filesystem::exists(path_));
+  EXPECT_FALSE(folder_.has("stream.log"));
   world.state.options.logNmea = true;
   world.fix.onReceive("$B\r\n$C");
   world.fix.onReceive("!foreign\r\n");
@@ -267,37 +258,27 @@ TEST_F(StreamLogFile, HoldsWhatReachedTheLines) {
   EXPECT_TRUE(content().ends_with("$E\r\n"));
 }
 
-TEST_F(StreamLogFile, AFailureIsToldOnce) {
-  GpsWorld world;
-  world.state.log.path = (path_ / "no" / "such").string();
-  world.state.options.logNmea = true;
-  world.fix.onReceive("$A\r\n");
-  world.fix.onReceive("$B\r\n");
-  EXPECT_EQ(world.hooks.logFailures, 1);
-  EXPECT_EQ(world.hooks.lines, (Lines{"$A", "$B"}));
-}
-
 TEST_F(StreamLogFile, AFailureIsToldAgainAfterItWorkedOrWasTurnedOff) {
   GpsWorld world;
   const auto receiveTwice = [&](const std::string& path) {
     world.state.log.path = path;
     for (int i = 0; i < 2; ++i) world.fix.onReceive("$A\r\n");
   };
-  const std::string refused = (path_ / "no" / "such").string();
   world.state.options.logNmea = true;
-  receiveTwice(refused);
+  receiveTwice(refused_);
   EXPECT_EQ(world.hooks.logFailures, 1);
-  receiveTwice(path_.string());
+  EXPECT_EQ(world.hooks.lines.size(), 2U);
+  receiveTwice(path_);
   EXPECT_EQ(content(), "$A\r\n$A\r\n");
   std::fclose(world.state.log.file);  // as if the folder had gone
   world.state.log.file = nullptr;
-  receiveTwice(refused);
+  receiveTwice(refused_);
   EXPECT_EQ(world.hooks.logFailures, 2);
   world.state.options.logNmea = false;
-  receiveTwice(refused);
+  receiveTwice(refused_);
   EXPECT_EQ(world.hooks.logFailures, 2);
   world.state.options.logNmea = true;
-  receiveTwice(refused);
+  receiveTwice(refused_);
   EXPECT_EQ(world.hooks.logFailures, 3);
 }
 

@@ -97,19 +97,6 @@ TEST(Reader, ClosingEndsTheBlockThatIsBeingHandled) {
   EXPECT_EQ(world.hooks.lines, Lines{"$A"});
 }
 
-TEST(Reader, OpeningAnewClosesThePortBefore) {
-  for (const bool there : {true, false}) {
-    LiveWorld world;
-    FakeLine& first = world.ports.add(kPort);
-    if (there) world.ports.add(devicePath("COM4"));
-    ASSERT_TRUE(world.fix.open(false, false, false, false));
-    world.fix.setPort("COM4", 9600);
-    EXPECT_EQ(world.fix.open(false, false, false, false), there);
-    EXPECT_EQ(first.closes, 1) << there;
-    first.unplug();  // a reader left on it would keep the test from ending
-  }
-}
-
 // Gives its answer in one piece, is silent from then on without real waiting, and notes how long
 // it was to wait.
 struct ProbedPort : SerialPort {

@@ -30,20 +30,6 @@ class DocumentLibrary : public testing::Test {
   TrackLibrary library_;
 };
 
-TEST_F(DocumentLibrary, IsWrittenAsTheDocumentWouldBe) {
-  EXPECT_EQ(open(), LibraryState::missing);
-  Track track = walk("A & B", 2), unnamed = walk("", 1);
-  ASSERT_EQ(library_.add(track, {}, kAddedAt), LibraryResult::done);
-  ASSERT_EQ(library_.add(unnamed, {}, kAddedAt), LibraryResult::done);
-  XmlDocument document;
-  XmlElement tracks = document.GetRootElement().AddElement("tracks");
-  tracks.AddElement(trackElement(document, track, {}, "A & B"));
-  tracks.AddElement(trackElement(document, unnamed, {}, "Track 2"));
-  std::string expected;
-  document.saveText(expected);
-  EXPECT_EQ(fileBytes(path_), expected);
-}
-
 struct Found {
   const char* what;
   std::string bytes;
@@ -191,18 +177,6 @@ TEST_F(DocumentLibrary, WhatOthersWroteSurvivesEveryChange) {
     EXPECT_EQ(again.open(path_), LibraryState::whole) << after;
     EXPECT_EQ(contentsOf(again), row.tracks) << after;
   }
-}
-
-TEST_F(DocumentLibrary, EveryDamagedDocumentIsKept) {
-  const std::string first = "<root><tracks>" + element("A", 1);
-  const std::string second = "<root><tracks>" + element("B", 2);
-  openWith(first);
-  ASSERT_EQ(library_.rename(0, "A2"), LibraryResult::done);
-  openWith(second);
-  ASSERT_EQ(library_.reverse(0, {}), LibraryResult::done);
-  EXPECT_EQ(library_.backupPath(), folder_ / "tracks-2.bad");
-  EXPECT_EQ(fileBytes(bad_), first);
-  EXPECT_EQ(fileBytes(folder_ / "tracks-2.bad"), second);
 }
 
 TEST_F(DocumentLibrary, WithoutACopyNothingIsWrittenOverADamagedOne) {

@@ -16,17 +16,6 @@
 
 namespace vgps {
 
-inline std::string fileBytes(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
-
-inline void putFile(const std::string& path, std::string_view bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
-}
-
 // The system's files, on a disk that stops working after so many steps: what is written, cut,
 // flushed or deleted then does not happen any more.
 class DyingDisk {

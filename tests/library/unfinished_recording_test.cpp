@@ -119,13 +119,6 @@ TEST_F(Left, TheJournalGoesOnlyWhenTheTrackIsSaved) {
   EXPECT_EQ(contentsAt(libraryPath_), "Track 1 1,2,3");
 }
 
-TEST_F(Left, Discarded) {
-  leave(3);
-  ASSERT_EQ(unfinished_.open(path_), JournalResult::open);
-  EXPECT_TRUE(unfinished_.discard());
-  EXPECT_FALSE(fileExists(path_));
-}
-
 TEST_F(Left, DamageIsSaid) {
   leave(4);
   std::string bytes = fileBytes(path_);

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/mman.h>
-#include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,8 +13,8 @@
 
 #include "tests/library/library_world.h"
 
-// Programs that are killed, and disks that are full, while a library is written. The program is
-// this one, started once more for a test that never ends.
+// Programs that are killed while a library is written. The program is this one, started once more
+// for a test that never ends.
 namespace vgps {
 namespace {
 
@@ -100,52 +99,6 @@ TEST(LibraryKill, AtAnyMomentTheLibraryIsWhole) {
     if (i % 2 != 0) std::filesystem::create_directories(path);
     killOnce(path, std::chrono::milliseconds(after));
   }
-}
-
-// A disk in memory that only its owner may make.
-class SmallDisk {
- public:
-  explicit SmallDisk(const std::string& path) : path_(path) {
-    std::filesystem::create_directories(path);
-    mounted_ = ::mount("none", path.c_str(), "tmpfs", 0, "size=256k") == 0;
-  }
-  SmallDisk(const SmallDisk&) = delete;
-  SmallDisk& operator=(const SmallDisk&) = delete;
-  ~SmallDisk() {
-    if (mounted_) ::umount(path_.c_str());
-  }
-  bool mounted() const { return mounted_; }
-
- private:
-  std::string path_;
-  bool mounted_ = false;
-};
-
-TEST(LibraryDisk, AFullDiskChangesNothing) {
-  const TestFolder folder;
-  const std::string disk = folder / "disk";
-  const SmallDisk small(disk);
-  if (!small.mounted()) GTEST_SKIP() << "only an administrator can make a small disk";
-  TrackLibrary library;
-  const std::string path = pathIn(disk, "tracks.xml");
-  library.open(path);
-  ASSERT_EQ(addWalk(library, "A", 500), LibraryResult::done);
-  const std::string before = fileBytes(path);
-  ASSERT_EQ(before.size() > 50000, true);
-  Track big = walk("B", 3000);
-  EXPECT_EQ(library.add(big, allAttributes(), kAddedAt), LibraryResult::notWritten);
-  EXPECT_EQ(fileBytes(path), before);
-  EXPECT_EQ(filesIn(disk).size(), 2U) << "the document and its index";
-  EXPECT_EQ(library.tracks().size(), 1U);
-  EXPECT_EQ(big.points.size(), 3000U);
-
-  const std::string blocker = pathIn(disk, "blocker");
-  putFile(blocker, std::string(256 * 1024, 'x'));  // as far as it goes
-  EXPECT_EQ(library.rename(0, "C"), LibraryResult::notWritten);
-  EXPECT_EQ(fileBytes(path), before);
-  removeFile(blocker);
-  ASSERT_EQ(library.rename(0, "C"), LibraryResult::done);
-  EXPECT_EQ(library.tracks()[0].points, 500U);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <random>
 
+#include "tests/fakes/test_folder.h"
 #include "tests/places.h"
 #include "tests/platform/posix/pty.h"
 #include "tests/program/program.h"
@@ -73,8 +74,8 @@ TEST(Monitor, DeliversEverySentenceAtOneFiveAndTenHertz) {
 }
 
 TEST(Monitor, UnpluggedItSaysSoAndGoesOnWhenPluggedInAgain) {
-  const TemporaryFolder folder;
-  const std::string path = (folder / "gps").string();
+  const TestFolder folder;
+  const std::string path = folder / "gps";
   auto line = std::make_unique<Pty>(path);
   Program program({"monitor", "--json", "--port", path});
   line->write(kRmc);
@@ -93,29 +94,9 @@ TEST(Monitor, UnpluggedItSaysSoAndGoesOnWhenPluggedInAgain) {
   EXPECT_EQ(program.finish(), 0);
 }
 
-TEST(Monitor, SaysWhyItIsNotConnected) {
-  const TemporaryFolder folder;
-  Pty held;
-  Program holder({"monitor", "--json", "--port", held.path()});
-  EXPECT_TRUE(holder.readUntil([&] { return holder.lastJson().is_object(); }));
-  const struct {
-    std::string port, says;
-  } rows[] = {{held.path(), "is in use by another program"},
-              {(folder / "none").string(), "was not found"},
-              {"/dev/null", "cannot be used as a serial port"}};
-  std::vector<std::unique_ptr<Program>> programs;
-  for (const auto& row : rows) {
-    programs.emplace_back(new Program({"monitor", "--port", row.port, "--for", "1.2"}));
-  }
-  for (size_t i = 0; i < std::size(rows); ++i) {
-    EXPECT_EQ(programs[i]->finish(), 0);
-    EXPECT_EQ(programs[i]->output, "not connected: " + rows[i].port + " " + rows[i].says + "\n");
-  }
-}
-
 TEST(Monitor, OneLineASecondAndTheLogHoldsWhatCame) {
-  const TemporaryFolder folder;
-  const std::string log = (folder / "stream.log").string();
+  const TestFolder folder;
+  const std::string log = folder / "stream.log";
   Pty line;
   Program program({"monitor", "--port", line.path(), "--log", log, "--for", "2.1"});
   line.write("noise\r\n" + kGga + kRmc);
@@ -231,9 +212,9 @@ TEST(Monitor, IdleItCostsNextToNothing) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
   GTEST_SKIP() << "measured in the optimised build";
 #endif
-  const TemporaryFolder folder;
+  const TestFolder folder;
   Pty silent;
-  auto unplugged = std::make_unique<Pty>((folder / "unplugged").string());
+  auto unplugged = std::make_unique<Pty>(folder / "unplugged");
   struct Row {
     const char* about;
     std::string port;
@@ -241,7 +222,7 @@ TEST(Monitor, IdleItCostsNextToNothing) {
     double before = 0;
   };
   Row rows[] = {{"a silent port", silent.path()},
-                {"no such port", (folder / "none").string()},
+                {"no such port", folder / "none"},
                 {"a port that was unplugged", unplugged->path()}};
   for (Row& row : rows) row.program.reset(new Program({"monitor", "--port", row.port}));
   std::this_thread::sleep_for(milliseconds(300));
@@ -258,11 +239,11 @@ TEST(Monitor, IdleItCostsNextToNothing) {
 }
 
 TEST(Ports, AReasonForEachPort) {
-  const TemporaryFolder folder;
+  const TestFolder folder;
   Pty receiver, silent, text, noise, held;
   Program holder({"monitor", "--json", "--port", held.path()});
   EXPECT_TRUE(holder.readUntil([&] { return holder.lastJson().is_object(); }));
-  const std::string none = (folder / "none").string();
+  const std::string none = folder / "none";
   std::vector<std::string> words = {"ports", "--json"};
   for (const std::string& port :
        {receiver.path(), silent.path(), text.path(), noise.path(), held.path(), none}) {

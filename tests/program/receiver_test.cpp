@@ -66,46 +66,6 @@ std::string burst(int number) {
          std::to_string(number) + ",230324,,*00\r\n";
 }
 
-// Writes epochs at a rate, each cut into pieces anywhere.
-class Receiver {
- public:
-  Receiver(Pty& line, int perSecond, int epochs)
-      : thread_([this, &line, perSecond, epochs] { run(line, perSecond, epochs); }) {}
-  ~Receiver() { thread_.join(); }
-
-  SteadyClock::time_point sentAt(int epoch) {
-    const std::lock_guard lock(mutex_);
-    return sent_[epoch];
-  }
-
- private:
-  void run(Pty& line, int perSecond, int epochs) {
-    std::mt19937 random(7);
-    auto next = SteadyClock::now();
-    for (int epoch = 0; epoch < epochs; ++epoch) {
-      std::string rest = burst(epoch);
-      while (!rest.empty()) {
-        const size_t piece = std::min<size_t>(rest.size(), 1 + random() % 150);
-        // Told before it is true, so that it is known when the line arrives.
-        if (piece == rest.size()) note(epoch);
-        line.write(rest.substr(0, piece));
-        rest.erase(0, piece);
-        std::this_thread::sleep_for(milliseconds(random() % 4));
-      }
-      next += milliseconds(1000 / perSecond);
-      std::this_thread::sleep_until(next);
-    }
-  }
-  void note(int epoch) {
-    const std::lock_guard lock(mutex_);
-    sent_[epoch] = SteadyClock::now();
-  }
-
-  std::mutex mutex_;
-  std::map<int, SteadyClock::time_point> sent_;
-  std::thread thread_;
-};
-
 // One epoch after the other as a line of `baud` brings them.
 void writePaced(Pty& line, const std::string& epoch, uint64_t epochs, int baud) {
   constexpr size_t kPiece = 5;
@@ -171,39 +131,6 @@ TEST(DenseLine, SentencesDoNotWaitForAPause) {
   }
 }
 
-class ReceiverRate : public testing::TestWithParam<int> {};
-
-TEST_P(ReceiverRate, EverySentenceArrivesAndEveryEpochInTime) {
-  const int perSecond = GetParam();
-  const int epochs = 2 * perSecond;
-  Pty line;
-  LiveWorld world(line.path());
-  Receiver receiver(line, perSecond, epochs);
-  std::vector<int> arrived;
-  int inTime = 0;
-  SteadyClock::duration latest{};
-  world.onLine = [&](std::string_view text) {
-    if (!text.starts_with("$GPRMC")) return;
-    const int epoch = static_cast<int>(world.app.shown.fix.course);
-    arrived.push_back(epoch);
-    const auto late = SteadyClock::now() - receiver.sentAt(epoch);
-    inTime += late <= milliseconds(150) ? 1 : 0;
-    latest = std::max(latest, late);
-  };
-  const uint64_t sentences = static_cast<uint64_t>(epochs) * 6;
-  EXPECT_TRUE(world.serve([&] { return world.app.shown.stats.total() >= sentences; }));
-  EXPECT_EQ(world.app.shown.stats.total(), sentences);
-  EXPECT_EQ(world.app.shown.stats.rejected, 0U);
-  ASSERT_EQ(arrived.size(), static_cast<size_t>(epochs));
-  for (int epoch = 0; epoch < epochs; ++epoch)
-    EXPECT_EQ(arrived[static_cast<size_t>(epoch)], epoch);
-  // A loaded machine holds up what it likes; a wait that is built in holds up every one.
-  EXPECT_GT(inTime, 0);
-  RecordProperty("latestMs", static_cast<int>(latest / milliseconds(1)));
-}
-
-INSTANTIATE_TEST_SUITE_P(Hertz, ReceiverRate, testing::Values(5, 10));
-
 // At 4800 baud an epoch takes longer than a block may last. GGA and RMC of 200 bytes come in two
 // blocks, more than 100 ms apart, so each opens a burst of its own: automatically both are offered.
 // Where other sentences stand between, no line need come so long after the one before. A setting
@@ -243,30 +170,6 @@ TEST(SlowLine, OffersOfASplitBurst) {
     });
   }
   for (std::thread& line : lines) line.join();
-}
-
-TEST(Receiver, OpeningAndClosingWhileDataCome) {
-  const TemporaryFolder folder;
-  const std::string path = (folder / "port").string();
-  auto line = std::make_unique<Pty>(path);
-  LiveWorld world(path);
-  for (int i = 0; i < 25; ++i) {
-    line->write(burst(i).substr(static_cast<size_t>(i)));
-    if (i % 3 == 0) world.serve([&] { return false; }, milliseconds(5 * (i % 4)));
-    if (i % 4 == 1) world.app.link.close();
-    if (i % 5 == 2) {  // unplugged in the middle, another one plugged in
-      line = nullptr;
-      world.serve([&] { return false; }, milliseconds(10));
-      EXPECT_FALSE(connectReceiver(world.app, {.port = path}));
-      EXPECT_EQ(world.app.link.error(), PortError::notThere);
-      line = std::make_unique<Pty>(path);
-    }
-    EXPECT_TRUE(connectReceiver(world.app, {.port = path})) << i;
-  }
-  const uint64_t before = world.app.shown.stats.of(SentenceType::rmc).count;
-  line->write("\r\n" + burst(100));
-  EXPECT_TRUE(world.serve([&] { return world.app.shown.fix.course == 100; }));
-  EXPECT_GT(world.app.shown.stats.of(SentenceType::rmc).count, before);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <limits>
 
+#include "tests/fakes/test_folder.h"
 #include "tests/platform/posix/pty.h"
 #include "tests/program/program.h"
 
@@ -113,53 +114,6 @@ TEST(Replay, AgreesWithTheFactsOfTheRecordedLogs) {
   }
 }
 
-TEST(Replay, FindsEveryBinaryMessage) {
-  SKIP_WITHOUT_DATA();
-  const struct {
-    const char* log;
-    int messages, rejected;  // a line feed behind the last message
-  } rows[] = {{"gpsd-bu303-moving.sirf", 65, 1},
-              {"gpsd-bu303-nofix.sirf", 47, 1},
-              {"gpsbabel-gt11.sbn", 3484, 0}};
-  for (const auto& row : rows) {
-    const json state = replayed(dataFolder() + "/" + row.log);
-    EXPECT_EQ(state["sentences"]["binary"], row.messages) << row.log;
-    EXPECT_EQ(state["sentences"]["total"], row.messages) << row.log;
-    EXPECT_EQ(state["sentences"]["rejected"], row.rejected) << row.log;
-    EXPECT_EQ(state["inputProtocol"], 1) << row.log;
-  }
-}
-
-// One damaged byte or a missing start costs a message or two, not the rest of the log.
-TEST(Replay, FindsNearlyEveryMessageOfADamagedCapture) {
-  SKIP_WITHOUT_DATA();
-  const TemporaryFolder folder;
-  const std::string path = (folder / "damaged").string();
-  const struct {
-    const char* log;
-    int messages;
-  } rows[] = {{"gpsd-bu303-moving.sirf", 65}, {"gpsbabel-gt11.sbn", 3484}};
-  for (const auto& row : rows) {
-    std::ifstream file(dataFolder() + "/" + row.log, std::ios::binary);
-    const std::string whole{std::istreambuf_iterator<char>(file), {}};
-    const size_t first = whole.find("\xA0\xA2");
-    const size_t middle = whole.find("\xB0\xB3\xA0\xA2", whole.size() / 2) + 2;
-    std::vector<std::string> damaged = {whole.substr(10)};
-    for (const size_t start : {first, middle}) {
-      for (const int bit : {0, 3, 8, 10, 14}) {
-        damaged.push_back(whole);
-        damaged.back()[start + 3 - static_cast<size_t>(bit) / 8] ^= static_cast<char>(1 << bit % 8);
-      }
-    }
-    for (size_t i = 0; i < damaged.size(); ++i) {
-      std::ofstream(path, std::ios::binary) << damaged[i];
-      const int found = replayed(path)["sentences"]["binary"];
-      EXPECT_LT(found, row.messages) << row.log << ", damage " << i;
-      EXPECT_GE(found, row.messages - 2) << row.log << ", damage " << i;
-    }
-  }
-}
-
 TEST(Replay, LinesTellWhatBecameOfEach) {
   const Finished run =
       runProgram({"replay", "--lines", sourcePath("tests/logs/text-and-binary.log")});
@@ -187,46 +141,9 @@ TEST(Replay, LinesTellWhatBecameOfEach) {
   EXPECT_EQ(found, expected);
 }
 
-TEST(Replay, EveryLineIsTold) {
-  const TemporaryFolder folder;
-  const std::string path = (folder / "log").string();
-  std::ofstream(path, std::ios::binary) << "\r\n$GPXXX\xFF\xC3\r\nnoise\n$GPGGA,1,,,,,5\n";
-  const Finished run = runProgram({"replay", "--lines", path});
-  std::istringstream lines(run.output);
-  std::vector<std::string> found;
-  for (std::string line; std::getline(lines, line);) {
-    const json object = json::parse(line);
-    found.push_back(object["line"].get<std::string>() + "|" + object["kind"].dump() + "|" +
-                    object["returned"].dump() + "|" + object["fix"]["fixStatus"].dump());
-  }
-  EXPECT_EQ(found, (std::vector<std::string>{"|0|false|0", "$GPXXX\uFFFD\uFFFD|0|true|0",
-                                             "noise|0|false|0", "$GPGGA,1,,,,,5|2|true|5"}));
-}
-
-TEST(Replay, NumbersReadBackToTheSameDouble) {
-  const TemporaryFolder folder;
-  const std::string path = (folder / "log").string();
-  std::ofstream(path) << "$GPRMC,123519.5,A,4807.038,S,01131.000,W,022.4,084.4,230394,003.1,W*6A\n"
-                         "$GPGSA,A,3,04,05,,09,12,,,24,,,,,2.5,1.3,2.1*39\n";
-  const json state = replayed(path, {"--utc-offset", "-120"});
-  const json& fix = state["fix"];
-  EXPECT_EQ(fix["latitude"].get<double>(), -48.117300001780194);
-  EXPECT_EQ(fix["longitude"].get<double>(), -11.516666666666667);
-  EXPECT_EQ(fix["speedKnots"].get<double>(), 22.399999618530273);
-  EXPECT_EQ(fix["speedMps"].get<double>(), 11.523554605695949);
-  EXPECT_EQ(fix["speedKmh"].get<double>(), 41.484799250793458);
-  EXPECT_EQ(fix["speedMph"].get<double>(), 25.777459080739511);
-  EXPECT_EQ(fix["magneticVariation"].get<double>(), -3.1);
-  EXPECT_EQ(fix["utcTime"]["year"], 2094);
-  EXPECT_EQ(fix["utcTime"]["millisecond"], 5);
-  EXPECT_EQ(fix["localTime"]["hour"], 14);
-  EXPECT_EQ(state["satellites"]["hdop"].get<double>(), double{1.3f});
-  EXPECT_EQ(state["satellites"]["used"], json::array({4, 5, 9, 12, 24}));
-}
-
 TEST(Replay, NumbersWithoutLimitStayNumbers) {
-  const TemporaryFolder folder;
-  const std::string path = (folder / "log").string();
+  const TestFolder folder;
+  const std::string path = folder / "log";
   std::ofstream(path) << "$GPRMC,123519,A,4807.038,N,01131.000,E,1e400,-1e400,230394,003.1,W\n";
   const json state = replayed(path);
   constexpr double kGreatest = std::numeric_limits<double>::max();
@@ -256,13 +173,13 @@ TEST(Replay, ForAPersonTheStateIsInWords) {
 }
 
 TEST(Program, OneClearLineWhenSomethingIsWrong) {
-  const TemporaryFolder folder;
+  const TestFolder folder;
   const struct {
     std::vector<std::string> arguments;
     std::string says;
   } rows[] = {
       {{"replay", "/there/is/no/log"}, "cannot read /there/is/no/log: No such file or directory"},
-      {{"replay", folder.string()}, "cannot read " + folder.string() + ": Is a directory"},
+      {{"replay", folder.path()}, "cannot read " + folder.path() + ": Is a directory"},
       {{"replay"}, "FILE is required"},
       {{"replay", "x", "--talkers", "some"}, "some is not one of auto, always, never"},
       {{"monitor"}, "use --port DEV or --simulate; available ports: "},

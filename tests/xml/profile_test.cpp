@@ -107,21 +107,6 @@ TEST(XmlProfile, NumbersOfEachKind) {
   EXPECT_EQ(XmlGetInt("a", "v", 7, nullptr, &document), 0) << "there, and no number";
 }
 
-TEST(XmlProfile, SpecialCharactersComeBackAsTheyWere) {
-  XmlDocument document;
-  for (const char* value :
-       {"<a & \"b\">", "&#233; stays", "\xC3\xA9\xE2\x82\xAC", "it's", "a\r\nb\tc"}) {
-    XmlSetString("cfg", "v", value, nullptr, &document);
-    std::string text;
-    ASSERT_EQ(document.saveText(text), 1);
-    XmlDocument again;
-    again.Load(text, XmlLoadMode::text);
-    EXPECT_EQ(XmlGetString("cfg", "v", "", nullptr, &again), value);
-  }
-  XmlSetString("cfg", "v", "<&\"&#65;", nullptr, &document);
-  EXPECT_EQ(written(document), "<root>\r\n\t<cfg v=\"&lt;&amp;&quot;&#65;\"/>\r\n</root>\r\n");
-}
-
 TEST(XmlProfile, BytesAsHexadecimal) {
   XmlDocument document;
   const uint8_t bytes[] = {0x00, 0x1F, 0xA0, 0xFF};

@@ -32,9 +32,4 @@ inline std::vector<std::filesystem::path> sharedFiles(const std::vector<std::str
   return files;
 }
 
-inline std::string contentsOf(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 }  // namespace vgps

@@ -13,20 +13,6 @@ namespace {
 
 constexpr std::string_view kNotAvailable = "Not available yet.";
 
-TEST(Commands, EveryOneHasARow) {
-  const Command all[] = {
-#define COMMAND(number, name) Command::name,
-#define COMMANDS(first, last, name) Command::name, Command::name##Last,
-#include "res/commands.def"
-#undef COMMAND
-#undef COMMANDS
-  };
-  for (const Command command : all) EXPECT_NE(findCommand(command), nullptr) << int(command);
-  for (const uint32_t number : {0U, 100U, 320U, 1225U, 11017U, 4294967295U}) {
-    EXPECT_EQ(findCommand(static_cast<Command>(number)), nullptr) << number;
-  }
-}
-
 // With nothing connected, recorded or chosen no command may do more than say so.
 TEST(Commands, EveryOneAnswers) {
   for (const CommandRow& row : commandRows()) {
@@ -173,27 +159,15 @@ TEST(Commands, GpsTimeToSystem) {
   world.load("", "port=\"COM3\"");
   world.ports.add(devicePath("COM3"));
   runCommand(world.app, Command::connect);
-  world.clock.utcNow = {.year = 2026,
-                        .month = 11,
-                        .dayOfWeek = 6,
-                        .day = 21,
-                        .hour = 13,
-                        .minute = 1,
-                        .second = 2,
-                        .millisecond = 345};
+  world.clock.utcNow = {2026, 11, 6, 21, 13, 1, 2, 345};
   runCommand(world.app, Command::gpsTimeToSystem);
   EXPECT_TRUE(world.systemTimes.empty()) << "without a fix";
   world.receive("$GPRMC,093015.5,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n");
   runCommand(world.app, Command::gpsTimeToSystem);
   ASSERT_EQ(world.systemTimes.size(), 1U);
-  const DateTime& set = world.systemTimes[0];
-  EXPECT_EQ(set.year, 2026);
-  EXPECT_EQ(set.month, 3);
-  EXPECT_EQ(set.day, 23);
-  EXPECT_EQ(set.hour, 9);
-  EXPECT_EQ(set.minute, 30);
-  EXPECT_EQ(set.second, 15);
-  EXPECT_EQ(set.millisecond, 345);
+  DateTime expected{2026, 3, 0, 23, 9, 30, 15, 345};
+  expected.dayOfWeek = world.systemTimes[0].dayOfWeek;
+  EXPECT_EQ(world.systemTimes[0], expected);
   EXPECT_EQ(currentNotice(world.app), "The computer's clock was set from the receiver.");
   world.clockCanBeSet = false;
   runCommand(world.app, Command::gpsTimeToSystem);

@@ -107,21 +107,6 @@ TEST_F(DialogRows, ConfirmingUntouchedKeepsEveryValue) {
   }
 }
 
-TEST_F(DialogRows, CancelChangesNothing) {
-  openWith(kRecord, "<track speed='7'/>");
-  const std::string before = file();
-  type(CONTROL_RECORD_SPEED_STEP, "9");
-  set(CONTROL_RECORD_TIME, true);
-  press(CONTROL_PRESET_FLYING);
-  view_ = {};  // closed without OK
-  open(kRecord);
-  EXPECT_EQ(at(CONTROL_RECORD_SPEED_STEP).text, "7");
-  EXPECT_FALSE(at(CONTROL_RECORD_TIME).checked);
-  EXPECT_EQ(settings_.recordMinSpeed, 7);
-  EXPECT_EQ(file(), before);
-  EXPECT_EQ(saved_, 0);
-}
-
 struct Typed {
   Command command;
   uint16_t control;

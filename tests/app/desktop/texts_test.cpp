@@ -63,65 +63,6 @@ TEST(Texts, EveryWordOfALayoutIsOneOfItsTexts) {
   }
 }
 
-// The numbers of the controls by their names.
-std::map<std::string, int> controlNumbers() {
-  std::map<std::string, int> numbers;
-  std::ifstream file(std::filesystem::path(sourceFolder()) / "res/dialog_ids.h");
-  for (std::string word, name; file >> word;) {
-    if (word == "#define" && file >> name) file >> numbers[name];
-  }
-  return numbers;
-}
-
-// The words that a person reads at a control: its own or, where it has none, the label before it.
-// A group box stands for its radio buttons.
-using Labels = std::map<int, std::string>;
-
-std::map<std::string, Labels> labelsOfLayouts() {
-  const std::map<std::string, int> numbers = controlNumbers();
-  std::map<std::string, Labels> layouts;
-  std::string layout, label, group, kind;
-  std::ifstream file(std::filesystem::path(sourceFolder()) / "res/dialogs.rc");
-  for (std::string line; std::getline(file, line);) {
-    if (const size_t name = line.find(" DIALOGEX"); name != std::string::npos) {
-      layout = line.substr(0, name);
-    }
-    std::istringstream(line) >> kind;
-    const std::vector<std::string> quoted = quotedIn(line);
-    const std::string own = quoted.empty() ? std::string() : quoted[0];
-    if (kind == "LTEXT" && !own.empty()) label = own;
-    if (kind == "GROUPBOX") group = own;
-    const size_t begin = line.find("CONTROL_");
-    if (kind == "LTEXT" || begin == std::string::npos) continue;
-    const int number = numbers.at(line.substr(begin, line.find(',', begin) - begin));
-    layouts[layout][number] = own.empty() ? label : own;
-    if (kind == "AUTORADIOBUTTON") layouts[layout][-number] = group;
-  }
-  return layouts;
-}
-
-// A front end without layouts shows the labels of the rows.
-TEST(Texts, RowsHaveTheLabelsOfTheirLayouts) {
-  if (!std::filesystem::exists(std::filesystem::path(sourceFolder()) / "res")) GTEST_SKIP();
-  const std::map<std::string, Labels> layouts = labelsOfLayouts();
-  for (const Dialog& dialog : dialogs()) {
-    SCOPED_TRACE(dialog.layout);
-    const Labels& labels = layouts.at(dialog.layout);
-    const auto expectLabel = [&](int control, Text label) {
-      ASSERT_TRUE(labels.contains(control)) << control;
-      EXPECT_EQ(textOf(label), labels.at(control)) << control;
-    };
-    for (const DialogField& field : dialog.fields) {
-      const bool isRadio = field.kind == FieldKind::radio;
-      const uint16_t labelled = field.switchControl != 0 ? field.switchControl : field.control;
-      expectLabel(isRadio ? -labelled : labelled, field.label);
-      if (!isRadio) continue;
-      for (const DialogChoice& choice : field.choices) expectLabel(choice.control, choice.text);
-    }
-    for (const DialogAction& action : dialog.actions) expectLabel(action.control, action.label);
-  }
-}
-
 TEST(Texts, ALibraryReplacesThemByNumberAndTheRestStaysEnglish) {
   setTextSource([](uint32_t number) { return number == 2003 ? "&Tempo:" : std::string(); });
   EXPECT_EQ(dialogText("&Baud rate:", Text::gpsDialog), "&Tempo:");

@@ -237,13 +237,6 @@ TEST(OnLine, AFailingLogIsTold) {
             std::vector<std::string>{"Cannot write the log: /no/such/folder/gps.log"});
 }
 
-TEST(Connect, AFailureIsTold) {
-  AppWorld world;
-  EXPECT_FALSE(connectReceiver(world.app, {.port = "COM3"}));
-  EXPECT_EQ(world.window.errors, std::vector<std::string>{"GPS Opening failed"});
-  EXPECT_FALSE(world.app.link.close());
-}
-
 TEST(Connect, TheUtcOffsetIsTakenInWholeHours) {
   struct {
     uint16_t utcDay, utcHour, localDay, localHour;

@@ -199,12 +199,5 @@ TEST_F(TurnWarnings, EveryOtherSituationBeginsAnew) {
   }
 }
 
-TEST(Timers, UnknownOnesDoNothing) {
-  AppWorld world;
-  for (const uint32_t number : {0U, 8U, 1001U}) onTimer(world.app, number);
-  EXPECT_EQ(world.window.repaints, 0);
-  EXPECT_EQ(world.app.statistics.totalSeconds, 0U);
-}
-
 }  // namespace
 }  // namespace vgps

@@ -43,19 +43,5 @@ TEST(TrackSimulation, PointsComeBackAsTheyWere) {
   EXPECT_NEAR(fix.latitude, -0.5, 1e-6);
 }
 
-TEST(TrackSimulation, AnEmptyLibraryGivesNothing) {
-  AppWorld world;
-  world.app.paths.folder = testing::TempDir();
-  world.app.settings.trackStorePath = "there-is-no-such-library.xml";
-  std::vector<std::string> lines;
-  EXPECT_FALSE(simulationFromLibrary(world.app, lines));
-}
-
-TEST(TrackSimulation, WhatIsNoTrackGivesNothing) {
-  std::vector<std::string> lines = {"before"};
-  EXPECT_FALSE(simulationFromFile("there-is-no-such-file.xml", lines));
-  EXPECT_EQ(lines.size(), 1U);
-}
-
 }  // namespace
 }  // namespace vgps

@@ -4,7 +4,7 @@
 
 #include <fstream>
 
-#include "tests/platform/posix/pty.h"
+#include "tests/fakes/test_folder.h"
 
 namespace vgps {
 namespace {
@@ -18,7 +18,8 @@ void writeFile(const fs::path& path, const std::string& text) {
 
 // A tree as the kernel has it: /sys/class/tty/NAME with a link `device` to the hardware.
 TEST(PortList, DevicesWithHardwareAndWhatTheyAreCalled) {
-  const TemporaryFolder root;
+  const TestFolder folder;
+  const fs::path root = folder.path();
   const fs::path tty = root / "tty";
   const fs::path links = root / "by-id";
   const auto hardware = [&](const std::string& name, const fs::path& device) {

@@ -72,25 +72,4 @@ class Pty {
   int slave_ = -1;
 };
 
-// A folder that goes with the test.
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "vgps-test-XXXXXX").string();
-    EXPECT_NE(mkdtemp(pattern.data()), nullptr);
-    path_ = pattern;
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder() {
-    std::error_code error;
-    std::filesystem::remove_all(path_, error);
-  }
-  std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
-  std::string string() const { return path_.string(); }
-
- private:
-  std::filesystem::path path_;
-};
-
 }  // namespace vgps

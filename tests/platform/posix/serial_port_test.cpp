@@ -12,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/fakes/test_folder.h"
 #include "tests/platform/posix/pty.h"
 
 namespace vgps {
@@ -56,16 +57,16 @@ TEST(SerialPort, SilenceEndsAReadAfterItsTime) {
 }
 
 TEST(SerialPort, WhyItDoesNotOpen) {
-  const TemporaryFolder folder;
+  const TestFolder folder;
   std::ofstream(folder / "file") << "no line";
   const struct {
     std::string path;
     PortError error;
   } rows[] = {{"/dev/there-is-no-such-port", PortError::notThere},
               {"", PortError::notThere},
-              {folder.string(), PortError::notThere},
-              {(folder / "file").string() + "/below", PortError::notThere},
-              {(folder / "file").string(), PortError::other},
+              {folder.path(), PortError::notThere},
+              {folder / "file" + "/below", PortError::notThere},
+              {folder / "file", PortError::other},
               {"/dev/null", PortError::other}};
   const auto port = makeSerialPort();
   for (const auto& row : rows) EXPECT_EQ(port->open(row.path), row.error) << row.path;
@@ -140,8 +141,8 @@ TEST(SerialPort, CloseWakesAWaitingReadAndThePortOpensAgainAtOnce) {
 }
 
 TEST(SerialPort, AnUnpluggedDeviceFailsWithoutKeepingTheReaderBusy) {
-  const TemporaryFolder folder;
-  const std::string path = (folder / "port").string();
+  const TestFolder folder;
+  const std::string path = folder / "port";
   Pty line(path);
   const auto port = makeSerialPort();
   ASSERT_EQ(port->open(path), PortError::none);
