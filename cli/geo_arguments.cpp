@@ -9,7 +9,7 @@
 namespace vgps {
 namespace {
 
-using Action = GeoOptions::Action;
+using GeoAction = GeoOptions::Action;
 using Shared = std::shared_ptr<GeoOptions>;
 
 std::string lowered(std::string text) {
@@ -51,7 +51,7 @@ std::string ellipsoidList() {
 
 constexpr int kMostCorners = 100000;
 
-CLI::App* addQuestion(CLI::App& geo, const char* name, const char* does, Action action,
+CLI::App* addQuestion(CLI::App& geo, const char* name, const char* does, GeoAction action,
                       int positions, const Shared& options, Chosen& chosen) {
   CLI::App* const command = geo.add_subcommand(name, does);
   command
@@ -78,7 +78,7 @@ void addUnit(CLI::App& command, const Shared& options) {
 void addDestination(CLI::App& geo, const Shared& options, Chosen& chosen) {
   CLI::App* const command =
       addQuestion(geo, "destination", "Where a course leads after a way: LAT,LON.",
-                  Action::destination, 1, options, chosen);
+                  GeoAction::destination, 1, options, chosen);
   command->add_option("--course", options->course, "Degrees true")
       ->required()
       ->check(plainNumber())
@@ -96,19 +96,19 @@ void addGrids(CLI::App& geo, const Shared& options, Chosen& chosen) {
   options->pairs = 3;
   CLI::App* const utm =
       addQuestion(geo, "utm", "Zone, easting and northing in whole metres: 32U 687299 5332401.",
-                  Action::utm, 1, options, chosen);
+                  GeoAction::utm, 1, options, chosen);
   utm->add_option("--ellipsoid", options->ellipsoid, "The figure of the earth (23, WGS-84)")
       ->transform(ellipsoidWord())
       ->option_text("N|NAME");
   utm->footer(ellipsoidList());
   CLI::App* const mgrs =
       addQuestion(geo, "mgrs", "Military grid reference on WGS-84: 32U PU 87299 32401.",
-                  Action::mgrs, 1, options, chosen);
+                  GeoAction::mgrs, 1, options, chosen);
   mgrs->add_option("--digits", options->digits, "Of easting and northing each (5: metres)")
       ->check(CLI::Range(1, 5))
       ->option_text("1..5");
   CLI::App* const locator = addQuestion(geo, "locator", "Locator of radio amateurs: JN58sc.",
-                                        Action::locator, 1, options, chosen);
+                                        GeoAction::locator, 1, options, chosen);
   locator->add_option("--pairs", options->pairs, "Pairs of characters (3)")
       ->check(CLI::Range(1, 5))
       ->option_text("1..5");
@@ -127,18 +127,18 @@ void addGeoCommand(CLI::App& program, Chosen& chosen) {
   addUnit(*addQuestion(geo, "distance",
                        "Surface distance, by the program's own formula: which position comes first "
                        "makes a small difference.",
-                       Action::distance, 2, options, chosen),
+                       GeoAction::distance, 2, options, chosen),
           options);
   addQuestion(geo, "bearing", "The course at the first position towards the second, degrees true.",
-              Action::bearing, 2, options, chosen);
+              GeoAction::bearing, 2, options, chosen);
   addDestination(geo, options, chosen);
   addQuestion(geo, "area", "What three or more positions enclose, the last joined to the first.",
-              Action::area, 3, options, chosen)
+              GeoAction::area, 3, options, chosen)
       ->get_option("POSITIONS")
       ->expected(3, kMostCorners)
       ->description("Three or more positions, LAT,LON each: the corners in their order");
-  addQuestion(geo, "dms", "Degrees, minutes and seconds of latitude and longitude.", Action::dms, 1,
-              options, chosen);
+  addQuestion(geo, "dms", "Degrees, minutes and seconds of latitude and longitude.", GeoAction::dms,
+              1, options, chosen);
   addGrids(geo, options, chosen);
 }
 

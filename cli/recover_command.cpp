@@ -24,7 +24,7 @@
 namespace vgps {
 namespace {
 
-using Action = RecoverOptions::Action;
+using RecoverAction = RecoverOptions::Action;
 
 constexpr int kInUse = 2;  // exit status
 
@@ -191,16 +191,16 @@ int continueRecording(LeftRecording& left, Recorder& recorder, const RecoverOpti
 
 int answer(LeftRecording& left, Recorder& recorder, const RecoverOptions& options) {
   switch (options.action) {
-    case Action::tell:
+    case RecoverAction::tell:
       say(left.path() + ": " + left.question());
       left.leave();
       return 0;
-    case Action::save: return saveRecording(left, recorder);
-    case Action::discard:
+    case RecoverAction::save: return saveRecording(left, recorder);
+    case RecoverAction::discard:
       if (!left.discard()) return fail("cannot delete " + left.path());
       say("Discarded " + pointsText(left.points()) + ".");
       return 0;
-    case Action::goOn: return continueRecording(left, recorder, options);
+    case RecoverAction::goOn: return continueRecording(left, recorder, options);
   }
   return 0;
 }
@@ -220,15 +220,15 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
                    "The settings beside which it lies, or their folder (vgps.xml)")
       ->check(aName())
       ->option_text("FILE");
-  const auto action = [options](Action wanted) {
+  const auto action = [options](RecoverAction wanted) {
     return [options, wanted] { options->action = wanted; };
   };
-  CLI::Option* const save =
-      command->add_flag_callback("--save", action(Action::save), "Put it into the track library");
+  CLI::Option* const save = command->add_flag_callback("--save", action(RecoverAction::save),
+                                                       "Put it into the track library");
   CLI::Option* const discard =
-      command->add_flag_callback("--discard", action(Action::discard), "Delete it");
+      command->add_flag_callback("--discard", action(RecoverAction::discard), "Delete it");
   CLI::Option* const goOn = command->add_flag_callback(
-      "--continue", action(Action::goOn),
+      "--continue", action(RecoverAction::goOn),
       "Go on recording into it until Ctrl-C, then put it into the track library");
   save->excludes(discard)->excludes(goOn);
   discard->excludes(goOn);
@@ -249,7 +249,7 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
 }
 
 int runRecover(const RecoverOptions& options) {
-  if (options.action == Action::goOn && options.port.empty() && !options.simulate) {
+  if (options.action == RecoverAction::goOn && options.port.empty() && !options.simulate) {
     return fail("recover --continue needs --port DEV or --simulate");
   }
   Place place(options.file);
@@ -271,7 +271,8 @@ int runRecover(const RecoverOptions& options) {
     const int status = result == JournalResult::open ? answer(left, place.recorder, options)
                                                      : failedWith(result, left);
     if (worst == 0) worst = status;
-    goneOn = options.action == Action::goOn && result == JournalResult::open;  // one is enough
+    goneOn =
+        options.action == RecoverAction::goOn && result == JournalResult::open;  // one is enough
   }
   if (found == 0) say("No recording was left in " + shownPath(place.folder) + ".");
   const int written = finishOutput();

@@ -7,10 +7,10 @@
 namespace vgps {
 namespace {
 
-using Action = TrackOptions::Action;
+using TrackAction = TrackOptions::Action;
 using Shared = std::shared_ptr<TrackOptions>;
 
-CLI::App* addEdit(CLI::App& track, const char* name, const char* does, Action action,
+CLI::App* addEdit(CLI::App& track, const char* name, const char* does, TrackAction action,
                   const Shared& options, Chosen& chosen) {
   CLI::App* const command = track.add_subcommand(name, does);
   command->callback([options, action, &chosen] {
@@ -37,7 +37,7 @@ void addOutput(CLI::App& command, const Shared& options) {
 
 void addSplit(CLI::App& track, const Shared& options, Chosen& chosen) {
   CLI::App* const command = addEdit(track, "split", "Make two tracks of one; no point is in both.",
-                                    Action::split, options, chosen);
+                                    TrackAction::split, options, chosen);
   addFile(*command, options);
   command
       ->add_option("--at", options->at,
@@ -60,7 +60,7 @@ void addThin(CLI::App& track, const Shared& options, Chosen& chosen) {
       track, "thin",
       "Leave points out: first those that crowd, then those at which the way does not turn. "
       "Points with a mark, a status or an attachment stay in the second step, the two ends always.",
-      Action::thin, options, chosen);
+      TrackAction::thin, options, chosen);
   addFile(*command, options);
   addOutput(*command, options);
   command
@@ -78,7 +78,7 @@ void addThin(CLI::App& track, const Shared& options, Chosen& chosen) {
 
 void addTrim(CLI::App& track, const Shared& options, Chosen& chosen) {
   CLI::App* const command =
-      addEdit(track, "trim", "Keep what lies between two points or two times.", Action::trim,
+      addEdit(track, "trim", "Keep what lies between two points or two times.", TrackAction::trim,
               options, chosen);
   command->footer(
       "FROM and TO are a point's number, from 1, or a local time as the points have it:\n"
@@ -158,7 +158,7 @@ void addTrackCommand(CLI::App& program, Chosen& chosen) {
       "the result takes its place it is kept beside, named .bad.");
   const auto options = std::make_shared<TrackOptions>();
   CLI::App* const join = addEdit(track, "join", "One track out of several, one behind the other.",
-                                 Action::join, options, chosen);
+                                 TrackAction::join, options, chosen);
   join->add_option("FILES", options->files, "Two track files or more, in this order")
       ->required()
       ->expected(2, 10000)
@@ -169,7 +169,7 @@ void addTrackCommand(CLI::App& program, Chosen& chosen) {
   CLI::App* const reverse =
       addEdit(track, "reverse",
               "The last point becomes the first. Times, marks and courses stay with their points.",
-              Action::reverse, options, chosen);
+              TrackAction::reverse, options, chosen);
   addFile(*reverse, options);
   addOutput(*reverse, options);
   addThin(track, options, chosen);

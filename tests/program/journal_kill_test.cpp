@@ -127,9 +127,9 @@ class KilledRecording {
 TEST(JournalKill, AtAnyMomentAllButTheLastSecondsAreThere) {
   constexpr size_t kills = 100;  // side by side: they take no longer than the last of them
   std::mt19937 random(std::random_device{}());
-  std::uniform_int_distribution<int> milliseconds(0, 7500);
+  std::uniform_int_distribution<int> delay(0, 7500);
   std::vector<int> moments(kills);
-  for (int& moment : moments) moment = milliseconds(random);
+  for (int& moment : moments) moment = delay(random);
   std::sort(moments.begin(), moments.end());
 
   const std::string folder = testing::TempDir() + "vgps_kill";
