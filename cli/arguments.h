@@ -19,9 +19,9 @@ void addGeoCommand(CLI::App& program, Chosen& chosen);
 void addRecoverCommand(CLI::App& program, Chosen& chosen);
 
 // The library's own checks speak of limits and mappings; a person wants to read what is allowed.
-CLI::Validator above0();
+CLI::Validator positiveNumber();
 // An empty name, as a script's unset variable leaves it, is none.
-CLI::Validator aName();
+CLI::Validator nonEmptyName();
 // One of some words, for the number beside it.
 CLI::Validator oneOf(std::vector<std::pair<std::string, int>> words);
 

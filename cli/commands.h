@@ -100,10 +100,10 @@ struct GeoOptions {
 int runGeo(const GeoOptions& options);
 
 struct RecoverOptions {
-  enum class Action { tell, goOn, save, discard };
+  enum class Action { tell, continueRecording, save, discard };
   Action action = Action::tell;
   std::string file;  // empty: vgps.xml beside the program
-  // Of goOn:
+  // Of continueRecording:
   std::string port;
   uint32_t speed = 9600;
   bool simulate = false;

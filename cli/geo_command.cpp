@@ -79,7 +79,11 @@ Answer dmsAnswer(const Position& at) {
 
 Answer mgrsAnswer(const Position& at, int digits) {
   const std::string text = mgrsText(at.y, at.x, digits);
-  if (text.empty()) return {{}, {}, "the grid ends at 80 degrees south and 84 degrees north"};
+  if (text.empty())
+    return {{},
+            {},
+            "the position is outside the grid, which covers latitudes from 80 degrees south to 84 "
+            "degrees north"};
   return {text, {{"mgrs", text}}, {}};
 }
 

@@ -80,18 +80,18 @@ void addTimes(const TrackStatistics& all, std::vector<TextRow>& rows) {
 std::vector<TextRow> infoRows(const Track& track, const TrackStatistics& all) {
   std::vector<TextRow> rows = {{"Track", track.name}, {"Points", std::to_string(all.points)}};
   if (!all.bounds) return rows;
-  rows.push_back({"Length", fixedText(all.distanceKm, 3) + " km, with heights " +
+  rows.push_back({"Length", fixedText(all.distanceKm, 3) + " km, with altitude " +
                                 fixedText(all.distance3dKm, 3) + " km"});
   addTimes(all, rows);
   if (all.greatestKmh > 0) {
-    rows.push_back({"Top speed", fixedText(all.greatestKmh, 2) + " km/h"});
+    rows.push_back({"Maximum speed", fixedText(all.greatestKmh, 2) + " km/h"});
   }
-  rows.push_back({"Heights", fixedText(all.lowest, 0) + " m to " + fixedText(all.highest, 0) +
-                                 " m, climb " + fixedText(all.climb, 0) + " m, descent " +
-                                 fixedText(all.descent, 0) + " m"});
+  rows.push_back({"Altitude", fixedText(all.lowest, 0) + " m to " + fixedText(all.highest, 0) +
+                                  " m, climb " + fixedText(all.climb, 0) + " m, descent " +
+                                  fixedText(all.descent, 0) + " m"});
   const TrackBounds& bounds = *all.bounds;
-  rows.push_back({"South-west", fixedText(bounds.south, 6) + "," + fixedText(bounds.west, 6)});
-  rows.push_back({"North-east", fixedText(bounds.north, 6) + "," + fixedText(bounds.east, 6)});
+  rows.push_back({"Southwest", fixedText(bounds.south, 6) + "," + fixedText(bounds.west, 6)});
+  rows.push_back({"Northeast", fixedText(bounds.north, 6) + "," + fixedText(bounds.east, 6)});
   return rows;
 }
 

@@ -19,14 +19,14 @@ constexpr uint32_t kLookMs = 1000;
 
 class LiveFixes {
  public:
-  LiveFixes(const LiveSource& source, std::shared_ptr<UiMailbox> door,
+  LiveFixes(const LiveSource& source, std::shared_ptr<UiMailbox> mailbox,
             const std::function<void(const FixRecord&)>& take,
             const std::function<void(const std::string&)>& tell)
       : source_(source),
         take_(take),
         tell_(tell),
-        door_(std::move(door)),
-        app_({clock_, sounds_, *door_, window_, makeSerialPort, nullptr, listSerialPorts}) {
+        mailbox_(std::move(mailbox)),
+        app_({clock_, sounds_, *mailbox_, window_, makeSerialPort, nullptr, listSerialPorts}) {
     app_.link.times = kUnattendedTimes;
     app_.gps.options.utcOffsetMinutes = measureUtcOffset(clock_.utc(), clock_.local());
   }
@@ -42,14 +42,14 @@ class LiveFixes {
       if (left <= 0) return;
       const auto handler = [this](const UiMessage& message) { handle(message); };
       const int wait = static_cast<int>(std::min<double>(kLookMs, std::ceil(left)));
-      if (door_->wait(wait, handler) == UiMailbox::Waited::shut) return;
+      if (mailbox_->wait(wait, handler) == UiMailbox::WaitResult::closed) return;
     }
   }
 
   // False: a reader still lives, and this must not be destroyed.
   bool stop() {
     take_ = [](const FixRecord&) {};
-    door_->shut();
+    mailbox_->close();
     app_.link.close();
     return stopReceiver(app_);
   }
@@ -60,8 +60,8 @@ class LiveFixes {
     switch (lineOf(app_.link)) {
       case MonitorStatus::Line::open:
         return "reading " + (source_.simulate ? "the simulation" : port);
-      case MonitorStatus::Line::failed: return "cannot open " + port + "; trying again";
-      case MonitorStatus::Line::gone: return port + " has gone; trying again";
+      case MonitorStatus::Line::failed: return "cannot open " + port + "; retrying";
+      case MonitorStatus::Line::gone: return port + " was disconnected; trying to reconnect";
     }
     return {};
   }
@@ -84,7 +84,7 @@ class LiveFixes {
   const Clock& clock_ = systemClock();
   Sounds sounds_;
   Window window_;
-  std::shared_ptr<UiMailbox> door_;
+  std::shared_ptr<UiMailbox> mailbox_;
   AppState app_;
   std::string said_;
 };
@@ -93,9 +93,9 @@ class LiveFixes {
 
 void readLiveFixes(const LiveSource& source, const std::function<void(const FixRecord&)>& take,
                    const std::function<void(const std::string&)>& tell) {
-  const auto door = std::make_shared<UiMailbox>();
-  onStopRequest([door] { door->shut(); });
-  auto live = std::make_unique<LiveFixes>(source, door, take, tell);
+  const auto mailbox = std::make_shared<UiMailbox>();
+  onStopRequest([mailbox] { mailbox->close(); });
+  auto live = std::make_unique<LiveFixes>(source, mailbox, take, tell);
   live->run();
   // What a reader could still touch must outlive it.
   if (!live->stop()) (void)live.release();

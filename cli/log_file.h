@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "cli/log_reader.h"
+#include "app/session/log_reader.h"
 
 namespace vgps {
 

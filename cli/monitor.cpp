@@ -38,11 +38,11 @@ class MonitorWindow : public Window {
 
 class Monitor {
  public:
-  Monitor(const MonitorOptions& options, std::shared_ptr<UiMailbox> door)
+  Monitor(const MonitorOptions& options, std::shared_ptr<UiMailbox> mailbox)
       : options_(options),
         output_(outputOf(options)),
-        door_(std::move(door)),
-        app_({clock_, sounds_, *door_, window_, makeSerialPort, locationSensorManager(),
+        mailbox_(std::move(mailbox)),
+        app_({clock_, sounds_, *mailbox_, window_, makeSerialPort, locationSensorManager(),
               listSerialPorts}) {
     app_.link.times = kUnattendedTimes;
     status_.speed = options.speed;
@@ -56,7 +56,7 @@ class Monitor {
 
   // False: a reader still lives, and this must not be destroyed.
   bool stop() {
-    door_->shut();
+    mailbox_->close();
     app_.link.close();
     return stopReceiver(app_);
   }
@@ -77,7 +77,7 @@ class Monitor {
   const Clock& clock_ = systemClock();
   Sounds sounds_;
   MonitorWindow window_;
-  std::shared_ptr<UiMailbox> door_;
+  std::shared_ptr<UiMailbox> mailbox_;
   AppState app_;
 
   MonitorStatus status_;
@@ -202,7 +202,7 @@ void Monitor::run() {
     if (left <= 0) break;
     const double wait = std::min<double>(msToNextStep(), std::ceil(left));
     const auto handler = [this](const UiMessage& message) { handle(message); };
-    if (door_->wait(static_cast<int>(wait), handler) == UiMailbox::Waited::shut) break;
+    if (mailbox_->wait(static_cast<int>(wait), handler) == UiMailbox::WaitResult::closed) break;
   }
   if (output_ == Output::block) std::fputs("\x1b[?25h", stdout);
 }
@@ -214,7 +214,7 @@ std::string whatToGive() {
     ports += port.name;
     if (!port.description.empty()) ports += " (" + port.description + ")";
   }
-  return "monitor needs --port DEV or --simulate; ports here: " + (ports.empty() ? "none" : ports);
+  return "use --port DEV or --simulate; available ports: " + (ports.empty() ? "none" : ports);
 }
 
 bool canAppend(const std::string& path) {
@@ -229,11 +229,11 @@ bool canAppend(const std::string& path) {
 int runMonitor(const MonitorOptions& options) {
   if (options.port.empty() && !options.simulate) return fail(whatToGive());
   if (!options.logPath.empty() && !canAppend(options.logPath)) {
-    return fail("cannot write the log " + options.logPath);
+    return fail("cannot write the log file " + options.logPath);
   }
-  const auto door = std::make_shared<UiMailbox>();
-  onStopRequest([door] { door->shut(); });
-  auto monitor = std::make_unique<Monitor>(options, door);
+  const auto mailbox = std::make_shared<UiMailbox>();
+  onStopRequest([mailbox] { mailbox->close(); });
+  auto monitor = std::make_unique<Monitor>(options, mailbox);
   monitor->run();
   // What a reader could still touch must outlive it.
   if (!monitor->stop()) (void)monitor.release();

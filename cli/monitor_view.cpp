@@ -17,8 +17,8 @@ std::string secondsText(uint32_t ms) { return std::to_string(ms / 1000) + " s"; 
 
 std::string silenceText(const MonitorStatus& status) {
   if (status.noiseSeen) {
-    return "bytes come from " + status.source + ", but no sentences: is " +
-           std::to_string(status.speed) + " baud right?";
+    return "data is arriving from " + status.source + ", but no NMEA sentences; is " +
+           std::to_string(status.speed) + " baud correct?";
   }
   return "no data from " + status.source + " for " + secondsText(status.silentMs);
 }
@@ -31,9 +31,9 @@ bool hasFix(const MonitorStatus& status, const UiFix& shown) {
 
 std::string noFixText(const MonitorStatus& status, const UiFix& shown) {
   if (shown.inputProtocol == kSirfBinary) {
-    return "no fix: the receiver speaks SiRF binary, which carries none here";
+    return "no fix: the receiver is sending SiRF binary, which is not decoded";
   }
-  return status.fixSeen ? "no fix since " + secondsText(status.fixAgeMs) : "no fix yet";
+  return status.fixSeen ? "no fix for " + secondsText(status.fixAgeMs) : "no fix yet";
 }
 
 }  // namespace
@@ -53,7 +53,7 @@ std::string statusText(const MonitorStatus& status, const UiFix& shown) {
     return "not connected: " + status.source + " " + wordsOf(status.error).predicate;
   }
   if (status.line == MonitorStatus::Line::gone) {
-    return "not connected: the line is gone, " + status.source + " was unplugged";
+    return "not connected: " + status.source + " was unplugged";
   }
   if (status.silentMs >= kSilentMs) return silenceText(status);
   if (!status.dataSeen) return "connected to " + status.source + ", waiting for data";

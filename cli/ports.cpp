@@ -52,7 +52,7 @@ void printJson(const std::vector<PortName>& ports, const std::vector<ProbeAnswer
 
 void printWords(const std::vector<PortName>& ports, const std::vector<ProbeAnswer>& answers,
                 uint32_t speed) {
-  if (ports.empty()) std::puts("There is no serial port here.");
+  if (ports.empty()) std::puts("No serial ports found.");
   size_t width = 0;
   for (const PortName& port : ports) width = std::max(width, port.name.size());
   for (size_t i = 0; i < ports.size(); ++i) {

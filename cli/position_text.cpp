@@ -19,8 +19,8 @@ std::string_view withoutBlanks(std::string_view text) {
 
 std::string outOfRange(std::string_view what, std::string_view typed, double greatest) {
   const std::string limit = decimalText(static_cast<int64_t>(greatest));
-  return std::string(what) + " " + std::string(typed) + " is out of range: it goes from -" + limit +
-         " to " + limit;
+  return std::string(what) + " " + std::string(typed) + " is out of range; it must be from -" +
+         limit + " to " + limit;
 }
 
 }  // namespace
@@ -43,8 +43,9 @@ std::optional<Position> typedPosition(std::string_view text, std::string& compla
   const std::optional<double> latitude = typedNumber(first);
   const std::optional<double> longitude = typedNumber(second);
   if (!latitude || !longitude) {
-    complaint = "'" + std::string(withoutBlanks(text)) +
-                "' is no position: it takes LAT,LON in decimal degrees, like -33.8568,151.2153";
+    complaint =
+        "'" + std::string(withoutBlanks(text)) +
+        "' is not a position; use LAT,LON in decimal degrees, for example -33.8568,151.2153";
   } else if (std::fabs(*latitude) > kGreatestLatitude) {
     complaint = outOfRange("latitude", first, kGreatestLatitude);
   } else if (std::fabs(*longitude) > kGreatestLongitude) {

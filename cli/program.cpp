@@ -15,43 +15,45 @@ namespace {
 
 void addMonitor(CLI::App& program, Chosen& chosen) {
   const auto options = std::make_shared<MonitorOptions>();
-  CLI::App* const command = program.add_subcommand(
-      "monitor",
-      "Show the live fix of a receiver: one refreshed block on a terminal, one line a second "
-      "otherwise. Ends with Ctrl-C.");
-  command->add_option("--port", options->port, "The receiver's port (/dev/ttyUSB0, COM3)")
+  CLI::App* const command =
+      program.add_subcommand("monitor",
+                             "Show the live fix of a receiver: a refreshed block on a terminal, "
+                             "otherwise one line per second. Press Ctrl+C to stop.");
+  command
+      ->add_option("--port", options->port,
+                   "Port of the receiver, for example COM3 or /dev/ttyUSB0")
       ->option_text("DEV");
-  command->add_option("--speed", options->speed, "Line speed in baud")
-      ->check(above0())
+  command->add_option("--speed", options->speed, "Baud rate")
+      ->check(positiveNumber())
       ->option_text("N (9600)");
-  command->add_flag("--simulate", options->simulate, "A built-in trip instead of a receiver");
-  command->add_option("--log", options->logPath, "Append what is received to this file")
+  command->add_flag("--simulate", options->simulate, "Use the built-in trip instead of a receiver");
+  command->add_option("--log", options->logPath, "Append all received data to this file")
       ->option_text("FILE");
-  command->add_flag("--json", options->json, "Print one JSON object a second");
-  command->add_option("--for", options->seconds, "End after so many seconds")
-      ->check(above0())
+  command->add_flag("--json", options->json, "Print one JSON object per second");
+  command->add_option("--for", options->seconds, "Stop after this many seconds")
+      ->check(positiveNumber())
       ->option_text("SECONDS");
   command->callback([options, &chosen] { chosen = [options] { return runMonitor(*options); }; });
 }
 
 void addReplay(CLI::App& program, Chosen& chosen) {
   const auto options = std::make_shared<ReplayOptions>();
-  CLI::App* const command = program.add_subcommand(
-      "replay",
-      "Read a recorded log (NMEA text, SiRF binary, or both) as fast as it goes and print the "
-      "state it leads to.");
-  command->add_option("FILE", options->path, "The log")->required()->option_text(" ");
+  CLI::App* const command =
+      program.add_subcommand("replay",
+                             "Read a recorded log (NMEA text, SiRF binary, or both) at full speed "
+                             "and print the final state.");
+  command->add_option("FILE", options->path, "Log file to read")->required()->option_text(" ");
   command->add_flag("--json", options->json, "Print the state as one JSON object");
-  command->add_flag("--lines", options->lines, "Print one JSON object for each line of the log");
+  command->add_flag("--lines", options->lines, "Print one JSON object per line of the log");
   command
       ->add_option("--talkers", options->talkers,
-                   "Whether RMC, GGA and GSA of other talkers than GP count: auto (when GP is "
-                   "silent), always, never")
+                   "Use RMC, GGA, and GSA from talkers other than GP: auto (only when GP is "
+                   "silent), always, or never")
       ->transform(oneOf({{"auto", 0}, {"always", 1}, {"never", 2}}))
       ->option_text("auto|always|never");
   command
       ->add_option("--utc-offset", options->utcOffsetMinutes,
-                   "UTC minus local time in minutes: -120 where clocks are two hours ahead of UTC")
+                   "UTC minus local time in minutes, for example -120 for UTC+2")
       ->check(CLI::Range(-1440, 1440))
       ->option_text("MINUTES");
   command->callback([options, &chosen] { chosen = [options] { return runReplay(*options); }; });
@@ -59,13 +61,13 @@ void addReplay(CLI::App& program, Chosen& chosen) {
 
 void addPorts(CLI::App& program, Chosen& chosen) {
   const auto options = std::make_shared<PortsOptions>();
-  CLI::App* const command = program.add_subcommand(
-      "ports",
-      "Listen to every serial port for three seconds and tell where a receiver answers, and why "
-      "not elsewhere.");
-  command->add_option("--port", options->ports, "Only these ports")->option_text("DEV");
-  command->add_option("--speed", options->speed, "Line speed in baud")
-      ->check(above0())
+  CLI::App* const command =
+      program.add_subcommand("ports",
+                             "Listen to every serial port for three seconds and report which have "
+                             "a receiver, and why the others do not.");
+  command->add_option("--port", options->ports, "Check only these ports")->option_text("DEV");
+  command->add_option("--speed", options->speed, "Baud rate")
+      ->check(positiveNumber())
       ->option_text("N (9600)");
   command->add_flag("--json", options->json, "Print JSON");
   command->callback([options, &chosen] { chosen = [options] { return runPorts(*options); }; });
@@ -74,21 +76,26 @@ void addPorts(CLI::App& program, Chosen& chosen) {
 void addSettings(CLI::App& program, Chosen& chosen) {
   const auto options = std::make_shared<SettingsOptions>();
   CLI::App* const command =
-      program.add_subcommand("settings", "Show and change the settings in vgps.xml.");
-  command->add_option("--file", options->file, "The document (vgps.xml beside the program)")
-      ->check(aName())
+      program.add_subcommand("settings", "Show or change the settings in vgps.xml.");
+  command
+      ->add_option("--file", options->file, "Settings file (default: vgps.xml next to the program)")
+      ->check(nonEmptyName())
       ->option_text("FILE");
   command->require_subcommand(1);
-  CLI::App* const list = command->add_subcommand("list", "Every setting with its value");
+  CLI::App* const list = command->add_subcommand("list", "List every setting and its value");
   list->add_flag("--json", options->json, "Print JSON");
-  CLI::App* const get = command->add_subcommand("get", "One value");
-  CLI::App* const set = command->add_subcommand("set", "Change one value in the file at once");
+  CLI::App* const get = command->add_subcommand("get", "Print one value");
+  CLI::App* const set = command->add_subcommand("set", "Change one value and save the file");
   for (CLI::App* const one : {list, get, set}) one->fallthrough();
   for (CLI::App* const one : {get, set}) {
-    one->add_option("PATH", options->path, "Of elements: cfg\\gps")->required()->option_text(" ");
-    one->add_option("KEY", options->key, "The attribute: port")->required()->option_text(" ");
+    one->add_option("PATH", options->path, "Element path, for example cfg\\gps")
+        ->required()
+        ->option_text(" ");
+    one->add_option("KEY", options->key, "Attribute name, for example port")
+        ->required()
+        ->option_text(" ");
   }
-  set->add_option("VALUE", options->value, "What it is set to")->required()->option_text(" ");
+  set->add_option("VALUE", options->value, "New value")->required()->option_text(" ");
   get->callback([options] { options->action = SettingsOptions::Action::get; });
   set->callback([options] { options->action = SettingsOptions::Action::set; });
   command->callback([options, &chosen] { chosen = [options] { return runSettings(*options); }; });
@@ -97,13 +104,13 @@ void addSettings(CLI::App& program, Chosen& chosen) {
 void addXml(CLI::App& program, Chosen& chosen) {
   const auto options = std::make_shared<XmlOptions>();
   CLI::App* const command = program.add_subcommand(
-      "xml", "Read an XML file, and save it in the program's own layout when -o is given.");
-  command->add_option("FILE", options->file, "The file")
+      "xml", "Read an XML file. With -o, save it in the program's own layout.");
+  command->add_option("FILE", options->file, "File to read")
       ->required()
-      ->check(aName())
+      ->check(nonEmptyName())
       ->option_text(" ");
-  command->add_option("-o", options->output, "Where to save it")
-      ->check(aName())
+  command->add_option("-o", options->output, "File to write")
+      ->check(nonEmptyName())
       ->option_text("OUT");
   command->callback([options, &chosen] { chosen = [options] { return runXml(*options); }; });
 }
@@ -148,16 +155,17 @@ std::string firstLine(std::string_view text) {
 
 }  // namespace
 
-CLI::Validator above0() {
+CLI::Validator positiveNumber() {
   return {[](const std::string& text) {
-            return leadingDouble(text) > 0 ? std::string() : text + " is no number above 0";
+            return leadingDouble(text) > 0 ? std::string()
+                                           : text + " is not a number greater than 0";
           },
           ""};
 }
 
-CLI::Validator aName() {
+CLI::Validator nonEmptyName() {
   return {[](const std::string& text) {
-            return text.empty() ? std::string("an empty name is no file's name") : std::string();
+            return text.empty() ? std::string("the file name must not be empty") : std::string();
           },
           ""};
 }
@@ -173,7 +181,7 @@ CLI::Validator oneOf(std::vector<std::pair<std::string, int>> words) {
               text = std::to_string(number);
               return {};
             }
-            return text + " is none of " + names;
+            return text + " is not one of " + names;
           },
           ""};
 }
@@ -193,8 +201,9 @@ int finishOutput() {
 }
 
 int runProgram(std::vector<std::string> arguments) {
-  CLI::App program("Reads GPS receivers and their logs, records tracks, edits them, calculates.",
-                   "vgps");
+  CLI::App program(
+      "Reads GPS receivers and logs, records and edits tracks, and calculates with positions.",
+      "vgps");
   program.allow_windows_style_options(false);  // "/log" is a path everywhere
   program.set_version_flag("--version", std::string("vgps ") + kVersion, "Print the version");
   Chosen chosen;
@@ -213,7 +222,8 @@ int runProgram(std::vector<std::string> arguments) {
   } catch (const CLI::ParseError& error) {
     return fail(firstLine(error.what()) + help);
   }
-  return chosen ? chosen() : fail("say what to do: " + listed(commandNames(program)) + help);
+  return chosen ? chosen()
+                : fail("no command given; choose " + listed(commandNames(program)) + help);
 }
 
 }  // namespace vgps

@@ -2,10 +2,10 @@
 #include <memory>
 
 #include "app/session/apply_settings.h"
+#include "app/session/log_clock.h"
 #include "app/session/recorder.h"
 #include "app/settings/config_store.h"
 #include "cli/commands.h"
-#include "cli/log_clock.h"
 #include "cli/log_file.h"
 #include "cli/track_input.h"
 #include "gps/epoch.h"
@@ -107,19 +107,19 @@ std::string countText(size_t count, const std::string& what) {
 
 int runRecord(const RecordOptions& options) {
   if (isSameFile(options.output, options.log)) {
-    return fail("the track cannot take the place of its log");
+    return fail("the track file must not overwrite the log");
   }
   if (!options.settings.empty() && isSameFile(options.output, options.settings)) {
-    return fail("the track cannot take the place of its settings");
+    return fail("the track file must not overwrite the settings file");
   }
   if (fileKind(options.output) == FileKind::other) return noPlaceForTrack(options.output);
   ConfigStore store;
   Settings settings;
   if (!options.settings.empty()) {
-    if (!fileExists(options.settings)) return fail("no settings file " + options.settings);
+    if (!fileExists(options.settings)) return fail("settings file not found: " + options.settings);
     const bool good = store.open(options.settings);
     if (!store.readable()) return fail("cannot read " + options.settings);
-    if (!good) return fail(options.settings + " holds no settings");
+    if (!good) return fail(options.settings + " is not a settings file");
     settings = loadSettings(store);
   }
   LogFile log(options.log);
@@ -127,9 +127,9 @@ int runRecord(const RecordOptions& options) {
   recorder->play(log);
   if (!log.complaint().empty()) return fail(log.complaint());
   if (recorder->points() == 0) {
-    return fail(recorder->fixes() == 0
-                    ? options.log + " has no fix: no track was written"
-                    : "no fix in " + options.log + " passed the filter: no track was written");
+    return fail(recorder->fixes() == 0 ? options.log + " contains no fix; no track was written"
+                                       : "no fix in " + options.log +
+                                             " passed the recording filter; no track was written");
   }
   if (!recorder->save()) return fail("cannot write " + options.output);
   std::printf("%s: %s of %s\n", options.output.c_str(),

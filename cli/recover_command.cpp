@@ -48,7 +48,7 @@ class Place : public RecorderHooks {
     std::string path = file.empty() ? programFolder() : file;
     if (isFolder(path)) path = pathIn(path, "vgps.xml");
     ConfigStore store;
-    if (!store.open(path)) fail(path + " cannot be read; the standard settings are taken");
+    if (!store.open(path)) fail(path + " cannot be read; using default settings");
     const Settings settings = loadSettings(store);
     folder = folderOf(path);
     places_ = {.library = trackLibraryPath(settings.trackStorePath, folder),
@@ -60,7 +60,7 @@ class Place : public RecorderHooks {
 
   RecorderPlaces places() const override { return places_; }
   void journalFailed() override {
-    fail("the disk does not take the points; recording goes on in memory");
+    fail("cannot write points to disk; recording continues in memory");
   }
 
   std::string folder;
@@ -70,8 +70,8 @@ class Place : public RecorderHooks {
   RecorderPlaces places_;
 };
 
-int failedWith(JournalResult result, const LeftRecording& left) {
-  const int status = fail(left.message(result));
+int failedWith(JournalResult result, const UnfinishedRecording& unfinished) {
+  const int status = fail(unfinished.message(result));
   return result == JournalResult::inUse ? kInUse : status;
 }
 
@@ -106,22 +106,23 @@ int tellSaved(const Keeping& keeping, size_t points, const std::string& path) {
   if (keeping.library.isNew && keeping.library.state == LibraryState::damaged) {
     fail(libraryMessage(LibraryState::damaged, keeping.library.path));
   }
-  if (!keeping.damagedKeptAs.empty()) {
-    fail("the damaged library was kept as " + keeping.damagedKeptAs);
+  if (!keeping.damagedBackupPath.empty()) {
+    fail("the damaged library was saved as " + keeping.damagedBackupPath);
   }
   say("Saved " + pointsText(points) + " in " + shownPath(keeping.library.path) + ".");
-  return fileExists(path) ? fail("cannot delete " + path + "; it was saved all the same") : 0;
+  return fileExists(path) ? fail("cannot delete " + path + "; the recording was saved anyway") : 0;
 }
 
-int saveRecording(LeftRecording& left, Recorder& recorder) {
-  const size_t points = left.points();
-  const Keeping keeping = recorder.keepLeft(left);
+int saveRecording(UnfinishedRecording& unfinished, Recorder& recorder) {
+  const size_t points = unfinished.points();
+  const Keeping keeping = recorder.keepUnfinished(unfinished);
   if (keeping.outcome == Keeping::Outcome::kept) {
-    if (!left.keptAs().empty()) fail("the damaged recording was kept as " + left.keptAs());
-    return tellSaved(keeping, points, left.path());
+    if (!unfinished.backupPath().empty())
+      fail("the damaged recording was saved as " + unfinished.backupPath());
+    return tellSaved(keeping, points, unfinished.path());
   }
   fail(refusalOf(keeping));
-  fail("the recording stays in " + left.path());
+  fail("the recording is still in " + unfinished.path());
   return statusOf(keeping);
 }
 
@@ -133,13 +134,14 @@ class Ending {
 
   int run() {
     if (isOver()) return status_;
-    holdNextStopRequest();
+    deferNextStopRequest();
     fail(refusalOf(end_.keeping));
-    fail("the disk does not take the last " + pointsText(end_.lacking) +
-         "; trying again every 3 seconds. Ctrl-C gives up and loses them");
+    fail("cannot write to disk: " + pointsText(end_.unsavedPoints) +
+         " not saved; retrying every 3 seconds. Press Ctrl+C to give up");
     do {
       for (int waited = 0; waited < kTryAgainMs; waited += kLookMs) {
-        if (stopRequestWasHeld()) return fail("given up: " + pointsText(end_.lacking) + " lost");
+        if (stopRequestWasDeferred())
+          return fail("gave up: " + pointsText(end_.unsavedPoints) + " lost");
         std::this_thread::sleep_for(std::chrono::milliseconds(kLookMs));
       }
     } while (!isOver());
@@ -152,18 +154,18 @@ class Ending {
     const size_t points = recorder_.track.points.size();
     end_ = recorder_.end();
     if (end_.journal != JournalResult::open && !std::exchange(gone_, true)) {
-      fail(end_.journal == JournalResult::missing ? path_ + " has gone"
+      fail(end_.journal == JournalResult::missing ? path_ + " no longer exists"
                                                   : journalMessage(end_.journal, path_));
-      fail("the track is taken from memory");
+      fail("using the copy of the track in memory");
     }
     if (end_.keeping.outcome == Keeping::Outcome::kept) {
       status_ = tellSaved(end_.keeping, points, path_);
       return true;
     }
     status_ = statusOf(end_.keeping);
-    if (end_.lacking > 0) return false;
+    if (end_.unsavedPoints > 0) return false;
     fail(refusalOf(end_.keeping));
-    fail("the recording stays in " + path_);
+    fail("the recording is still in " + path_);
     return true;
   }
 
@@ -175,10 +177,11 @@ class Ending {
 };
 
 // Records on into the journal until it is stopped; then the whole track is saved.
-int continueRecording(LeftRecording& left, Recorder& recorder, const RecoverOptions& options) {
-  recorder.continueFrom(left);
+int continueRecording(UnfinishedRecording& unfinished, Recorder& recorder,
+                      const RecoverOptions& options) {
+  recorder.continueFrom(unfinished);
   const size_t before = recorder.track.points.size();
-  say("Going on behind " + pointsText(before) + "; Ctrl-C ends and saves.");
+  say("Continuing after " + pointsText(before) + "; press Ctrl+C to stop and save.");
   std::fflush(stdout);
   readLiveFixes(
       {options.port, options.speed, options.simulate, options.seconds},
@@ -186,21 +189,21 @@ int continueRecording(LeftRecording& left, Recorder& recorder, const RecoverOpti
       [](const std::string& text) { fail(text); });
   const size_t more = recorder.track.points.size() - before;
   say("Recorded " + std::to_string(more) + (more == 1 ? " more point." : " more points."));
-  return Ending(recorder, left.path()).run();
+  return Ending(recorder, unfinished.path()).run();
 }
 
-int answer(LeftRecording& left, Recorder& recorder, const RecoverOptions& options) {
+int answer(UnfinishedRecording& unfinished, Recorder& recorder, const RecoverOptions& options) {
   switch (options.action) {
     case RecoverAction::tell:
-      say(left.path() + ": " + left.question());
-      left.leave();
+      say(unfinished.path() + ": " + unfinished.question());
+      unfinished.keepForLater();
       return 0;
-    case RecoverAction::save: return saveRecording(left, recorder);
+    case RecoverAction::save: return saveRecording(unfinished, recorder);
     case RecoverAction::discard:
-      if (!left.discard()) return fail("cannot delete " + left.path());
-      say("Discarded " + pointsText(left.points()) + ".");
+      if (!unfinished.discard()) return fail("cannot delete " + unfinished.path());
+      say("Discarded " + pointsText(unfinished.points()) + ".");
       return 0;
-    case RecoverAction::goOn: return continueRecording(left, recorder, options);
+    case RecoverAction::continueRecording: return continueRecording(unfinished, recorder, options);
   }
   return 0;
 }
@@ -211,70 +214,71 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
   const auto options = std::make_shared<RecoverOptions>();
   CLI::App* const command = program.add_subcommand(
       "recover",
-      "Tell whether a recording was cut short by a crash or a power cut, "
-      "and go on with it, save or "
-      "discard it. Ends with 2 when a running program still records, or changes "
+      "Check for a recording that was cut short by a crash or power failure, and continue, save, "
+      "or discard it. Exits with status 2 when another program is still recording or is changing "
       "the track library.");
   command
       ->add_option("--file", options->file,
-                   "The settings beside which it lies, or their folder (vgps.xml)")
-      ->check(aName())
+                   "Settings file next to the recording, or its folder (default: vgps.xml next to "
+                   "the program)")
+      ->check(nonEmptyName())
       ->option_text("FILE");
   const auto action = [options](RecoverAction wanted) {
     return [options, wanted] { options->action = wanted; };
   };
   CLI::Option* const save = command->add_flag_callback("--save", action(RecoverAction::save),
-                                                       "Put it into the track library");
+                                                       "Save it to the track library");
   CLI::Option* const discard =
       command->add_flag_callback("--discard", action(RecoverAction::discard), "Delete it");
-  CLI::Option* const goOn = command->add_flag_callback(
-      "--continue", action(RecoverAction::goOn),
-      "Go on recording into it until Ctrl-C, then put it into the track library");
-  save->excludes(discard)->excludes(goOn);
-  discard->excludes(goOn);
-  command->add_option("--port", options->port, "The receiver's port, to continue from")
-      ->needs(goOn)
+  CLI::Option* const continueOption = command->add_flag_callback(
+      "--continue", action(RecoverAction::continueRecording),
+      "Continue recording until Ctrl+C, then save it to the track library");
+  save->excludes(discard)->excludes(continueOption);
+  discard->excludes(continueOption);
+  command->add_option("--port", options->port, "Port of the receiver to continue with")
+      ->needs(continueOption)
       ->option_text("DEV");
-  command->add_option("--speed", options->speed, "Its line speed in baud")
-      ->needs(goOn)
-      ->check(above0())
+  command->add_option("--speed", options->speed, "Baud rate of the receiver")
+      ->needs(continueOption)
+      ->check(positiveNumber())
       ->option_text("N (9600)");
-  command->add_flag("--simulate", options->simulate, "Continue from the built-in trip")
-      ->needs(goOn);
-  command->add_option("--for", options->seconds, "End after so many seconds")
-      ->needs(goOn)
-      ->check(above0())
+  command->add_flag("--simulate", options->simulate, "Continue with the built-in trip")
+      ->needs(continueOption);
+  command->add_option("--for", options->seconds, "Stop after this many seconds")
+      ->needs(continueOption)
+      ->check(positiveNumber())
       ->option_text("SECONDS");
   command->callback([options, &chosen] { chosen = [options] { return runRecover(*options); }; });
 }
 
 int runRecover(const RecoverOptions& options) {
-  if (options.action == RecoverAction::goOn && options.port.empty() && !options.simulate) {
-    return fail("recover --continue needs --port DEV or --simulate");
+  if (options.action == RecoverAction::continueRecording && options.port.empty() &&
+      !options.simulate) {
+    return fail("--continue requires --port DEV or --simulate");
   }
   Place place(options.file);
-  const std::vector<std::string> journals = journalsAt(place.places().journal);
+  const std::vector<std::string> journals = existingJournals(place.places().journal);
   int worst = 0;
   size_t found = 0;
-  bool goneOn = false;  // the others are only told of
+  bool continued = false;  // the others are only told of
   for (const std::string& path : journals) {
-    LeftRecording left(place.recorder.journalSettings());
-    const JournalResult result = left.open(path);
+    UnfinishedRecording unfinished(place.recorder.journalSettings());
+    const JournalResult result = unfinished.open(path);
     if (result == JournalResult::missing) continue;
     ++found;
-    if (goneOn) {
+    if (continued) {
       const bool open = result == JournalResult::open;
-      say(path + ": " + (open ? left.question() : left.message(result)));
-      left.leave();
+      say(path + ": " + (open ? unfinished.question() : unfinished.message(result)));
+      unfinished.keepForLater();
       continue;
     }
-    const int status = result == JournalResult::open ? answer(left, place.recorder, options)
-                                                     : failedWith(result, left);
+    const int status = result == JournalResult::open ? answer(unfinished, place.recorder, options)
+                                                     : failedWith(result, unfinished);
     if (worst == 0) worst = status;
-    goneOn =
-        options.action == RecoverAction::goOn && result == JournalResult::open;  // one is enough
+    continued = options.action == RecoverAction::continueRecording &&
+                result == JournalResult::open;  // one is enough
   }
-  if (found == 0) say("No recording was left in " + shownPath(place.folder) + ".");
+  if (found == 0) say("No unfinished recording was found in " + shownPath(place.folder) + ".");
   const int written = finishOutput();
   return worst != 0 ? worst : written;
 }

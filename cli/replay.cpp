@@ -4,10 +4,10 @@
 #include "app/session/app_state.h"
 #include "app/session/direct_ui_thread.h"
 #include "app/session/on_line.h"
+#include "app/session/replay_clock.h"
 #include "base/text.h"
 #include "cli/commands.h"
 #include "cli/log_file.h"
-#include "cli/replay_clock.h"
 #include "cli/state_json.h"
 #include "cli/state_text.h"
 
@@ -20,10 +20,10 @@ class Replay {
   explicit Replay(const ReplayOptions& options)
       : options_(options),
         clock_(options.utcOffsetMinutes),
-        app_({clock_, sounds_, door_, window_, makeSerialPort, nullptr}) {
+        app_({clock_, sounds_, uiThread_, window_, makeSerialPort, nullptr}) {
     app_.gps.options.talkers = static_cast<int32_t>(options.talkers);
     app_.gps.options.utcOffsetMinutes = options.utcOffsetMinutes;
-    door_.setHandler([this](const UiMessage& message) { handle(message); });
+    uiThread_.setHandler([this](const UiMessage& message) { handle(message); });
   }
 
   void play(LogFile& log) {
@@ -65,7 +65,7 @@ class Replay {
   ReplayClock clock_;
   Sounds sounds_;
   Window window_;
-  DirectUiThread door_;
+  DirectUiThread uiThread_;
   AppState app_;
   bool lineCame_ = false;
 };

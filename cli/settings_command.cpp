@@ -115,7 +115,7 @@ std::string whatIsAllowed(const SettingRow& row, std::string_view text) {
       return "a whole number";
     case SettingType::colour:
       if (isNumber(text, true) && value >= 0 && value <= kLargestColour) return {};
-      return "a colour from 0 to 16777215";
+      return "a color from 0 to 16777215";
   }
   return {};
 }
@@ -123,13 +123,13 @@ std::string whatIsAllowed(const SettingRow& row, std::string_view text) {
 int setSetting(ConfigStore& store, const SettingRow& row, const std::string& text) {
   const std::string allowed = whatIsAllowed(row, text);
   if (!allowed.empty()) {
-    return fail(std::string(row.path) + " " + row.key + " takes " + allowed + ", not '" + text +
+    return fail(std::string(row.path) + " " + row.key + " must be " + allowed + ", not '" + text +
                 "'");
   }
   if (row.type == SettingType::string) {
     store.set(row, std::string_view(text));
     if (firstUtf16Units(text, row.characters).size() < text.size()) {
-      std::fprintf(stderr, "vgps: the program reads %u characters of it\n",
+      std::fprintf(stderr, "vgps: only the first %u characters are used\n",
                    unsigned{row.characters});
     }
   } else {
@@ -167,7 +167,7 @@ int runSettings(const SettingsOptions& options) {
   }
   if (options.action == SettingsOptions::Action::list) return listSettings(store, options.json);
   const SettingRow* const row = findSetting(options.path, options.key);
-  if (row == nullptr) return fail("no setting " + options.path + " " + options.key);
+  if (row == nullptr) return fail("unknown setting " + options.path + " " + options.key);
   if (options.action == SettingsOptions::Action::set) {
     return setSetting(store, *row, options.value);
   }

@@ -12,9 +12,8 @@ namespace vgps {
 namespace {
 
 constexpr std::array<const char*, 9> kQualityNames = {
-    "no fix",         "GPS fix",         "differential fix",
-    "PPS fix",        "RTK fixed",       "RTK float",
-    "estimated only", "entered by hand", "simulated by the receiver"};
+    "no fix",    "GPS fix",   "differential fix", "PPS fix",  "RTK fixed",
+    "RTK float", "estimated", "manual input",     "simulated"};
 
 std::string degreesText(double degrees, const char* positive, const char* negative) {
   return fixedText(std::fabs(degrees), 6) + " " + (std::signbit(degrees) ? negative : positive);
@@ -93,7 +92,7 @@ std::vector<TextRow> stateRows(const UiFix& shown) {
        fixedText(fix.course, 1) + " degrees, variation " + fixedText(fix.magneticVariation, 1)},
       {"UTC", timeText(fix.utcTime)},
       {"Local time", clockText(fix.localTime)},
-      {"Greatest",
+      {"Maximum",
        fixedText(shown.maxSpeed, 2) + " km/h, " + fixedText(shown.maxAltitude, 0) + " m"},
       {"Satellites", std::to_string(table.usedCount) + " used, " +
                          std::to_string(table.inViewCount) + " in view"},
@@ -102,9 +101,9 @@ std::vector<TextRow> stateRows(const UiFix& shown) {
       {"Systems", systemsText(shown.view)},
       {"Sentences", countsText(stats)},
       {"Rejected", std::to_string(stats.rejected)},
-      {"Checksums", std::to_string(stats.sum(&KindStats::checksumRight)) + " right, " +
+      {"Checksums", std::to_string(stats.sum(&KindStats::checksumRight)) + " correct, " +
                         std::to_string(stats.sum(&KindStats::checksumWrong)) + " wrong, " +
-                        std::to_string(stats.sum(&KindStats::checksumAbsent)) + " absent"},
+                        std::to_string(stats.sum(&KindStats::checksumAbsent)) + " missing"},
   };
 }
 

@@ -33,8 +33,8 @@ std::optional<DateTime> readLocalTime(std::string_view text) {
 }
 
 int noSuchPoint(const TrackInput& input, const std::string& number) {
-  return fail(input.path + " has no point " + number + ": there are " +
-              std::to_string(input.track.points.size()));
+  return fail(input.path + " has no point " + number +
+              "; number of points: " + std::to_string(input.track.points.size()));
 }
 
 int splitFile(const TrackOptions& options, std::span<TrackInput> inputs) {
@@ -42,11 +42,11 @@ int splitFile(const TrackOptions& options, std::span<TrackInput> inputs) {
   const size_t count = track.points.size();
   if (options.at < 2 || options.at > count) {
     return fail(inputs[0].path + " cannot be split at point " + std::to_string(options.at) +
-                ": its points are 1 to " + std::to_string(count) +
-                ", and both parts need at least one");
+                "; its points are numbered 1 to " + std::to_string(count) +
+                ", and each part needs at least one");
   }
   if (isSameFile(options.output, options.secondOutput)) {
-    return fail("the two parts need two files, not " + options.output + " twice");
+    return fail("the two parts need different files; both are " + options.output);
   }
   const std::optional<Track> second = split(track, options.at - 1, 1);
   const TrackOutput outputs[] = {{track, options.output}, {*second, options.secondOutput}};
@@ -60,9 +60,9 @@ int thinFile(const TrackOptions& options, std::span<TrackInput> inputs) {
   RecordingOptions thinning;
   const bool whole = options.metres == std::floor(options.metres);
   if (!whole || options.metres > kMostMetres) {
-    return fail("--metres takes a whole number from 1 to 1000000");
+    return fail("--meters must be a whole number from 1 to 1000000");
   }
-  if (!(options.angle <= kMostDegrees)) return fail("--angle takes degrees up to 180");
+  if (!(options.angle <= kMostDegrees)) return fail("--angle must not exceed 180 degrees");
   if (options.metres > 0) thinning.normalizeMetres = static_cast<int32_t>(options.metres);
   track.angleThreshold = static_cast<float>(options.angle);
   normalize(track, thinning);
@@ -92,7 +92,7 @@ int trimFile(const TrackOptions& options, std::span<TrackInput> inputs) {
   const std::optional<TrimEnd> to = readEnd(options.to, input.track.points.size());
   if (!from || !to) {
     return fail((from ? options.to : options.from) +
-                " is neither a point's number nor a time like \"2010-07-05 09:03\"");
+                " is not a point number or a time; write times as \"2010-07-05 09:03\"");
   }
   if (from->point < 1 || from->point > input.track.points.size()) {
     return noSuchPoint(input, options.from.empty() ? "1" : options.from);
@@ -102,7 +102,7 @@ int trimFile(const TrackOptions& options, std::span<TrackInput> inputs) {
   if (left && (from->time || to->time)) {
     left = trimToTimes(input.track, from->time.value_or(kEarliest), to->time.value_or(kLatest));
   }
-  if (!left) return fail("nothing of " + input.path + " lies between: no track was written");
+  if (!left) return fail("nothing of " + input.path + " lies in that range; no track was written");
   return writeTrackOutput({input.track, options.output}, kUnit, inputs);
 }
 

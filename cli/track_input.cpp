@@ -60,7 +60,7 @@ bool keepDamaged(const std::string& path, std::span<const TrackInput> inputs) {
   const std::optional<std::string> before = bytesOf(path);
   if (!before || !isDamagedInput(*before, inputs)) return true;
   const std::string kept = keepAsBad(path, *before);
-  if (!kept.empty()) warn("the damaged file is kept as " + kept);
+  if (!kept.empty()) warn("the damaged file was saved as " + kept);
   return !kept.empty();
 }
 
@@ -68,23 +68,24 @@ bool keepDamaged(const std::string& path, std::span<const TrackInput> inputs) {
 
 bool readTrackInput(const std::string& path, int32_t speedUnit, TrackInput& input) {
   input.path = path;
-  if (const auto text = bytesOf(path)) input.written = writtenAs(*text);
+  if (const auto text = bytesOf(path)) input.written = optionsUsedIn(*text);
   switch (loadTrackFile(path, speedUnit, input.track)) {
     case TrackLoading::whole: return true;
     case TrackLoading::damaged:
       input.damaged = true;
       warn(path + " is damaged: its " + std::to_string(input.track.points.size()) +
-           (input.track.points.size() == 1 ? " good point is used" : " good points are used"));
+           (input.track.points.size() == 1 ? " readable point is used"
+                                           : " readable points are used"));
       return true;
-    case TrackLoading::notATrack: fail(path + " is no track file"); return false;
-    case TrackLoading::noFile: fail("no file " + path); return false;
+    case TrackLoading::notATrack: fail(path + " is not a track file"); return false;
+    case TrackLoading::noFile: fail("file not found: " + path); return false;
     case TrackLoading::unreadable: fail("cannot read " + path); return false;
   }
   return false;
 }
 
 int noPlaceForTrack(const std::string& path) {
-  return fail(path + " is a folder or a device, no file: nothing was written");
+  return fail(path + " is a folder or a device, not a file; nothing was written");
 }
 
 int writeTrackOutputs(std::span<const TrackOutput> outputs, int32_t speedUnit,
@@ -92,7 +93,7 @@ int writeTrackOutputs(std::span<const TrackOutput> outputs, int32_t speedUnit,
   for (const TrackOutput& output : outputs) {
     if (fileKind(output.path) == FileKind::other) return noPlaceForTrack(output.path);
     if (!keepDamaged(output.path, inputs)) {
-      return fail("cannot keep the damaged " + output.path + " beside it: nothing was written");
+      return fail("cannot back up the damaged file " + output.path + "; nothing was written");
     }
   }
   // All are on the disk before the first takes its place, and those that replace an input come
@@ -111,8 +112,7 @@ int writeTrackOutputs(std::span<const TrackOutput> outputs, int32_t speedUnit,
   }
   for (const auto& [file, output] : files) {
     if (!file->finish()) {
-      return fail("cannot put the result in the place of " + output->path +
-                  ": another program may hold it");
+      return fail("cannot replace " + output->path + "; it may be in use by another program");
     }
   }
   return 0;

@@ -16,7 +16,7 @@ std::string complaint(const std::string& file, const XmlLoadResult& result) {
     case XmlLoadStatus::tooLarge: return file + " is too large";
     case XmlLoadStatus::noElement:
       return file + ": line " + std::to_string(result.place.line) + ", column " +
-             std::to_string(result.place.column) + ": no element begins here";
+             std::to_string(result.place.column) + ": an XML element was expected here";
   }
   return {};
 }

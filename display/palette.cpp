@@ -8,13 +8,13 @@ const Palette& dayPalette() {
       .panel = rgb(255, 255, 255),
       .label = rgb(88, 100, 112),
       .value = rgb(16, 24, 32),
-      .faded = rgb(150, 158, 166),
+      .staleValue = rgb(150, 158, 166),
       .grid = rgb(222, 226, 231),
       .good = rgb(22, 128, 60),
       .caution = rgb(176, 96, 0),
       .alarm = rgb(190, 30, 45),
       .idle = rgb(112, 122, 133),
-      .onMark = rgb(255, 255, 255),
+      .badgeText = rgb(255, 255, 255),
       // unknown, GPS, GLONASS, Galileo, BeiDou, QZSS, SBAS, NavIC
       .systems = {rgb(120, 130, 140), rgb(24, 110, 190), rgb(200, 60, 50), rgb(90, 70, 180),
                   rgb(200, 130, 0), rgb(0, 140, 140), rgb(90, 110, 60), rgb(160, 60, 130)},
@@ -26,7 +26,7 @@ Palette customPalette(const CustomColours& colours) {
   Palette palette = dayPalette();
   palette.background = palette.panel = colours.background;
   palette.value = palette.label = colours.inform;
-  palette.faded = palette.idle = colours.gray;
+  palette.staleValue = palette.idle = colours.gray;
   palette.grid = colours.lightGray;
   palette.good = colours.success;
   palette.alarm = colours.failure;
@@ -39,13 +39,13 @@ const Palette& nightPalette() {
       .panel = rgb(24, 21, 18),
       .label = rgb(168, 144, 116),
       .value = rgb(244, 206, 150),
-      .faded = rgb(128, 106, 84),
+      .staleValue = rgb(128, 106, 84),
       .grid = rgb(46, 40, 34),
       .good = rgb(70, 130, 60),
       .caution = rgb(176, 108, 20),
       .alarm = rgb(176, 48, 36),
       .idle = rgb(84, 74, 64),
-      .onMark = rgb(255, 236, 206),
+      .badgeText = rgb(255, 236, 206),
       .systems = {rgb(120, 108, 94), rgb(206, 140, 60), rgb(190, 80, 60), rgb(170, 110, 140),
                   rgb(196, 168, 70), rgb(120, 150, 90), rgb(140, 140, 100), rgb(170, 90, 110)},
   };

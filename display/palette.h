@@ -14,15 +14,15 @@ constexpr Colour rgb(uint32_t red, uint32_t green, uint32_t blue) {
 struct Palette {
   Colour background = 0;
   Colour panel = 0;
-  Colour label = 0;  // what a value is
-  Colour value = 0;  // a value that holds now
-  Colour faded = 0;  // a value that held once: no fix, or nothing is received any more
-  Colour grid = 0;   // scales behind a diagram
-  Colour good = 0;   // marks of the state
+  Colour label = 0;       // what a value is
+  Colour value = 0;       // a value that holds now
+  Colour staleValue = 0;  // a value that held once: no fix, or nothing is received any more
+  Colour grid = 0;        // scales behind a diagram
+  Colour good = 0;        // marks of the state
   Colour caution = 0;
   Colour alarm = 0;
   Colour idle = 0;
-  Colour onMark = 0;                // text on a mark
+  Colour badgeText = 0;             // text on a mark
   std::array<Colour, 8> systems{};  // by SatelliteSystem
 };
 

@@ -27,7 +27,7 @@ void drawRawLog(Canvas& canvas, const Scene& scene) {
   const Palette& palette = scene.palette;
   const Font font = {.family = "Courier New", .size = layout.smallText};
   const float line = std::ceil(layout.smallText * kLineHeight);
-  const Rect panel = aboveStatus(layout);
+  const Rect panel = contentArea(layout);
   const Rect room = inset(panel, std::floor(layout.padding / 2));
   canvas.clear(palette.background);
   canvas.fillRect(panel, palette.panel);
@@ -38,7 +38,7 @@ void drawRawLog(Canvas& canvas, const Scene& scene) {
                 {.size = layout.smallText}, palette.label, Align::left);
   if (scene.rawLog.empty()) {
     drawShortened(canvas, textOf(Text::nothingReceived), {room.x, head, room.width, line},
-                  {.size = layout.smallText}, palette.faded, Align::left);
+                  {.size = layout.smallText}, palette.staleValue, Align::left);
   }
   for (size_t i = scene.rawLog.size(); i > 0 && foot - line >= head; --i) {
     foot -= line;

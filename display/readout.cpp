@@ -64,22 +64,22 @@ class Painter {
   float smallLine() const { return std::ceil(layout_.smallText * kLineHeight); }
   float leastLine() const { return std::ceil(layout_.smallest * kLineHeight); }
 
-  static bool isCurrent(uint32_t ageMs) { return worthOf(ageMs) == Worth::current; }
+  static bool isCurrent(uint32_t ageMs) { return freshnessOf(ageMs) == Freshness::current; }
   // Dashes stand for what is not known, now or ever.
   Colour colourOf(std::string_view text, uint32_t ageMs) const {
     return text.ends_with(kDashes) || text.starts_with(kDashes) || !isCurrent(ageMs)
-               ? palette_.faded
+               ? palette_.staleValue
                : palette_.value;
   }
   Colour detailColour(uint32_t ageMs) const {
-    return isCurrent(ageMs) ? palette_.label : palette_.faded;
+    return isCurrent(ageMs) ? palette_.label : palette_.staleValue;
   }
   Colour maximumColour(bool isNew) const { return isNew ? palette_.good : palette_.label; }
 
   // Large text that fills its room, or less where smaller texts are wished for.
   Font largeFont(std::string_view longest, float width, float height) {
     Font font = fittingFont(canvas_, longest, width, height, layout_.smallest, true);
-    font.size = std::max(font.size * layout_.largeShare, layout_.smallest);
+    font.size = std::max(font.size * layout_.largeTextShare, layout_.smallest);
     return font;
   }
 
@@ -118,9 +118,9 @@ class Painter {
     std::string name(textOf(Text::position));
     if (!texts_.zone.empty()) name += "  " + texts_.zone;
     const Rect room = openPart(layout_.position, name);
-    drawMark(canvas_, texts_.quality,
-             {room.x + room.width * 0.4f, room.y - smallLine(), room.width * 0.6f, smallLine()},
-             layout_.smallText, qualityColour(), palette_.onMark, true);
+    drawBadge(canvas_, texts_.quality,
+              {room.x + room.width * 0.4f, room.y - smallLine(), room.width * 0.6f, smallLine()},
+              layout_.smallText, qualityColour(), palette_.badgeText, true);
     const bool known = !texts_.position[1].empty();
     const bool withHeight = room.height >= 3 * smallLine() * 1.25f;
     const float rows = withHeight ? 3 : 2;
@@ -133,7 +133,7 @@ class Painter {
       const std::string& text = texts_.position[i];
       const uint32_t age = i < 2 ? scene_.ages.position : scene_.ages.altitude;
       line(text, {room.x, top, room.width, font.size * kLineHeight}, font,
-           known ? colourOf(text, age) : palette_.faded, Align::left);
+           known ? colourOf(text, age) : palette_.staleValue, Align::left);
     }
   }
 
@@ -278,14 +278,15 @@ class Painter {
     const Rect box = {left, top, std::max(room.x + room.width - left, 1.f),
                       room.y + room.height - top};
     Palette palette = palette_;
-    const Worth worth = worthOf(scene_.ages.view);
-    if (worth != Worth::current) {
-      palette.systems.fill(palette_.faded);
-      palette.value = palette.label = palette_.faded;
+    const Freshness worth = freshnessOf(scene_.ages.view);
+    if (freshness != Freshness::current) {
+      palette.systems.fill(palette_.staleValue);
+      palette.value = palette.label = palette_.staleValue;
     }
-    drawSignalBars(canvas_, box,
-                   worth == Worth::unknown ? std::span<const ViewedSatellite>() : scene_.view,
-                   palette, layout_.smallText, layout_.smallest);
+    drawSignalBars(
+        canvas_, box,
+        freshness == Freshness::expired ? std::span<const ViewedSatellite>() : scene_.view, palette,
+        layout_.smallText, layout_.smallest);
   }
 
   Canvas& canvas_;

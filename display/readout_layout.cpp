@@ -175,7 +175,7 @@ Rect inset(const Rect& rect, float amount) {
           std::max(rect.height - 2 * amount, 0.f)};
 }
 
-Rect aboveStatus(const ReadoutLayout& layout) {
+Rect contentArea(const ReadoutLayout& layout) {
   const Rect& first = layout.position;
   const float gap = first.x;  // as all around
   return {first.x, first.y, layout.status.width, std::max(layout.status.y - first.y - gap, 0.f)};
@@ -191,7 +191,7 @@ ReadoutLayout layoutReadout(const Rect& bounds, const TextScale& scale) {
   const Rect inside = inset(bounds, gap);
   layout.padding = std::max(std::round(10 * grown), std::round(4 * density));
   layout.smallest = kSmallestText * density;
-  layout.largeShare = std::min(scale.factor, 1.f);
+  layout.largeTextShare = std::min(scale.factor, 1.f);
   const float column = (inside.width - (wide ? 3 : 1) * gap) / (wide ? 4 : 2) - 2 * layout.padding;
   layout.smallText = fittingSmallText(14 * grown * scale.factor, layout.smallest, [&](float size) {
     constexpr float kColumnEms = 7.6f;  // "max 8888.88m"

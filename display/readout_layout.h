@@ -15,10 +15,10 @@ struct ReadoutLayout {
   Rect local;
   Rect satellites;
   Rect status;
-  float padding = 0;     // inside a part
-  float smallText = 0;   // font sizes, pixels
-  float smallest = 0;    // never less: below it nobody can read
-  float largeShare = 1;  // of the room that large texts have, what they take
+  float padding = 0;         // inside a part
+  float smallText = 0;       // font sizes, pixels
+  float smallest = 0;        // never less: below it nobody can read
+  float largeTextShare = 1;  // of the room that large texts have, what they take
 };
 
 // How large texts are wanted.
@@ -31,7 +31,7 @@ struct TextScale {
 ReadoutLayout layoutReadout(const Rect& bounds, const TextScale& scale = {});
 
 // All that is above the status line, for screens that are one part.
-Rect aboveStatus(const ReadoutLayout& layout);
+Rect contentArea(const ReadoutLayout& layout);
 
 // `rect` without `amount` on every side; never of negative size.
 Rect inset(const Rect& rect, float amount);

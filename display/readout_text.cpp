@@ -46,7 +46,7 @@ bool saidWithFix(const Scene& scene, SentenceType kind) {
   return scene.fix.fixStatus != 0 && countOf(scene, kind) > 0;
 }
 
-bool isTooOld(uint32_t ageMs) { return worthOf(ageMs) == Worth::unknown; }
+bool isTooOld(uint32_t ageMs) { return freshnessOf(ageMs) == Freshness::expired; }
 
 void fillSpeed(const Scene& scene, ReadoutTexts& texts) {
   const FixRecord& fix = scene.fix;

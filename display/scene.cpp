@@ -17,9 +17,9 @@ ReceiverState receiverState(bool connected, bool dataSeen, uint32_t dataAgeMs, i
   return fixStatus == 0 ? ReceiverState::noFix : ReceiverState::fix;
 }
 
-Worth worthOf(uint32_t ageMs) {
-  if (ageMs > kUnknownAfterMs) return Worth::unknown;
-  return ageMs > kOldAfterMs ? Worth::old : Worth::current;
+Freshness freshnessOf(uint32_t ageMs) {
+  if (ageMs > kExpiredAfterMs) return Freshness::expired;
+  return ageMs > kStaleAfterMs ? Freshness::stale : Freshness::current;
 }
 
 std::string_view fixQualityText(int32_t fixStatus) {

@@ -28,14 +28,14 @@ inline constexpr uint32_t kSilentAfterMs = 5000;
 ReceiverState receiverState(bool connected, bool dataSeen, uint32_t dataAgeMs, int32_t fixStatus);
 
 // What a value is worth that was received so long ago.
-enum class Worth {
+enum class Freshness {
   current,
   old,      // drawn in gray
   unknown,  // dashes
 };
-inline constexpr uint32_t kOldAfterMs = 5000;
-inline constexpr uint32_t kUnknownAfterMs = 30000;
-Worth worthOf(uint32_t ageMs);
+inline constexpr uint32_t kStaleAfterMs = 5000;
+inline constexpr uint32_t kExpiredAfterMs = 30000;
+Freshness freshnessOf(uint32_t ageMs);
 
 // How old the values are that are shown, milliseconds; each is gray or dashes by its own age.
 struct ValueAges {

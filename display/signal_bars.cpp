@@ -129,7 +129,7 @@ void drawSignalBars(Canvas& canvas, const Rect& box, std::span<const ViewedSatel
   if (view.empty()) {
     const float line = textSize * kLineHeight;
     canvas.text(textOf(Text::noSatellites),
-                {box.x, box.y + (box.height - line) / 2, box.width, line}, font, palette.faded,
+                {box.x, box.y + (box.height - line) / 2, box.width, line}, font, palette.staleValue,
                 Align::centre);
     return;
   }

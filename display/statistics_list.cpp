@@ -54,7 +54,7 @@ void drawStatistics(Canvas& canvas, const Scene& scene) {
   const Palette& palette = scene.palette;
   canvas.clear(palette.background);
   const std::vector<StatisticsRow> rows = statisticsRows(scene);
-  const Rect room = aboveStatus(layout);
+  const Rect room = contentArea(layout);
   const float height = std::floor(room.height / static_cast<float>(rows.size()));
   const float half = std::floor(room.width * 0.55f);
   const auto topOf = [&](size_t row) {

@@ -11,7 +11,7 @@
 namespace vgps {
 namespace {
 
-constexpr int32_t kSpatialSatellites = 4;
+constexpr int32_t kMin3dSatellites = 4;
 
 std::string stateText(const Scene& scene) {
   const Text word = Text::stateNotConnected + static_cast<uint32_t>(scene.state);
@@ -20,7 +20,7 @@ std::string stateText(const Scene& scene) {
   const int32_t used = usedSatellites(scene);
   // Without a count nobody knows; a value that no satellite stands behind has no dimension.
   if (used == 0 || quality > kLastSatelliteQuality) return std::string(fixQualityText(quality));
-  const bool flat = used < kSpatialSatellites;
+  const bool flat = used < kMin3dSatellites;
   if (quality == 1) return std::string(textOf(flat ? Text::fix2d : Text::fix3d));
   return textWith(flat ? Text::betterFix2d : Text::betterFix3d, fixQualityText(quality));
 }
@@ -33,7 +33,7 @@ std::string recordingText(const Scene& scene) {
 
 // Of the satellites that are heard; those whose strength is not told count as not heard.
 std::string signalText(const Scene& scene) {
-  if (worthOf(scene.ages.view) == Worth::unknown) return {};
+  if (freshnessOf(scene.ages.view) == Freshness::expired) return {};
   float strongest = 0;
   float sum = 0;
   int32_t heard = 0;
@@ -60,9 +60,9 @@ Colour stateColour(const Scene& scene) {
 }
 
 // Places texts from both ends of a bar until its room is used up.
-class Placer {
+class TextRowLayout {
  public:
-  Placer(Canvas& canvas, const Rect& room, const Font& font, float gap)
+  TextRowLayout(Canvas& canvas, const Rect& room, const Font& font, float gap)
       : canvas_(canvas), rest_(room), font_(font), gap_(gap) {}
 
   // Left out when it would take too much from the others.
@@ -109,16 +109,17 @@ void drawStatusLine(Canvas& canvas, const StatusBar& place, const Scene& scene) 
   const Palette& palette = scene.palette;
   const Rect& bar = place.bar;
   canvas.fillRect(bar, palette.panel);
-  const float mark =
-      drawMark(canvas, texts.state, bar, place.textSize, stateColour(scene), palette.onMark, false);
+  const float mark = drawBadge(canvas, texts.state, bar, place.textSize, stateColour(scene),
+                               palette.badgeText, false);
   const float gap = std::round(place.textSize * 0.8f);
   const float line = std::ceil(place.textSize * kLineHeight);
   const float top = bar.y + std::round((bar.height - line) / 2);
-  Placer placer(canvas, {bar.x + mark + gap, top, bar.width - mark - 2 * gap, line},
-                {.size = place.textSize}, gap);
+  TextRowLayout placer(canvas, {bar.x + mark + gap, top, bar.width - mark - 2 * gap, line},
+                       {.size = place.textSize}, gap);
   placer.right(texts.age, palette.label);
-  placer.right(texts.signal,
-               worthOf(scene.ages.view) == Worth::current ? palette.label : palette.faded);
+  placer.right(texts.signal, freshnessOf(scene.ages.view) == Freshness::current
+                                 ? palette.label
+                                 : palette.staleValue);
   placer.left(texts.recording, palette.value);  // whatever else there is to say
   placer.left(scene.notice, palette.caution);
   placer.left(scene.source, palette.value);
@@ -126,15 +127,15 @@ void drawStatusLine(Canvas& canvas, const StatusBar& place, const Scene& scene) 
   placer.right(texts.rate, palette.label);
 }
 
-PassingTexts passingTexts(const Scene& scene) {
+TimeDependentTexts timeDependentTexts(const Scene& scene) {
   const StatusTexts texts = statusTexts(scene);
   const ValueAges& ages = scene.ages;
-  PassingTexts passing;
+  TimeDependentTexts passing;
   passing.status = texts.age + '\n' + texts.rate + '\n' + scene.notice;
   passing.values = texts.state + '\n';
   for (const uint32_t age : {ages.position, ages.motion, ages.altitude, ages.time, ages.used,
                              ages.view, ages.dilution}) {
-    passing.values += static_cast<char>('0' + static_cast<int>(worthOf(age)));
+    passing.values += static_cast<char>('0' + static_cast<int>(freshnessOf(age)));
   }
   return passing;
 }

@@ -10,11 +10,11 @@
 namespace vgps {
 
 struct StatusTexts {
-  std::string state;      // "3-D fix", "no data", ...
+  std::string state;      // "3D fix", "no data", ...
   std::string age;        // "fix 3 s ago"; empty before the first one
   std::string rate;       // "6.0 sentences/s"
   std::string recording;  // "recording: 120 points, 4.56 Km"; empty while idle
-  std::string signal;     // "C/N0 46 max, 39 mean, 8 used"; empty without signals
+  std::string signal;     // "C/N0 max 46, mean 39, 8 used"; empty without signals
 };
 
 StatusTexts statusTexts(const Scene& scene);
@@ -28,11 +28,11 @@ struct StatusBar {
 void drawStatusLine(Canvas& canvas, const StatusBar& place, const Scene& scene);
 
 // All that time alone changes on a screen; what stays the same has not to be drawn again.
-struct PassingTexts {
+struct TimeDependentTexts {
   std::string status;  // in the status line
   std::string values;  // everywhere else
-  bool operator==(const PassingTexts&) const = default;
+  bool operator==(const TimeDependentTexts&) const = default;
 };
-PassingTexts passingTexts(const Scene& scene);
+TimeDependentTexts timeDependentTexts(const Scene& scene);
 
 }  // namespace vgps

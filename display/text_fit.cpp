@@ -46,8 +46,8 @@ void drawShortened(Canvas& canvas, std::string_view text, const Rect& box, const
   canvas.text(shown, {box.x, box.y, box.width, height}, font, colour, align);
 }
 
-float drawMark(Canvas& canvas, std::string_view text, const Rect& box, float textSize,
-               Colour ground, Colour colour, bool atRight) {
+float drawBadge(Canvas& canvas, std::string_view text, const Rect& box, float textSize,
+                Colour ground, Colour colour, bool atRight) {
   const Font font = {.size = textSize, .bold = true};
   const float margin = std::round(textSize * 0.6f);
   const float width = std::min(std::ceil(canvas.textWidth(text, font)) + 2 * margin, box.width);

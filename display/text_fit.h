@@ -24,7 +24,7 @@ void drawShortened(Canvas& canvas, std::string_view text, const Rect& box, const
                    Colour colour, Align align);
 
 // Text on a coloured ground, at the right end of `box` or at its left. Returns its width.
-float drawMark(Canvas& canvas, std::string_view text, const Rect& box, float textSize,
-               Colour ground, Colour colour, bool atRight);
+float drawBadge(Canvas& canvas, std::string_view text, const Rect& box, float textSize,
+                Colour ground, Colour colour, bool atRight);
 
 }  // namespace vgps

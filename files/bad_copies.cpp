@@ -44,20 +44,20 @@ std::string firstBadPath(const std::string& path, IsCopy isCopy, Place place) {
       if (another && isCopy(bad)) return bad;
       continue;
     }
-    const FilePlacing result = place(bad);
-    if (result == FilePlacing::placed) return bad;
-    if (result == FilePlacing::refused) return {};
+    const RenameResult result = place(bad);
+    if (result == RenameResult::renamed) return bad;
+    if (result == RenameResult::refused) return {};
   }
   return {};
 }
 
-FilePlacing copyTo(const std::string& bad, const std::string& path, const ExclusiveOpener& open) {
+RenameResult copyTo(const std::string& bad, const std::string& path, const ExclusiveOpener& open) {
   FileStamp stamp;
   InputFile file(path);
   OutputFile copy(bad, open);
   const bool copied = file && fileStamp(path, stamp) &&
                       file.copy(0, stamp.size, [&](auto block) { return copy.write(block); });
-  return copied ? copy.finishAs(bad) : FilePlacing::refused;
+  return copied ? copy.finishAs(bad) : RenameResult::refused;
 }
 
 }  // namespace
@@ -78,7 +78,7 @@ std::string copyAsBad(const std::string& path, const ExclusiveOpener& open) {
 std::string moveAsBad(const std::string& path) {
   return firstBadPath(
       path, [](const std::string&) { return false; },
-      [&](const std::string& bad) { return placeFile(path, bad); });
+      [&](const std::string& bad) { return renameUnlessTaken(path, bad); });
 }
 
 }  // namespace vgps

@@ -7,7 +7,7 @@
 
 namespace vgps {
 
-std::string lockPathOf(const std::string& document) { return behindLinks(document) + ".lock"; }
+std::string lockPathOf(const std::string& document) { return resolveLinks(document) + ".lock"; }
 
 FileLock::FileLock(const std::string& path, const ExclusiveOpener& open, int waitMs) {
   constexpr int kPauseMs = 20;

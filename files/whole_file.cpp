@@ -28,12 +28,12 @@ std::string nameBeside(const std::string& path) {
 
 // A program that looks through new files can hold one for a moment, and then it has no other name.
 template <class Place>
-FilePlacing placePatiently(const std::string& from, Place place) {
+RenameResult placePatiently(const std::string& from, Place place) {
   constexpr int kAttempts = 20;
-  FilePlacing result = FilePlacing::refused;
+  RenameResult result = RenameResult::refused;
   retry(kAttempts, std::chrono::milliseconds(25), [&] {
     result = place();
-    return result != FilePlacing::refused || !fileExists(from);
+    return result != RenameResult::refused || !fileExists(from);
   });
   return result;
 }
@@ -41,7 +41,7 @@ FilePlacing placePatiently(const std::string& from, Place place) {
 }  // namespace
 
 OutputFile::OutputFile(const std::string& path, const ExclusiveOpener& open)
-    : path_(behindLinks(path)) {
+    : path_(resolveLinks(path)) {
   if (path_.empty() || fileKind(path_) == FileKind::other) return;
   constexpr int kAttempts = 10;
   FileOpening opening = FileOpening::inUse;
@@ -91,17 +91,18 @@ bool OutputFile::flush() {
 bool OutputFile::finish() {
   if (!flush() || fileKind(path_) == FileKind::other) return false;
   const auto place = [this] {
-    return replaceFile(beside_, path_) ? FilePlacing::placed : FilePlacing::refused;
+    return replaceFile(beside_, path_) ? RenameResult::renamed : RenameResult::refused;
   };
-  if (placePatiently(beside_, place) != FilePlacing::placed) return false;
+  if (placePatiently(beside_, place) != RenameResult::renamed) return false;
   good_ = false;  // nothing is left beside
   return true;
 }
 
-FilePlacing OutputFile::finishAs(const std::string& freePath) {
-  if (!flush()) return FilePlacing::refused;
-  const FilePlacing result = placePatiently(beside_, [&] { return placeFile(beside_, freePath); });
-  if (result == FilePlacing::placed) good_ = false;
+RenameResult OutputFile::finishAs(const std::string& freePath) {
+  if (!flush()) return RenameResult::refused;
+  const RenameResult result =
+      placePatiently(beside_, [&] { return renameUnlessTaken(beside_, freePath); });
+  if (result == RenameResult::renamed) good_ = false;
   return result;
 }
 
@@ -110,11 +111,11 @@ bool writeWholeFile(const std::string& path, std::string_view text, const Exclus
   return file.write(text) && file.finish();
 }
 
-FilePlacing writeFreeFile(const std::string& path, std::string_view text,
-                          const ExclusiveOpener& open) {
-  if (fileExists(path)) return FilePlacing::taken;
+RenameResult writeFreeFile(const std::string& path, std::string_view text,
+                           const ExclusiveOpener& open) {
+  if (fileExists(path)) return RenameResult::taken;
   OutputFile file(path, open);
-  return file.write(text) ? file.finishAs(path) : FilePlacing::refused;
+  return file.write(text) ? file.finishAs(path) : RenameResult::refused;
 }
 
 std::string withoutExtension(const std::string& path) {

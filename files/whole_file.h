@@ -30,7 +30,7 @@ class OutputFile {
   // Puts the file into its place, over what is there. False when nothing has changed.
   bool finish();
   // Gives it another name of the same folder, unless that is taken: then it may be tried again.
-  FilePlacing finishAs(const std::string& freePath);
+  RenameResult finishAs(const std::string& freePath);
 
  private:
   bool send(std::string_view bytes);
@@ -50,8 +50,8 @@ bool writeWholeFile(const std::string& path, std::string_view text,
 
 // Writes a file under a name that was free: `taken` when something has it. Nothing is ever
 // replaced.
-FilePlacing writeFreeFile(const std::string& path, std::string_view text,
-                          const ExclusiveOpener& open = openExclusive);
+RenameResult writeFreeFile(const std::string& path, std::string_view text,
+                           const ExclusiveOpener& open = openExclusive);
 
 // The path without the last point of its name and what follows.
 std::string withoutExtension(const std::string& path);

@@ -65,7 +65,7 @@ void feed(GpsFix& fix, std::string_view bytes, std::string_view lengths) {
     const auto block = std::make_unique<char[]>(length);
     bytes.copy(block.get(), length);
     bytes.remove_prefix(length);
-    cutAtLineStarts(
+    splitAtLineStarts(
         {block.get(), length}, fix.carriedStart(), fix.state.inputProtocol == kSirfBinary,
         [&](std::string_view chunk) {
           require(!chunk.empty());

@@ -21,7 +21,7 @@ TrackPoint numberedPoint(uint32_t number) {
 }
 
 // Going on where the good part ends must lose none of it.
-void goOn(std::vector<uint8_t> bytes, const JournalContents& contents) {
+void continueJournal(std::vector<uint8_t> bytes, const JournalContents& contents) {
   bytes.resize(contents.goodEnd);
   if (contents.goodEnd == 0) writeJournalHeader(bytes);
   writeJournalPoint(numberedPoint(4711), bytes);
@@ -35,7 +35,7 @@ void checkAnything(std::span<const uint8_t> bytes) {
   const JournalContents contents = readJournal(bytes);
   require(contents.goodEnd <= bytes.size());
   require(contents.points.size() * kJournalPoint <= contents.goodEnd);
-  goOn({bytes.begin(), bytes.end()}, contents);
+  continueJournal({bytes.begin(), bytes.end()}, contents);
 }
 
 // Three bytes are one wound: where, and what to flip there.
@@ -57,7 +57,7 @@ void checkDamage(std::span<const uint8_t> wounds) {
   for (const TrackPoint& point : contents.points) unharmed.erase(point.m);
   require(unharmed.empty());
   require(contents.damaged == (whole != journal));
-  goOn(journal, contents);
+  continueJournal(journal, contents);
 }
 
 }  // namespace

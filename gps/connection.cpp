@@ -96,7 +96,7 @@ void GpsFix::startReader() {
 // closed again when that is over. Returns the port, if there is one.
 std::shared_ptr<SerialPort> GpsFix::endSource() {
   const std::lock_guard lock(sourceMutex_);
-  state.readers.portWanted = false;
+  state.readers.portRequested = false;
   attempt_ = {};
   return std::exchange(source_, {}).port;
 }

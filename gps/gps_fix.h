@@ -49,10 +49,12 @@ struct ReaderControl {
   std::atomic<bool> readerStop{false};  // set once, at the end of the program
   std::atomic<uint32_t> generation{0};  // of the source that may be read
   std::atomic<int32_t> liveReaders{0};
-  std::atomic<int32_t> opening{0};      // of these, held by the system in the opening of a port
-  std::atomic<bool> portWanted{false};  // the reader shall look for its device; under `mutex`
-  std::mutex turn;  // held by the reader that handles a block: after a reopening two may have one
-  std::atomic<uint32_t> speaking{0};  // the generation of the reader that has the turn; 0: none
+  std::atomic<int32_t> opening{0};         // of these, held by the system in the opening of a port
+  std::atomic<bool> portRequested{false};  // the reader shall look for its device; under `mutex`
+  std::mutex
+      deliveryMutex;  // held by the reader that handles a block: after a reopening two may have one
+  std::atomic<uint32_t> deliveringGeneration{
+      0};  // the generation of the reader that has the turn; 0: none
   std::mutex mutex;
   std::condition_variable wake;
 };
@@ -134,17 +136,17 @@ struct GpsFix : FixRecord {
   // For a serial source whose device has gone, while `running` stays true and the same reader goes
   // on: the reader lets go of the port, looks where the device is now and opens it there, however
   // long that takes. Until then `read` reports nothing. No sound.
-  void wantPort();
+  void requestPort();
   PortAttempt portAttempt() const;
   // Takes the port away until it is wanted again: it can be opened by others then.
-  void dropPort();
+  void releasePort();
 
   // One read from the current source by the reader of `generation`.
   PortRead read(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs);
 
   // By the reader of `generation`: notes which device is behind its port, to find it again.
-  void learnDevice(uint32_t generation);
-  // Likewise: does what `wantPort` asked for. False when nothing was asked.
+  void rememberDevice(uint32_t generation);
+  // Likewise: does what `requestPort` asked for. False when nothing was asked.
   bool reopenPort(uint32_t generation);
 
   // The sensor that the reader of `generation` reads; null for other sources.
@@ -188,7 +190,7 @@ struct GpsFix : FixRecord {
     bool simulation = false;
     std::shared_ptr<SerialPort> port;  // not null: open, or opened and refused to be set up
     std::shared_ptr<LocationSensor> sensor;
-    uint32_t wish = 0;  // number of the last one; an attempt for an older one is in vain
+    uint32_t openRequest = 0;  // number of the last one; an attempt for an older one is in vain
   };
   // What is behind the port, to find it again.
   struct Device {

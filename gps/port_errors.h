@@ -17,14 +17,13 @@ struct PortErrorWords {
 };
 
 inline constexpr std::array<PortErrorWords, 5> kPortErrors = {{
-    {PortError::notThere, Text::portMissing, Text::finderNoPort, "is not there"},
-    {PortError::busy, Text::portBusy, Text::finderBusy, "is held by another program"},
+    {PortError::notThere, Text::portMissing, Text::finderNoPort, "was not found"},
+    {PortError::busy, Text::portBusy, Text::finderBusy, "is in use by another program"},
     {PortError::noPermission, Text::portForbidden, Text::finderForbidden,
-     "may not be opened: no permission"},
+     "cannot be opened: permission denied"},
     {PortError::settings, Text::portUnusable, Text::finderUnusable,
-     "refuses to be set up as a serial line"},
-    {PortError::other, Text::portUnusable, Text::finderUnusable,
-     "cannot be opened as a serial line"},
+     "rejected the serial port settings"},
+    {PortError::other, Text::portUnusable, Text::finderUnusable, "cannot be used as a serial port"},
 }};
 
 // What has no row is an error that nothing more is known of.
@@ -35,7 +34,7 @@ constexpr const PortErrorWords& wordsOf(PortError error) {
   return kPortErrors.back();
 }
 
-// "COM3 is busy: another program holds it."
+// "COM3 is in use by another program."
 inline std::string portProblem(PortError error, const std::string& port) {
   return textWith(wordsOf(error).sentence, port);
 }

@@ -76,7 +76,7 @@ const PortFinding* bestFinding(const std::vector<PortFinding>& findings);
 // What a probe at this speed has found, in words.
 std::string answerText(const ProbeAnswer& answer, uint32_t speed);
 
-// What a person reads about a port: "NMEA at 9600 baud, talker GN, 5.0 sentences a second".
+// What a person reads about a port: "NMEA at 9600 baud, talker GN, 5.0 sentences/s".
 std::string findingText(const PortFinding& finding);
 
 }  // namespace vgps

@@ -40,7 +40,7 @@ void waitForStop(ReaderControl& readers) {
 void pause(ReaderControl& readers, int ms) {
   std::unique_lock lock(readers.mutex);
   readers.wake.wait_for(lock, Milliseconds(ms),
-                        [&] { return readers.readerStop || readers.portWanted; });
+                        [&] { return readers.readerStop || readers.portRequested; });
 }
 
 // How far the buffer was filled by a read, and when.
@@ -92,14 +92,15 @@ void beginSource(GpsFix& fix) {
 
 // While a reader hands over what it has read. It may lose its source meanwhile, so it is known by
 // whose data it speaks.
-class Turn {
+class DeliveryLock {
  public:
-  Turn(ReaderControl& readers, uint32_t generation) : lock_(readers.turn), readers_(readers) {
-    readers_.speaking = generation;
+  DeliveryLock(ReaderControl& readers, uint32_t generation)
+      : lock_(readers.deliveryMutex), readers_(readers) {
+    readers_.deliveringGeneration = generation;
   }
-  Turn(const Turn&) = delete;
-  Turn& operator=(const Turn&) = delete;
-  ~Turn() { readers_.speaking = 0; }
+  DeliveryLock(const DeliveryLock&) = delete;
+  DeliveryLock& operator=(const DeliveryLock&) = delete;
+  ~DeliveryLock() { readers_.deliveringGeneration = 0; }
 
  private:
   const std::lock_guard<std::mutex> lock_;
@@ -130,7 +131,7 @@ void handleBlock(Reading& reading, std::string_view block, size_t heldBefore) {
   if (fix.carriedStart() == '$' && block.starts_with(kSirfStart)) fix.carryLength = 0;
   const bool binary = fix.state.inputProtocol == kSirfBinary;
   auto arrival = reading.arrivals.begin();
-  cutAtLineStarts(block, fix.carriedStart(), binary, [&](std::string_view chunk) {
+  splitAtLineStarts(block, fix.carriedStart(), binary, [&](std::string_view chunk) {
     if (!isCurrent(fix, reading.generation)) return;
     const auto end = static_cast<size_t>(chunk.data() + chunk.size() - block.data());
     while (heldBefore + arrival->end < end) ++arrival;
@@ -155,7 +156,7 @@ void readAndHandle(Reading& reading) {
   reading.held = reading.buffer[length - 1] == kBinaryStart ? 1 : 0;
   length -= reading.held;
   // A reader of the source before may still be busy with its last block.
-  const Turn turn(readers, reading.generation);
+  const DeliveryLock delivery(readers, reading.generation);
   if (!isCurrent(fix, reading.generation)) return;
   handleBlock(reading, {reading.buffer.data(), length}, heldBefore);
   if (reading.held > 0) reading.buffer[0] = kBinaryStart;
@@ -164,7 +165,7 @@ void readAndHandle(Reading& reading) {
 void readerLoop(GpsFix& fix, uint32_t generation) {
   ReaderControl& readers = fix.state.readers;
   Reading reading{fix, generation};
-  fix.learnDevice(generation);
+  fix.rememberDevice(generation);
   while (!readers.readerStop) {
     if (!isCurrent(fix, generation)) {
       waitForStop(readers);
@@ -188,7 +189,7 @@ void sensorLoop(GpsFix& fix, uint32_t generation) {
     double longitude = 0;
     double latitude = 0;
     if (sensor->read(longitude, latitude, kWaitMs)) {
-      const Turn turn(readers, generation);
+      const DeliveryLock delivery(readers, generation);
       fix.state.hooks.sensorReading(longitude, latitude);
     }
   }
@@ -210,8 +211,8 @@ void startDetached(GpsFix& fix, Loop loop) {
 
 }  // namespace
 
-void cutAtLineStarts(std::string_view block, char carriedStart, bool binary,
-                     const std::function<void(std::string_view)>& take) {
+void splitAtLineStarts(std::string_view block, char carriedStart, bool binary,
+                       const std::function<void(std::string_view)>& take) {
   if (carriedStart == kBinaryStart) {
     take(block);
     return;

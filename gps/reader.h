@@ -12,8 +12,8 @@ struct GpsFix;
 // accidents of timing anyhow. Binary input passes untouched; the damaged rest of a message
 // (`binary`: messages came last) ends where the next one starts. `carriedStart`: the first byte of
 // what `onReceive` carries, 0 when nothing.
-void cutAtLineStarts(std::string_view block, char carriedStart, bool binary,
-                     const std::function<void(std::string_view)>& take);
+void splitAtLineStarts(std::string_view block, char carriedStart, bool binary,
+                       const std::function<void(std::string_view)>& take);
 
 // Starts a detached reader thread for the current generation of the source.
 void startReaderThread(GpsFix& fix);

@@ -30,17 +30,17 @@ class Opening {
 
 }  // namespace
 
-void GpsFix::wantPort() {
+void GpsFix::requestPort() {
   std::shared_ptr<SerialPort> port;
   {
     const std::lock_guard lock(sourceMutex_);
     port = source_.port;
-    ++source_.wish;
+    ++source_.openRequest;
     attempt_ = {.state = PortAttempt::State::waiting, .tick = state.clock.tick()};
   }
   {
     const std::lock_guard lock(state.readers.mutex);
-    state.readers.portWanted = true;
+    state.readers.portRequested = true;
     state.readers.wake.notify_all();
   }
   if (port != nullptr) port->interrupt();
@@ -51,19 +51,19 @@ PortAttempt GpsFix::portAttempt() const {
   return attempt_;
 }
 
-void GpsFix::dropPort() {
+void GpsFix::releasePort() {
   std::shared_ptr<SerialPort> port;
   {
     const std::lock_guard lock(sourceMutex_);
-    state.readers.portWanted = false;
-    ++source_.wish;
+    state.readers.portRequested = false;
+    ++source_.openRequest;
     attempt_ = {};
     port = std::exchange(source_.port, nullptr);
   }
   if (port != nullptr) port->close();
 }
 
-void GpsFix::learnDevice(uint32_t generation) {
+void GpsFix::rememberDevice(uint32_t generation) {
   Device device;
   {
     const std::lock_guard lock(sourceMutex_);
@@ -125,8 +125,8 @@ bool GpsFix::reopenPort(uint32_t generation) {
   Device device;
   {
     const std::lock_guard lock(sourceMutex_);
-    if (source_.generation != generation || !state.readers.portWanted) return false;
-    state.readers.portWanted = false;
+    if (source_.generation != generation || !state.readers.portRequested) return false;
+    state.readers.portRequested = false;
     source = source_;
     source_.port = nullptr;
     device = device_;
@@ -142,7 +142,7 @@ bool GpsFix::reopenPort(uint32_t generation) {
     attempt.error = PortError::settings;
   }
   const std::lock_guard lock(sourceMutex_);
-  if (source_.generation != generation || source_.wish != source.wish) return true;
+  if (source_.generation != generation || source_.openRequest != source.openRequest) return true;
   attempt.tick = state.clock.tick();
   if (attempt.error == PortError::none) {
     attempt.state = PortAttempt::State::opened;

@@ -64,7 +64,7 @@ class LayoutReader {
 
  private:
   struct OpenTrack {
-    TrackPlace place;
+    TrackRange place;
     size_t depth = 0;  // of open elements around it
     bool damaged = false;
     std::string tag{};
@@ -96,14 +96,16 @@ class LayoutReader {
     }
   }
 
-  void beginTrack(const TagMark& tag, bool headless) {
-    if (track_) endTrack(tag.lead, true);
+  void beginTrack(const TagMark& tag, bool missingStartTag) {
+    if (track_) endTrack(tag.blanksBegin, true);
     if (root_.empty()) root_ = tag.name;
-    track_ = OpenTrack{.place = {.lead = tag.lead, .begin = tag.begin, .headless = headless},
+    track_ = OpenTrack{.place = {.blanksBegin = tag.blanksBegin,
+                                 .begin = tag.begin,
+                                 .missingStartTag = missingStartTag},
                        .depth = open_.depth(),
-                       .damaged = headless};
+                       .damaged = missingStartTag};
     tags_.keepFrom(tag.begin);
-    if (headless) return;
+    if (missingStartTag) return;
     const std::string_view text = tags_.kept(tag.begin, tag.end);
     if (std::count(text.begin(), text.end(), '"') % 2 != 0) track_->damaged = true;
     open_.push("t");
@@ -125,13 +127,13 @@ class LayoutReader {
   }
 
   // `lead` is that of its end tag, where it has one.
-  void endTrack(uint64_t end, bool damaged, uint64_t lead = kNoPlace) {
+  void endTrack(uint64_t end, bool damaged, uint64_t blanksBegin = kNoPlace) {
     open_.cutTo(track_->depth);
     foreign_ = kNone;
     track_->place.end = end;
     const std::string_view text = tags_.kept(track_->place.begin, end);
     track_->place.checksum = checksumOf(text);
-    const bool plain = !damaged && !track_->damaged && track_->plainEnd == lead;
+    const bool plain = !damaged && !track_->damaged && track_->plainEnd == blanksBegin;
     TrackSummary summary = summaryOfTrack(text, plain);
     summary.damaged = summary.damaged || damaged || track_->damaged;
     if (summary.damaged) damaged_ = true;
@@ -164,23 +166,24 @@ class LayoutReader {
     if (found == open_.depth()) return;
     open_.cutTo(found);
     if (open_.depth() == 1 && tag.name == "tracks") {
-      setEnd({tag.lead, tag.lead, "", ""});
+      setEnd({tag.blanksBegin, tag.blanksBegin, "", ""});
     } else if (open_.empty()) {
       // Without a list, or with a track behind it, a new one is made at the root's end.
       const bool behind = !layout_.places.empty() && layout_.places.back().end > layout_.end.begin;
-      if (!hasTracks_ || behind) setEnd({tag.lead, tag.lead, "\r\n\t<tracks>", kTracksEnd});
+      if (!hasTracks_ || behind)
+        setEnd({tag.blanksBegin, tag.blanksBegin, "\r\n\t<tracks>", kTracksEnd});
     }
   }
 
   // An end tag while a track is open. True when the tag stands for something around it.
   bool closesTrack(const TagMark& tag) {
     if (tag.name == "t") {
-      const bool clean = open_.depth() == track_->depth + 1 && !track_->place.headless;
-      endTrack(tag.end, !clean, tag.lead);
+      const bool clean = open_.depth() == track_->depth + 1 && !track_->place.missingStartTag;
+      endTrack(tag.end, !clean, tag.blanksBegin);
       return false;
     }
     if (tag.name == "tracks" || (tag.name == "root" && root_ == "root")) {
-      endTrack(tag.lead, true);
+      endTrack(tag.blanksBegin, true);
       return true;
     }
     if (open_.depth() > track_->depth && open_.innermost() == tag.name) {
@@ -192,7 +195,7 @@ class LayoutReader {
     return false;
   }
 
-  void setEnd(EndPlace end) { layout_.end = std::move(end); }
+  void setEnd(InsertionPoint end) { layout_.end = std::move(end); }
 
   LibraryState state() const {
     if (tags_.place() == 0 || (root_.empty() && !tags_.isBroken())) return LibraryState::missing;
@@ -252,7 +255,7 @@ bool parseTrack(std::string_view text, int32_t speedUnit, Track& track, bool* fo
   return readTrack(element, speedUnit, track, foreign == nullptr ? &found : foreign) && whole;
 }
 
-RecordingOptions writtenAs(std::string_view text) {
+RecordingOptions optionsUsedIn(std::string_view text) {
   RecordingOptions options;
   options.recordCell = hasAttribute(text, "c=\"");
   options.recordSpeed = hasAttribute(text, "spd=\"");

@@ -11,17 +11,17 @@
 // Where everything stands in a library document, so that most of it can be copied as it is.
 namespace vgps {
 
-struct TrackPlace {
-  uint64_t lead = 0;      // of the blanks in front of its tag
-  uint64_t begin = 0;     // of its tag
-  uint64_t end = 0;       // behind its end tag
-  uint32_t checksum = 0;  // CRC-32 of the bytes from `begin` to `end`
-  bool headless = false;  // its first points lie there without the tag around them
+struct TrackRange {
+  uint64_t blanksBegin = 0;      // of the blanks in front of its tag
+  uint64_t begin = 0;            // of its tag
+  uint64_t end = 0;              // behind its end tag
+  uint32_t checksum = 0;         // CRC-32 of the bytes from `begin` to `end`
+  bool missingStartTag = false;  // its first points lie there without the tag around them
 };
 
 // Where a track is added at the end: what lies between the places is replaced by the texts with
 // the track between them.
-struct EndPlace {
+struct InsertionPoint {
   uint64_t begin = 0;
   uint64_t end = 0;
   std::string before;
@@ -30,9 +30,9 @@ struct EndPlace {
 
 struct DocumentLayout {
   LibraryState state = LibraryState::missing;
-  std::vector<TrackPlace> places;
+  std::vector<TrackRange> places;
   std::vector<TrackSummary> tracks;  // one for each place
-  EndPlace end;
+  InsertionPoint end;
 };
 
 // Reads the whole document. `state` is never `unreadable`.
@@ -46,7 +46,7 @@ bool parseTrack(std::string_view text, int32_t speedUnit, Track& track, bool* fo
 
 // The options that write what stands in a track element: its points lose none of it when they are
 // written again.
-RecordingOptions writtenAs(std::string_view text);
+RecordingOptions optionsUsedIn(std::string_view text);
 
 // What a list says of a track element; `number` names one without a name.
 TrackSummary summaryOfText(std::string_view text, size_t number);

@@ -38,7 +38,7 @@ class DocumentWriter {
   // The track's place, to be listed in this order.
   void track(std::string_view element, std::string_view name) {
     element = withoutBlanksAround(element);
-    TrackPlace place{.lead = out_.written()};
+    TrackRange place{.blanksBegin = out_.written()};
     text(kBeforeTrack);
     place.begin = out_.written();
     text(element);
@@ -62,15 +62,16 @@ class DocumentWriter {
 bool isSound(const LibraryIndex& index) {
   uint64_t at = 0;
   for (const IndexEntry& entry : index.entries) {
-    if (entry.lead < at || entry.begin < entry.lead || entry.end <= entry.begin) return false;
+    if (entry.blanksBegin < at || entry.begin < entry.blanksBegin || entry.end <= entry.begin)
+      return false;
     at = entry.end;
   }
   return index.endPlace >= at && index.endPlace <= index.document.size;
 }
 
-bool leadIsBlank(InputFile& file, const TrackPlace& place) {
-  std::string lead;
-  return file.readAt(place.lead, place.begin - place.lead, lead) &&
+bool leadIsBlank(InputFile& file, const TrackRange& place) {
+  std::string blanks;
+  return file.readAt(place.blanksBegin, place.begin - place.blanksBegin, lead) &&
          lead.find_first_not_of(kBlanks) == std::string::npos;
 }
 
@@ -88,7 +89,7 @@ bool fits(const LibraryChange& change, size_t tracks) {
 }  // namespace
 
 DocumentStore::DocumentStore(std::string path, LibraryDisk disk)
-    : path_(std::move(path)), indexPath_(behindLinks(path_) + ".index"), disk_(std::move(disk)) {}
+    : path_(std::move(path)), indexPath_(resolveLinks(path_) + ".index"), disk_(std::move(disk)) {}
 
 LibraryState DocumentStore::refresh() {
   constexpr int kAttempts = 3;  // another program may put a new document there meanwhile
@@ -133,8 +134,10 @@ bool DocumentStore::readIndexFile() {
   if (!readWholeFile(indexPath_, bytes) || !readIndex(bytes, index)) return false;
   if (!(index.document == stamp_) || !isSound(index)) return false;
   for (IndexEntry& entry : index.entries) {
-    layout_.places.push_back(
-        {.lead = entry.lead, .begin = entry.begin, .end = entry.end, .checksum = entry.checksum});
+    layout_.places.push_back({.blanksBegin = entry.blanksBegin,
+                              .begin = entry.begin,
+                              .end = entry.end,
+                              .checksum = entry.checksum});
     layout_.tracks.push_back(std::move(entry.summary));
   }
   layout_.end = {index.endPlace, index.endPlace, "", ""};
@@ -144,12 +147,12 @@ bool DocumentStore::readIndexFile() {
 
 // Only a whole document of the usual form gets an index; without one it is read again next time.
 void DocumentStore::writeIndexFile() {
-  const EndPlace& end = layout_.end;
+  const InsertionPoint& end = layout_.end;
   if (layout_.state != LibraryState::whole || end.begin != end.end || !end.before.empty()) return;
   LibraryIndex index{.document = stamp_, .endPlace = end.begin};
   for (size_t i = 0; i < layout_.places.size(); ++i) {
-    const TrackPlace& place = layout_.places[i];
-    index.entries.push_back({.lead = place.lead,
+    const TrackRange& place = layout_.places[i];
+    index.entries.push_back({.blanksBegin = place.blanksBegin,
                              .begin = place.begin,
                              .end = place.end,
                              .checksum = place.checksum,
@@ -168,7 +171,7 @@ LibraryResult DocumentStore::reread() {
 
 LibraryResult DocumentStore::read(size_t index, TrackText& out) {
   if (index >= layout_.places.size()) return LibraryResult::notThere;
-  const TrackPlace& place = layout_.places[index];
+  const TrackRange& place = layout_.places[index];
   FileStamp now;
   if (!fileStamp(path_, now) || !(now == stamp_)) {
     refresh();
@@ -199,9 +202,10 @@ LibraryResult DocumentStore::prepare() {
 
 // Keeps the damaged document and writes a whole one with its tracks in the same order.
 LibraryResult DocumentStore::repair() {
-  if (keptAs_.empty() || !(keptStamp_ == stamp_)) keptAs_ = copyAsBad(path_, disk_.open);
-  if (keptAs_.empty()) return LibraryResult::notKept;
-  keptStamp_ = stamp_;
+  if (backupPath_.empty() || !(backedUpStamp_ == stamp_))
+    backupPath_ = copyAsBad(path_, disk_.open);
+  if (backupPath_.empty()) return LibraryResult::backupFailed;
+  backedUpStamp_ = stamp_;
   DocumentWriter writer(path_, disk_.open);
   writer.text(std::string(kXmlDeclaration) + kHead);
   for (size_t i = 0; i < layout_.places.size(); ++i) {
@@ -211,7 +215,7 @@ LibraryResult DocumentStore::repair() {
     if (layout_.tracks[i].damaged) {
       Track track;
       parseTrack(old.text, 0, track);
-      old.text = trackText(track, writtenAs(old.text), old.name, 2);
+      old.text = trackText(track, optionsUsedIn(old.text), old.name, 2);
     }
     writer.track(old.text, old.name);
   }
@@ -255,7 +259,7 @@ LibraryResult DocumentStore::invert(const LibraryChange& change, LibraryChange& 
 bool DocumentStore::endIsWhereItWas() {
   constexpr std::string_view kEnd = "</tracks";
   constexpr uint64_t kMostBlanks = 4096;
-  const EndPlace& end = layout_.end;
+  const InsertionPoint& end = layout_.end;
   const bool fresh = layout_.state == LibraryState::missing;
   if (fresh || !end.before.empty()) return true;  // it was read, not remembered
   InputFile file(path_);
@@ -268,8 +272,8 @@ bool DocumentStore::endIsWhereItWas() {
 
 LibraryResult DocumentStore::write(const LibraryChange& change) {
   const bool fresh = layout_.state == LibraryState::missing;
-  const std::vector<TrackPlace>& places = layout_.places;
-  EndPlace end = layout_.end;
+  const std::vector<TrackRange>& places = layout_.places;
+  InsertionPoint end = layout_.end;
   if (fresh) end = {0, stamp_.size, std::string(kXmlDeclaration) + kHead, kTail};
   InputFile from(path_);
   if (!fresh && !from) return LibraryResult::unreadable;
@@ -283,10 +287,10 @@ LibraryResult DocumentStore::write(const LibraryChange& change) {
   };
   const auto keepUpTo = [&](size_t index) {
     for (; copied < index; ++copied) {
-      copyTo(places[copied].lead);
-      TrackPlace place = places[copied];
-      const uint64_t shift = writer.written() - place.lead;  // wraps back where it is below
-      place.lead += shift, place.begin += shift, place.end += shift;
+      copyTo(places[copied].blanksBegin);
+      TrackRange place = places[copied];
+      const uint64_t shift = writer.written() - place.blanksBegin;  // wraps back where it is below
+      place.blanksBegin += shift, place.begin += shift, place.end += shift;
       copyTo(places[copied].end);
       writer.layout.places.push_back(place);
       writer.layout.tracks.push_back(layout_.tracks[copied]);
@@ -295,7 +299,7 @@ LibraryResult DocumentStore::write(const LibraryChange& change) {
   for (const TrackEdit& edit : change) {
     keepUpTo(edit.index);
     if (edit.index < places.size()) {
-      copyTo(places[edit.index].lead);
+      copyTo(places[edit.index].blanksBegin);
     } else if (!added) {
       copyTo(end.begin);
       writer.text(end.before);

@@ -15,7 +15,7 @@ class DocumentStore : public TrackStore {
   DocumentStore(std::string path, LibraryDisk disk);
 
   const std::string& path() const override { return path_; }
-  const std::string& keptAs() const override { return keptAs_; }
+  const std::string& backupPath() const override { return backupPath_; }
   const std::string& damagedPath() const override { return path_; }
   bool isFolder() const override { return false; }
   LibraryState state() const override { return layout_.state; }
@@ -39,10 +39,10 @@ class DocumentStore : public TrackStore {
   const std::string path_;
   const std::string indexPath_;
   const LibraryDisk disk_;
-  std::string keptAs_;
+  std::string backupPath_;
   bool known_ = false;  // what follows is about the document of this stamp
   FileStamp stamp_;
-  FileStamp keptStamp_;  // of the document that `keptAs_` is a copy of
+  FileStamp backedUpStamp_;  // of the document that `backupPath_` is a copy of
   uint64_t revision_ = 0;
   DocumentLayout layout_;
 };

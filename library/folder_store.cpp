@@ -171,8 +171,8 @@ LibraryResult FolderStore::collect(const LibraryChange& change, std::vector<File
 LibraryResult FolderStore::keepDamaged(const LibraryChange& change) {
   for (const TrackEdit& edit : change) {
     if (!edit.removes || !tracks_[edit.index].damaged) continue;
-    keptAs_ = copyAsBad(pathOf(files_[trackFiles_[edit.index]]), disk_.open);
-    if (keptAs_.empty()) return LibraryResult::notKept;
+    backupPath_ = copyAsBad(pathOf(files_[trackFiles_[edit.index]]), disk_.open);
+    if (backupPath_.empty()) return LibraryResult::backupFailed;
   }
   return LibraryResult::done;
 }
@@ -180,7 +180,7 @@ LibraryResult FolderStore::keepDamaged(const LibraryChange& change) {
 bool FolderStore::write(const FileChange& file) {
   if (!file.stays) return removeFile(file.path);
   if (file.wasThere) return writeWholeFile(file.path, file.bytes, disk_.open);
-  return writeFreeFile(file.path, file.bytes, disk_.open) == FilePlacing::placed;
+  return writeFreeFile(file.path, file.bytes, disk_.open) == RenameResult::renamed;
 }
 
 // The disk refused in the middle: what was done is undone, as far as the disk lets us.

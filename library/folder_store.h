@@ -14,7 +14,7 @@ class FolderStore : public TrackStore {
   FolderStore(std::string folder, LibraryDisk disk);
 
   const std::string& path() const override { return folder_; }
-  const std::string& keptAs() const override { return keptAs_; }
+  const std::string& backupPath() const override { return backupPath_; }
   const std::string& damagedPath() const override { return damagedPath_; }
   bool isFolder() const override { return true; }
   LibraryState state() const override { return state_; }
@@ -46,7 +46,7 @@ class FolderStore : public TrackStore {
   const std::string folder_;
   const std::string indexPath_;
   const LibraryDisk disk_;
-  std::string keptAs_;
+  std::string backupPath_;
   std::string damagedPath_;
   LibraryState state_ = LibraryState::missing;
   bool looked_ = false;

@@ -52,7 +52,7 @@ JournalResult Journal::create(const std::string& path) {
   }
   path_ = path;
   end_ = 0;
-  cutFirst_ = true;
+  truncateBeforeWrite_ = true;
   startWriter();
   return JournalResult::open;
 }
@@ -70,15 +70,16 @@ JournalResult Journal::recover(const std::string& path, RecoveredTrack& out) {
   JournalContents contents = readJournal(bytes);
   if (contents.damaged && contents.points.empty()) {
     file_.reset();
-    out = {.points = {}, .damaged = true, .keptAs = moveAsBad(path)};
+    out = {.points = {}, .damaged = true, .backupPath = moveAsBad(path)};
     return JournalResult::notAJournal;
   }
   path_ = path;
   end_ = contents.goodEnd;
-  cutFirst_ = true;
+  truncateBeforeWrite_ = true;
   out.points = std::move(contents.points);
   out.damaged = contents.damaged;
-  out.keptAs = contents.damaged ? keepAsBad(path, textOf(bytes), settings_.open) : std::string();
+  out.backupPath =
+      contents.damaged ? keepAsBad(path, textOf(bytes), settings_.open) : std::string();
   return JournalResult::open;
 }
 
@@ -154,11 +155,11 @@ void Journal::writeUntilStopped() {
 void Journal::writeOnce(std::unique_lock<std::mutex>& lock) {
   std::vector<uint8_t> batch = std::exchange(pending_, {});
   lock.unlock();
-  const bool written =
-      (!cutFirst_ || file_->cutAt(end_)) && file_->writeAt(end_, batch) && file_->flush();
+  const bool written = (!truncateBeforeWrite_ || file_->cutAt(end_)) &&
+                       file_->writeAt(end_, batch) && file_->flush();
   if (written) {
     end_ += batch.size();
-    cutFirst_ = false;
+    truncateBeforeWrite_ = false;
   }
   lock.lock();
   const bool wasFailing = std::exchange(failing_, !written);
@@ -190,7 +191,7 @@ std::vector<std::string> journalNames(const std::string& path) {
   return names;
 }
 
-std::vector<std::string> journalsAt(const std::string& path) {
+std::vector<std::string> existingJournals(const std::string& path) {
   std::vector<std::string> names = journalNames(path);
   std::erase_if(names, [](const std::string& name) { return !fileExists(name); });
   return names;

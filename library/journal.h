@@ -47,7 +47,7 @@ struct RecoveredTrack {
   // A part of the journal, or all of it, was no longer readable. The whole is kept under this name,
   // which ends in ".bad"; empty when that failed too.
   bool damaged = false;
-  std::string keptAs;
+  std::string backupPath;
 };
 
 // One journal file and the thread that writes it. All calls come from one thread; none but
@@ -89,7 +89,7 @@ class Journal {
   std::string path_;
   std::unique_ptr<ExclusiveFile> file_;  // the writer's while it runs
   uint64_t end_ = 0;                     // of what the disk has for sure; likewise
-  bool cutFirst_ = false;                // there is more behind the end; likewise
+  bool truncateBeforeWrite_ = false;     // there is more behind the end; likewise
   std::thread writer_;
 
   std::mutex mutex_;  // of what follows
@@ -108,6 +108,6 @@ JournalResult createFreeJournal(Journal& journal, const std::string& path);
 std::vector<std::string> journalNames(const std::string& path);
 
 // Those of these names that exist, in this order: what a start of the program asks about.
-std::vector<std::string> journalsAt(const std::string& path);
+std::vector<std::string> existingJournals(const std::string& path);
 
 }  // namespace vgps

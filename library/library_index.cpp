@@ -100,7 +100,7 @@ void writeEntry(IndexWriter& out, const IndexEntry& entry) {
   const TrackSummary& summary = entry.summary;
   out.text(entry.file);
   writeStamp(out, entry.stamp);
-  for (const uint64_t place : {entry.lead, entry.begin, entry.end}) out.number(place);
+  for (const uint64_t place : {entry.blanksBegin, entry.begin, entry.end}) out.number(place);
   out.number(entry.checksum);
   out.number((entry.other ? kOther : 0) | (summary.damaged ? kDamaged : 0));
   out.number(summary.points);
@@ -119,7 +119,8 @@ IndexEntry readEntry(IndexReader& in) {
   TrackSummary& summary = entry.summary;
   entry.file = in.text();
   entry.stamp = readStamp(in);
-  for (uint64_t* place : {&entry.lead, &entry.begin, &entry.end}) *place = in.number<uint64_t>();
+  for (uint64_t* place : {&entry.blanksBegin, &entry.begin, &entry.end})
+    *place = in.number<uint64_t>();
   entry.checksum = in.number<uint32_t>();
   const auto flags = in.number<uint32_t>();
   entry.other = (flags & kOther) != 0;

@@ -30,7 +30,7 @@ namespace vgps {
 struct IndexEntry {
   std::string file{};
   FileStamp stamp{};
-  uint64_t lead = 0;
+  uint64_t blanksBegin = 0;
   uint64_t begin = 0;
   uint64_t end = 0;
   uint32_t checksum = 0;

@@ -1,6 +1,6 @@
 #include "base/texts.h"
-#include "library/left_recording.h"
 #include "library/track_library.h"
+#include "library/unfinished_recording.h"
 
 namespace vgps {
 namespace {
@@ -16,7 +16,7 @@ Text textFor(LibraryResult result) {
     case LibraryResult::inUse: return Text::inUse;
     case LibraryResult::notALibrary: return Text::anotherKindKept;
     case LibraryResult::unreadable: return Text::unreadable;
-    case LibraryResult::notKept: return Text::noCopyKept;
+    case LibraryResult::backupFailed: return Text::noCopyKept;
     case LibraryResult::noFreeName: return Text::noFreeName;
     case LibraryResult::notWritten: return Text::notWritten;
   }
@@ -45,7 +45,7 @@ std::string libraryMessage(LibraryState state, const std::string& path) {
 }
 
 std::string journalMessage(JournalResult result, const std::string& path,
-                           const std::string& keptAs) {
+                           const std::string& backupPath) {
   switch (result) {
     case JournalResult::open:
     case JournalResult::missing: break;
@@ -53,8 +53,8 @@ std::string journalMessage(JournalResult result, const std::string& path,
     case JournalResult::inUse: return textWith(Text::inUse, path);
     case JournalResult::refused: return textWith(Text::unreadable, path);
     case JournalResult::notAJournal:
-      return keptAs.empty() ? textWith(Text::journalUnreadable, path)
-                            : textWith(Text::journalUnreadableKept, path, keptAs);
+      return backupPath.empty() ? textWith(Text::journalUnreadable, path)
+                                : textWith(Text::journalUnreadableKept, path, backupPath);
   }
   return {};
 }

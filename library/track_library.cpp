@@ -152,9 +152,9 @@ std::span<const TrackSummary> TrackLibrary::tracks() const {
   return store_->tracks();
 }
 
-const std::string& TrackLibrary::keptAs() const {
+const std::string& TrackLibrary::backupPath() const {
   static const std::string none;
-  return store_ == nullptr ? none : store_->keptAs();
+  return store_ == nullptr ? none : store_->backupPath();
 }
 
 std::string TrackLibrary::message() const {
@@ -245,7 +245,7 @@ LibraryResult TrackLibrary::import(XmlElement element) {
     if (text.file.empty()) return LibraryResult::noFreeName;
   } else {
     track.name = libraryName(track, static_cast<uint32_t>(count + 1));
-    imported.writing = writtenAs(saved);
+    imported.writing = optionsUsedIn(saved);
     takeForeignParts(saved, track, imported.foreign);
     text = edited(imported);
   }
@@ -287,7 +287,7 @@ LibraryResult TrackLibrary::readForEditing(size_t index, Editable& out) {
   if (whole) takeForeignParts(text.text, out.track, out.foreign);
   out.track.name = text.name;
   const int32_t unit = out.writing.speedUnit;
-  out.writing = writtenAs(text.text);
+  out.writing = optionsUsedIn(text.text);
   out.writing.speedUnit = unit;
   return LibraryResult::done;
 }

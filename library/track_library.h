@@ -51,7 +51,7 @@ class TrackLibrary {
   std::span<const TrackSummary> tracks() const;
   // The copy that was made of a damaged document before it was first written over; empty when
   // there is none.
-  const std::string& keptAs() const;
+  const std::string& backupPath() const;
   // What a person is to know about the state after `open`; empty when everything is well.
   std::string message() const;
 

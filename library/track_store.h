@@ -23,15 +23,15 @@ enum class LibraryState {
 
 enum class LibraryResult {
   done,
-  notThere,     // no such track or point, or nothing to undo
-  noName,       // an empty name
-  changed,      // another program has changed the library: list it again
-  inUse,        // another program is changing it at this moment
-  notALibrary,  // something else lies there
-  unreadable,   // the system does not let us read it
-  notKept,      // no copy of the damaged file could be kept, so nothing was written over it
-  noFreeName,   // in a folder: all names that may be tried are taken
-  notWritten,   // the disk did not take it: the library is as it was
+  notThere,      // no such track or point, or nothing to undo
+  noName,        // an empty name
+  changed,       // another program has changed the library: list it again
+  inUse,         // another program is changing it at this moment
+  notALibrary,   // something else lies there
+  unreadable,    // the system does not let us read it
+  backupFailed,  // no copy of the damaged file could be kept, so nothing was written over it
+  noFreeName,    // in a folder: all names that may be tried are taken
+  notWritten,    // the disk did not take it: the library is as it was
 };
 
 // The disk under a library; a test puts its own in its place.
@@ -84,7 +84,7 @@ class TrackStore {
  public:
   virtual ~TrackStore() = default;
   virtual const std::string& path() const = 0;
-  virtual const std::string& keptAs() const = 0;
+  virtual const std::string& backupPath() const = 0;
   // The document, or the first of the files that is not whole.
   virtual const std::string& damagedPath() const = 0;
   virtual bool isFolder() const = 0;

@@ -75,7 +75,7 @@ WaypointLibrary::WaypointLibrary(LibraryDisk disk) : disk_(std::move(disk)) {}
 
 LibraryState WaypointLibrary::open(const std::string& path) {
   path_ = path;
-  keptAs_.clear();
+  backupPath_.clear();
   return load();
 }
 
@@ -197,9 +197,10 @@ LibraryResult WaypointLibrary::prepare() {
   if (state_ == LibraryState::unreadable) return LibraryResult::unreadable;
   if (changed) return LibraryResult::changed;
   if (state_ != LibraryState::damaged) return LibraryResult::done;
-  if (keptAs_.empty() || !(keptStamp_ == stamp_)) keptAs_ = copyAsBad(path_, disk_.open);
-  if (keptAs_.empty()) return LibraryResult::notKept;
-  keptStamp_ = stamp_;
+  if (backupPath_.empty() || !(backedUpStamp_ == stamp_))
+    backupPath_ = copyAsBad(path_, disk_.open);
+  if (backupPath_.empty()) return LibraryResult::backupFailed;
+  backedUpStamp_ = stamp_;
   return LibraryResult::done;
 }
 

@@ -44,7 +44,7 @@ class WaypointLibrary {
 
   LibraryState state() const { return state_; }
   const std::string& path() const { return path_; }
-  const std::string& keptAs() const { return keptAs_; }
+  const std::string& backupPath() const { return backupPath_; }
   std::span<const StoredWaypoint> waypoints() const { return waypoints_; }
   std::span<const std::string> categories() const { return categories_; }
 
@@ -75,10 +75,10 @@ class WaypointLibrary {
 
   LibraryDisk disk_;
   std::string path_;
-  std::string keptAs_;
+  std::string backupPath_;
   LibraryState state_ = LibraryState::missing;
   FileStamp stamp_;
-  FileStamp keptStamp_;  // of the document that `keptAs_` is a copy of
+  FileStamp backedUpStamp_;  // of the document that `backupPath_` is a copy of
   bool damaged_ = false;
   XmlDocument document_;
   std::vector<StoredWaypoint> waypoints_;

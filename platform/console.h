@@ -28,8 +28,8 @@ void onStopRequest(std::function<void()> handler);
 
 // Behind `onStopRequest`, for work that must not end in its middle: the next request is only noted
 // from now on, and the one behind it ends the program at once.
-void holdNextStopRequest();
+void deferNextStopRequest();
 // Whether one came since.
-bool stopRequestWasHeld();
+bool stopRequestWasDeferred();
 
 }  // namespace vgps

@@ -28,14 +28,14 @@ bool fileExists(const std::string& path);
 bool replaceFile(const std::string& from, const std::string& to);
 
 // Whether the rename put the file there.
-enum class FilePlacing {
-  placed,
+enum class RenameResult {
+  renamed,
   taken,    // a file, folder or link has the name: everything is as it was
   refused,  // likewise, for another reason
 };
 
 // Gives `from` the name `to` of the same folder unless that is taken.
-FilePlacing placeFile(const std::string& from, const std::string& to);
+RenameResult renameUnlessTaken(const std::string& from, const std::string& to);
 
 // What a path leads to, through all links.
 enum class FileKind {
@@ -47,7 +47,7 @@ FileKind fileKind(const std::string& path);
 
 // Where the bytes of `path` are, or would be: the path itself unless that is a link. Empty when
 // the links lead nowhere.
-std::string behindLinks(const std::string& path);
+std::string resolveLinks(const std::string& path);
 
 // Whether two paths are one file, also one that is not there yet.
 bool isSameFile(const std::string& a, const std::string& b);

@@ -16,14 +16,14 @@ namespace {
 struct RoadWorld {
   RoadWorld() { app.recorder.track.state = kRecording; }
   ~RoadWorld() {
-    door.shut();
+    mailbox.close();
     EXPECT_TRUE(stopReceiver(app));
   }
 
   // The user interface at work until `done`, ten seconds at most.
   bool serve(const std::function<bool()>& done) {
     for (int i = 0; i < 1000 && !done(); ++i) {
-      door.wait(10, [this](const UiMessage& message) { onUiMessage(app, message); });
+      mailbox.wait(10, [this](const UiMessage& message) { onUiMessage(app, message); });
     }
     return done();
   }
@@ -32,8 +32,8 @@ struct RoadWorld {
   FakeSounds sounds;
   FakeWindow window;
   FakePorts ports;
-  UiMailbox door;
-  AppState app{Platform{clock, sounds, door, window, [this] { return ports.make(); }}};
+  UiMailbox mailbox;
+  AppState app{Platform{clock, sounds, mailbox, window, [this] { return ports.make(); }}};
 };
 
 TEST(Road, FromTheLineToTheWindow) {

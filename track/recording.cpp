@@ -45,7 +45,7 @@ bool Recording::start() {
   return true;
 }
 
-bool Recording::goOn() {
+bool Recording::continueRecovered() {
   if (!start()) return false;
   for (size_t i = 1; i < current_.points.size(); ++i) {
     addDistance(current_.points[i - 1], current_.points[i]);
@@ -74,7 +74,7 @@ void Recording::stop(Track* track, bool ask) {
   hooks_.flushPoints();
   const bool wanted = !ask || hooks_.askToSave();
   if (wanted && !hooks_.save(ended)) return;
-  hooks_.pointsSettled();
+  hooks_.pointsSavedOrDiscarded();
   if (ask) discard(ended);
 }
 

@@ -29,7 +29,7 @@ class RecordingHooks {
   // were saved or given up, so that nothing needs to survive any more.
   virtual void pointRecorded(const TrackPoint&) {}
   virtual void flushPoints() {}
-  virtual void pointsSettled() {}
+  virtual void pointsSavedOrDiscarded() {}
 };
 
 // Recording into the current track: which fixes become points, and what goes on around it.
@@ -44,7 +44,7 @@ class Recording {
   bool start();
   // The same for a recording that was broken off: the lengths between the points that the track has
   // count as if they were recorded now.
-  bool goOn();
+  bool continueRecovered();
   // Ignored while a track is played.
   void pauseOrResume();
   // Ends recording or playing of `track`, of the current one when null. A recorded track is saved;

@@ -21,9 +21,9 @@ TrackSaving save(FreePath freePath, std::string_view text, const ExclusiveOpener
     const std::string path = freePath();
     if (path.empty()) return TrackSaving::noFreeName;
     switch (writeFreeFile(path, text, open)) {
-      case FilePlacing::placed: return TrackSaving::saved;
-      case FilePlacing::refused: return TrackSaving::notWritten;
-      case FilePlacing::taken: break;
+      case RenameResult::renamed: return TrackSaving::saved;
+      case RenameResult::refused: return TrackSaving::notWritten;
+      case RenameResult::taken: break;
     }
   }
 }

@@ -52,8 +52,7 @@ bool TagReader::toTag() {
 }
 
 // Over a comment or the like, which ends with `terminator`.
-TagReader::Piece TagReader::passOver(std::string_view terminator, bool& noneFollows,
-                                     TagMark& piece) {
+TagReader::Piece TagReader::skipTo(std::string_view terminator, bool& noneFollows, TagMark& piece) {
   size_t searched = 0;  // behind at_
   while (!noneFollows) {
     const size_t found = rest().find(terminator, searched);
@@ -80,7 +79,7 @@ TagReader::Piece TagReader::passDeclaration(size_t end, TagMark& piece) {
 void TagReader::finishOther(TagMark& piece, size_t end) {
   piece = {.kind = TagMark::Kind::other, .name = {}, .begin = place(), .end = start_ + end};
   piece.textBefore = text_;
-  piece.lead = text_ ? piece.begin : lastEnd_;
+  piece.blanksBegin = text_ ? piece.begin : lastEnd_;
   at_ = end;
   lastEnd_ = piece.end;
 }
@@ -97,14 +96,14 @@ void TagReader::finishTag(TagMark& tag, size_t close) {
   tag.begin = place();
   tag.end = start_ + close + 1;
   tag.textBefore = text_;
-  tag.lead = text_ ? tag.begin : lastEnd_;
+  tag.blanksBegin = text_ ? tag.begin : lastEnd_;
   at_ = close + 1;
   lastEnd_ = tag.end;
   text_ = false;
 }
 
 // The "[...]" of a document type, as a length behind the "<" here; 1 when it has none.
-size_t TagReader::behindBrackets() {
+size_t TagReader::afterBrackets() {
   constexpr size_t kMost = size_t{1} << 16;
   while (filled_ - at_ < kMost && fill()) {
   }
@@ -121,11 +120,11 @@ TagReader::Piece TagReader::readPiece(TagMark& piece) {
   while (filled_ - at_ < kCData.size() && fill()) {
   }
   const std::string_view mark = rest().substr(0, kCData.size());
-  if (mark.starts_with("<!--")) return passOver("-->", noCommentEnd_, piece);
-  if (mark.starts_with(kCData)) return passOver("]]>", noCDataEnd_, piece);
+  if (mark.starts_with("<!--")) return skipTo("-->", noCommentEnd_, piece);
+  if (mark.starts_with(kCData)) return skipTo("]]>", noCDataEnd_, piece);
   const bool declaration = mark.starts_with("<?") || mark.starts_with("<!");
   // A document type may hold declarations of its own in brackets.
-  size_t searched = rest().starts_with("<!DOCTYPE") ? behindBrackets() : 1;
+  size_t searched = rest().starts_with("<!DOCTYPE") ? afterBrackets() : 1;
   for (;;) {
     char* const end = scanTo<'<', '>'>(bytes_.data() + at_ + searched);
     const auto found = static_cast<size_t>(end - bytes_.data());

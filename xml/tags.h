@@ -17,11 +17,11 @@ inline bool isXmlBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c 
 struct TagMark {
   enum class Kind { open, close, empty, other };  // other: a comment, a declaration or CDATA
   Kind kind = Kind::open;
-  std::string_view name;    // until the next tag is asked for; empty of `other`
-  uint64_t begin = 0;       // of "<"
-  uint64_t end = 0;         // behind ">"
-  uint64_t lead = 0;        // where the blanks in front of it begin
-  bool textBefore = false;  // something else than blanks stands in front of it
+  std::string_view name;     // until the next tag is asked for; empty of `other`
+  uint64_t begin = 0;        // of "<"
+  uint64_t end = 0;          // behind ">"
+  uint64_t blanksBegin = 0;  // where the blanks in front of it begin
+  bool textBefore = false;   // something else than blanks stands in front of it
 };
 
 // Finds the tags of a text of any length, and where they stand: what the XML reader's tree does not
@@ -44,7 +44,7 @@ class TagReader {
   template <class Take>
   void pass(Take take);
 
-  // The bytes from `place`, which is in the last tag or its lead, stay at hand until `release`.
+  // The bytes from `place`, which is in the last tag or its blanks, stay at hand until `release`.
   void keepFrom(uint64_t place) { keep_ = place; }
   void release() { keep_ = kNothing; }
   // Bytes from the kept place to at most the last tag's end.
@@ -65,9 +65,9 @@ class TagReader {
   bool fill();
   bool toTag();
   Piece readPiece(TagMark& piece);
-  Piece passOver(std::string_view terminator, bool& noneFollows, TagMark& piece);
+  Piece skipTo(std::string_view terminator, bool& noneFollows, TagMark& piece);
   Piece passDeclaration(size_t end, TagMark& piece);
-  size_t behindBrackets();
+  size_t afterBrackets();
   void finishTag(TagMark& tag, size_t close);
   void finishOther(TagMark& piece, size_t end);
 

@@ -21,9 +21,11 @@ constexpr CommandRow range(Command first, Command last, CommandHandler handler) 
 
 constexpr CommandRow view(Command command) { return one(command, showScreen, isScreen); }
 
-constexpr CommandRow missing(Command command) { return one(command, notBuilt); }
+constexpr CommandRow missing(Command command) { return one(command, notImplemented); }
 
-constexpr CommandRow missing(Command first, Command last) { return range(first, last, notBuilt); }
+constexpr CommandRow missing(Command first, Command last) {
+  return range(first, last, notImplemented);
+}
 
 // Where families overlap the more specific row has the number: calculators among the views, go-to
 // and waypoints among the views of tracks and zones.
@@ -256,6 +258,6 @@ bool runHotKey(Desktop& app, Command command) {
   return known;
 }
 
-void notBuilt(Desktop& app, Command) { showNotice(app, textOf(Text::notAvailable)); }
+void notImplemented(Desktop& app, Command) { showNotice(app, textOf(Text::notAvailable)); }
 
 }  // namespace vgps

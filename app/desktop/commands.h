@@ -39,7 +39,7 @@ bool runHotKey(Desktop& app, Command command);
 
 // The handler of what does not exist yet: says so in the status line. Rows that point here are
 // what is missing.
-void notBuilt(Desktop& app, Command command);
+void notImplemented(Desktop& app, Command command);
 
 // The text of a command's menu item: its number is 10000 and the command's.
 constexpr Text itemText(Command command) {

@@ -80,7 +80,8 @@ bool isSimulating(const AppState& app, Command) { return app.fix.running && app.
 bool hasFix(const AppState& app, Command) {
   // The time of a receiver that was unplugged an hour ago is an hour old.
   const uint32_t age = app.platform.clock.tick() - app.shown.lastFixTick;
-  return app.fix.running && app.shown.fixSeen && app.shown.fix.fixStatus != 0 && age <= kOldAfterMs;
+  return app.fix.running && app.shown.fixSeen && app.shown.fix.fixStatus != 0 &&
+         age <= kStaleAfterMs;
 }
 bool isLogState(const AppState& app, Command command) {
   return app.gps.options.logNmea == (command == Command::logOn);

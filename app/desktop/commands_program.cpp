@@ -27,7 +27,7 @@ void resizeScreen(Desktop& app, Command command) {
 void confirmPopup(Desktop&, Command) {}
 
 void openOptionDialog(Desktop& app, Command command) {
-  if (!app.window.openDialog(command)) notBuilt(app, command);
+  if (!app.window.openDialog(command)) notImplemented(app, command);
 }
 
 }  // namespace vgps

@@ -49,7 +49,7 @@ void choosePreset(Desktop& app, Command command) {
   app.settings.recordAngle = preset.angle;
   app.settings.recordAltitude = preset.altitude;
   saveSettings(app.config, app.settings, SettingGroup::recording);
-  if (app.config.tellRefusal([&](std::string_view text) { showNotice(app, text); })) return;
+  if (app.config.tellSaveFailure([&](std::string_view text) { showNotice(app, text); })) return;
   showNotice(app, textWith(Text::presetChosen,
                            textOf(Text::walking + (command - Command::presetWalking))));
 }

@@ -82,7 +82,7 @@ void openTrack(Desktop& app, Command) {
   Track chosen;
   if (!mayReplace(app) || !chooseTrack(app, chosen)) return;
   if (app.recorder.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
-  app.recorder.pointsSettled();
+  app.recorder.pointsSavedOrDiscarded();
   app.recorder.track = std::move(chosen);
   showNotice(app, textWith(Text::trackRead, std::to_string(app.recorder.track.points.size())));
   repaintThrottled(app);
@@ -90,7 +90,7 @@ void openTrack(Desktop& app, Command) {
 
 void discardTrack(Desktop& app, Command) {
   if (!canEdit(app) || !askQuestion(app, Text::askToDiscard)) return;
-  app.recorder.pointsSettled();
+  app.recorder.pointsSavedOrDiscarded();
   app.recorder.track = Track();
   tellChanged(app);
 }

@@ -245,7 +245,7 @@ void confirmDialog(const Dialog& dialog, DialogView& view, DialogContext& contex
   }
   saveSettings(context.store, context.settings, dialog.groups);
   if (context.saved) context.saved(dialog);
-  context.store.tellRefusal([&](std::string_view text) { view.tell(text); });
+  context.store.tellSaveFailure([&](std::string_view text) { view.tell(text); });
 }
 
 bool pressControl(const Dialog& dialog, DialogView& view, uint16_t control) {

@@ -134,7 +134,7 @@ constexpr DialogChoice kEpochButtons[] = {
     {.value = 1, .text = Text::gpsRmc, .control = CONTROL_EPOCH_RMC},
     {.value = 2, .text = Text::gpsGga, .control = CONTROL_EPOCH_GGA},
     {.value = 0, .text = Text::gpsFirstOfBurst, .control = CONTROL_EPOCH_AUTOMATIC},
-    {.value = 3, .text = Text::gpsEitherOfThem, .control = CONTROL_EPOCH_BOTH}};
+    {.value = 3, .text = Text::gpsRmcOrGga, .control = CONTROL_EPOCH_BOTH}};
 
 constexpr DialogField kGpsFields[] = {
     {.control = CONTROL_PORT,
@@ -143,12 +143,12 @@ constexpr DialogField kGpsFields[] = {
      .setting = &Settings::port,
      .items = portItems},
     {.control = CONTROL_BAUD_RATE,
-     .label = Text::gpsSpeed,
+     .label = Text::gpsBaudRate,
      .kind = FieldKind::box,
      .setting = &Settings::baudRate,
      .correction = {.lowest = 1, .instead = 9600},
      .items = speedItems},
-    check(CONTROL_RECONNECT, Text::gpsTryAgain, &Settings::reconnect),
+    check(CONTROL_RECONNECT, Text::gpsReconnect, &Settings::reconnect),
     check(CONTROL_SIMULATE, Text::gpsSimulation, &Settings::simulate, kNotWhenSimulated),
     check(CONTROL_GPS_API, Text::gpsInterface, &Settings::useGpsApi, kNotWithGpsApi),
     check(CONTROL_SENSOR_API, Text::gpsLocationSensor, &Settings::useSensorApi, kNotWithSensorApi),
@@ -303,7 +303,7 @@ constexpr DialogField kPlayFields[] = {
     number(CONTROL_WARN_SECONDS, Text::playbackSecondsAhead, &Settings::warnSeconds),
     check(CONTROL_MARK_WARNING, Text::playbackAnnounceMarks, &Settings::markWarning),
     check(CONTROL_CENTRE_POSITION, Text::playbackCenterThePosition, &Settings::centrePosition),
-    check(CONTROL_VIEW_CELL, Text::playbackShowTheCell, &Settings::viewCell),
+    check(CONTROL_VIEW_CELL, Text::playbackShowCell, &Settings::viewCell),
     check(CONTROL_USE_ALTITUDE, Text::playbackDistancesWithHeights, &Settings::useAltitude),
     upTo30(CONTROL_PATH_LINE, Text::playbackPath, &Settings::pathLineSize, 5),
     upTo30(CONTROL_MAP_LINE, Text::playbackMap, &Settings::mapLineSize, 2),

@@ -23,33 +23,35 @@ constexpr AnswerRow kAnswers[] = {{Answer::resume, Text::recoverContinue},
                                   {Answer::remove, Text::recoverDelete},
                                   {Answer::later, Text::recoverLater}};
 
-Answer ask(AppState& app, const LeftRecording& left) {
+Answer ask(AppState& app, const UnfinishedRecording& unfinished) {
   const Track& track = app.recorder.track;
   const bool free = track.state == kIdle && track.points.empty();
   const std::span<const AnswerRow> rows = std::span(kAnswers).subspan(free ? 0 : 1);
   std::vector<std::string_view> texts;
   for (const AnswerRow& row : rows) texts.push_back(textOf(row.text));
-  return rows[app.platform.window.choose(left.question(), texts)].answer;
+  return rows[app.platform.window.choose(unfinished.question(), texts)].answer;
 }
 
-void save(AppState& app, LeftRecording& left) {
-  const Keeping keeping = app.recorder.keepLeft(left);
+void save(AppState& app, UnfinishedRecording& unfinished) {
+  const Keeping keeping = app.recorder.keepUnfinished(unfinished);
   tellKeeping(app, keeping);
-  if (keeping.outcome != Keeping::Outcome::kept) left.leave();
+  if (keeping.outcome != Keeping::Outcome::kept) unfinished.keepForLater();
 }
 
-void remove(AppState& app, LeftRecording& left) {
-  const std::string points = std::to_string(left.points());
-  if (!app.platform.window.ask(textWith(Text::askToDelete, points))) return left.leave();
-  if (!left.discard()) app.platform.window.tellError(textWith(Text::notDeleted, left.path()));
+void remove(AppState& app, UnfinishedRecording& unfinished) {
+  const std::string points = std::to_string(unfinished.points());
+  if (!app.platform.window.ask(textWith(Text::askToDelete, points)))
+    return unfinished.keepForLater();
+  if (!unfinished.discard())
+    app.platform.window.tellError(textWith(Text::notDeleted, unfinished.path()));
 }
 
-void answer(AppState& app, LeftRecording& left) {
-  switch (ask(app, left)) {
-    case Answer::resume: app.recorder.continueFrom(left); break;
-    case Answer::save: save(app, left); break;
-    case Answer::remove: remove(app, left); break;
-    case Answer::later: left.leave(); break;
+void answer(AppState& app, UnfinishedRecording& unfinished) {
+  switch (ask(app, unfinished)) {
+    case Answer::resume: app.recorder.continueFrom(unfinished); break;
+    case Answer::save: save(app, unfinished); break;
+    case Answer::remove: remove(app, unfinished); break;
+    case Answer::later: unfinished.keepForLater(); break;
   }
 }
 
@@ -75,8 +77,8 @@ void tellKeeping(AppState& app, const Keeping& keeping) {
     return;
   }
   if (!tellLibrary(app, keeping.library)) return;
-  if (!keeping.damagedKeptAs.empty()) {
-    showNotice(app, textWith(Text::libraryKeptAs, keeping.damagedKeptAs));
+  if (!keeping.damagedBackupPath.empty()) {
+    showNotice(app, textWith(Text::libraryKeptAs, keeping.damagedBackupPath));
   }
   if (keeping.result != LibraryResult::done) {
     app.platform.window.tellError(libraryMessage(keeping.result, keeping.library.path));
@@ -85,13 +87,13 @@ void tellKeeping(AppState& app, const Keeping& keeping) {
 
 void offerRecovery(AppState& app) {
   if (app.paths.journal.empty()) return;
-  for (const std::string& path : journalsAt(app.paths.journal)) {
-    LeftRecording left(app.recorder.journalSettings());
-    const JournalResult result = left.open(path);
+  for (const std::string& path : existingJournals(app.paths.journal)) {
+    UnfinishedRecording unfinished(app.recorder.journalSettings());
+    const JournalResult result = unfinished.open(path);
     if (result == JournalResult::open) {
-      answer(app, left);
+      answer(app, unfinished);
     } else if (result != JournalResult::inUse) {  // another copy of the program records there
-      const std::string message = left.message(result);
+      const std::string message = unfinished.message(result);
       if (!message.empty()) app.platform.window.tellError(message);
     }
   }

@@ -5,7 +5,7 @@
 
 #include "app/session/app_state.h"
 
-// What the desktop says about keeping tracks, and what it asks about those that a crash left.
+// What the desktop says about keeping tracks, and what it asks about those that a crash unfinished.
 namespace vgps {
 
 // Whether tracks can be kept there; says why not, or that the library is damaged.

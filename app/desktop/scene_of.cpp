@@ -19,13 +19,13 @@ ReceiverState stateOf(const AppState& app, uint32_t now) {
 }
 
 bool isFresh(const ArrivalTicks::Arrival& arrival, uint32_t now) {
-  return arrival.ever && now - arrival.tick <= kOldAfterMs;
+  return arrival.ever && now - arrival.tick <= kStaleAfterMs;
 }
 
 // A value that nothing has vouched for yet, as of a receiver that has never had a fix, is an old
 // one at best.
 ValueAges agesOf(const UiFix& shown, uint32_t now) {
-  const uint32_t unvouched = std::max(now - shown.lastDataTick, kOldAfterMs + 1);
+  const uint32_t unvouched = std::max(now - shown.lastDataTick, kStaleAfterMs + 1);
   const auto age = [&](const ArrivalTicks::Arrival& arrival) {
     return arrival.ever ? now - arrival.tick : unvouched;
   };
@@ -45,8 +45,8 @@ int32_t altitudeUnitOf(int32_t setting) {
 }
 
 bool messageHolds(const AppState& app) {
-  return app.fix.running && app.news.messageCountdown > 0 &&
-         app.news.messageSource == app.gps.readers.generation;
+  return app.fix.running && app.pendingDisplay.messageCountdown > 0 &&
+         app.pendingDisplay.messageSource == app.gps.readers.generation;
 }
 
 Palette paletteOf(const AppState& app) {
@@ -79,7 +79,7 @@ SceneStatistics statisticsOf(const AppState& app) {
 
 }  // namespace
 
-Scene sceneOf(const AppState& app) {
+Scene makeScene(const AppState& app) {
   const UiFix& shown = app.shown;
   const uint32_t now = app.platform.clock.tick();
   Scene scene;
@@ -93,8 +93,9 @@ Scene sceneOf(const AppState& app) {
   scene.stats = shown.stats;
   scene.maxSpeed = shown.maxSpeed;
   scene.maxAltitude = shown.maxAltitude;
-  scene.newMaxSpeed = app.news.maximumCountdown > 0 && app.news.newMaxSpeed;
-  scene.newMaxAltitude = app.news.maximumCountdown > 0 && app.news.newMaxAltitude;
+  scene.newMaxSpeed = app.pendingDisplay.maximumCountdown > 0 && app.pendingDisplay.newMaxSpeed;
+  scene.newMaxAltitude =
+      app.pendingDisplay.maximumCountdown > 0 && app.pendingDisplay.newMaxAltitude;
   scene.speedUnit = app.gps.options.speedUnit;
   scene.altitudeUnit = altitudeUnitOf(app.settings.shortDistanceUnit);
   scene.positionFormat = app.settings.positionFormat;

@@ -7,7 +7,7 @@ namespace vgps {
 
 // What the screens show now, out of the user interface's own copy of the fix. On the
 // user-interface thread; the scene looks into `app.shown`.
-Scene sceneOf(const AppState& app);
+Scene makeScene(const AppState& app);
 
 // Whether the program starts in the dark colours: from eight in the evening to six.
 bool isNightHour(const DateTime& local);

@@ -8,7 +8,7 @@ namespace {
 
 // No is the default.
 bool mayLose(Desktop& app, size_t points) {
-  return points == 0 || app.window.ask(textWith(Text::askToLosePoints, std::to_string(points)));
+  return points == 0 || app.window.ask(textWith(Text::askToCloseUnsaved, std::to_string(points)));
 }
 
 // Whether closing loses no point of the track, or the person knows and wants it. `recorded`: the
@@ -22,9 +22,9 @@ bool mayClose(Desktop& app, bool recorded) {
     return !recorder.inMemoryOnly() || mayLose(app, points);
   }
   if (recorder.closeJournal()) return true;
-  const size_t lacking = recorder.resumeJournal();
-  if (recorded && lacking > 0) return false;
-  if (!mayLose(app, lacking)) return false;
+  const size_t unsavedPoints = recorder.resumeJournal();
+  if (recorded && unsavedPoints > 0) return false;
+  if (!mayLose(app, unsavedPoints)) return false;
   recorder.closeJournal();  // the disk may have room now
   return true;
 }

@@ -8,8 +8,8 @@ namespace vgps {
 namespace {
 
 void refuse(StartOptions& options, std::string_view argument) {
-  if (!options.notUnderstood.empty()) options.notUnderstood += ' ';
-  options.notUnderstood += argument;
+  if (!options.unknownArguments.empty()) options.unknownArguments += ' ';
+  options.unknownArguments += argument;
 }
 
 bool takeSpeed(StartOptions& options, std::string_view value) {

@@ -23,7 +23,7 @@ struct StartOptions {
   bool installPocketPc = false;  // -as1: the descriptor for the older mobile devices
   bool installMobile5 = false;   // -as2
 
-  std::string notUnderstood;  // the arguments that mean nothing, with a blank between them
+  std::string unknownArguments;  // the arguments that mean nothing, with a blank between them
 
   bool connects() const { return simulate || !port.empty(); }
 };

@@ -55,7 +55,7 @@ void simulateTrack(AppState& app, const StartOptions& options) {
 // else.
 void writeCountdown(AppState& app, int32_t starts) {
   app.settings.updateCountdown = starts;
-  if (!app.config.isSound()) return;
+  if (!app.config.isFullyLoaded()) return;
   if (!saveSettings(app.config, app.settings, SettingGroup::update)) {
     showNotice(app, textWith(Text::settingsNotWritten, app.config.path()));
   }
@@ -85,8 +85,8 @@ void applyStartOptions(Desktop& app, const StartOptions& options) {
   if (options.installMobile5) runInstaller(app, "VGPS-AS-WM5.INI");
   if (options.log) runCommand(app, Command::logOn);
   if (options.simulateTrack) simulateTrack(app, options);
-  if (!options.notUnderstood.empty()) {
-    showNotice(app, textWith(Text::notUnderstood, options.notUnderstood));
+  if (!options.unknownArguments.empty()) {
+    showNotice(app, textWith(Text::unknownArguments, options.unknownArguments));
   }
   if (!options.connects()) return;
   connectReceiver(app,
@@ -124,7 +124,7 @@ bool endProgram(AppState& app) {
   // In a folder that nobody may write to every start is counted in vain; a person need not hear of
   // that at each end.
   if (!app.config.changedOnly(*Setting(&Settings::updateCountdown))) {
-    app.config.tellRefusal([&](std::string_view text) { app.platform.window.tellError(text); });
+    app.config.tellSaveFailure([&](std::string_view text) { app.platform.window.tellError(text); });
   }
   return false;
 }

@@ -3,8 +3,8 @@
 namespace vgps {
 
 void AppHooks::send(UiMessage message) {
-  message.generation = speaking_;
-  door_.send(message);
+  message.generation = deliveringGeneration_;
+  uiThread_.send(message);
 }
 
 void AppHooks::lineReceived(const ReceivedLine& line) {
@@ -16,7 +16,10 @@ void AppHooks::unknownBytes(std::string_view bytes) {
 }
 
 void AppHooks::sensorReading(double longitude, double latitude) {
-  door_.post({.event = UiEvent::sensor, .x = longitude, .y = latitude, .generation = speaking_});
+  uiThread_.post({.event = UiEvent::sensor,
+                  .x = longitude,
+                  .y = latitude,
+                  .generation = deliveringGeneration_});
 }
 
 void AppHooks::logFailed(const std::string& path) {

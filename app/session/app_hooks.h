@@ -15,8 +15,12 @@ namespace vgps {
 class AppHooks : public GpsHooks {
  public:
   // `speaking`: the generation of the source whose reader calls.
-  AppHooks(UiThread& door, Sounds& sounds, Window& window, const std::atomic<uint32_t>& speaking)
-      : door_(door), sounds_(sounds), window_(window), speaking_(speaking) {}
+  AppHooks(UiThread& uiThread, Sounds& sounds, Window& window,
+           const std::atomic<uint32_t>& deliveringGeneration)
+      : uiThread_(uiThread),
+        sounds_(sounds),
+        window_(window),
+        deliveringGeneration_(deliveringGeneration) {}
 
   void playSound(const char* name) override { sounds_.play(name); }
   void repaint() override { send({.event = UiEvent::repaint}); }
@@ -34,10 +38,10 @@ class AppHooks : public GpsHooks {
  private:
   void send(UiMessage message);
 
-  UiThread& door_;
+  UiThread& uiThread_;
   Sounds& sounds_;
   Window& window_;
-  const std::atomic<uint32_t>& speaking_;
+  const std::atomic<uint32_t>& deliveringGeneration_;
 };
 
 }  // namespace vgps

@@ -15,7 +15,7 @@ constexpr uint32_t kNoticeMs = 10000;
 AppState::AppState(Platform platformToUse, const XmlFiles& files)
     : platform(std::move(platformToUse)),
       config(files),
-      hooks(platform.door, platform.sounds, platform.window, gps.readers.speaking),
+      hooks(platform.uiThread, platform.sounds, platform.window, gps.readers.deliveringGeneration),
       gps(hooks, platform.clock),
       fix(gps),
       link(fix, platform.clock),
@@ -65,7 +65,7 @@ bool askQuestion(AppState& app, Text text) { return app.platform.window.ask(text
 
 bool repaintThrottled(AppState& app) {
   if (!app.repaints.due(app.platform.clock.tick())) return false;
-  app.news.waiting = false;
+  app.pendingDisplay.waiting = false;
   app.platform.window.repaint();
   return true;
 }

@@ -31,7 +31,7 @@ namespace vgps {
 struct Platform {
   const Clock& clock;
   Sounds& sounds;
-  UiThread& door;
+  UiThread& uiThread;
   Window& window;
   std::function<std::unique_ptr<SerialPort>()> makePort;
   LocationSensorManager* sensors = nullptr;
@@ -112,7 +112,7 @@ enum class Projection : int32_t {
 enum class ColourScheme : uint8_t { day, night, custom };
 
 // What handled messages of the receiver bring to the displays. Skipped ones bring nothing.
-struct DisplayNews {
+struct PendingDisplay {
   bool waiting = false;  // a message was handled since the last repaint
   // For so many more handled messages the displays point out...
   int32_t messageCountdown = 0;  // ...`lastMessageText`
@@ -182,7 +182,7 @@ struct AppState {
   RepaintThrottle repaints;
   int32_t frameSkip = 0;  // of N line messages one is handled; 0 and 1 handle all
   int32_t frameCountdown = 0;
-  DisplayNews news;
+  PendingDisplay pendingDisplay;
 
   std::string notice;  // one line that the status shows for a while
   uint32_t noticeTick = 0;

@@ -24,14 +24,14 @@ void Link::hold() {
   if (state_ == State::failed) fix_.close(true);  // a port that refused to be set up is still open
   if (!serial_ || (state_ != State::open && state_ != State::lost)) return;
   state_ = State::held;
-  fix_.dropPort();
+  fix_.releasePort();
 }
 
 void Link::resume() {
   if (state_ != State::held) return;
   state_ = State::lost;
   error_ = PortError::none;
-  fix_.wantPort();
+  fix_.requestPort();
 }
 
 bool Link::noteBytes() {
@@ -51,7 +51,7 @@ bool Link::check(bool reconnect) {
   } else if (state_ == State::open && serial_ && reconnect && hasGone()) {
     state_ = State::lost;
     error_ = fix_.portFailed ? PortError::notThere : PortError::none;
-    if (attemptIsDue()) fix_.wantPort();
+    if (attemptIsDue()) fix_.requestPort();
     return true;
   }
   return false;
@@ -83,7 +83,7 @@ void Link::followAttempt(bool reconnect) {
     error_ = attemptOpened_ && fix_.portFailed ? PortError::notThere : attempt.error;
   }
   if (reconnect) {
-    if (attemptIsDue()) fix_.wantPort();
+    if (attemptIsDue()) fix_.requestPort();
   } else if (attemptOpened_ && !fix_.portFailed) {
     state_ = State::open;
   } else {

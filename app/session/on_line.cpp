@@ -66,8 +66,8 @@ void addRawRow(AppState& app, std::string_view text) {
 // What has no sentence of its own on the read-out is told in words.
 void tellMessage(AppState& app, std::string text) {
   app.lastMessageText = std::move(text);
-  app.news.messageCountdown = kNewsMessages;
-  app.news.messageSource = app.gps.readers.generation;
+  app.pendingDisplay.messageCountdown = kNewsMessages;
+  app.pendingDisplay.messageSource = app.gps.readers.generation;
   addRawRow(app, app.lastMessageText);
 }
 
@@ -105,29 +105,29 @@ void noteArrivals(UiFix& shown, uint32_t said, uint32_t tick) {
 
 // The greatest values are pointed out for a while when they are new.
 void noteMaxima(AppState& app) {
-  DisplayNews& news = app.news;
+  PendingDisplay& pending = app.pendingDisplay;
   const UiFix& shown = app.shown;
-  const bool faster = shown.maxSpeed > news.maxSpeed;
-  const bool higher = shown.maxAltitude > news.maxAltitude;
-  if (news.maximumCountdown == 0) news.newMaxSpeed = news.newMaxAltitude = false;
-  if (faster || higher) news.maximumCountdown = kNewsMessages;
-  news.newMaxSpeed |= faster;
-  news.newMaxAltitude |= higher;
-  news.maxSpeed = shown.maxSpeed;
-  news.maxAltitude = shown.maxAltitude;
+  const bool faster = shown.maxSpeed > pending.maxSpeed;
+  const bool higher = shown.maxAltitude > pending.maxAltitude;
+  if (pending.maximumCountdown == 0) pending.newMaxSpeed = pending.newMaxAltitude = false;
+  if (faster || higher) pending.maximumCountdown = kNewsMessages;
+  pending.newMaxSpeed |= faster;
+  pending.newMaxAltitude |= higher;
+  pending.maxSpeed = shown.maxSpeed;
+  pending.maxAltitude = shown.maxAltitude;
 }
 
 void handleForDisplays(AppState& app, const UiMessage& message) {
-  DisplayNews& news = app.news;
-  if (news.messageCountdown > 0) --news.messageCountdown;
-  if (news.maximumCountdown > 0) --news.maximumCountdown;
+  PendingDisplay& pending = app.pendingDisplay;
+  if (pending.messageCountdown > 0) --pending.messageCountdown;
+  if (pending.maximumCountdown > 0) --pending.maximumCountdown;
   noteMaxima(app);
   if (message.record == nullptr) {
     addRawRow(app, message.text);
   } else {
     tellMessage(app, textOfMessage(*static_cast<const SirfMessage*>(message.record)));
   }
-  news.waiting = true;
+  pending.waiting = true;
 }
 
 void noteBytes(AppState& app) {
@@ -168,7 +168,7 @@ bool isOfAnotherSource(const AppState& app, const UiMessage& message) {
 
 }  // namespace
 
-bool refreshDisplays(AppState& app) { return app.news.waiting && repaintThrottled(app); }
+bool refreshDisplays(AppState& app) { return app.pendingDisplay.waiting && repaintThrottled(app); }
 
 void onUiMessage(AppState& app, const UiMessage& message) {
   if (message.event == UiEvent::logFailed) {

@@ -5,7 +5,7 @@
 
 namespace vgps {
 
-// Everything that comes through the door, on the user-interface thread while its sender waits.
+// Everything that comes through the uiThread, on the user-interface thread while its sender waits.
 void onUiMessage(AppState& app, const UiMessage& message);
 
 // Draws what was handled and has not been drawn yet, as soon as a repaint is due again: the last

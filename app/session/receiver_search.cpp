@@ -22,7 +22,7 @@ void beginReceiverSearch(AppState& app) { app.link.hold(); }
 void endReceiverSearch(AppState& app, const std::optional<SourceChoice>& chosen) {
   if (!chosen.has_value()) return app.link.resume();
   keepChoice(app, *chosen);
-  app.config.tellRefusal([&](std::string_view text) { app.platform.window.tellError(text); });
+  app.config.tellSaveFailure([&](std::string_view text) { app.platform.window.tellError(text); });
   connectReceiver(app, *chosen);
 }
 

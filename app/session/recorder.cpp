@@ -91,9 +91,9 @@ bool Recorder::save(Track& ended) {
   keeping_.outcome = Keeping::Outcome::refused;
   keeping_.library = openLibrary();
   if (!keeping_.library.usable()) return false;
-  const std::string keptBefore = library.keptAs();
+  const std::string keptBefore = library.backupPath();
   keeping_.result = library.add(ended, options, clock_.local());
-  if (library.keptAs() != keptBefore) keeping_.damagedKeptAs = library.keptAs();
+  if (library.backupPath() != keptBefore) keeping_.damagedBackupPath = library.backupPath();
   if (keeping_.result != LibraryResult::done) return false;
   keeping_.outcome = Keeping::Outcome::kept;
   return true;
@@ -131,7 +131,7 @@ void Recorder::flushPoints() {
   if (journal_->isOpen()) journal_->flush();
 }
 
-void Recorder::pointsSettled() {
+void Recorder::pointsSavedOrDiscarded() {
   if (journal_->isOpen()) journal_->discard();
   inMemoryOnly_ = false;
 }
@@ -157,18 +157,18 @@ size_t Recorder::resumeJournal() {
   return track.points.size() - there;
 }
 
-void Recorder::continueFrom(LeftRecording& left) {
-  journal_ = left.continueInto(track);
+void Recorder::continueFrom(UnfinishedRecording& unfinished) {
+  journal_ = unfinished.continueInto(track);
   journalRefused_ = inMemoryOnly_ = false;
-  recording_.goOn();
+  recording_.continueRecovered();
 }
 
-Keeping Recorder::keepLeft(LeftRecording& left) {
+Keeping Recorder::keepUnfinished(UnfinishedRecording& unfinished) {
   Keeping keeping{.outcome = Keeping::Outcome::refused, .library = openLibrary()};
   if (!keeping.library.usable()) return keeping;
-  const std::string keptBefore = library.keptAs();
-  keeping.result = left.save(library, options, clock_.local());
-  if (library.keptAs() != keptBefore) keeping.damagedKeptAs = library.keptAs();
+  const std::string keptBefore = library.backupPath();
+  keeping.result = unfinished.save(library, options, clock_.local());
+  if (library.backupPath() != keptBefore) keeping.damagedBackupPath = library.backupPath();
   if (keeping.result == LibraryResult::done) keeping.outcome = Keeping::Outcome::kept;
   return keeping;
 }
@@ -178,14 +178,14 @@ RecordingEnd Recorder::end() {
   RecordingEnd ended;
   const std::string path = journal_->path();
   journal_->close();
-  LeftRecording whole(journalSettings());
+  UnfinishedRecording whole(journalSettings());
   ended.journal = whole.open(path);
   whole.take(std::exchange(track, {}));
-  ended.keeping = keepLeft(whole);
+  ended.keeping = keepUnfinished(whole);
   if (ended.keeping.outcome == Keeping::Outcome::kept) return ended;
   whole.continueInto(track);
-  const size_t lacking = resumeJournal();
-  if (!closeJournal()) ended.lacking = lacking;
+  const size_t unsavedPoints = resumeJournal();
+  if (!closeJournal()) ended.unsavedPoints = unsavedPoints;
   return ended;
 }
 

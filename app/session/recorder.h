@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "library/journal.h"
-#include "library/left_recording.h"
 #include "library/track_library.h"
+#include "library/unfinished_recording.h"
 #include "platform/clock.h"
 #include "track/recording.h"
 
@@ -73,7 +73,7 @@ struct Keeping {
   Outcome outcome = Outcome::nothing;
   LibraryOpening library = {};
   LibraryResult result = LibraryResult::done;
-  std::string damagedKeptAs = {};  // the damaged library was copied there first; else empty
+  std::string damagedBackupPath = {};  // the damaged library was copied there first; else empty
 };
 
 // How a recording ended where there is nobody to ask.
@@ -81,7 +81,7 @@ struct RecordingEnd {
   Keeping keeping;
   // What was found in the journal's place: `open` unless somebody has taken it away or spoiled it.
   JournalResult journal = JournalResult::open;
-  size_t lacking = 0;  // points that only memory has
+  size_t unsavedPoints = 0;  // points that only memory has
 };
 
 // A recording from its first point to the disk: the filter decides which fixes become points, a
@@ -114,7 +114,7 @@ class Recorder : private RecordingHooks {
   LibraryOpening openLibrary();
 
   // The track was replaced or given up: its journal goes.
-  void pointsSettled() override;
+  void pointsSavedOrDiscarded() override;
   // Whether the track has recorded points that were neither saved nor given up, and no journal has
   // them either.
   bool inMemoryOnly() const { return inMemoryOnly_; }
@@ -126,14 +126,14 @@ class Recorder : private RecordingHooks {
   // one where it is gone. Returns how many these are.
   size_t resumeJournal();
 
-  // For those who open what an ended program left.
+  // For those who open what an ended program unfinished.
   JournalSettings journalSettings();
   // Its points become the current track, which goes on being recorded into the same journal.
-  void continueFrom(LeftRecording& left);
+  void continueFrom(UnfinishedRecording& unfinished);
   // Into the library. What could not be kept stays in its journal, as long as `left` holds it.
-  Keeping keepLeft(LeftRecording& left);
+  Keeping keepUnfinished(UnfinishedRecording& unfinished);
   // Ends a recording where nobody can be asked: into the library, or where that refuses into the
-  // journal. May be repeated while points are lacking.
+  // journal. May be repeated while points are unsavedPoints.
   RecordingEnd end();
 
  private:

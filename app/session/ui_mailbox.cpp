@@ -12,12 +12,12 @@ bool UiMailbox::send(const UiMessage& message) {
     handler(message);
     return true;
   }
-  changed_.wait(lock, [this] { return shut_ || slot_ == Slot::free; });
-  if (shut_) return false;
+  changed_.wait(lock, [this] { return closed_ || slot_ == Slot::free; });
+  if (closed_) return false;
   message_ = &message;
   slot_ = Slot::sent;
   arrived_.notify_one();
-  changed_.wait(lock, [this] { return slot_ == Slot::done || (shut_ && slot_ == Slot::sent); });
+  changed_.wait(lock, [this] { return slot_ == Slot::done || (closed_ && slot_ == Slot::sent); });
   const bool handled = slot_ == Slot::done;
   message_ = nullptr;
   slot_ = Slot::free;
@@ -27,26 +27,26 @@ bool UiMailbox::send(const UiMessage& message) {
 
 void UiMailbox::post(const UiMessage& message) {
   const std::lock_guard lock(mutex_);
-  if (shut_) return;
+  if (closed_) return;
   posted_.push_back(message);
   arrived_.notify_one();
 }
 
-UiMailbox::Waited UiMailbox::wait(int timeoutMs, const Handler& handler) {
+UiMailbox::WaitResult UiMailbox::wait(int timeoutMs, const Handler& handler) {
   std::unique_lock lock(mutex_);
   const auto ready = [this] { return somethingToDo(); };
   if (timeoutMs < 0) {
     arrived_.wait(lock, ready);
   } else if (!arrived_.wait_for(lock, std::chrono::milliseconds(timeoutMs), ready)) {
-    return Waited::nothing;
+    return WaitResult::nothing;
   }
-  if (shut_) return Waited::shut;
+  if (closed_) return WaitResult::closed;
   running_ = &handler;
   runner_ = std::this_thread::get_id();
   if (slot_ == Slot::sent) handleSent(lock, handler);
   if (!posted_.empty()) handlePosted(lock, handler);
   running_ = nullptr;
-  return Waited::handled;
+  return WaitResult::handled;
 }
 
 void UiMailbox::handleSent(std::unique_lock<std::mutex>& lock, const Handler& handler) {
@@ -66,9 +66,9 @@ void UiMailbox::handlePosted(std::unique_lock<std::mutex>& lock, const Handler& 
   lock.lock();
 }
 
-void UiMailbox::shut() {
+void UiMailbox::close() {
   const std::lock_guard lock(mutex_);
-  shut_ = true;
+  closed_ = true;
   arrived_.notify_all();
   changed_.notify_all();
 }

@@ -17,23 +17,23 @@ class UiMailbox : public UiThread {
  public:
   using Handler = std::function<void(const UiMessage&)>;
 
-  enum class Waited { handled, nothing, shut };
+  enum class WaitResult { handled, nothing, closed };
 
   // Sending out of a handler calls the handler at once, as sending to one's own window does.
   bool send(const UiMessage& message) override;
   void post(const UiMessage& message) override;
 
   // Waits up to `timeoutMs` (-1: for ever) for messages and handles those that are there.
-  Waited wait(int timeoutMs, const Handler& handler);
+  WaitResult wait(int timeoutMs, const Handler& handler);
 
   // From any thread: every waiting and later `send` returns false and `wait` returns at once. The
   // message being handled is finished first, and its sender told so.
-  void shut();
+  void close();
 
  private:
   enum class Slot { free, sent, inHand, done };
 
-  bool somethingToDo() const { return shut_ || slot_ == Slot::sent || !posted_.empty(); }
+  bool somethingToDo() const { return closed_ || slot_ == Slot::sent || !posted_.empty(); }
   void handleSent(std::unique_lock<std::mutex>& lock, const Handler& handler);
   void handlePosted(std::unique_lock<std::mutex>& lock, const Handler& handler);
 
@@ -46,7 +46,7 @@ class UiMailbox : public UiThread {
   std::vector<UiMessage> takenPosts_;  // of the user-interface thread
   const Handler* running_ = nullptr;
   std::thread::id runner_;
-  bool shut_ = false;
+  bool closed_ = false;
 };
 
 }  // namespace vgps

@@ -7,9 +7,9 @@
 namespace vgps {
 
 bool ConfigChanges::note(const SettingRow& row, const std::string& text) {
-  const auto known = known_.find(keyOf(row));
-  if (known != known_.end() && known->second == text) return false;
-  known_[keyOf(row)] = text;
+  const auto known = baseline_.find(keyOf(row));
+  if (known != baseline_.end() && known->second == text) return false;
+  baseline_[keyOf(row)] = text;
   changes_[keyOf(row)] = text;
   return true;
 }
@@ -18,20 +18,20 @@ void ConfigChanges::note(std::string path, std::string key, std::string text) {
   changes_[{std::move(path), std::move(key)}] = std::move(text);
 }
 
-bool ConfigChanges::bringInto(XmlDocument& document, const std::string& path,
-                              const XmlFiles& files) {
+bool ConfigChanges::mergeIfFileChanged(XmlDocument& document, const std::string& path,
+                                       const XmlFiles& files) {
   FileStamp now;
-  if (!fileStamp(path, now) || (there_ && now == stamp_)) return false;
+  if (!fileStamp(path, now) || (fileExists_ && now == stamp_)) return false;
   XmlDocument theirs(files);
   if (theirs.Load(path, XmlLoadMode::file).status != XmlLoadStatus::loaded) return false;
   stamp_ = now;
-  there_ = true;
+  fileExists_ = true;
   document = std::move(theirs);
-  makeIn(document);
+  applyTo(document);
   return true;
 }
 
-void ConfigChanges::makeIn(XmlDocument& document) const {
+void ConfigChanges::applyTo(XmlDocument& document) const {
   for (const auto& [key, text] : changes_) {
     XmlSetString(key.path, key.key, text, nullptr, &document);
   }

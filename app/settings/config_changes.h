@@ -15,12 +15,14 @@ namespace vgps {
 class ConfigChanges {
  public:
   // The document at `path` was just read or written.
-  void begin(const std::string& path) { there_ = fileStamp(path, stamp_); }
+  void begin(const std::string& path) { fileExists_ = fileStamp(path, stamp_); }
 
   // What the document gave for a setting when it was read, as it would be written.
-  void know(const SettingRow& row, std::string text) { known_[keyOf(row)] = std::move(text); }
+  void setBaseline(const SettingRow& row, std::string text) {
+    baseline_[keyOf(row)] = std::move(text);
+  }
   // What it gave is not what was made of it.
-  void forget(const SettingRow& row) { known_.erase(keyOf(row)); }
+  void forget(const SettingRow& row) { baseline_.erase(keyOf(row)); }
   // Whether a value is another than the last one that is known; it is noted then.
   bool note(const SettingRow& row, const std::string& text);
   // A key that is no row's.
@@ -33,9 +35,9 @@ class ConfigChanges {
 
   // The document as it lies at `path`, with the changes, when another program has written it since;
   // otherwise, and when it cannot be read, `document` stays as it is: false.
-  bool bringInto(XmlDocument& document, const std::string& path, const XmlFiles& files);
+  bool mergeIfFileChanged(XmlDocument& document, const std::string& path, const XmlFiles& files);
   // Makes the changes in another document.
-  void makeIn(XmlDocument& document) const;
+  void applyTo(XmlDocument& document) const;
   void saved(const std::string& path) {
     changes_.clear();
     begin(path);
@@ -50,8 +52,8 @@ class ConfigChanges {
   static Key keyOf(const SettingRow& row) { return {row.path, row.key}; }
 
   FileStamp stamp_;
-  bool there_ = false;
-  std::map<Key, std::string> known_;
+  bool fileExists_ = false;
+  std::map<Key, std::string> baseline_;
   std::map<Key, std::string> changes_;
 };
 

@@ -50,7 +50,7 @@ ConfigStore::ConfigStore(const XmlFiles& files) : files_(&files), document_(file
 
 bool ConfigStore::open(const std::string& path) {
   path_ = path;
-  changed_ = news_ = refused_ = told_ = false;
+  changed_ = news_ = saveFailed_ = saveFailureTold_ = false;
   changes_ = {};
   return load();
 }
@@ -65,7 +65,7 @@ bool ConfigStore::load() {
       status == XmlLoadStatus::noFile && (!fileStamp(path_, stamp) || stamp.size == 0);
   const bool good = status == XmlLoadStatus::loaded || status == XmlLoadStatus::empty || missing;
   readable_ = good || status == XmlLoadStatus::noElement;
-  keepFirst_ = !good || (status == XmlLoadStatus::loaded && isForeign());
+  backUpBeforeSave_ = !good || (status == XmlLoadStatus::loaded && isForeign());
   return good;
 }
 
@@ -127,14 +127,14 @@ void ConfigStore::setOther(const std::string& path, const std::string& key,
 void ConfigStore::take(const SettingRow& row, Settings& settings) {
   if (row.type == SettingType::string) {
     setText(settings, row, string(row));
-    changes_.know(row, textOf(settings, row));
+    changes_.setBaseline(row, textOf(settings, row));
     return;
   }
   const double value = number(row);
   const double corrected = correctedNumber(row, value);
   setNumber(settings, row, corrected);
   if (corrected == value) {
-    changes_.know(row, written(row, value));
+    changes_.setBaseline(row, written(row, value));
   } else {
     changes_.forget(row);  // the corrected one is written when its group is saved
   }
@@ -149,15 +149,15 @@ void ConfigStore::put(const SettingRow& row, const Settings& settings) {
 }
 
 bool ConfigStore::hasNews() {
-  if (isSound() && changes_.bringInto(document_, path_, *files_)) news_ = true;
+  if (isFullyLoaded() && changes_.mergeIfFileChanged(document_, path_, *files_)) news_ = true;
   return std::exchange(news_, false);
 }
 
-bool ConfigStore::keepOldFile() {
-  if (!keepFirst_) return true;
+bool ConfigStore::backUpFile() {
+  if (!backUpBeforeSave_) return true;
   std::string bytes;
-  keepFirst_ = !readBytes(*files_, path_, bytes) || keepAsBad(path_, bytes).empty();
-  return !keepFirst_;
+  backUpBeforeSave_ = !readBytes(*files_, path_, bytes) || keepAsBad(path_, bytes).empty();
+  return !backUpBeforeSave_;
 }
 
 // What another program holds is whole as far as anybody knows, so only what was changed here goes
@@ -165,7 +165,7 @@ bool ConfigStore::keepOldFile() {
 bool ConfigStore::isReadableNow() {
   if (readable_) return true;
   load();
-  changes_.makeIn(document_);
+  changes_.applyTo(document_);
   news_ = news_ || readable_;
   return readable_;
 }
@@ -187,17 +187,18 @@ bool ConfigStore::writeDocument() {
 
 bool ConfigStore::save() {
   if (!changed_) return true;
-  refused_ = !isReadableNow();
-  if (!refused_ && !keepFirst_ && changes_.bringInto(document_, path_, *files_)) news_ = true;
-  refused_ = refused_ || !keepOldFile() || !writeDocument();
-  if (refused_) return false;
+  saveFailed_ = !isReadableNow();
+  if (!saveFailed_ && !backUpBeforeSave_ && changes_.mergeIfFileChanged(document_, path_, *files_))
+    news_ = true;
+  saveFailed_ = saveFailed_ || !backUpFile() || !writeDocument();
+  if (saveFailed_) return false;
   changes_.saved(path_);
-  changed_ = told_ = false;
+  changed_ = saveFailureTold_ = false;
   return true;
 }
 
-bool ConfigStore::tellRefusal(const std::function<void(std::string_view message)>& tell) {
-  if (!refused_ || std::exchange(told_, true)) return false;
+bool ConfigStore::tellSaveFailure(const std::function<void(std::string_view message)>& tell) {
+  if (!saveFailed_ || std::exchange(saveFailureTold_, true)) return false;
   tell(textWith(Text::settingsNotWritten, path_));
   return true;
 }

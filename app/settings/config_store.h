@@ -28,7 +28,7 @@ class ConfigStore {
   bool readable() const { return readable_; }
 
   // Whether all that the file holds is known, and it is a document of settings or nothing yet.
-  bool isSound() const { return readable_ && !keepFirst_; }
+  bool isFullyLoaded() const { return readable_ && !backUpBeforeSave_; }
 
   const std::string& path() const { return path_; }
 
@@ -67,14 +67,14 @@ class ConfigStore {
 
   // Tells that the last `save` failed, unless that was told since one succeeded: a person hears it
   // once, and not with every setting. Whether it was told now.
-  bool tellRefusal(const std::function<void(std::string_view message)>& tell);
+  bool tellSaveFailure(const std::function<void(std::string_view message)>& tell);
 
  private:
   bool load();
   bool isReadableNow();
   bool writeDocument();
   bool isForeign();
-  bool keepOldFile();
+  bool backUpFile();
   static std::string written(const SettingRow& row, double value);
 
   const XmlFiles* files_;
@@ -84,9 +84,9 @@ class ConfigStore {
   bool changed_ = false;
   bool news_ = false;
   bool readable_ = true;
-  bool refused_ = false;
-  bool told_ = false;
-  bool keepFirst_ = false;  // the file on disk is to be kept before it is overwritten
+  bool saveFailed_ = false;
+  bool saveFailureTold_ = false;
+  bool backUpBeforeSave_ = false;  // the file on disk is to be kept before it is overwritten
 };
 
 // What the start-up makes of the document: every key in the order of the table, with the

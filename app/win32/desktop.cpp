@@ -8,21 +8,20 @@
 #include "app/desktop/keeping.h"
 #include "app/desktop/startup.h"
 #include "app/session/connection.h"
-#include "app/session/library.h"
 #include "app/win32/device_installer.h"
 #include "app/win32/language_library.h"
 #include "app/win32/main_window.h"
 #include "app/win32/program_font.h"
 #include "app/win32/program_sounds.h"
 #include "app/win32/single_instance.h"
-#include "app/win32/window_door.h"
+#include "app/win32/window_ui_thread.h"
 #include "platform/files.h"
 #include "track/track_simulation.h"
 
 namespace vgps {
 namespace {
 
-constexpr int kDoorShutMs = 500;
+constexpr int kUiThreadCloseMs = 500;
 
 // The thread that draws and shows dialogs is an apartment of its own.
 class OleSession {
@@ -43,7 +42,7 @@ class OleSession {
 int runDesktop(HINSTANCE instance, int show, std::span<const std::string> arguments) {
   const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_STANDARD_CLASSES | ICC_WIN95_CLASSES};
   InitCommonControlsEx(&controls);
-  StartTurn turn;
+  StartupLock startup;
   if (activateRunningCopy()) return 0;
   const ProgramFont font(instance);
   const OleSession ole;
@@ -51,9 +50,9 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
 
   const Clock& clock = systemClock();
   ProgramSounds sounds;
-  WindowDoor door;
+  WindowUiThread uiThread;
   MainWindow window;
-  Desktop app(Platform{clock, sounds, door, window, makeSerialPort, locationSensorManager(),
+  Desktop app(Platform{clock, sounds, uiThread, window, makeSerialPort, locationSensorManager(),
                        listSerialPorts, setSystemUtc, runDeviceInstaller},
               window);
   app.paths = pathsOf(programFolder());
@@ -67,8 +66,8 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
 
   const HWND handle = window.create({instance, &language, &sounds}, app);
   if (handle == nullptr) return 1;
-  turn.end();
-  door.open(handle, app.fix);
+  startup.end();
+  uiThread.open(handle, app.fix);
   ShowWindow(handle, show);
   UpdateWindow(handle);
   const auto isOpen = [&] { return IsWindow(handle) != FALSE; };
@@ -79,7 +78,7 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
   const int result = window.runMessageLoop();
 
   if (IsWindow(handle)) DestroyWindow(handle);  // the loop was ended from outside
-  door.shut(kDoorShutMs);
+  uiThread.close(kUiThreadCloseMs);
   endProgram(app);
   window.showLastMessages();
   // A reader that hangs in a driver must find nothing destroyed: the system ends it.

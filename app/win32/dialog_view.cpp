@@ -2,7 +2,7 @@
 
 #include <commdlg.h>
 
-#include "app/win32/dialog_file.h"
+#include "app/win32/file_chooser.h"
 #include "app/win32/main_window.h"
 #include "app/win32/program_sounds.h"
 #include "platform/win32/wide.h"

@@ -14,8 +14,8 @@
 #include "app/win32/main_menu.h"
 #include "app/win32/message_parameter.h"
 #include "app/win32/single_instance.h"
-#include "app/win32/window_door.h"
 #include "app/win32/window_messages.h"
+#include "app/win32/window_ui_thread.h"
 #include "base/texts.h"
 #include "display/readout_layout.h"
 #include "display/screens.h"
@@ -131,7 +131,7 @@ LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM first, 
 
 // What people, receivers and timers bring.
 LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
-  if (handleUiMessage(message, first, second)) return WindowDoor::kHandled;
+  if (handleUiMessage(message, first, second)) return WindowUiThread::kHandled;
   switch (message) {
     case WM_COMMAND:
       runCommand(*app_, static_cast<Command>(LOWORD(first)));
@@ -169,7 +169,7 @@ LRESULT MainWindow::handleFrame(UINT message, WPARAM first, LPARAM second) {
       return 0;
     }
     case WM_DRAWITEM:
-      startButtons_.drawButton(*addressIn<const DRAWITEMSTRUCT>(second), sceneOf(*app_).palette);
+      startButtons_.drawButton(*addressIn<const DRAWITEMSTRUCT>(second), makeScene(*app_).palette);
       return TRUE;
     case WM_SIZE: startButtons_.place(); return 0;
     case WM_SETFOCUS: startButtons_.focus(); return 0;
@@ -344,7 +344,7 @@ Rect MainWindow::statusBar() const {
 // has changed: that is little work, and holds no repaint up that new data ask for.
 void MainWindow::watchStatus() {
   if (refreshDisplays(*app_)) return;
-  const PassingTexts now = passingTexts(sceneOf(*app_));
+  const TimeDependentTexts now = timeDependentTexts(makeScene(*app_));
   if (now == paintedTexts_) return;
   if (now.values == paintedTexts_.values) {
     const RECT bar = pixelsOf(statusBar());
@@ -380,7 +380,7 @@ void MainWindow::paint() {
 }
 
 Scene MainWindow::scene() const {
-  Scene scene = sceneOf(*app_);
+  Scene scene = makeScene(*app_);
   scene.density = densityOf(window_);
   return scene;
 }
@@ -390,7 +390,7 @@ void MainWindow::drawInto(HDC target, int width, int height) {
   GdiplusCanvas canvas(target, width, height, fonts_);
   drawScreen(canvas, drawn);
   if (startButtons_.areShown()) startButtons_.drawWords(canvas, drawn.palette);
-  paintedTexts_ = passingTexts(drawn);
+  paintedTexts_ = timeDependentTexts(drawn);
   noteDrawn(*app_);
   if (canvas.status() != Gdiplus::Ok) OutputDebugStringW(L"the screen could not be drawn\n");
 }
@@ -401,7 +401,7 @@ void MainWindow::drawStatusInto(HDC target, int width, int height) {
   GdiplusCanvas canvas(target, width, height, fonts_);
   const ReadoutLayout layout = layoutReadout(canvas.bounds(), {drawn.density, drawn.fontFactor});
   drawStatusLine(canvas, {layout.status, layout.smallText}, drawn);
-  paintedTexts_.status = passingTexts(drawn).status;
+  paintedTexts_.status = timeDependentTexts(drawn).status;
 }
 
 }  // namespace vgps

@@ -102,7 +102,7 @@ class MainWindow : public DesktopWindow {
   GdiplusFonts fonts_;
   StartButtons startButtons_;
   TrayIcon tray_;
-  PassingTexts paintedTexts_;
+  TimeDependentTexts paintedTexts_;
   bool statusOnly_ = false;  // nothing but the status line is to be drawn
   bool closing_ = false;
   bool dialogOpen_ = false;

@@ -10,7 +10,7 @@ namespace {
 constexpr DWORD kTurnMs = 5000;
 
 // In the session of the person: each may run a copy.
-constexpr const wchar_t* kTurnName = L"Local\\VGPS START";
+constexpr const wchar_t* kStartupLockName = L"Local\\VGPS START";
 
 bool answersAsOurs(HWND window) {
   DWORD_PTR answer = 0;
@@ -44,13 +44,13 @@ bool activateRunningCopy() {
 }
 
 // A copy that ended in its turn leaves the mutex abandoned, which is as good as free.
-StartTurn::StartTurn() : mutex_(CreateMutexW(nullptr, FALSE, kTurnName)) {
+StartupLock::StartupLock() : mutex_(CreateMutexW(nullptr, FALSE, kStartupLockName)) {
   if (!mutex_.isValid()) return;
   const DWORD result = WaitForSingleObject(mutex_.get(), kTurnMs);
   held_ = result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
 }
 
-void StartTurn::end() {
+void StartupLock::end() {
   if (held_) ReleaseMutex(mutex_.get());
   held_ = false;
 }

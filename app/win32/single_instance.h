@@ -16,13 +16,13 @@ bool activateRunningCopy();
 
 // Held from the look for another copy until the own window can be found, so that two copies that
 // start at the same moment do not miss each other.
-class StartTurn {
+class StartupLock {
  public:
   // Waits for a copy that is starting, but not for ever.
-  StartTurn();
-  StartTurn(const StartTurn&) = delete;
-  StartTurn& operator=(const StartTurn&) = delete;
-  ~StartTurn() { end(); }
+  StartupLock();
+  StartupLock(const StartupLock&) = delete;
+  StartupLock& operator=(const StartupLock&) = delete;
+  ~StartupLock() { end(); }
   void end();
 
  private:

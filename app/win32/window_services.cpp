@@ -2,13 +2,13 @@
 
 // Behind <windows.h>, on which they build.
 #include <commctrl.h>
-#include <commdlg.h>
 
 #include <vector>
 
 #include "app/desktop/dialog_context.h"
 #include "app/win32/dialogs.h"
 #include "app/win32/dpi.h"
+#include "app/win32/file_chooser.h"
 #include "app/win32/find_receiver.h"
 #include "app/win32/finder_dialog.h"
 #include "app/win32/window_messages.h"
@@ -166,19 +166,7 @@ bool MainWindow::openSettings(Command command) {
 }
 
 std::string MainWindow::chooseFile(const FileChoice& choice) {
-  std::wstring filter = wideFromUtf8(choice.kind) + L'\0' + wideFromUtf8(choice.pattern);
-  filter.append(2, L'\0');
-  std::wstring path(32768, L'\0');
-  const std::wstring title = wideFromUtf8(choice.title);
-  OPENFILENAMEW dialog{};
-  dialog.lStructSize = sizeof dialog;
-  dialog.hwndOwner = window_;
-  dialog.lpstrFilter = filter.c_str();
-  dialog.lpstrFile = path.data();
-  dialog.nMaxFile = static_cast<DWORD>(path.size());
-  dialog.lpstrTitle = title.c_str();
-  dialog.Flags = OFN_NOCHANGEDIR | OFN_HIDEREADONLY | OFN_EXPLORER | OFN_FILEMUSTEXIST;
-  return GetOpenFileNameW(&dialog) ? utf8FromWide(path.c_str()) : std::string();
+  return chooseExistingFile(window_, choice.kind, choice.pattern, {}, choice.title).value_or("");
 }
 
 void MainWindow::close() { PostMessageW(window_, WM_CLOSE, 0, 0); }

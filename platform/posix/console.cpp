@@ -61,7 +61,7 @@ void onStopRequest(std::function<void()> handler) {
 }
 
 // The thread that waits for the first one takes it, where that has not come yet.
-void holdNextStopRequest() {
+void deferNextStopRequest() {
   requestCame = false;
   struct sigaction note {};
   note.sa_handler = noteRequest;
@@ -73,6 +73,6 @@ void holdNextStopRequest() {
   }
 }
 
-bool stopRequestWasHeld() { return requestCame; }
+bool stopRequestWasDeferred() { return requestCame; }
 
 }  // namespace vgps

@@ -58,7 +58,7 @@ bool replaceFile(const std::string& from, const std::string& to) {
   return true;
 }
 
-FilePlacing placeFile(const std::string& from, const std::string& to) {
+RenameResult renameUnlessTaken(const std::string& from, const std::string& to) {
   int error = 0;
   if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) != 0) {
     error = errno;
@@ -68,8 +68,8 @@ FilePlacing placeFile(const std::string& from, const std::string& to) {
     if (error == 0) ::unlink(from.c_str());
   }
   if (error == 0) flushFolderOf(to);
-  if (error == 0) return FilePlacing::placed;
-  return error == EEXIST ? FilePlacing::taken : FilePlacing::refused;
+  if (error == 0) return RenameResult::renamed;
+  return error == EEXIST ? RenameResult::taken : RenameResult::refused;
 }
 
 FileKind fileKind(const std::string& path) {
@@ -80,7 +80,7 @@ FileKind fileKind(const std::string& path) {
   return errno == ENOENT ? FileKind::none : FileKind::other;
 }
 
-std::string behindLinks(const std::string& path) {
+std::string resolveLinks(const std::string& path) {
   constexpr int kMostLinks = 40;  // as many as the system itself follows
   std::string at = path;
   for (int links = 0; links < kMostLinks; ++links) {
@@ -99,8 +99,8 @@ bool isSameFile(const std::string& a, const std::string& b) {
   const bool hasSecond = ::stat(b.c_str(), &second) == 0;
   const auto same = [&] { return first.st_dev == second.st_dev && first.st_ino == second.st_ino; };
   if (hasFirst || hasSecond) return hasFirst && hasSecond && same();
-  const std::filesystem::path nameOfA(behindLinks(a));
-  const std::filesystem::path nameOfB(behindLinks(b));
+  const std::filesystem::path nameOfA(resolveLinks(a));
+  const std::filesystem::path nameOfB(resolveLinks(b));
   const std::string folderOfA = folderOf(nameOfA.string());
   const std::string folderOfB = folderOf(nameOfB.string());
   return nameOfA.filename() == nameOfB.filename() && ::stat(folderOfA.c_str(), &first) == 0 &&

@@ -70,11 +70,11 @@ void onStopRequest(std::function<void()> handler) {
   SetConsoleCtrlHandler(onConsoleEvent, TRUE);
 }
 
-void holdNextStopRequest() {
+void deferNextStopRequest() {
   requestCame = false;
   holdsNext = true;
 }
 
-bool stopRequestWasHeld() { return requestCame; }
+bool stopRequestWasDeferred() { return requestCame; }
 
 }  // namespace vgps

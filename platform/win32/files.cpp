@@ -68,13 +68,13 @@ bool replaceFile(const std::string& from, const std::string& to) {
                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
 
-FilePlacing placeFile(const std::string& from, const std::string& to) {
+RenameResult renameUnlessTaken(const std::string& from, const std::string& to) {
   if (MoveFileExW(wideFromUtf8(from).c_str(), wideFromUtf8(to).c_str(), MOVEFILE_WRITE_THROUGH)) {
-    return FilePlacing::placed;
+    return RenameResult::renamed;
   }
   const DWORD error = GetLastError();
   const bool taken = error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS;
-  return taken ? FilePlacing::taken : FilePlacing::refused;
+  return taken ? RenameResult::taken : RenameResult::refused;
 }
 
 FileKind fileKind(const std::string& path) {
@@ -91,7 +91,7 @@ FileKind fileKind(const std::string& path) {
   return missing ? FileKind::none : FileKind::other;
 }
 
-std::string behindLinks(const std::string& path) {
+std::string resolveLinks(const std::string& path) {
   const DWORD attributes = GetFileAttributesW(wideFromUtf8(path).c_str());
   const bool link =
       attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;

@@ -32,28 +32,28 @@ TEST(MonitorView, SaysHowItStandsTheWorstFirst) {
     const char* text;
   } rows[] = {
       {good, fix, "GPS fix, 0.3 s old"},
-      {good, noFix, "no fix since 0 s"},
+      {good, noFix, "no fix for 0 s"},
       {with([](auto& s) { s.fixSeen = false; }), noFix, "no fix yet"},
-      {good, binary, "no fix: the receiver speaks SiRF binary, which carries none here"},
+      {good, binary, "no fix: the receiver is sending SiRF binary, which is not decoded"},
       {good, binaryFix, "GPS fix, 0.3 s old"},
       {with([](auto& s) { s.fixAgeMs = 2500; }), binaryFix,
-       "no fix: the receiver speaks SiRF binary, which carries none here"},
+       "no fix: the receiver is sending SiRF binary, which is not decoded"},
       {with([](auto& s) { s.fixAgeMs = 9000; }), fix, "GPS fix, 9.0 s old"},
       {with([](auto& s) { s.dataSeen = false; }), noFix,
        "connected to /dev/ttyUSB0, waiting for data"},
       {with([](auto& s) { s.silentMs = 7900; }), fix, "no data from /dev/ttyUSB0 for 7 s"},
       {with([](auto& s) { s.silentMs = 7900, s.noiseSeen = true; }), noFix,
-       "bytes come from /dev/ttyUSB0, but no sentences: is 9600 baud right?"},
+       "data is arriving from /dev/ttyUSB0, but no NMEA sentences; is 9600 baud correct?"},
       {with([](auto& s) { s.line = MonitorStatus::Line::failed, s.error = PortError::busy; }), fix,
-       "not connected: /dev/ttyUSB0 is held by another program"},
+       "not connected: /dev/ttyUSB0 is in use by another program"},
       {with([](auto& s) { s.line = MonitorStatus::Line::failed, s.error = PortError::notThere; }),
-       fix, "not connected: /dev/ttyUSB0 is not there"},
+       fix, "not connected: /dev/ttyUSB0 was not found"},
       {with([](auto& s) {
          s.line = MonitorStatus::Line::failed, s.error = PortError::noPermission;
        }),
-       fix, "not connected: /dev/ttyUSB0 may not be opened: no permission"},
+       fix, "not connected: /dev/ttyUSB0 cannot be opened: permission denied"},
       {with([](auto& s) { s.line = MonitorStatus::Line::gone; }), fix,
-       "not connected: the line is gone, /dev/ttyUSB0 was unplugged"},
+       "not connected: /dev/ttyUSB0 was unplugged"},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(statusText(row.status, row.shown), row.text);

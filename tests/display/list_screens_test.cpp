@@ -62,7 +62,7 @@ TEST(RawLogScreen, TheNewestStandsAtTheFoot) {
   scene.screen = Screen::rawLog;
   RecordingCanvas empty(800, 480);
   drawScreen(empty, scene);
-  EXPECT_TRUE(empty.said("Nothing has come since this screen shows."));
+  EXPECT_TRUE(empty.said("Nothing received since this screen opened."));
 
   scene.rawLog = log;
   scene.readoutDelayMicros = 38240;
@@ -71,7 +71,7 @@ TEST(RawLogScreen, TheNewestStandsAtTheFoot) {
   ASSERT_TRUE(canvas.said("third"));
   EXPECT_GT(canvas.find("third")->box.y, canvas.find("second")->box.y);
   EXPECT_GT(canvas.find("second")->box.y, canvas.find("first")->box.y);
-  EXPECT_TRUE(canvas.said("From the last byte to the screen: 38.2 ms"));
+  EXPECT_TRUE(canvas.said("Display delay: 38.2 ms"));
 }
 
 TEST(Screens, WhatIsNotThereIsTheReadout) {

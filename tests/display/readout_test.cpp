@@ -107,7 +107,7 @@ TEST_P(ReadoutAtSize, SaysEverythingWithoutClippingOrOverlap) {
   for (const char* text :
        {"X: 171 31' 0.000''W", "Y: 48 7' 2.280''S", "411.88", "Km/H", "222.40 Knots", "max 512.25",
         "337.4°", "8848.00m", "22:35:19", "00:35:19", "18 used, 34 in view", "12.5", "0.9", "11.1",
-        "GPS fix", "3-D fix", "fix 0 s ago"}) {
+        "GPS fix", "3D fix", "fix 0 s ago"}) {
     EXPECT_TRUE(canvas.said(text)) << text;
   }
   const bool roomForDetails = GetParam().width * GetParam().height > 240 * 240;
@@ -320,7 +320,7 @@ TEST(Readout, EachValueFadesAndBecomesDashesByItsOwnAge) {
             const auto* const found = canvas.find(text);
             EXPECT_EQ(found != nullptr, !ages || age <= 30000) << text << " at " << age;
             if (found == nullptr) continue;
-            EXPECT_EQ(found->colour == scene.palette.faded, ages && age > 5000)
+            EXPECT_EQ(found->colour == scene.palette.staleValue, ages && age > 5000)
                 << text << " at " << age;
           }
         }

@@ -28,13 +28,13 @@ TEST(StatusLine, SaysWhatTheReceiverIsDoing) {
       {ReceiverState::noData, 1, 8, "no data"},
       {ReceiverState::lost, 1, 8, "no data, trying again"},
       {ReceiverState::noFix, 0, 0, "no fix"},
-      {ReceiverState::fix, 1, 3, "2-D fix"},
-      {ReceiverState::fix, 1, 4, "3-D fix"},
-      {ReceiverState::fix, 2, 9, "3-D, differential fix"},
-      {ReceiverState::fix, 4, 3, "2-D, RTK fixed"},
+      {ReceiverState::fix, 1, 3, "2D fix"},
+      {ReceiverState::fix, 1, 4, "3D fix"},
+      {ReceiverState::fix, 2, 9, "3D, differential fix"},
+      {ReceiverState::fix, 4, 3, "2D, RTK fixed"},
       {ReceiverState::fix, 1, 0, "GPS fix"},    // only RMC: nobody counts satellites
       {ReceiverState::fix, 6, 5, "estimated"},  // no satellite stands behind it
-      {ReceiverState::fix, 99, 5, "unknown fix"},
+      {ReceiverState::fix, 99, 5, "unknown fix type"},
   };
   for (const auto& row : rows) {
     Scene scene = receiving();
@@ -66,7 +66,7 @@ TEST(StatusLine, SumsTheSignalsUp) {
   Scene scene = receiving();
   EXPECT_EQ(statusTexts(scene).signal, "");
   scene.view = view;
-  EXPECT_EQ(statusTexts(scene).signal, "C/N0 46 max, 39 mean");
+  EXPECT_EQ(statusTexts(scene).signal, "C/N0 max 46, mean 39");
   scene.state = ReceiverState::noData;
   EXPECT_EQ(statusTexts(scene).signal, "") << "of satellites that are no longer heard";
 }
@@ -76,13 +76,13 @@ TEST(StatusLine, NothingOverlapsHoweverNarrow) {
   for (const float width : {60.f, 240.f, 320.f, 640.f, 1280.f}) {
     Scene scene = receiving();
     scene.view = view;
-    scene.notice = "This is not available yet.";
+    scene.notice = "Not available yet.";
     scene.trackState = 1;
     scene.trackPoints = 123456;
     scene.trackLength = "1234.56 Km";
     RecordingCanvas canvas(width, 200);
     drawStatusLine(canvas, {{0, 180, width, 20}, 12}, scene);
-    EXPECT_TRUE(canvas.texts[0].text == "3-D fix" || width < 200);
+    EXPECT_TRUE(canvas.texts[0].text == "3D fix" || width < 200);
     for (size_t i = 0; i < canvas.texts.size(); ++i) {
       const Rect& ink = canvas.texts[i].ink;
       EXPECT_LE(ink.x + ink.width, width + 1) << canvas.texts[i].text;
@@ -120,13 +120,13 @@ TEST(StatusLine, ADrawingIsDueWhenAnAgeChangesWhatIsShown) {
   Scene scene = receiving();
   scene.state = ReceiverState::notConnected;
   scene.ages.dilution = 6000;
-  const PassingTexts before = passingTexts(scene);
+  const TimeDependentTexts before = timeDependentTexts(scene);
   scene.ages.dilution = 29000;
-  EXPECT_EQ(passingTexts(scene), before);
+  EXPECT_EQ(timeDependentTexts(scene), before);
   scene.ages.dilution = 30001;
-  EXPECT_NE(passingTexts(scene).values, before.values) << "the values become dashes";
-  scene.notice = "This is not available yet.";
-  EXPECT_NE(passingTexts(scene).status, before.status);
+  EXPECT_NE(timeDependentTexts(scene).values, before.values) << "the values become dashes";
+  scene.notice = "Not available yet.";
+  EXPECT_NE(timeDependentTexts(scene).status, before.status);
 }
 
 }  // namespace

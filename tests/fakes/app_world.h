@@ -84,7 +84,7 @@ class FakeWindow : public DesktopWindow {
 // The whole program without a system: everything runs on the thread that calls.
 struct AppWorld {
   AppWorld() {
-    door.setHandler([this](const UiMessage& message) { onUiMessage(app, message); });
+    uiThread.setHandler([this](const UiMessage& message) { onUiMessage(app, message); });
   }
   void receive(std::string_view bytes) { app.fix.onReceive(bytes); }
 
@@ -92,7 +92,7 @@ struct AppWorld {
   FakeSounds sounds;
   FakeWindow window;
   FakePorts ports;
-  DirectUiThread door;
+  DirectUiThread uiThread;
   std::vector<PortName> listedPorts;
   std::vector<DateTime> systemTimes;  // that the computer's clock was set to
   bool clockCanBeSet = true;
@@ -101,7 +101,7 @@ struct AppWorld {
   std::atomic<bool> diskWorks{true};  // for the library and the journal
   Desktop app{Platform{clock,
                        sounds,
-                       door,
+                       uiThread,
                        window,
                        [this] { return ports.make(); },
                        nullptr,

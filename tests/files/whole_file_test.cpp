@@ -43,12 +43,12 @@ TEST_F(WholeFiles, NothingButTheNamedFileIsReplaced) {
 
 TEST_F(WholeFiles, AFreeNameIsNeverTakenFromAnother) {
   std::ofstream(path_) << "there";
-  EXPECT_EQ(writeFreeFile(path_, "new"), FilePlacing::taken);
+  EXPECT_EQ(writeFreeFile(path_, "new"), RenameResult::taken);
   OutputFile file(path_ + "2");
   EXPECT_TRUE(file.write("new"));
-  EXPECT_EQ(file.finishAs(path_), FilePlacing::taken) << "somebody was quicker";
+  EXPECT_EQ(file.finishAs(path_), RenameResult::taken) << "somebody was quicker";
   EXPECT_EQ(fileBytes(path_), "there");
-  EXPECT_EQ(file.finishAs(path_ + "2"), FilePlacing::placed);
+  EXPECT_EQ(file.finishAs(path_ + "2"), RenameResult::renamed);
   EXPECT_EQ(fileBytes(path_ + "2"), "new");
   EXPECT_EQ(folder_.names(), (std::vector<std::string>{"Ride.XML", "Ride.XML2"}));
 }

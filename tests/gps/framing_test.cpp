@@ -123,8 +123,8 @@ TEST(Framing, BlocksAreCutAtLineStarts) {
   };
   for (const auto& row : rows) {
     Lines chunks;
-    cutAtLineStarts(row.block, row.carried, row.binary,
-                    [&](std::string_view chunk) { chunks.emplace_back(chunk); });
+    splitAtLineStarts(row.block, row.carried, row.binary,
+                      [&](std::string_view chunk) { chunks.emplace_back(chunk); });
     EXPECT_EQ(chunks, row.chunks) << row.what;
   }
 }
@@ -136,8 +136,8 @@ TEST(Framing, ForeignLinesTakeNoSentenceWithThem) {
   std::mt19937 random(1);
   for (size_t at = 0; at < block.size();) {
     const size_t size = 1 + random() % 9;
-    cutAtLineStarts(std::string_view(block).substr(at, size), world.fix.carriedStart(), false,
-                    [&](std::string_view chunk) { world.fix.onReceive(chunk); });
+    splitAtLineStarts(std::string_view(block).substr(at, size), world.fix.carriedStart(), false,
+                      [&](std::string_view chunk) { world.fix.onReceive(chunk); });
     at += size;
   }
   EXPECT_EQ(world.hooks.lines, (Lines{"$GPGGA,1", kRmcLine, "$PSRF\n"}));
@@ -150,8 +150,8 @@ TEST(Framing, NoiseNeitherCrashesNorBlocks) {
     std::string noise(random() % 300, '\0');
     for (char& c : noise)
       c = static_cast<char>(random() % 8 == 0 ? "$\r\n\xA0\xA2,*\0"[random() % 8] : random());
-    cutAtLineStarts(noise, world.fix.carriedStart(), random() % 2 == 0,
-                    [&](std::string_view chunk) { world.fix.onReceive(chunk); });
+    splitAtLineStarts(noise, world.fix.carriedStart(), random() % 2 == 0,
+                      [&](std::string_view chunk) { world.fix.onReceive(chunk); });
   }
   world.fix.onReceive("$" + std::string(1000000, 'x'));
   EXPECT_LE(world.fix.carryLength, 5000);

@@ -36,10 +36,10 @@ TEST(PortFinder, EachPortGetsItsAnswer) {
       {{921600, kGsv + kRmc}, ProbeResult::found, 921600, "NMEA at 921600 baud, talker GN"},
       {{57600, sirf}, ProbeResult::sirfBinary, 57600, "SiRF binary at 57600 baud"},
       {{4800, "$SDDBT,7.2,f,2.2,M,1.2,F*07\r\n"}, ProbeResult::noPosition, 4800, "no position"},
-      {{1200, kRmc}, ProbeResult::wrongSpeed, 0, "probably another speed"},
+      {{1200, kRmc}, ProbeResult::wrongSpeed, 0, "Probably a different baud rate"},
       {{9600, ""}, ProbeResult::noData, 0, "No data"},
-      {{9600, kRmc, PortError::busy}, ProbeResult::busy, 9600, "Busy"},
-      {{9600, kRmc, PortError::noPermission}, ProbeResult::noPermission, 9600, "may not open"},
+      {{9600, kRmc, PortError::busy}, ProbeResult::busy, 9600, "In use"},
+      {{9600, kRmc, PortError::noPermission}, ProbeResult::noPermission, 9600, "No permission"},
   };
   SpeakingPort::Voices voices;
   for (size_t i = 0; i < std::size(rows); ++i) voices[std::to_string(i)] = rows[i].voice;
@@ -73,8 +73,8 @@ TEST(PortFinder, WhatHasNotAnsweredInTimeIsSaid) {
   const struct {
     uint32_t listenMs, limitMs;
     const char* words[3];
-  } rows[] = {{30, 700, {"NMEA at 9600", "It did not open in time", "No data"}},
-              {400, 700, {"NMEA at 9600", "It did not open in time", "Not tried to the end"}}};
+  } rows[] = {{30, 700, {"NMEA at 9600", "Did not open in time", "No data"}},
+              {400, 700, {"NMEA at 9600", "Did not open in time", "Not fully tested"}}};
   for (const auto& row : rows) {
     PortFinder finder([voices] { return std::make_unique<SpeakingPort>(voices); }, [] {},
                       {.listenMs = row.listenMs, .countMs = 5, .limitMs = row.limitMs});

@@ -82,17 +82,17 @@ TEST(Reader, EachLineOfABlockHasTheTimeOfItsOwnEnd) {
 }
 
 TEST(Reader, ClosingEndsTheBlockThatIsBeingHandled) {
-  std::atomic<bool> goOn{false};
+  std::atomic<bool> released{false};
   LiveWorld world;
   world.hooks.onLine = [&](const ReceivedLine&) {
     ++world.received;
-    EXPECT_TRUE(comes([&] { return goOn.load(); }));
+    EXPECT_TRUE(comes([&] { return released.load(); }));
   };
   world.ports.add(kPort).feed("$A\r\n$B\r\n$C\r\n");
   ASSERT_TRUE(world.fix.open(false, false, false, false));
   EXPECT_TRUE(comes([&] { return world.received == 1; }));
   EXPECT_TRUE(world.fix.close(true));
-  goOn = true;
+  released = true;
   EXPECT_TRUE(world.fix.stopReaders(10000));
   EXPECT_EQ(world.hooks.lines, Lines{"$A"});
 }

@@ -126,7 +126,7 @@ TEST_F(DocumentLibrary, WhatMayLieThere) {
     EXPECT_EQ(again.open(path_), LibraryState::whole);
     EXPECT_EQ(contentsOf(again), row.tracks);
     const bool damaged = row.state == LibraryState::damaged;
-    EXPECT_EQ(library_.keptAs(), damaged ? bad_ : "");
+    EXPECT_EQ(library_.backupPath(), damaged ? bad_ : "");
     EXPECT_EQ(fileBytes(bad_), damaged ? row.bytes : "");
   }
 }
@@ -200,7 +200,7 @@ TEST_F(DocumentLibrary, EveryDamagedDocumentIsKept) {
   ASSERT_EQ(library_.rename(0, "A2"), LibraryResult::done);
   openWith(second);
   ASSERT_EQ(library_.reverse(0, {}), LibraryResult::done);
-  EXPECT_EQ(library_.keptAs(), folder_ / "tracks-2.bad");
+  EXPECT_EQ(library_.backupPath(), folder_ / "tracks-2.bad");
   EXPECT_EQ(fileBytes(bad_), first);
   EXPECT_EQ(fileBytes(folder_ / "tracks-2.bad"), second);
 }
@@ -259,7 +259,7 @@ TEST_F(DocumentLibrary, AnIndexIsNeverBelievedTooMuch) {
   const Lie lies[] = {
       [](LibraryIndex& i) { i.entries[0].end -= 5; },
       [](LibraryIndex& i) { i.entries[1].begin += 1; },
-      [](LibraryIndex& i) { i.entries[1].lead -= 4; },
+      [](LibraryIndex& i) { i.entries[1].blanksBegin -= 4; },
       [](LibraryIndex& i) { i.entries[2].end = i.document.size * 2; },
       [](LibraryIndex& i) { i.entries.erase(i.entries.begin()); },
       [](LibraryIndex& i) { std::swap(i.entries[0], i.entries[1]); },

@@ -27,13 +27,13 @@ TEST(DocumentLayout, PlacesAreThoseOfTheBytes) {
     SCOPED_TRACE(piece);
     const DocumentLayout layout = readLayout(inPieces(text, piece));
     ASSERT_EQ(layout.places.size(), 2U);
-    const TrackPlace& first = layout.places[0];
-    const TrackPlace& second = layout.places[1];
-    EXPECT_EQ(text.substr(first.lead, first.begin - first.lead), "\r\n\t\t");
+    const TrackRange& first = layout.places[0];
+    const TrackRange& second = layout.places[1];
+    EXPECT_EQ(text.substr(first.blanksBegin, first.begin - first.blanksBegin), "\r\n\t\t");
     EXPECT_EQ(text.substr(first.begin, first.end - first.begin),
               "<t n=\"A\">\r\n<p x=\"1\" y=\"2\"/><!-- <t> --></t>");
     EXPECT_EQ(first.checksum, checksumOf(text.substr(first.begin, first.end - first.begin)));
-    EXPECT_EQ(text.substr(second.lead, second.begin - second.lead), " ");
+    EXPECT_EQ(text.substr(second.blanksBegin, second.begin - second.blanksBegin), " ");
     EXPECT_EQ(text.substr(second.begin, second.end - second.begin), "<t/>");
     EXPECT_TRUE(text.substr(layout.end.begin).starts_with("\r\n\t</tracks>"));
     EXPECT_EQ(layout.tracks[1].name, "Track 2");
@@ -59,10 +59,10 @@ TEST(DocumentLayout, DamagedTextsReadTheSameInPieces) {
       EXPECT_EQ(layout.state, whole.state);
       ASSERT_EQ(layout.places.size(), whole.places.size());
       for (size_t i = 0; i < whole.places.size(); ++i) {
-        EXPECT_EQ(layout.places[i].lead, whole.places[i].lead);
+        EXPECT_EQ(layout.places[i].blanksBegin, whole.places[i].blanksBegin);
         EXPECT_EQ(layout.places[i].begin, whole.places[i].begin);
         EXPECT_EQ(layout.places[i].end, whole.places[i].end);
-        EXPECT_EQ(layout.places[i].headless, whole.places[i].headless);
+        EXPECT_EQ(layout.places[i].missingStartTag, whole.places[i].missingStartTag);
         EXPECT_EQ(layout.tracks[i].points, whole.tracks[i].points);
       }
     }

@@ -69,7 +69,7 @@ TEST_F(JournalOnDisk, HeldByOneProgramOnly) {
   EXPECT_EQ(second.create(path_), JournalResult::inUse);
   EXPECT_EQ(createFreeJournal(second, path_), JournalResult::inUse);
   EXPECT_EQ(second.recover(path_, found), JournalResult::inUse);
-  EXPECT_EQ(journalsAt(path_), std::vector<std::string>{path_});
+  EXPECT_EQ(existingJournals(path_), std::vector<std::string>{path_});
   first.close();
   EXPECT_EQ(second.create(path_), JournalResult::open);  // without a point nothing was left
 }
@@ -82,7 +82,7 @@ TEST_F(JournalOnDisk, WhatNobodyAnsweredForIsNotOverwritten) {
   journal.append(point(7));
   journal.close();
   const std::string second = pathIn(folder_, "vgpstrack-2.journal");
-  EXPECT_EQ(journalsAt(path_), (std::vector<std::string>{path_, second}));
+  EXPECT_EQ(existingJournals(path_), (std::vector<std::string>{path_, second}));
   RecoveredTrack found;
   ASSERT_EQ(journal.recover(second, found), JournalResult::open);
   EXPECT_EQ(found.points.size(), 1U);
@@ -97,7 +97,7 @@ TEST_F(JournalOnDisk, ADamagedEndIsCutAndKeptBeside) {
   ASSERT_EQ(journal.recover(path_, found), JournalResult::open);
   EXPECT_EQ(found.points.size(), 3U);
   EXPECT_TRUE(found.damaged);
-  EXPECT_EQ(found.keptAs, bad);
+  EXPECT_EQ(found.backupPath, bad);
   EXPECT_EQ(std::filesystem::file_size(bad), kJournalHeader + 4 * kJournalPoint);
   journal.close();  // Later: nothing has changed
   EXPECT_EQ(std::filesystem::file_size(path_), kJournalHeader + 4 * kJournalPoint);
@@ -127,7 +127,7 @@ TEST_F(JournalOnDisk, WithoutAReadablePointItIsNamedBad) {
     RecoveredTrack found;
     EXPECT_EQ(journal.recover(path_, found), JournalResult::notAJournal);
     EXPECT_FALSE(fileExists(path_));
-    kept.push_back(found.keptAs);
+    kept.push_back(found.backupPath);
   }
   EXPECT_EQ(kept.front(), pathIn(folder_, "vgpstrack.bad"));
   EXPECT_EQ(kept.back(), pathIn(folder_, "vgpstrack-4.bad"));
@@ -149,7 +149,7 @@ TEST_F(JournalOnDisk, ACopyIsMadeOnceForEachDamage) {
       Journal journal;
       RecoveredTrack found;
       ASSERT_EQ(journal.recover(path_, found), JournalResult::open);
-      kept.push_back(found.keptAs);
+      kept.push_back(found.backupPath);
     }
   }
   const std::string first = pathIn(folder_, "vgpstrack.bad");

@@ -152,7 +152,7 @@ TEST_F(Waypoints, DamagedDocumentsAreKept) {
     EXPECT_EQ(library_.add({.name = "New", .x = 1, .y = 2, .z = 3}), LibraryResult::done);
     EXPECT_EQ(listOnDisk(), row.after);
     EXPECT_EQ(fileBytes(bad_), row.bytes);
-    EXPECT_EQ(library_.keptAs(), bad_);
+    EXPECT_EQ(library_.backupPath(), bad_);
   }
   EXPECT_EQ(openWith("<gpx/>"), LibraryState::notALibrary);
   EXPECT_EQ(library_.remove(0), LibraryResult::notALibrary);

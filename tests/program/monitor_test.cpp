@@ -80,7 +80,7 @@ TEST(Monitor, UnpluggedItSaysSoAndGoesOnWhenPluggedInAgain) {
   line->write(kRmc);
   EXPECT_TRUE(program.readUntil([&] { return counted(program, "rmc") == 1; }));
   line = nullptr;
-  EXPECT_TRUE(program.readUntil([&] { return says(program.errors, "the line is gone"); }));
+  EXPECT_TRUE(program.readUntil([&] { return says(program.errors, "was unplugged"); }));
   EXPECT_TRUE(program.readUntil([&] { return program.lastJson()["fix"]["running"] == false; }));
   line = std::make_unique<Pty>(path);
   EXPECT_TRUE(program.readUntil([&] {
@@ -100,9 +100,9 @@ TEST(Monitor, SaysWhyItIsNotConnected) {
   EXPECT_TRUE(holder.readUntil([&] { return holder.lastJson().is_object(); }));
   const struct {
     std::string port, says;
-  } rows[] = {{held.path(), "is held by another program"},
-              {(folder / "none").string(), "is not there"},
-              {"/dev/null", "cannot be opened as a serial line"}};
+  } rows[] = {{held.path(), "is in use by another program"},
+              {(folder / "none").string(), "was not found"},
+              {"/dev/null", "cannot be used as a serial port"}};
   std::vector<std::unique_ptr<Program>> programs;
   for (const auto& row : rows) {
     programs.emplace_back(new Program({"monitor", "--port", row.port, "--for", "1.2"}));
@@ -142,7 +142,7 @@ TEST(Monitor, BinaryMessagesDoNotFreshenAnOldFix) {
       std::this_thread::sleep_for(milliseconds(100));
     }
   });
-  EXPECT_TRUE(program.readUntil([&] { return says(program.output, "speaks SiRF binary"); }, 8000))
+  EXPECT_TRUE(program.readUntil([&] { return says(program.output, "sending SiRF binary"); }, 8000))
       << program.output;
   receiver.join();
 }

@@ -32,7 +32,7 @@ constexpr bool kHeldToTimes = true;
 struct LiveWorld {
   explicit LiveWorld(const std::string& port) { EXPECT_TRUE(connectReceiver(app, {.port = port})); }
   ~LiveWorld() {
-    door.shut();
+    mailbox.close();
     app.link.close();
     EXPECT_TRUE(stopReceiver(app));
   }
@@ -40,7 +40,7 @@ struct LiveWorld {
   bool serve(const std::function<bool()>& done, milliseconds limit = milliseconds(10000)) {
     const auto end = SteadyClock::now() + limit;
     while (!done() && SteadyClock::now() < end) {
-      door.wait(10, [this](const UiMessage& message) {
+      mailbox.wait(10, [this](const UiMessage& message) {
         onUiMessage(app, message);
         if (message.event == UiEvent::line && onLine) onLine(message.text);
       });
@@ -51,8 +51,8 @@ struct LiveWorld {
   std::function<void(std::string_view)> onLine;
   Sounds sounds;
   Window window;
-  UiMailbox door;
-  AppState app{{systemClock(), sounds, door, window, makeSerialPort, nullptr}};
+  UiMailbox mailbox;
+  AppState app{{systemClock(), sounds, mailbox, window, makeSerialPort, nullptr}};
 };
 
 // One epoch of six sentences; its number stands in the course of RMC, the last of them.

@@ -35,7 +35,7 @@ TEST_F(Recover, NothingWasLeft) {
   for (const char* action : {"", "--save", "--discard"}) {
     const Finished done = *action == '\0' ? run({}) : run({action});
     EXPECT_EQ(done.status, 0);
-    EXPECT_TRUE(says(done.output, "No recording was left")) << done.output;
+    EXPECT_TRUE(says(done.output, "No unfinished recording was found")) << done.output;
     EXPECT_FALSE(fileExists(library_));
   }
 }
@@ -46,8 +46,8 @@ TEST_F(Recover, TellingChangesNothing) {
   const std::string before = fileBytes(journal_);
   const Finished done = run({});
   EXPECT_EQ(done.status, 0);
-  EXPECT_TRUE(says(done.output, "A track of 12 points was being recorded.")) << done.output;
-  EXPECT_TRUE(says(done.output, "A track of 3 points was being recorded.")) << done.output;
+  EXPECT_TRUE(says(done.output, "An unfinished recording was found. Points: 12.")) << done.output;
+  EXPECT_TRUE(says(done.output, "An unfinished recording was found. Points: 3.")) << done.output;
   EXPECT_EQ(fileBytes(journal_), before);
   EXPECT_FALSE(fileExists(library_));
 }
@@ -59,7 +59,7 @@ TEST_F(Recover, SavesIntoTheLibrary) {
   EXPECT_EQ(done.status, 0) << done.errors;
   EXPECT_TRUE(says(done.output, "Saved 12 points in " + library_)) << done.output;
   EXPECT_EQ(contentsAt(library_), "Track 1 1,2,3,4,5,6,7,8,9,10,11,12 | Track 2 1,2,3");
-  EXPECT_EQ(journalsAt(journal_), std::vector<std::string>());
+  EXPECT_EQ(existingJournals(journal_), std::vector<std::string>());
 }
 
 TEST_F(Recover, SavesWhereTheSettingsSay) {
@@ -80,10 +80,10 @@ TEST_F(Recover, WhatCannotBeSavedStays) {
   leave(5);
   const Finished done = run({"--save"});
   EXPECT_EQ(done.status, 1);
-  EXPECT_TRUE(says(done.errors, library_ + " is another kind of file")) << done.errors;
-  EXPECT_TRUE(says(done.errors, "stays in " + journal_)) << done.errors;
+  EXPECT_TRUE(says(done.errors, library_ + " is not a library file")) << done.errors;
+  EXPECT_TRUE(says(done.errors, "still in " + journal_)) << done.errors;
   EXPECT_EQ(fileBytes(library_), "<gpx/>");
-  EXPECT_TRUE(says(run({}).output, "A track of 5 points"));
+  EXPECT_TRUE(says(run({}).output, "Points: 5."));
 }
 
 TEST_F(Recover, Discards) {
@@ -103,7 +103,7 @@ TEST_F(Recover, ARunningProgramKeepsItsRecording) {
   for (const char* action : {"--save", "--discard"}) {
     const Finished done = run({action});
     EXPECT_EQ(done.status, 2);
-    EXPECT_TRUE(says(done.errors, journal_ + " is in use by a running program")) << done.errors;
+    EXPECT_TRUE(says(done.errors, journal_ + " is in use by another program")) << done.errors;
   }
   EXPECT_TRUE(fileExists(journal_));
 }
@@ -134,7 +134,7 @@ TEST_F(Recover, WordsThatDoNotGoTogether) {
 TEST_F(Recover, ContinuesAndSavesInTheEnd) {
   leave(5);
   Program program({"recover", "--file", folder_ / "vgps.xml", "--continue", "--simulate"});
-  ASSERT_TRUE(program.readUntil([&] { return says(program.output, "Going on behind 5 points"); }));
+  ASSERT_TRUE(program.readUntil([&] { return says(program.output, "Continuing after 5 points"); }));
   // The first fix is always recorded, and is on the disk soon.
   const auto enough = [&] {
     return std::filesystem::file_size(journal_) > 16 + 5 * 129;  // header and points
@@ -157,7 +157,7 @@ TEST_F(Recover, AJournalThatIsGoneInTheEndCostsNoPoint) {
   std::filesystem::remove(journal_);
   program.signal(SIGINT);
   EXPECT_EQ(program.finish(), 0);
-  EXPECT_TRUE(says(program.errors, journal_ + " has gone")) << program.errors;
+  EXPECT_TRUE(says(program.errors, journal_ + " no longer exists")) << program.errors;
   EXPECT_TRUE(contentsAt(library_).starts_with("Track 1 1,2,3,4,5")) << program.errors;
 }
 
@@ -172,10 +172,10 @@ TEST_F(Recover, AFullDiskIsTriedAgainUntilThePersonGivesUp) {
     const auto told = [&](const char* part) {
       return program.readUntil([&] { return says(program.errors, part); });
     };
-    ASSERT_TRUE(told("recording goes on in memory"));
+    ASSERT_TRUE(told("recording continues in memory"));
     program.signal(SIGINT);
-    ASSERT_TRUE(told("trying again")) << program.errors;
-    EXPECT_FALSE(says(program.errors, "nothing was lost")) << program.errors;
+    ASSERT_TRUE(told("retrying")) << program.errors;
+    EXPECT_FALSE(says(program.errors, "No data was lost")) << program.errors;
     if (roomAgain) {
       program.limitFiles(RLIM_INFINITY);
     } else {
@@ -203,9 +203,10 @@ TEST_F(Recover, PlacesAreNamedClearly) {
   const auto runAt = [](const char* file, const char* action) {
     return runProgram({"recover", "--file", file, action}).output;
   };
-  EXPECT_EQ(runAt("vgps.xml", "--save"), "No recording was left in the current folder.\n");
-  EXPECT_EQ(runAt(".", "--save"), "No recording was left in the current folder.\n");
-  EXPECT_EQ(runAt("..", "--save"), "No recording was left in \"..\".\n");
+  EXPECT_EQ(runAt("vgps.xml", "--save"),
+            "No unfinished recording was found in the current folder.\n");
+  EXPECT_EQ(runAt(".", "--save"), "No unfinished recording was found in the current folder.\n");
+  EXPECT_EQ(runAt("..", "--save"), "No unfinished recording was found in \"..\".\n");
   leave(1);
   EXPECT_EQ(runAt("..", "--save"), "Saved 1 point in ../tracks.xml.\n");
   putFile(folder_ / "vgps.xml", "<root><cfg><vgps tlp=\".\"/></cfg></root>");
@@ -222,7 +223,7 @@ TEST_F(Recover, TheLibraryTakesNoPlaceOfAnother) {
     leave(2);
     const Finished done = run({"--save"});
     EXPECT_EQ(done.status, 1);
-    EXPECT_TRUE(says(done.errors, "Choose another place")) << done.errors;
+    EXPECT_TRUE(says(done.errors, "Choose another location")) << done.errors;
     EXPECT_EQ(fileBytes(folder_ / "vgps.xml"), settings);
     EXPECT_EQ(run({"--discard"}).output, "Discarded 2 points.\n");
   }
@@ -232,7 +233,7 @@ TEST_F(Recover, AKilledContinuationCanBeRecoveredAgain) {
   leave(5);
   {
     Program program({"recover", "--file", folder_ / "vgps.xml", "--continue", "--simulate"});
-    program.readUntil([&] { return says(program.output, "Going on"); });
+    program.readUntil([&] { return says(program.output, "Continuing after"); });
     EXPECT_EQ(run({"--save"}).status, 2);
   }  // killed
   EXPECT_EQ(run({"--save"}).status, 0);

@@ -264,12 +264,14 @@ TEST(Program, OneClearLineWhenSomethingIsWrong) {
       {{"replay", "/there/is/no/log"}, "cannot read /there/is/no/log: No such file or directory"},
       {{"replay", folder.string()}, "cannot read " + folder.string() + ": Is a directory"},
       {{"replay"}, "FILE is required"},
-      {{"replay", "x", "--talkers", "some"}, "some is none of auto, always, never"},
-      {{"monitor"}, "monitor needs --port DEV or --simulate; ports here: "},
-      {{"monitor", "--port", "x", "--speed", "fast"}, "fast is no number above 0"},
-      {{"monitor", "--simulate", "--log", "/no/folder/log"}, "cannot write the log /no/folder/log"},
+      {{"replay", "x", "--talkers", "some"}, "some is not one of auto, always, never"},
+      {{"monitor"}, "use --port DEV or --simulate; available ports: "},
+      {{"monitor", "--port", "x", "--speed", "fast"}, "fast is not a number greater than 0"},
+      {{"monitor", "--simulate", "--log", "/no/folder/log"},
+       "cannot write the log file /no/folder/log"},
       {{},
-       "say what to do: monitor, replay, ports, record, info, track, geo, recover, settings or "
+       "no command given; choose monitor, replay, ports, record, info, track, geo, recover, "
+       "settings or "
        "xml"},
       {{"fly"}, "fly"},
   };
@@ -290,7 +292,7 @@ TEST(Program, HelpAndVersion) {
     EXPECT_NE(help.output.find("\nUsage: vgps "), std::string::npos) << command;
   }
   const std::string record = runProgram({"record", "--help"}).output;
-  EXPECT_NE(record.find("taken from the log's own UTC"), std::string::npos);
+  EXPECT_NE(record.find("come from the UTC in the log"), std::string::npos);
   for (const char* command : {"monitor", "replay", "ports"}) {
     const Finished help = runProgram({command, "--help"});
     EXPECT_EQ(help.status, 0);

@@ -79,7 +79,7 @@ TEST_F(SettingsCommand, WhatIsSetIsInTheFileAtOnceAndIsGot) {
     EXPECT_EQ(settings({"get", row.path, row.key}).output, std::string(row.got) + "\n");
   }
   EXPECT_EQ(settings({"set", "cfg\\gps", "port", "COM34567890"}).errors,
-            "vgps: the program reads 10 characters of it\n");
+            "vgps: only the first 10 characters are used\n");
   EXPECT_EQ(settings({"get", "cfg\\gps", "port"}).output, "COM3456789\n");
 }
 
@@ -186,7 +186,7 @@ TEST_F(SettingsCommand, WhatCannotBeReadIsNotCalledDamaged) {
   }
   const Finished run = runProgram({"settings", "--file", "", "list"});
   EXPECT_EQ(run.status, 1);
-  EXPECT_NE(run.errors.find("an empty name is no file's name"), std::string::npos) << run.errors;
+  EXPECT_NE(run.errors.find("the file name must not be empty"), std::string::npos) << run.errors;
 }
 
 }  // namespace

@@ -119,22 +119,22 @@ TEST_F(TrackCommands, NothingIsWrittenOfNothing) {
     Words words;
     std::string says;
   } rows[] = {
-      {{"record", "--replay", empty, "-o", out}, empty + " has no fix: no track was written"},
-      {{"record", "--replay", nowhere, "-o", out}, "no fix in " + nowhere + " passed the filter"},
+      {{"record", "--replay", empty, "-o", out}, empty + " contains no fix; no track was written"},
+      {{"record", "--replay", nowhere, "-o", out},
+       "no fix in " + nowhere + " passed the recording filter"},
       {{"record", "--replay", path("none"), "-o", out}, "cannot read " + path("none")},
       {{"record", "--replay", log, "-o", path("no/folder.XML")},
        "cannot write " + path("no/folder.XML")},
       {{"record", "--replay", log, "-o", out, "--settings", path("none.xml")},
-       "no settings file " + path("none.xml")},
-      {{"record", "--replay", log, "-o", out, "--settings", log}, log + " holds no settings"},
-      {{"record", "--replay", nowhere, "-o", nowhere},
-       "the track cannot take the place of its log"},
+       "settings file not found: " + path("none.xml")},
+      {{"record", "--replay", log, "-o", out, "--settings", log}, log + " is not a settings file"},
+      {{"record", "--replay", nowhere, "-o", nowhere}, "the track file must not overwrite the log"},
       {{"record", "-o", out}, "--replay is required"},
-      {{"record", "--replay", nowhere, "-o", path("./nowhere")}, "place of its log"},
-      {{"record", "--replay", path("link"), "-o", nowhere}, "place of its log"},
+      {{"record", "--replay", nowhere, "-o", path("./nowhere")}, "must not overwrite the log"},
+      {{"record", "--replay", path("link"), "-o", nowhere}, "must not overwrite the log"},
       {{"record", "--replay", log, "-o", settings, "--settings", path("./settings.xml")},
-       "place of its settings"},
-      {{"record", "--replay", log, "-o", ""}, "an empty name is no file's name"},
+       "must not overwrite the settings file"},
+      {{"record", "--replay", log, "-o", ""}, "the file name must not be empty"},
       {{"record", "--replay", log, "-o", folder_.string()}, "is a folder or a device"},
   };
   for (const auto& row : rows) {
@@ -188,9 +188,9 @@ TEST_F(TrackCommands, InfoForAPerson) {
   const std::string file = writeTrack("Ride.XML", "abcp");
   const Finished run = runProgram({"info", file, "--speed-unit", "knots"});
   for (const char* part :
-       {"Track       Ride\n", "Points      4\n", "Duration    00:01:30, moving 00:01:30, stopped",
-        "Top speed   24.58 km/h\n", "climb 15 m, descent 0 m",
-        "South-west  48.000000,11.000000\n"}) {
+       {"Track          Ride\n", "Points         4\n",
+        "Duration       00:01:30, moving 00:01:30, stopped", "Maximum speed  24.58 km/h\n",
+        "climb 15 m, descent 0 m", "Southwest      48.000000,11.000000\n"}) {
     EXPECT_NE(run.output.find(part), std::string::npos) << part << "\n" << run.output;
   }
 }
@@ -223,7 +223,7 @@ TEST_F(TrackCommands, Edited) {
   }
   expectDone({"track", "thin", whole, "-o", out});
   EXPECT_EQ(letters("out.XML"), "af");  // a straight way
-  expectDone({"track", "thin", a, "-o", out, "--metres", "1000"});
+  expectDone({"track", "thin", a, "-o", out, "--meters", "1000"});
   EXPECT_EQ(letters("out.XML"), "ac");  // crowding takes marks too
   expectDone({"track", "trim", a, "-o", out});
   EXPECT_EQ(bytesOf(out), "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\" ?>\r\n" +
@@ -233,7 +233,7 @@ TEST_F(TrackCommands, Edited) {
 TEST_F(TrackCommands, ADamagedFileIsToldAndKept) {
   const std::string cut = writeTrack("cut.XML", "abcd", "\t<p x=\"11.5\" y=");
   const std::string bytes = bytesOf(cut);
-  const std::string told = "vgps: " + cut + " is damaged: its 4 good points are used\n";
+  const std::string told = "vgps: " + cut + " is damaged: its 4 readable points are used\n";
   Finished run = runProgram({"info", cut});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.errors, told);
@@ -245,7 +245,7 @@ TEST_F(TrackCommands, ADamagedFileIsToldAndKept) {
       path("../" + std::filesystem::path(folder_.string()).filename().string() + "/cut.XML");
   run = runProgram({"track", "reverse", cut, "-o", around});
   EXPECT_EQ(run.status, 0);
-  EXPECT_TRUE(run.errors.starts_with(told + "vgps: the damaged file is kept as ")) << run.errors;
+  EXPECT_TRUE(run.errors.starts_with(told + "vgps: the damaged file was saved as ")) << run.errors;
   EXPECT_EQ(names(), (Words{"cut.XML", "cut.bad", "out.XML"}));
   EXPECT_EQ(bytesOf(path("cut.bad")), bytes);
   EXPECT_EQ(letters("cut.XML"), "dcba");
@@ -298,31 +298,32 @@ TEST_F(TrackCommands, WhatCannotBeDone) {
     std::string says;
   } rows[] = {
       {{"info", path("none")}, "no file " + path("none")},
-      {{"info", gpx}, gpx + " is no track file"},
-      {{"info", library}, library + " is no track file"},
-      {{"info", a, "--speed-unit", "mach"}, "mach is none of kmh, knots, mps, mph"},
+      {{"info", gpx}, gpx + " is not a track file"},
+      {{"info", library}, library + " is not a track file"},
+      {{"info", a, "--speed-unit", "mach"}, "mach is not one of kmh, knots, mps, mph"},
       {{"track", "join", a, "-o", out}, "FILES"},
       {{"track", "split", a, "--at", "4", "-o", out, "--second", path("2")},
-       "cannot be split at point 4: its points are 1 to 3"},
+       "cannot be split at point 4; its points are numbered 1 to 3"},
       {{"track", "split", a, "--at", "1", "-o", out, "--second", path("2")}, "cannot be split"},
-      {{"track", "split", a, "--at", "2", "-o", out, "--second", out}, "two files"},
-      {{"track", "trim", a, "-o", out, "--from", "9"}, "has no point 9: there are 3"},
-      {{"track", "trim", a, "-o", out, "--from", "3", "--to", "2"}, "lies between"},
-      {{"track", "trim", a, "-o", out, "--from", "2011-01-01 00:00"}, "lies between"},
-      {{"track", "trim", a, "-o", out, "--to", "2010-13-45 99:99"}, "is neither a point's number"},
-      {{"track", "trim", a, "-o", out, "--to", "noon"}, "noon is neither a point's number nor"},
-      {{"track", "thin", a, "-o", out, "--metres", "-3"}, "-3 is no number above 0"},
-      {{"track", "split", a, "--at", "2", "-o", path("./out.XML"), "--second", out}, "two files"},
+      {{"track", "split", a, "--at", "2", "-o", out, "--second", out}, "different files"},
+      {{"track", "trim", a, "-o", out, "--from", "9"}, "has no point 9; number of points: 3"},
+      {{"track", "trim", a, "-o", out, "--from", "3", "--to", "2"}, "lies in that range"},
+      {{"track", "trim", a, "-o", out, "--from", "2011-01-01 00:00"}, "lies in that range"},
+      {{"track", "trim", a, "-o", out, "--to", "2010-13-45 99:99"}, "is not a point number"},
+      {{"track", "trim", a, "-o", out, "--to", "noon"}, "noon is not a point number or"},
+      {{"track", "thin", a, "-o", out, "--meters", "-3"}, "-3 is not a number greater than 0"},
+      {{"track", "split", a, "--at", "2", "-o", path("./out.XML"), "--second", out},
+       "different files"},
       {{"track", "split", a, "--at", "2", "-o", path("no/x"), "--second", a}, "cannot write"},
       {{"track", "split", a, "--at", "2", "-o", path("pipe"), "--second", a}, "is a folder or a"},
       {{"track", "reverse", a, "-o", path("pipe")}, "is a folder or a device"},
-      {{"track", "reverse", a, "-o", ""}, "an empty name is no file's name"},
-      {{"xml", a, "-o", ""}, "an empty name is no file's name"},
-      {{"track", "thin", a, "-o", out, "--metres", "0.5"}, "a whole number from 1 to 1000000"},
-      {{"track", "thin", a, "-o", out, "--metres", "1e300"}, "a whole number from 1 to 1000000"},
-      {{"track", "thin", a, "-o", out, "--metres", "3000000000"}, "a whole number from 1"},
-      {{"track", "thin", a, "-o", out, "--angle", "1e300"}, "degrees up to 180"},
-      {{"track", "reverse", html, "-o", html}, html + " is no track file"},
+      {{"track", "reverse", a, "-o", ""}, "the file name must not be empty"},
+      {{"xml", a, "-o", ""}, "the file name must not be empty"},
+      {{"track", "thin", a, "-o", out, "--meters", "0.5"}, "a whole number from 1 to 1000000"},
+      {{"track", "thin", a, "-o", out, "--meters", "1e300"}, "a whole number from 1 to 1000000"},
+      {{"track", "thin", a, "-o", out, "--meters", "3000000000"}, "a whole number from 1"},
+      {{"track", "thin", a, "-o", out, "--angle", "1e300"}, "not exceed 180 degrees"},
+      {{"track", "reverse", html, "-o", html}, html + " is not a track file"},
       {{"track", "reverse", a}, "-o is required"},
       {{"track"}, "vgps track --help"},
   };
@@ -345,7 +346,7 @@ TEST(GeoCommands, AnswersAndComplaints) {
       {{"distance", "0,0", "0,1", "--unit", "mi"}, 0, "69.093323 Mi\n"},
       {{"distance", "-.5,-.5", "-.5,-.5", "--unit", "nmi"}, 0, "0.000000 Nmi\n"},
       {{"bearing", "0,0", "0,-1"}, 0, "270.000000 degrees\n"},
-      {{"destination", "-33.8568,151.2153", "--course", "-90", "--way", "0"},
+      {{"destination", "-33.8568,151.2153", "--course", "-90", "--distance", "0"},
        0,
        "-33.856800,151.215300\n"},
       {{"utm", "-33.8568,151.2153"}, 0, "56H 334900 6252288\n"},
@@ -359,17 +360,22 @@ TEST(GeoCommands, AnswersAndComplaints) {
       {{"mgrs", "48.1173,11.516667"}, 0, "32U PU 87299 32401\n"},
       {{"mgrs", "48.1173,11.516667", "--digits", "1"}, 0, "32U PU 8 3\n"},
       {{"locator", "48.14666,11.60833"}, 0, "JN58td\n"},
-      {{"distance", "90.1,0", "0,0"}, 1, "latitude 90.1 is out of range: it goes from -90 to 90"},
-      {{"utm", "45,-181"}, 1, "longitude -181 is out of range: it goes from -180 to 180"},
-      {{"utm", "45"}, 1, "'45' is no position: it takes LAT,LON in decimal degrees"},
-      {{"utm", "1,2,3"}, 1, "'1,2,3' is no position"},
-      {{"utm", "4e1,nan"}, 1, "is no position"},
-      {{"mgrs", "-80.5,3"}, 1, "the grid ends at 80 degrees south and 84 degrees north"},
+      {{"distance", "90.1,0", "0,0"},
+       1,
+       "latitude 90.1 is out of range; it must be from -90 to 90"},
+      {{"utm", "45,-181"}, 1, "longitude -181 is out of range; it must be from -180 to 180"},
+      {{"utm", "45"}, 1, "'45' is not a position; use LAT,LON in decimal degrees"},
+      {{"utm", "1,2,3"}, 1, "'1,2,3' is not a position"},
+      {{"utm", "4e1,nan"}, 1, "is not a position"},
+      {{"mgrs", "-80.5,3"},
+       1,
+       "the position is outside the grid, which covers latitudes from 80 degrees south to 84 "
+       "degrees north"},
       {{"distance", "1,2"}, 1, "POSITIONS"},
       {{"area", "0,-0.5", "0,0.5", "1,0.5", "1,-0.5"}, 0, "1.000 deg^2\n12363"},
       {{"area", "0,0", "1,1"}, 1, "POSITIONS"},
-      {{"distance", "1,2", "3,4", "--unit", "yd"}, 1, "yd is none of km, mi, nmi"},
-      {{"utm", "1,2", "--ellipsoid", "24"}, 1, "24 is neither a number from 1 to 23 nor a name"},
+      {{"distance", "1,2", "3,4", "--unit", "yd"}, 1, "yd is not one of km, mi, nmi"},
+      {{"utm", "1,2", "--ellipsoid", "24"}, 1, "24 is not an ellipsoid"},
       {{}, 1, "vgps geo --help"},
   };
   for (const auto& row : rows) {

@@ -183,8 +183,8 @@ TEST(Recording, OneThatWasBrokenOffKeepsItsLength) {
   RecordingWorld later;
   later.options.manual = true;
   later.track.points = whole.track.points;
-  ASSERT_TRUE(later.recording.goOn());
-  EXPECT_FALSE(later.recording.goOn());
+  ASSERT_TRUE(later.recording.continueRecovered());
+  EXPECT_FALSE(later.recording.continueRecovered());
   EXPECT_EQ(later.track.state, kRecording);
   for (RecordingWorld* world : {&whole, &later}) record(*world, 11.8, 500);
   EXPECT_GT(later.recording.distance(), 20);

@@ -28,7 +28,7 @@ class FakeRecordingHooks : public RecordingHooks {
   void trackChanged(Track&) override { said.emplace_back("changed"); }
   void pointRecorded(const TrackPoint& point) override { journal.push_back(point); }
   void flushPoints() override { said.emplace_back("flush"); }
-  void pointsSettled() override { said.emplace_back("settled"); }
+  void pointsSavedOrDiscarded() override { said.emplace_back("settled"); }
 
   std::vector<std::string> takeSaid() { return std::exchange(said, {}); }
 

@@ -11,7 +11,7 @@
 namespace vgps {
 namespace {
 
-constexpr std::string_view kNotAvailable = "This is not available yet.";
+constexpr std::string_view kNotAvailable = "Not available yet.";
 
 TEST(Commands, EveryOneHasARow) {
   const Command all[] = {
@@ -36,7 +36,7 @@ TEST(Commands, EveryOneAnswers) {
       EXPECT_TRUE(runCommand(world.app, command)) << number;
       if (row.checked != nullptr) row.checked(world.app, command);
       if (row.enabled != nullptr) row.enabled(world.app, command);
-      if (row.handler == notBuilt) {
+      if (row.handler == notImplemented) {
         EXPECT_EQ(currentNotice(world.app), kNotAvailable) << number;
         EXPECT_GE(world.window.repaints, 1) << number;
       }
@@ -164,7 +164,7 @@ TEST(Commands, SimulationDataComeFromAFile) {
   };
   runCommand(world.app, Command::loadSimulation);
   EXPECT_EQ(asked, "trip.gpx");
-  EXPECT_EQ(currentNotice(world.app), "The simulation plays trip.gpx");
+  EXPECT_EQ(currentNotice(world.app), "Simulation data loaded from trip.gpx");
 }
 
 // The year and the milliseconds stay the computer's.

@@ -36,12 +36,12 @@ TEST_F(RecordingCommands, ATripFromStartToEnd) {
   world.receiveFix();
   EXPECT_EQ(app.recorder.track.points.size(), 1U) << "the course has not changed";
   run(kMark);
-  EXPECT_EQ(notice(), "The next point will be marked with 1.");
+  EXPECT_EQ(notice(), "Mark 1 will be added to the next point.");
   world.receiveFix();
   EXPECT_EQ(app.recorder.track.points.size(), 2U);
   EXPECT_EQ(app.recorder.track.points.back().m, 1U);
   EXPECT_EQ(app.recorder.drawnPath.size(), 2U);
-  const Scene scene = sceneOf(app);
+  const Scene scene = makeScene(app);
   EXPECT_EQ(scene.trackState, kRecording);
   EXPECT_EQ(scene.trackPoints, 2U);
   EXPECT_EQ(scene.trackLength, "3.71 Km");
@@ -118,7 +118,7 @@ TEST_F(RecordingCommands, AJournalThatTheDiskRefusesIsToldAndKeepsTrying) {
   run(kStart);
   app.recorderHooks.journalFailed();
   onTimer(app, kStatisticsTimer);
-  EXPECT_NE(notice().find("does not take the recorded points"), std::string_view::npos);
+  EXPECT_NE(notice().find("Cannot write recorded points to disk"), std::string_view::npos);
   world.clock.now += 20000;
   onTimer(app, kStatisticsTimer);
   EXPECT_EQ(notice(), "") << "once";
@@ -132,9 +132,9 @@ struct Recovery {
   bool recording, journal;
 };
 
-constexpr const char* kOffer = "A track of 2 points was being recorded.";
+constexpr const char* kOffer = "An unfinished recording was found. Points: 2.";
 constexpr const char* kDelete =
-    "Delete these 2 points? If not, this is asked again at the next start.";
+    "Delete this 2-point recording? If you choose No, you will be asked again at the next start.";
 
 void leaveRecording(const AppPaths& paths) {
   ProgramWorld before;
@@ -242,13 +242,13 @@ TEST_F(RecordingCommands, AJournalThatCannotBeMadeIsToldOnce) {
 
 TEST_F(RecordingCommands, WhatCannotBeDoneNowIsSaid) {
   const std::pair<Command, const char*> rows[] = {
-      {kMark, "Nothing is being recorded."},
-      {Command::recordPointNow, "Nothing is being recorded."},
-      {Command::thinTrack, "There is no track."},
-      {Command::reverseTrack, "There is no track."},
-      {Command::joinTrack, "There is no track."},
-      {Command::saveTrack, "There is no track."},
-      {Command::discardTrack, "There is no track."}};
+      {kMark, "No recording is in progress."},
+      {Command::recordPointNow, "No recording is in progress."},
+      {Command::thinTrack, "No track is loaded."},
+      {Command::reverseTrack, "No track is loaded."},
+      {Command::joinTrack, "No track is loaded."},
+      {Command::saveTrack, "No track is loaded."},
+      {Command::discardTrack, "No track is loaded."}};
   for (const auto& [command, text] : rows) {
     run(command);
     EXPECT_EQ(notice(), text) << int(command);
@@ -257,15 +257,15 @@ TEST_F(RecordingCommands, WhatCannotBeDoneNowIsSaid) {
   for (const Command command : {Command::thinTrack, Command::reverseTrack, Command::joinTrack,
                                 Command::saveTrack, Command::openTrack, Command::discardTrack}) {
     run(command);
-    EXPECT_EQ(notice(), "End recording or playing first.") << int(command);
+    EXPECT_EQ(notice(), "End recording or playback first.") << int(command);
   }
   run(kStart);
-  EXPECT_EQ(notice(), "A track is being recorded or played already.");
+  EXPECT_EQ(notice(), "A track is already being recorded or played.");
 }
 
 TEST_F(RecordingCommands, PresetsAreSavedAndHoldFromTheNextStart) {
   run(Command::presetWalking);
-  EXPECT_EQ(notice(), "Recording thresholds for walking");
+  EXPECT_EQ(notice(), "Recording thresholds set for walking");
   run(kStart);
   EXPECT_EQ(app.recorder.track.speedThreshold, 1);
   EXPECT_EQ(app.recorder.track.angleThreshold, 20);
@@ -306,7 +306,7 @@ TEST_F(RecordingCommands, OperationsOnAFinishedTrack) {
   EXPECT_EQ(app.recorder.track.points.front().latitude, 51);
   run(Command::thinTrack);
   EXPECT_EQ(app.recorder.track.points.size(), 2U) << "a straight line";
-  EXPECT_EQ(notice(), "The track has 2 points now.");
+  EXPECT_EQ(notice(), "Points in the track: 2");
   world.folder.write("other.xml", "<t><p x=\"1\" y=\"2\" z=\"3\"/></t>");
   world.window.chosenFile = world.folder / "other.xml";
   run(Command::joinTrack);

@@ -55,7 +55,7 @@ TEST(Close, YesEndsTheRecordingAndSavesTheTrack) {
 }
 
 constexpr const char* kLoseOnePoint =
-    "The disk does not take the last 1 points of this track. Close all the same and lose them?";
+    "The last 1 points could not be saved: the disk is full. Close anyway?";
 
 // A folder that takes neither the track nor a journal, as that of a program without its rights.
 struct RefusingFolder : ProgramWorld {

@@ -12,7 +12,7 @@ struct Row {
   std::string port;
   uint32_t speed;
   bool simulate;
-  std::string notUnderstood;
+  std::string unknownArguments;
 };
 
 TEST(StartOptions, AreReadFromTheCommandLine) {
@@ -37,7 +37,7 @@ TEST(StartOptions, AreReadFromTheCommandLine) {
     EXPECT_EQ(options.port, row.port) << what;
     EXPECT_EQ(options.speed, row.speed) << what;
     EXPECT_EQ(options.simulate, row.simulate) << what;
-    EXPECT_EQ(options.notUnderstood, row.notUnderstood) << what;
+    EXPECT_EQ(options.unknownArguments, row.unknownArguments) << what;
     EXPECT_EQ(options.connects(), row.simulate || !row.port.empty()) << what;
   }
 }

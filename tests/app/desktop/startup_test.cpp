@@ -95,7 +95,7 @@ TEST(Startup, TheThirdSchemeIsDrawnInTheChosenColours) {
   world.receive("$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W*6A\r\n");
   const auto drawn = [&] {
     RecordingCanvas canvas(800, 480);
-    drawReadout(canvas, sceneOf(world.app));
+    drawReadout(canvas, makeScene(world.app));
     return canvas;
   };
   const auto filled = [&](const RecordingCanvas& canvas, Colour colour) {
@@ -163,7 +163,7 @@ TEST(Startup, SettingsThatCannotBeWrittenAreToldOnce) {
   world.app.config = ConfigStore(files);
   world.load("upd=\"7\"");
   const std::string before = world.folder.read("vgps.xml");
-  const std::string message = "The settings cannot be written: " + world.folder / "vgps.xml";
+  const std::string message = "Cannot write the settings: " + world.folder / "vgps.xml";
   remindOfUpdates(world.app);
   EXPECT_EQ(currentNotice(world.app), message);
   EXPECT_FALSE(endProgram(world.app));
@@ -178,7 +178,7 @@ TEST(Startup, SettingsThatCannotBeWrittenAreToldOnce) {
   runCommand(world.app, Command::presetWalking);
   EXPECT_EQ(currentNotice(world.app).find("Recording"), std::string::npos);
   runCommand(world.app, Command::presetDriving);
-  EXPECT_EQ(currentNotice(world.app), "Recording thresholds for driving")
+  EXPECT_EQ(currentNotice(world.app), "Recording thresholds set for driving")
       << "they hold in this run";
   EXPECT_FALSE(endProgram(world.app));
   EXPECT_TRUE(world.window.errors.empty());
@@ -295,7 +295,7 @@ TEST(Startup, SimulationDataThatAreMissingAreNamed) {
     world.app.settings.trackStorePath = "my tracks.xml";
     applyStartOptions(world.app, parseStartOptions(arguments));
     const std::string path = library.empty() ? arguments[1] : world.folder / library;
-    EXPECT_EQ(currentNotice(world.app), "No simulation data in " + path);
+    EXPECT_EQ(currentNotice(world.app), "No simulation data found in " + path);
   }
 }
 

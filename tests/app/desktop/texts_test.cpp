@@ -124,12 +124,12 @@ TEST(Texts, RowsHaveTheLabelsOfTheirLayouts) {
 
 TEST(Texts, ALibraryReplacesThemByNumberAndTheRestStaysEnglish) {
   setTextSource([](uint32_t number) { return number == 2003 ? "&Tempo:" : std::string(); });
-  EXPECT_EQ(dialogText("&Speed:", Text::gpsDialog), "&Tempo:");
+  EXPECT_EQ(dialogText("&Baud rate:", Text::gpsDialog), "&Tempo:");
   EXPECT_EQ(dialogText("&Port:", Text::gpsDialog), "&Port:");
-  EXPECT_EQ(dialogText("&Speed:", Text::mapDialog), "") << "of another dialog";
+  EXPECT_EQ(dialogText("&Baud rate:", Text::mapDialog), "") << "of another dialog";
   EXPECT_EQ(dialogText("Cancel", Text{}), "Cancel");
   setTextSource({});
-  EXPECT_EQ(dialogText("&Speed:", Text::gpsDialog), "&Speed:");
+  EXPECT_EQ(dialogText("&Baud rate:", Text::gpsDialog), "&Baud rate:");
 }
 
 }  // namespace

@@ -39,11 +39,11 @@ TEST(Connect, TheStatusSaysWhyAPortDoesNotOpen) {
   AppWorld world;
   world.ports.add(devicePath("COM3")).openError = PortError::busy;
   EXPECT_FALSE(connectReceiver(world.app, {.port = "COM3"}));
-  EXPECT_EQ(currentNotice(world.app), "COM3 is busy: another program holds it.");
+  EXPECT_EQ(currentNotice(world.app), "COM3 is in use by another program.");
   EXPECT_FALSE(connectReceiver(world.app, {.port = "COM4"}));
-  EXPECT_EQ(currentNotice(world.app), "There is no port COM4.");
+  EXPECT_EQ(currentNotice(world.app), "Port COM4 was not found.");
   EXPECT_FALSE(connectReceiver(world.app, {}));
-  EXPECT_EQ(currentNotice(world.app), "No receiver has been chosen yet.");
+  EXPECT_EQ(currentNotice(world.app), "No receiver selected yet.");
 }
 
 TEST(Connect, NothingHasComeYetAfterAConnection) {
@@ -57,7 +57,8 @@ TEST(Connect, NothingHasComeYetAfterAConnection) {
     EXPECT_FALSE(world.app.shown.dataSeen);
     EXPECT_FALSE(world.app.shown.fixSeen);
     world.app.shown.dataSeen = true;  // of another kind
-    EXPECT_EQ(sceneOf(world.app).state, there ? ReceiverState::noFix : ReceiverState::notConnected);
+    EXPECT_EQ(makeScene(world.app).state,
+              there ? ReceiverState::noFix : ReceiverState::notConnected);
     EXPECT_TRUE(stopReceiver(world.app));
   }
 }

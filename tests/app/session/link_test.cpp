@@ -26,12 +26,12 @@ class Reconnecting : public testing::Test {
     app.recorder.track.state = kRecording;
   }
   ~Reconnecting() override {
-    door.shut();
+    mailbox.close();
     EXPECT_TRUE(stopReceiver(app));
   }
 
   void serve() {
-    door.wait(10, [this](const UiMessage& message) { onUiMessage(app, message); });
+    mailbox.wait(10, [this](const UiMessage& message) { onUiMessage(app, message); });
   }
   bool serveUntil(const std::function<bool()>& happened) {
     for (int i = 0; i < 1000 && !happened(); ++i) serve();
@@ -72,17 +72,17 @@ class Reconnecting : public testing::Test {
     const std::lock_guard lock(listMutex);
     listed = now;
   }
-  ReceiverState state() { return sceneOf(app).state; }
+  ReceiverState state() { return makeScene(app).state; }
 
   FakeClock clock;
   FakeSounds sounds;
   FakeWindow window;
   FakePorts ports;
-  UiMailbox door;
+  UiMailbox mailbox;
   std::mutex listMutex;
   std::vector<PortName> listed;
   FakeLine* line = nullptr;
-  AppState app{Platform{clock, sounds, door, window, [this] { return ports.make(); }, nullptr,
+  AppState app{Platform{clock, sounds, mailbox, window, [this] { return ports.make(); }, nullptr,
                         [this] {
                           const std::lock_guard lock(listMutex);
                           return listed;
@@ -98,7 +98,7 @@ TEST_F(Reconnecting, ASilentPortIsOpenedAgainUntilDataCome) {
   fiveSecondsPass();  // 10 s without a byte
   EXPECT_EQ(state(), ReceiverState::lost);
   EXPECT_EQ(sounds.played, (Heard{"OK", "ERR2"}));
-  EXPECT_EQ(currentNotice(app), "No data for 10 seconds. Trying COM3 again.");
+  EXPECT_EQ(currentNotice(app), "No data for 10 seconds. Trying to reconnect to COM3.");
   EXPECT_EQ(line->number(&FakeLine::opens), 2);
   fiveSecondsPass(3);
   EXPECT_EQ(line->number(&FakeLine::opens), 5) << "every five seconds";
@@ -125,7 +125,7 @@ TEST_F(Reconnecting, AReadErrorIsNoticedAtOnceAndTheDeviceFoundUnderAnotherName)
   fiveSecondsPass();
   EXPECT_EQ(state(), ReceiverState::lost);
   EXPECT_EQ(sounds.played, (Heard{"OK", "ERR2"}));
-  EXPECT_EQ(currentNotice(app), "The receiver was unplugged. Trying COM3 again.");
+  EXPECT_EQ(currentNotice(app), "Receiver unplugged. Trying to reconnect to COM3.");
   fiveSecondsPass(4);
   EXPECT_TRUE(app.fix.running);
   list({{"COM4", "Modem", "USB\\VID_2\\1"}, {"COM7", "Receiver", "USB\\VID_1\\7"}});
@@ -282,16 +282,17 @@ TEST_F(Reconnecting, SaysWhyThePortDoesNotOpen) {
   const struct {
     PortError error;
     const char* words;
-  } rows[] = {{PortError::busy, "COM3 is busy: another program holds it."},
-              {PortError::noPermission, "This user may not open COM3."},
-              {PortError::other, "COM3 cannot be opened as a serial line."}};
+  } rows[] = {{PortError::busy, "COM3 is in use by another program."},
+              {PortError::noPermission, "You do not have permission to open COM3."},
+              {PortError::other, "COM3 cannot be used as a serial port."}};
   for (const auto& row : rows) {
     line = &ports.add(devicePath("COM3"));
     ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
     ASSERT_TRUE(receive(*line));
     line->openError = row.error;
     fiveSecondsPass(2);
-    EXPECT_EQ(currentNotice(app), "No data for 10 seconds. Trying COM3 again.") << "first of all";
+    EXPECT_EQ(currentNotice(app), "No data for 10 seconds. Trying to reconnect to COM3.")
+        << "first of all";
     fiveSecondsPass(2);
     EXPECT_EQ(currentNotice(app), row.words);
     fiveSecondsPass(4);

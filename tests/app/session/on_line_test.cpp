@@ -88,22 +88,22 @@ TEST(OnLine, TheQualityOfTheFixIsThatOfTheSentenceThatKnowsIt) {
   std::string better = kGgaBytes.substr(0, kGgaBytes.find('*')) + "\r\n";
   better.replace(better.find("E,1,"), 4, "E,2,");
   world.receive(better + kRmcBytes);
-  EXPECT_EQ(sceneOf(world.app).fix.fixStatus, 2);
+  EXPECT_EQ(makeScene(world.app).fix.fixStatus, 2);
   EXPECT_EQ(world.app.shown.fix.fixStatus, 1);
   world.clock.now += 6000;
   world.receive(kRmcBytes);
-  EXPECT_EQ(sceneOf(world.app).fix.fixStatus, 1) << "nobody says so any more";
+  EXPECT_EQ(makeScene(world.app).fix.fixStatus, 1) << "nobody says so any more";
 }
 
 TEST(OnLine, BytesThatNobodyUnderstandsAreNotSilence) {
   AppWorld world;
   world.app.fix.running = true;
   world.receive("\x01\x02 noise at another speed \x03\r\n");
-  const Scene scene = sceneOf(world.app);
+  const Scene scene = makeScene(world.app);
   EXPECT_EQ(scene.state, ReceiverState::noData);
-  EXPECT_EQ(scene.notice, "Data, but no NMEA: probably another speed");
+  EXPECT_EQ(scene.notice, "Data, but not NMEA. Probably a different baud rate");
   world.clock.now += 6000;
-  EXPECT_EQ(sceneOf(world.app).notice, "");
+  EXPECT_EQ(makeScene(world.app).notice, "");
   world.app.fix.running = false;
 }
 
@@ -124,10 +124,10 @@ TEST(OnLine, BinaryMessagesAndSensorReadingsAreShownAsText) {
   AppWorld world;
   world.app.currentScreen = Screen::rawLog;
   world.app.fix.running = true;
-  const auto shown = [&] { return sceneOf(world.app).message; };
+  const auto shown = [&] { return makeScene(world.app).message; };
   world.receive(kMessage);
   EXPECT_EQ(shown(), "Sirf msg (29): 2 bytes");
-  world.door.post({.event = UiEvent::sensor, .x = 11.51666, .y = 48.1173});
+  world.uiThread.post({.event = UiEvent::sensor, .x = 11.51666, .y = 48.1173});
   EXPECT_EQ(shown(), "SENS msg: 11.517,48.117");
   EXPECT_EQ(world.app.rawLog,
             (std::vector<std::string>{"Sirf msg (29): 2 bytes", "SENS msg: 11.517,48.117"}));
@@ -152,14 +152,16 @@ TEST(OnLine, SkippedMessagesDoNothingForTheDisplays) {
     for (int i = 0; i < 6; ++i) {
       world.clock.now += 1000;
       app.rawLog.clear();
-      app.news.messageCountdown = app.news.maximumCountdown = 5;
+      app.pendingDisplay.messageCountdown = app.pendingDisplay.maximumCountdown = 5;
       world.window.repaints = 0;
       world.receive(kRmcBytes);
       shown += app.rawLog.empty() ? '0' : '1';
       const bool isShown = shown.back() == '1';
       EXPECT_EQ(world.window.repaints, isShown ? 1 : 0);
-      EXPECT_EQ(app.news.messageCountdown, isShown ? 4 : 5);
-      EXPECT_EQ(app.news.maximumCountdown < 5 || app.news.maximumCountdown == 10, isShown);
+      EXPECT_EQ(app.pendingDisplay.messageCountdown, isShown ? 4 : 5);
+      EXPECT_EQ(
+          app.pendingDisplay.maximumCountdown < 5 || app.pendingDisplay.maximumCountdown == 10,
+          isShown);
     }
     EXPECT_EQ(shown, handled) << skip;
   }
@@ -196,7 +198,7 @@ TEST(OnLine, EachValueIsAsOldAsTheSentenceThatGaveIt) {
     world.receive(kRmcBytes + kGgaBytes + rows[5].line + rows[6].line);
     world.clock.now += 7000;
     world.receive(row.line);
-    const ValueAges ages = sceneOf(world.app).ages;
+    const ValueAges ages = makeScene(world.app).ages;
     std::string fresh;
     for (const uint32_t age : {ages.position, ages.motion, ages.altitude, ages.time, ages.used,
                                ages.view, ages.dilution}) {
@@ -206,7 +208,8 @@ TEST(OnLine, EachValueIsAsOldAsTheSentenceThatGaveIt) {
   }
   AppWorld world;
   world.receive(noFix);
-  EXPECT_EQ(worthOf(sceneOf(world.app).ages.position), Worth::old) << "nothing vouches for it";
+  EXPECT_EQ(freshnessOf(makeScene(world.app).ages.position), Freshness::stale)
+      << "nothing vouches for it";
 }
 
 TEST(OnLine, WhatAnEarlierSourceStillSaysIsNotHeard) {
@@ -216,7 +219,7 @@ TEST(OnLine, WhatAnEarlierSourceStillSaysIsNotHeard) {
   app.recorder.track.state = kRecording;
   app.gps.readers.generation = 2;
   for (const auto& [speaking, heard] : {std::pair{1U, false}, {2U, true}}) {
-    app.gps.readers.speaking = speaking;
+    app.gps.readers.deliveringGeneration = speaking;
     world.receive(kRmcBytes + "noise\r\n");
     EXPECT_EQ(app.shown.dataSeen, heard);
     EXPECT_EQ(app.rawLog.size(), heard ? 2U : 0U);
@@ -231,7 +234,7 @@ TEST(OnLine, AFailingLogIsTold) {
   world.app.gps.options.logNmea = true;
   world.receive(kRmcBytes);
   EXPECT_EQ(world.window.errors,
-            std::vector<std::string>{"The log cannot be written: /no/such/folder/gps.log"});
+            std::vector<std::string>{"Cannot write the log: /no/such/folder/gps.log"});
 }
 
 TEST(Connect, AFailureIsTold) {

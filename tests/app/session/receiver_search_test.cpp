@@ -45,7 +45,7 @@ TEST(ReceiverSearch, OneThatCannotBeKeptIsToldOnceAndConnected) {
     endReceiverSearch(world.app, SourceChoice{.port = kFound});
     EXPECT_EQ(sourceName(world.app.link.source()), "COM7, 9600 baud");
     ASSERT_EQ(world.window.errors.size(), 1U);
-    EXPECT_TRUE(world.window.errors[0].starts_with("The settings cannot be written"));
+    EXPECT_TRUE(world.window.errors[0].starts_with("Cannot write the settings"));
   }
 }
 

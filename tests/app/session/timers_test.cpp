@@ -78,7 +78,7 @@ TEST(Timers, TheOldBackupStaysWhenThereIsNoNewOne) {
   world.app.extensions.buildGpx = [](const Track&, std::string&) { return true; };
   world.app.paths.backup = world.folder / "no/such/folder.gpx";
   onTimer(world.app, kBackupTimer);
-  EXPECT_NE(currentNotice(world.app).find("backup cannot be written"), std::string_view::npos);
+  EXPECT_NE(currentNotice(world.app).find("Cannot write the backup"), std::string_view::npos);
 }
 
 TEST(Timers, StatisticsCount) {

@@ -246,14 +246,14 @@ TEST_F(ConfigFile, AWriteThatComesUpShortLeavesTheOldText) {
     EXPECT_TRUE(store.open(path()));
     std::vector<std::string> told;
     const auto tell = [&](std::string_view text) { told.emplace_back(text); };
-    EXPECT_FALSE(store.tellRefusal(tell));
+    EXPECT_FALSE(store.tellSaveFailure(tell));
     store.set(kPort, "COM3");
     EXPECT_FALSE(store.save());
     EXPECT_EQ(read(), before);
     EXPECT_EQ(folder_.has("vgps.xml"), !before.empty()) << "half a file would be a damaged one";
-    EXPECT_TRUE(store.tellRefusal(tell));
-    EXPECT_FALSE(store.tellRefusal(tell)) << "once";
-    EXPECT_EQ(told, std::vector<std::string>{"The settings cannot be written: " + path()});
+    EXPECT_TRUE(store.tellSaveFailure(tell));
+    EXPECT_FALSE(store.tellSaveFailure(tell)) << "once";
+    EXPECT_EQ(told, std::vector<std::string>{"Cannot write the settings: " + path()});
     EXPECT_TRUE(store.save()) << "the next time";
     EXPECT_NE(read().find("COM3"), std::string::npos);
   }

@@ -140,7 +140,7 @@ TEST_F(Recording, LoggingOffAsksNothingAndKeepsThePoints) {
 TEST_F(Recording, AfterACrashItIsOfferedAndGoesOn) {
   const HWND question = crashAndStart();
   ASSERT_NE(question, nullptr);
-  EXPECT_NE(childWith(question, L"A track of 6 points was being recorded."), nullptr);
+  EXPECT_NE(childWith(question, L"An unfinished recording was found. Points: 6."), nullptr);
   EXPECT_FALSE(IsWindowEnabled(window)) << "keys from elsewhere wait";
   const HWND button = childWith(question, L"&Continue");
   ASSERT_NE(button, nullptr);
@@ -192,7 +192,7 @@ TEST(End, SettingsThatCannotBeWrittenAreTold) {
   PostMessageW(window, WM_CLOSE, 0, 0);
   HWND told = nullptr;
   ASSERT_TRUE(waitFor([&] { return (told = program.dialog()) != nullptr; }));
-  EXPECT_TRUE(windowText(GetDlgItem(told, 0xFFFF)).starts_with(L"The settings cannot be written"));
+  EXPECT_TRUE(windowText(GetDlgItem(told, 0xFFFF)).starts_with(L"Cannot write the settings"));
   press(told, IDOK);
   EXPECT_EQ(program.exitCode(), 0);
 }

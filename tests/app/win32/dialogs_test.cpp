@@ -344,13 +344,13 @@ HWND messageOver(HWND dialog) {
 }
 
 TEST_F(SettingsDialogs, PortSearchRunsBesideTheDialog) {
-  std::atomic<bool> goOn{false};
+  std::atomic<bool> released{false};
   std::atomic<uint32_t> speed{0};
   const auto search = [&](const std::function<bool(uint32_t)>& cancelled) {
     for (uint32_t port = 0; port < 5; ++port) {
       if (cancelled(port)) return std::vector<uint32_t>{};
     }
-    waitFor([&] { return goOn || cancelled(5); });
+    waitFor([&] { return released || cancelled(5); });
     return cancelled(5) ? std::vector<uint32_t>{} : std::vector<uint32_t>{3};
   };
   context_.beginPortSearch = [&](uint32_t wanted) {
@@ -366,7 +366,7 @@ TEST_F(SettingsDialogs, PortSearchRunsBesideTheDialog) {
   EXPECT_EQ(windowText(opened.control(CONTROL_SEARCH_PORTS)), L"&Stop");
   EXPECT_FALSE(IsWindowEnabled(opened.control(IDOK)));
   EXPECT_EQ(speed, 9600u);
-  goOn = true;
+  released = true;
   const HWND box = messageOver(opened.window());
   EXPECT_EQ(windowText(GetDlgItem(box, 0xFFFF)), L"COM3 GPS Found!");
   PostMessageW(box, WM_COMMAND, IDOK, 0);
@@ -376,7 +376,7 @@ TEST_F(SettingsDialogs, PortSearchRunsBesideTheDialog) {
   EXPECT_EQ(windowText(opened.control(CONTROL_PORT)), L"COM3");
 
   // Stopped: the dialog goes on, silently.
-  goOn = false;
+  released = false;
   opened.click(CONTROL_SEARCH_PORTS);
   opened.click(CONTROL_SEARCH_PORTS);
   EXPECT_TRUE(waitFor([&] { return IsWindowEnabled(opened.control(IDOK)) != FALSE; }));

@@ -63,7 +63,7 @@ TEST_F(FinderDialogTest, TheReceiverFoundIsOfferedAndUsed) {
   ASSERT_TRUE(waitFor([&] {
     return cellText(GetDlgItem(dialog, FINDER_LIST), 1, 2).starts_with(L"NMEA at 38400 baud");
   }));
-  EXPECT_EQ(cellText(GetDlgItem(dialog, FINDER_LIST), 2, 2), L"Busy: another program holds it");
+  EXPECT_EQ(cellText(GetDlgItem(dialog, FINDER_LIST), 2, 2), L"In use by another program");
   press(IDOK);
   ASSERT_TRUE(choice.has_value());
   EXPECT_EQ(choice->port, "COM7");

@@ -45,7 +45,7 @@ TEST(SettingsFile, OneThatAnotherProgramHoldsIsNotOverwrittenWithDefaults) {
   Handle held = holdSettings(folder, 0);
   ASSERT_TRUE(held.isValid());
   Program program(L"", &folder);
-  const HWND told = dialogThatSays(program, L"Your settings in");
+  const HWND told = dialogThatSays(program, L"Cannot read your settings in");
   ASSERT_NE(told, nullptr);
   held = Handle();
   ASSERT_TRUE(press(told, IDOK));
@@ -65,7 +65,7 @@ TEST(SettingsFile, OneThatCanOnlyBeReadIsToldAndStaysAsItIs) {
   ASSERT_NE(window, nullptr);
   EXPECT_EQ(program.dialog(), nullptr) << "nothing to tell yet";
   ASSERT_TRUE(changePort(program, L"COM11"));
-  const HWND told = dialogThatSays(program, L"The settings cannot be written");
+  const HWND told = dialogThatSays(program, L"Cannot write the settings");
   ASSERT_NE(told, nullptr);
   ASSERT_TRUE(press(told, IDOK));
   EXPECT_EQ(folder.read("vgps.xml"), before);

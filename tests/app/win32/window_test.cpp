@@ -7,7 +7,7 @@
 #include "app/session/app_state.h"
 #include "app/win32/main_window.h"
 #include "app/win32/message_parameter.h"
-#include "app/win32/window_door.h"
+#include "app/win32/window_ui_thread.h"
 #include "display/palette.h"
 #include "display/readout_layout.h"
 #include "platform/location_sensor.h"
@@ -155,7 +155,7 @@ TEST(Window, ClosingEndsTheReader) {
   }
 }
 
-TEST(WindowDoor, ShuttingLetsAWaitingSenderGo) {
+TEST(WindowUiThread, ShuttingLetsAWaitingSenderGo) {
   enterTestDesktop();
   const HWND window = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
                                       GetModuleHandleW(nullptr), nullptr);
@@ -165,29 +165,29 @@ TEST(WindowDoor, ShuttingLetsAWaitingSenderGo) {
     DateTime utc() const override { return {}; }
     DateTime local() const override { return {}; }
   } clock;
-  WindowDoor door;
+  WindowUiThread uiThread;
   MainWindow mainWindow;
   struct Silent : Sounds {
     void play(const char*) override {}
   } sounds;
-  const AppState app(Platform{clock, sounds, door, mainWindow, makeSerialPort});
-  EXPECT_FALSE(door.send({.event = UiEvent::refresh})) << "not open yet";
-  door.open(window, app.fix);
+  const AppState app(Platform{clock, sounds, uiThread, mainWindow, makeSerialPort});
+  EXPECT_FALSE(uiThread.send({.event = UiEvent::refresh})) << "not open yet";
+  uiThread.open(window, app.fix);
   std::atomic<int> answer{-1};
   // This thread handles no messages, so the sender waits.
-  std::thread sender([&] { answer = door.send({.event = UiEvent::line, .text = "$GPGGA"}); });
+  std::thread sender([&] { answer = uiThread.send({.event = UiEvent::line, .text = "$GPGGA"}); });
   Sleep(100);
   EXPECT_EQ(answer, -1);
-  door.shut(2000);
+  uiThread.close(2000);
   sender.join();
   EXPECT_EQ(answer, 0) << "the window does not know the message";
-  EXPECT_FALSE(door.send({.event = UiEvent::refresh}));
+  EXPECT_FALSE(uiThread.send({.event = UiEvent::refresh}));
   DestroyWindow(window);
 }
 
 // What an earlier reader has on its way is a text or a record by its own protocol, not by that of
 // the source opened since: it must not even be looked at.
-TEST(WindowDoor, AMessageOfAnEarlierSourceIsNotRead) {
+TEST(WindowUiThread, AMessageOfAnEarlierSourceIsNotRead) {
   struct NoTime : Clock {
     uint32_t tick() const override { return 0; }
     DateTime utc() const override { return {}; }
@@ -196,14 +196,14 @@ TEST(WindowDoor, AMessageOfAnEarlierSourceIsNotRead) {
   struct Silent : Sounds {
     void play(const char*) override {}
   } sounds;
-  WindowDoor door;
+  WindowUiThread uiThread;
   MainWindow mainWindow;
-  AppState app(Platform{clock, sounds, door, mainWindow, makeSerialPort});
+  AppState app(Platform{clock, sounds, uiThread, mainWindow, makeSerialPort});
   app.gps.readers.generation = 2;
   const auto fix = reinterpret_cast<LPARAM>(&app.fix);
   const auto line = reinterpret_cast<WPARAM>(L"$GPRMC");
   for (const auto& [speaking, text] : {std::pair{1U, ""}, {2U, "$GPRMC"}, {0U, "$GPRMC"}}) {
-    app.gps.readers.speaking = speaking;
+    app.gps.readers.deliveringGeneration = speaking;
     std::string held;
     UiMessage message;
     EXPECT_TRUE(readUiMessage(0x466, line, fix, app.fix, held, message));

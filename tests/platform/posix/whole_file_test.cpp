@@ -34,7 +34,7 @@ TEST(WholeFile, BehindALinkTheRealFileBecomesAnother) {
   EXPECT_EQ(filesIn(folder / "real").size(), 2U) << "nothing is left beside";
   fs::create_symlink("round", folder / "round");
   EXPECT_FALSE(writeWholeFile(folder / "round", "x"));
-  EXPECT_EQ(writeFreeFile(folder / "round", "x"), FilePlacing::taken);
+  EXPECT_EQ(writeFreeFile(folder / "round", "x"), RenameResult::taken);
 }
 
 TEST(WholeFile, WhatIsNoRegularFileStays) {
@@ -44,7 +44,7 @@ TEST(WholeFile, WhatIsNoRegularFileStays) {
   fs::create_symlink("pipe", folder / "link");
   for (const std::string& path : {pipe, folder / "link"}) {
     EXPECT_FALSE(writeWholeFile(path, "x"));
-    EXPECT_EQ(writeFreeFile(path, "x"), FilePlacing::taken);
+    EXPECT_EQ(writeFreeFile(path, "x"), RenameResult::taken);
   }
   EXPECT_TRUE(fs::is_fifo(pipe));
   EXPECT_TRUE(fs::is_symlink(folder / "link"));

@@ -1,4 +1,4 @@
-#include "cli/log_reader.h"
+#include "app/session/log_reader.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "app/win32/dialog_file.h"
+#include "app/win32/file_chooser.h"
 
 #include <windows.h>
 
@@ -46,8 +46,9 @@ void beginIn(IFileOpenDialog& chooser, const std::string& folder) {
 }  // namespace
 
 std::optional<std::string> chooseExistingFile(HWND owner, std::string_view kind,
-                                              std::string_view pattern,
-                                              const std::string& current) {
+                                              std::string_view pattern, const std::string& current,
+                                              std::string_view title) {
+  const std::wstring caption = wideFromUtf8(title);
   const std::wstring filter = filterOf(kind, pattern);
   std::wstring path = fullPath(current);
   path.resize(kLongestPath, L'\0');
@@ -57,6 +58,7 @@ std::optional<std::string> chooseExistingFile(HWND owner, std::string_view kind,
   choice.lpstrFilter = filter.c_str();
   choice.lpstrFile = path.data();
   choice.nMaxFile = static_cast<DWORD>(path.size());
+  if (!caption.empty()) choice.lpstrTitle = caption.c_str();
   choice.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
   BOOL chosen = GetOpenFileNameW(&choice);
   // What stands in the box may be no name of a file at all.

@@ -12,7 +12,8 @@
 namespace vgps {
 
 std::optional<std::string> chooseExistingFile(HWND owner, std::string_view kind,
-                                              std::string_view pattern, const std::string& current);
+                                              std::string_view pattern, const std::string& current,
+                                              std::string_view title = {});
 std::optional<std::string> chooseExistingFolder(HWND owner, const std::string& current);
 
 }  // namespace vgps

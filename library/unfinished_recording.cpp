@@ -1,4 +1,4 @@
-#include "library/left_recording.h"
+#include "library/unfinished_recording.h"
 
 #include <utility>
 
@@ -8,14 +8,14 @@
 namespace vgps {
 namespace {}  // namespace
 
-JournalResult LeftRecording::open(const std::string& path) {
+JournalResult UnfinishedRecording::open(const std::string& path) {
   path_ = path;
   track_ = {};
   auto journal = std::make_unique<Journal>(settings_);
   RecoveredTrack found;
   const JournalResult result = journal->recover(path, found);
   damaged_ = found.damaged;
-  keptAs_ = found.keptAs;
+  backupPath_ = found.backupPath;
   if (result != JournalResult::open) return result;
   if (found.points.empty()) {
     journal->discard();
@@ -26,40 +26,40 @@ JournalResult LeftRecording::open(const std::string& path) {
   return result;
 }
 
-std::string LeftRecording::question() const {
+std::string UnfinishedRecording::question() const {
   const std::string text = textWith(Text::unfinishedTrack, std::to_string(points()));
   if (!damaged_) return text;
-  if (keptAs_.empty()) return text + " " + textWith(Text::partDamaged, path_);
-  return text + " " + textWith(Text::partDamagedKept, path_, keptAs_);
+  if (backupPath_.empty()) return text + " " + textWith(Text::partDamaged, path_);
+  return text + " " + textWith(Text::partDamagedKept, path_, backupPath_);
 }
 
-std::string LeftRecording::message(JournalResult result) const {
-  return journalMessage(result, path_, keptAs_);
+std::string UnfinishedRecording::message(JournalResult result) const {
+  return journalMessage(result, path_, backupPath_);
 }
 
-std::unique_ptr<Journal> LeftRecording::continueInto(Track& current) {
+std::unique_ptr<Journal> UnfinishedRecording::continueInto(Track& current) {
   current.points = std::exchange(track_.points, {});
   current.attachments.clear();
   current.pointNames.clear();
   return std::move(journal_);
 }
 
-LibraryResult LeftRecording::save(TrackLibrary& library, const RecordingOptions& options,
-                                  const DateTime& local) {
+LibraryResult UnfinishedRecording::save(TrackLibrary& library, const RecordingOptions& options,
+                                        const DateTime& local) {
   const LibraryResult result = library.add(track_, options, local);
   if (result != LibraryResult::done) return result;
-  if (damaged_ && keptAs_.empty()) {
+  if (damaged_ && backupPath_.empty()) {
     journal_.reset();
-    keptAs_ = moveAsBad(path_);
+    backupPath_ = moveAsBad(path_);
   } else {
     discard();
   }
   return result;
 }
 
-void LeftRecording::leave() { journal_.reset(); }
+void UnfinishedRecording::keepForLater() { journal_.reset(); }
 
-bool LeftRecording::discard() {
+bool UnfinishedRecording::discard() {
   const bool gone = journal_ == nullptr || journal_->discard();
   journal_.reset();
   return gone;

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "cli/replay_clock.h"
+#include "app/session/replay_clock.h"
 
 namespace vgps {
 

@@ -1,4 +1,4 @@
-#include "cli/log_clock.h"
+#include "app/session/log_clock.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "cli/replay_clock.h"
+#include "app/session/replay_clock.h"
 
 #include <gtest/gtest.h>
 

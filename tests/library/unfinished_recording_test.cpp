@@ -1,4 +1,4 @@
-#include "library/left_recording.h"
+#include "library/unfinished_recording.h"
 
 #include <gtest/gtest.h>
 
@@ -20,29 +20,29 @@ class Left : public testing::Test {
   TestFolder folder_;
   const std::string path_ = folder_ / kJournalName;
   const std::string libraryPath_ = folder_ / "tracks.xml";
-  LeftRecording left_;
+  UnfinishedRecording unfinished_;
 };
 
 TEST_F(Left, LaterLeavesItAsItWas) {
   leave(3);
   const std::string before = fileBytes(path_);
-  ASSERT_EQ(left_.open(path_), JournalResult::open);
-  EXPECT_EQ(left_.question(), "A track of 3 points was being recorded.");
-  LeftRecording second;
+  ASSERT_EQ(unfinished_.open(path_), JournalResult::open);
+  EXPECT_EQ(unfinished_.question(), "An unfinished recording was found. Points: 3.");
+  UnfinishedRecording second;
   EXPECT_EQ(second.open(path_), JournalResult::inUse);
-  EXPECT_NE(journalMessage(JournalResult::inUse, path_).find("in use by a running program"),
+  EXPECT_NE(journalMessage(JournalResult::inUse, path_).find("in use by another program"),
             std::string::npos);
-  left_.leave();
+  unfinished_.keepForLater();
   EXPECT_EQ(second.open(path_), JournalResult::open);
-  second.leave();
+  second.keepForLater();
   EXPECT_EQ(fileBytes(path_), before);
 }
 
 TEST_F(Left, WithoutAPointThereIsNothingToAsk) {
   putFile(path_, "");
-  EXPECT_EQ(left_.open(path_), JournalResult::missing);
+  EXPECT_EQ(unfinished_.open(path_), JournalResult::missing);
   EXPECT_FALSE(fileExists(path_));
-  EXPECT_EQ(left_.open(path_), JournalResult::missing);
+  EXPECT_EQ(unfinished_.open(path_), JournalResult::missing);
 }
 
 TEST_F(Left, WhatIsDamagedIsNeverDeleted) {
@@ -50,11 +50,11 @@ TEST_F(Left, WhatIsDamagedIsNeverDeleted) {
   std::string bytes = fileBytes(path_);
   bytes[kJournalHeader + 60] ^= 1;
   putFile(path_, bytes);
-  EXPECT_EQ(left_.open(path_), JournalResult::notAJournal);
+  EXPECT_EQ(unfinished_.open(path_), JournalResult::notAJournal);
   const std::string bad = folder_ / "vgpstrack.bad";
   EXPECT_EQ(fileBytes(bad), bytes);
-  EXPECT_EQ(left_.message(JournalResult::notAJournal),
-            "Nothing in " + path_ + " is readable. It is kept as " + bad + ".");
+  EXPECT_EQ(unfinished_.message(JournalResult::notAJournal),
+            "Nothing in " + path_ + " could be read. It was saved as " + bad + ".");
 }
 
 // Where there is no copy, what was saved keeps the file itself.
@@ -68,31 +68,31 @@ TEST_F(Left, SavedWithoutACopyTheJournalBecomesIt) {
     opening = FileOpening::refused;
     return mode == OpenMode::createNew ? nullptr : openExclusive(path, mode, opening);
   };
-  LeftRecording left(withoutRoom);
-  ASSERT_EQ(left.open(path_), JournalResult::open);
-  ASSERT_EQ(left.keptAs(), "");
+  UnfinishedRecording unfinished(withoutRoom);
+  ASSERT_EQ(unfinished.open(path_), JournalResult::open);
+  ASSERT_EQ(unfinished.backupPath(), "");
   TrackLibrary library;
   library.open(libraryPath_);
-  ASSERT_EQ(left.save(library, {}, kAddedAt), LibraryResult::done);
+  ASSERT_EQ(unfinished.save(library, {}, kAddedAt), LibraryResult::done);
   EXPECT_FALSE(fileExists(path_));
-  EXPECT_EQ(fileBytes(left.keptAs()), bytes);
+  EXPECT_EQ(fileBytes(unfinished.backupPath()), bytes);
 }
 
 TEST_F(Left, ContinuesIntoTheSameJournal) {
   leave(3);
-  ASSERT_EQ(left_.open(path_), JournalResult::open);
+  ASSERT_EQ(unfinished_.open(path_), JournalResult::open);
   Track current;
   current.attachments = {{0, "old"}};
-  const std::unique_ptr<Journal> journal = left_.continueInto(current);
+  const std::unique_ptr<Journal> journal = unfinished_.continueInto(current);
   ASSERT_EQ(current.points.size(), 3U);
   EXPECT_TRUE(current.attachments.empty());
   TrackPoint more = current.points.back();
   more.m = 4;
   journal->append(more);
   ASSERT_TRUE(journal->close());
-  ASSERT_EQ(left_.open(path_), JournalResult::open);
-  ASSERT_EQ(left_.points(), 4U);
-  EXPECT_EQ(left_.track().points[3].m, 4U);
+  ASSERT_EQ(unfinished_.open(path_), JournalResult::open);
+  ASSERT_EQ(unfinished_.points(), 4U);
+  EXPECT_EQ(unfinished_.track().points[3].m, 4U);
 }
 
 TEST_F(Left, TheJournalGoesOnlyWhenTheTrackIsSaved) {
@@ -103,16 +103,16 @@ TEST_F(Left, TheJournalGoesOnlyWhenTheTrackIsSaved) {
     const DyingDisk dying(steps);
     TrackLibrary library(dying.disk());
     library.open(libraryPath_);
-    ASSERT_EQ(left_.open(path_), JournalResult::open);
-    ASSERT_EQ(left_.points(), 3U);
-    const LibraryResult result = left_.save(library, {}, kAddedAt);
+    ASSERT_EQ(unfinished_.open(path_), JournalResult::open);
+    ASSERT_EQ(unfinished_.points(), 3U);
+    const LibraryResult result = unfinished_.save(library, {}, kAddedAt);
     if (result == LibraryResult::done) {
       ++saved;
       continue;
     }
     EXPECT_TRUE(fileExists(path_));
     EXPECT_FALSE(fileExists(libraryPath_));
-    left_.leave();
+    unfinished_.keepForLater();
   }
   EXPECT_EQ(saved, 1);
   EXPECT_FALSE(fileExists(path_));
@@ -121,8 +121,8 @@ TEST_F(Left, TheJournalGoesOnlyWhenTheTrackIsSaved) {
 
 TEST_F(Left, Discarded) {
   leave(3);
-  ASSERT_EQ(left_.open(path_), JournalResult::open);
-  EXPECT_TRUE(left_.discard());
+  ASSERT_EQ(unfinished_.open(path_), JournalResult::open);
+  EXPECT_TRUE(unfinished_.discard());
   EXPECT_FALSE(fileExists(path_));
 }
 
@@ -131,10 +131,11 @@ TEST_F(Left, DamageIsSaid) {
   std::string bytes = fileBytes(path_);
   bytes[kJournalHeader + kJournalPoint + 60] ^= 1;
   putFile(path_, bytes);
-  ASSERT_EQ(left_.open(path_), JournalResult::open);
-  EXPECT_EQ(left_.points(), 3U);
-  EXPECT_EQ(left_.question(), "A track of 3 points was being recorded. A part of " + path_ +
-                                  " is damaged; it is kept as " + folder_ / "vgpstrack.bad" + ".");
+  ASSERT_EQ(unfinished_.open(path_), JournalResult::open);
+  EXPECT_EQ(unfinished_.points(), 3U);
+  EXPECT_EQ(unfinished_.question(), "An unfinished recording was found. Points: 3. Part of " +
+                                        path_ + " is damaged. A copy was saved as " +
+                                        folder_ / "vgpstrack.bad" + ".");
 }
 
 }  // namespace

@@ -13,7 +13,7 @@ struct GpsFix;
 // The door as window messages, numbered as the events are. In a message for a line the first
 // parameter is the line as wide text, or the message record of a binary protocol, and the second
 // the address of the fix. Texts of other events travel the same way.
-class WindowDoor : public UiThread {
+class WindowUiThread : public UiThread {
  public:
   // What the window procedure answers to a message that it has handled.
   static constexpr LRESULT kHandled = 1;
@@ -26,12 +26,12 @@ class WindowDoor : public UiThread {
 
   // On the user-interface thread: nothing passes from now on, and who waits in `send` is let go.
   // Gives up after `timeoutMs`.
-  void shut(int timeoutMs);
+  void close(int timeoutMs);
 
  private:
   HWND window_ = nullptr;
   const GpsFix* fix_ = nullptr;
-  std::atomic<bool> shut_{true};
+  std::atomic<bool> closed_{true};
   std::atomic<int> underWay_{0};
 };
 

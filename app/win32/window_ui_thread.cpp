@@ -1,4 +1,4 @@
-#include "app/win32/window_door.h"
+#include "app/win32/window_ui_thread.h"
 
 #include <bit>
 #include <string>
@@ -34,15 +34,15 @@ class Count {
 
 }  // namespace
 
-void WindowDoor::open(HWND window, const GpsFix& fix) {
+void WindowUiThread::open(HWND window, const GpsFix& fix) {
   window_ = window;
   fix_ = &fix;
-  shut_ = false;
+  closed_ = false;
 }
 
-bool WindowDoor::send(const UiMessage& message) {
+bool WindowUiThread::send(const UiMessage& message) {
   const Count count(underWay_);
-  if (shut_) return false;
+  if (closed_) return false;
   std::wstring wide;
   WPARAM first = reinterpret_cast<WPARAM>(message.record);
   if (message.record == nullptr && carriesAddress(message.event)) {
@@ -53,9 +53,9 @@ bool WindowDoor::send(const UiMessage& message) {
                       reinterpret_cast<LPARAM>(fix_)) == kHandled;
 }
 
-void WindowDoor::post(const UiMessage& message) {
+void WindowUiThread::post(const UiMessage& message) {
   const Count count(underWay_);
-  if (shut_) return;
+  if (closed_) return;
   const Reading reading = {static_cast<float>(message.x), static_cast<float>(message.y)};
   PostMessageW(window_, static_cast<UINT>(message.event), std::bit_cast<WPARAM>(reading),
                static_cast<LPARAM>(message.generation));
@@ -63,8 +63,8 @@ void WindowDoor::post(const UiMessage& message) {
 
 // A sender that is waiting already is let go by taking its message out of the queue: handled where
 // the window still lives, refused by the system where it does not.
-void WindowDoor::shut(int timeoutMs) {
-  shut_ = true;
+void WindowUiThread::close(int timeoutMs) {
+  closed_ = true;
   const ULONGLONG start = GetTickCount64();
   while (underWay_ > 0 && GetTickCount64() - start < static_cast<ULONGLONG>(timeoutMs)) {
     MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_SENDMESSAGE);
@@ -88,7 +88,7 @@ bool readUiMessage(UINT number, WPARAM first, LPARAM second, const GpsFix& fix, 
   }
   if (second != reinterpret_cast<LPARAM>(&fix)) return false;
   const ReaderControl& readers = fix.state.readers;
-  message.generation = readers.speaking;  // the sender waits, so it is still its turn
+  message.generation = readers.deliveringGeneration;  // the sender waits, so it is still its turn
   if (!carriesAddress(message.event)) return true;
   if (first == 0) return false;
   // Another source was opened meanwhile, and its protocol tells nothing about this parameter.

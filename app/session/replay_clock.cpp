@@ -1,4 +1,4 @@
-#include "cli/replay_clock.h"
+#include "app/session/replay_clock.h"
 
 #include "base/number.h"
 #include "gps/sentence.h"
