@@ -9,7 +9,7 @@
 namespace vgps {
 namespace {
 
-using Action = GeoOptions::Action;
+using GeoAction = GeoOptions::Action;
 using Shared = std::shared_ptr<GeoOptions>;
 
 std::string lowered(std::string text) {
@@ -51,7 +51,7 @@ std::string ellipsoidList() {
 
 constexpr int kMostCorners = 100000;
 
-CLI::App* addQuestion(CLI::App& geo, const char* name, const char* does, Action action,
+CLI::App* addQuestion(CLI::App& geo, const char* name, const char* does, GeoAction action,
                       int positions, const Shared& options, Chosen& chosen) {
   CLI::App* const command = geo.add_subcommand(name, does);
   command
@@ -80,7 +80,7 @@ void addUnit(CLI::App& command, const Shared& options) {
 void addDestination(CLI::App& geo, const Shared& options, Chosen& chosen) {
   CLI::App* const command = addQuestion(
       geo, "destination", "The position reached from a start, a course, and a distance.",
-      Action::destination, 1, options, chosen);
+      GeoAction::destination, 1, options, chosen);
   command->add_option("--course", options->course, "Course in degrees true")
       ->required()
       ->check(plainNumber())
@@ -98,21 +98,21 @@ void addGrids(CLI::App& geo, const Shared& options, Chosen& chosen) {
   options->pairs = 3;
   CLI::App* const utm = addQuestion(
       geo, "utm", "Zone, easting, and northing in whole meters, for example 32U 687299 5332401.",
-      Action::utm, 1, options, chosen);
+      GeoAction::utm, 1, options, chosen);
   utm->add_option("--ellipsoid", options->ellipsoid, "Ellipsoid (default: 23, WGS-84)")
       ->transform(ellipsoidWord())
       ->option_text("N|NAME");
   utm->footer(ellipsoidList());
   CLI::App* const mgrs =
       addQuestion(geo, "mgrs", "MGRS grid reference on WGS-84, for example 32U PU 87299 32401.",
-                  Action::mgrs, 1, options, chosen);
+                  GeoAction::mgrs, 1, options, chosen);
   mgrs->add_option("--digits", options->digits,
                    "Digits each for easting and northing (default: 5, one meter)")
       ->check(CLI::Range(1, 5))
       ->option_text("1..5");
   CLI::App* const locator =
       addQuestion(geo, "locator", "Amateur radio grid locator, for example JN58sc.",
-                  Action::locator, 1, options, chosen);
+                  GeoAction::locator, 1, options, chosen);
   locator->add_option("--pairs", options->pairs, "Number of character pairs (default: 3)")
       ->check(CLI::Range(1, 5))
       ->option_text("1..5");
@@ -131,20 +131,20 @@ void addGeoCommand(CLI::App& program, Chosen& chosen) {
   const auto options = std::make_shared<GeoOptions>();
   addUnit(*addQuestion(geo, "distance",
                        "Surface distance. Swapping the two positions changes the result slightly.",
-                       Action::distance, 2, options, chosen),
+                       GeoAction::distance, 2, options, chosen),
           options);
   addQuestion(geo, "bearing",
               "Initial course from the first position to the second, in degrees true.",
-              Action::bearing, 2, options, chosen);
+              GeoAction::bearing, 2, options, chosen);
   addDestination(geo, options, chosen);
   addQuestion(geo, "area",
               "Area enclosed by three or more positions. The last is joined to the first.",
-              Action::area, 3, options, chosen)
+              GeoAction::area, 3, options, chosen)
       ->get_option("POSITIONS")
       ->expected(3, kMostCorners)
       ->description("Three or more corners in order, each as LAT,LON");
-  addQuestion(geo, "dms", "Latitude and longitude in degrees, minutes, and seconds.", Action::dms,
-              1, options, chosen);
+  addQuestion(geo, "dms", "Latitude and longitude in degrees, minutes, and seconds.",
+              GeoAction::dms, 1, options, chosen);
   addGrids(geo, options, chosen);
 }
 

@@ -24,7 +24,7 @@
 namespace vgps {
 namespace {
 
-using Action = RecoverOptions::Action;
+using RecoverAction = RecoverOptions::Action;
 
 constexpr int kInUse = 2;  // exit status
 
@@ -194,16 +194,16 @@ int continueRecording(UnfinishedRecording& unfinished, Recorder& recorder,
 
 int answer(UnfinishedRecording& unfinished, Recorder& recorder, const RecoverOptions& options) {
   switch (options.action) {
-    case Action::tell:
+    case RecoverAction::tell:
       say(unfinished.path() + ": " + unfinished.question());
       unfinished.keepForLater();
       return 0;
-    case Action::save: return saveRecording(unfinished, recorder);
-    case Action::discard:
+    case RecoverAction::save: return saveRecording(unfinished, recorder);
+    case RecoverAction::discard:
       if (!unfinished.discard()) return fail("cannot delete " + unfinished.path());
       say("Discarded " + pointsText(unfinished.points()) + ".");
       return 0;
-    case Action::continueRecording: return continueRecording(unfinished, recorder, options);
+    case RecoverAction::continueRecording: return continueRecording(unfinished, recorder, options);
   }
   return 0;
 }
@@ -223,15 +223,15 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
                    "the program)")
       ->check(nonEmptyName())
       ->option_text("FILE");
-  const auto action = [options](Action wanted) {
+  const auto action = [options](RecoverAction wanted) {
     return [options, wanted] { options->action = wanted; };
   };
-  CLI::Option* const save =
-      command->add_flag_callback("--save", action(Action::save), "Save it to the track library");
+  CLI::Option* const save = command->add_flag_callback("--save", action(RecoverAction::save),
+                                                       "Save it to the track library");
   CLI::Option* const discard =
-      command->add_flag_callback("--discard", action(Action::discard), "Delete it");
+      command->add_flag_callback("--discard", action(RecoverAction::discard), "Delete it");
   CLI::Option* const continueOption = command->add_flag_callback(
-      "--continue", action(Action::continueRecording),
+      "--continue", action(RecoverAction::continueRecording),
       "Continue recording until Ctrl+C, then save it to the track library");
   save->excludes(discard)->excludes(continueOption);
   discard->excludes(continueOption);
@@ -252,7 +252,8 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
 }
 
 int runRecover(const RecoverOptions& options) {
-  if (options.action == Action::continueRecording && options.port.empty() && !options.simulate) {
+  if (options.action == RecoverAction::continueRecording && options.port.empty() &&
+      !options.simulate) {
     return fail("--continue requires --port DEV or --simulate");
   }
   Place place(options.file);
@@ -274,7 +275,7 @@ int runRecover(const RecoverOptions& options) {
     const int status = result == JournalResult::open ? answer(unfinished, place.recorder, options)
                                                      : failedWith(result, unfinished);
     if (worst == 0) worst = status;
-    continued = options.action == Action::continueRecording &&
+    continued = options.action == RecoverAction::continueRecording &&
                 result == JournalResult::open;  // one is enough
   }
   if (found == 0) say("No unfinished recording was found in " + shownPath(place.folder) + ".");

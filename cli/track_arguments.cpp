@@ -7,10 +7,10 @@
 namespace vgps {
 namespace {
 
-using Action = TrackOptions::Action;
+using TrackAction = TrackOptions::Action;
 using Shared = std::shared_ptr<TrackOptions>;
 
-CLI::App* addEdit(CLI::App& track, const char* name, const char* does, Action action,
+CLI::App* addEdit(CLI::App& track, const char* name, const char* does, TrackAction action,
                   const Shared& options, Chosen& chosen) {
   CLI::App* const command = track.add_subcommand(name, does);
   command->callback([options, action, &chosen] {
@@ -37,8 +37,8 @@ void addOutput(CLI::App& command, const Shared& options) {
 
 void addSplit(CLI::App& track, const Shared& options, Chosen& chosen) {
   CLI::App* const command =
-      addEdit(track, "split", "Split a track in two. No point is in both parts.", Action::split,
-              options, chosen);
+      addEdit(track, "split", "Split a track in two. No point is in both parts.",
+              TrackAction::split, options, chosen);
   addFile(*command, options);
   command
       ->add_option("--at", options->at,
@@ -62,7 +62,7 @@ void addThin(CLI::App& track, const Shared& options, Chosen& chosen) {
               "Remove points: first those that are too close together, then those where the track "
               "does not turn. The second step keeps points with a mark, a status, or an "
               "attachment. Both ends are always kept.",
-              Action::thin, options, chosen);
+              TrackAction::thin, options, chosen);
   addFile(*command, options);
   addOutput(*command, options);
   command
@@ -80,8 +80,8 @@ void addThin(CLI::App& track, const Shared& options, Chosen& chosen) {
 
 void addTrim(CLI::App& track, const Shared& options, Chosen& chosen) {
   CLI::App* const command =
-      addEdit(track, "trim", "Keep only the part between two points or two times.", Action::trim,
-              options, chosen);
+      addEdit(track, "trim", "Keep only the part between two points or two times.",
+              TrackAction::trim, options, chosen);
   command->footer(
       "FROM and TO are point numbers, counted from 1, or local times:\n"
       "  vgps track trim Ride.XML -o Ride.XML --from 12 --to 340\n"
@@ -164,7 +164,7 @@ void addTrackCommand(CLI::App& program, Chosen& chosen) {
       "to it with the extension .bad.");
   const auto options = std::make_shared<TrackOptions>();
   CLI::App* const join =
-      addEdit(track, "join", "Join several tracks end to end.", Action::join, options, chosen);
+      addEdit(track, "join", "Join several tracks end to end.", TrackAction::join, options, chosen);
   join->add_option("FILES", options->files, "Two or more track files, in order")
       ->required()
       ->expected(2, 10000)
@@ -175,7 +175,7 @@ void addTrackCommand(CLI::App& program, Chosen& chosen) {
   CLI::App* const reverse =
       addEdit(track, "reverse",
               "Reverse the order of the points. Times, marks, and courses stay with their points.",
-              Action::reverse, options, chosen);
+              TrackAction::reverse, options, chosen);
   addFile(*reverse, options);
   addOutput(*reverse, options);
   addThin(track, options, chosen);

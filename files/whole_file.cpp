@@ -10,7 +10,7 @@
 namespace vgps {
 namespace {
 
-constexpr size_t kBlock = size_t{1} << 20;
+constexpr size_t kBufferBytes = size_t{1} << 20;
 
 // "vgps-0123456789abcdef.new", beside the file: short, so that it fits wherever a name does.
 // Programs that start at the same moment lie at different places in memory; should a name be taken
@@ -70,7 +70,7 @@ bool OutputFile::send(std::string_view bytes) {
 
 bool OutputFile::write(std::string_view bytes) {
   written_ += bytes.size();
-  if (buffer_.size() + bytes.size() < kBlock) {
+  if (buffer_.size() + bytes.size() < kBufferBytes) {
     buffer_ += bytes;
     return good_;
   }

@@ -10,13 +10,13 @@
 namespace vgps {
 namespace {
 
-constexpr std::string_view kMagic = "VGPSINDX";
-constexpr uint32_t kVersion = 2;
+constexpr std::string_view kIndexMagic = "VGPSINDX";
+constexpr uint32_t kIndexVersion = 2;
 constexpr uint32_t kOther = 1;  // flags
 constexpr uint32_t kDamaged = 2;
 constexpr size_t kLeastEntry = 120;  // bytes; more entries than that many fit are none
 
-class Writer {
+class IndexWriter {
  public:
   template <class Unsigned>
   void number(Unsigned value) {
@@ -38,9 +38,9 @@ class Writer {
 };
 
 // What is asked for past the end is 0, and said so.
-class Reader {
+class IndexReader {
  public:
-  explicit Reader(std::string_view bytes) : left_(bytes) {}
+  explicit IndexReader(std::string_view bytes) : left_(bytes) {}
   template <class Unsigned>
   Unsigned number() {
     const std::string_view bytes = raw(sizeof(Unsigned));
@@ -70,33 +70,33 @@ class Reader {
   bool failed_ = false;
 };
 
-void writeDate(Writer& out, const DateTime& t) {
+void writeDate(IndexWriter& out, const DateTime& t) {
   for (const uint16_t field :
        {t.year, t.month, t.dayOfWeek, t.day, t.hour, t.minute, t.second, t.millisecond}) {
     out.number(field);
   }
 }
 
-void readDate(Reader& in, DateTime& t) {
+void readDate(IndexReader& in, DateTime& t) {
   for (uint16_t* field :
        {&t.year, &t.month, &t.dayOfWeek, &t.day, &t.hour, &t.minute, &t.second, &t.millisecond}) {
     *field = in.number<uint16_t>();
   }
 }
 
-void writeStamp(Writer& out, const FileStamp& stamp) {
+void writeStamp(IndexWriter& out, const FileStamp& stamp) {
   out.number(stamp.size);
   out.number(static_cast<uint64_t>(stamp.time));
 }
 
-FileStamp readStamp(Reader& in) {
+FileStamp readStamp(IndexReader& in) {
   FileStamp stamp;
   stamp.size = in.number<uint64_t>();
   stamp.time = static_cast<int64_t>(in.number<uint64_t>());
   return stamp;
 }
 
-void writeEntry(Writer& out, const IndexEntry& entry) {
+void writeEntry(IndexWriter& out, const IndexEntry& entry) {
   const TrackSummary& summary = entry.summary;
   out.text(entry.file);
   writeStamp(out, entry.stamp);
@@ -114,7 +114,7 @@ void writeEntry(Writer& out, const IndexEntry& entry) {
   out.text(summary.name);
 }
 
-IndexEntry readEntry(Reader& in) {
+IndexEntry readEntry(IndexReader& in) {
   IndexEntry entry;
   TrackSummary& summary = entry.summary;
   entry.file = in.text();
@@ -143,7 +143,7 @@ bool mayBeReplaced(const std::string& path) {
   if (!fileStamp(path, stamp)) return !fileExists(path);
   std::string magic;
   InputFile file(path);
-  const bool same = file && file.readAt(0, kMagic.size(), magic) && magic == kMagic;
+  const bool same = file && file.readAt(0, kIndexMagic.size(), magic) && magic == kIndexMagic;
   return same || stamp.size == 0;
 }
 
@@ -158,9 +158,9 @@ void writeIndex(const std::string& path, const LibraryIndex& index, const Librar
 }
 
 std::string indexText(const LibraryIndex& index) {
-  Writer out;
-  out.raw(kMagic);
-  out.number(kVersion);
+  IndexWriter out;
+  out.raw(kIndexMagic);
+  out.number(kIndexVersion);
   writeStamp(out, index.document);
   out.number(index.endPlace);
   out.number(static_cast<uint32_t>(index.entries.size()));
@@ -172,9 +172,10 @@ bool readIndex(std::string_view bytes, LibraryIndex& index) {
   constexpr size_t kChecksum = 4;
   if (bytes.size() < kChecksum) return false;
   const std::string_view body = bytes.substr(0, bytes.size() - kChecksum);
-  if (Reader(bytes.substr(body.size())).number<uint32_t>() != checksumOf(body)) return false;
-  Reader in(body);
-  if (in.raw(kMagic.size()) != kMagic || in.number<uint32_t>() != kVersion) return false;
+  if (IndexReader(bytes.substr(body.size())).number<uint32_t>() != checksumOf(body)) return false;
+  IndexReader in(body);
+  if (in.raw(kIndexMagic.size()) != kIndexMagic || in.number<uint32_t>() != kIndexVersion)
+    return false;
   LibraryIndex read;
   read.document = readStamp(in);
   read.endPlace = in.number<uint64_t>();

@@ -25,7 +25,8 @@ mingw_includes() {
     sed -n '/^#include </,/^End/s/^ //p' | grep -v -E 'posix/include(-fixed)?$'
 }
 
-# tidy PRESET ROOM... [OPTION...]: clang-tidy over the rooms' sources as the preset builds them.
+# tidy PRESET ROOM... [OPTION...]: clang-tidy over the rooms' sources as the preset builds them,
+# but each on its own: clang cannot read the compiler's precompiled headers.
 tidy() {
   local preset=$1 rooms=() sources
   shift
@@ -33,12 +34,12 @@ tidy() {
     rooms+=("$1")
     shift
   done
-  cmake --preset "$preset" >"build/log/build-$preset.log" 2>&1 ||
+  cmake --preset "$preset" -B "build/check/$preset" -DVEXA_QUICK=OFF >"build/log/build-$preset.log" 2>&1 ||
     fail "configuring $preset failed: build/log/build-$preset.log"
   mapfile -t sources < <(for room in "${rooms[@]}"; do
     find "$room" -maxdepth 1 -name '*.cpp' 2>/dev/null
   done | sort)
   say "clang-tidy, ${rooms[*]}: ${#sources[@]} files"
   printf '%s\n' "${sources[@]}" |
-    xargs -P "$(nproc)" -n 1 clang-tidy -quiet -p "build/$preset" "$@" 2>>build/log/tidy.log
+    xargs -P "$(nproc)" -n 1 clang-tidy -quiet -p "build/check/$preset" "$@" 2>>build/log/tidy.log
 }

@@ -5,59 +5,63 @@ WINE_DIR=$PWD/build/windows/wine
 
 word_test() {
   no_more "$@"
-  local start=$SECONDS preset wine_start
+  local start=$SECONDS wine_start beside=()
   need build windows wine test
   rm -rf build/test
   mkdir -p build/test build/log
+  trap end_test EXIT
   build_preset windows
   # A new Wine prefix takes its time and little of the processor: it is made beside the builds.
-  trap stop_wine EXIT
   tests/wine/wine.sh start "$WINE_DIR" build/windows/bin/keepalive.exe \
     >build/log/wine.log 2>&1 </dev/null &
   wine_start=$!
   build_preset native
-  build_preset asan
-  build_preset tsan unit_tests program_tests  # the corpora know no threads
   place build/native/bin/vgps build/windows/bin/vgps.exe build/windows/bin/VexaGPS.exe
 
   groups_begin
-  run_side_by_side
+  test_native &
+  beside+=($!)
+  build_preset asan
+  test_asan &
+  beside+=($!)
+  build_preset tsan unit_tests program_tests
+  group gtest 'unit, tsan' unrandomised build/tsan/bin/unit_tests
+  wait "${beside[@]}"
   wait "$wine_start" || say "Wine did not start: build/log/wine.log"
-  run_one_by_one
+  test_alone
   say "$((SECONDS - start)) s, builds included"
   groups_end
 }
 
-# Groups that measure no time share the processors.
-run_side_by_side() {
-  local first second
-  {
-    group gtest 'unit' limited build/native/bin/unit_tests
-    group gtest 'unit, asan' limited build/asan/bin/unit_tests
-    group tap 'layering' limited tools/check_layering_test.sh
-  } &
-  first=$!
-  {
-    group gtest 'unit, tsan' unrandomised build/tsan/bin/unit_tests
-    group tap 'fuzz corpora' replay_corpora native
-    group tap 'fuzz corpora, asan' replay_corpora asan
-    group tap 'format' limited tools/check_format.sh
-  } &
-  second=$!
-  wait "$first" "$second"
+# Groups that measure no time run beside the next build.
+test_native() {
+  group gtest 'unit' limited build/native/bin/unit_tests
+  group tap 'layering' limited tools/check_layering_test.sh
+  group tap 'format' limited tools/check_format.sh
+}
+
+test_asan() {
+  group gtest 'unit, asan' limited build/asan/bin/unit_tests
+  group tap 'fuzz corpora, asan' replay_corpora asan
+  group gtest 'programs, asan' limited build/asan/bin/program_tests
 }
 
 # A receiver on a line is about time; only the optimised build is held to it. The windows share one
 # Wine server.
-run_one_by_one() {
-  local first
+test_alone() {
+  local tsan
   group gtest 'programs' limited build/native/bin/program_tests
-  group gtest 'programs, asan' limited build/asan/bin/program_tests &
-  first=$!
-  group gtest 'programs, tsan' unrandomised build/tsan/bin/program_tests
-  wait "$first"
+  group gtest 'programs, tsan' unrandomised build/tsan/bin/program_tests &
+  tsan=$!
   group gtest 'unit, Windows' in_wine unit_tests.exe
+  wait "$tsan"
   group gtest 'windows' in_wine window_tests.exe
+}
+
+# When a build fails, groups may still run beside it.
+end_test() {
+  wait
+  stop_wine
 }
 
 # The thread sanitizer's memory layout does not bear the address randomisation of newer kernels.

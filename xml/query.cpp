@@ -4,6 +4,7 @@
 #include "base/number.h"
 #include "xml/element.h"
 #include "xml/escape.h"
+#include "xml/tags.h"
 
 // Query: LEFT OPERATOR RIGHT, for example  ? == "Placemark"
 namespace vgps {
@@ -16,12 +17,10 @@ struct Condition {
   bool rightIsText = false;
 };
 
-constexpr std::string_view kBlanks = " \t\r\n";
-
 std::string_view trimmed(std::string_view text) {
-  const size_t first = text.find_first_not_of(kBlanks);
+  const size_t first = text.find_first_not_of(kXmlBlanks);
   if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+  return text.substr(first, text.find_last_not_of(kXmlBlanks) + 1 - first);
 }
 
 std::optional<Condition> parse(std::string_view expression) {

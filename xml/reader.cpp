@@ -4,6 +4,7 @@
 
 #include "base/scan.h"
 #include "xml/escape.h"
+#include "xml/tags.h"
 
 // <?xml ... ?>  <!DOCTYPE ... [ ... ]>  <!-- -->      outside the root
 // <name attribute="value" attribute="value">          opens an element
@@ -13,8 +14,6 @@
 namespace vgps {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n";
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 char* skipBlanks(char* p) { return scanPast<' ', '\t', '\r', '\n'>(p); }
 
 constexpr std::string_view kCdata = "<![CDATA[";
@@ -163,7 +162,7 @@ class Reader {
   void readText(char* p, char* end) {
     p = skipBlanks(p);
     if (p >= end) return;
-    while (isBlank(end[-1])) --end;
+    while (isXmlBlank(end[-1])) --end;
     addItem(XmlItemKind::content, p, end);
   }
 
@@ -244,8 +243,8 @@ class Reader {
         break;
       }
     }
-    const size_t first = joined.find_first_not_of(kBlanks);
-    joined.erase(joined.find_last_not_of(kBlanks) + 1).erase(0, first);
+    const size_t first = joined.find_first_not_of(kXmlBlanks);
+    joined.erase(joined.find_last_not_of(kXmlBlanks) + 1).erase(0, first);
     if (open_ == kNoRow) strayAt(run);
     if (open_ != kNoRow && !joined.empty()) {
       tree_.appendItem(open_, XmlItemKind::content, tree_.text.add(joined));
@@ -323,7 +322,7 @@ class Reader {
     while (*quote == '"') {
       char* const name = p + 1;
       char* const equals = scanTo<'=', '>'>(name);
-      const bool usual = *p == ' ' && *name != '/' && !isBlank(*name) && equals + 1 == quote;
+      const bool usual = *p == ' ' && *name != '/' && !isXmlBlank(*name) && equals + 1 == quote;
       if (!usual) return resume(readUnusualAttributes(p), marks);
       char* const close = nextInTag(marks);
       if (*close == '>') return close;

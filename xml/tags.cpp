@@ -12,8 +12,6 @@ constexpr size_t kBlock = size_t{1} << 17;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kCData = "<![CDATA[";
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
-
 }  // namespace
 
 TagReader::TagReader(std::string_view text)
@@ -46,7 +44,7 @@ bool TagReader::toTag() {
   do {
     const std::string_view left = rest();
     const size_t found = std::min(left.find('<'), left.size());
-    if (!text_) text_ = !std::all_of(left.begin(), left.begin() + found, isBlank);
+    if (!text_) text_ = !std::all_of(left.begin(), left.begin() + found, isXmlBlank);
     at_ += found;
     if (at_ < filled_) return true;
   } while (fill());
@@ -92,7 +90,7 @@ void TagReader::finishTag(TagMark& tag, size_t close) {
   const bool empty = !closing && bytes_[close - 1] == '/' && close - 1 >= nameAt;
   const size_t limit = empty ? close - 1 : close;
   size_t nameEnd = nameAt;
-  while (nameEnd < limit && !isBlank(bytes_[nameEnd]) && bytes_[nameEnd] != '/') ++nameEnd;
+  while (nameEnd < limit && !isXmlBlank(bytes_[nameEnd]) && bytes_[nameEnd] != '/') ++nameEnd;
   tag.kind = closing ? TagMark::Kind::close : empty ? TagMark::Kind::empty : TagMark::Kind::open;
   tag.name = {bytes_.data() + nameAt, nameEnd - nameAt};
   tag.begin = place();

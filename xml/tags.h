@@ -11,6 +11,7 @@
 namespace vgps {
 
 inline constexpr std::string_view kXmlBlanks = " \t\r\n";
+inline bool isXmlBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
 // One tag of a text.
 struct TagMark {

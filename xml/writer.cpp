@@ -128,10 +128,10 @@ inline uint64_t putIndent(uint64_t count, const Work&, uint32_t depth, bool) {
 }
 inline Place putIndent(Place out, const Work& work, uint32_t depth, bool spaces) {
   static constexpr char kTabs[] = "\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t";
-  static constexpr char kBlanks[] = "                ";
-  static_assert(sizeof kTabs == kSlack / 2 + 1 && sizeof kBlanks == sizeof kTabs);
+  static constexpr char kSpaces[] = "                ";
+  static_assert(sizeof kTabs == kSlack / 2 + 1 && sizeof kSpaces == sizeof kTabs);
   if (depth < sizeof kTabs) {
-    std::memcpy(out.at, spaces ? kBlanks : kTabs, kSlack / 2);
+    std::memcpy(out.at, spaces ? kSpaces : kTabs, kSlack / 2);
   } else {
     if (out.limit - out.at < static_cast<std::ptrdiff_t>(depth + kSlack)) {
       out = grown(work, out, depth);

@@ -90,10 +90,10 @@ TEST(LibraryKill, AtAnyMomentTheLibraryIsWhole) {
   const char* const wanted = std::getenv(kKillsVariable);
   const int kills = wanted != nullptr ? std::atoi(wanted) : 8;
   std::mt19937 random(std::random_device{}());
-  std::uniform_int_distribution<int> milliseconds(0, 150);
+  std::uniform_int_distribution<int> delay(0, 150);
   const TestFolder folder;
   for (int i = 0; i < kills; ++i) {
-    const int after = milliseconds(random);
+    const int after = delay(random);
     SCOPED_TRACE(std::to_string(i) + " after " + std::to_string(after));
     const std::string path = folder / (std::to_string(i) + (i % 2 == 0 ? ".xml" : ""));
     if (i % 2 != 0) std::filesystem::create_directories(path);
