@@ -5,6 +5,12 @@
 
 namespace vgps {
 
+// Spans of time in milliseconds.
+inline constexpr int32_t kSecondMs = 1000;
+inline constexpr int32_t kMinuteMs = 60 * kSecondMs;
+inline constexpr int32_t kHourMs = 60 * kMinuteMs;
+inline constexpr int32_t kDayMs = 24 * kHourMs;
+
 // A calendar date and time of day as receivers and the system clock give it.
 // Fields are stored as received: nothing here checks that a month is 1 to 12.
 struct DateTime {

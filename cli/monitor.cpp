@@ -7,6 +7,7 @@
 #include "app/session/connection.h"
 #include "app/session/on_line.h"
 #include "app/session/ui_mailbox.h"
+#include "base/date_time.h"
 #include "cli/commands.h"
 #include "cli/monitor_view.h"
 #include "cli/state_json.h"
@@ -17,7 +18,6 @@
 namespace vgps {
 namespace {
 
-constexpr uint32_t kSecondMs = 1000;
 // On a terminal what has changed is shown so much later at most.
 constexpr uint32_t kRefreshMs = 200;
 constexpr uint32_t kNoiseMs = 3000;

@@ -30,7 +30,7 @@ constexpr int kInUse = 2;  // exit status
 
 // Between tries to write, and between looks whether the user gives up.
 constexpr int kTryAgainMs = 3000;
-constexpr int kLookMs = 100;
+constexpr int kStopCheckMs = 100;
 
 std::string folderOf(const std::string& path) {
   const size_t separator = path.find_last_of("/\\");
@@ -139,10 +139,10 @@ class Ending {
     fail("cannot write to disk: " + pointsText(end_.unsavedPoints) +
          " not saved; retrying every 3 seconds. Press Ctrl+C to give up");
     do {
-      for (int waited = 0; waited < kTryAgainMs; waited += kLookMs) {
+      for (int waited = 0; waited < kTryAgainMs; waited += kStopCheckMs) {
         if (stopRequestWasDeferred())
           return fail("gave up: " + pointsText(end_.unsavedPoints) + " lost");
-        std::this_thread::sleep_for(std::chrono::milliseconds(kLookMs));
+        std::this_thread::sleep_for(std::chrono::milliseconds(kStopCheckMs));
       }
     } while (!isOver());
     return status_;

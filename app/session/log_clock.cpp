@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <chrono>
 
+#include "base/date_time.h"
 #include "base/number.h"
 #include "gps/sentence.h"
 
 namespace vgps {
 namespace {
-
-constexpr int64_t kMinuteMs = 60000;
-constexpr int64_t kDayMs = 24 * 60 * kMinuteMs;
 
 std::string_view fieldOf(const Sentence& sentence, size_t number) {
   const std::string_view field = sentence.fields.orEmpty(number);

@@ -1,15 +1,11 @@
 #include "app/session/replay_clock.h"
 
+#include "base/date_time.h"
 #include "base/number.h"
 #include "gps/sentence.h"
 
 namespace vgps {
 namespace {
-
-constexpr int32_t kSecondMs = 1000;
-constexpr int32_t kMinuteMs = 60 * kSecondMs;
-constexpr int32_t kHourMs = 60 * kMinuteMs;
-constexpr int32_t kDayMs = 24 * kHourMs;
 
 // hhmmss[.decimals] in milliseconds since midnight, -1 when it is none.
 int32_t timeOfDay(std::string_view field) {

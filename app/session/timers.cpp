@@ -4,14 +4,13 @@
 
 #include "app/session/app_state.h"
 #include "app/session/connection.h"
+#include "base/date_time.h"
 #include "base/texts.h"
 #include "platform/files.h"
 
 namespace vgps {
 namespace {
 
-constexpr uint32_t kMinuteMs = 60000;
-constexpr uint32_t kSecondMs = 1000;
 constexpr int32_t kTurnRepeats = 3;
 
 uint32_t everyMinute(const AppState&) { return kMinuteMs; }

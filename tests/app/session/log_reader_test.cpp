@@ -34,8 +34,8 @@ std::vector<std::string> pieces(const std::string& log, size_t portion, size_t b
   return found;
 }
 
-const std::string kEmptyMessage = "\xA0\xA2\0\0\0\0\xB0\xB3"s;
-const std::string kMessage = "\xA0\xA2\0\x05\r\n$\xA0\xA2\0\0\xB0\xB3"s;
+const std::string kEmptyBinary = "\xA0\xA2\0\0\0\0\xB0\xB3"s;
+const std::string kBinary = "\xA0\xA2\0\x05\r\n$\xA0\xA2\0\0\xB0\xB3"s;
 
 TEST(LogReader, Pieces) {
   const struct {
@@ -53,34 +53,34 @@ TEST(LogReader, Pieces) {
       {"no end on the last line", "a\r\nb", {"a", "b"}},
       {"only a CR at the very end", "a\nb\r", {"a", "b"}},
       {"zero bytes and bytes outside ASCII", "a\0b\xFF\n\0\n"s, {"a\0b\xFF"s, "\0"s}},
-      {"a message in front", kMessage + "a\r\n", {"<" + kMessage + ">", "a"}},
+      {"a message in front", kBinary + "a\r\n", {"<" + kBinary + ">", "a"}},
       {"messages back to back",
-       kEmptyMessage + kMessage,
-       {"<" + kEmptyMessage + ">", "<" + kMessage + ">"}},
+       kEmptyBinary + kBinary,
+       {"<" + kEmptyBinary + ">", "<" + kBinary + ">"}},
       {"text behind a message at once",
-       kEmptyMessage + "$GP\r\n" + kMessage + "\n",
-       {"<" + kEmptyMessage + ">", "$GP", "<" + kMessage + ">", ""}},
+       kEmptyBinary + "$GP\r\n" + kBinary + "\n",
+       {"<" + kEmptyBinary + ">", "$GP", "<" + kBinary + ">", ""}},
       {"a message's start inside a line is text", "a\xA0\xA2\0\0\n"s, {"a\xA0\xA2\0\0"s}},
       {"so is a whole one inside a sentence",
-       "$a" + kEmptyMessage + "\n" + kMessage,
-       {"$a" + kEmptyMessage, "<" + kMessage + ">"}},
+       "$a" + kEmptyBinary + "\n" + kBinary,
+       {"$a" + kEmptyBinary, "<" + kBinary + ">"}},
       {"bytes of no line before a message",
-       "\x05\xB0\xB3" + kMessage + kMessage,
-       {"\x05\xB0\xB3", "<" + kMessage + ">", "<" + kMessage + ">"}},
+       "\x05\xB0\xB3" + kBinary + kBinary,
+       {"\x05\xB0\xB3", "<" + kBinary + ">", "<" + kBinary + ">"}},
       {"a length that is too small",
-       "\xA0\xA2\0\x01xyz\0\0\xB0\xB3"s + kMessage,
-       {"\xA0\xA2\0\x01xyz\0\0\xB0\xB3"s, "<" + kMessage + ">"}},
+       "\xA0\xA2\0\x01xyz\0\0\xB0\xB3"s + kBinary,
+       {"\xA0\xA2\0\x01xyz\0\0\xB0\xB3"s, "<" + kBinary + ">"}},
       {"a length that is too great",
-       "\xA0\xA2\0\x09xyz\0\0\xB0\xB3"s + kMessage + kMessage,
-       {"\xA0\xA2\0\x09xyz\0\0\xB0\xB3"s, "<" + kMessage + ">", "<" + kMessage + ">"}},
+       "\xA0\xA2\0\x09xyz\0\0\xB0\xB3"s + kBinary + kBinary,
+       {"\xA0\xA2\0\x09xyz\0\0\xB0\xB3"s, "<" + kBinary + ">", "<" + kBinary + ">"}},
       {"one that leads beyond the end of the log",
-       "\xA0\xA2\x7F\x03xyz\0\0\xB0\xB3"s + kMessage + "a\n",
-       {"\xA0\xA2\x7F\x03xyz\0\0\xB0\xB3"s, "<" + kMessage + ">", "a"}},
+       "\xA0\xA2\x7F\x03xyz\0\0\xB0\xB3"s + kBinary + "a\n",
+       {"\xA0\xA2\x7F\x03xyz\0\0\xB0\xB3"s, "<" + kBinary + ">", "a"}},
       {"a damaged message with a line end in it",
-       "\xA0\xA2\0\x02x\r\nz\0\xB0\xB3"s + kMessage,
-       {"\xA0\xA2\0\x02x"s, "z\0\xB0\xB3"s, "<" + kMessage + ">"}},
+       "\xA0\xA2\0\x02x\r\nz\0\xB0\xB3"s + kBinary,
+       {"\xA0\xA2\0\x02x"s, "z\0\xB0\xB3"s, "<" + kBinary + ">"}},
       {"one byte of a start", "\xA0\n\xA0", {"\xA0", "\xA0"}},
-      {"a message cut short", kMessage.substr(0, 7), {"<" + kMessage.substr(0, 7) + ">"}},
+      {"a message cut short", kBinary.substr(0, 7), {"<" + kBinary.substr(0, 7) + ">"}},
       {"a message's header cut short", "\xA0\xA2\x01", {"<\xA0\xA2\x01>"}},
   };
   for (const auto& row : rows) {
