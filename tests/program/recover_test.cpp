@@ -41,7 +41,8 @@ TEST_F(Recover, TellsAndDiscards) {
   EXPECT_TRUE(says(done.output, "An unfinished recording was found. Points: 3.")) << done.output;
   EXPECT_EQ(fileBytes(journal_), before);
   EXPECT_TRUE(says(run({"--discard"}).output, "Discarded 12 points"));
-  EXPECT_TRUE(existingJournals(journal_).empty());
+  EXPECT_FALSE(fileExists(journal_));
+  EXPECT_FALSE(fileExists(folder_ / "vgpstrack-2.journal"));
   EXPECT_FALSE(fileExists(library_));
 }
 

@@ -64,7 +64,7 @@ class ForeignFiles : public testing::Test {
 TEST_F(ForeignFiles, TheSecondSaveGivesTheBytesOfTheFirst) {
   size_t parsed = 0;
   for (const auto& file : sharedFiles({"xml", "gpx", "kml", "loc"})) {
-    const std::string text = fileBytes(file);
+    const std::string text = fileBytes(file.string());
     for (const bool lenient : {false, true}) {
       XmlDocument document;
       if (document.Load(text, XmlLoadMode::text, {lenient})) ++parsed;
@@ -78,7 +78,7 @@ TEST_F(ForeignFiles, CutAnywhere) {
   constexpr size_t kEveryByteUpTo = 16000;
   constexpr size_t kSteps = 150;
   for (const auto& file : sharedFiles({"xml", "loc"})) {
-    const std::string text = fileBytes(file);
+    const std::string text = fileBytes(file.string());
     const size_t step = text.size() <= kEveryByteUpTo ? 1 : text.size() / kSteps;
     for (size_t length = 0; length < text.size(); length += step) {
       expectStable(std::string_view(text).substr(0, length), length % 2 != 0,
@@ -97,7 +97,7 @@ TEST_F(ForeignFiles, DamagedAnywhere) {
       "<",    ">",   "\"", "'",  "=",           "/",  "&",  "&#", "]]>",  "<![CDATA[",
       "<!--", "-->", "<?", "?>", "<!DOCTYPE [", "</", "/>", " ",  "\r\n", "\xFF"};
   for (const auto& file : sharedFiles({"xml", "loc"})) {
-    const std::string text = fileBytes(file);
+    const std::string text = fileBytes(file.string());
     if (text.empty()) continue;
     for (int round = 0; round < 60; ++round) {
       std::string damaged = text.substr(0, 20000);
