@@ -173,7 +173,7 @@ TEST_F(RecordingCommands, TheLibraryTakesNoPlaceOfAnother) {
     world.window.errors.clear();
     EXPECT_FALSE(tellLibrary(app, app.recorder.openLibrary())) << place;
     ASSERT_EQ(world.window.errors.size(), 1U) << place;
-    EXPECT_NE(world.window.errors[0].find("Choose another place"), std::string::npos) << place;
+    EXPECT_NE(world.window.errors[0].find("Choose another location"), std::string::npos) << place;
   }
   app.settings.trackStorePath = "vgpstrack-10.journal";
   EXPECT_TRUE(tellLibrary(app, app.recorder.openLibrary())) << "no recording lies there";
