@@ -13,7 +13,7 @@
 namespace vgps {
 namespace {
 
-class Recording : public testing::Test {
+class RecordingProgram : public testing::Test {
  protected:
   void SetUp() override {
     ASSERT_TRUE(line.isUp());
@@ -103,7 +103,7 @@ class Recording : public testing::Test {
   int epochs = 0;
 };
 
-TEST_F(Recording, NoKeepsTheProgramAndTheRecordingGoing) {
+TEST_F(RecordingProgram, NoKeepsTheProgramAndTheRecordingGoing) {
   const HWND question = askToClose();
   ASSERT_NE(question, nullptr);
   const auto style = GetWindowLongPtrW(GetDlgItem(question, IDNO), GWL_STYLE);
@@ -118,7 +118,7 @@ TEST_F(Recording, NoKeepsTheProgramAndTheRecordingGoing) {
   ASSERT_NE(askToClose(), nullptr) << "and so asks again";
 }
 
-TEST_F(Recording, YesAndYesSavesTheTrack) {
+TEST_F(RecordingProgram, YesAndYesSavesTheTrack) {
   const HWND question = askToClose();
   ASSERT_NE(question, nullptr);
   ASSERT_TRUE(press(question, IDYES));
@@ -130,14 +130,14 @@ TEST_F(Recording, YesAndYesSavesTheTrack) {
   EXPECT_FALSE(hasJournal()) << "the points are safe in the library";
 }
 
-TEST_F(Recording, LoggingOffAsksNothingAndKeepsThePoints) {
+TEST_F(RecordingProgram, LoggingOffAsksNothingAndKeepsThePoints) {
   EXPECT_NE(SendMessageW(window, WM_QUERYENDSESSION, 0, 0), 0);
   SendMessageW(window, WM_ENDSESSION, TRUE, 0);
   EXPECT_EQ(program->dialog(), nullptr);
   EXPECT_TRUE(hasJournal());
 }
 
-TEST_F(Recording, AfterACrashItIsOfferedAndGoesOn) {
+TEST_F(RecordingProgram, AfterACrashItIsOfferedAndGoesOn) {
   const HWND question = crashAndStart();
   ASSERT_NE(question, nullptr);
   EXPECT_NE(childWith(question, L"An unfinished recording was found. Points: 6."), nullptr);
@@ -148,7 +148,7 @@ TEST_F(Recording, AfterACrashItIsOfferedAndGoesOn) {
   ASSERT_NE(askToClose(), nullptr) << "it is being recorded again";
 }
 
-TEST_F(Recording, ClosingAtTheOfferKeepsThePoints) {
+TEST_F(RecordingProgram, ClosingAtTheOfferKeepsThePoints) {
   const HWND question = crashAndStart();
   ASSERT_NE(question, nullptr);
   ASSERT_TRUE(press(question, IDCANCEL)) << "Escape";
