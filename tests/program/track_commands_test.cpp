@@ -260,7 +260,7 @@ TEST_F(TrackCommands, WhatCannotBeDone) {
     Words words;
     std::string says;
   } rows[] = {
-      {{"info", path("none")}, "no file " + path("none")},
+      {{"info", path("none")}, "file not found: " + path("none")},
       {{"info", gpx}, gpx + " is not a track file"},
       {{"info", library}, library + " is not a track file"},
       {{"info", a, "--speed-unit", "mach"}, "mach is not one of kmh, knots, mps, mph"},
