@@ -33,10 +33,17 @@ class Eavesdropper {
     DWORD thread;
   };
 
-  explicit Eavesdropper(HWND window) {
+  explicit Eavesdropper(HWND window) : window_(window) {
     current = this;
     original = addressIn<std::remove_pointer_t<WNDPROC>>(
         SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
+  }
+
+  // The window's thread may be in `procedure` still, which needs nothing of this object then.
+  ~Eavesdropper() {
+    SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(original));
+    const std::lock_guard lock(mutex);
+    current = nullptr;
   }
 
   std::vector<Line> lines() {
@@ -47,16 +54,19 @@ class Eavesdropper {
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
     if (message == 0x466) {
-      const std::lock_guard lock(current->mutex);
-      current->heard.push_back({addressIn<const wchar_t>(first), second, InSendMessage() != FALSE,
-                                GetCurrentThreadId()});
+      const std::lock_guard lock(mutex);
+      if (current != nullptr) {
+        current->heard.push_back({addressIn<const wchar_t>(first), second, InSendMessage() != FALSE,
+                                  GetCurrentThreadId()});
+      }
     }
-    return CallWindowProcW(current->original, window, message, first, second);
+    return CallWindowProcW(original, window, message, first, second);
   }
 
+  static inline std::mutex mutex;  // of the two below
   static inline Eavesdropper* current = nullptr;
-  WNDPROC original = nullptr;
-  std::mutex mutex;
+  static inline WNDPROC original = nullptr;
+  const HWND window_;
   std::vector<Line> heard;
 };
 
