@@ -8,7 +8,7 @@
 namespace vgps {
 namespace {
 
-class Left : public testing::Test {
+class Unfinished : public testing::Test {
  protected:
   void leave(uint32_t points) {
     Journal journal;
@@ -23,7 +23,7 @@ class Left : public testing::Test {
   UnfinishedRecording unfinished_;
 };
 
-TEST_F(Left, LaterLeavesItAsItWas) {
+TEST_F(Unfinished, LaterLeavesItAsItWas) {
   leave(3);
   const std::string before = fileBytes(path_);
   ASSERT_EQ(unfinished_.open(path_), JournalResult::open);
@@ -38,14 +38,14 @@ TEST_F(Left, LaterLeavesItAsItWas) {
   EXPECT_EQ(fileBytes(path_), before);
 }
 
-TEST_F(Left, WithoutAPointThereIsNothingToAsk) {
+TEST_F(Unfinished, WithoutAPointThereIsNothingToAsk) {
   putFile(path_, "");
   EXPECT_EQ(unfinished_.open(path_), JournalResult::missing);
   EXPECT_FALSE(fileExists(path_));
   EXPECT_EQ(unfinished_.open(path_), JournalResult::missing);
 }
 
-TEST_F(Left, WhatIsDamagedIsNeverDeleted) {
+TEST_F(Unfinished, WhatIsDamagedIsNeverDeleted) {
   leave(1);
   std::string bytes = fileBytes(path_);
   bytes[kJournalHeader + 60] ^= 1;
@@ -58,7 +58,7 @@ TEST_F(Left, WhatIsDamagedIsNeverDeleted) {
 }
 
 // Where there is no copy, what was saved keeps the file itself.
-TEST_F(Left, SavedWithoutACopyTheJournalBecomesIt) {
+TEST_F(Unfinished, SavedWithoutACopyTheJournalBecomesIt) {
   leave(3);
   std::string bytes = fileBytes(path_);
   bytes[kJournalHeader + kJournalPoint + 60] ^= 1;
@@ -78,7 +78,7 @@ TEST_F(Left, SavedWithoutACopyTheJournalBecomesIt) {
   EXPECT_EQ(fileBytes(unfinished.backupPath()), bytes);
 }
 
-TEST_F(Left, ContinuesIntoTheSameJournal) {
+TEST_F(Unfinished, ContinuesIntoTheSameJournal) {
   leave(3);
   ASSERT_EQ(unfinished_.open(path_), JournalResult::open);
   Track current;
@@ -95,7 +95,7 @@ TEST_F(Left, ContinuesIntoTheSameJournal) {
   EXPECT_EQ(unfinished_.track().points[3].m, 4U);
 }
 
-TEST_F(Left, TheJournalGoesOnlyWhenTheTrackIsSaved) {
+TEST_F(Unfinished, TheJournalGoesOnlyWhenTheTrackIsSaved) {
   leave(3);
   int saved = 0;
   for (int steps = 0; saved == 0 && steps < 30; ++steps) {
@@ -119,7 +119,7 @@ TEST_F(Left, TheJournalGoesOnlyWhenTheTrackIsSaved) {
   EXPECT_EQ(contentsAt(libraryPath_), "Track 1 1,2,3");
 }
 
-TEST_F(Left, DamageIsSaid) {
+TEST_F(Unfinished, DamageIsSaid) {
   leave(4);
   std::string bytes = fileBytes(path_);
   bytes[kJournalHeader + kJournalPoint + 60] ^= 1;
