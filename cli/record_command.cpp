@@ -18,7 +18,7 @@ namespace {
 
 RecordingOptions optionsOf(const Settings& settings) {
   RecordingOptions options = recordingOptionsOf(settings);
-  options.manual = false;  // there is no user to ask for points
+  options.manual = false;  // no one can request points
   return options;
 }
 

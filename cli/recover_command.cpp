@@ -55,7 +55,7 @@ class Place : public RecorderHooks {
                .journal = pathsOf(folder).journal,
                .settings = path};
     recorder.options = recordingOptionsOf(settings);
-    recorder.options.manual = false;  // there is no user to ask for points
+    recorder.options.manual = false;  // no one can request points
   }
 
   RecorderPlaces places() const override { return places_; }

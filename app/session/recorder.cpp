@@ -79,24 +79,27 @@ LibraryOpening Recorder::openLibrary() {
   return opening;
 }
 
-// A file that was not written has told why already; the library says it by its result.
 bool Recorder::save(Track& ended) {
   const std::string file = hooks_.places().file;
-  if (!file.empty()) {
+  if (file.empty()) {
+    keeping_ = keepInLibrary([&] { return library.add(ended, options, clock_.local()); });
+  } else {
     const bool written = writeTrackFile(ended, file, options);
     keeping_.outcome = written ? Keeping::Outcome::kept : Keeping::Outcome::refused;
     if (!written) keeping_.result = LibraryResult::notWritten;
-    return written;
   }
-  keeping_.outcome = Keeping::Outcome::refused;
-  keeping_.library = openLibrary();
-  if (!keeping_.library.usable()) return false;
-  const std::string keptBefore = library.backupPath();
-  keeping_.result = library.add(ended, options, clock_.local());
-  if (library.backupPath() != keptBefore) keeping_.damagedBackupPath = library.backupPath();
-  if (keeping_.result != LibraryResult::done) return false;
-  keeping_.outcome = Keeping::Outcome::kept;
-  return true;
+  return keeping_.outcome == Keeping::Outcome::kept;
+}
+
+// `add` changes the library, which is open.
+Keeping Recorder::keepInLibrary(const std::function<LibraryResult()>& add) {
+  Keeping keeping{.outcome = Keeping::Outcome::refused, .library = openLibrary()};
+  if (!keeping.library.usable()) return keeping;
+  const std::string backupBefore = library.backupPath();
+  keeping.result = add();
+  if (library.backupPath() != backupBefore) keeping.damagedBackupPath = library.backupPath();
+  if (keeping.result == LibraryResult::done) keeping.outcome = Keeping::Outcome::kept;
+  return keeping;
 }
 
 JournalSettings Recorder::journalSettings() {
@@ -164,13 +167,7 @@ void Recorder::continueFrom(UnfinishedRecording& unfinished) {
 }
 
 Keeping Recorder::keepUnfinished(UnfinishedRecording& unfinished) {
-  Keeping keeping{.outcome = Keeping::Outcome::refused, .library = openLibrary()};
-  if (!keeping.library.usable()) return keeping;
-  const std::string keptBefore = library.backupPath();
-  keeping.result = unfinished.save(library, options, clock_.local());
-  if (library.backupPath() != keptBefore) keeping.damagedBackupPath = library.backupPath();
-  if (keeping.result == LibraryResult::done) keeping.outcome = Keeping::Outcome::kept;
-  return keeping;
+  return keepInLibrary([&] { return unfinished.save(library, options, clock_.local()); });
 }
 
 // What the journal holds counts, not what it was given: it is opened anew.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -148,6 +149,7 @@ class Recorder : private RecordingHooks {
   }
   bool askToSave() override { return !ask_ || hooks_.askToSave(); }
   bool save(Track& ended) override;
+  Keeping keepInLibrary(const std::function<LibraryResult()>& add);
   void trackChanged(Track&) override { hooks_.trackChanged(); }
   void pointRecorded(const TrackPoint& point) override;
   void flushPoints() override;

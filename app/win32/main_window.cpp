@@ -226,7 +226,7 @@ void MainWindow::onClose() {
   followState();
 }
 
-// The user logs off or the machine goes down, and nobody waits for answers: the recording's
+// The user logs off or the machine goes down, and a question would not be answered: the recording's
 // journal stays for the next start.
 // No point may come behind the journal's end: it would begin another one.
 void MainWindow::onEndOfSession() {
