@@ -11,12 +11,12 @@ inline constexpr int32_t kMinuteMs = 60 * kSecondMs;
 inline constexpr int32_t kHourMs = 60 * kMinuteMs;
 inline constexpr int32_t kDayMs = 24 * kHourMs;
 
-// A calendar date and time of day as receivers and the system clock give it.
-// Fields are stored as received: nothing here checks that a month is 1 to 12.
+// A calendar date and time of day, as a receiver or the system clock reports it. The fields are not
+// checked: a receiver may report month 13.
 struct DateTime {
   uint16_t year = 0;
   uint16_t month = 0;
-  uint16_t dayOfWeek = 0;  // 0 Sunday .. 6 Saturday; only clocks fill it
+  uint16_t dayOfWeek = 0;  // 0 Sunday .. 6 Saturday; only set by clocks
   uint16_t day = 0;
   uint16_t hour = 0;
   uint16_t minute = 0;
@@ -26,16 +26,17 @@ struct DateTime {
   bool operator==(const DateTime&) const = default;
 };
 
-// Whether a clock shows this: a day of the calendar from the year 1 on, and 0:00:00 to 23:59:59.
+// Returns true for an existing calendar date (year 1 or later) with a time from 0:00:00 to
+// 23:59:59.
 bool isCalendarTime(const DateTime& time);
 
-// Reads a text of this form, in which Y, M, D, h, m and s stand for one digit each of year, month,
-// day, hour, minute and second, and every other character for itself. False when it does not fit;
-// the numbers are not checked.
+// Reads `text` according to `form`, for example "YYYY-MM-DD hh:mm:ss": Y, M, D, h, m, and s each
+// stand for one digit, any other character for itself. Returns false if the text does not match.
+// The values are not range-checked.
 bool readDateTime(std::string_view text, std::string_view form, DateTime& out);
 
-// The time of day of `time` moved by -`offsetMinutes`, in hour and minute only, modulo 24 hours.
-// UTC minus the UTC offset of a place (minutes, negative east of Greenwich) is its local time.
+// Subtracts `offsetMinutes` from the time of day, modulo 24 hours; the date stays the same. With
+// UTC and a UTC offset (minutes, negative east of Greenwich) the result is the local time.
 DateTime timeOfDayMinusMinutes(const DateTime& time, int32_t offsetMinutes);
 
 }  // namespace vgps

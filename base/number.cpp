@@ -28,8 +28,8 @@ constexpr uint64_t kWholePowersOfTen[] = {1,
                                           100000000000000,
                                           1000000000000000};
 
-// Whether the digits from `begin` to `end`, known to be out of a double's range, are too large
-// (rather than too small): by the written exponent, or without one by a digit before the point.
+// For a number that is out of a double's range: whether it is too large, rather than too small. The
+// sign of the exponent tells; without an exponent, a nonzero digit before the point.
 bool isTooLarge(std::string_view digits) {
   const size_t e = digits.find_first_of("eE");
   if (e != std::string_view::npos) return digits[e + 1] != '-';
@@ -38,8 +38,8 @@ bool isTooLarge(std::string_view digits) {
 
 __extension__ using Wide = unsigned __int128;
 
-// |value| * 10^decimals rounded to a whole number, ties to even: exactly what printf's digits say.
-// False where the product does not fit.
+// |value| * 10^decimals as a whole number, ties to even, so that the digits match printf's. Returns
+// false if the product does not fit.
 bool scaleExactly(double value, int decimals, uint64_t& out) {
   constexpr int kMostDecimals = 15;
   constexpr int kMantissaBits = 52;
@@ -64,7 +64,7 @@ bool scaleExactly(double value, int decimals, uint64_t& out) {
   return true;
 }
 
-// "-123.456" of sign, 123456 and 3.
+// Writes "-123.456" from the sign, 123456, and 3.
 char* writeScaled(char* out, bool negative, uint64_t scaled, int decimals) {
   if (negative) *out++ = '-';
   const uint64_t power = kWholePowersOfTen[decimals];
@@ -86,7 +86,7 @@ double slowDouble(const char* begin, const char* end) {
 }
 
 struct Whole {
-  uint64_t magnitude = 0;  // the nearest there is when the digits say more
+  uint64_t magnitude = 0;  // the largest possible if there are too many digits
   bool negative = false;
 };
 
@@ -132,7 +132,7 @@ double anyLeadingDouble(std::string_view text) {
   while (p != end && isBlank(*p)) ++p;
   bool negative = false;
   if (p != end && (*p == '-' || *p == '+')) negative = *p++ == '-';
-  // The rest is left to the library, but for words: a number begins with a digit here.
+  // The standard library reads the rest, but it also accepts words: require a digit here.
   const char* const first = p != end && *p == '.' ? p + 1 : p;
   if (first == end || !isDigit(*first)) return 0;
   const bool plain = p == text.data();

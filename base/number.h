@@ -5,21 +5,21 @@
 #include <string>
 #include <string_view>
 
-// Reading and writing numbers without the locale: a comma as decimal sign in the user's
-// region must never change what a receiver or a file said.
+// Reads and writes numbers independently of the locale: a region with a decimal comma must not
+// change the values from a receiver or a file.
 namespace vgps {
 
 constexpr bool isDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 
-// What `leadingInt` and `leadingDouble` say, for any text. They themselves are short enough to
-// stand in the middle of a parser, and ask these for whatever does not begin with plain digits.
+// The general case of `leadingInt` and `leadingDouble`. Those two are short enough to inline into a
+// parser, and call these for any text that does not start with plain digits.
 int32_t anyLeadingInt(std::string_view text);
 double anyLeadingDouble(std::string_view text);
 
-// The whole number at the start of `text`: blanks, a sign, digits; 0 when there is none.
-// Out of range gives the nearest 32-bit value.
+// The whole number at the start of `text`: blanks, a sign, digits. Returns 0 without digits, and
+// the nearest 32-bit value if the number is out of range.
 inline int32_t leadingInt(std::string_view text) {
-  constexpr size_t kSurelyInRange = 9;  // digits
+  constexpr size_t kSurelyInRange = 9;  // digits that always fit 32 bits
   uint32_t value = 0;
   size_t digits = 0;
   for (; digits < text.size() && isDigit(text[digits]); ++digits) {
@@ -29,20 +29,20 @@ inline int32_t leadingInt(std::string_view text) {
   return static_cast<int32_t>(value);
 }
 
-// The same in 64 bits. A negative text wraps in the unsigned one, as "%llu" reads it.
+// The same in 64 bits. The unsigned version wraps a negative number, like "%llu".
 int64_t leadingInt64(std::string_view text);
 uint64_t leadingUint64(std::string_view text);
 
 // Powers of ten that a double holds exactly.
 inline constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                           1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-// Up to this many digits a whole number fits a double exactly, and so one division by an exact
-// power of ten is correctly rounded (Clinger, "How to read floating point numbers accurately").
+// A whole number of up to this many digits fits a double exactly, so that dividing it once by an
+// exact power of ten rounds correctly (Clinger, "How to read floating point numbers accurately").
 inline constexpr size_t kExactDigits = 15;
 
 // The decimal number at the start of `text`: blanks, a sign, digits with an optional point, an
-// optional exponent; 0 when there is none. Correctly rounded. Words ("nan", "inf") and
-// hexadecimal digits are not numbers here: a receiver that sends them has no value to report.
+// optional exponent. Returns 0 without a number. Correctly rounded. Words ("nan", "inf") and
+// hexadecimal digits do not count as numbers: a receiver that sends them has no value to report.
 inline double leadingDouble(std::string_view text) {
   const char* p = text.data();
   const char* const end = p + text.size();
@@ -62,18 +62,20 @@ inline double leadingDouble(std::string_view text) {
   return decimals == 0 ? value : value / kPowersOfTen[decimals];
 }
 
-// Reads at most `width` characters (a sign counts, leading blanks do not) as a whole number from
-// the start of `rest` and moves `rest` behind it. False, `rest` past the blanks, when there is no
-// digit. A negative or large number wraps into 16 bits, like "%hu" of the C library does.
+// Reads a whole number of at most `width` characters (including the sign, not the leading blanks)
+// from the start of `rest` and advances `rest` past it. Returns false if there is no digit; then
+// only the blanks are skipped. A negative or large number wraps to 16 bits, like "%hu" of the C
+// library.
 bool scanUint16(std::string_view& rest, int width, uint16_t& out);
 
 std::string decimalText(int64_t value);
 std::string decimalText(uint64_t value);
 
-// `value` with exactly `decimals` digits after the point (0 to 30): the digits of printf's "%.Nf".
+// `value` with exactly `decimals` digits after the point (0 to 30), the same digits as printf's
+// "%.Nf".
 std::string fixedText(double value, int decimals);
 
-// The same into `out`, which has room for kLongestFixedText bytes; the end of what was written.
+// Writes the same text to `out`, which has room for kLongestFixedText bytes. Returns its end.
 constexpr size_t kLongestFixedText = 360;
 char* writeFixed(char* out, double value, int decimals);
 

@@ -5,15 +5,15 @@
 #include <cstdint>
 #include <cstring>
 
-// Scanning text for a few characters at a time. Everything here wants a byte that ends the scan to
-// be there, and reads up to kScanSlack bytes behind it.
+// Searches text for a few characters, 16 bytes at a time. The text must contain a byte that ends
+// the scan, and kScanSlack bytes after that byte must be readable.
 namespace vgps {
 
 constexpr size_t kScanSlack = 64;
 
 namespace scan {
 
-// One bit for each of the sixteen bytes at `p` that is one of `chars`.
+// One bit for each of the 16 bytes at `p` that is in `chars`.
 template <char... chars>
 inline uint32_t matches16(const char* p) {
 #if defined(__SSE2__)
@@ -31,7 +31,7 @@ inline uint32_t matches16(const char* p) {
 
 }  // namespace scan
 
-// The first byte at or behind `p` that is one of `chars`.
+// The first byte at or after `p` that is in `chars`.
 template <char... chars>
 inline char* scanTo(char* p) {
   for (;; p += 16) {
@@ -40,7 +40,7 @@ inline char* scanTo(char* p) {
   }
 }
 
-// The first byte at or behind `p` that is none of `chars`.
+// The first byte at or after `p` that is not in `chars`.
 template <char... chars>
 inline char* scanPast(char* p) {
   for (;; p += 16) {
@@ -49,14 +49,14 @@ inline char* scanPast(char* p) {
   }
 }
 
-// Walks over the bytes of a text that are one of `chars`, 64 bytes looked at together. The next
-// step does not wait for what is done with the last one, unlike a chain of `scanTo`.
+// Iterates over the bytes of a text that are in `chars`, examining 64 bytes at once. Unlike a chain
+// of `scanTo`, finding the next one does not depend on what the caller did with the last one.
 template <char... chars>
 class Marks {
  public:
   explicit Marks(char* p) { seek(p); }
 
-  // `next` gives the first mark at or behind `p`.
+  // The next call of `next` returns the first mark at or after `p`.
   void seek(char* p) {
     block_ = p;
     look();

@@ -4,8 +4,8 @@
 
 namespace vgps {
 
-// The screens of the program by their numbers, which settings and other programs know. The command
-// that shows one is 200 and its number, but for the 3D map, whose command is its projection's.
+// The screens by number, as used in the settings and by other programs. The command that shows a
+// screen is 200 plus its number, except for the 3D map, which has the command of its projection.
 enum class Screen : int32_t {
   gps = 1,
   map = 4,

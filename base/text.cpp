@@ -9,8 +9,8 @@ constexpr char32_t kReplacement = 0xFFFD;
 
 constexpr bool isSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDFFF; }
 
-// Takes one code point off the front of `rest`; a byte that starts no valid sequence (cut short,
-// overlong, surrogate, beyond the last plane) is taken alone as U+FFFD.
+// Removes the first code point from `rest`. A byte that does not start a valid sequence (truncated,
+// overlong, surrogate, beyond the last plane) counts as one U+FFFD.
 char32_t takeCodePoint(std::string_view& rest) {
   const auto byteAt = [&](size_t i) { return static_cast<uint8_t>(rest[i]); };
   const uint8_t lead = byteAt(0);

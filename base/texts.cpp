@@ -26,7 +26,7 @@ constexpr bool numbersAscend() {
 }
 static_assert(numbersAscend());
 
-// Of the language library, beside the English ones; empty where it has none.
+// The texts of the language library, parallel to kTexts; empty to show the English one.
 using Translations = std::array<std::string, std::size(kTexts)>;
 
 Translations& translations() {
@@ -34,7 +34,7 @@ Translations& translations() {
   return texts;
 }
 
-// Replaces the first "%s", "%u" or "%i" at or behind `from`; where the rest begins.
+// Replaces the first "%s", "%u", or "%i" at or after `from`. Returns the position after it.
 size_t replaceNext(std::string& text, size_t from, std::string_view value) {
   const size_t percent = text.find('%', from);
   if (percent == std::string::npos) return text.size();
@@ -42,7 +42,7 @@ size_t replaceNext(std::string& text, size_t from, std::string_view value) {
   return percent + value.size();
 }
 
-// The first one with that number or a higher one.
+// The first row with this number or a higher one.
 const Row* firstFrom(Text text) {
   return std::lower_bound(std::begin(kTexts), std::end(kTexts), text,
                           [](const Row& row, Text wanted) { return row.text < wanted; });

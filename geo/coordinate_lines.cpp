@@ -11,7 +11,7 @@ namespace vgps {
 namespace {
 
 std::string wholeMetres(double metres) {
-  constexpr double kMost = 4294967295.0;  // of latitudes beyond the poles
+  constexpr double kMost = 4294967295.0;  // latitudes beyond the poles can exceed it
   return std::to_string(metres > 0 ? static_cast<uint32_t>(std::min(metres, kMost)) : 0U);
 }
 

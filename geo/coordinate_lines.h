@@ -17,8 +17,9 @@ struct CoordinateLines {
   std::string z;  // "Z: 545.00m"
 };
 
-// The three lines of the position display. Degrees and metres; `format` is a PositionFormat (others
-// show degrees, minutes and seconds), `altitudeUnit` an AltitudeUnit, `ellipsoid` an index.
+// The three lines of the position display. Takes degrees and meters. `format` is a PositionFormat
+// (any other value shows degrees, minutes, and seconds), `altitudeUnit` an AltitudeUnit, and
+// `ellipsoid` an index into ellipsoids().
 CoordinateLines coordinateLines(double longitude, double latitude, double altitude, int32_t format,
                                 int32_t altitudeUnit, int32_t ellipsoid);
 

@@ -8,7 +8,7 @@
 namespace vgps {
 namespace {
 
-// The 32-bit rounding of 0.001, as a position's distance from 0,0 is compared.
+// 0.001 rounded to 32 bits, like the coordinates it is compared with.
 constexpr double kNoPositionDegrees = 0.0010000000474974513;
 
 float radians(float degrees) { return static_cast<float>(degrees * kRadiansPerDegree); }
@@ -21,7 +21,7 @@ double kilometresBetween(float lon1, float lat1, float lon2, float lat2) {
   const double dLambda = static_cast<double>(radians(lon2)) - radians(lon1);
   const double a =
       square(std::sin(dPhi / 2)) + square(std::cos(phi1)) * square(std::sin(dLambda / 2));
-  // With the first cosine squared, a can exceed 1: that is the other side of the earth.
+  // Because the first cosine is squared, `a` can exceed 1: the point on the far side of the earth.
   const double rest = a > 1 ? 0 : 1 - a;
   return 2 * std::atan2(std::sqrt(a), std::sqrt(rest)) * kEarthRadiusKm;
 }

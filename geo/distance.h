@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-// Distances on a sphere of radius 6371.0 km, with the program's own precision: inputs are degrees
-// as 32-bit floats, radians are 32-bit floats too. Stored tracks and arrival tests depend on it.
+// Distances on a sphere of radius 6371.0 km, in reduced precision: inputs are degrees as 32-bit
+// floats, and so are radians. Stored tracks and arrival tests depend on these exact values.
 namespace vgps {
 
 // pi/180 rounded to 32 bits.
@@ -13,36 +13,36 @@ inline constexpr double kEarthRadiusKm = 6371.0;
 struct Position {
   double x = 0;  // longitude, degrees, east positive
   double y = 0;  // latitude, degrees, north positive
-  double z = 0;  // metres above mean sea level
+  double z = 0;  // meters above mean sea level
 };
 
-// Unit -1 stands for the one that the display uses; `distanceInUnit` knows the others.
+// Stands for the display's unit; `distanceInUnit` lists the other units.
 inline constexpr int32_t kDisplayUnit = -1;
 
-// Within a thousandth of a degree of 0,0 there is no position: it is never recorded, drawn or
-// written.
+// A position within a thousandth of a degree of 0,0 means "no position" and is never recorded,
+// drawn, or written.
 bool isNoPosition(double longitude, double latitude);
 
-// Surface distance by the haversine formula, but with the square of the first latitude's cosine
-// where the textbook (Sinnott, "Virtues of the Haversine") has the product of both: so the
-// distance depends a little on which point comes first. Degrees; the result in `unit`, 0 for an
-// unknown unit. `displayUnit` is taken where `unit` is kDisplayUnit.
+// Surface distance by the haversine formula, except that it uses the square of the first latitude's
+// cosine instead of the product of both cosines (Sinnott, "Virtues of the Haversine"). The distance
+// therefore depends slightly on the order of the points. Takes degrees. Returns the distance in
+// `unit`, or in `displayUnit` if `unit` is kDisplayUnit; 0 for an unknown unit.
 double surfaceDistance(float lon1, float lat1, float lon2, float lat2, int32_t unit,
                        int32_t displayUnit);
 
-// With the difference of altitude (metres) as the other side of a right angle.
+// Surface distance and difference of altitude (meters) combined as the sides of a right triangle.
 double distance3d(float x1, float y1, float z1, float x2, float y2, float z2, int32_t unit,
                   int32_t displayUnit);
 
-// A surface distance and the height between its ends (metres), both in kilometres: what distance3d
-// makes of them, for those who have the surface distance already.
+// The same as distance3d, for callers that already have the surface distance. Takes kilometers and
+// altitudes in meters; returns kilometers.
 double slantKilometres(double surfaceKilometres, float z1, float z2);
 
 double pointDistance(const Position& first, const Position& second, int32_t unit,
                      int32_t displayUnit, bool withAltitude);
 
-// Whole seconds for `kilometres` at `metresPerSecond`, toward zero; -1 when standing. A time that
-// 64 bits cannot hold gives the nearest that they can.
+// Whole seconds to cover `kilometres` at `metresPerSecond`, truncated; -1 if not moving. A time
+// that does not fit 64 bits is clamped.
 int64_t secondsToGo(double kilometres, double metresPerSecond);
 
 }  // namespace vgps

@@ -22,7 +22,7 @@ DegreesMinutesSeconds dmsFromDegrees(double degrees, AngleKind kind) {
   dms.hemisphere = hemisphereOf(negative, kind);
   dms.sign = negative ? -1 : 1;
   const double value = std::fabs(degrees);
-  if (!(value < 4294967296.0)) return dms;  // no angle
+  if (!(value < 4294967296.0)) return dms;  // not an angle
   dms.degrees = static_cast<uint32_t>(value);
   const auto fraction = static_cast<float>(value - dms.degrees);
   const float minutes = fraction * 60;

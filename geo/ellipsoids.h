@@ -6,11 +6,11 @@
 
 namespace vgps {
 
-// A figure of the earth. Its place in the list is what settings store.
+// A reference ellipsoid. Settings store its index in the list.
 struct Ellipsoid {
   int32_t identifier;
-  const char* name;         // trailing blanks belong to it
-  double equatorialRadius;  // metres
+  const char* name;         // includes trailing blanks
+  double equatorialRadius;  // meters
   double eccentricitySquared;
 };
 
@@ -19,7 +19,7 @@ inline constexpr int32_t kWgs84 = 23;
 
 std::span<const Ellipsoid, kEllipsoids> ellipsoids();
 
-// The row of a stored index; WGS-84 for the placeholder and for anything outside the list.
+// The ellipsoid with a stored index; WGS-84 for the placeholder row and for an index out of range.
 const Ellipsoid& ellipsoidOf(int32_t index);
 
 }  // namespace vgps

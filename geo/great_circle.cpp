@@ -17,10 +17,11 @@ double between0And360(double degrees) {
   return positive >= 360 ? 0 : positive;
 }
 
-// The change of longitude the short way round, -180 to 180 degrees.
+// The change of longitude by the shorter way around, -180 to 180 degrees.
 double longitudeStep(double from, double to) { return between0And360(to - from + 180) - 180; }
 
-// Great-circle angle between two positions, radians; the haversine form is good for small ones.
+// Great-circle angle between two positions, radians. The haversine form stays accurate for small
+// angles.
 double angleBetween(const Position& a, const Position& b) {
   const double sinY = std::sin((b.y - a.y) * kRadian / 2);
   const double sinX = std::sin((b.x - a.x) * kRadian / 2);
@@ -56,7 +57,7 @@ TrackOffset offsetFromLeg(const Position& start, const Position& end, const Posi
   const double distance = angleBetween(start, position);
   const double turn = (initialBearing(start, position) - initialBearing(start, end)) * kRadian;
   const double across = std::asin(std::sin(distance) * std::sin(turn));
-  // Not by the arc cosine, which sees no difference between short ways.
+  // The arc cosine would lose short distances to rounding.
   const double along = std::atan2(std::sin(distance) * std::cos(turn), std::cos(distance));
   return {across * kEarthRadiusKm, along * kEarthRadiusKm};
 }
@@ -66,7 +67,7 @@ Area enclosedArea(std::span<const Position> points) {
   if (points.size() < 3) return area;
   double flat = 0;
   double spherical = 0;
-  double x = 0;  // unrolled across the 180th meridian, from the first point
+  double x = 0;  // continuous across the 180th meridian, from the first point
   for (size_t i = 0; i < points.size(); ++i) {
     const Position& a = points[i];
     const Position& b = points[(i + 1) % points.size()];

@@ -5,35 +5,35 @@
 
 #include "geo/distance.h"
 
-// Courses and areas on the same sphere, in full double precision: nothing stored depends on them.
-// Formulas: E. Williams, "Aviation Formulary".
+// Bearings and areas on the same sphere as geo/distance.h, but in double precision because nothing
+// stored depends on them. Formulas: E. Williams, "Aviation Formulary".
 namespace vgps {
 
-// The course to steer at `from` towards `to`, degrees true, 0 <= course < 360; 0 when they are one.
+// The course to steer from `from` to `to`, degrees true, 0 <= course < 360; 0 if both are the same.
 double initialBearing(const Position& from, const Position& to);
 
-// Where one arrives after `kilometres` on that course. Altitude is kept.
+// The position reached after `kilometres` on that course. The altitude stays the same.
 Position destination(const Position& from, double bearingDegrees, double kilometres);
 
 struct TrackOffset {
-  double acrossKm = 0;  // positive right of the course
-  double alongKm = 0;   // from the start of the leg to the point abeam; negative behind it
+  double acrossKm = 0;  // positive to the right of the course
+  double alongKm = 0;   // from the start of the leg to the point abeam; negative before the start
 };
 
-// Where `position` lies beside the leg from `start` to `end`.
+// How far `position` is from the leg from `start` to `end`, across and along it.
 TrackOffset offsetFromLeg(const Position& start, const Position& end, const Position& position);
 
 struct Area {
-  double squareDegrees = 0;  // of the plain longitude-latitude drawing
+  double squareDegrees = 0;  // in a plain longitude-latitude plane
   double squareMetres = 0;   // on the sphere
 };
 
-// The area inside a closed track; the last point is joined to the first. A track that crosses the
-// 180th meridian is taken across it. 0 for fewer than three points. R. Chamberlain and W. Duquette,
-// "Some Algorithms for Polygons on a Sphere" (2007).
+// The area inside a closed track, whose last point connects to the first. Handles tracks across the
+// 180th meridian. 0 for fewer than three points. R. Chamberlain and W. Duquette, "Some Algorithms
+// for Polygons on a Sphere" (2007).
 Area enclosedArea(std::span<const Position> points);
 
-// "1.000 deg^2", the end of a line, "12364036568.245 m^2".
+// "1.000 deg^2", a line break, "12364036568.245 m^2".
 std::string areaText(const Area& area);
 
 }  // namespace vgps

@@ -10,9 +10,9 @@
 namespace vgps {
 namespace {
 
-constexpr double kSquare = 100000;  // metres
-// Letters without I and O. Columns repeat every three zones, rows every 2000 km and are shifted by
-// five in even zones.
+constexpr double kSquare = 100000;  // meters
+// The alphabet without I and O. Column letters repeat every three zones; row letters repeat every
+// 2000 km and are shifted by five in even zones.
 constexpr std::string_view kLetters = "ABCDEFGHJKLMNPQRSTUVWXYZ";
 constexpr size_t kColumnsPerZone = 8;
 constexpr size_t kRows = 20;

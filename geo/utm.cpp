@@ -11,21 +11,21 @@ namespace {
 
 constexpr double kScale = 0.9996;
 constexpr double kFalseEasting = 500000;
-constexpr double kFalseNorthing = 10000000;  // south of the equator
+constexpr double kFalseNorthing = 10000000;  // meters, added south of the equator
 constexpr std::string_view kBands = "CDEFGHJKLMNPQRSTUVWX";
 
 double normalisedLongitude(double longitude) {
   double turned = longitude + 180;
-  // A longitude far out (a damaged file) still lies somewhere on the earth.
+  // A longitude far out of range (from a damaged file) must still map to some place on the earth.
   if (std::fabs(turned) > 1e9) turned = std::fmod(turned, 360);
   const double normalised = turned - 360 * std::trunc(turned / 360) - 180;
   return normalised < -180 ? normalised + 360 : normalised;
 }
 
-// Where the grid of whole zones is bent: around Bergen and on Svalbard.
+// Zones of irregular width, around Bergen and on Svalbard.
 struct ZoneException {
-  double south, north;  // latitude from, below
-  double west, east;    // longitude from, below
+  double south, north;  // latitude: inclusive, exclusive
+  double west, east;    // longitude: inclusive, exclusive
   int32_t zone;
 };
 constexpr ZoneException kExceptions[] = {
@@ -45,16 +45,17 @@ int32_t zoneOf(double latitude, double longitude) {
 char bandOf(double latitude) {
   if (!(latitude >= -80 && latitude <= 84)) return '\0';
   const auto index = static_cast<size_t>((latitude + 80) / 8);
-  return kBands[index < kBands.size() ? index : kBands.size() - 1];  // X is twelve degrees high
+  return kBands[index < kBands.size() ? index : kBands.size() - 1];  // band X spans twelve degrees
 }
 
-// What the series needs of an ellipsoid and a latitude, from one sine and one cosine.
+// The terms of the series that depend on the ellipsoid and the latitude, from one sine and one
+// cosine.
 struct Meridian {
   double tangent, cosine;
-  double radius;   // N, of curvature in the prime vertical
+  double radius;   // N, radius of curvature in the prime vertical
   double t, c;     // tan^2, e'^2 cos^2
   double ePrime2;  // second eccentricity squared
-  double arc;      // M, from the equator
+  double arc;      // M, meridian arc from the equator
 };
 
 Meridian meridianAt(const Ellipsoid& ellipsoid, double phi) {
@@ -64,7 +65,7 @@ Meridian meridianAt(const Ellipsoid& ellipsoid, double phi) {
   const double e6 = e4 * e2;
   const double sine = std::sin(phi);
   const double cosine = std::cos(phi);
-  // Double and multiple angles out of the same two values.
+  // Sines and cosines of multiple angles from the same two values.
   const double sin2 = 2 * sine * cosine;
   const double cos2 = 1 - 2 * sine * sine;
   const double sin4 = 2 * sin2 * cos2;
