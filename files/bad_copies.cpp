@@ -31,8 +31,8 @@ bool hasBytesOf(const std::string& path, const std::string& other) {
   });
 }
 
-// Goes through the names for a damaged file until one is it. `isCopy` says whether a file that is
-// there is a copy already, `place` puts it under a free name.
+// Tries the ".bad" names in order. `isCopy` tells whether an existing file is an identical copy;
+// `place` stores the file under a free name.
 template <class IsCopy, class Place>
 std::string firstBadPath(const std::string& path, IsCopy isCopy, Place place) {
   constexpr int kMost = 99;

@@ -18,7 +18,7 @@ FileLock::FileLock(const std::string& path, const ExclusiveOpener& open, int wai
 }
 
 FileLock::~FileLock() {
-  // One that holds something is another program's file of this name.
+  // A file with contents is not a lock file of ours.
   if (file_ != nullptr && file_->size() == 0) file_->remove();
 }
 

@@ -15,7 +15,7 @@ std::string lockPathOf(const std::string& document);
 // when the program ends.
 class FileLock {
  public:
-  // How long to wait for another program to release it.
+  // Waits up to `waitMs` for another program to release the lock.
   FileLock(const std::string& path, const ExclusiveOpener& open, int waitMs);
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;

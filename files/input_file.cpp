@@ -13,7 +13,8 @@ constexpr size_t kFirstRoom = size_t{1} << 16;
 }  // namespace
 
 InputFile::InputFile(const std::string& path) : file_(openFile(path, "rb")) {
-  if (file_ != nullptr) std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // blocks are asked for
+  if (file_ != nullptr)
+    std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // callers read in large blocks
 }
 
 ByteSource InputFile::source() {
@@ -21,7 +22,7 @@ ByteSource InputFile::source() {
 }
 
 bool InputFile::seek(uint64_t offset) {
-  // One step of the C library is a long, which has 32 bits on some systems.
+  // `fseek` takes a long, which has 32 bits on some systems.
   constexpr uint64_t kStep = uint64_t{1} << 30;
   std::rewind(file_.get());
   for (; offset > 0; offset -= std::min(offset, kStep)) {

@@ -11,20 +11,20 @@
 // Reading files, whole or in parts.
 namespace vgps {
 
-// Fills the room it is given as far as it can; 0 at the end.
+// Fills the given buffer as far as possible; returns 0 at the end.
 using ByteSource = std::function<size_t(char*, size_t)>;
 
-// A file opened for reading; closed with it.
+// A file opened for reading. The destructor closes it.
 class InputFile {
  public:
   explicit InputFile(const std::string& path);
   explicit operator bool() const { return file_ != nullptr; }
   void close() { file_.reset(); }
-  // Its bytes in their order.
+  // Reads its bytes from the current position.
   ByteSource source();
-  // Returns false if not all of these bytes can be read.
+  // Returns false if not all of these bytes could be read.
   bool readAt(uint64_t offset, uint64_t size, std::string& out);
-  // Calls `write` with all these bytes in their order; false when it, or reading, fails.
+  // Calls `write` with these bytes in order. Returns false if reading or `write` fails.
   bool copy(uint64_t begin, uint64_t end, const std::function<bool(std::string_view)>& write);
   // Whether a read error occurred.
   bool failed() const;

@@ -12,9 +12,9 @@ namespace {
 
 constexpr size_t kBufferBytes = size_t{1} << 20;
 
-// "vgps-0123456789abcdef.new", beside the file: short, so that it fits wherever a name does.
-// Programs that start at the same moment lie at different places in memory; should a name be taken
-// all the same, the next one is another.
+// "vgps-0123456789abcdef.new" in the same folder: short enough for any file system. The number
+// includes a memory address, which differs between programs started at the same moment; if a name
+// is taken anyway, the next one differs.
 std::string nameBeside(const std::string& path) {
   static std::atomic<uint64_t> count = 0;
   const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
@@ -26,7 +26,7 @@ std::string nameBeside(const std::string& path) {
   return path.substr(0, path.find_last_of("/\\") + 1) + name;
 }
 
-// A program that looks through new files can hold one for a moment, and then it has no other name.
+// A virus scanner or indexer may have the new file open for a moment, so renaming is retried.
 template <class Place>
 RenameResult placePatiently(const std::string& from, Place place) {
   constexpr int kAttempts = 20;
@@ -84,7 +84,7 @@ bool OutputFile::flush() {
   send(buffer_);
   buffer_.clear();
   good_ = good_ && file_->flush();
-  if (good_) file_.reset();  // some systems do not rename what is open
+  if (good_) file_.reset();  // some systems cannot rename an open file
   return good_;
 }
 
@@ -94,7 +94,7 @@ bool OutputFile::finish() {
     return replaceFile(beside_, path_) ? RenameResult::renamed : RenameResult::refused;
   };
   if (placePatiently(beside_, place) != RenameResult::renamed) return false;
-  good_ = false;  // nothing is left beside
+  good_ = false;  // the temporary file is gone
   return true;
 }
 

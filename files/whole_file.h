@@ -29,26 +29,27 @@ class OutputFile {
   // Renames the file to its target and replaces what is there. Returns false if nothing was
   // changed.
   bool finish();
-  // Renames it to another name in the same folder unless that is taken; then it may be tried again.
+  // Renames it to another name in the same folder. If that name is taken, you can call this again
+  // with another one.
   RenameResult finishAs(const std::string& freePath);
 
  private:
   bool send(std::string_view bytes);
 
-  std::string path_;    // behind all links
-  std::string beside_;  // while it has no better name
+  std::string path_;    // after following links
+  std::string beside_;  // the temporary file
   std::unique_ptr<ExclusiveFile> file_;
   std::string buffer_;
   uint64_t sent_ = 0;     // bytes
-  uint64_t written_ = 0;  // with the buffer
+  uint64_t written_ = 0;  // including the buffer
   bool good_ = false;
 };
 
-// Returns false if it could not be written; then nothing was changed.
+// Returns false, with nothing changed, if the file could not be written.
 bool writeWholeFile(const std::string& path, std::string_view text,
                     const ExclusiveOpener& open = openExclusive);
 
-// Writes a file under an unused name: `taken` if the name exists. Never replaces anything.
+// Writes a file only if its name is unused; returns `taken` otherwise. Never replaces anything.
 RenameResult writeFreeFile(const std::string& path, std::string_view text,
                            const ExclusiveOpener& open = openExclusive);
 

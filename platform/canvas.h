@@ -4,8 +4,8 @@
 #include <span>
 #include <string_view>
 
-// The seam to drawing: small and stateless, each call carries its own pen, brush and font.
-// Backends: GDI+ (platform/win32/), a recorder (tests/fakes/). Units are pixels, y grows downwards.
+// The interface to drawing: small and stateless; each call passes its own pen, brush, and font.
+// Backends: GDI+ (platform/win32/), a recorder (tests/fakes/). Units are pixels; y grows downward.
 namespace vgps {
 
 struct Point {
@@ -20,7 +20,7 @@ struct Rect {
   float height = 0;
 };
 
-// 0x00BBGGRR as Windows and the settings write colours: 0x0000FF is red.
+// 0x00BBGGRR, as in Windows and in the settings: 0x0000FF is red.
 using Colour = uint32_t;
 
 struct Pen {
@@ -29,7 +29,7 @@ struct Pen {
 };
 
 struct Font {
-  std::string_view family = "Arial";  // a backend falls back to what the system has
+  std::string_view family = "Arial";  // a backend may substitute a system font
   float size = 12;                    // height of the em square, pixels
   bool bold = false;
 };
@@ -47,7 +47,7 @@ class Canvas {
   virtual void fillPolygon(std::span<const Point> points, Colour colour) = 0;
   virtual void ellipse(const Rect& box, const Pen& pen) = 0;
   virtual void fillEllipse(const Rect& box, Colour colour) = 0;
-  // One line of UTF-8 text in the box: at its top, aligned across it, clipped to it.
+  // One line of UTF-8 text: at the top of the box, aligned horizontally in it, and clipped to it.
   virtual void text(std::string_view text, const Rect& box, const Font& font, Colour colour,
                     Align align) = 0;
   virtual float textWidth(std::string_view text, const Font& font) = 0;

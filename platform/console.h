@@ -4,13 +4,13 @@
 #include <string>
 #include <vector>
 
-// What a program without a window needs of its terminal. Chosen at link time.
+// What a program without a window needs from its terminal. Chosen at link time.
 namespace vgps {
 
-// The arguments after the program's name, as UTF-8; `argv` is what `main` got.
+// The arguments after the program's name, as UTF-8. Takes the arguments of `main`.
 std::vector<std::string> commandLineArguments(int argc, char** argv);
 
-// Whether standard output is a terminal that takes escape sequences; prepares it for them.
+// Whether standard output is a terminal that supports escape sequences; enables them if necessary.
 bool outputIsTerminal();
 
 struct TerminalSize {
@@ -18,18 +18,18 @@ struct TerminalSize {
   int rows = 24;
 };
 
-// Of the terminal behind standard output; the usual size when it is unknown.
+// The size of the terminal at standard output; the default size if it is unknown.
 TerminalSize terminalSize();
 
-// Calls `handler` on a thread of its own when the user or the system asks the program to end
-// (Ctrl-C, a closed terminal, a polite kill); asked a second time the program ends at once.
-// To be called once, before any other thread is started.
+// Calls `handler` on a separate thread when the user or the system asks the program to stop
+// (Ctrl-C, a closed terminal, a termination signal). A second request ends the program at once.
+// Call this once, before starting other threads.
 void onStopRequest(std::function<void()> handler);
 
-// Behind `onStopRequest`, for work that must not end in its middle: the next request is only noted
-// from now on, and the one behind it ends the program at once.
+// Call after `onStopRequest`, before work that must not be interrupted: the next request is only
+// recorded, and the one after that ends the program at once.
 void deferNextStopRequest();
-// Whether one came since.
+// Whether a request was recorded since.
 bool stopRequestWasDeferred();
 
 }  // namespace vgps

@@ -12,61 +12,62 @@ namespace vgps {
 // fopen with a UTF-8 path; null when the system refuses.
 std::FILE* openFile(const std::string& path, const char* mode);
 
-// The folder of the running program, without a separator at its end.
+// The folder of the running program, without a trailing separator.
 std::string programFolder();
 
-// The path of a file in a folder, with the system's separator between them.
+// The path of a file in a folder, joined with the system's separator.
 std::string pathIn(std::string_view folder, std::string_view name);
 
 bool isFolder(const std::string& path);
 
-// Whether there is a file or folder of that name, even if it cannot be opened.
+// Whether a file or folder of that name exists, even if it cannot be opened.
 bool fileExists(const std::string& path);
 
-// Gives `from` the name `to` of the same folder, in place of what had that name. One of the two
-// files exists at every moment, even during a power failure. Returns false if nothing was changed.
+// Renames `from` to `to` in the same folder, replacing an existing `to`. One of the two files
+// exists at every moment, even during a power failure. Returns false if nothing was changed.
 bool replaceFile(const std::string& from, const std::string& to);
 
-// Whether the rename put the file there.
+// The result of renaming without replacing.
 enum class RenameResult {
   renamed,
-  taken,    // a file, folder or link has the name: everything is as it was
-  refused,  // likewise, for another reason
+  taken,    // a file, folder, or link has that name; nothing was changed
+  refused,  // failed for another reason; nothing was changed
 };
 
-// Gives `from` the name `to` of the same folder unless that is taken.
+// Renames `from` to `to` in the same folder unless `to` exists.
 RenameResult renameUnlessTaken(const std::string& from, const std::string& to);
 
 // What a path refers to after following all links.
 enum class FileKind {
-  none,     // nothing is there yet
+  none,     // nothing exists there
   regular,  // bytes on a disk
   other,    // a folder, a device, a pipe, or inaccessible
 };
 FileKind fileKind(const std::string& path);
 
-// Where the bytes of `path` are, or would be: the path itself unless that is a link. Empty when
-// the links lead nowhere.
+// The path of the actual file after following all links (it need not exist). Empty if the links
+// lead nowhere.
 std::string resolveLinks(const std::string& path);
 
-// Whether two paths are one file, also one that is not there yet.
+// Whether two paths refer to the same file, even one that does not exist yet.
 bool isSameFile(const std::string& a, const std::string& b);
 
-// Lets those read and write `to` who may read and write `from`, as far as the system lets us.
+// Gives `to` the access permissions of `from`, as far as the system permits.
 void copyPermissions(const std::string& from, const std::string& to);
 
 bool removeFile(const std::string& path);
 
-// Identifies an unchanged file.
+// Used to tell whether a file has changed.
 struct FileStamp {
   uint64_t size = 0;  // bytes
-  int64_t time = 0;   // of the last change, in the system's finest units from a start of its own
+  int64_t time =
+      0;  // of the last change, in the system's finest unit, from a system-specific start
   bool operator==(const FileStamp&) const = default;
 };
 // Returns false if there is no such file or it is a folder.
 bool fileStamp(const std::string& path, FileStamp& stamp);
 
-// The names of the files in a folder, not of its folders, in no order.
+// The names of the files in a folder (without subfolders), in no particular order.
 std::vector<std::string> filesIn(const std::string& folder);
 
 }  // namespace vgps

@@ -6,8 +6,9 @@
 
 namespace vgps {
 
-// The ports that a search for a receiver tries. Where ports are numbers, these are all low numbers,
-// there or not, so that the answer names each; where ports are devices, the ones that exist.
+// The ports that a search for a receiver tries. Where ports are numbered, these are all low
+// numbers, even of ports that do not exist, so that the result mentions each one. Elsewhere they
+// are the devices that exist.
 std::vector<PortName> portCandidates();
 
 }  // namespace vgps

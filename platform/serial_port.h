@@ -6,22 +6,22 @@
 #include <string>
 #include <vector>
 
-// The seam to serial lines. It exists for the second system and so that a test can play a
-// receiver; `tests/fakes/fake_serial_port.h` is the third implementation.
+// The interface to serial ports, implemented once per system. `tests/fakes/fake_serial_port.h`
+// implements it too, so that a test can act as a receiver.
 namespace vgps {
 
 enum class PortError {
   none,
   notThere,
-  busy,          // another program holds it
-  noPermission,  // the user may not open it
-  settings,      // opened, but it refused to be set up
+  busy,          // open in another program
+  noPermission,  // the user lacks the permission
+  settings,      // opened, but could not be configured
   other,
 };
 
 enum class PortRead {
   data,     // at least one byte was read
-  silence,  // none came within the time given
+  silence,  // nothing arrived within the timeout
   closed,   // the port was closed, or was never open
   failed,   // the device reports an error: unplugged, for instance
 };
@@ -31,48 +31,51 @@ class SerialPort {
   virtual ~SerialPort() = default;
 
   // Opens the device exclusively for reading and writing. `path` is the system's own ("\\.\COM3",
-  // "/dev/ttyUSB0"). The line is not set up yet.
+  // "/dev/ttyUSB0"). Does not configure the port yet.
   virtual PortError open(const std::string& path) = 0;
 
-  // Waits for received characters only, a read that ends 250 ms after the last byte, no limit on
-  // writes; `baudRate`, no parity, eight data bits, one stop bit. False when the wait or the time
-  // limits are refused; a refused line speed is ignored, since some virtual ports know none.
+  // Configures the port: `baudRate`, no parity, eight data bits, one stop bit; only received
+  // characters end a wait; a read ends 250 ms after the last byte; writes have no timeout. Returns
+  // false if the system refuses the event mask or the timeouts. A refused baud rate is ignored,
+  // because some virtual ports do not support any.
   virtual bool setUp(uint32_t baudRate) = 0;
 
-  // Waits up to `timeoutMs` (-1: for ever) for the first byte and takes what has arrived, at most
-  // the buffer. One thread reads at a time.
+  // Waits up to `timeoutMs` (-1: forever) for the first byte, then returns what has arrived, at
+  // most the size of the buffer. Only one thread may read at a time.
   virtual PortRead read(std::span<char> buffer, size_t& got, int timeoutMs) = 0;
 
-  // Hands the bytes to the driver without waiting for the line. False when it took not all.
+  // Passes the bytes to the driver without waiting for transmission. Returns false if the driver
+  // did not accept all of them.
   virtual bool write(std::span<const char> bytes) = 0;
 
-  // From any thread, without waiting for anything: a waiting read and every later one answers
-  // `closed`, until the port is opened anew. The device is still held.
+  // Callable from any thread; does not wait. The current read and every later one return `closed`
+  // until the port is opened again. The device is not released.
   virtual void interrupt() = 0;
 
-  // From any thread, any number of times: a waiting read ends with `closed`, then the device is
-  // released, so that it can be opened again at once.
+  // Callable from any thread, repeatedly. Ends the current read with `closed`, then releases the
+  // device, so that it can be reopened immediately.
   virtual void close() = 0;
 };
 
 std::unique_ptr<SerialPort> makeSerialPort();
 
 struct PortName {
-  std::string name;              // what the user types and settings store: "COM3", "/dev/ttyUSB0"
-  std::string description = {};  // what the system calls the device, may be empty
-  // Of the device itself, the same when it comes back under another name: the device instance on
-  // Windows, the name of the link by identity on Linux. Empty when the system knows none.
+  std::string name;  // as typed by the user and stored in settings: "COM3", "/dev/ttyUSB0"
+  std::string description = {};  // the system's name for the device; may be empty
+  // Identifies the device itself, even when it returns under another port name: the device instance
+  // on Windows, the name of the by-id link on Linux. Empty if the system provides none.
   std::string identity = {};
-  // What devices of one make share that have no number of their own: their identity says where they
-  // are plugged in, and changes with that. Empty when the identity is the device's own.
+  // For devices without a serial number: identifies the model. The `identity` of such a device
+  // names the place where it is plugged in, and changes with it. Empty if `identity` belongs to the
+  // device itself.
   std::string make = {};
 };
 
-// The ports that the system lists now. Windows: every COM port; Linux: every serial device with
-// hardware behind it.
+// The serial ports that the system lists now. Windows: every COM port. Linux: every serial device
+// that is backed by hardware.
 std::vector<PortName> listSerialPorts();
 
-// "COM3" becomes "\\.\COM3" on Windows; the name itself where names are paths.
+// Turns "COM3" into "\\.\COM3" on Windows; returns the name unchanged where names are paths.
 std::string devicePath(const std::string& portName);
 
 }  // namespace vgps

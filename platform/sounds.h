@@ -1,13 +1,13 @@
 #pragma once
 
-// The seam to sounds: a program without a loudspeaker plays none, a test counts them instead.
+// The interface to sounds: a program without audio plays none; a test counts them.
 namespace vgps {
 
 class Sounds {
  public:
   virtual ~Sounds() = default;
-  // Starts a sound of the program ("OK", "ERR2", "TURN", "FORBIDDEN", "SPD") and returns at once.
-  // May be called from any thread.
+  // Starts one of the program's sounds ("OK", "ERR2", "TURN", "FORBIDDEN", "SPD") and returns at
+  // once. May be called from any thread.
   virtual void play(const char*) {}
 };
 

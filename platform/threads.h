@@ -1,10 +1,10 @@
 #pragma once
 
-// What std::thread does not offer. Chosen at link time.
+// Thread functions that std::thread lacks. Chosen at link time.
 namespace vgps {
 
-// The calling thread runs only when nothing else wants the processor, or as near to that as the
-// system lets an ordinary user go.
+// Gives the calling thread the lowest priority that the system allows an ordinary user, ideally one
+// that runs only when the processor is idle.
 void lowerThreadPriority();
 
 }  // namespace vgps

@@ -10,21 +10,21 @@ namespace vgps {
 enum class UiEvent : uint32_t {
   line = 0x466,          // a received line or receiver message; `text`, `record`
   sensor = 0x467,        // a reading of the location sensor; `x` longitude, `y` latitude, degrees
-  repaint = 0x468,       // the parser asks for a repaint; copies the fix first
-  refresh = 0x469,       // a chunk of data was handled; the displays follow
-  unknownBytes = 0x46A,  // `text`: neither text nor binary of a receiver
+  repaint = 0x468,       // the parser requests a repaint; copies the fix first
+  refresh = 0x469,       // a chunk of data was handled; update the displays
+  unknownBytes = 0x46A,  // `text`: bytes that match no supported protocol
   logFailed = 0x46B,     // `text`: the path of the log that cannot be written
 };
 
 struct UiMessage {
   UiEvent event = UiEvent::line;
-  std::string_view text = {};    // the raw line, UTF-8 or noise, without its line end
-  const void* record = nullptr;  // of a binary protocol: the SirfMessage
-  uint32_t said = 0;             // which values the line vouched for, in bits of the parser's own
+  std::string_view text = {};    // the raw line, UTF-8 or noise, without its line ending
+  const void* record = nullptr;  // for a binary protocol: the SirfMessage
+  uint32_t said = 0;             // which values the line set, as bits defined by the parser
   double x = 0;
   double y = 0;
-  // The generation of the source that sent it; 0 for none, as in a replay. It does not concern a
-  // source that was opened since.
+  // The generation of the sending source, so that messages from an earlier source are ignored after
+  // a new one is opened; 0 if there is none, as in a replay.
   uint32_t generation = 0;
 };
 

@@ -15,7 +15,7 @@ namespace vgps {
 namespace {
 
 std::atomic<bool> requestCame{false};
-static_assert(std::atomic<bool>::is_always_lock_free);  // it is set while a thread is interrupted
+static_assert(std::atomic<bool>::is_always_lock_free);  // because a signal handler sets it
 
 void noteRequest(int) { requestCame = true; }
 
@@ -38,9 +38,9 @@ TerminalSize terminalSize() {
   return {size.ws_col, size.ws_row};
 }
 
-// The signals are blocked in every thread that is started from now on and taken by one thread that
-// waits for them, so that the handler may do anything that a thread may do. A signal that whoever
-// started the program wants to be ignored (nohup) stays so: waiting for it would bring it back.
+// Blocks the signals in all threads started from now on and lets one thread wait for them, so that
+// the handler may do anything a thread may do. A signal that is set to be ignored (nohup) stays
+// ignored: waiting for it would re-enable it.
 void onStopRequest(std::function<void()> handler) {
   sigset_t signals;
   sigemptyset(&signals);
@@ -60,7 +60,7 @@ void onStopRequest(std::function<void()> handler) {
   }).detach();
 }
 
-// The thread that waits for the first one takes it, where that has not come yet.
+// If the first request has not come yet, the waiting thread still receives it.
 void deferNextStopRequest() {
   requestCame = false;
   struct sigaction note {};

@@ -64,8 +64,8 @@ FileOpening openingOf(int error) {
   }
 }
 
-// Whoever held the file may have deleted it between our opening and our lock: what we hold then
-// has no name any more.
+// The previous owner may have deleted the file after we opened it and before we locked it. Returns
+// false then: our descriptor refers to a file without a name.
 bool isStillNamed(int fd, const std::string& path) {
   struct stat held {};
   struct stat named {};

@@ -16,10 +16,10 @@ std::string folderOf(const std::string& path) {
   return folder.empty() ? "." : folder;
 }
 
-// A new name is on the disk only when its folder is.
+// A new name is only on the disk once its folder is flushed.
 void flushFolderOf(const std::string& path) {
   const int fd = ::open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (fd < 0) return;  // a folder that may be written but not read: the system flushes it in time
+  if (fd < 0) return;  // writable but not readable: the system flushes it eventually
   ::fsync(fd);
   ::close(fd);
 }
@@ -63,7 +63,7 @@ RenameResult renameUnlessTaken(const std::string& from, const std::string& to) {
   if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) != 0) {
     error = errno;
   }
-  if (error == EINVAL || error == ENOSYS) {  // the file system does not know that kind of rename
+  if (error == EINVAL || error == ENOSYS) {  // the file system does not support this kind of rename
     error = ::link(from.c_str(), to.c_str()) == 0 ? 0 : errno;
     if (error == 0) ::unlink(from.c_str());
   }
@@ -81,7 +81,7 @@ FileKind fileKind(const std::string& path) {
 }
 
 std::string resolveLinks(const std::string& path) {
-  constexpr int kMostLinks = 40;  // as many as the system itself follows
+  constexpr int kMostLinks = 40;  // the limit of the system itself
   std::string at = path;
   for (int links = 0; links < kMostLinks; ++links) {
     std::error_code error;
@@ -112,8 +112,7 @@ void copyPermissions(const std::string& from, const std::string& to) {
   constexpr mode_t kWithoutGroup = 0707;
   struct stat old {};
   if (::stat(from.c_str(), &old) != 0) return;
-  // First the owner, then the mode. What cannot be given to its old group gives the new one
-  // nothing.
+  // First the owner, then the mode. If the old group cannot be kept, the new group gets no rights.
   const bool given = ::lchown(to.c_str(), old.st_uid, old.st_gid) == 0;
   const mode_t mode = old.st_mode & (given ? kReadWriteRun : kWithoutGroup);
   if (::chmod(to.c_str(), mode) != 0) return;  // a file system without modes
@@ -135,7 +134,7 @@ std::vector<std::string> filesIn(const std::string& folder) {
   std::error_code error;
   std::filesystem::directory_iterator at(folder, error);
   for (; !error && at != std::filesystem::directory_iterator(); at.increment(error)) {
-    std::error_code noKind;  // a file that vanished meanwhile
+    std::error_code noKind;  // set if the file has vanished meanwhile
     if (!at->is_directory(noKind)) names.push_back(at->path().filename().string());
   }
   return names;

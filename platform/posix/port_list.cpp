@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Empty when there is no such folder; devices may come and go meanwhile.
+// Empty if the folder does not exist. Devices may appear and disappear during the call.
 std::vector<fs::path> entriesOf(const fs::path& folder) {
   std::vector<fs::path> entries;
   std::error_code error;
@@ -30,17 +30,16 @@ std::string firstLineOf(const fs::path& file) {
   return validUtf8(line);
 }
 
-// The kernel lists every terminal that a driver could serve: consoles, pseudo-terminals and UART
-// numbers without a UART. Hardware is behind those with a parent device; of the UARTs, behind
-// those of a known type. A Bluetooth line has its parent only while it is connected.
+// The kernel lists every terminal that a driver could serve, including consoles, pseudo-terminals,
+// and UART numbers without a UART. An entry with a parent device is backed by hardware; a UART must
+// also be of a known type. A Bluetooth port has a parent only while connected.
 bool hasHardware(const fs::path& entry) {
   if (entry.filename().string().starts_with("rfcomm")) return true;
   std::error_code error;
   return fs::exists(entry / "device", error) && firstLineOf(entry / "type") != "0";
 }
 
-// USB devices tell what they are; the text stands with the device, one to three levels above its
-// terminal.
+// USB devices report a product name, which is stored one to three levels above the terminal.
 std::string productOf(const fs::path& entry) {
   std::error_code error;
   fs::path device = fs::canonical(entry / "device", error);
@@ -61,7 +60,7 @@ std::string linkTo(const std::string& name, const fs::path& linkFolder) {
   return {};
 }
 
-// ttyUSB2 stands before ttyUSB10.
+// Numeric order: ttyUSB2 before ttyUSB10.
 bool inOrderOfNumbers(const PortName& a, const PortName& b) {
   const auto split = [](const std::string& name) {
     const size_t digits = name.find_last_not_of("0123456789") + 1;

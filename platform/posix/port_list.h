@@ -7,8 +7,8 @@
 
 namespace vgps {
 
-// `listSerialPorts` on any tree: the kernel's list of terminals (/sys/class/tty) and the folder of
-// links by product (/dev/serial/by-id).
+// `listSerialPorts` for any folders, so that tests can supply their own: the kernel's list of
+// terminals (/sys/class/tty) and the links by product name (/dev/serial/by-id).
 std::vector<PortName> listSerialPortsIn(const std::string& classFolder,
                                         const std::string& linkFolder);
 

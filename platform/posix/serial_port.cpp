@@ -20,7 +20,8 @@ namespace {
 
 using SteadyTime = std::chrono::steady_clock::time_point;
 
-// A failed device answers every read at once; who keeps asking it is held back by this much.
+// A failed device returns from every read immediately; this pause keeps a caller that retries from
+// using up the processor.
 constexpr int kFailedPauseMs = 250;
 
 class Descriptor {
@@ -47,7 +48,7 @@ PortError openError(int error) {
     case ENODEV:
     case ENOTDIR:
     case EISDIR:
-    case EIO:  // a port number that the driver knows without hardware behind it
+    case EIO:  // a port number that the driver lists without hardware
       return PortError::notThere;
     case EBUSY:
     case EWOULDBLOCK: return PortError::busy;
@@ -57,8 +58,8 @@ PortError openError(int error) {
   }
 }
 
-// A superuser's `open` passes another program's exclusive mode, and programs that lock rather than
-// ask for that mode are not noticed by `open` at all: so both are looked at.
+// Checks both kinds of exclusive use: for a superuser, `open` ignores another program's exclusive
+// mode, and it never notices programs that only lock the device.
 PortError takeExclusively(int fd) {
   if (!::isatty(fd)) return PortError::other;
   if (::flock(fd, LOCK_EX | LOCK_NB) != 0) return openError(errno);
@@ -68,7 +69,7 @@ PortError takeExclusively(int fd) {
   return PortError::none;
 }
 
-// Bytes as they come: no line editing, no echo, no signals, no flow control; 8N1.
+// Raw bytes: no line editing, no echo, no signals, no flow control; 8N1.
 bool setRaw(int fd) {
   termios2 line{};
   if (::ioctl(fd, TCGETS2, &line) != 0) return false;
@@ -82,7 +83,7 @@ bool setRaw(int fd) {
   return ::ioctl(fd, TCSETS2, &line) == 0;
 }
 
-// Any speed as a plain number. A refusal is of no interest: some virtual lines know no speed.
+// Sets any baud rate as a plain number. Errors are ignored: some virtual ports have no baud rate.
 void setSpeed(int fd, uint32_t baudRate) {
   termios2 line{};
   if (baudRate == 0 || ::ioctl(fd, TCGETS2, &line) != 0) return;  // 0 would hang up
@@ -98,7 +99,8 @@ int remainingMs(SteadyTime deadline) {
   return static_cast<int>(std::max<int64_t>(0, left.count()));
 }
 
-// Waits for `events` on `fd` or for the wake-up. What came, or 0 after the time.
+// Waits for `events` on `fd` or for a wake-up. Returns what occurred; both fields are 0 on a
+// timeout.
 struct Ready {
   short device = 0;
   bool woken = false;
@@ -126,7 +128,7 @@ class PosixSerialPort : public SerialPort {
   void close() override;
 
  private:
-  // A call that uses the device; `close` waits until none is left.
+  // Marks a call that uses the device; `close` waits until there are none.
   class Use {
    public:
     explicit Use(PosixSerialPort& port);
@@ -149,7 +151,7 @@ class PosixSerialPort : public SerialPort {
   int uses_ = 0;
   Descriptor device_;
   Descriptor wake_;
-  bool failed_ = false;  // only the reading thread looks at it while the port is open
+  bool failed_ = false;  // used only by the reading thread while the port is open
 };
 
 PosixSerialPort::Use::Use(PosixSerialPort& port) : port_(port) {
@@ -166,8 +168,8 @@ PosixSerialPort::Use::~Use() {
 
 PortError PosixSerialPort::open(const std::string& path) {
   close();
-  // Without O_NONBLOCK the call would wait for a modem's carrier; O_NOCTTY: a receiver's line
-  // must not become the terminal that sends this program signals.
+  // Without O_NONBLOCK, `open` would wait for a modem's carrier. O_NOCTTY keeps the port from
+  // becoming the controlling terminal, which could send signals to this program.
   Descriptor device(::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
   if (device.get() < 0) return openError(errno);
   if (const PortError error = takeExclusively(device.get()); error != PortError::none) return error;
@@ -210,7 +212,7 @@ PortRead PosixSerialPort::readOnce(std::span<char> buffer, size_t& got, int time
     return PortRead::data;
   }
   if (count < 0 && (errno == EAGAIN || errno == EINTR)) return PortRead::silence;
-  return fail();  // the end of the data is the end of the device
+  return fail();  // end of file means that the device is gone
 }
 
 PortRead PosixSerialPort::fail() {
@@ -224,7 +226,7 @@ bool PosixSerialPort::write(std::span<const char> bytes) {
          ::write(device_.get(), bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
 }
 
-// Stays readable, so later waits are woken too.
+// The event stays readable, so it wakes later waits too.
 void PosixSerialPort::wakeReader() {
   const uint64_t one = 1;
   (void)!::write(wake_.get(), &one, sizeof one);
@@ -237,7 +239,7 @@ void PosixSerialPort::interrupt() {
 
 void PosixSerialPort::close() {
   std::unique_lock lock(mutex_);
-  if (closing_) {  // another thread is at it: return when it is done
+  if (closing_) {  // another thread is closing it: return when that is done
     unused_.wait(lock, [this] { return !closing_; });
     return;
   }
@@ -245,7 +247,7 @@ void PosixSerialPort::close() {
   closing_ = true;
   wakeReader();
   unused_.wait(lock, [this] { return uses_ == 0; });
-  // A pseudo-terminal would keep the mode for the next program that opens it.
+  // A pseudo-terminal would otherwise keep exclusive mode for the next program.
   ::ioctl(device_.get(), TIOCNXCL);
   device_ = Descriptor();
   wake_ = Descriptor();

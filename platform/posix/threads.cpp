@@ -5,7 +5,8 @@
 
 namespace vgps {
 
-// On Linux a thread has a niceness of its own, addressed by its thread number. 19 is the weakest.
+// On Linux each thread has its own nice value, set through its thread ID. 19 is the lowest
+// priority.
 void lowerThreadPriority() { setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), 19); }
 
 }  // namespace vgps

@@ -16,7 +16,8 @@ struct ComReleaser {
 template <typename Interface>
 using ComPtr = std::unique_ptr<Interface, ComReleaser>;
 
-// The thread may use COM from here to its end; one that does so already stays in its apartment.
+// Initializes COM for the calling thread until it ends. A thread that has already initialized COM
+// keeps its apartment.
 inline void enterApartment() {
   struct Apartment {
     const bool entered = SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED));

@@ -21,7 +21,7 @@ using std::min;
 
 namespace vgps {
 
-// GDI+ runs while this lives; everything made with it must be gone before.
+// Keeps GDI+ initialized. Destroy everything made with GDI+ before this.
 class GdiplusSession {
  public:
   GdiplusSession();
@@ -33,10 +33,10 @@ class GdiplusSession {
   ULONG_PTR token_ = 0;
 };
 
-// The fonts of a canvas, made once: a screen asks for the same dozen every time.
+// Caches the fonts of a canvas, since each screen uses the same few again and again.
 class GdiplusFonts {
  public:
-  // Null when the system has neither the family nor any to fall back to.
+  // Returns null if neither the family nor any substitute is installed.
   const Gdiplus::Font* get(const Font& font);
 
  private:
@@ -61,7 +61,7 @@ class GdiplusCanvas : public Canvas {
             Align align) override;
   float textWidth(std::string_view text, const Font& font) override;
 
-  // The first failure since the canvas was made; Ok when all went well.
+  // The first failure since the canvas was created; Ok if none.
   Gdiplus::Status status() const { return status_; }
 
  private:

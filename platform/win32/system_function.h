@@ -4,8 +4,8 @@
 
 namespace vgps {
 
-// A function that not every version of the system has; null where it is missing. `Function` is
-// its type, as in `UINT WINAPI(HWND)`.
+// Looks up a function that not every version of Windows has; null if it is missing. `Function` is
+// its type, such as `UINT WINAPI(HWND)`.
 template <typename Function>
 Function* systemFunction(const wchar_t* library, const char* name) {
   const HMODULE module = GetModuleHandleW(library);

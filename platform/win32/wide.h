@@ -5,7 +5,7 @@
 
 namespace vgps {
 
-// UTF-8 to the text of the system's functions and back.
+// Converts between UTF-8 and the UTF-16 of Windows functions.
 std::wstring wideFromUtf8(std::string_view text);
 std::string utf8FromWide(std::wstring_view text);
 
