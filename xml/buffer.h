@@ -8,14 +8,15 @@
 
 namespace vgps {
 
-// Unset bytes with a tail behind them, so that scans and copies of short strings may run a little
-// past the end. Grows by realloc: the system extends a large block without copying it.
+// An uninitialized byte buffer with kTail extra bytes after its end, so that scans and copies of
+// short strings may read a little too far. Grows with realloc: the system extends a large block
+// without copying it.
 class XmlBuffer {
  public:
   static constexpr size_t kTail = 128;
 
   XmlBuffer() = default;
-  // Empty when the memory cannot be had.
+  // Empty if the memory could not be allocated.
   static XmlBuffer ofSize(size_t size);
   XmlBuffer(XmlBuffer&& other) noexcept
       : bytes_(std::move(other.bytes_)), size_(std::exchange(other.size_, 0)) {}
@@ -25,7 +26,7 @@ class XmlBuffer {
     return *this;
   }
 
-  // Keeps what is there; false, and nothing changed, when the memory cannot be had.
+  // Keeps the contents. Returns false, with nothing changed, if the memory could not be allocated.
   bool resize(size_t size);
 
   char* data() { return bytes_.get(); }

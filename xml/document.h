@@ -11,7 +11,7 @@
 
 namespace vgps {
 
-// The mark of the library that the About box shows.
+// The XML library's version, shown in the About box.
 constexpr std::string_view kXmlVersion = "15-07-2010";
 
 constexpr std::string_view kXmlDeclaration =
@@ -22,14 +22,14 @@ enum class XmlSaveMode { utf8 = 0, text = 1, nothing = 2, utf16 = 3 };
 
 enum class XmlLoadStatus {
   loaded,
-  noFile,      // the system did not open it
-  unreadable,  // it was opened and could not be read: a folder, a fault of the disk
+  noFile,      // does not exist or could not be opened
+  unreadable,  // opened but could not be read: a folder, a disk error
   empty,
-  noElement,  // `place` says where the first should have begun
+  noElement,  // `place` says where the first one was expected
   tooLarge,
 };
 
-// What became of a load, for those who want to tell the user; the document is valid anyway.
+// The result of a load, for reporting it to the user. The document is valid in any case.
 struct XmlLoadResult {
   XmlLoadStatus status = XmlLoadStatus::loaded;
   XmlPlace place;
@@ -41,44 +41,46 @@ struct XmlHeader {
   std::vector<XmlComment> comments;
 };
 
-// One XML file in memory. There is always a root; a new document's is called "root".
+// One XML file in memory. It always has a root element; that of a new document is called "root".
 class XmlDocument {
  public:
-  // `files` outlives the document.
+  // `files` must outlive the document.
   explicit XmlDocument(const XmlFiles& files = systemFiles());
   ~XmlDocument();
   XmlDocument(XmlDocument&&) noexcept;
   XmlDocument& operator=(XmlDocument&&) noexcept;
 
-  // Replaces what the document holds; handles to it end. Never fails: without a readable element
-  // the document is an empty "root". A file's name is remembered even when it does not exist.
+  // Replaces the contents; existing handles become invalid. If no element can be read, the document
+  // becomes an empty "root", so it is always usable. A file's name is remembered even if the file
+  // does not exist.
   XmlLoadResult Load(std::string_view source, XmlLoadMode mode = XmlLoadMode::file,
                      const XmlReading& reading = {});
   XmlLoadResult Load(std::u16string_view fileName, const XmlReading& reading = {});
 
-  // 1, or 0 when nothing was saved; the document stays as it is. Without a name the remembered
-  // one is taken. The file is overwritten in place, after everything has been rendered and when
-  // memory and disk have room for it. Modes text and nothing fail here.
+  // Returns 1, or 0 if nothing was saved; the document does not change. Without a name, uses the
+  // remembered one. Renders everything first and checks that memory and disk have enough space,
+  // then overwrites the file in place. Modes `text` and `nothing` fail here.
   int Save(std::string_view fileName = {}, XmlSaveMode mode = XmlSaveMode::utf8);
   int Save(std::u16string_view fileName, XmlSaveMode mode = XmlSaveMode::utf8);
-  // Mode text: the document as UTF-8 in memory; false when that has no room for it.
+  // Mode `text`: the document as UTF-8 in memory. saveToMemory returns an empty buffer, and
+  // saveText false, if there is not enough memory.
   XmlBuffer saveToMemory();
   int saveText(std::string& out);
-  // The bytes of the document as UTF-8.
+  // The size of the document in UTF-8 bytes.
   uint64_t savedSize() const;
 
   XmlElement GetRootElement() const;
-  // `element` leaves its place, or is copied when it is another document's. The old root is gone
-  // with everything under it.
+  // Moves `element` from its place, or copies it if it belongs to another document. The old root
+  // and everything under it are deleted.
   void SetRootElement(XmlElement element);
   XmlHeader& GetHeader() { return header_; }
   const XmlHeader& GetHeader() const { return header_; }
 
-  // An element of this document, not yet placed, from a text such as "<p x=\"1\" />"; the last
-  // ">" may be missing. False when there is no element in it.
+  // Creates an element of this document, without a parent yet, from text such as "<p x=\"1\" />";
+  // the final ">" may be missing. The result is false if the text contains no element.
   XmlElement createElement(std::string_view literal);
 
-  // UTF-8, whichever way it was given.
+  // UTF-8, even if it was passed as UTF-16.
   const std::string& fileName() const { return fileName_; }
   bool fileNameIsUtf16() const { return fileNameIsUtf16_; }
   void setFileName(std::string_view name);

@@ -9,14 +9,12 @@
 
 #include "xml/tree.h"
 
-// Elements and attributes of a document as small handles, copied like pointers. A handle that
-// stands for nothing is false; every question to it is answered with nothing (0, -1, empty), every
-// change through it changes nothing. A handle ends with its document and with the removal of what
-// it stands for.
+// Elements and attributes of a document as small handles, copied like pointers. A null handle
+// converts to false; reading through it returns 0, -1, or empty, and changes through it do nothing.
+// A handle is valid until its document is destroyed or what it refers to is removed.
 //
-// Strings handed in are escaped on their way in, strings handed out are unescaped. `buffer` is
-// the caller's, with room for the length and a NUL behind it; without a buffer the length alone
-// is returned.
+// Strings passed in are escaped; strings returned are unescaped. A `buffer` must have room for the
+// length plus a NUL; if it is null, only the length is returned.
 namespace vgps {
 
 class XmlElement;
@@ -36,7 +34,7 @@ class XmlAttribute {
   std::string GetValue() const;
   // The value without a copy where it needs no unescaping; otherwise `scratch` holds it.
   std::string_view value(std::string& scratch) const;
-  // As it stands in the file. Holds until the value is set again.
+  // The escaped text, as in the file. Valid until the value is set again.
   std::string_view storedName() const;
   std::string_view storedValue() const;
 
@@ -44,7 +42,7 @@ class XmlAttribute {
   uint32_t GetValueUInt() const;
   int64_t GetValueInt64() const;
   uint64_t GetValueUInt64() const;
-  // A decimal fraction, in full precision and rounded to a float.
+  // A decimal fraction, as a double and rounded to a float.
   double GetValueDouble() const;
   float GetValueFloat() const;
 
@@ -66,11 +64,11 @@ class XmlAttribute {
 
 // A comment, text content or CDATA section.
 struct XmlItem {
-  std::string_view stored;  // of a content escaped, of the others verbatim
-  size_t position = 0;      // the number of children in front of it
+  std::string_view stored;  // contents are escaped, comments and CDATA are verbatim
+  size_t position = 0;      // the number of child elements before it
 };
 
-// The children of one element in their order, for a range-based for.
+// The children of one element in order, for a range-based for.
 class XmlChildren {
  public:
   class Iterator;
@@ -102,26 +100,25 @@ class XmlElement {
   bool indentsWithSpaces() const;
   void setIndentsWithSpaces(bool spaces);
 
-  // The first child of that name, by exact bytes; with `create` an empty one is appended when
-  // there is none.
+  // The first child with exactly that name. With `create`, appends an empty one if there is none.
   XmlElement FindElement(std::string_view name, bool create = false) const;
   int FindElementIndex(std::string_view name) const;
-  // Appends. An element that stands elsewhere in the same document is moved, one of another
-  // document is copied; none, when it holds this one.
+  // Appends a child. An element of the same document is moved, one of another document is copied.
+  // Returns a null handle if `element` contains this one.
   XmlElement AddElement(std::string_view name);
   XmlElement AddElement(XmlElement element);
-  // The new number of children. An index past the end changes nothing.
+  // Returns the new number of children. An index past the end changes nothing.
   size_t RemoveElement(size_t index);
   void RemoveAllElements();
-  // Removes this element from its parent; false for a root, which stays.
+  // Removes this element from its parent. Returns false for the root, which cannot be removed.
   bool Remove();
   XmlChildren GetChildren() const { return {tree_, index_}; }
   size_t GetChildrenNum() const;
-  XmlElement GetChild(size_t index) const;  // a walk over the children before it
-  // With everything under it, this one included.
+  XmlElement GetChild(size_t index) const;  // linear in `index`
+  // The number of elements in the subtree, including this one.
   size_t GetSubtreeNum() const;
 
-  // The first of that name; -1 without one.
+  // The index of the first attribute with that name; -1 if there is none.
   int FindVariable(std::string_view name) const;
   XmlAttribute FindAttribute(std::string_view name) const;
   XmlAttribute AddVariable(std::string_view name, std::string_view value);
@@ -130,23 +127,23 @@ class XmlElement {
   XmlAttribute GetVariable(size_t index) const;
   size_t GetVariableNum() const;
 
-  // `position` is the number of children in front; beyond their number, and by default, all.
+  // `position` is the number of child elements before the item; by default all of them.
   void AddComment(std::string_view text, size_t position = SIZE_MAX);
   void AddContent(std::string_view text, size_t position = SIZE_MAX);
   void AddCData(std::string_view text, size_t position = SIZE_MAX);
   std::vector<XmlItem> GetComments() const { return items(XmlItemKind::comment); }
   std::vector<XmlItem> GetContents() const { return items(XmlItemKind::content); }
   std::vector<XmlItem> GetCDatas() const { return items(XmlItemKind::cdata); }
-  // All contents in a row, unescaped.
+  // All text contents concatenated, unescaped.
   std::string GetText() const;
-  // The same without a copy where one content needs no unescaping; otherwise `scratch` holds it.
+  // The same; copied to `scratch` only if there are several contents or entities.
   std::string_view text(std::string& scratch) const;
-  // Replaces all contents; an empty text leaves none.
+  // Replaces all text contents; an empty text removes them.
   void SetText(std::string_view text);
 
-  // The elements of the subtree, this one included, that satisfy `expression`, in document order;
-  // their number. `results` has room for GetSubtreeNum() + 1. Depth 0 is this element alone,
-  // -1 everything.
+  // Finds the elements of the subtree, including this one, that satisfy `expression`, in document
+  // order, and returns their number. `results` needs room for GetSubtreeNum() + 1. Depth 0 means
+  // only this element, -1 the whole subtree.
   //   ? == "name"   ? != "name"   ? == "*" (all)   ? < 12 (a name that is a number)
   size_t Query(std::string_view expression, XmlElement* results, int depth = -1) const;
   std::vector<XmlElement> Query(std::string_view expression, int depth = -1) const;

@@ -9,8 +9,8 @@
 
 namespace vgps {
 
-// Hands on a source as UTF-8 without a byte order mark: a text that begins with FF FE or FE FF is
-// UTF-16 and converted, any other passes as it is.
+// Converts a source to UTF-8 without a byte order mark. Text that starts with FF FE or FE FF is
+// UTF-16; anything else passes through unchanged.
 class XmlDecoder {
  public:
   explicit XmlDecoder(XmlSource source) : source_(source) {}
@@ -26,12 +26,12 @@ class XmlDecoder {
 
   XmlSource source_;
   Form form_ = Form::unknown;
-  std::string units_;      // bytes not yet converted: half a unit, half a pair
-  std::string converted_;  // not yet handed on from `given_` on
+  std::string units_;      // bytes not converted yet: half a unit, half a surrogate pair
+  std::string converted_;  // not returned yet, from `given_` on
   size_t given_ = 0;
 };
 
-// UTF-16, low bytes first, behind its byte order mark; empty when the memory cannot be had.
+// UTF-16, little-endian, with a byte order mark; empty if the memory could not be allocated.
 XmlBuffer utf16File(std::string_view utf8);
 
 }  // namespace vgps

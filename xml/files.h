@@ -6,27 +6,28 @@
 
 namespace vgps {
 
-// How documents reach the disk: functions to fill in, so that a test can let the disk fail. Paths
-// are UTF-8. A file is what `open` gave, null when the system refused.
+// How documents access the disk, as function pointers so that a test can simulate disk errors.
+// Paths are UTF-8. A file is the pointer that `open` returned, null if the system refused.
 struct XmlFiles {
   enum class Access { read, overwrite };
 
   void* (*open)(const std::string& path, Access access) = nullptr;
-  // The number of bytes moved; less than asked for at the end of the file or after a fault.
+  // Returns the number of bytes moved; fewer than requested at the end of the file or after an
+  // error.
   size_t (*read)(void* file, char* to, size_t size) = nullptr;
-  // Over what the file held, from its start. What the file must grow by is written first: a disk
-  // that has no room for it then leaves the old text whole.
+  // Overwrites the file from its start. Writes the part that extends the file first, so that a full
+  // disk leaves the old text intact.
   size_t (*write)(void* file, const char* from, size_t size) = nullptr;
-  // Cuts an overwritten file behind what was written. False when the system reported a fault since
-  // the file was opened; it then has its old size. `file` is gone in any case.
+  // Truncates an overwritten file after the written bytes. Returns false if any error occurred
+  // since the file was opened; the file then has its old size. `file` is invalid in any case.
   bool (*close)(void* file) = nullptr;
-  // How much an overwritten file may take: what is free and what it takes now. UINT64_MAX when
+  // The space available to overwrite a file: free space plus its current size. UINT64_MAX if
   // unknown.
   uint64_t (*roomOnDisk)(const std::string& path) = nullptr;
   uint64_t (*roomInMemory)() = nullptr;
 };
 
-// The system's files.
+// Access to the real file system.
 const XmlFiles& systemFiles();
 
 }  // namespace vgps

@@ -9,8 +9,8 @@
 
 namespace vgps {
 
-// An array of plain rows that grows by chunks: rows are never copied or moved, and a page that
-// holds no row is never touched. Touching memory is most of what loading a big file costs.
+// An array of plain rows that grows by chunks. Rows are rarely copied, and memory pages without
+// rows are never touched: touching memory is the main cost of loading a big file.
 template <class Row>
 class GrowingArray {
   static_assert(std::is_trivially_copyable_v<Row> && std::is_trivially_destructible_v<Row>);
@@ -29,7 +29,7 @@ class GrowingArray {
     std::free(chunks_);
   }
 
-  // The index of the appended copy. Rows keep their place from the kRows-th on.
+  // Returns the index of the appended copy. Rows never move once there are at least kRows of them.
   uint32_t push(const Row& row) {
     if (size_ == capacity_) {
       const Row copy = row;
@@ -42,7 +42,7 @@ class GrowingArray {
   }
 
  private:
-  static constexpr uint32_t kRows = 8192;  // of a chunk; the first one starts with
+  static constexpr uint32_t kRows = 8192;  // rows in a chunk; the first one starts with kFirstRows
   static constexpr uint32_t kFirstRows = 16;
 
   template <class T>

@@ -11,9 +11,10 @@
 
 namespace vgps {
 
-// The names of a document's elements and attributes, as stored (escaped), by number. A file has
-// few names and repeats them in every point: the last ones seen are found again and stored once.
-// A name that fell out of this memory gets a further number, so equal names may have several.
+// Numbers the names of a document's elements and attributes, as stored (escaped). A file uses few
+// names and repeats them in every point, so recently used names are recognized and stored only
+// once. A name that was forgotten gets a new number; equal names may therefore have several
+// numbers.
 class NameTable {
  public:
   std::string_view view(const TextStore& text, uint32_t number) const {
@@ -33,7 +34,7 @@ class NameTable {
     return find(text, stored, key, [stored] { return stored; });
   }
 
-  // For a name as it stands in a file, with XmlBuffer::kTail readable bytes behind it.
+  // For a name inside a file buffer, with XmlBuffer::kTail readable bytes after it.
   uint32_t numberFromWindow(TextStore& text, const char* name, size_t length) {
     uint64_t key = 0;
     if (length < sizeof key) {
@@ -47,23 +48,24 @@ class NameTable {
   }
 
  private:
-  // A name seen of late. `key` is the name itself up to eight bytes, the end of a longer one.
+  // A recently used name. `key` is the name itself if it has at most eight bytes, otherwise its
+  // last bytes.
   struct Seen {
     uint64_t key = 0;
     uint32_t length = UINT32_MAX;
     uint32_t number = 0;
-    uint32_t follower = 0;  // the place of the name that came after it the last time
+    uint32_t follower = 0;  // index of the name that followed it last time
   };
   static constexpr uint32_t kSets = 64;
-  static constexpr uint32_t kWays = 4;  // names whose keys fall together keep beside each other
+  static constexpr uint32_t kWays = 4;  // slots for names with the same hash
 
   bool isName(const TextStore& text, const Seen& seen, std::string_view name, uint64_t key) const {
     return seen.key == key && seen.length == name.size() &&
            (name.size() <= sizeof key || view(text, seen.number) == name);
   }
 
-  // `stored` gives the name as it is to be kept. One point of a track looks like the one before:
-  // the name that followed the last one before is tried first.
+  // `stored` returns the name in the form to be stored. Track points resemble each other, so the
+  // name that followed the previous one last time is tried first.
   template <class Stored>
   uint32_t find(TextStore& text, std::string_view name, uint64_t key, Stored stored) {
     const uint32_t guess = seen_[last_].follower;
@@ -82,7 +84,8 @@ class NameTable {
     if (place == (set + 1) * kWays) {
       const auto kept = stored();
       const uint32_t number = names_.push(text.add(kept));
-      // In a file the bytes of a stored name that holds an "&" are another name: not remembered.
+      // Not remembered: a name that contains "&" is stored escaped, so the same bytes in a file
+      // would mean another name.
       if (kept.find('&') != kept.npos) return number;
       place = set * kWays + number % kWays;
       seen_[place] = {key, static_cast<uint32_t>(name.size()), number, 0};
@@ -94,7 +97,7 @@ class NameTable {
 
   GrowingArray<XmlSpan> names_;
   std::array<Seen, kSets * kWays> seen_;
-  uint32_t last_ = 0;  // the place of the name found last
+  uint32_t last_ = 0;  // index of the name found last
 };
 
 }  // namespace vgps

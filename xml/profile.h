@@ -7,26 +7,26 @@
 
 #include "xml/document.h"
 
-// Values addressed like those of an INI file: by a section, which is the path of element names
-// below the root with "\" between them ("cfg\gps"; empty for the root itself), and a key, which is
-// an attribute there.
+// Access to single values as in an INI file. A section is a path of element names below the root,
+// separated by "\" ("cfg\gps"; empty for the root itself); a key is an attribute of that element.
 //
-// With a document, that is used and nothing is read or written on disk. With a file name (UTF-8)
-// alone, the file is loaded, and a setter saves it at once as UTF-8. Setters return 0 when they
+// If a document is passed, it is used and the disk is not touched. With only a file name (UTF-8),
+// the file is loaded, and a setter saves it at once as UTF-8. Setters return 0 on failure. An empty
+// attribute reads as the default, like a missing one.
 // failed. An attribute that holds nothing reads as the default, like one that is not there.
 namespace vgps {
 
-// The length of the value, copied to `out` with a NUL behind it. `size` is what `out` holds
-// without that NUL: when the value is longer, its length is returned and `out` left alone.
+// Copies the value and a NUL to `out` and returns the length. `size` is the room in `out` without
+// the NUL; for a longer value, the length is returned and `out` is left unchanged.
 size_t XmlGetString(std::string_view section, std::string_view key, std::string_view defaultValue,
                     char* out, size_t size, const char* file = nullptr,
                     XmlDocument* document = nullptr);
-// In full length.
+// The whole value.
 std::string XmlGetString(std::string_view section, std::string_view key,
                          std::string_view defaultValue, const char* file,
                          XmlDocument* document = nullptr);
-// Creates what is missing of the path. Without a key the element of the path is removed, without a
-// value the attribute.
+// Creates missing elements of the path. A null key removes the element; a null value removes the
+// attribute.
 int XmlSetString(std::string_view section, const char* key, const char* value, const char* file,
                  XmlDocument* document = nullptr);
 int XmlSetString(std::string_view section, std::string_view key, std::string_view value,
@@ -44,20 +44,21 @@ uint64_t XmlGetUInt64(std::string_view section, std::string_view key, uint64_t d
                       const char* file = nullptr, XmlDocument* document = nullptr);
 int XmlSetUInt64(std::string_view section, std::string_view key, uint64_t value, const char* file,
                  XmlDocument* document = nullptr);
-// Six decimals.
+// Written with six decimals.
 float XmlGetFloat(std::string_view section, std::string_view key, float defaultValue,
                   const char* file = nullptr, XmlDocument* document = nullptr);
 int XmlSetFloat(std::string_view section, std::string_view key, float value, const char* file,
                 XmlDocument* document = nullptr);
 
-// A block of bytes as upper-case hexadecimal, two digits a byte. Reading gives `size`; 0, and `out`
-// is left alone, when the value is missing, holds another number of bytes or any other character.
+// Binary data as upper-case hexadecimal, two digits per byte. Reading returns `size`, or 0 with
+// `out` unchanged if the value is missing, has another number of bytes, or contains any other
+// character.
 size_t XmlGetBinary(std::string_view section, std::string_view key, void* out, size_t size,
                     const char* file = nullptr, XmlDocument* document = nullptr);
 int XmlSetBinary(std::string_view section, std::string_view key, const void* bytes, size_t size,
                  const char* file = nullptr, XmlDocument* document = nullptr);
 
-// The element of a path; with `create` what is missing of it is created.
+// The element at a path. With `create`, missing elements are created.
 XmlElement xmlElementAt(XmlDocument& document, std::string_view section, bool create = false);
 
 }  // namespace vgps

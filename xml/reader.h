@@ -10,10 +10,10 @@
 
 namespace vgps {
 
-// How a text is read. The default is the format of this program's own files.
+// Reading options. The default is the format of this program's own files.
 struct XmlReading {
-  // For files of other programs: values in single quotes, ">" inside values, blanks around "=",
-  // CR and LF end a name, references by number are decoded, and CDATA is ordinary text.
+  // For other programs' files: accepts values in single quotes, ">" inside values, blanks around
+  // "=", and CR or LF after a name; decodes numeric references; treats CDATA as ordinary text.
   bool lenient = false;
 };
 
@@ -23,27 +23,27 @@ struct XmlComment {
   int position = 0;  // 0 before the root element, 1 after it
 };
 
-// A place in a text, both from 1; columns count bytes.
+// A position in a text. Both numbers start at 1; columns count bytes.
 struct XmlPlace {
   uint64_t line = 1;
   uint64_t column = 1;
 };
 
-// What the reader found beside the tree.
+// What the reader found outside the tree.
 struct XmlOutside {
-  std::string declaration;  // "<?xml ... ?>" as it stands; empty when there is none
+  std::string declaration;  // "<?xml ... ?>" verbatim; empty if there is none
   std::vector<XmlComment> comments;
-  bool anyText = false;      // there was at least one byte
+  bool anyText = false;      // the source had at least one byte
   bool outOfMemory = false;  // the text is larger than memory or the tree's TextStore
-  XmlPlace stray;            // without a root: where an element should have begun
+  XmlPlace stray;            // if there is no root: where an element was expected
 };
 
-// Reads a text into new elements of `tree`. The index of the first element at the top level,
-// without a parent; kNoRow when the text holds none. Linear in the text, without recursion; an
-// element that is never closed ends with the text.
+// Reads a text into new elements of `tree`. Returns the index of the root element, or kNoRow if the
+// text contains none. Takes linear time, without recursion. An element that is never closed ends
+// with the text.
 uint32_t readXml(XmlTree& tree, XmlSource source, size_t windowSize, const XmlReading& reading,
                  XmlOutside& outside);
-// `text` in one piece.
+// The same for a text in memory.
 uint32_t readXml(XmlTree& tree, std::string_view text, const XmlReading& reading,
                  XmlOutside& outside);
 

@@ -13,48 +13,50 @@ namespace vgps {
 inline constexpr std::string_view kXmlBlanks = " \t\r\n";
 inline bool isXmlBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
-// One tag of a text.
+// One tag in a text.
 struct TagMark {
   enum class Kind { open, close, empty, other };  // other: a comment, a declaration or CDATA
   Kind kind = Kind::open;
-  std::string_view name;     // until the next tag is asked for; empty of `other`
+  std::string_view name;     // valid until the next tag is read; empty for `other`
   uint64_t begin = 0;        // of "<"
-  uint64_t end = 0;          // behind ">"
-  uint64_t blanksBegin = 0;  // where the blanks in front of it begin
-  bool textBefore = false;   // something else than blanks stands in front of it
+  uint64_t end = 0;          // after ">"
+  uint64_t blanksBegin = 0;  // start of the blanks before the tag
+  bool textBefore = false;   // something other than blanks comes before the tag
 };
 
-// Finds the tags of a text of any length, and where they stand: what the XML reader's tree does not
-// know. As there, ">" ends a tag wherever it stands.
+// Finds the tags of a text of any length and their positions, which the XML reader's tree does not
+// record. As in that reader, ">" always ends a tag.
 class TagReader {
  public:
-  // Fills the room it is given as far as it can; 0 at the end.
+  // Fills the given buffer as far as possible; returns 0 at the end.
   using Source = std::function<size_t(char*, size_t)>;
   explicit TagReader(Source source) : source_(std::move(source)) {}
-  // `text` stays where it is.
+  // `text` must stay valid.
   explicit TagReader(std::string_view text);
 
-  // The next tag. False at the end of the text.
+  // Reads the next tag. Returns false at the end of the text.
   bool next(TagMark& tag);
-  // Likewise, and also what is not a tag.
+  // Likewise, but also returns comments, declarations, and CDATA.
   bool nextPiece(TagMark& piece);
 
-  // Lets `take` go over the bytes behind the last tag as long as it can make something of them: it
-  // gets those that are at hand and says how many of them it has taken, up to the end of a tag.
+  // Lets the caller process the bytes after the last tag directly: calls `take` with the buffered
+  // bytes for as long as it consumes some. `take` returns how many it consumed, up to the end of a
+  // tag.
   template <class Take>
   void pass(Take take);
 
-  // The bytes from `place`, which is in the last tag or its blanks, stay at hand until `release`.
+  // Keeps the bytes from `place` on (in the last tag or the blanks before it) in memory until
+  // `release`.
   void keepFrom(uint64_t place) { keep_ = place; }
   void release() { keep_ = kNothing; }
-  // Bytes from the kept place to at most the last tag's end.
+  // The bytes from `begin`, at or after the kept place, to `end`, at most the end of the last tag.
   std::string_view kept(uint64_t begin, uint64_t end) const {
     return std::string_view(bytes_.data(), filled_).substr(begin - start_, end - begin);
   }
 
-  // How far the text was read: its length after the end.
+  // How far the text was read; at the end, its length.
   uint64_t place() const { return start_ + at_; }
-  // A tag or comment without an end, or text behind the last tag, was seen.
+  // Whether there was an unterminated tag or comment, or text after the last tag.
   bool isBroken() const { return broken_; }
 
  private:
@@ -72,16 +74,16 @@ class TagReader {
   void finishOther(TagMark& piece, size_t end);
 
   Source source_;
-  std::vector<char> bytes_;  // longer than what it holds by what the scanning reads too far
+  std::vector<char> bytes_;  // larger than the data, so that scans may read past the end
   size_t filled_ = 0;
-  uint64_t start_ = 0;  // place of the first of them
-  size_t at_ = 0;       // in them
+  uint64_t start_ = 0;  // position of bytes_[0] in the text
+  size_t at_ = 0;       // current index into bytes_
   uint64_t keep_ = kNothing;
-  uint64_t lastEnd_ = 0;  // of the last tag, comment or declaration
-  bool text_ = false;     // something else than blanks was seen since
+  uint64_t lastEnd_ = 0;  // end of the last tag, comment, or declaration
+  bool text_ = false;     // something other than blanks was seen since
   bool broken_ = false;
   bool ended_ = false;
-  // The rest of the text was searched for such an end; it is not searched again.
+  // Set when a search found no such end in the rest of the text, so that it is not repeated.
   bool noCommentEnd_ = false;
   bool noCDataEnd_ = false;
   bool noSubsetEnd_ = false;
@@ -89,7 +91,7 @@ class TagReader {
 
 template <class Take>
 void TagReader::pass(Take take) {
-  constexpr size_t kLongestTag = 4096;  // what is not taken of more than that never will be
+  constexpr size_t kLongestTag = 4096;  // what `take` refuses beyond this length it will never take
   do {
     const size_t taken = take(rest());
     if (taken == 0) continue;
@@ -98,8 +100,8 @@ void TagReader::pass(Take take) {
   } while (filled_ - at_ < kLongestTag && fill());
 }
 
-// `take(name, value, bytes)` for each attribute of a tag; the bytes begin with the blanks in front
-// of it.
+// Calls `take(name, value, bytes)` for each attribute of a tag. `bytes` includes the blanks before
+// the attribute.
 template <class Take>
 void forTagAttributes(std::string_view tag, Take take) {
   size_t at = tag.find_first_of(kXmlBlanks);

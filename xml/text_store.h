@@ -9,15 +9,15 @@
 
 namespace vgps {
 
-// A string of a document by its place in the document's TextStore.
+// A string of a document: its position in the document's TextStore.
 struct XmlSpan {
   uint32_t offset = 0;
   uint32_t length = 0;
 };
 
-// Every string of one document, by 32-bit offsets, each with XmlBuffer::kTail readable bytes
-// behind it. While a document is read all goes into one growing block; after `seal` further
-// strings go into chunks beside it and nothing moves any more: a view then holds until its own
+// Stores all strings of one document, addressed by 32-bit offsets, each with XmlBuffer::kTail
+// readable bytes after it. While a document is read, they go into one growing block. After `seal`,
+// further strings go into separate chunks and nothing moves: a view is then valid until its own
 // string is overwritten.
 class TextStore {
  public:
@@ -28,9 +28,9 @@ class TextStore {
   }
   std::string_view view(XmlSpan span) const { return {at(span.offset), span.length}; }
 
-  // A sealed store that is full ends the program, like any other failed allocation.
+  // If a sealed store is full, the program ends, as after any failed allocation.
   XmlSpan add(std::string_view text);
-  // For a string that has XmlBuffer::kTail readable bytes behind it.
+  // For a string with XmlBuffer::kTail readable bytes after it.
   XmlSpan addFromWindow(const char* from, size_t length) {
     if (!open_ || block_.size() - used_ <= length) return add({from, length});
     char* const to = block_.data() + used_;
@@ -50,20 +50,20 @@ class TextStore {
     if (!text.empty()) std::memmove(const_cast<char*>(at(offset)), text.data(), text.size());
   }
 
-  // Starts the one growing block; only in an empty store. A text that would fill the store beyond
-  // kLimit is left out then, and `overflowed` says so.
+  // Starts the growing block; only in an empty store. A text that would exceed kLimit is then
+  // dropped, and `overflowed` returns true.
   void open() {
     open_ = true;
     sideBase_ = UINT32_MAX;
   }
   void seal();
   bool overflowed() const { return overflowed_; }
-  // About the bytes of all strings.
+  // The approximate size of all strings, in bytes.
   uint64_t used() const { return used_ + sideUsed_; }
 
  private:
-  // Chunk k holds kFirstChunk << k bytes: few chunks, and the one of an offset is one bit scan
-  // away.
+  // Chunk k has kFirstChunk << k bytes: there are few chunks, and a bit scan finds the chunk of an
+  // offset.
   static constexpr uint64_t kFirstChunk = 4096;
   static constexpr size_t kChunks = 21;
   static uint64_t chunkStart(size_t chunk) { return kFirstChunk * ((uint64_t{1} << chunk) - 1); }
@@ -72,7 +72,7 @@ class TextStore {
   XmlSpan addToBlock(std::string_view text);
 
   XmlBuffer block_;
-  uint64_t used_ = 0;  // of the block while it is open
+  uint64_t used_ = 0;  // bytes used in the block while it is open
   uint32_t sideBase_ = 0;
   bool open_ = false;
   bool overflowed_ = false;

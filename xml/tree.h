@@ -13,18 +13,18 @@ constexpr uint32_t kNoRow = UINT32_MAX;
 
 enum class XmlItemKind : uint32_t { comment = 0, content = 1, cdata = 2 };
 
-// One element. Lists are rings known by their last member, so that both ends are one step away:
-// the first child is `elements[lastChild].next`, likewise the items. An element that holds one text
-// content and nothing else, as most of a GPX file's do, keeps it here: `textOnly` is set, and
-// lastChild and lastItem are the offset and the length of the text.
+// One element. Each list is a ring that is known by its last member, so that both ends are reached
+// in one step: the first child is `elements[lastChild].next`; items work the same way. An element
+// with a single text and nothing else, like most in a GPX file, stores the text here: `textOnly` is
+// set, and lastChild and lastItem are the text's offset and length.
 struct XmlElementRow {
-  uint32_t parent = kNoRow;  // kNoRow at a root and at an element not yet placed
+  uint32_t parent = kNoRow;  // kNoRow for a root and for an element without a parent yet
   uint32_t next = kNoRow;    // sibling
   uint32_t lastChild = kNoRow;
-  uint32_t lastItem = kNoRow;  // of a free row: the next free one
+  uint32_t lastItem = kNoRow;  // in a free row: the next free row
   uint32_t firstAttribute = 0;
   uint32_t attributeCount : 29 = 0;
-  uint32_t attributesRoomy : 1 = 0;  // the rows reach to the next power of two
+  uint32_t attributesRoomy : 1 = 0;  // space is allocated up to the next power of two
   uint32_t spaces : 1 = 0;           // indented with spaces instead of tabs
   uint32_t textOnly : 1 = 0;
   uint32_t name = 0;
@@ -34,12 +34,13 @@ struct XmlElementRow {
 };
 static_assert(sizeof(XmlElementRow) == 28);
 
-// One attribute. What does not fit (the 65,535th different name and later ones, a value of over
-// 65,535 bytes) is a wide row: `name` is kWide and `value` its index.
+// One attribute. If something does not fit (more than 65,535 different names, or a value longer
+// than 65,535 bytes), the row is "wide": `name` is kWide and `value` is an index into the wide
+// rows.
 struct XmlAttributeRow {
   static constexpr uint16_t kWide = UINT16_MAX;
 
-  uint32_t value = 0;  // offset in the text
+  uint32_t value = 0;  // offset in the TextStore
   uint16_t name = 0;
   uint16_t length = 0;
 };
@@ -60,8 +61,8 @@ struct XmlItemRow {
 };
 static_assert(sizeof(XmlItemRow) == 16);
 
-// The element tree of one document: rows by index over one TextStore. Names, values and texts
-// are held in their stored (escaped) form. Nothing here recurses.
+// The element tree of one document: rows addressed by index, strings in one TextStore. Names,
+// values, and texts are stored escaped. No function here is recursive.
 struct XmlTree {
   TextStore text;
   NameTable names;
@@ -97,12 +98,12 @@ struct XmlTree {
     const uint32_t last = lastChild(element);
     return last == kNoRow ? kNoRow : elements[last].next;
   }
-  // kNoRow behind the last one. `element` has a parent.
+  // kNoRow after the last one. `element` must have a parent.
   uint32_t nextSibling(uint32_t element) const {
     const XmlElementRow& row = elements[element];
     return elements[row.parent].lastChild == element ? kNoRow : row.next;
   }
-  // The item rows; none of an element that is `textOnly`.
+  // The item rows; kNoRow for an element that is `textOnly`.
   uint32_t firstItem(uint32_t element) const {
     const XmlElementRow& row = elements[element];
     return row.textOnly || row.lastItem == kNoRow ? kNoRow : uint32_t{items[row.lastItem].next};
@@ -110,10 +111,10 @@ struct XmlTree {
   uint32_t nextItem(uint32_t element, uint32_t item) const {
     return elements[element].lastItem == item ? kNoRow : uint32_t{items[item].next};
   }
-  // The next element of the subtree of `top` in document order; kNoRow at its end. `depth`
-  // (levels below `top`) follows along.
+  // The next element of the subtree of `top` in document order; kNoRow at its end. Updates `depth`
+  // (levels below `top`).
   uint32_t nextInSubtree(uint32_t top, uint32_t element, uint32_t& depth) const;
-  // The same, leaving out what lies under `element`.
+  // The same, but skips everything under `element`.
   uint32_t nextBeside(uint32_t top, uint32_t element, uint32_t& depth) const;
 
   // A new element without a parent.
@@ -130,16 +131,16 @@ struct XmlTree {
     into.lastChild = child;
     elements[child].parent = parent;
   }
-  // Takes `child` out of its parent's list; what followed it moves behind its predecessor.
+  // Removes `child` from its parent's list. Items that followed it now follow its predecessor.
   void detach(uint32_t child);
-  // Detaches and frees `element` with everything under it.
+  // Detaches and frees `element` and everything under it.
   void destroy(uint32_t element);
   void destroyChildren(uint32_t element);
 
-  // A copy of `element` of another tree with everything under it, without a parent.
+  // Copies `element` of another tree and everything under it. The copy has no parent.
   uint32_t copyFrom(const XmlTree& other, uint32_t element);
 
-  // Appends an attribute row, which the caller sets; its index.
+  // Appends an attribute row, to be filled by the caller, and returns its index.
   uint32_t newAttribute(uint32_t element);
   void removeAttribute(uint32_t element, uint32_t position);
   XmlAttributeRow attributeRow(uint32_t name, XmlSpan value) {
@@ -148,11 +149,11 @@ struct XmlTree {
     }
     return {value.offset, static_cast<uint16_t>(name), static_cast<uint16_t>(value.length)};
   }
-  // The stored value of an attribute that exists; in place where it fits.
+  // Changes the stored value of an existing attribute; in place if it fits.
   void setValue(uint32_t row, std::string_view value);
-  // Adds an item behind the child `after`, last among those that stand there.
+  // Adds an item after the child `after` and after the items that are already there.
   void addItem(uint32_t element, XmlItemKind kind, XmlSpan stored, uint32_t after);
-  // The same behind everything else, as the reader does.
+  // Adds an item after everything else, as the reader does.
   void appendItem(uint32_t element, XmlItemKind kind, XmlSpan stored) {
     XmlElementRow& owner = elements[element];
     if (kind == XmlItemKind::content && owner.lastChild == kNoRow && owner.lastItem == kNoRow) {
@@ -171,7 +172,7 @@ struct XmlTree {
 
   uint32_t newItem(XmlItemKind kind, XmlSpan stored, uint32_t after);
   void appendItemRow(uint32_t element, XmlItemKind kind, XmlSpan stored);
-  // Gives the text of a `textOnly` element a row of its own.
+  // Moves the text of a `textOnly` element to an item row.
   void unfoldText(uint32_t element);
   uint32_t lastItemUpTo(uint32_t element, uint32_t after) const;
   uint32_t copyRow(const XmlTree& other, uint32_t element);

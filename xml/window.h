@@ -8,22 +8,22 @@
 
 namespace vgps {
 
-// Where a text comes from: `read` gives up to `size` bytes and 0 at the end.
+// A source of text: `read` delivers up to `size` bytes, and 0 at the end.
 struct XmlSource {
   size_t (*read)(void* from, char* to, size_t size) = nullptr;
   void* from = nullptr;
 
-  // `rest` moves on with the reading.
+  // Reads from `rest` and advances it.
   static XmlSource of(std::string_view& rest);
 };
 
-// The part of a text that is being read. A file passes through a window small enough to stay in
-// the processor's cache: that is faster than holding the file in memory, and only what the tree
-// keeps is ever written anywhere else. A single tag or text longer than the window widens it.
+// The part of a text that is currently being read. A file passes through a window small enough for
+// the processor's cache, which is faster than loading the whole file; only what the tree keeps is
+// copied elsewhere. A single tag or text that is longer enlarges the window.
 //
-// The bytes to scan are [begin(), end()). Behind them stand "<" and ">", so that no scan needs to
-// test for the end. In front of the end of the text, end() lies behind the last ">" there is, so
-// that a tag which begins in the window also ends in it.
+// The bytes to scan are [begin(), end()). They are followed by "<" and ">", so that no scan needs
+// to check for the end. Except at the end of the text, end() is just after the last ">", so that a
+// tag that starts in the window also ends in it.
 class XmlWindow {
  public:
   static constexpr size_t kUsualSize = 128 * 1024;
@@ -32,17 +32,17 @@ class XmlWindow {
 
   char* begin() { return bytes_.data(); }
   char* end() { return bytes_.data() + end_; }
-  // No more text behind end().
+  // Whether there is no more text after end().
   bool isLast() const { return isLast_; }
-  // The place of `p` in the text.
+  // The position of `p` in the text.
   uint64_t placeOf(const char* p) const {
     return passed_ + static_cast<uint64_t>(p - bytes_.data());
   }
 
-  // Gives up what lies before `keep` and takes in more text; begin() is then what `keep` was.
-  // Only when not isLast(). False when there is no memory for a wider window.
+  // Discards everything before `keep` and reads more text; begin() is then at `keep`. Only if not
+  // isLast(). Returns false if there is no memory for a larger window.
   bool advance(const char* keep);
-  // Takes in the whole text; instead of the first `advance`.
+  // Reads the whole text. Call it instead of the first `advance`.
   bool takeAll();
 
  private:
@@ -54,7 +54,7 @@ class XmlWindow {
   XmlBuffer bytes_;
   size_t filled_ = 0;
   size_t end_ = 0;
-  char behindEnd_[2] = {};  // the text's own bytes where the marks stand
+  char behindEnd_[2] = {};  // the original bytes at the position of the marks
   uint64_t passed_ = 0;
   bool isLast_ = false;
 };

@@ -7,13 +7,13 @@
 
 namespace vgps {
 
-// The bytes that `renderXml` makes of `element` as the root of a document.
+// The number of bytes that `renderXml` produces for `element` as the root of a document.
 uint64_t renderedSize(const XmlTree& tree, uint32_t element);
 
-// Writes `element` with everything under it behind the `used` bytes of `buffer`, which grows up to
-// `most` bytes where it must: one line for each tag, text and comment, CR LF at each end, one tab
-// (or blank) for each level. Returns the bytes used then; 0 when they would be more than `most` or
-// than the memory has.
+// Writes `element` and everything under it after the first `used` bytes of `buffer`, which may grow
+// up to `most` bytes: one line per tag, text, and comment, ended by CR LF and indented by one tab
+// (or blank) per level. Returns the new number of used bytes, or 0 if that would exceed `most` or
+// the available memory.
 size_t renderXml(const XmlTree& tree, uint32_t element, XmlBuffer& buffer, size_t used,
                  uint64_t most);
 

@@ -13,10 +13,10 @@
 namespace vgps {
 namespace {
 
-// A closed terminal ends the program as soon as the system's handler returns.
+// When a terminal is closed, the program ends as soon as the system's handler returns.
 constexpr DWORD kGraceMs = 5000;
 
-// The system calls its handler with nothing but the kind of event.
+// Global because the system passes its handler only the kind of event.
 HANDLE stopRequested = nullptr;
 
 std::atomic<bool> requestCame{false};
@@ -34,7 +34,8 @@ BOOL WINAPI onConsoleEvent(DWORD kind) {
 
 }  // namespace
 
-// The C library passes the arguments in the code page of the region, which cannot name all files.
+// The C library converts the arguments to the regional code page, which cannot represent all file
+// names.
 std::vector<std::string> commandLineArguments(int argc, char** argv) {
   std::vector<std::string> arguments;
   int count = 0;

@@ -11,7 +11,7 @@
 namespace vgps {
 namespace {
 
-// One call of the system moves at most this many bytes.
+// The most bytes for a single system call.
 constexpr size_t kMostAtOnce = size_t{1} << 30;
 
 OVERLAPPED placeOf(uint64_t offset) {
@@ -70,7 +70,7 @@ class UnsharedFile : public ExclusiveFile {
     if (!SetFileInformationByHandle(handle_.get(), FileDispositionInfo, &gone, sizeof gone)) {
       return false;
     }
-    handle_ = Handle();  // it goes with its last handle
+    handle_ = Handle();  // the file is deleted with its last handle
     return true;
   }
 

@@ -42,7 +42,7 @@ std::string programFolder() {
       path.resize(length);
       break;
     }
-    path.resize(path.size() * 2);  // it was cut
+    path.resize(path.size() * 2);  // the path was truncated
   }
   const size_t separator = path.find_last_of(L"\\/");
   return utf8FromWide(std::wstring_view(path).substr(0, separator));
@@ -123,7 +123,7 @@ bool isSameFile(const std::string& a, const std::string& b) {
   return CompareStringOrdinal(fullPath(a).c_str(), -1, fullPath(b).c_str(), -1, TRUE) == CSTR_EQUAL;
 }
 
-// A new file has the rights of its folder, as the old one had.
+// A new file inherits the rights of its folder, as the old one did.
 void copyPermissions(const std::string&, const std::string&) {}
 
 bool removeFile(const std::string& path) { return DeleteFileW(wideFromUtf8(path).c_str()) != 0; }

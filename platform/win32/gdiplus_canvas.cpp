@@ -25,7 +25,7 @@ std::vector<Gdiplus::PointF> gdiplusPoints(std::span<const Point> points) {
   return converted;
 }
 
-// GDI+ replaces no family that is missing: it draws nothing.
+// GDI+ does not substitute a missing font family: it draws nothing.
 std::unique_ptr<Gdiplus::Font> makeFont(const std::string& wanted, float size, bool bold) {
   const std::array<std::wstring, 5> families = {wideFromUtf8(wanted), L"Arial", L"Liberation Sans",
                                                 L"DejaVu Sans", L"Tahoma"};
@@ -53,7 +53,7 @@ GdiplusSession::~GdiplusSession() {
 
 const Gdiplus::Font* GdiplusFonts::get(const Font& font) {
   constexpr float kSteps = 16;
-  constexpr size_t kMostFonts = 200;  // a window being resized asks for ever new sizes
+  constexpr size_t kMostFonts = 200;  // resizing a window keeps requesting new sizes
   const int size = std::max(static_cast<int>(std::lround(font.size * kSteps)), 1);
   if (fonts_.size() >= kMostFonts) fonts_.clear();
   const auto [place, isNew] = fonts_.try_emplace({std::string(font.family), size, font.bold});
@@ -66,7 +66,7 @@ const Gdiplus::Font* GdiplusFonts::get(const Font& font) {
 
 GdiplusCanvas::GdiplusCanvas(HDC target, int width, int height, GdiplusFonts& fonts)
     : graphics_(target),
-      // The ordinary format leaves a margin at both ends of a text.
+      // The default format adds a margin at both ends of a text.
       format_(Gdiplus::StringFormat::GenericTypographic()),
       bounds_{0, 0, static_cast<float>(width), static_cast<float>(height)},
       fonts_(fonts) {
@@ -124,8 +124,8 @@ void GdiplusCanvas::fillEllipse(const Rect& box, Colour colour) {
   check(graphics_.FillEllipse(&brush, gdiplusRect(box)));
 }
 
-// GDI+ clips a text to its box whole letters at a time or not at all, depending on whose GDI+ it
-// is: so the text is placed here, and clipped only where it does not fit.
+// Implementations of GDI+ differ in how they clip text to its box: by whole letters or not at all.
+// So this function positions the text itself and clips only if it does not fit.
 void GdiplusCanvas::text(std::string_view text, const Rect& box, const Font& font, Colour colour,
                          Align align) {
   const Gdiplus::Font* const drawn = fonts_.get(font);

@@ -16,7 +16,7 @@
 namespace vgps {
 namespace {
 
-// Not declared by the headers of the compiler.
+// The compiler's headers do not declare these.
 constexpr CLSID kSensorCollection = {
     0x79C43ADB, 0xA429, 0x469F, {0xAA, 0x39, 0x2F, 0x2B, 0x74, 0xB7, 0x59, 0x37}};
 constexpr CLSID kGlobalInterfaceTable = {
@@ -24,8 +24,8 @@ constexpr CLSID kGlobalInterfaceTable = {
 
 constexpr int kPollMs = 100;
 
-// Opened by the user-interface thread, read and let go by the sensor's own: the table passes the
-// object from apartment to apartment.
+// Opened by the user-interface thread, but read and released by the sensor's own thread: the global
+// interface table passes the object between their apartments.
 class Win32LocationSensor : public LocationSensor {
  public:
   Win32LocationSensor(ComPtr<IGlobalInterfaceTable> table, DWORD cookie)
@@ -55,7 +55,7 @@ bool degreesOf(ISensorDataReport& report, REFPROPERTYKEY key, double& degrees) {
   return isNumber;
 }
 
-// A sensor goes on giving its last report.
+// A sensor keeps returning its last report.
 bool Win32LocationSensor::isNew(ISensorDataReport& report) {
   SYSTEMTIME time{};
   if (FAILED(report.GetTimestamp(&time))) return false;
@@ -88,7 +88,7 @@ class Win32SensorManager : public LocationSensorManager {
   std::unique_ptr<LocationSensor> open(const std::string& identifier) override;
 };
 
-// The user is asked once, beside the program: a refusal shows as a sensor without data.
+// Asks the user once, without waiting. If the user refuses, the sensor delivers no data.
 void askForPermission(ISensorManager& manager, ISensor& sensor) {
   const auto sensors = createObject<ISensorCollection>(kSensorCollection);
   if (sensors == nullptr || FAILED(sensors->Add(&sensor))) return;

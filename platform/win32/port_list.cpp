@@ -1,4 +1,4 @@
-// Behind <windows.h>, on which they build.
+// The other headers need <windows.h> first.
 #include <windows.h>
 
 #include <cfgmgr32.h>
@@ -16,7 +16,7 @@
 namespace vgps {
 namespace {
 
-// The numbers that a search tries.
+// The port numbers that a search tries.
 constexpr int kCandidates = 30;
 
 bool isPortName(std::wstring_view name) {
@@ -31,7 +31,7 @@ struct Device {
 };
 using Devices = std::map<std::string, Device>;
 
-// What drivers have registered. Some virtual ports do without.
+// The ports that drivers have registered. Some virtual ports are not registered.
 void addRegistered(Devices& ports) {
   HKEY key = nullptr;
   if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"HARDWARE\\DEVICEMAP\\SERIALCOMM", 0, KEY_READ, &key) !=
@@ -46,7 +46,7 @@ void addRegistered(Devices& ports) {
     DWORD type = 0;
     const LSTATUS status = RegEnumValueW(key, index, device, &deviceLength, nullptr, &type,
                                          reinterpret_cast<BYTE*>(name), &size);
-    if (status == ERROR_MORE_DATA) continue;  // no port has so long a name
+    if (status == ERROR_MORE_DATA) continue;  // no port name is that long
     if (status != ERROR_SUCCESS) break;
     if (type != REG_SZ) continue;
     std::wstring_view text(name, size / sizeof(wchar_t));
@@ -56,7 +56,7 @@ void addRegistered(Devices& ports) {
   RegCloseKey(key);
 }
 
-// What the object manager has a name for.
+// The ports that the object manager knows by name.
 void addNamed(Devices& ports) {
   std::wstring names(16384, L'\0');
   DWORD length = 0;
@@ -85,14 +85,14 @@ std::wstring portNameOf(HDEVINFO devices, SP_DEVINFO_DATA& device) {
   return std::wstring(text.substr(0, text.find(L'\0')));
 }
 
-// "Prolific USB-to-Serial (COM3)": the number is said already.
+// "Prolific USB-to-Serial (COM3)" without the port number, which is shown anyway.
 std::string withoutPortName(std::wstring_view text, std::wstring_view port) {
   const std::wstring ending = L" (" + std::wstring(port) + L")";
   if (text.ends_with(ending)) text.remove_suffix(ending.size());
   return utf8FromWide(text);
 }
 
-// Its own name, or that of its kind. Some have neither.
+// The device's own name, or that of its class. Some have neither.
 std::wstring textOf(HDEVINFO devices, SP_DEVINFO_DATA& device) {
   for (const DWORD property : {SPDRP_FRIENDLYNAME, SPDRP_DEVICEDESC}) {
     wchar_t text[256] = L"";
@@ -105,8 +105,8 @@ std::wstring textOf(HDEVINFO devices, SP_DEVINFO_DATA& device) {
   return {};
 }
 
-// The same when the device is plugged in again, whatever number it gets. Capitals and small letters
-// mean the same there and do change.
+// Stays the same when the device is plugged in again, whatever port number it gets. Converted to
+// one case, because Windows ignores case here and changes it.
 std::string instanceOf(HDEVINFO devices, SP_DEVINFO_DATA& device) {
   wchar_t instance[MAX_DEVICE_ID_LEN] = L"";
   if (!SetupDiGetDeviceInstanceIdW(devices, &device, instance, std::size(instance), nullptr)) {
@@ -116,8 +116,8 @@ std::string instanceOf(HDEVINFO devices, SP_DEVINFO_DATA& device) {
   return utf8FromWide(instance);
 }
 
-// USB\VID_067B&PID_2303\5&2A5B7C9D&0&3: the system makes up the last part, with "&", for devices
-// without a serial number.
+// USB\VID_067B&PID_2303\5&2A5B7C9D&0&3: for devices without a serial number, Windows makes up the
+// last part, which then contains "&".
 std::string makeOf(const std::string& instance) {
   const size_t last = instance.rfind('\\');
   const bool madeUp = instance.starts_with("USB\\") && instance.find('&', last) != instance.npos;

@@ -15,10 +15,10 @@
 namespace vgps {
 namespace {
 
-constexpr DWORD kDriverBuffer = 64 * 1024;  // ten seconds of the fastest receiver
+constexpr DWORD kDriverBuffer = 64 * 1024;  // ten seconds at the fastest receiver's rate
 constexpr DWORD kIntervalMs = 250;
 constexpr size_t kMostUnwritten = kDriverBuffer;
-constexpr size_t kNameUnits = 10;  // "COM" and its number, as the settings keep it
+constexpr size_t kNameUnits = 10;  // "COM" and a number, as limited by the settings
 
 PortError openError(DWORD error) {
   switch (error) {
@@ -27,9 +27,9 @@ PortError openError(DWORD error) {
     case ERROR_INVALID_NAME:
     case ERROR_BAD_PATHNAME:
     case ERROR_DEV_NOT_EXIST:
-    case ERROR_GEN_FAILURE:  // a Bluetooth port whose device is away
+    case ERROR_GEN_FAILURE:  // a Bluetooth port whose device is out of reach
     case ERROR_SEM_TIMEOUT: return PortError::notThere;
-    // A port is opened by one program only; there are no other rights to ports.
+    // Only one program can open a port; ports have no other access rights.
     case ERROR_ACCESS_DENIED:
     case ERROR_SHARING_VIOLATION:
     case ERROR_BUSY: return PortError::busy;
@@ -37,8 +37,8 @@ PortError openError(DWORD error) {
   }
 }
 
-// One operation under way and the event that tells of its end. The driver writes into it until
-// then, so it stays where it is.
+// One overlapped operation and its completion event. The driver writes into it until then, so it
+// must not move.
 struct Operation {
   OVERLAPPED overlapped{};
   Handle event;
@@ -49,7 +49,7 @@ struct Operation {
   Operation(const Operation&) = delete;
   Operation& operator=(const Operation&) = delete;
 
-  // After a cancellation: until the driver has let go of the buffer.
+  // Call after a cancellation: waits until the driver has released the buffer.
   void waitForEnd(HANDLE device) {
     DWORD count = 0;
     GetOverlappedResult(device, &overlapped, &count, TRUE);
@@ -75,7 +75,7 @@ class Win32SerialPort : public SerialPort {
   void close() override;
 
  private:
-  // A call that uses the device; `close` waits until none is left.
+  // Marks a call that uses the device; `close` waits until there are none.
   class Use {
    public:
     explicit Use(Win32SerialPort& port);
@@ -102,7 +102,8 @@ class Win32SerialPort : public SerialPort {
   Handle device_;
   Handle cancel_;  // wakes the reader when the port is closed
 
-  // Of the reading thread. The read of one byte outlives the call that began it.
+  // Used only by the reading thread. The one-byte read stays pending after the call that started
+  // it.
   std::unique_ptr<Operation> reading_;
   bool pending_ = false;
   char oneByte_ = 0;
@@ -143,7 +144,7 @@ PortError Win32SerialPort::open(const std::string& path) {
 bool Win32SerialPort::setUp(uint32_t baudRate) {
   const Use use(*this);
   if (!use) return false;
-  // A wish: a driver that keeps its own size loses nothing that it would not lose anyhow.
+  // Only a hint: a driver that keeps its own buffer size loses no more data than before.
   SetupComm(device_.get(), kDriverBuffer, kDriverBuffer);
   if (!SetCommMask(device_.get(), EV_RXCHAR) || !setTimeouts()) return false;
   setLine(baudRate);
@@ -161,7 +162,7 @@ bool Win32SerialPort::setTimeouts() {
   return SetCommTimeouts(device_.get(), &timeouts) != FALSE;
 }
 
-// Refusals are of no interest: some virtual ports know no speed.
+// Errors are ignored: some virtual ports have no baud rate.
 void Win32SerialPort::setLine(uint32_t baudRate) {
   wchar_t text[64];
   std::swprintf(text, std::size(text), L"baud=%u parity=N data=8 stop=1", baudRate);
@@ -172,8 +173,8 @@ void Win32SerialPort::setLine(uint32_t baudRate) {
   }
 }
 
-// Waits for one byte, then takes all that waits behind it: asking for more at once would wait
-// until the line pauses, which a receiver at 10 Hz never does.
+// Waits for one byte, then takes everything already received. Requesting more bytes at once would
+// wait for a pause, which a receiver at 10 Hz never makes.
 PortRead Win32SerialPort::read(std::span<char> buffer, size_t& got, int timeoutMs) {
   got = 0;
   const Use use(*this);
@@ -190,13 +191,14 @@ PortRead Win32SerialPort::read(std::span<char> buffer, size_t& got, int timeoutM
   if (result != PortRead::data) return result;
   buffer[0] = oneByte_;
   size_t more = 0;
-  // What fails here fails again in the next call, and the byte is not lost.
+  // If this fails, the next call fails too; the first byte is kept.
   if (buffer.size() > 1) takeWaiting(buffer.subspan(1), more);
   got = 1 + more;
   return PortRead::data;
 }
 
-// A read that ends at once signals the event too, so there is one way of collecting.
+// A read that completes immediately also signals the event, so both cases are collected the same
+// way.
 bool Win32SerialPort::start(std::span<char> into) {
   const bool ended = ReadFile(device_.get(), into.data(), static_cast<DWORD>(into.size()), nullptr,
                               &reading_->overlapped) != FALSE;
@@ -204,7 +206,7 @@ bool Win32SerialPort::start(std::span<char> into) {
   return pending_;
 }
 
-// Collects the read under way; `silence` leaves it under way.
+// Collects the pending read. `silence` means that it is still pending.
 PortRead Win32SerialPort::collect(size_t& got, DWORD limitMs) {
   const HANDLE events[] = {cancel_.get(), reading_->event.get()};
   const DWORD woken = WaitForMultipleObjects(2, events, FALSE, limitMs);
@@ -220,7 +222,7 @@ PortRead Win32SerialPort::collect(size_t& got, DWORD limitMs) {
     got = count;
     return count > 0 ? PortRead::data : PortRead::silence;
   }
-  // `close` cancels whatever is under way, and that may be noticed before its event is.
+  // `close` cancels every pending operation; that can be noticed before its event.
   const bool closed = WaitForSingleObject(cancel_.get(), 0) == WAIT_OBJECT_0;
   return closed ? PortRead::closed : PortRead::failed;
 }
@@ -228,11 +230,11 @@ PortRead Win32SerialPort::collect(size_t& got, DWORD limitMs) {
 PortRead Win32SerialPort::takeWaiting(std::span<char> buffer, size_t& got) {
   DWORD errors = 0;
   COMSTAT waiting{};
-  // Also takes back an overrun or a framing error, after which some drivers deliver no more.
+  // Also clears an overrun or framing error, after which some drivers deliver no more data.
   if (!ClearCommError(device_.get(), &errors, &waiting)) return PortRead::failed;
   const size_t wanted = std::min<size_t>(waiting.cbInQue, buffer.size());
   if (wanted == 0) return PortRead::silence;
-  // The bytes are there, so this waits for the driver only, not for the line.
+  // The bytes have arrived already, so this waits only for the driver.
   return start(buffer.first(wanted)) ? collect(got, INFINITE) : PortRead::failed;
 }
 
@@ -267,7 +269,7 @@ void Win32SerialPort::interrupt() {
 void Win32SerialPort::close() {
   std::unique_lock lock(mutex_);
   if (!isOpen_) return;
-  if (closing_) {  // another thread is at it: return when it is done
+  if (closing_) {  // another thread is closing it: return when that is done
     unused_.wait(lock, [this] { return !isOpen_ || !closing_; });
     return;
   }
@@ -275,7 +277,7 @@ void Win32SerialPort::close() {
   SetEvent(cancel_.get());
   CancelIoEx(device_.get(), nullptr);
   unused_.wait(lock, [this] { return uses_ == 0; });
-  // A reader may have begun an operation after the first cancellation.
+  // A reader may have started an operation after the first cancellation.
   CancelIoEx(device_.get(), nullptr);
   if (pending_) reading_->waitForEnd(device_.get());
   for (PendingWrite& write : writes_) write.operation.waitForEnd(device_.get());
