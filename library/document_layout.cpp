@@ -16,7 +16,7 @@ using Kind = TagMark::Kind;
 
 constexpr const char* kTracksEnd = "\r\n\t</tracks>";
 
-// The elements around a place, from the root inwards.
+// The open elements around the current position, from the root inward.
 class OpenElements {
  public:
   void push(std::string_view name) {
@@ -26,8 +26,9 @@ class OpenElements {
   void cutTo(size_t depth) {
     for (; names_.size() > depth; names_.pop_back()) --counts_[names_.back()];
   }
-  // How many are open around the innermost one of that name; the whole depth when there is none.
-  // Only as far as `cutTo` has to go anyway: noise may leave any number of them open.
+  // How many elements are open outside the innermost one of that name; the whole depth if there is
+  // none. Searches only as far as `cutTo` has to go anyway, because damaged data may leave any
+  // number of elements open.
   size_t find(std::string_view name) const {
     const auto counted = counts_.find(name);
     if (counted == counts_.end() || counted->second == 0) return depth();
@@ -65,11 +66,11 @@ class LayoutReader {
  private:
   struct OpenTrack {
     TrackRange place;
-    size_t depth = 0;  // of open elements around it
+    size_t depth = 0;  // number of open elements around it
     bool damaged = false;
     std::string tag{};
-    TrackSums points{};     // the plain ones behind its tag
-    uint64_t plainEnd = 0;  // of them
+    TrackSums points{};     // the plain points after its tag
+    uint64_t plainEnd = 0;  // end of those points
   };
 
   void take(const TagMark& tag) {
@@ -84,10 +85,10 @@ class LayoutReader {
     open_.push(tag.name);
   }
 
-  // Also where a damaged tag stands in the place of the list's or the track's own.
+  // Also true if a damaged tag takes the place of the list's or track's own tag.
   bool mayHoldTracks() const { return open_.depth() <= 2 || open_[1] == "tracks"; }
 
-  // In a track, between tracks or around them there is none; elements of others may have theirs.
+  // There should be no text in, between, or around tracks; foreign elements may contain text.
   void noteText() {
     if (track_) {
       if (foreign_ == kNone) track_->damaged = true;
@@ -115,7 +116,7 @@ class LayoutReader {
     track_->plainEnd = tags_.place();
   }
 
-  // Where nothing but plain points stands between a track's tags, they are summed up already.
+  // If there are only plain points between a track's tags, their sums are already known.
   TrackSummary summaryOfTrack(std::string_view text, bool plain) const {
     const size_t number = layout_.tracks.size() + 1;
     if (!plain) return summaryOfText(text, number);
@@ -126,7 +127,7 @@ class LayoutReader {
     return summary;
   }
 
-  // `blanksBegin` is that of its end tag, where it has one.
+  // `blanksBegin` is the start of the blanks before its end tag, if it has one.
   void endTrack(uint64_t end, bool damaged, uint64_t blanksBegin = kNoPlace) {
     open_.cutTo(track_->depth);
     foreign_ = kNone;
@@ -168,14 +169,15 @@ class LayoutReader {
     if (open_.depth() == 1 && tag.name == "tracks") {
       setEnd({tag.blanksBegin, tag.blanksBegin, "", ""});
     } else if (open_.empty()) {
-      // Without a list, or with a track behind it, a new one is made at the root's end.
+      // Without a list, or with a track after it, a new list is created at the root's end.
       const bool behind = !layout_.places.empty() && layout_.places.back().end > layout_.end.begin;
       if (!hasTracks_ || behind)
         setEnd({tag.blanksBegin, tag.blanksBegin, "\r\n\t<tracks>", kTracksEnd});
     }
   }
 
-  // An end tag while a track is open. True when the tag stands for something around it.
+  // Handles an end tag while a track is open. Returns true if the tag belongs to something around
+  // it.
   bool closesTrack(const TagMark& tag) {
     if (tag.name == "t") {
       const bool clean = open_.depth() == track_->depth + 1 && !track_->place.missingStartTag;
@@ -207,18 +209,18 @@ class LayoutReader {
 
   TagReader tags_;
   DocumentLayout layout_;
-  OpenElements open_;  // around the last tag
+  OpenElements open_;  // around the current tag
   std::optional<OpenTrack> track_;
   static constexpr size_t kNone = SIZE_MAX;
   static constexpr uint64_t kNoPlace = UINT64_MAX;
-  size_t foreign_ = kNone;  // of the open elements in a track, the first that is no track's
-  std::string root_;        // name of the first element
+  size_t foreign_ = kNone;  // index of the outermost foreign element among those open in a track
+  std::string root_;        // name of the root element
   bool hasTracks_ = false;
-  bool holdsSettings_ = false;  // the program's own document, which is no library
+  bool holdsSettings_ = false;  // this is the program's settings document, not a library
   bool damaged_ = false;
 };
 
-// Behind a blank of any kind: editors put attributes on lines of their own.
+// Requires a blank of any kind before the name, since editors put attributes on separate lines.
 bool hasAttribute(std::string_view text, std::string_view begin) {
   for (size_t at = text.find(begin); at != std::string_view::npos; at = text.find(begin, at + 1)) {
     if (at > 0 && kXmlBlanks.find(text[at - 1]) != std::string_view::npos) return true;

@@ -13,15 +13,15 @@
 namespace vgps {
 
 struct TrackRange {
-  uint64_t blanksBegin = 0;      // of the blanks in front of its tag
-  uint64_t begin = 0;            // of its tag
-  uint64_t end = 0;              // behind its end tag
+  uint64_t blanksBegin = 0;      // start of the blanks before its tag
+  uint64_t begin = 0;            // start of its tag
+  uint64_t end = 0;              // after its end tag
   uint32_t checksum = 0;         // CRC-32 of the bytes from `begin` to `end`
-  bool missingStartTag = false;  // its first points lie there without the tag around them
+  bool missingStartTag = false;  // its first points have no track tag around them
 };
 
-// Where a track is added at the end: what lies between the places is replaced by the texts with
-// the track between them.
+// Where to add a track at the end: the bytes between `begin` and `end` are replaced by `before`,
+// the new track, and `after`.
 struct InsertionPoint {
   uint64_t begin = 0;
   uint64_t end = 0;
@@ -32,7 +32,7 @@ struct InsertionPoint {
 struct DocumentLayout {
   LibraryState state = LibraryState::missing;
   std::vector<TrackRange> places;
-  std::vector<TrackSummary> tracks;  // one for each place
+  std::vector<TrackSummary> tracks;  // one per entry of `places`
   InsertionPoint end;
 };
 
@@ -45,11 +45,10 @@ uint32_t checksumOf(std::string_view bytes);
 // damaged. Sets `foreign` if it contains attributes or elements of other programs.
 bool parseTrack(std::string_view text, int32_t speedUnit, Track& track, bool* foreign = nullptr);
 
-// The recording options that a track element was written with, so that writing it again loses
-// nothing.
+// The recording options that a track element was written with, so that rewriting it loses nothing.
 RecordingOptions optionsUsedIn(std::string_view text);
 
-// The summary of a track element for lists; `number` names a track without a name.
+// The summary of a track element for lists. `number` is used to name a track without a name.
 TrackSummary summaryOfText(std::string_view text, size_t number);
 
 }  // namespace vgps

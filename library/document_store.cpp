@@ -24,7 +24,7 @@ std::string_view withoutBlanksAround(std::string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
 }
 
-// A new document around an old one's tracks.
+// Writes a new document around the tracks of an old one.
 class DocumentWriter {
  public:
   DocumentWriter(const std::string& path, const ExclusiveOpener& open) : out_(path, open) {}
@@ -35,7 +35,7 @@ class DocumentWriter {
     return good_ = good_ && begin < end &&
                    from.copy(begin, end, [this](auto bytes) { return text(bytes); });
   }
-  // The track's place, to be listed in this order.
+  // Writes a track and records its position. Call in document order.
   void track(std::string_view element, std::string_view name) {
     element = withoutBlanksAround(element);
     TrackRange place{.blanksBegin = out_.written()};
@@ -58,7 +58,8 @@ class DocumentWriter {
   bool good_ = true;
 };
 
-// The places must lie in the document in their order: an index is believed no further.
+// Checks that the positions are in order and inside the document. Nothing else in an index is
+// trusted.
 bool isSound(const LibraryIndex& index) {
   uint64_t at = 0;
   for (const IndexEntry& entry : index.entries) {
@@ -75,7 +76,7 @@ bool startsWithBlanks(InputFile& file, const TrackRange& place) {
          blanks.find_first_not_of(kBlanks) == std::string::npos;
 }
 
-// Edits by rising index, none behind the end, and no track removed twice.
+// Checks that the edits are sorted by index, none is past the end, and no track is removed twice.
 bool fits(const LibraryChange& change, size_t tracks) {
   for (size_t i = 0; i < change.size(); ++i) {
     if (change[i].index + (change[i].removes ? 1 : 0) > tracks) return false;
@@ -92,11 +93,11 @@ DocumentStore::DocumentStore(std::string path, LibraryDisk disk)
     : path_(std::move(path)), indexPath_(resolveLinks(path_) + ".index"), disk_(std::move(disk)) {}
 
 LibraryState DocumentStore::refresh() {
-  constexpr int kAttempts = 3;  // another program may put a new document there meanwhile
+  constexpr int kAttempts = 3;  // another program may keep replacing the document
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     FileStamp now;
     const bool there = fileStamp(path_, now);
-    // What could not be read may have been held for a moment.
+    // A document that was unreadable may have been in use only briefly.
     const bool retry = layout_.state == LibraryState::unreadable;
     if (known_ && there && now == stamp_ && !retry) break;
     if (!there && known_ && layout_.state == LibraryState::missing && stamp_ == FileStamp{}) break;
@@ -145,7 +146,7 @@ bool DocumentStore::readIndexFile() {
   return true;
 }
 
-// Only a whole document of the usual form gets an index; without one it is read again next time.
+// Only a complete document of the usual form gets an index; any other is read again next time.
 void DocumentStore::writeIndexFile() {
   const InsertionPoint& end = layout_.end;
   if (layout_.state != LibraryState::whole || end.begin != end.end || !end.before.empty()) return;
@@ -161,7 +162,8 @@ void DocumentStore::writeIndexFile() {
   writeIndex(indexPath_, index, disk_);
 }
 
-// The document is not what the places say, though its size and time are.
+// Called when the document does not match the recorded positions although its size and time are
+// unchanged.
 LibraryResult DocumentStore::reread() {
   dropIndex(indexPath_);
   known_ = false;
@@ -188,7 +190,7 @@ LibraryResult DocumentStore::read(size_t index, TrackText& out) {
   return LibraryResult::done;
 }
 
-// Before anything is written: the document is the one that is known, and whole.
+// Called before writing: ensures that the document is the known one and undamaged.
 LibraryResult DocumentStore::prepare() {
   const uint64_t before = revision_;
   switch (refresh()) {
@@ -200,7 +202,7 @@ LibraryResult DocumentStore::prepare() {
   return layout_.state == LibraryState::damaged ? repair() : LibraryResult::done;
 }
 
-// Keeps the damaged document and writes a whole one with its tracks in the same order.
+// Backs up the damaged document and writes an undamaged one with its tracks in the same order.
 LibraryResult DocumentStore::repair() {
   if (backupPath_.empty() || !(backedUpStamp_ == stamp_))
     backupPath_ = copyAsBad(path_, disk_.open);
@@ -229,10 +231,10 @@ LibraryResult DocumentStore::repair() {
   return LibraryResult::done;
 }
 
-// What puts the old tracks in the place of the new ones, by the numbers that they will have.
+// Sets `inverse` to the edits that restore the old tracks, using the numbers they will have then.
 LibraryResult DocumentStore::invert(const LibraryChange& change, LibraryChange& inverse) {
   inverse.clear();
-  size_t at = 0;     // old number of the track behind the last edit
+  size_t at = 0;     // old number of the track after the last edit
   size_t place = 0;  // its new number
   for (const TrackEdit& edit : change) {
     place += edit.index - at;
@@ -255,13 +257,13 @@ LibraryResult DocumentStore::invert(const LibraryChange& change, LibraryChange& 
   return LibraryResult::done;
 }
 
-// An index that lies about the end would have a track written into the middle of another.
+// A wrong end position in an index would insert a track into the middle of another one.
 bool DocumentStore::endIsWhereItWas() {
   constexpr std::string_view kEnd = "</tracks";
   constexpr uint64_t kMostBlanks = 4096;
   const InsertionPoint& end = layout_.end;
   const bool fresh = layout_.state == LibraryState::missing;
-  if (fresh || !end.before.empty()) return true;  // it was read, not remembered
+  if (fresh || !end.before.empty()) return true;  // just read, not taken from an index
   InputFile file(path_);
   std::string bytes;
   const uint64_t size = std::min(stamp_.size - end.begin, kMostBlanks);
@@ -278,8 +280,8 @@ LibraryResult DocumentStore::write(const LibraryChange& change) {
   InputFile from(path_);
   if (!fresh && !from) return LibraryResult::unreadable;
   DocumentWriter writer(path_, disk_.open);
-  uint64_t at = 0;     // of the old document
-  size_t copied = 0;   // old tracks that were gone over
+  uint64_t at = 0;     // position in the old document
+  size_t copied = 0;   // old tracks processed so far
   bool added = false;  // at the end
   const auto copyTo = [&](uint64_t place) {
     writer.copy(from, at, place);
@@ -289,7 +291,7 @@ LibraryResult DocumentStore::write(const LibraryChange& change) {
     for (; copied < index; ++copied) {
       copyTo(places[copied].blanksBegin);
       TrackRange place = places[copied];
-      const uint64_t shift = writer.written() - place.blanksBegin;  // wraps back where it is below
+      const uint64_t shift = writer.written() - place.blanksBegin;  // wraps around if negative
       place.blanksBegin += shift, place.begin += shift, place.end += shift;
       copyTo(places[copied].end);
       writer.layout.places.push_back(place);
@@ -318,7 +320,7 @@ LibraryResult DocumentStore::write(const LibraryChange& change) {
     at = end.end;
   }
   if (!fresh) copyTo(stamp_.size);
-  from.close();  // some systems do not replace what is open
+  from.close();  // some systems cannot replace an open file
   if (!writer.finish()) return LibraryResult::notWritten;
 
   const bool usual = end.before.empty() || fresh;

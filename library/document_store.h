@@ -40,9 +40,9 @@ class DocumentStore : public TrackStore {
   const std::string indexPath_;
   const LibraryDisk disk_;
   std::string backupPath_;
-  bool known_ = false;  // what follows is about the document of this stamp
+  bool known_ = false;  // whether the members below describe the document with this stamp
   FileStamp stamp_;
-  FileStamp backedUpStamp_;  // of the document that `backupPath_` is a copy of
+  FileStamp backedUpStamp_;  // of the document that was copied to `backupPath_`
   uint64_t revision_ = 0;
   DocumentLayout layout_;
 };

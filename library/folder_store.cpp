@@ -28,8 +28,8 @@ bool isXmlName(std::string_view name) {
   });
 }
 
-// A file as it is listed; `other` when it is no track. One that somebody holds at this moment is
-// listed without a stamp, so that it is looked at again.
+// The list entry of a file; `other` if it is not a track. A file that is in use is listed without a
+// stamp, so that it is read again next time.
 IndexEntry entryOf(const std::string& path, const std::string& name, const FileStamp& stamp) {
   IndexEntry entry{.file = name, .stamp = stamp};
   Track track;
@@ -54,7 +54,7 @@ std::string FolderStore::pathOf(const IndexEntry& entry) const {
   return pathIn(folder_, entry.file);
 }
 
-// Looks at the files that are new or changed. True when the list is another one.
+// Reads the files that are new or changed. Returns true if the list has changed.
 bool FolderStore::look() {
   std::vector<IndexEntry> known = std::move(files_);
   files_.clear();
@@ -70,7 +70,7 @@ bool FolderStore::look() {
     const bool listed = old != known.end() && old->file == name;
     if (listed && old->stamp == stamp) {
       files_.push_back(std::move(*old));
-      old->file = name;  // the search goes on by it
+      old->file = name;  // keeps the entries sorted for the search
     } else {
       files_.push_back(entryOf(path, name, stamp));
       changed = changed || !listed || !(old->stamp == files_.back().stamp);
@@ -123,8 +123,8 @@ LibraryResult FolderStore::read(size_t index, TrackText& out) {
   return LibraryResult::done;
 }
 
-// The first text of a track keeps the file as long as it keeps the name; a text that stood there
-// before goes back to its file; all others get a free name.
+// The first text of a track keeps the file as long as it keeps the name. A text that came from a
+// file returns to it. All others get an unused name.
 LibraryResult FolderStore::collectEdit(const TrackEdit& edit, std::vector<FileChange>& files) {
   FileChange old;
   if (edit.removes) {
@@ -155,7 +155,8 @@ LibraryResult FolderStore::collectEdit(const TrackEdit& edit, std::vector<FileCh
   return LibraryResult::done;
 }
 
-// New files first, deleted ones last: whatever ends the program in between, no point is lost.
+// Writes new files first and deletes old ones last, so that no point is lost if the program ends in
+// between.
 LibraryResult FolderStore::collect(const LibraryChange& change, std::vector<FileChange>& files) {
   for (const TrackEdit& edit : change) {
     const LibraryResult result = collectEdit(edit, files);
@@ -183,7 +184,7 @@ bool FolderStore::write(const FileChange& file) {
   return writeFreeFile(file.path, file.bytes, disk_.open) == RenameResult::renamed;
 }
 
-// The disk refused in the middle: what was done is undone, as far as the disk lets us.
+// After a disk error: undoes the files changed so far, as far as the disk permits.
 void FolderStore::takeBack(const std::vector<FileChange>& files, size_t count) {
   for (size_t i = count; i-- > 0;) {
     FileChange back = files[i];

@@ -25,7 +25,7 @@ class FolderStore : public TrackStore {
   LibraryResult apply(const LibraryChange& change, LibraryChange& inverse) override;
 
  private:
-  // A file before and after a change; an absent one has no bytes.
+  // A file before and after a change. `old` or `bytes` is empty if the file does not exist then.
   struct FileChange {
     std::string path{};
     TrackText old{};
@@ -51,9 +51,9 @@ class FolderStore : public TrackStore {
   LibraryState state_ = LibraryState::missing;
   bool looked_ = false;
   uint64_t revision_ = 0;
-  std::vector<IndexEntry> files_;     // all that were looked at, by name
-  std::vector<size_t> trackFiles_;    // those of them that are tracks
-  std::vector<TrackSummary> tracks_;  // one for each of these
+  std::vector<IndexEntry> files_;     // all examined files, sorted by name
+  std::vector<size_t> trackFiles_;    // indices of those that are tracks
+  std::vector<TrackSummary> tracks_;  // one per track file
 };
 
 }  // namespace vgps

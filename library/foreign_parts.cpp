@@ -38,11 +38,11 @@ bool isPoint(std::string_view tag) {
   return isPosition(x, y);
 }
 
-// Goes once over the element. What a track or point holds of its own is passed over, everything
-// else is copied.
+// Scans the element once. Skips the attributes and elements that belong to a track or point and
+// copies everything else.
 class PartsReader {
  public:
-  // From the track's own tag on.
+  // Starts at the track's own tag.
   explicit PartsReader(std::string_view text)
       : text_(text.substr(std::min(text.find("<t"), text.size()))) {}
 
@@ -79,7 +79,7 @@ class PartsReader {
   }
 
   void close(const TagMark& tag) {
-    if (depth_-- == 0) {  // the track's own: behind it there is nothing
+    if (depth_-- == 0) {  // the end of the track itself: nothing follows
       depth_ = SIZE_MAX;
     } else if (depth_ == 0 && inPoint_) {
       endPoint();
@@ -107,7 +107,7 @@ class PartsReader {
   ForeignParts parts_;
   ForeignPart point_;
   size_t depth_ = 0;
-  size_t own_ = 0;  // depth in an element of the point's own; 0 outside
+  size_t own_ = 0;  // depth inside one of the point's own elements; 0 outside
   bool inPoint_ = false;
   bool keep_ = false;
 };

@@ -12,7 +12,7 @@ namespace vgps {
 
 struct ForeignPart {
   std::string attributes;  // " hr=\"130\""
-  std::string inside;      // elements, comments and text
+  std::string inside;      // elements, comments, and text
 };
 
 struct ForeignParts {
@@ -25,8 +25,8 @@ struct ForeignParts {
 // number in `parts`, from 1: it stays with a point through every edit.
 void takeForeignParts(std::string_view text, Track& track, ForeignParts& parts);
 
-// `text` is the element of `track`, freshly written: puts each point's parts back into it, and
-// those of the whole track where `ofTrack` says so.
+// Adds the foreign parts back to `text`, the freshly written element of `track`: those of each
+// point and, if `ofTrack` is set, those of the track itself.
 std::string withForeignParts(std::string_view text, const Track& track, const ForeignParts& parts,
                              bool ofTrack = true);
 

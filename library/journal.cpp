@@ -46,7 +46,7 @@ JournalResult Journal::create(const std::string& path) {
   FileOpening opening{};
   file_ = settings_.open(path, OpenMode::orCreate, opening);
   if (file_ == nullptr) return resultOf(opening);
-  if (file_->size() > kJournalHeader) {  // less than that never held a point
+  if (file_->size() > kJournalHeader) {  // a shorter file cannot contain a point
     file_.reset();
     return JournalResult::left;
   }
@@ -63,7 +63,7 @@ JournalResult Journal::recover(const std::string& path, RecoveredTrack& out) {
   file_ = settings_.open(path, OpenMode::existing, opening);
   if (file_ == nullptr) return resultOf(opening);
   std::vector<uint8_t> bytes(file_->size());
-  if (file_->readAt(0, bytes) < bytes.size()) {  // a fault of the disk, not the journal's end
+  if (file_->readAt(0, bytes) < bytes.size()) {  // a disk error, not the end of the journal
     file_.reset();
     return JournalResult::refused;
   }
@@ -164,7 +164,7 @@ void Journal::writeOnce(std::unique_lock<std::mutex>& lock) {
   lock.lock();
   const bool wasFailing = std::exchange(failing_, !written);
   if (written) return;
-  // It is written again from its start, with what has come since.
+  // The batch is written again from its start, with everything that was added since.
   batch.insert(batch.end(), pending_.begin(), pending_.end());
   pending_ = std::move(batch);
   due_ = SteadyClock::now() + settings_.retryAfter;

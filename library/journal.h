@@ -17,12 +17,12 @@
 // failure loses only the last few seconds.
 namespace vgps {
 
-// The name beside the settings document.
+// Its file name, in the folder of the settings document.
 inline constexpr const char* kJournalName = "vgpstrack.journal";
 
 struct JournalSettings {
-  // From a point to the disk having it. Five seconds are what may be lost; a slow disk takes its
-  // time too.
+  // The time from receiving a point to flushing it to disk. At most five seconds may be lost,
+  // including the time that a slow disk needs.
   std::chrono::milliseconds flushAfter{2500};
   std::chrono::milliseconds retryAfter{5000};  // after a failure
   ExclusiveOpener open = openExclusive;
@@ -34,24 +34,24 @@ struct JournalSettings {
 enum class JournalResult {
   open,
   missing,
-  left,     // `create`: an unfinished recording is there, and the user has not decided about it
-  inUse,    // a running program holds it
-  refused,  // the system does not let us, or the disk does not give what it holds
-  // `recover`: it is damaged and without a readable point. The file itself is named ".bad" now;
-  // where that failed it is left alone.
+  left,     // `create`: there is an unfinished recording, and the user has not decided about it yet
+  inUse,    // open in another running program
+  refused,  // no permission, or a disk error
+  // `recover`: the file is damaged and contains no readable point. It has been renamed to ".bad";
+  // if that failed, it is unchanged.
   notAJournal,
 };
 
 struct RecoveredTrack {
   PointList points;
-  // Part of the journal, or all of it, could not be read. The whole file is saved under this name,
-  // which ends in ".bad"; empty if that failed too.
+  // Whether the journal could only be read partially or not at all. Then the whole file is also
+  // saved as `backupPath`, which ends in ".bad"; empty if that failed too.
   bool damaged = false;
   std::string backupPath;
 };
 
-// One journal file and the thread that writes it. All calls come from one thread; none but
-// `close`, `discard` and `recover` waits for the disk.
+// One journal file and the thread that writes it. Make all calls from one thread; only `close`,
+// `discard`, and `recover` wait for the disk.
 class Journal {
  public:
   explicit Journal(JournalSettings settings = {});
@@ -62,12 +62,12 @@ class Journal {
   // Creates a journal for a new recording.
   JournalResult create(const std::string& path);
 
-  // Opens and reads a journal that another run of the program did not finish. The file is unchanged
-  // until points are appended; then a damaged end is cut off first.
+  // Opens and reads a journal that an earlier run of the program did not finish. Does not change
+  // the file until points are appended; a damaged end is then truncated first.
   JournalResult recover(const std::string& path, RecoveredTrack& out);
 
   bool isOpen() const { return file_ != nullptr; }
-  // Its path, also after it was closed.
+  // Also valid after closing.
   const std::string& path() const { return path_; }
   void append(const TrackPoint& point);
   // Writes appended points to disk now.
@@ -87,12 +87,12 @@ class Journal {
 
   const JournalSettings settings_;
   std::string path_;
-  std::unique_ptr<ExclusiveFile> file_;  // the writer's while it runs
-  uint64_t end_ = 0;                     // of what the disk has for sure; likewise
-  bool truncateBeforeWrite_ = false;     // there is more behind the end; likewise
+  std::unique_ptr<ExclusiveFile> file_;  // used by the writer thread while it runs
+  uint64_t end_ = 0;                     // of the data that is surely on disk; used like file_
+  bool truncateBeforeWrite_ = false;     // there is damaged data after end_; used like file_
   std::thread writer_;
 
-  std::mutex mutex_;  // of what follows
+  std::mutex mutex_;  // protects the members below
   std::condition_variable changed_;
   std::vector<uint8_t> pending_;
   std::chrono::steady_clock::time_point due_;
@@ -101,13 +101,13 @@ class Journal {
   bool failing_ = false;
 };
 
-// Where a recording finds its place: `path`, or where one was left there, "NAME-2", ... "NAME-9".
+// Creates a journal at `path` or, if that has an unfinished recording, at "NAME-2" to "NAME-9".
 JournalResult createFreeJournal(Journal& journal, const std::string& path);
 
-// These names, whether or not the files exist.
+// The names that createFreeJournal tries, whether or not the files exist.
 std::vector<std::string> journalNames(const std::string& path);
 
-// Those of these files that exist, in this order: the ones to ask about at startup.
+// Those of these files that exist, in order: the ones to ask the user about at startup.
 std::vector<std::string> existingJournals(const std::string& path);
 
 }  // namespace vgps

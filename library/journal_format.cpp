@@ -18,7 +18,7 @@ uint32_t crc32Of(std::span<const uint8_t> bytes, uint32_t before = 0) {
   return static_cast<uint32_t>(::crc32_z(before, bytes.data(), bytes.size()));
 }
 
-// Over room that is known to be enough.
+// Writes into a buffer that is known to be large enough.
 class Writer {
  public:
   explicit Writer(uint8_t* at) : at_(at) {}
@@ -38,7 +38,7 @@ class Writer {
   uint8_t* at_;
 };
 
-// Over bytes that are known to be enough.
+// Reads from a buffer that is known to be large enough.
 class Reader {
  public:
   explicit Reader(const uint8_t* at) : at_(at) {}
@@ -93,7 +93,7 @@ uint32_t recordChecksum(std::span<const uint8_t> record) {
   return crc32Of(record.subspan(kJournalRecordHead), crc32Of(record.first(4)));
 }
 
-// The good record at the start of `bytes`; empty when there is none.
+// The valid record at the start of `bytes`; empty if there is none.
 std::span<const uint8_t> recordAt(std::span<const uint8_t> bytes) {
   if (bytes.size() < kJournalRecordHead + 1) return {};
   Reader head(bytes.data());
@@ -104,8 +104,8 @@ std::span<const uint8_t> recordAt(std::span<const uint8_t> bytes) {
   return recordChecksum(record) == crc ? record : std::span<const uint8_t>();
 }
 
-// The place of the next good point; the size of `bytes` when there is none. Only what has a
-// point's length and kind is summed up, so noise costs no more than its length.
+// The position of the next valid point; the size of `bytes` if there is none. Computes checksums
+// only where the length and kind are those of a point, so that noise is skipped in linear time.
 size_t nextPoint(std::span<const uint8_t> bytes, size_t from) {
   for (size_t at = from; at + kJournalPoint <= bytes.size(); ++at) {
     if (Reader(bytes.data() + at).number<uint32_t>() != kJournalPointBody) continue;

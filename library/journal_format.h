@@ -7,8 +7,8 @@
 
 #include "track/track.h"
 
-// How a journal lies on the disk. All numbers are little-endian, times are eight 16-bit fields in
-// the order of DateTime, decimal numbers are 64-bit IEEE 754.
+// The file format of a journal. All numbers are little-endian, times are eight 16-bit fields in the
+// order of DateTime, and decimal numbers are 64-bit IEEE 754.
 //
 //   header   0  8  "VGPSJRNL"
 //            8  4  version, 1
@@ -18,7 +18,7 @@
 //            4  4  CRC-32 of the length and the body
 //            8     body
 //
-//   body of  0  1  kind, 1; a record of another kind is passed over
+//   body of  0  1  kind, 1; other kinds are skipped
 //   a point  1  4  fix status
 //            5 24  longitude, latitude, altitude
 //           29 16  UTC of the computer
@@ -33,18 +33,18 @@ inline constexpr size_t kJournalRecordHead = 8;
 inline constexpr size_t kJournalPointBody = 121;
 inline constexpr size_t kJournalPoint = kJournalRecordHead + kJournalPointBody;
 
-// These append to `out`.
+// Both functions append to `out`.
 void writeJournalHeader(std::vector<uint8_t>& out);
 void writeJournalPoint(const TrackPoint& point, std::vector<uint8_t>& out);
 
 struct JournalContents {
   PointList points;
-  uint64_t goodEnd = 0;  // where the last good record ends, or the header; 0: no journal at all
-  // More is wrong than a last record cut short: that is what an ended program leaves.
+  uint64_t goodEnd = 0;  // end of the last good record, or of the header; 0: not a journal
+  // Set if there is damage other than a truncated last record, which is normal after a crash.
   bool damaged = false;
 };
 
-// Reads every readable record: after a damaged one it searches for the next good point.
+// Reads every readable record. After a damaged one, it searches for the next good point.
 JournalContents readJournal(std::span<const uint8_t> bytes);
 
 }  // namespace vgps

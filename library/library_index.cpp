@@ -14,7 +14,7 @@ constexpr std::string_view kIndexMagic = "VGPSINDX";
 constexpr uint32_t kIndexVersion = 2;
 constexpr uint32_t kOther = 1;  // flags
 constexpr uint32_t kDamaged = 2;
-constexpr size_t kLeastEntry = 120;  // bytes; more entries than that many fit are none
+constexpr size_t kLeastEntry = 120;  // bytes; limits the number of entries that is believed
 
 class IndexWriter {
  public:
@@ -37,7 +37,7 @@ class IndexWriter {
   std::string bytes_;
 };
 
-// What is asked for past the end is 0, and said so.
+// Reading past the end returns 0 and sets a flag.
 class IndexReader {
  public:
   explicit IndexReader(std::string_view bytes) : left_(bytes) {}
@@ -137,7 +137,7 @@ IndexEntry readEntry(IndexReader& in) {
   return entry;
 }
 
-// Nothing, or what begins like an index.
+// Whether the path is unused or its file starts like an index.
 bool mayBeReplaced(const std::string& path) {
   FileStamp stamp;
   if (!fileStamp(path, stamp)) return !fileExists(path);

@@ -34,7 +34,7 @@ struct IndexEntry {
   uint64_t begin = 0;
   uint64_t end = 0;
   uint32_t checksum = 0;
-  bool other = false;  // a file that is no track
+  bool other = false;  // not a track file
   TrackSummary summary{};
 };
 

@@ -20,7 +20,7 @@
 
 namespace vgps {
 
-// A track of the library, and how to write it without losing any of its attributes.
+// A track of the library with everything needed to rewrite it without losing attributes.
 struct Editable {
   Track track;
   RecordingOptions writing;
@@ -31,7 +31,7 @@ namespace {
 
 constexpr size_t kDocumentDepth = 2;  // root, tracks
 
-// What a name may hold: one line of text.
+// A valid name: one line of UTF-8 text.
 std::string cleanName(std::string_view name) {
   std::string clean = validUtf8(name);
   for (char& c : clean) {
@@ -42,7 +42,8 @@ std::string cleanName(std::string_view name) {
   return clean.substr(first, clean.find_last_not_of(' ') + 1 - first);
 }
 
-// The name as a tag holds it. None in single quotes, which the reader does not take for quotes.
+// The name attribute of a tag. One in single quotes does not count, because the reader does not
+// accept those.
 std::optional<std::string_view> nameIn(std::string_view tag) {
   std::optional<std::string_view> found;
   forTagAttributes(tag, [&](std::string_view name, std::string_view value, std::string_view bytes) {
@@ -51,7 +52,7 @@ std::optional<std::string_view> nameIn(std::string_view tag) {
   return found;
 }
 
-// The element with another name in its tag; everything else stays as it is.
+// The element with its name replaced; everything else stays unchanged.
 std::string renamed(std::string text, const std::string& name) {
   const std::string stored = escapeXml(name);
   const std::optional<std::string_view> old =
@@ -61,7 +62,8 @@ std::string renamed(std::string text, const std::string& name) {
   return text.insert(kBehindT, " n=\"" + stored + "\"");
 }
 
-// A file of its own has a name inside only when another program put it there; the two are one.
+// A file of its own contains a name only if another program added it; that must match the file
+// name.
 std::string renamedInside(std::string text, const std::string& name) {
   TagReader tags(text);
   for (TagMark tag; tags.next(tag);) {
@@ -80,7 +82,7 @@ void addAttributes(RecordingOptions& writing, const RecordingOptions& other) {
   writing.recordCourse = writing.recordCourse || other.recordCourse;
 }
 
-// The attributes that hold something in these points.
+// The attributes that are used in these points.
 RecordingOptions attributesIn(const Track& track) {
   RecordingOptions writing;
   for (const TrackPoint& point : track.points) {
@@ -92,7 +94,7 @@ RecordingOptions attributesIn(const Track& track) {
   return writing;
 }
 
-// The first number that no split part has yet.
+// The first number that no split track uses yet.
 uint32_t freeSplitNumber(std::span<const TrackSummary> tracks) {
   for (uint32_t number = 1;; ++number) {
     const std::string name = "Split " + std::to_string(number);
@@ -190,7 +192,7 @@ LibraryResult TrackLibrary::undo() {
   if (!canUndo()) return LibraryResult::notThere;
   LibraryChange inverse;
   const LibraryResult result = store_->apply(undo_, inverse);
-  // What the disk did not take can be tried once more.
+  // After a disk error, the undo can be tried again.
   if (result == LibraryResult::done || result == LibraryResult::changed) undo_.clear();
   return result;
 }
@@ -348,7 +350,7 @@ LibraryResult TrackLibrary::replace(size_t index, const Track& track,
   addAttributes(old.writing, attributesIn(track));
   const std::string name = cleanName(track.name);
   TrackText text = rendered(track, old.writing, name.empty() ? old.track.name : name);
-  old.foreign.points.clear();  // which of them the new points are is unknown
+  old.foreign.points.clear();  // it is unknown which new points correspond to them
   text.text = withForeignParts(text.text, track, old.foreign);
   return change({{.index = index, .texts = {std::move(text)}}});
 }

@@ -15,10 +15,11 @@
 #include "track/track.h"
 #include "xml/document.h"
 
-// The saved tracks: in one document, "tracks.xml", or in a folder with one file per track.
+// The track library: saved tracks in one document, "tracks.xml", or in a folder with one file per
+// track.
 namespace vgps {
 
-// The name beside the settings document.
+// Its file name, in the folder of the settings document.
 inline constexpr const char* kTrackLibraryName = "tracks.xml";
 
 // The path of the library: a document or an existing folder named by the setting, relative to the
@@ -40,7 +41,7 @@ class TrackLibrary {
 
   // `path` is a document, which need not exist yet, or an existing folder.
   LibraryState open(const std::string& path);
-  // Checks for changes by other programs. Track numbers may change then.
+  // Checks for changes by other programs. This may change track numbers.
   LibraryState refresh();
 
   bool isOpen() const { return store_ != nullptr; }
@@ -48,8 +49,7 @@ class TrackLibrary {
   const std::string& path() const;
   LibraryState state() const;
   std::span<const TrackSummary> tracks() const;
-  // The copy that was made of a damaged document before it was first overwritten; empty if there is
-  // none.
+  // The copy of a damaged document, made before it was first overwritten; empty if there is none.
   const std::string& backupPath() const;
   // A message for the user about the state after `open`; empty if there is no problem.
   std::string message() const;
@@ -68,7 +68,7 @@ class TrackLibrary {
   LibraryResult remove(size_t index);
   // Appends the points of `other` to those of `index`, which keeps its name, and removes `other`.
   LibraryResult join(size_t index, size_t other, const RecordingOptions& options);
-  // Moves the points from `point` on into a new track after it, "Split NUMBER".
+  // Moves the points from `point` on into a new track after this one, named "Split NUMBER".
   LibraryResult split(size_t index, size_t point, const RecordingOptions& options);
   LibraryResult reverse(size_t index, const RecordingOptions& options);
   LibraryResult thin(size_t index, const RecordingOptions& options);
@@ -92,7 +92,7 @@ class TrackLibrary {
   LibraryDisk disk_;
   std::unique_ptr<TrackStore> store_;
   LibraryChange undo_;
-  uint64_t undoRevision_ = 0;  // of the store when `undo_` was made
+  uint64_t undoRevision_ = 0;  // the store's revision when `undo_` was recorded
 };
 
 // A one-sentence message for the user that names the file; empty for `done` and for an undamaged

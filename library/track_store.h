@@ -15,29 +15,29 @@ namespace vgps {
 
 enum class LibraryState {
   whole,
-  missing,      // nothing there yet: the first track makes it
-  damaged,      // what was readable is listed; a copy is kept before anything is written over it
-  notALibrary,  // something else lies there: nothing is listed, and it is never written over
-  unreadable,   // the system does not let us read it
+  missing,      // nothing there yet; adding a track creates it
+  damaged,      // the readable tracks are listed; a copy is saved before overwriting
+  notALibrary,  // another kind of file: no tracks are listed, and it is never overwritten
+  unreadable,   // the system denies reading it
 };
 
 enum class LibraryResult {
   done,
   notThere,      // no such track or point, or nothing to undo
-  noName,        // an empty name
-  changed,       // another program has changed the library: list it again
-  inUse,         // another program is changing it at this moment
-  notALibrary,   // something else lies there
-  unreadable,    // the system does not let us read it
-  backupFailed,  // no copy of the damaged file could be kept, so nothing was written over it
-  noFreeName,    // in a folder: all names that may be tried are taken
-  notWritten,    // the disk did not take it: the library is as it was
+  noName,        // the name is empty
+  changed,       // another program has changed the library: call `refresh` first
+  inUse,         // another program is changing it right now
+  notALibrary,   // another kind of file
+  unreadable,    // the system denies reading it
+  backupFailed,  // the damaged file could not be backed up, so it was not overwritten
+  noFreeName,    // in a folder: all possible names are taken
+  notWritten,    // a disk error; the library is unchanged
 };
 
 // The disk functions that a library uses. Tests replace them.
 struct LibraryDisk {
   ExclusiveOpener open = openExclusive;
-  int waitForOthersMs = 5000;  // while another program changes the library
+  int waitForOthersMs = 5000;  // how long to wait while another program changes the library
 };
 
 // The result of locking the library: `done` if it is locked.
@@ -50,14 +50,14 @@ constexpr LibraryResult lockResult(FileOpening opening) {
 struct TrackSummary {
   std::string name;
   uint64_t points = 0;
-  double kilometres = 0;  // on the surface, from point to point
+  double kilometres = 0;  // on the surface, along the points
   int64_t seconds = 0;    // from the first time to the last; 0 without times
-  DateTime date;          // local time of the first point that has one; year 0 without
+  DateTime date;          // local time of the first point that has one; otherwise year 0
   TrackBounds bounds;     // all 0 without points
-  bool damaged = false;   // these are the good points of a track that is not whole
+  bool damaged = false;   // the track is incomplete; these values are from its readable points
 };
 
-// Without a name.
+// The returned summary has no name.
 TrackSummary summaryOf(const TrackSums& sums);
 TrackSummary summaryOf(const Track& track);
 
@@ -65,16 +65,17 @@ TrackSummary summaryOf(const Track& track);
 struct TrackText {
   std::string name;
   std::string text;  // "<t ...>...</t>"
-  // In a folder: where it lies or is to lie, empty for a free name; and whether the text is that of
-  // the whole file.
+  // In a folder: the file that stores it or is going to, empty to choose an unused name; and
+  // whether `text` is the contents of the whole file.
   std::string file;
   bool isFile = false;
 };
 
+// Replaces a track of the library, or inserts new tracks before it.
 struct TrackEdit {
-  size_t index = 0;                // of the track, or their number: at the end
-  bool removes = true;             // that track goes
-  std::vector<TrackText> texts{};  // these stand in its place, or in front of it
+  size_t index = 0;                // of the track; the number of tracks to append at the end
+  bool removes = true;             // whether to remove that track
+  std::vector<TrackText> texts{};  // the tracks to insert there
 };
 
 // Several edits carried out together, sorted by index.
@@ -85,17 +86,17 @@ class TrackStore {
   virtual ~TrackStore() = default;
   virtual const std::string& path() const = 0;
   virtual const std::string& backupPath() const = 0;
-  // The document, or the first of the files that is not whole.
+  // The document, or the first damaged file of the folder.
   virtual const std::string& damagedPath() const = 0;
   virtual bool isFolder() const = 0;
   virtual LibraryState state() const = 0;
-  // Changes whenever tracks may have changed other than through `apply`.
+  // Changes whenever tracks may have been changed other than through `apply`.
   virtual uint64_t revision() const = 0;
   virtual LibraryState refresh() = 0;
   virtual const std::vector<TrackSummary>& tracks() const = 0;
   // Reads one track as it is stored.
   virtual LibraryResult read(size_t index, TrackText& out) = 0;
-  // Carries out a change and returns how to undo it.
+  // Carries out a change and sets `inverse` to the change that undoes it.
   virtual LibraryResult apply(const LibraryChange& change, LibraryChange& inverse) = 0;
 };
 

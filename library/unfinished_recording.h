@@ -16,8 +16,9 @@ class UnfinishedRecording {
   explicit UnfinishedRecording(JournalSettings settings = {}) : settings_(std::move(settings)) {}
 
   // Opens the journal for exclusive use, so that no other program offers to recover it. Call the
-  // other functions only after `open` succeeds. An undamaged one without a single point is deleted,
-  // and is `missing` then; a damaged one is `notAJournal`, and `message` says where it is.
+  // other functions only after `open` succeeds. An undamaged journal without points is deleted and
+  // reported as `missing`; an unreadable one is reported as `notAJournal`, and `message` tells
+  // where it is.
   JournalResult open(const std::string& path);
 
   const std::string& path() const { return path_; }
@@ -25,23 +26,24 @@ class UnfinishedRecording {
   bool damaged() const { return damaged_; }
   const std::string& backupPath() const { return backupPath_; }
   const Track& track() const { return track_; }
-  // "An unfinished recording was found. Points: 12.", and a note about damage.
+  // "An unfinished recording was found. Points: 12.", plus a note about any damage.
   std::string question() const;
   // A message for the user about why `open` failed; empty for `open` and `missing`.
   std::string message(JournalResult result) const;
 
-  // Replaces the points of the journal by a longer track, when the disk was too full for its end.
+  // Replaces the journal's points by a longer track, for when a full disk kept the last points from
+  // being written.
   void replaceTrack(Track track) { track_ = std::move(track); }
 
-  // Continue: moves the points into `current`, which the caller starts, and returns the journal to
-  // append to.
+  // "Continue": moves the points into `current`, which the caller has started, and returns the
+  // journal to append to.
   std::unique_ptr<Journal> continueInto(Track& current);
   // Save: into the library. The journal is deleted only when the track is safely stored; a damaged
   // one that could not be backed up is renamed to ".bad" instead.
   LibraryResult save(TrackLibrary& library, const RecordingOptions& options, const DateTime& local);
-  // Later: leaves the file unchanged.
+  // "Later": leaves the file unchanged.
   void keepForLater();
-  // Deletes it. Returns false if the system refuses.
+  // Deletes the recording. Returns false if the system refuses.
   bool discard();
 
  private:

@@ -17,7 +17,7 @@ namespace {
 
 constexpr double kGreatestCoordinate = 1e9;
 
-// Every tag is closed where it should be, and no text stands between them.
+// Whether every tag is closed correctly and there is no text between tags.
 bool isWellFormed(std::string_view text) {
   TagReader tags(text);
   std::vector<std::string> open;
@@ -82,7 +82,7 @@ LibraryState WaypointLibrary::open(const std::string& path) {
 LibraryState WaypointLibrary::refresh() {
   FileStamp now;
   fileStamp(path_, now);
-  // What could not be read may have been held for a moment.
+  // A document that was unreadable may have been in use only briefly.
   return now == stamp_ && state_ != LibraryState::unreadable ? state_ : load();
 }
 
@@ -117,7 +117,7 @@ LibraryState WaypointLibrary::load() {
   return state_;
 }
 
-// The lists out of the document. In a damaged one waypoints stand wherever they ended up.
+// Fills the lists from the document. In a damaged one, waypoints may be anywhere.
 void WaypointLibrary::collect() {
   waypoints_.clear();
   elements_.clear();
@@ -129,7 +129,7 @@ void WaypointLibrary::collect() {
 }
 
 void WaypointLibrary::collectFrom(XmlElement parent, size_t category) {
-  // With an own list of what is still to be looked at: a damaged document can be deep.
+  // Uses an explicit stack, because a damaged document can be deeply nested.
   struct Level {
     XmlElement element;
     size_t category;
@@ -170,8 +170,8 @@ XmlElement WaypointLibrary::parentFor(size_t category) {
   return document_.GetRootElement().FindElement("waypoints", true);
 }
 
-// A whole document with what could be read of the damaged one. The lists keep their order until
-// they are collected again.
+// Builds an undamaged document from what was readable in the damaged one. The lists keep their
+// order until the next `collect`.
 void WaypointLibrary::rebuild() {
   document_ = XmlDocument();
   categoryElements_.clear();
@@ -204,7 +204,7 @@ LibraryResult WaypointLibrary::prepare() {
   return LibraryResult::done;
 }
 
-// `edit` works on the document by the lists and says whether it did; then it is saved.
+// Runs `edit` on the document, using the lists, and saves if it returns true.
 template <class Edit>
 LibraryResult WaypointLibrary::change(Edit edit) {
   const FileLock lock(lockPathOf(path_), disk_.open, disk_.waitForOthersMs);
@@ -235,7 +235,7 @@ LibraryResult WaypointLibrary::add(const Waypoint& waypoint, size_t category) {
 }
 
 LibraryResult WaypointLibrary::add(std::span<const StoredWaypoint> waypoints) {
-  // Without a category no number is meant that another program could have changed.
+  // Without a category, there is no index that another program could have changed.
   const auto plain = [](const StoredWaypoint& stored) { return stored.category == kNoCategory; };
   if (std::all_of(waypoints.begin(), waypoints.end(), plain)) refresh();
   return change([&] {

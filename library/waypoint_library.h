@@ -11,12 +11,12 @@
 #include "track/track.h"
 #include "xml/document.h"
 
-// The waypoints, in one document:
+// The waypoint library: all waypoints, stored in one document:
 //
 //   <root>
 //     <waypoints>
-//       <c n="Huts">                                        a category, where there are any
-//         <w n="Camp" x="11.516667" y="48.117300" z="545.000000"/>     degrees, metres
+//       <c n="Huts">                                        a category, optional
+//         <w n="Camp" x="11.516667" y="48.117300" z="545.000000"/>     degrees, meters
 //       </c>
 //       <w n="Home" x="..." y="..." z="..."/>
 //     </waypoints>
@@ -29,7 +29,7 @@ inline constexpr size_t kNoCategory = SIZE_MAX;
 
 struct StoredWaypoint {
   Waypoint waypoint;
-  size_t category = kNoCategory;  // place in the list of categories
+  size_t category = kNoCategory;  // index into categories()
 };
 
 // The waypoints in memory and in their document, which is saved after every change; if saving
@@ -48,10 +48,9 @@ class WaypointLibrary {
   std::span<const StoredWaypoint> waypoints() const { return waypoints_; }
   std::span<const std::string> categories() const { return categories_; }
 
-  // At the end of its category, or of those without one. The number of the new waypoint is found
-  // in the list.
+  // Appends a waypoint to its category, or to those without one. Look up its new index in the list.
   LibraryResult add(const Waypoint& waypoint, size_t category = kNoCategory);
-  // All or none, saved once.
+  // Adds all of them or none; saves once.
   LibraryResult add(std::span<const StoredWaypoint> waypoints);
   LibraryResult edit(size_t index, const Waypoint& waypoint);
   LibraryResult remove(size_t index);
@@ -59,7 +58,7 @@ class WaypointLibrary {
 
   LibraryResult addCategory(std::string_view name);
   LibraryResult renameCategory(size_t index, std::string_view name);
-  // Its waypoints stay without a category or are deleted with it.
+  // Its waypoints either move out of the category or are deleted with it.
   LibraryResult removeCategory(size_t index, bool withWaypoints);
 
  private:
@@ -78,7 +77,7 @@ class WaypointLibrary {
   std::string backupPath_;
   LibraryState state_ = LibraryState::missing;
   FileStamp stamp_;
-  FileStamp backedUpStamp_;  // of the document that `backupPath_` is a copy of
+  FileStamp backedUpStamp_;  // of the document that was copied to `backupPath_`
   bool damaged_ = false;
   XmlDocument document_;
   std::vector<StoredWaypoint> waypoints_;

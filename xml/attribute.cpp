@@ -40,7 +40,7 @@ std::string_view XmlAttribute::value(std::string& scratch) const {
   return scratch;
 }
 
-// An entity is no part of a number: the stored text serves.
+// Entities cannot be part of a number, so the stored text can be parsed directly.
 int32_t XmlAttribute::GetValueInt() const { return leadingInt(storedValue()); }
 int64_t XmlAttribute::GetValueInt64() const { return leadingInt64(storedValue()); }
 uint64_t XmlAttribute::GetValueUInt64() const { return leadingUint64(storedValue()); }

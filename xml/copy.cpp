@@ -15,7 +15,7 @@ uint32_t XmlTree::copyRow(const XmlTree& other, uint32_t element) {
   return copy;
 }
 
-// The two elements have the same number of children.
+// Both elements must have the same number of children.
 void XmlTree::copyItems(const XmlTree& other, uint32_t from, uint32_t to) {
   const XmlElementRow& whole = other.elements[from];
   if (whole.textOnly) {
@@ -42,7 +42,7 @@ uint32_t XmlTree::copyFrom(const XmlTree& other, uint32_t element) {
     const uint32_t before = depth;
     from = other.nextInSubtree(element, from, depth);
     if (from == kNoRow) break;
-    // One level deeper makes a child, the same level a sibling, each level up a step to a parent.
+    // One level deeper adds a child, the same level a sibling; each level up moves to a parent.
     for (uint32_t level = before + 1; level > depth; --level) copy = elements[copy].parent;
     const uint32_t next = copyRow(other, from);
     appendChild(copy, next);

@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view kUtf16Declaration =
     R"(<?xml version="1.0" encoding="UTF-16" standalone="yes" ?>)";
 constexpr std::string_view kLineEnd = "\r\n";
-constexpr uint64_t kUsualRoom = 1024 * 1024;  // what any system has, without asking it
+constexpr uint64_t kUsualRoom = 1024 * 1024;  // any system has this much; no need to check
 
 struct OpenFile {
   const XmlFiles& files;
@@ -83,7 +83,7 @@ XmlLoadResult XmlDocument::loadFile(const XmlReading& reading) {
     return {XmlLoadStatus::noFile, {}};
   }
   XmlLoadResult result = read({readFromFile, &file}, XmlWindow::kUsualSize, reading);
-  // What a failing disk gave before it failed is not the file.
+  // Data from a disk that reported an error later must not be used.
   if (!files_->close(file.handle)) {
     reset();
     result.status = XmlLoadStatus::unreadable;
@@ -127,7 +127,7 @@ int XmlDocument::Save(std::u16string_view fileName, XmlSaveMode mode) {
   return Save(utf8FromUtf16(fileName), mode);
 }
 
-// Empty when `most` bytes do not hold it or the memory cannot be had.
+// Empty if the result exceeds `most` bytes or the memory could not be allocated.
 XmlBuffer XmlDocument::renderInto(uint64_t size, uint64_t most,
                                   std::string_view declaration) const {
   uint64_t outside = declaration.size() + kLineEnd.size();
@@ -144,8 +144,8 @@ XmlBuffer XmlDocument::renderInto(uint64_t size, uint64_t most,
   return text;
 }
 
-// Only a deeply nested document is much larger written than it is in memory, by its indentation.
-// It is counted before it takes the memory.
+// Only a deeply nested document is much larger written than in memory, because of its indentation.
+// Its size is computed before allocating.
 XmlBuffer XmlDocument::renderAll(std::string_view declaration) const {
   constexpr uint64_t kLine = 32;
   const uint64_t held = tree_->text.used() + kLine * tree_->elements.size() +

@@ -12,7 +12,7 @@ uint32_t nameNumber(XmlTree& tree, std::string_view name) {
                            : tree.names.number(tree.text, name);
 }
 
-// Compares names, which repeat, by their numbers first.
+// Compares element names by number first, because names repeat.
 class NameTest {
  public:
   NameTest(const XmlTree& tree, std::string_view name) : tree_(tree), name_(name) {}
@@ -223,7 +223,7 @@ std::vector<XmlItem> XmlElement::items(XmlItemKind kind) const {
     if (kind == XmlItemKind::content) found.push_back({tree_->text.view(row().text()), 0});
     return found;
   }
-  uint32_t child = kNoRow;  // the last of the `position` children in front
+  uint32_t child = kNoRow;  // the last of the first `position` children
   size_t position = 0;
   for (uint32_t item = tree_->firstItem(index_); item != kNoRow;
        item = tree_->nextItem(index_, item)) {

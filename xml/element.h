@@ -34,7 +34,7 @@ class XmlAttribute {
   std::string GetValue() const;
   // The value without a copy where it needs no unescaping; otherwise `scratch` holds it.
   std::string_view value(std::string& scratch) const;
-  // The escaped text, as in the file. Valid until the value is set again.
+  // The value; copied to `scratch` only if it contains entities.
   std::string_view storedName() const;
   std::string_view storedValue() const;
 

@@ -24,7 +24,7 @@ size_t XmlDecoder::read(void* from, char* to, size_t size) {
   }
 }
 
-// The first piece of at least three bytes, or all there is, decides. `size` is larger than that.
+// Detects the encoding from the first three bytes, or from all there are. `size` must be larger.
 size_t XmlDecoder::readStart(char* to, size_t size) {
   size_t got = 0;
   while (got < kUtf8Mark.size()) {
@@ -55,7 +55,7 @@ size_t XmlDecoder::readConverted(char* to, size_t size) {
   return count;
 }
 
-// False at the end of the text, where half a unit is dropped.
+// Returns false at the end of the text, where half a unit is dropped.
 bool XmlDecoder::convertMore() {
   constexpr size_t kPiece = 64 * 1024;
   const size_t kept = units_.size();
@@ -69,7 +69,7 @@ bool XmlDecoder::convertMore() {
     const auto byte = [&](size_t at) { return static_cast<uint8_t>(units_[at]); };
     text.push_back(static_cast<char16_t>(byte(i + high) << 8 | byte(i + 1 - high)));
   }
-  // The first half of a pair waits for the second.
+  // A high surrogate must wait for the other half of its pair.
   const bool halfPair = !last && !text.empty() && text.back() >= 0xD800 && text.back() < 0xDC00;
   if (halfPair) text.pop_back();
   units_.erase(0, text.size() * 2);

@@ -30,7 +30,7 @@ const Entity* entityAt(std::string_view stored) {
   return nullptr;
 }
 
-// Calls `put(plain text)` for the pieces of `stored`.
+// Calls `put(plain text)` for each piece of `stored`.
 template <class Put>
 void unescapeInto(std::string_view stored, Put put) {
   for (;;) {
@@ -56,7 +56,7 @@ void appendEscaped(std::string& out, std::string_view plain) {
   }
 }
 
-// Reads "&#...;" at the start of `stored`; its length, 0 when there is none.
+// Reads "&#...;" at the start of `stored`. Returns its length, or 0 if there is none.
 size_t referenceAt(std::string_view stored, char32_t& codePoint) {
   const bool hex = stored.size() > 2 && (stored[2] == 'x' || stored[2] == 'X');
   const char* const digits = stored.data() + (hex ? 3 : 2);

@@ -11,8 +11,8 @@
 namespace vgps {
 namespace {
 
-// A path of the system from UTF-8. Where the system takes bytes they stay what they are; where it
-// takes UTF-16 what is no UTF-8 becomes U+FFFD, because the standard library would throw.
+// Converts UTF-8 to a system path. Where paths are bytes, they stay unchanged. Where paths are
+// UTF-16, invalid UTF-8 becomes U+FFFD, because the standard library would throw.
 std::filesystem::path systemPath(const std::string& path) {
   if constexpr (std::is_same_v<std::filesystem::path::value_type, char>) {
     return path;
@@ -24,13 +24,13 @@ std::filesystem::path systemPath(const std::string& path) {
 struct SystemFile {
   std::fstream stream;
   std::filesystem::path path;
-  bool inPlace = false;  // a file that was there is overwritten
+  bool inPlace = false;  // an existing file is being overwritten
   uint64_t oldSize = 0;
   uint64_t written = 0;
 };
 
-// A file that is there keeps its text and its place on the disk until it is overwritten. False for
-// what has no size, like a pipe, and for what may not be opened so.
+// Opens an existing file so that it keeps its contents and its disk space until it is overwritten.
+// Returns false if it is not a regular file (such as a pipe) or cannot be opened this way.
 bool openInPlace(SystemFile& file) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(file.path, error)) return false;
@@ -41,7 +41,7 @@ bool openInPlace(SystemFile& file) {
   return file.inPlace;
 }
 
-// Files are read and written in large pieces: the stream's own buffer would only copy once more.
+// Unbuffered: files are accessed in large blocks, so a buffer would only add a copy.
 void* openFile(const std::string& path, XmlFiles::Access access) {
   auto file = std::make_unique<SystemFile>();
   file->path = systemPath(path);
@@ -68,7 +68,7 @@ bool writeAt(std::fstream& stream, uint64_t place, const char* from, size_t size
 
 size_t writeFile(void* handle, const char* from, size_t size) {
   auto& file = *static_cast<SystemFile*>(handle);
-  size_t over = 0;  // of the bytes, those that lie within the old text
+  size_t over = 0;  // how many of the bytes lie within the old contents
   if (file.inPlace) {
     if (file.written < file.oldSize) {
       over = static_cast<size_t>(std::min<uint64_t>(size, file.oldSize - file.written));
@@ -106,8 +106,8 @@ uint64_t roomOnDisk(const std::string& path) {
   return space.available + (error ? 0 : taken);
 }
 
-// Some systems promise memory they do not have and end the program that uses it. They say here
-// what is left; on the others the allocation itself fails.
+// Some systems promise memory that they do not have and kill the program that uses it. Those report
+// the available memory here; on other systems the allocation itself fails.
 uint64_t roomInMemory() {
   std::ifstream info("/proc/meminfo");
   std::string word;

@@ -8,7 +8,7 @@
 namespace vgps {
 namespace {
 
-// The document a call works on: the one given, or the file's.
+// The document that a call works on: the given one, or the file's.
 class Target {
  public:
   Target(const char* file, XmlDocument* document) : document_(document) {
@@ -25,14 +25,14 @@ class Target {
   XmlDocument* document_;
 };
 
-// Empty when there is none.
+// Empty if there is no such value.
 std::string valueAt(XmlDocument* document, std::string_view section, std::string_view key) {
   if (document == nullptr) return {};
   return xmlElementAt(*document, section).FindAttribute(key).GetValue();
 }
 
-// The buffers that the numeric getters read into. They start with the default as text, so a value
-// too long for them reads as the default.
+// Sizes of the buffers of the numeric getters. A buffer is initialized with the default as text, so
+// that a value too long for it reads as the default.
 constexpr size_t kWholeBuffer = 100;
 constexpr size_t kFloatBuffer = 30;
 
@@ -43,7 +43,7 @@ std::string numberText(std::string_view section, std::string_view key,
   return value.size() > size ? defaultText : value;
 }
 
-// What is missing of the path is created first and so its parents stay.
+// Creates missing elements of the path first; their parents remain.
 int removeElement(std::string_view section, const char* file, XmlDocument* document) {
   Target target(file, document);
   if (target.document() == nullptr) return 0;

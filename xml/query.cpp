@@ -39,7 +39,7 @@ std::optional<Condition> parse(std::string_view expression) {
   return condition;
 }
 
-// A text that reads as 0 must be "0" itself.
+// A text that parses as 0 must be exactly "0".
 std::optional<int32_t> wholeNumber(std::string_view text) {
   const int32_t value = leadingInt(text);
   if (value == 0 && text != "0") return std::nullopt;

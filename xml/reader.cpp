@@ -32,7 +32,7 @@ template <char mark>
   return p;
 }
 
-// A quote or the ">" that ends the tag.
+// Returns the next quote or the ">" that ends the tag.
 [[gnu::always_inline]] inline char* nextInTag(TagMarks& marks) {
   char* p = marks.next();
   while (*p == '<') p = marks.next();
@@ -43,7 +43,7 @@ std::string_view between(const char* begin, const char* end) {
   return {begin, static_cast<size_t>(end - begin)};
 }
 
-// Counts lines over pieces of a text; CR LF, LF and CR end one.
+// Counts lines across pieces of a text. CR LF, LF, and CR each end a line.
 class LineCounter {
  public:
   void pass(std::string_view text) {
@@ -62,8 +62,8 @@ class LineCounter {
   char last_ = 0;
 };
 
-// Each read function takes the place of a tag or text and returns the place behind it, or null
-// when its end lies beyond the window and there is more text: then it has done nothing.
+// Each read function takes the start of a tag or text and returns the position after it. If it ends
+// beyond the window and there is more text, the function returns null without having done anything.
 template <bool lenient>
 class Reader {
  public:
@@ -125,14 +125,14 @@ class Reader {
     if (begin < end) lines_.pass({window_.begin(), static_cast<size_t>(end - begin)});
   }
 
-  // Something at `p` that belongs to no element.
+  // Notes that something at `p` does not belong to any element.
   void strayAt(const char* p) { stray_ = std::min(stray_, window_.placeOf(p)); }
 
   bool mayGoOn() const { return !window_.isLast(); }
 
   static char* tagEnd(char* p) { return scanTo<'>'>(p); }
 
-  // The start of `mark` at or behind `p`; end_ when there is none.
+  // The start of `mark` at or after `p`; end_ if there is none.
   char* find(char* p, std::string_view mark) const {
     if (p >= end_) return end_;
     const size_t at = between(p, end_).find(mark);
@@ -179,7 +179,8 @@ class Reader {
   }
 
   [[gnu::noinline]] char* readInstruction(char* p) {
-    // Once none ends in "?>", no later one does: such tags end at ">", and the search stays linear.
+    // Once a search for "?>" fails, later ones would too: such tags then end at ">", which keeps
+    // the total time linear.
     char* const close = unclosedInstruction_ ? end_ : find(p + 2, kInstructionEnd);
     if (close == end_ && mayGoOn()) return nullptr;
     if (close == end_) {
@@ -221,7 +222,7 @@ class Reader {
     return close == end_ ? end_ : close + kCdataEnd.size();
   }
 
-  // Leniently, text and CDATA sections in a row make one text.
+  // In lenient mode, consecutive texts and CDATA sections form one text.
   bool isRun(const char* p, const char* tag) const {
     return startsWith(tag, kCdata) || between(p, tag).find("&#") != std::string_view::npos;
   }
@@ -252,7 +253,7 @@ class Reader {
     return p;
   }
 
-  // The internal subset may hold tags, quoted text and comments, and in each of them ">" and "]".
+  // The internal subset may contain tags, quoted text, and comments, each with ">" and "]" inside.
   char* skipDoctype(char* tag) {
     char* p = tag;
     while (*p != '[' && *p != '>') ++p;
@@ -268,7 +269,7 @@ class Reader {
     }
     if (p < end_ && (find(p, ">") < end_ || !mayGoOn())) return tagEnd(p) + 1;
     if (mayGoOn()) return nullptr;
-    // Quotes that do not pair: the tag ends at the next ">", and so does every later one.
+    // Unpaired quotes: this tag, and every later one, ends at the next ">".
     unclosedSubset_ = true;
     strayAt(tag);
     return tagEnd(tag) + 1;
@@ -288,8 +289,8 @@ class Reader {
     char* p = lenient ? scanTo<' ', '\t', '\r', '\n', '/', '>', '"', '\'', '='>(tag + 1)
                       : scanTo<' ', '\t', '/', '>', '"'>(tag + 1);
     if (p > end_) p = end_;
-    // Only one root, and that has a name: the rest is passed over with what it holds. So is a "<"
-    // that is the last of the text.
+    // Only one root is allowed, and it must have a name. Anything else is skipped with its
+    // contents, as is a "<" at the very end of the text.
     const bool nameless = p == tag + 1;
     if (open_ == kNoRow ? root_ != kNoRow || nameless : nameless && p == end_) {
       char* const end = nextMark<'>'>(marks);
@@ -315,7 +316,7 @@ class Reader {
     if (open_ == kNoRow && root_ != kNoRow && end[-1] != '/') ++skipped_;
   }
 
-  // Reads what follows an element's name; the tag's ">".
+  // Reads what follows an element's name. Returns the tag's ">".
   [[gnu::always_inline]] char* readAttributes(char* p, TagMarks& marks) {
     if constexpr (lenient) return resume(readLenientAttributes(p), marks);
     char* quote = nextInTag(marks);
@@ -333,7 +334,7 @@ class Reader {
     return quote;
   }
 
-  // Goes on with the marks behind the tag that `p` stands in; the tag's ">".
+  // Continues with the marks after the tag that contains `p`. Returns the tag's ">".
   static char* resume(char* p, TagMarks& marks) {
     char* const end = tagEnd(p);
     marks.seek(end + 1);
@@ -344,8 +345,8 @@ class Reader {
     tree_.attributes.push(tree_.attributeRow(name, value));
   }
 
-  // Several blanks, none, or something between "=" and the value. Stops before "/" or ">", or where
-  // no further attribute is whole.
+  // Handles extra or missing blanks, and characters between "=" and the value. Stops before "/" or
+  // ">", or if no complete attribute follows.
   [[gnu::noinline]] char* readUnusualAttributes(char* p) {
     for (;;) {
       p = skipBlanks(p);
@@ -371,7 +372,7 @@ class Reader {
       char* const nameEnd = scanTo<' ', '\t', '\r', '\n', '/', '>', '"', '\'', '='>(p);
       p = skipBlanks(nameEnd);
       if (*p != '=') {
-        if (p == name) ++p;  // a quote or slash that belongs to nothing
+        if (p == name) ++p;  // a stray quote or slash
         continue;
       }
       p = skipBlanks(p + 1);
@@ -407,7 +408,7 @@ class Reader {
   uint64_t stray_ = UINT64_MAX;
   uint32_t open_ = kNoRow;
   uint32_t root_ = kNoRow;
-  uint64_t skipped_ = 0;  // open elements behind the root, which are not kept
+  uint64_t skipped_ = 0;  // open elements after the root, which are ignored
   bool unclosedInstruction_ = false;
   bool unclosedSubset_ = false;
 };

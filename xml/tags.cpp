@@ -22,7 +22,7 @@ TagReader::TagReader(std::string_view text)
         return count;
       }) {}
 
-// Takes in more text, giving up what is not needed any more. False at the end.
+// Reads more text and discards what is no longer needed. Returns false at the end.
 bool TagReader::fill() {
   if (ended_) return false;
   const auto unneeded = static_cast<size_t>(std::min(keep_, place()) - start_);
@@ -34,12 +34,12 @@ bool TagReader::fill() {
   if (bytes_.size() < wanted) bytes_.resize(std::max(wanted, 2 * bytes_.size()));
   const size_t got = source_(bytes_.data() + filled_, kBlock);
   filled_ += got;
-  bytes_[filled_] = '<';  // ends every scan
+  bytes_[filled_] = '<';  // stops every scan
   ended_ = got == 0;
   return !ended_;
 }
 
-// Over the text in front of the next "<".
+// Skips the text up to the next "<".
 bool TagReader::toTag() {
   do {
     const std::string_view left = rest();
@@ -51,7 +51,7 @@ bool TagReader::toTag() {
   return false;
 }
 
-// Over a comment or the like, which ends with `terminator`.
+// Skips a comment or similar, which ends with `terminator`.
 TagReader::Piece TagReader::skipTo(std::string_view terminator, bool& noneFollows, TagMark& piece) {
   size_t searched = 0;  // behind at_
   while (!noneFollows) {
@@ -68,7 +68,7 @@ TagReader::Piece TagReader::skipTo(std::string_view terminator, bool& noneFollow
   return Piece::broken;
 }
 
-// Over a declaration, which ends with ">".
+// Skips a declaration, which ends with ">".
 TagReader::Piece TagReader::passDeclaration(size_t end, TagMark& piece) {
   const bool processing = bytes_[at_ + 1] == '?';
   const bool good = !processing || bytes_[end - 1] == '?';
@@ -102,7 +102,7 @@ void TagReader::finishTag(TagMark& tag, size_t close) {
   text_ = false;
 }
 
-// The "[...]" of a document type, as a length behind the "<" here; 1 when it has none.
+// The length from the current "<" to the end of the document type's "[...]"; 1 if it has none.
 size_t TagReader::afterBrackets() {
   constexpr size_t kMost = size_t{1} << 16;
   while (filled_ - at_ < kMost && fill()) {
@@ -115,7 +115,7 @@ size_t TagReader::afterBrackets() {
   return noSubsetEnd_ ? 1 : close;
 }
 
-// What begins with the "<" here.
+// Reads whatever starts at the current "<".
 TagReader::Piece TagReader::readPiece(TagMark& piece) {
   while (filled_ - at_ < kCData.size() && fill()) {
   }
@@ -123,7 +123,7 @@ TagReader::Piece TagReader::readPiece(TagMark& piece) {
   if (mark.starts_with("<!--")) return skipTo("-->", noCommentEnd_, piece);
   if (mark.starts_with(kCData)) return skipTo("]]>", noCDataEnd_, piece);
   const bool declaration = mark.starts_with("<?") || mark.starts_with("<!");
-  // A document type may hold declarations of its own in brackets.
+  // A document type may contain other declarations in brackets.
   size_t searched = rest().starts_with("<!DOCTYPE") ? afterBrackets() : 1;
   for (;;) {
     char* const end = scanTo<'<', '>'>(bytes_.data() + at_ + searched);
@@ -133,7 +133,7 @@ TagReader::Piece TagReader::readPiece(TagMark& piece) {
       finishTag(piece, found);
       return Piece::found;
     }
-    if (found < filled_) {  // the next tag begins in the middle of this one
+    if (found < filled_) {  // the next tag starts inside this one
       at_ = found;
       return Piece::broken;
     }

@@ -42,7 +42,7 @@ XmlSpan TextStore::addToBlock(std::string_view text) {
 
 void TextStore::seal() {
   open_ = false;
-  // One byte more, so that an empty string at the end still lies in the block.
+  // One extra byte, so that an empty string at the end still has an offset inside the block.
   sideBase_ = static_cast<uint32_t>(used_ + 1);
   if (!block_.resize(used_ + 1)) std::abort();
 }

@@ -6,7 +6,7 @@
 namespace vgps {
 namespace {
 
-// The rows that an element's list of `count` takes once it is roomy.
+// The number of rows allocated for `count` attributes once the list has spare space.
 uint32_t roomyCount(uint32_t count) { return std::bit_ceil(count); }
 
 }  // namespace
@@ -59,7 +59,7 @@ void XmlTree::detach(uint32_t child) {
 void XmlTree::release(uint32_t element) {
   uint32_t depth = 0;
   for (uint32_t at = element; at != kNoRow; at = nextInSubtree(element, at, depth)) {
-    elements[at].lastItem = firstFree;  // the walk needs parents, siblings and children only
+    elements[at].lastItem = firstFree;  // the traversal only needs parents, siblings, and children
     firstFree = at;
   }
 }
@@ -125,7 +125,7 @@ void XmlTree::setValue(uint32_t row, std::string_view value) {
   }
 }
 
-// The last item that stands before the children behind `after`.
+// The last item that comes before the children following `after`.
 uint32_t XmlTree::lastItemUpTo(uint32_t element, uint32_t after) const {
   uint32_t found = kNoRow;
   uint32_t item = firstItem(element);

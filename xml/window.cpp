@@ -49,7 +49,7 @@ void XmlWindow::markEnd() {
   bytes_.data()[end_ + 1] = '>';
 }
 
-// False at the end of the text.
+// Returns false at the end of the text.
 bool XmlWindow::fill() {
   while (filled_ < bytes_.size()) {
     const size_t got = source_.read(source_.from, bytes_.data() + filled_, bytes_.size() - filled_);

@@ -8,30 +8,30 @@
 namespace vgps {
 namespace {
 
-// The walk over the tree is written once, for a count of bytes and for a place to write to. Both
-// are passed by value and returned: they stay in registers, which a member would not.
+// The traversal is written once, either to count bytes or to write them. Both kinds of output are
+// passed by value and returned, so that they stay in registers; a member would not.
 
 struct Place {
   char* at = nullptr;
-  char* limit = nullptr;  // null once there is no more room
+  char* limit = nullptr;  // null if there is no space left
 };
 
-// What is written around a short name, ready to be copied whole: a point's few names come again and
-// again.
+// A short name with the characters around it, ready to be copied as a whole, because the few names
+// of a point repeat.
 struct NamePieces {
   static constexpr uint32_t kLongest = 12;
 
   char tag[16];        // <name
   char attribute[16];  //  name="
   char closing[24];    // </name> CR LF
-  uint32_t length;     // of the name; above kLongest it is not here
+  uint32_t length;     // of the name; names longer than kLongest are not stored here
 };
 
 struct Work {
   const XmlTree& tree;
   XmlBuffer* buffer = nullptr;  // null when counting
   uint64_t most = 0;
-  std::vector<NamePieces> pieces{};  // by the number of the name, of the first names
+  std::vector<NamePieces> pieces{};  // indexed by name number, for the first names
 
   const NamePieces* piecesOf(uint32_t name) const {
     return name < pieces.size() && pieces[name].length <= NamePieces::kLongest ? &pieces[name]
@@ -62,11 +62,11 @@ std::vector<NamePieces> piecesOfNames(const XmlTree& tree) {
 inline bool isFull(uint64_t) { return false; }
 inline bool isFull(Place out) { return out.limit == nullptr; }
 
-// What may be written behind what was asked for: the few literal characters and the short
-// indentation up to the next stored string.
+// How much may be written beyond the space that was reserved: a few literal characters and a short
+// indentation before the next stored string.
 constexpr size_t kSlack = 32;
 
-// Room for `length` more bytes in a larger buffer.
+// Moves to a larger buffer with space for `length` more bytes.
 [[gnu::noinline]] Place grown(const Work& work, Place out, uint64_t length) {
   XmlBuffer& buffer = *work.buffer;
   const auto used = static_cast<uint64_t>(out.at - buffer.data());
@@ -88,8 +88,8 @@ Place put(Place out, const char (&text)[size]) {
 }
 
 inline uint64_t putStored(uint64_t count, const Work&, XmlSpan span) { return count + span.length; }
-// Most strings are short: copying a fixed size and stepping back is faster than looking at the
-// length. Source and target both have XmlBuffer::kTail bytes to spare.
+// Most strings are short, so copying a fixed size and stepping back is faster than checking the
+// length. Source and target both have XmlBuffer::kTail spare bytes.
 inline Place putStored(Place out, const Work& work, XmlSpan span) {
   if (out.limit - out.at < static_cast<std::ptrdiff_t>(span.length + kSlack)) {
     out = grown(work, out, span.length);
@@ -107,7 +107,7 @@ inline Place putStored(Place out, const Work& work, XmlSpan span) {
   return out;
 }
 
-// The first `length` bytes of a piece.
+// Counts or writes the first `length` bytes of a piece.
 template <size_t size>
 uint64_t putPiece(uint64_t count, const Work&, const char (&)[size], uint32_t length) {
   return count + length;
@@ -157,7 +157,7 @@ Out writeAttribute(const Work& work, const XmlAttributeRow& row, Out out) {
   return put(out, "\"");
 }
 
-// The element's line up to its last attribute.
+// Writes the element's tag up to its last attribute.
 template <class Out>
 Out writeTag(const Work& work, const XmlElementRow& row, uint32_t depth, Out out) {
   out = putIndent(out, work, depth, row.spaces);
@@ -175,7 +175,7 @@ Out writeTag(const Work& work, const XmlElementRow& row, uint32_t depth, Out out
 
 template <class Out>
 Out closeAtOnce(const Work& work, const XmlElementRow& row, Out out) {
-  // Without a name and attributes "</>" would stand there, and read as a closing tag.
+  // Without a name and attributes this would be "</>", which reads as a closing tag.
   const bool bare = row.attributeCount == 0 && work.tree.names.span(row.name).length == 0;
   return bare ? put(out, "></>\r\n") : put(out, "/>\r\n");
 }
@@ -201,8 +201,8 @@ Out writeItem(const Work& work, const XmlItemRow& item, Out out) {
   }
 }
 
-// Writes the items from `item` on that follow the child `after`: comments first, then texts, then
-// CDATA. `item` becomes the first that follows a later child, or kNoRow.
+// Writes the items that follow the child `after`, starting with `item`: first comments, then texts,
+// then CDATA. Sets `item` to the first one that follows a later child, or to kNoRow.
 template <class Out>
 Out writeItems(const Work& work, uint32_t owner, uint32_t& item, uint32_t after, Out out) {
   const uint32_t first = item;
@@ -225,7 +225,7 @@ Out writeItems(const Work& work, uint32_t owner, uint32_t& item, uint32_t after,
 
 template <class Out>
 Out writeTree(const Work& work, uint32_t top, Out out) {
-  std::vector<uint32_t> nextItems;  // for each open element the next item to write
+  std::vector<uint32_t> nextItems;  // the next item to write, for each open element
   uint32_t element = top;
   for (;;) {
     if (isFull(out)) return out;
@@ -248,7 +248,7 @@ Out writeTree(const Work& work, uint32_t top, Out out) {
       }
       out = writeClosingTag(work, row, depth, out);
     }
-    // Behind a whole element: on to its sibling, or out of every parent that ends with it.
+    // After a complete element: continue with its sibling, or close every parent that ends here.
     for (;;) {
       if (element == top || isFull(out)) return out;
       const uint32_t parent = work.tree.elements[element].parent;
