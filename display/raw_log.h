@@ -5,8 +5,8 @@
 
 namespace vgps {
 
-// The raw log screen: the received lines, the newest at the bottom, and the delay from the last
-// byte to the screen.
+// The raw log screen: the received lines, newest at the bottom, and the delay from receiving the
+// last byte to showing it.
 void drawRawLog(Canvas& canvas, const Scene& scene);
 
 }  // namespace vgps

@@ -16,13 +16,13 @@
 namespace vgps {
 namespace {
 
-// Where the base line of a font stands below the top of its line, over its size. Alike in the
-// fonts that a backend falls back to.
+// The distance of the baseline from the top of the line, relative to the font size. Similar in all
+// fallback fonts.
 constexpr float kBaseLine = 0.9f;
 
-// The small parts share one size of text, however long each value is at the moment.
+// The small panels share one text size, independent of the current length of each value.
 constexpr const char* kLongestValue = "88888.88m";
-// The longest lines of a position by its format: degrees with minutes and seconds, decimal, grid.
+// The longest lines of a position in each format: degrees-minutes-seconds, decimal, grid.
 constexpr std::array<const char*, 3> kLongestPosition = {"X: 188 88' 88.888''W", "X: -188.8888888",
                                                          "Y: 10888888"};
 
@@ -54,7 +54,7 @@ class Painter {
   }
 
  private:
-  // A small line that belongs to a value: the first of `texts` that fits.
+  // A small line that belongs to a value: shows the first of `texts` that fits.
   struct Detail {
     std::vector<std::string> texts;
     Colour colour;
@@ -65,7 +65,7 @@ class Painter {
   float leastLine() const { return std::ceil(layout_.smallest * kLineHeight); }
 
   static bool isCurrent(uint32_t ageMs) { return freshnessOf(ageMs) == Freshness::current; }
-  // Dashes stand for what is not known, now or ever.
+  // Unknown values are shown as dashes, in gray.
   Colour colourOf(std::string_view text, uint32_t ageMs) const {
     return text.ends_with(kDashes) || text.starts_with(kDashes) || !isCurrent(ageMs)
                ? palette_.staleValue
@@ -76,7 +76,7 @@ class Painter {
   }
   Colour maximumColour(bool isNew) const { return isNew ? palette_.good : palette_.label; }
 
-  // Large text that fills its room, or less where smaller texts are wished for.
+  // A large font that fills the available space, or less of it if the user wants smaller texts.
   Font largeFont(std::string_view longest, float width, float height) {
     Font font = fittingFont(canvas_, longest, width, height, layout_.smallest, true);
     font.size = std::max(font.size * layout_.largeTextShare, layout_.smallest);
@@ -87,8 +87,8 @@ class Painter {
     drawShortened(canvas_, text, box, font, colour, align);
   }
 
-  // The panel of a part with its name; returns the room below the name. `nameEnd` is where the name
-  // ends.
+  // Draws a panel with its name. Returns the space below the name, and where the name ends in
+  // `nameEnd`.
   Rect openPart(const Rect& part, std::string_view name, float* nameEnd = nullptr) {
     canvas_.fillRect(part, palette_.panel);
     const Rect inside = inset(part, layout_.padding);
@@ -100,7 +100,7 @@ class Painter {
     return {inside.x, inside.y + taken, inside.width, std::max(inside.height - taken, 0.f)};
   }
 
-  // What is left of the line of a part's name, with the room below the name given.
+  // The rest of the line with a panel's name. `room` is the space below the name.
   Rect besideName(const Rect& room, float nameEnd) const {
     const float from = nameEnd + layout_.smallText * 0.5f;
     return {from, room.y - smallLine(), std::max(room.x + room.width - from, 0.f), smallLine()};
@@ -108,12 +108,12 @@ class Painter {
 
   Colour qualityColour() const {
     if (scene_.state != ReceiverState::fix) return palette_.idle;
-    // Values that no satellite stands behind: dead reckoning, typed in, simulated.
+    // Values that do not come from satellites: dead reckoning, manual input, simulation.
     return scene_.fix.fixStatus > kLastSatelliteQuality ? palette_.caution : palette_.good;
   }
 
-  // One above the other in the middle of the room, in one size; the height only where there is
-  // room for it: it has a part of its own.
+  // Centers the lines below each other, all in one size. Shows the altitude only if there is space,
+  // because it has a panel of its own.
   void drawPosition() {
     std::string name(textOf(Text::position));
     if (!texts_.zone.empty()) name += "  " + texts_.zone;
@@ -137,7 +137,7 @@ class Painter {
     }
   }
 
-  // The speed in large, its unit small behind it on the same base line.
+  // Draws the speed in large text and its unit in small text on the same baseline.
   void drawMainSpeed(const Rect& room) {
     const size_t space = texts_.speed.find(' ');
     const std::string number = texts_.speed.substr(0, space);
@@ -156,8 +156,7 @@ class Painter {
          small, palette_.label, Align::left);
   }
 
-  // Below the speed there are two rows with the other units and the maximum; in a low part they
-  // stand beside it.
+  // Two rows with the other units and the maximum, below the speed or, in a low panel, beside it.
   void drawSpeed() {
     const Rect room = openPart(layout_.speed, textOf(Text::speed));
     const float rowHeight = std::max(std::ceil(smallLine() * 1.1f), 1.f);
@@ -172,7 +171,7 @@ class Painter {
     drawSpeedCells(cells, rowHeight);
   }
 
-  // Two columns, or where those are too narrow one with what matters most.
+  // Two columns, or one column with the most important values if two would be too narrow.
   void drawSpeedCells(const Rect& room, float rowHeight) {
     const bool narrow = room.width / 2 < 6.7f * layout_.smallText;
     const std::array<const std::string*, 4> all = {&texts_.otherSpeeds[0], &texts_.otherSpeeds[1],
@@ -194,7 +193,8 @@ class Painter {
     }
   }
 
-  // The first of the texts that fits, the last one shortened or, where that says nothing, not.
+  // Draws the first text that fits. If none fits, shortens the last one, or omits it if that would
+  // be meaningless.
   void drawDetail(const Detail& detail, const Rect& box, Align align, bool mayShorten) {
     for (const std::string& text : detail.texts) {
       const bool fits = canvas_.textWidth(text, smallFont()) <= box.width;
@@ -205,7 +205,7 @@ class Painter {
     }
   }
 
-  // A value in large with its detail below it; in a low part beside the part's name.
+  // A large value with its detail below or, in a low panel, beside the panel's name.
   void drawValue(const Rect& part, Text name, const std::string& value, uint32_t ageMs,
                  const Detail& detail) {
     float nameEnd = 0;
@@ -224,7 +224,7 @@ class Painter {
     }
   }
 
-  // How many satellites, and what their geometry is worth: rows that begin at `box`.
+  // The number of satellites and the DOP values, in rows that start at `box`.
   void drawDilutions(const Rect& box, float row, const Font& font) {
     const std::array<const std::string*, 3> values = {&texts_.pdop, &texts_.hdop, &texts_.vdop};
     const float height = font.size * kLineHeight;
@@ -272,7 +272,7 @@ class Painter {
     drawBars(room, room.x + width + 2 * layout_.padding, low);
   }
 
-  // They may use the height of the part's name as well where nothing stands beside it.
+  // The bars also use the height of the panel's name if nothing is beside it.
   void drawBars(const Rect& room, float left, bool low) {
     const float top = low ? room.y : room.y - smallLine() * 0.5f;
     const Rect box = {left, top, std::max(room.x + room.width - left, 1.f),

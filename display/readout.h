@@ -4,8 +4,8 @@
 
 namespace vgps {
 
-// The read-out of the fix on the whole canvas: position, speed, course, altitude, times, satellites
-// with their signals, and a status line. Made for 320x240 upwards.
+// The readout screen: position, speed, course, altitude, times, satellites with their signals, and
+// a status line. Fills the whole canvas, which should be at least 320x240 pixels.
 void drawReadout(Canvas& canvas, const Scene& scene);
 
 }  // namespace vgps

@@ -10,23 +10,24 @@
 namespace vgps {
 namespace {
 
-constexpr float kSmallestText = 9;  // pixels at 96 dots per inch, as the other lengths here
+constexpr float kSmallestText = 9;  // pixels at 96 dpi, like the other lengths here
 
 // Heights in lines of small text.
-constexpr float kLargeLines = 1.3f;  // of a large value, at least
+constexpr float kLargeLines = 1.3f;  // minimum of a large value
 constexpr float kSpeedLines = 2;     // of the speed
 constexpr float kCellLines = 2.2f;   // of the two rows of other speeds
 
-// A row of parts: its share of the height, and what it needs so that no line stands over another.
+// A row of panels: its share of the height, and the minimum height at which its lines do not
+// overlap.
 struct Row {
   float weight;
   float least;
 };
 
-// Everything that depends on how large the small texts are.
+// The lengths that depend on the size of the small text.
 struct Measure {
   float smallText = 0;
-  float line = 0;   // of a small text
+  float line = 0;   // of small text
   float least = 0;  // of the smallest text
   float padding = 0;
 
@@ -36,13 +37,13 @@ struct Measure {
         least(std::ceil(smallest * kLineHeight)),
         padding(inner) {}
 
-  // A part with its name above so many lines.
+  // The height of a panel with its name and this many lines below it.
   float part(float smallLines, float leastLines) const {
     return 2 * padding + line * (1 + smallLines) + least * leastLines;
   }
 };
 
-// Cuts a length into pieces by weight, a gap between them. Borders are whole pixels.
+// Divides a length by weight, with gaps between the pieces. Positions are whole pixels.
 void cut(float start, float length, float gap, std::span<const float> weights,
          std::span<float> starts, std::span<float> lengths) {
   float sum = 0;
@@ -69,7 +70,7 @@ struct Cells {
   }
 };
 
-// Rows that their share would leave too low get what they need from the others.
+// A row that would be too low gets the missing height from the others.
 template <size_t N>
 std::array<float, N> heightsOf(const std::array<Row, N>& rows, float height, float gap) {
   float rest = height - gap * static_cast<float>(N - 1);
@@ -92,8 +93,8 @@ std::array<float, N> heightsOf(const std::array<Row, N>& rows, float height, flo
   return heights;
 }
 
-// Either with room for large values above their details, or so low that the details have to stand
-// beside something else.
+// Rows high enough for large values above their details or, if `low`, with the details beside
+// something else.
 std::array<Row, 3> wideRows(const Measure& m, bool low) {
   const float speed = low ? m.part(kCellLines, 1) : m.part(kCellLines + kSpeedLines, 0);
   return {{{38, std::max(m.part(0, 2), speed)},
@@ -160,7 +161,7 @@ float statusHeight(float grown, float density, float smallText) {
   return std::round(std::max({28 * grown, 16 * density, smallText * kLineHeight * 1.3f}));
 }
 
-// The greatest size up to `wanted` that leaves every part its room.
+// The largest size up to `wanted` at which every panel has enough space.
 float fittingSmallText(float wanted, float smallest, const auto& fits) {
   constexpr float kStep = 0.5f;
   float size = std::max(wanted, smallest);
@@ -177,7 +178,7 @@ Rect inset(const Rect& rect, float amount) {
 
 Rect contentArea(const ReadoutLayout& layout) {
   const Rect& first = layout.position;
-  const float gap = first.x;  // as all around
+  const float gap = first.x;  // the same as the other margins
   return {first.x, first.y, layout.status.width, std::max(layout.status.y - first.y - gap, 0.f)};
 }
 

@@ -4,7 +4,7 @@
 
 namespace vgps {
 
-// The positions of the parts of the read-out, in whole pixels. Wide windows show the position
+// The positions of the panels of the readout, in whole pixels. Wide windows show the position
 // beside the speed, tall ones above it.
 struct ReadoutLayout {
   Rect position;
@@ -15,13 +15,13 @@ struct ReadoutLayout {
   Rect local;
   Rect satellites;
   Rect status;
-  float padding = 0;         // inside a part
+  float padding = 0;         // inside a panel
   float smallText = 0;       // font sizes, pixels
-  float smallest = 0;        // never less: smaller text is unreadable
-  float largeTextShare = 1;  // of the room that large texts have, what they take
+  float smallest = 0;        // smallest readable text size, pixels
+  float largeTextShare = 1;  // the share of the available space that large texts use
 };
 
-// How large texts are wanted.
+// How large the texts should be.
 struct TextScale {
   float density = 1;  // pixels per 1/96 inch
   float factor = 1;   // chosen by the user
@@ -30,10 +30,10 @@ struct TextScale {
 // Texts grow with the window and with the user's factor, as long as all of them fit.
 ReadoutLayout layoutReadout(const Rect& bounds, const TextScale& scale = {});
 
-// Everything above the status line, for screens with a single part.
+// The whole area above the status line, for screens without panels.
 Rect contentArea(const ReadoutLayout& layout);
 
-// `rect` without `amount` on every side; never of negative size.
+// `rect` reduced by `amount` on every side; its size is never negative.
 Rect inset(const Rect& rect, float amount);
 
 }  // namespace vgps

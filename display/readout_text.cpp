@@ -20,7 +20,7 @@ std::string twoDigits(uint32_t value) {
   return digits.size() < 2 ? '0' + digits : digits;
 }
 
-// Midnight in UTC is never stored as a time of day, so zeros mean that none has come.
+// Midnight UTC is never stored as a time of day, so all zeros mean that no time was received.
 bool hasTime(const DateTime& utc) {
   return utc.hour != 0 || utc.minute != 0 || utc.second != 0 || utc.millisecond != 0;
 }
@@ -41,7 +41,7 @@ std::string offsetText(int32_t utcOffsetMinutes) {
                                        twoDigits(minutes % 60));
 }
 
-// Position sentences of a receiver without a fix carry empty fields, which read as 0.
+// A receiver without a fix sends position sentences with empty fields, which parse as 0.
 bool saidWithFix(const Scene& scene, SentenceType kind) {
   return scene.fix.fixStatus != 0 && countOf(scene, kind) > 0;
 }
@@ -52,7 +52,7 @@ void fillSpeed(const Scene& scene, ReadoutTexts& texts) {
   const FixRecord& fix = scene.fix;
   const Speeds speeds = {fix.speedKnots, fix.speedMps, fix.speedKmh, fix.speedMph};
   const bool moving = speeds.knots != 0 || speeds.mps != 0 || speeds.kmh != 0 || speeds.mph != 0;
-  // Simulated sentences give some units only: a lone 0 beside them is no speed.
+  // Simulated sentences set only some of the units: a 0 in another unit does not mean "not moving".
   const bool zeroHolds = !moving && saidWithFix(scene, SentenceType::rmc);
   const bool old = isTooOld(scene.ages.motion);
   size_t other = 0;
@@ -73,7 +73,7 @@ void fillSpeed(const Scene& scene, ReadoutTexts& texts) {
 void fillCourse(const Scene& scene, ReadoutTexts& texts) {
   const FixRecord& fix = scene.fix;
   const bool old = isTooOld(scene.ages.motion);
-  // A receiver at rest leaves the course empty, so 0 is north only in motion.
+  // A receiver at rest leaves the course empty, so 0 means north only while moving.
   const bool known =
       !old && (fix.course != 0 || (saidWithFix(scene, SentenceType::rmc) && fix.speedKmh > 0));
   texts.course = known ? fixedText(fix.course, 1) + "°" : kDashes;
@@ -99,7 +99,7 @@ void fillAltitude(const Scene& scene, ReadoutTexts& texts) {
       textWith(Text::maximum, scene.maxAltitude > 0 ? text(scene.maxAltitude) : kDashes);
 }
 
-// "X: 11 31' 0.000''E" keeps its letter when the value is not known.
+// Replaces an unknown value by dashes, after the leading "X: ".
 void keepIf(bool known, std::string& line) {
   constexpr size_t kLetter = 3;
   if (!known) line = line.substr(0, kLetter) + kDashes;
@@ -157,7 +157,7 @@ void fillSatellites(const Scene& scene, ReadoutTexts& texts) {
 std::string_view compassPoint(double degrees) {
   const double turns = degrees / 360;
   const double sixteenths = std::floor((turns - std::floor(turns)) * 16 + 0.5);
-  // A receiver may send any number, and a huge one has no fraction left.
+  // A receiver may send any number; a huge one has no fraction left.
   if (!std::isfinite(sixteenths)) return {};
   return textOf(Text::north + static_cast<uint32_t>(sixteenths) % 16);
 }

@@ -5,7 +5,7 @@
 
 #include "display/scene.h"
 
-// The texts of the read-out. A value that was not received yet is shown as dashes, not 0.
+// The texts of the readout. A value that has not been received yet is shown as dashes, not 0.
 namespace vgps {
 
 inline constexpr const char* kDashes = "--";
@@ -13,11 +13,11 @@ inline constexpr const char* kDashes = "--";
 struct ReadoutTexts {
   // "X: 11 31' 0.000''E", "Y: ..." and "Z: 545.00m"; or "no position" alone.
   std::array<std::string, 3> position;
-  std::string zone;     // of the grid, "32U"; empty in other formats
-  std::string quality;  // of the fix, in words
+  std::string zone;     // UTM zone, "32U"; empty in other position formats
+  std::string quality;  // of the fix, such as "GPS fix"
 
   std::string speed;                       // in the chosen unit: "41.48 Km/H" or "-- Km/H"
-  std::array<std::string, 3> otherSpeeds;  // in the other units, in their order
+  std::array<std::string, 3> otherSpeeds;  // the same in the other units
   std::string maxSpeed;
 
   std::string course;
@@ -39,13 +39,13 @@ struct ReadoutTexts {
 
 ReadoutTexts readoutTexts(const Scene& scene);
 
-// One of the sixteen points of the compass, "N" to "NNW".
+// The nearest of the 16 compass points, "N" to "NNW".
 std::string_view compassPoint(double degrees);
 
-// Whether there is a position: receivers without a fix report zeros.
+// Whether the fix contains a position: receivers without a fix report zeros.
 bool hasPosition(const FixRecord& fix);
 
-// Satellites in the view, those with several signals counted once.
+// The number of satellites in view; one with several signals counts once.
 int32_t distinctSatellites(std::span<const ViewedSatellite> view);
 
 }  // namespace vgps

@@ -7,7 +7,7 @@
 namespace vgps {
 namespace {
 
-constexpr int32_t kQualities = 9;  // and one text for all others
+constexpr int32_t kQualities = 9;  // plus one text for all others
 
 }  // namespace
 
@@ -30,7 +30,7 @@ std::string_view fixQualityText(int32_t fixStatus) {
 int32_t usedSatellites(const Scene& scene) {
   const SatelliteTable& table = scene.satellites;
   const bool counted = scene.stats.of(SentenceType::gga).count > 0;
-  // A receiver that sends no GGA still lists in GSA which satellites it uses.
+  // A receiver without GGA still lists the satellites that it uses in GSA.
   if (table.usedCount != 0 || counted || !scene.satellitesInUseKnown) return table.usedCount;
   return static_cast<int32_t>(
       std::count_if(table.slots.begin(), table.slots.end(),

@@ -11,6 +11,7 @@
 #include "gps/satellite_view.h"
 #include "gps/sentence_stats.h"
 
+// What a screen shows, and how old the shown values are.
 namespace vgps {
 
 enum class ReceiverState {
@@ -18,13 +19,13 @@ enum class ReceiverState {
   noData,
   noFix,
   fix,
-  lost,  // no data any more, and the port is tried again and again
+  lost,  // no data anymore; trying to reopen the port
 };
 
-// The receiver counts as silent after this time without a line: five epochs of a typical one.
+// Without a line for this time, the receiver counts as silent: five epochs of a typical one.
 inline constexpr uint32_t kSilentAfterMs = 5000;
 
-// `dataAgeMs`: since the last line; meaningless before `dataSeen`.
+// `dataAgeMs` is the time since the last line, ignored unless `dataSeen`.
 ReceiverState receiverState(bool connected, bool dataSeen, uint32_t dataAgeMs, int32_t fixStatus);
 
 // How up to date a value is, based on its age.
@@ -37,27 +38,29 @@ inline constexpr uint32_t kStaleAfterMs = 5000;
 inline constexpr uint32_t kExpiredAfterMs = 30000;
 Freshness freshnessOf(uint32_t ageMs);
 
-// The ages of the shown values in milliseconds; each turns gray and then to dashes by its own age.
+// The ages of the shown values in milliseconds. Each value turns gray and then into dashes by its
+// own age.
 struct ValueAges {
   uint32_t position = 0;
   uint32_t motion = 0;  // speed and course
   uint32_t altitude = 0;
   uint32_t time = 0;
-  uint32_t used = 0;      // how many satellites the fix is made of
-  uint32_t view = 0;      // the satellites that are heard
-  uint32_t dilution = 0;  // of precision
+  uint32_t used = 0;      // number of satellites used in the fix
+  uint32_t view = 0;      // satellites in view
+  uint32_t dilution = 0;  // of precision (DOP values)
 };
 
-// What the program has counted since it started, or since the statistics screen shows.
+// Counters since the program started, and (stat, moving, stopped) since the statistics screen was
+// opened.
 struct SceneStatistics {
   double totalSeconds = 0;
   double connectedSeconds = 0;
-  double recordingSeconds = 0;  // paused and playing count as well
-  double movingSeconds = 0;     // of `statSeconds`
-  double stoppedSeconds = 0;    // likewise
+  double recordingSeconds = 0;  // including paused and playing
+  double movingSeconds = 0;     // part of `statSeconds`
+  double stoppedSeconds = 0;    // part of `statSeconds`
   double statSeconds = 0;
-  double distance = 0;    // of the recording, in `distanceUnit`
-  double distance3d = 0;  // of all recordings, likewise
+  double distance = 0;    // of this recording, in `distanceUnit`
+  double distance3d = 0;  // of all recordings, in `distanceUnit`
   int32_t distanceUnit = 0;
 };
 
@@ -67,26 +70,26 @@ struct Scene {
   FixRecord fix;
   SatelliteTable satellites;
   bool satellitesInUseKnown = false;
-  std::span<const ViewedSatellite> view;  // lives as long as the drawing
+  std::span<const ViewedSatellite> view;  // valid while drawing
   SentenceStats stats;
   double maxSpeed = 0;     // in `speedUnit`
-  double maxAltitude = 0;  // metres
+  double maxAltitude = 0;  // meters
 
-  bool newMaxSpeed = false;     // has just been reached
-  bool newMaxAltitude = false;  // likewise
+  bool newMaxSpeed = false;     // set when it was just exceeded
+  bool newMaxAltitude = false;  // set when it was just exceeded
 
   int32_t speedUnit = 0;
   int32_t altitudeUnit = 0;
   int32_t utcOffsetMinutes = 0;  // UTC minus local time
   int32_t positionFormat = 0;    // PositionFormat
-  int32_t utmEllipsoid = 0;      // of the grid position
+  int32_t utmEllipsoid = 0;      // for UTM positions
 
   ReceiverState state = ReceiverState::notConnected;
-  std::string source;     // "COM3, 9600 baud", "Simulation"; empty when none was chosen
-  std::string notice;     // one line for the user, mostly empty
-  std::string message;    // what came in no sentence: of binary input, of a sensor; mostly empty
-  bool fixSeen = false;   // a sentence with a fix has come since the connection was opened
-  uint32_t fixAgeMs = 0;  // since the last of them
+  std::string source;     // "COM3, 9600 baud", "Simulation"; empty if none was chosen
+  std::string notice;     // one line for the user, usually empty
+  std::string message;    // received from a binary protocol or a sensor; usually empty
+  bool fixSeen = false;   // a sentence with a fix was received since connecting
+  uint32_t fixAgeMs = 0;  // since the last such sentence
   ValueAges ages;
   double sentencesPerSecond = 0;
 
@@ -96,20 +99,21 @@ struct Scene {
 
   Screen screen = Screen::gps;
   SceneStatistics statistics;
-  std::span<const std::string> rawLog;  // the newest last; lives as long as the drawing
-  uint64_t readoutDelayMicros = 0;      // from the last byte to the drawing; 0: not measured
+  std::span<const std::string> rawLog;  // newest last; valid while drawing
+  uint64_t readoutDelayMicros = 0;      // from the last byte to drawing; 0: not measured
 
   Palette palette = dayPalette();
   float density = 1;     // of the screen: pixels per 1/96 inch
-  float fontFactor = 1;  // by which the user wants the texts larger or smaller, up to 5
+  float fontFactor = 1;  // the user's text size factor, at most 5
 };
 
-// The quality number of GGA in words.
+// The quality number of a GGA sentence in words.
 std::string_view fixQualityText(int32_t fixStatus);
-// Higher values do not come from satellites: dead reckoning, manual input, simulation.
+// Fixes with a higher quality number do not come from satellites: dead reckoning, manual input,
+// simulation.
 inline constexpr int32_t kLastSatelliteQuality = 5;
 
-// The number of satellites used for the fix, as counted by GGA or listed by GSA; 0 if unknown.
+// The number of satellites used in the fix, as counted by GGA or listed by GSA; 0 if unknown.
 int32_t usedSatellites(const Scene& scene);
 
 }  // namespace vgps

@@ -7,7 +7,7 @@
 
 namespace vgps {
 
-// Draws the scene's screen, or the read-out if that screen is not available.
+// Draws the screen that the scene selects, or the readout if that screen is not available.
 void drawScreen(Canvas& canvas, const Scene& scene);
 
 bool isScreenDrawn(Screen screen);

@@ -12,14 +12,15 @@
 namespace vgps {
 namespace {
 
-constexpr float kFullScale = 55;  // dB-Hz, the best that an ordinary antenna gives
+constexpr float kFullScale = 55;  // dB-Hz, the best of an ordinary antenna
 constexpr int kGridStep = 20;
-constexpr float kNarrowestBar = 5;        // pixels, with its gap
-constexpr float kNameGap = 2;             // between two names, pixels
-constexpr float kWidestBar = 3;           // times the height of the text
-constexpr float kLinesWithStrengths = 4;  // that the bars need to have numbers above them
+constexpr float kNarrowestBar = 5;  // pixels, including its gap
+constexpr float kNameGap = 2;       // between two names, pixels
+constexpr float kWidestBar = 3;     // multiple of the text height
+constexpr float kLinesWithStrengths =
+    4;  // minimum height of bars with numbers above them, in text lines
 
-// Letters of the systems as in observation files.
+// The letters of the systems, as used in RINEX observation files.
 constexpr std::array<const char*, 8> kLetters = {"", "G", "R", "E", "C", "J", "S", "I"};
 
 std::vector<ViewedSatellite> strongestSignals(std::span<const ViewedSatellite> view) {
@@ -78,7 +79,8 @@ bool fits(Canvas& canvas, std::span<const std::string> labels, const Font& font,
   });
 }
 
-// Every label has the same size. False when the longest does not fit at the smallest.
+// Finds one size for all labels. Returns false if the longest does not fit even at the smallest
+// size.
 bool shrinkToFit(Canvas& canvas, std::span<const std::string> labels, Font& font, float width,
                  float smallest) {
   while (font.size > smallest && !fits(canvas, labels, font, width)) {
@@ -87,7 +89,7 @@ bool shrinkToFit(Canvas& canvas, std::span<const std::string> labels, Font& font
   return fits(canvas, labels, font, width);
 }
 
-// The strongest of all, at most `most`, by system and number.
+// The `most` strongest satellites, sorted by system and number.
 std::vector<ViewedSatellite> shownSatellites(std::span<const ViewedSatellite> view, size_t most) {
   std::vector<ViewedSatellite> satellites = strongestSignals(view);
   keepStrongest(satellites, most);
@@ -97,8 +99,8 @@ std::vector<ViewedSatellite> shownSatellites(std::span<const ViewedSatellite> vi
   return satellites;
 }
 
-// Names below the bars in the greatest font that they all fit in; none when there is no room.
-// Where only the letters are too much, the colours have to tell the systems apart.
+// Labels for the bars, in the largest font in which all fit; empty if there is no space. If only
+// the system letters are too wide, they are dropped, and the colors alone tell the systems apart.
 std::vector<std::string> fittingNames(Canvas& canvas, std::span<const ViewedSatellite> satellites,
                                       Font& font, float width, float smallest) {
   for (const bool letters : {true, false}) {
@@ -108,7 +110,7 @@ std::vector<std::string> fittingNames(Canvas& canvas, std::span<const ViewedSate
   return {};
 }
 
-// `column`: the whole height of the scale. Returns the top of the bar.
+// `column` is the full height of the scale. Returns the top of the bar.
 float drawBar(Canvas& canvas, const Rect& column, const ViewedSatellite& satellite,
               const Palette& palette) {
   const float gap = std::max(std::round(column.width * 0.15f), 1.f);
@@ -140,7 +142,7 @@ void drawSignalBars(Canvas& canvas, const Rect& box, std::span<const ViewedSatel
   const std::vector<std::string> names =
       fittingNames(canvas, satellites, font, step - kNameGap, smallestText);
   const float line = names.empty() ? 0 : std::ceil(font.size * kLineHeight);
-  // Low bars tell nothing: then the room of the strengths above them is theirs.
+  // Low bars are hard to read: then they also use the space of the numbers above them.
   const bool withStrengths = box.height >= kLinesWithStrengths * line;
   const float above = withStrengths ? line : 0;
   const Rect scale = {box.x, box.y + above, box.width, std::max(box.height - above - line, 1.f)};

@@ -12,13 +12,13 @@
 namespace vgps {
 namespace {
 
-constexpr float kLargestText = 24;  // pixels at a window of the usual size
+constexpr float kLargestText = 24;  // pixels at the usual window size
 
 std::string timeText(double seconds) {
   return hoursMinutesText(static_cast<uint64_t>(std::max(seconds, 0.0)));
 }
 
-// "01:20, 66.67%" of the time that was counted while the screen showed.
+// "01:20, 66.67%": a time and its share of the time since the statistics screen was opened.
 std::string withShare(double seconds, double of) {
   const std::string time = timeText(seconds);
   return of > 0 ? time + ", " + shareText(100 * seconds / of) : time;

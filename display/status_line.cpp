@@ -18,7 +18,8 @@ std::string stateText(const Scene& scene) {
   if (scene.state != ReceiverState::fix) return std::string(textOf(word));
   const int32_t quality = scene.fix.fixStatus;
   const int32_t used = usedSatellites(scene);
-  // Without a count it is unknown; a value that no satellite stands behind has no dimension.
+  // Without a satellite count the dimension is unknown; values that do not come from satellites
+  // have none.
   if (used == 0 || quality > kLastSatelliteQuality) return std::string(fixQualityText(quality));
   const bool flat = used < kMin3dSatellites;
   if (quality == 1) return std::string(textOf(flat ? Text::fix2d : Text::fix3d));
@@ -31,7 +32,7 @@ std::string recordingText(const Scene& scene) {
                   std::to_string(scene.trackPoints), scene.trackLength);
 }
 
-// Of the satellites that are heard; those whose strength is not told count as not heard.
+// Covers the satellites in view with a known signal strength.
 std::string signalText(const Scene& scene) {
   if (freshnessOf(scene.ages.view) == Freshness::expired) return {};
   float strongest = 0;
@@ -59,13 +60,13 @@ Colour stateColour(const Scene& scene) {
   return scene.palette.good;
 }
 
-// Places texts from both ends of a bar until its room is used up.
+// Places texts at both ends of a bar until it is full.
 class TextRowLayout {
  public:
   TextRowLayout(Canvas& canvas, const Rect& room, const Font& font, float gap)
       : canvas_(canvas), rest_(room), font_(font), gap_(gap) {}
 
-  // Left out when it would take too much from the others.
+  // Omitted if it would take too much space from the others.
   void right(const std::string& text, Colour colour) {
     const float width = std::ceil(canvas_.textWidth(text, font_)) + 1;
     if (text.empty() || width > rest_.width * 0.6f) return;
@@ -120,7 +121,7 @@ void drawStatusLine(Canvas& canvas, const StatusBar& place, const Scene& scene) 
   placer.right(texts.signal, freshnessOf(scene.ages.view) == Freshness::current
                                  ? palette.label
                                  : palette.staleValue);
-  placer.left(texts.recording, palette.value);  // whatever else there is to say
+  placer.left(texts.recording, palette.value);  // first, as the most important text
   placer.left(scene.notice, palette.caution);
   placer.left(scene.source, palette.value);
   placer.left(scene.message, palette.value);

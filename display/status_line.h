@@ -11,15 +11,15 @@ namespace vgps {
 
 struct StatusTexts {
   std::string state;      // "3D fix", "no data", ...
-  std::string age;        // "fix 3 s ago"; empty before the first one
+  std::string age;        // "fix 3 s ago"; empty before the first fix
   std::string rate;       // "6.0 sentences/s"
-  std::string recording;  // "recording: 120 points, 4.56 Km"; empty while idle
+  std::string recording;  // "recording: 120 points, 4.56 Km"; empty if idle
   std::string signal;     // "C/N0 max 46, mean 39, 8 used"; empty without signals
 };
 
 StatusTexts statusTexts(const Scene& scene);
 
-// The bar across the foot of a screen of these bounds, and the size of its text.
+// The bar across the bottom of a screen, and its text size.
 struct StatusBar {
   Rect bar;
   float textSize = 0;

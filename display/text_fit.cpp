@@ -13,7 +13,7 @@ bool continuesCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0) 
 Font fittingFont(Canvas& canvas, std::string_view text, float width, float height, float smallest,
                  bool bold) {
   Font font{.size = std::max(height / kLineHeight, smallest), .bold = bold};
-  // Widths grow with the size, but hinting rounds them: ask again after each step.
+  // Width grows with size, but not exactly, because of hinting: measure again after each step.
   for (int step = 0; step < 4; ++step) {
     const float wanted = canvas.textWidth(text, font);
     if (wanted <= width || font.size <= smallest) break;
@@ -25,7 +25,7 @@ Font fittingFont(Canvas& canvas, std::string_view text, float width, float heigh
 std::string shortened(Canvas& canvas, std::string_view text, const Font& font, float width) {
   if (canvas.textWidth(text, font) <= width) return std::string(text);
   size_t length = text.size();
-  // A line that is far too long is cut near its place first.
+  // A very long line is first cut to approximately the right length.
   const float whole = canvas.textWidth(text, font);
   length = std::min(length, static_cast<size_t>(static_cast<float>(length) * width / whole) + 4);
   while (length > 0) {

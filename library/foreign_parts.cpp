@@ -112,7 +112,8 @@ class PartsReader {
   bool keep_ = false;
 };
 
-// The tag with the part in it; `closing` is what ends its element, empty when that still comes.
+// Appends the tag with the foreign part added. `closing` ends its element; empty if the end tag is
+// written later.
 void addWithPart(std::string& out, std::string_view tag, const ForeignPart& part,
                  std::string_view closing) {
   const bool empty = tag.ends_with("/>");

@@ -20,9 +20,9 @@ struct ForeignParts {
   std::vector<ForeignPart> points;
 };
 
-// Takes the foreign parts of an undamaged element, whose points are those of `track`, behind those
-// that are there already. The points' `fixStatus`, of which a file says nothing, becomes their
-// number in `parts`, from 1: it stays with a point through every edit.
+// Collects the foreign parts of an undamaged track element, which contains the points of `track`,
+// and appends them to `parts`. Stores the number of each point's part (from 1) in the point's
+// `fixStatus`, which a file does not use, so that it stays with the point through every edit.
 void takeForeignParts(std::string_view text, Track& track, ForeignParts& parts);
 
 // Adds the foreign parts back to `text`, the freshly written element of `track`: those of each

@@ -54,12 +54,11 @@ class TrackLibrary {
   // A message for the user about the state after `open`; empty if there is no problem.
   std::string message() const;
 
-  // Reads a track into `track`. `damaged` in its summary says that only the readable points were
-  // loaded.
+  // Reads a track into `track`. If its summary says `damaged`, only the readable points are loaded.
   LibraryResult load(size_t index, int32_t speedUnit, Track& track);
 
-  // At the end, under its name or "Track NUMBER"; in a folder under its name or one made of
-  // `local`. What was written of its attachments the track no longer has.
+  // Appends a track under its name or, without one, as "Track NUMBER"; in a folder, under a name
+  // made from the time `local`. Removes the attachments that were written from `track`.
   LibraryResult add(Track& track, const RecordingOptions& options, const DateTime& local);
   // Adds a track element written by another program.
   LibraryResult import(XmlElement element);

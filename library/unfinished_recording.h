@@ -38,8 +38,8 @@ class UnfinishedRecording {
   // "Continue": moves the points into `current`, which the caller has started, and returns the
   // journal to append to.
   std::unique_ptr<Journal> continueInto(Track& current);
-  // Save: into the library. The journal is deleted only when the track is safely stored; a damaged
-  // one that could not be backed up is renamed to ".bad" instead.
+  // "Save": stores the track in the library. Deletes the journal only once the track is safely
+  // stored; a damaged journal that could not be backed up is renamed to ".bad" instead.
   LibraryResult save(TrackLibrary& library, const RecordingOptions& options, const DateTime& local);
   // "Later": leaves the file unchanged.
   void keepForLater();

@@ -60,8 +60,8 @@ bool removeFile(const std::string& path);
 // Used to tell whether a file has changed.
 struct FileStamp {
   uint64_t size = 0;  // bytes
-  int64_t time =
-      0;  // of the last change, in the system's finest unit, from a system-specific start
+  // The time of the last change, in system-specific units.
+  int64_t time = 0;
   bool operator==(const FileStamp&) const = default;
 };
 // Returns false if there is no such file or it is a folder.

@@ -17,26 +17,27 @@ class ConfigChanges {
   // The document at `path` was just read or written.
   void begin(const std::string& path) { fileExists_ = fileStamp(path, stamp_); }
 
-  // What the document gave for a setting when it was read, as it would be written.
+  // Records the value that was read from the document, in its written form.
   void setBaseline(const SettingRow& row, std::string text) {
     baseline_[keyOf(row)] = std::move(text);
   }
-  // What it gave is not what was made of it.
+  // Use this if the value was corrected after reading, so that the corrected one counts as changed.
   void forget(const SettingRow& row) { baseline_.erase(keyOf(row)); }
-  // Whether a value is another than the last one that is known; it is noted then.
+  // Whether a value differs from the last known one. If so, records it as a change.
   bool note(const SettingRow& row, const std::string& text);
-  // A key that is no row's.
+  // Records a change of a key that is not in the table.
   void note(std::string path, std::string key, std::string text);
 
-  // Whether this setting is all that was changed.
+  // Whether this setting is the only change.
   bool isOnly(const SettingRow& row) const {
     return changes_.size() == 1 && changes_.contains(keyOf(row));
   }
 
-  // The document as it lies at `path`, with the changes, when another program has written it since;
-  // otherwise, and when it cannot be read, `document` stays as it is: false.
+  // If another program has written the file since, replaces `document` by the file's current
+  // contents with our changes applied. Otherwise, or if the file cannot be read, returns false and
+  // leaves `document` unchanged.
   bool mergeIfFileChanged(XmlDocument& document, const std::string& path, const XmlFiles& files);
-  // Makes the changes in another document.
+  // Applies the changes to another document.
   void applyTo(XmlDocument& document) const;
   void saved(const std::string& path) {
     changes_.clear();

@@ -16,7 +16,7 @@
 namespace vgps {
 namespace {
 
-// False when the file cannot be read to its end.
+// Returns false if the file cannot be read to its end.
 bool readBytes(const XmlFiles& files, const std::string& path, std::string& out) {
   void* const file = files.open(path, XmlFiles::Access::read);
   if (file == nullptr) return false;
@@ -24,13 +24,13 @@ bool readBytes(const XmlFiles& files, const std::string& path, std::string& out)
   return files.close(file);
 }
 
-// Also what another program holds for a moment.
+// Retries, because another program may be using the file for a moment.
 bool readSoon(const XmlFiles& files, const std::string& path, std::string& out) {
   constexpr int kTries = 10;
   return retry(kTries, std::chrono::milliseconds(20), [&] { return readBytes(files, path, out); });
 }
 
-// Over the file, or as a new one.
+// Overwrites the file or creates it.
 bool writeBytes(const XmlFiles& files, const std::string& path, std::string_view bytes) {
   void* const file = files.open(path, XmlFiles::Access::overwrite);
   if (file == nullptr) return false;
@@ -38,7 +38,8 @@ bool writeBytes(const XmlFiles& files, const std::string& path, std::string_view
   return files.close(file) && whole;
 }
 
-// Bytes that no text has. A file of two bytes a character begins with a mark that says so.
+// Whether there are bytes that never occur in text. UTF-16 files, which start with a mark, are
+// text.
 bool isBinary(std::string_view bytes) {
   const bool wide = bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
   return !wide && bytes.find('\0') != std::string_view::npos;
@@ -58,7 +59,7 @@ bool ConfigStore::open(const std::string& path) {
 bool ConfigStore::load() {
   changes_.begin(path_);
   const XmlLoadStatus status = document_.Load(path_, XmlLoadMode::file).status;
-  // A file that another program holds for a moment is there all the same, and its settings must
+  // A file that another program is using for a moment exists all the same, and its settings must
   // not be overwritten with defaults.
   FileStamp stamp;
   const bool missing =
@@ -69,7 +70,7 @@ bool ConfigStore::load() {
   return good;
 }
 
-// Tags can be found in files of any kind: a document of another program, or a program.
+// Files of any kind may contain tags: another program's document, or even an executable.
 bool ConfigStore::isForeign() {
   std::string bytes;
   return document_.GetRootElement().storedName() != "root" || !readBytes(*files_, path_, bytes) ||
@@ -106,7 +107,8 @@ void ConfigStore::set(const SettingRow& row, double value) { set(row, written(ro
 
 void ConfigStore::set(const SettingRow& row, std::string_view value) {
   const bool isNew = changes_.note(row, std::string(value));
-  // Another program may have changed what this one still has as it was.
+  // Writes the value only if it changed here or is missing: another program may have written a
+  // newer one.
   if (isNew || XmlGetString(row.path, row.key, "", nullptr, &document_).empty()) {
     XmlSetString(row.path, row.key, value, nullptr, &document_);
   }
@@ -136,7 +138,7 @@ void ConfigStore::take(const SettingRow& row, Settings& settings) {
   if (corrected == value) {
     changes_.setBaseline(row, written(row, value));
   } else {
-    changes_.forget(row);  // the corrected one is written when its group is saved
+    changes_.forget(row);  // the corrected value is written when its group is saved
   }
 }
 
@@ -160,8 +162,8 @@ bool ConfigStore::backUpFile() {
   return !backUpBeforeSave_;
 }
 
-// What another program holds is whole as far as anybody knows, so only what was changed here goes
-// into it, as soon as it can be read.
+// A file that is in use may be intact, so only our changes are written to it, as soon as it can be
+// read.
 bool ConfigStore::isReadableNow() {
   if (readable_) return true;
   load();
@@ -170,7 +172,7 @@ bool ConfigStore::isReadableNow() {
   return readable_;
 }
 
-// A disk may take the first half and then fail: the old text is put back.
+// If the disk fails halfway, the old text is restored.
 bool ConfigStore::writeDocument() {
   std::string old;
   const bool isNew = !fileExists(path_);

@@ -11,62 +11,62 @@
 
 namespace vgps {
 
-// The settings document "vgps.xml", open for the whole run of the program.
+// The settings document "vgps.xml", kept in memory while the program runs.
 class ConfigStore {
  public:
   explicit ConfigStore(const XmlFiles& files = systemFiles());
 
-  // Reads the file; from then on the store speaks of it. False when the file is there and holds
-  // something, but no element can be read from it: then every key has its default, and the file is
-  // copied to "vgps.bad" beside it before it is overwritten ("vgps-2.bad" and on where there are
-  // earlier ones). So is one that can be read but is no document of settings. A missing or empty
-  // file is none of that: a program that starts for the first time.
+  // Reads the file at `path`, which is used from then on. Returns false if the file exists and is
+  // not empty but contains no readable element. Then every setting has its default, and the file is
+  // copied to "vgps.bad" next to it ("vgps-2.bad" etc. if that exists) before it is overwritten.
+  // The same copy is made of a file that is readable but not a settings document. A missing or
+  // empty file is normal: the first start of the program.
   bool open(const std::string& path);
 
-  // False when the system did not give the file's bytes: it is a folder, somebody else holds it, or
-  // nobody may read it. What is in it may be whole.
+  // Returns false if the file's contents could not be read: it is a folder, in use by another
+  // program, or access is denied. Its contents may be intact.
   bool readable() const { return readable_; }
 
-  // Whether all that the file holds is known, and it is a document of settings or nothing yet.
+  // Whether the file was read completely and is a settings document or empty.
   bool isFullyLoaded() const { return readable_ && !backUpBeforeSave_; }
 
   const std::string& path() const { return path_; }
 
-  // One setting as the document holds it, or its default. Strings are cut to the row's length,
-  // never inside a character. Flags are the number that stands there.
+  // The value of a setting in the document, or its default. Strings are limited to the row's
+  // length, without splitting a character. Flags are returned as the stored number.
   double number(const SettingRow& row);
   std::string string(const SettingRow& row);
 
-  // Into the document, as the row's type is written: whole numbers and colours in decimal, other
-  // numbers with two decimals.
+  // Writes a value to the document in the format of the row's type: whole numbers and colors in
+  // decimal, other numbers with two decimals.
   void set(const SettingRow& row, double value);
   void set(const SettingRow& row, std::string_view value);
 
   bool changed() const { return changed_; }
   bool changedOnly(const SettingRow& row) const { return changed_ && changes_.isOnly(row); }
 
-  // A text of the document as it stands, whole; "" where there is none. Whoever sets one does not
-  // set the member of `Settings`: that is what `refreshSettings` is for.
+  // Any value of the document in full length; "" if it does not exist. setOther does not update the
+  // member of `Settings`; call `refreshSettings` for that.
   std::string other(const std::string& path, const std::string& key);
   void setOther(const std::string& path, const std::string& key, const std::string& value);
 
-  // One setting as the document holds it, corrected, into its member. A value that is no other one
-  // when it is put back leaves alone what stands there.
+  // Reads a setting from the document, corrects it, and stores it in its member. Writing the same
+  // value back with `put` does not change the document.
   void take(const SettingRow& row, Settings& settings);
-  // The member into the document.
+  // Writes the member to the document.
   void put(const SettingRow& row, const Settings& settings);
 
-  // Whether the document holds, since it was opened or this was asked, what no `put` brought:
-  // another program has written the file, or `setOther` was called.
+  // Whether the document has changed, since it was opened or since the last call, other than
+  // through `put`: another program has written the file, or `setOther` was called.
   bool hasNews();
 
-  // Writes the document when it was changed; what another program wrote meanwhile stays, but for
-  // the keys that were changed here. False when it could not be written; it stays changed then, and
-  // the file is as it was. Nothing is written over a file that cannot be read.
+  // Writes the document if it was changed. Changes made by other programs meanwhile are kept,
+  // except for keys that were changed here too. Returns false if writing failed; then the file is
+  // unchanged and the changes are still pending. A file that cannot be read is never overwritten.
   bool save();
 
-  // Tells that the last `save` failed, unless that was told since one succeeded: the user hears it
-  // once, and not with every setting. Whether it was told now.
+  // Reports that the last `save` failed, unless that was reported since the last success, so that
+  // the user is told once and not for every setting. Returns whether it was reported now.
   bool tellSaveFailure(const std::function<void(std::string_view message)>& tell);
 
  private:
@@ -86,16 +86,15 @@ class ConfigStore {
   bool readable_ = true;
   bool saveFailed_ = false;
   bool saveFailureTold_ = false;
-  bool backUpBeforeSave_ = false;  // the file on disk is to be kept before it is overwritten
+  bool backUpBeforeSave_ = false;  // back up the file on disk before overwriting it
 };
 
-// What the start-up makes of the document: every key in the order of the table, with the
-// corrections of its row.
+// Reads all settings at startup, in the order of the table, and applies the correction of each row.
 Settings loadSettings(ConfigStore& store);
 
-// What has come into the document by another way than `saveSettings`: the options grid, the raw
-// editor, another program. False, and nothing was read, when there is no such thing. A flag that
-// every start switches off stays as it is in this run.
+// Reads settings that reached the document other than through `saveSettings`: from the options
+// grid, the raw editor, or another program. Returns false if there are none. A flag that is
+// switched off at every start keeps its current value.
 bool refreshSettings(ConfigStore& store, Settings& settings);
 
 // The value of a row after its correction.

@@ -13,7 +13,7 @@ constexpr const char* kTripData = "cfg\\tdp";
 constexpr const char* kCamera = "cfg\\camera";
 
 constexpr const char* kYesNo = "0|||1";
-// The last separator makes an empty choice at the end: no port.
+// The trailing separator adds an empty choice: no port.
 constexpr const char* kPorts =
     "COM1|||COM2|||COM3|||COM4|||COM5|||COM6|||COM7|||COM8|||COM9|||COM10|||"
     "COM11|||COM12|||COM13|||COM14|||COM15|||COM16|||COM17|||COM18|||COM19|||COM20|||";

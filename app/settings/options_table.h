@@ -9,13 +9,13 @@
 
 #include "app/settings/config_store.h"
 
-// The rows of the options grid: every setting that the user may edit as a line of text, under the
-// label that it has there.
+// The rows of the options grid: every setting that the user can edit as a line of text, with its
+// label.
 namespace vgps {
 
 struct OptionRow {
-  const char* label;    // "*": a line between two groups, without a value
-  const char* choices;  // allowed values with "|||" between; empty: any text
+  const char* label;    // "*": a separator between groups, without a value
+  const char* choices;  // allowed values separated by "|||"; empty: any text
   const char* path;
   const char* key;
 
@@ -24,16 +24,16 @@ struct OptionRow {
 
 std::span<const OptionRow> optionRows();
 
-// The allowed values in their order; what stands behind a last "|||" is an empty one.
+// The allowed values in order. A trailing "|||" adds an empty choice.
 std::vector<std::string_view> choicesOf(const OptionRow& row);
 
-// The label of a setting, empty when the grid does not show it.
+// The label of a setting; empty if the grid does not show it.
 const char* optionLabel(std::string_view path, std::string_view key);
 
-// What the document holds for the row, "" where it holds nothing.
+// The row's value in the document; "" if it has none.
 std::string optionText(ConfigStore& store, const OptionRow& row);
 
-// Puts a text as it was typed into the document. Separators have no place there: false.
+// Stores a text in the document as the user typed it. Returns false for a separator.
 bool setOption(ConfigStore& store, const OptionRow& row, const std::string& text);
 
 }  // namespace vgps

@@ -9,7 +9,7 @@
 namespace vgps {
 namespace {
 
-// Compilers count the steps of such an evaluation: each text is measured once.
+// Measures each text only once, because compilers limit the steps of a constant evaluation.
 constexpr bool keysAreUnique() {
   std::array<std::string_view, kSettingRows.size()> keys;
   for (size_t i = 0; i < kSettingRows.size(); ++i) {

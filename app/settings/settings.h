@@ -8,8 +8,8 @@
 
 namespace vgps {
 
-// Every setting of the program, as the start-up loader leaves it. The table in settings_table.h
-// says where each is kept and what it is when it is absent.
+// All settings of the program, with their keys in the document. The table in settings_table.h
+// defines where each is stored and its default.
 struct Settings {
   std::string languageFile{};      // "file"
   std::string port{};              // "port"
@@ -133,22 +133,22 @@ struct Settings {
   std::string trackStorePath{};    // "tlp"
   int32_t talkers{};               // "tlk"
 
-  Settings();  // the defaults of the table
+  Settings();  // sets the defaults of the table
 };
 
 enum class SettingType : uint8_t { integer, flag, real, string, colour };
 
-// What the loader does with a value out of range; everything else is taken as it stands.
+// What the loader does with a value that is out of range; other values are used unchanged.
 enum class RangeRule : uint8_t {
   none,
   upToFive,   // above 5, zero or negative: the default
   upToTen,    // above 10: 0
   upToFifty,  // above 50: the default
   notZero,    // exactly 0: the default
-  forcedOff,  // off at every start, whatever the document holds
+  forcedOff,  // off at every start, regardless of the document
 };
 
-// What one dialog saves.
+// The settings that one dialog saves.
 enum class SettingGroup : uint8_t {
   language,
   gps,
@@ -176,12 +176,12 @@ using SettingMember = std::variant<int32_t Settings::*, bool Settings::*, float 
                                    std::string Settings::*, uint32_t Settings::*>;
 
 struct SettingRow {
-  const char* path;  // of elements, backslashes between
+  const char* path;  // element names separated by backslashes
   const char* key;
   SettingType type;
-  double number;        // the default of everything but strings
+  double number;        // the default, except for strings
   const char* text;     // the default of a string
-  uint16_t characters;  // UTF-16 units that a string may have
+  uint16_t characters;  // maximum length of a string, in UTF-16 units
   SettingMember member;
   SettingGroup group;
   RangeRule rule;
@@ -190,13 +190,13 @@ struct SettingRow {
 // All settings in the order in which they are loaded.
 std::span<const SettingRow> settingRows();
 
-// The member of a row. Numbers of every type pass as double, flags as 0 or 1.
+// Access to the member of a row. Numbers of every type are passed as double, flags as 0 or 1.
 double numberOf(const Settings& settings, const SettingRow& row);
 void setNumber(Settings& settings, const SettingRow& row, double value);
 const std::string& textOf(const Settings& settings, const SettingRow& row);
 void setText(Settings& settings, const SettingRow& row, std::string value);
 
-// Null when there is no such setting. Case counts: "Cfg\\Other" is not "cfg\\other".
+// Returns null if there is no such setting. Case-sensitive: "Cfg\\Other" is not "cfg\\other".
 const SettingRow* findSetting(std::string_view path, std::string_view key);
 
 }  // namespace vgps

@@ -4,7 +4,7 @@
 
 #include "app/settings/settings.h"
 
-// The table of all settings, for those who name one of them when they are compiled.
+// The table of all settings. Include this header to refer to a setting at compile time.
 namespace vgps {
 namespace setting_rows {
 
@@ -20,7 +20,7 @@ constexpr SettingRow flag(const char* path, const char* key, int32_t standard,
   return {path, key, SettingType::flag, double(standard), "", 0, member, group, rule};
 }
 
-// Stored like a flag, but it counts down program starts.
+// Stored like a flag, but counts down program starts.
 constexpr SettingRow countdown(const char* path, const char* key, int32_t standard,
                                int32_t Settings::*member, SettingGroup group) {
   return {path, key, SettingType::flag, double(standard), "", 0, member, group, RangeRule::none};
@@ -43,7 +43,7 @@ constexpr SettingRow colour(const char* path, const char* key, uint32_t standard
 
 }  // namespace setting_rows
 
-// In the order in which they are loaded.
+// In loading order.
 inline constexpr auto kSettingRows = [] {
   using namespace setting_rows;
   return std::to_array<SettingRow>({
@@ -162,20 +162,20 @@ inline constexpr auto kSettingRows = [] {
     flag("cfg\\tdp", "c5", 1, &Settings::tripDataSatellites, SettingGroup::tripData),
     flag("cfg\\tdp", "c6", 1, &Settings::tripDataAltitude, SettingGroup::tripData),
     number("cfg\\vgps", "bes", 0, &Settings::recordBes, SettingGroup::recording),
-    // Keys of single features, whose defaults change nothing.
+    // Keys of optional features, whose defaults change nothing.
     flag("cfg\\vgps", "lgn", 0, &Settings::logStream, SettingGroup::gps),
     flag("cfg\\vgps", "afg", 0, &Settings::altitudeFromGeoidField, SettingGroup::gps),
     number("cfg\\vgps", "bki", 0, &Settings::backupMinutes, SettingGroup::recording),
     flag("cfg\\vgps", "mnr", 0, &Settings::manualRecording, SettingGroup::recording),
     text("cfg\\vgps", "tlp", "", 300, &Settings::trackStorePath, SettingGroup::recording),
-    // Our own.
+    // Connection settings.
     number("cfg\\gps", "tlk", 0, &Settings::talkers, SettingGroup::gps),
     flag("cfg\\gps", "rcn", 1, &Settings::reconnect, SettingGroup::gps),
       // clang-format on
   });
 }();
 
-// One of the rows, by its member. A member that has none does not compile.
+// Refers to a row by its member. A member without a row does not compile.
 class Setting {
  public:
   template <typename Value>
@@ -187,7 +187,7 @@ class Setting {
   constexpr bool operator==(const Setting&) const = default;
 
  private:
-  static void thereIsNoSuchSetting();  // cannot run while the program is compiled: an error
+  static void thereIsNoSuchSetting();  // not constexpr, so calling it fails to compile
 
   static constexpr const SettingRow& rowOf(SettingMember member) {
     for (const SettingRow& row : kSettingRows) {
