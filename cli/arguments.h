@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-// What the command line takes, for each family of commands. A command that was recognised puts what
-// is to be done into `chosen`.
+// The command-line definitions of each family of commands. When a command is recognized, its action
+// is stored in `chosen`.
 namespace vgps {
 
 using Chosen = std::function<int()>;
@@ -18,11 +18,11 @@ void addTrackCommand(CLI::App& program, Chosen& chosen);
 void addGeoCommand(CLI::App& program, Chosen& chosen);
 void addRecoverCommand(CLI::App& program, Chosen& chosen);
 
-// The library's own checks speak of limits and mappings; the user wants to read what is allowed.
+// CLI11's own checks report limits and mappings; this one tells the user what is allowed.
 CLI::Validator positiveNumber();
-// An empty name, as a script's unset variable leaves it, is none.
+// Rejects an empty name, such as from an unset shell variable.
 CLI::Validator nonEmptyName();
-// One of some words, for the number beside it.
+// Accepts one of these words and replaces it by its number.
 CLI::Validator oneOf(std::vector<std::pair<std::string, int>> words);
 
 }  // namespace vgps

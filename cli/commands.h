@@ -7,8 +7,7 @@
 
 #include "gps/talkers.h"
 
-// The commands of `vgps`, one file each, and what the command line says to them. A command returns
-// the exit status.
+// The commands of `vgps`, one file each, with their options. A command returns the exit status.
 namespace vgps {
 
 struct MonitorOptions {
@@ -17,7 +16,7 @@ struct MonitorOptions {
   bool simulate = false;
   std::string logPath;  // empty: no log
   bool json = false;
-  double seconds = 0;  // 0: until it is stopped
+  double seconds = 0;  // 0: until stopped
 };
 int runMonitor(const MonitorOptions& options);
 
@@ -31,7 +30,7 @@ struct ReplayOptions {
 int runReplay(const ReplayOptions& options);
 
 struct PortsOptions {
-  std::vector<std::string> ports;  // empty: those of the system
+  std::vector<std::string> ports;  // empty: all ports of the system
   uint32_t speed = 9600;
   bool json = false;
 };
@@ -40,7 +39,7 @@ int runPorts(const PortsOptions& options);
 struct SettingsOptions {
   enum class Action { list, get, set };
   Action action = Action::list;
-  std::string file;  // empty: vgps.xml beside the program
+  std::string file;  // empty: vgps.xml in the program's folder
   bool json = false;
   std::string path, key, value;
 };
@@ -51,50 +50,50 @@ std::vector<std::string> withValueMarked(std::vector<std::string> words);
 
 struct XmlOptions {
   std::string file;
-  std::string output;  // empty: nothing is written
+  std::string output;  // empty: do not write
 };
 int runXml(const XmlOptions& options);
 
-// Fixes of a log through the recording filter into a track file.
+// Records the fixes of a log, through the recording filter, into a track file.
 struct RecordOptions {
   std::string log;
   std::string output;
-  std::string settings;  // empty: those of a program that starts for the first time
+  std::string settings;  // empty: default settings
   int32_t utcOffsetMinutes = 0;
 };
 int runRecord(const RecordOptions& options);
 
 struct InfoOptions {
   std::string file;
-  int32_t speedUnit = 0;  // SpeedUnit of the file's speeds
+  int32_t speedUnit = 0;  // SpeedUnit of the speeds in the file
   bool json = false;
 };
 int runInfo(const InfoOptions& options);
 
-// A track file into another. Points count from 1, as the program numbers them.
+// Converts track files. Points are numbered from 1, as in the program.
 struct TrackOptions {
   enum class Action { join, split, reverse, thin, trim };
   Action action = Action::join;
   std::vector<std::string> files;
   std::string output;
-  std::string secondOutput;  // of a split
-  uint32_t at = 0;           // of a split: the first point of the second part
-  double metres = 0;         // of thinning; 0: the program's own
-  double angle = 0;          // likewise, degrees
-  std::string from, to;      // of trimming: a point's number or a local time; empty: the end
+  std::string secondOutput;  // for a split
+  uint32_t at = 0;           // for a split: the first point of the second part
+  double metres = 0;         // for thinning; 0: the program's default
+  double angle = 0;          // for thinning, degrees; 0: the program's default
+  std::string from, to;      // for trimming: a point number or local time; empty: the track's end
 };
 int runTrack(const TrackOptions& options);
 
 struct GeoOptions {
   enum class Action { distance, bearing, destination, area, utm, dms, mgrs, locator };
   Action action = Action::distance;
-  std::vector<std::string> positions;  // LAT,LON each
+  std::vector<std::string> positions;  // each as LAT,LON
   int32_t unit = 0;                    // DistanceUnit
   int32_t ellipsoid = 0;               // index
-  int digits = 0;                      // of each of a grid reference's two numbers
-  int pairs = 0;                       // of characters in a locator
+  int digits = 0;                      // digits of each number of a grid reference
+  int pairs = 0;                       // character pairs in a locator
   double course = 0;                   // degrees true
-  double way = 0;                      // in the unit
+  double way = 0;                      // distance, in `unit`
   bool json = false;
 };
 int runGeo(const GeoOptions& options);
@@ -102,22 +101,22 @@ int runGeo(const GeoOptions& options);
 struct RecoverOptions {
   enum class Action { tell, continueRecording, save, discard };
   Action action = Action::tell;
-  std::string file;  // empty: vgps.xml beside the program
-  // Of continueRecording:
+  std::string file;  // empty: vgps.xml in the program's folder
+  // For continueRecording:
   std::string port;
   uint32_t speed = 9600;
   bool simulate = false;
-  double seconds = 0;  // 0: until it is stopped
+  double seconds = 0;  // 0: until stopped
 };
 int runRecover(const RecoverOptions& options);
 
-// One clear line on standard error; the exit status of a failure.
+// Prints one line to standard error and returns the exit status for failure.
 int fail(std::string_view message);
 
-// One line on standard error about something that does not end the command.
+// Prints a one-line warning to standard error.
 void warn(std::string_view message);
 
-// Writes to standard output what is still held back; a failure (a full disk) is told.
+// Flushes standard output. Reports an error (such as a full disk) and returns the exit status.
 int finishOutput();
 
 }  // namespace vgps

@@ -18,7 +18,7 @@ std::string lowered(std::string text) {
   return text;
 }
 
-// A number of the list or a name in it.
+// Accepts an index of the ellipsoid list or a name in it.
 CLI::Validator ellipsoidWord() {
   return {[](std::string& text) -> std::string {
             for (size_t i = 1; i < kEllipsoids; ++i) {

@@ -16,14 +16,14 @@ namespace {
 
 constexpr int kDecimals = 6;
 
-// What a question is answered with, for the user and for a program.
+// The answer to a question, as text and as JSON.
 struct Answer {
   std::string text;
   Json json;
-  std::string complaint;  // not empty: there is no answer
+  std::string complaint;  // the error message; empty on success
 };
 
-// "Km": the unit behind a distance text.
+// The name of a unit: "Km".
 std::string unitName(int32_t unit) {
   const std::string text = distanceText(0, unit);
   return text.substr(text.find(' ') + 1);
@@ -44,7 +44,7 @@ Answer bearingAnswer(const Position& from, const Position& to) {
 Answer areaAnswer(const std::vector<Position>& corners) {
   const Area area = enclosedArea(corners);
   std::string text = areaText(area);
-  std::erase(text, '\r');  // the terminal has line ends of its own
+  std::erase(text, '\r');  // the terminal has its own line endings
   return {std::move(text),
           {{"squareDegrees", area.squareDegrees}, {"squareMetres", area.squareMetres}},
           {}};
@@ -59,7 +59,7 @@ Answer destinationAnswer(const Position& from, const GeoOptions& options) {
           {}};
 }
 
-// The text has whole metres, cut as on the position display.
+// The text shows whole meters, truncated as on the position display.
 Answer utmAnswer(const Position& at, int32_t ellipsoid) {
   const UtmPosition utm = utmFromDegrees(ellipsoid, at.y, at.x);
   return {utm.zoneText() + " " + decimalText(static_cast<int64_t>(utm.easting)) + " " +

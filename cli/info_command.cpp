@@ -10,7 +10,7 @@
 namespace vgps {
 namespace {
 
-// "2010-07-05T09:03:04", with a blank for the user.
+// "2010-07-05T09:03:04"; `between` is a blank in text for the user.
 std::string timeText(const DateTime& time, char between) {
   char text[64];
   std::snprintf(text, sizeof text, "%04u-%02u-%02u%c%02u:%02u:%02u", unsigned{time.year},
@@ -37,7 +37,7 @@ Json pointJson(const TrackPoint& point) {
   return json;
 }
 
-// What is not known is null.
+// Unknown values are null.
 Json infoJson(const Track& track, const TrackStatistics& all) {
   Json json = {{"points", all.points},
                {"distanceKm", all.distanceKm},

@@ -7,7 +7,7 @@ namespace vgps {
 
 using Json = nlohmann::ordered_json;
 
-// Bytes that are no UTF-8 become U+FFFD. `indent` -1: one line.
+// Invalid UTF-8 bytes become U+FFFD. `indent` -1 prints a single line.
 std::string jsonText(const Json& json, int indent);
 
 }  // namespace vgps

@@ -14,7 +14,7 @@
 namespace vgps {
 namespace {
 
-// Between two looks at the link.
+// Between two checks of the link.
 constexpr uint32_t kLookMs = 1000;
 
 class LiveFixes {
@@ -46,7 +46,7 @@ class LiveFixes {
     }
   }
 
-  // False: a reader still lives, and this must not be destroyed.
+  // Returns false if a reader is still running; then this object must not be destroyed.
   bool stop() {
     take_ = [](const FixRecord&) {};
     mailbox_->close();
@@ -97,7 +97,7 @@ void readLiveFixes(const LiveSource& source, const std::function<void(const FixR
   onStopRequest([mailbox] { mailbox->close(); });
   auto live = std::make_unique<LiveFixes>(source, mailbox, take, tell);
   live->run();
-  // What a reader could still touch must outlive it.
+  // If a reader is still running, this must not be destroyed.
   if (!live->stop()) (void)live.release();
 }
 

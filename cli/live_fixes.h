@@ -15,9 +15,9 @@ struct LiveSource {
   double seconds = 0;  // 0: until the user stops it
 };
 
-// Reads a receiver, or the simulation, until the user or the time ends it. `take` gets every
-// complete fix, `tell` a line when the receiver cannot be opened, has gone, or is there again; both
-// on this thread. To be called once.
+// Reads a receiver or the simulation until the user stops it or the time is up. Calls `take` with
+// every complete fix and `tell` with a message when the receiver cannot be opened, is lost, or is
+// back; both on this thread. Call this only once.
 void readLiveFixes(const LiveSource& source, const std::function<void(const FixRecord&)>& take,
                    const std::function<void(const std::string&)>& tell);
 

@@ -16,7 +16,7 @@ LogFile::LogFile(const std::string& path)
   if (file_ == nullptr) {
     complain();
   } else {
-    std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // the log reader has blocks of its own
+    std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // the log reader has its own buffer
   }
 }
 

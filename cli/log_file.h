@@ -8,14 +8,14 @@
 
 namespace vgps {
 
-// A log on the disk, read once from its start to its end.
+// A log file, read once from start to end.
 class LogFile {
  public:
   explicit LogFile(const std::string& path);
 
-  // False at the end of the log, or where it cannot be read.
+  // Returns false at the end of the log or on a read error.
   bool next(LogPiece& piece);
-  // Empty while all is well.
+  // The error message; empty if there is none.
   const std::string& complaint() const { return complaint_; }
 
  private:

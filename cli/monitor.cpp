@@ -18,7 +18,7 @@
 namespace vgps {
 namespace {
 
-// On a terminal what has changed is shown so much later at most.
+// A terminal shows changes with at most this delay.
 constexpr uint32_t kRefreshMs = 200;
 constexpr uint32_t kNoiseMs = 3000;
 
@@ -29,7 +29,7 @@ Output outputOf(const MonitorOptions& options) {
   return outputIsTerminal() ? Output::block : Output::lines;
 }
 
-// Failures that the user should read: under the block, or on standard error.
+// Error messages for the user: below the block, or on standard error.
 class MonitorWindow : public Window {
  public:
   void tellError(std::string_view text) override { message = text; }
@@ -54,7 +54,7 @@ class Monitor {
 
   void run();
 
-  // False: a reader still lives, and this must not be destroyed.
+  // Returns false if a reader is still running; then this object must not be destroyed.
   bool stop() {
     mailbox_->close();
     app_.link.close();
@@ -81,7 +81,7 @@ class Monitor {
   AppState app_;
 
   MonitorStatus status_;
-  uint32_t openedTick_ = clock_.tick();  // since when the line is open
+  uint32_t openedTick_ = clock_.tick();  // when the port was opened
   uint32_t noiseTick_ = 0;
   bool noiseSeen_ = false;
   uint32_t dueTick_ = 0;  // when the state is shown next
@@ -91,7 +91,7 @@ class Monitor {
   std::string toldStatus_;
 };
 
-// What the link has come to since the last look.
+// Tracks changes of the link since the last check.
 void Monitor::followLink() {
   const Link& link = app_.link;
   const MonitorStatus::Line before = std::exchange(status_.line, lineOf(link));
@@ -126,15 +126,15 @@ MonitorStatus Monitor::statusNow() const {
   return now;
 }
 
-// While the device is away only the reader runs, which is of no use to whoever reads this.
+// While the device is missing only the reader thread is running; that does not count as connected.
 Json Monitor::stateNow(const MonitorStatus& status) const {
   Json state = stateJson(app_.shown, app_.fix);
   if (status.line != MonitorStatus::Line::open) state["fix"]["running"] = false;
   return state;
 }
 
-// Whether a second is over. Those that were missed (a stopped program, a machine asleep) are left
-// out: the same state would be shown for each.
+// Whether the next second has come. Missed seconds (a stopped program, a sleeping computer) are
+// skipped: each would show the same state.
 bool Monitor::takeDue() {
   const uint32_t late = since(dueTick_);
   if (static_cast<int32_t>(late) < 0) return false;
@@ -160,7 +160,7 @@ void Monitor::show() {
   changed_ = false;
 }
 
-// Beside JSON the words go to standard error, each change once.
+// With JSON output, the status is printed to standard error, each change once.
 void Monitor::tellStatus() {
   if (output_ != Output::block && !window_.message.empty()) {
     fail(window_.message);
@@ -190,7 +190,7 @@ void Monitor::run() {
   const double limitMs = options_.seconds > 0 ? options_.seconds * 1000 : HUGE_VAL;
   if (output_ == Output::block) std::fputs("\x1b[?25l", stdout);
   app_.link.open({.port = options_.port, .speed = options_.speed, .simulate = options_.simulate});
-  // A pipe gets its first line when there has been time for data.
+  // A pipe gets its first line later, so that some data can arrive.
   dueTick_ = start + (output_ == Output::block ? 0 : kSecondMs);
   for (;;) {
     app_.link.check(true);
@@ -235,7 +235,7 @@ int runMonitor(const MonitorOptions& options) {
   onStopRequest([mailbox] { mailbox->close(); });
   auto monitor = std::make_unique<Monitor>(options, mailbox);
   monitor->run();
-  // What a reader could still touch must outlive it.
+  // If a reader is still running, the monitor must not be destroyed.
   if (!monitor->stop()) (void)monitor.release();
   return finishOutput();
 }

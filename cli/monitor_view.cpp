@@ -10,7 +10,7 @@
 namespace vgps {
 namespace {
 
-// Receivers report once a second; twice that without a line is worth a word.
+// Receivers report once a second; silence of more than two seconds is worth reporting.
 constexpr uint32_t kSilentMs = 2500;
 
 std::string secondsText(uint32_t ms) { return std::to_string(ms / 1000) + " s"; }
@@ -23,7 +23,7 @@ std::string silenceText(const MonitorStatus& status) {
   return "no data from " + status.source + " for " + secondsText(status.silentMs);
 }
 
-// Binary messages leave the values of the last sentence where they are, however old they are.
+// Binary messages leave the values of the last text sentence unchanged, however old they are.
 bool hasFix(const MonitorStatus& status, const UiFix& shown) {
   const bool leftOver = shown.inputProtocol == kSirfBinary && status.fixAgeMs >= kSilentMs;
   return shown.fix.fixStatus != 0 && !leftOver;
@@ -79,7 +79,7 @@ std::string monitorBlock(const std::string& text, TerminalSize terminal, int& pr
   std::string block;
   if (previousRows > 0) block = "\x1b[" + std::to_string(previousRows) + "A";
   previousRows = 0;
-  // The cursor stands in the row below the last one.
+  // The cursor is in the row below the last one.
   const int mostRows = std::max(terminal.rows - 1, 1);
   for (size_t at = 0; at < text.size() && previousRows < mostRows; ++previousRows) {
     const size_t end = std::min(text.find('\n', at), text.size());

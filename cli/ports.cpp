@@ -11,7 +11,7 @@
 namespace vgps {
 namespace {
 
-// A receiver speaks once a second at the least.
+// Receivers send at least once a second.
 constexpr uint32_t kListenMs = 3000;
 
 std::vector<PortName> portsToProbe(const PortsOptions& options) {
@@ -21,7 +21,7 @@ std::vector<PortName> portsToProbe(const PortsOptions& options) {
   return ports;
 }
 
-// All at once: one after the other thirty silent ports would take a minute and a half.
+// Probes all ports in parallel: one after another, thirty silent ports would take 90 seconds.
 std::vector<ProbeAnswer> probeAll(const std::vector<PortName>& ports, uint32_t speed) {
   std::vector<ProbeAnswer> answers(ports.size());
   std::vector<std::thread> threads;

@@ -8,10 +8,11 @@
 
 namespace vgps {
 
-// The number that is the whole text, such as "-33.8568"; none for anything else.
+// Parses the whole text as a number, such as "-33.8568"; empty for anything else.
 std::optional<double> typedNumber(std::string_view text);
 
-// A position typed as LAT,LON in decimal degrees. None with the reason in `complaint`.
+// Parses a position typed as LAT,LON in decimal degrees. If invalid, returns nothing and sets
+// `complaint` to the reason.
 std::optional<Position> typedPosition(std::string_view text, std::string& complaint);
 
 }  // namespace vgps

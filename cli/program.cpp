@@ -134,14 +134,14 @@ std::string listed(const std::vector<std::string>& names) {
   return text;
 }
 
-// The library takes "-.5" for an option; "-0.5" it knows for a number.
+// CLI11 takes "-.5" for an option, but accepts "-0.5" as a number.
 void giveZerosToNumbers(std::vector<std::string>& arguments) {
   for (std::string& argument : arguments) {
     if (argument.starts_with("-.")) argument.insert(1, 1, '0');
   }
 }
 
-// Where the help for these words stands.
+// Refers to the help of the command in these arguments.
 std::string helpFor(const CLI::App& program, const std::vector<std::string>& arguments) {
   const std::vector<std::string> names = commandNames(program);
   const bool known =
@@ -204,7 +204,7 @@ int runProgram(std::vector<std::string> arguments) {
   CLI::App program(
       "Reads GPS receivers and logs, records and edits tracks, and calculates with positions.",
       "vgps");
-  program.allow_windows_style_options(false);  // "/log" is a path everywhere
+  program.allow_windows_style_options(false);  // "/log" is a path on every system
   program.set_version_flag("--version", std::string("vgps ") + kVersion, "Print the version");
   Chosen chosen;
   for (const auto add : {addMonitor, addReplay, addPorts, addRecordCommand, addInfoCommand,
@@ -214,7 +214,7 @@ int runProgram(std::vector<std::string> arguments) {
   if (!arguments.empty() && arguments[0] == "geo") giveZerosToNumbers(arguments);
   const std::string help = helpFor(program, arguments);
   arguments = withValueMarked(std::move(arguments));
-  std::reverse(arguments.begin(), arguments.end());  // as this overload of parse takes them
+  std::reverse(arguments.begin(), arguments.end());  // this overload of parse expects reverse order
   try {
     program.parse(std::move(arguments));
   } catch (const CLI::Success& wanted) {  // --help, --version

@@ -12,7 +12,7 @@
 #include "gps/gps_fix.h"
 #include "platform/files.h"
 
-// The road of a receiver's line on into the recording, all on one thread.
+// Records a log: the same processing as for a receiver's lines, but all on one thread.
 namespace vgps {
 namespace {
 
@@ -22,7 +22,7 @@ RecordingOptions optionsOf(const Settings& settings) {
   return options;
 }
 
-// A program without window and loudspeaker that only wants the lines.
+// Ignores everything but the received lines.
 class LineHooks : public GpsHooks {
  public:
   std::function<void()> line;
@@ -32,7 +32,7 @@ class LineHooks : public GpsHooks {
   }
 };
 
-// The track goes into a separate file, without a question.
+// Saves the track to a separate file, without asking.
 class FileHooks : public RecorderHooks {
  public:
   explicit FileHooks(std::string path) : path_(std::move(path)) {}
@@ -64,7 +64,7 @@ class LogRecorder {
       fix_.onReceive(piece.chunk);
     }
   }
-  // False when the track could not be written; one without points is not.
+  // Returns false if the track could not be written; a track without points was not.
   bool save() { return recorder_.stop(false).outcome == Keeping::Outcome::kept; }
   size_t fixes() const { return fixes_; }
   size_t points() const { return recorder_.track.points.size(); }
@@ -86,7 +86,7 @@ class LogRecorder {
   size_t fixes_ = 0;
 };
 
-// The date of the first line, which a receiver may tell only some lines later.
+// The first date in the log. A receiver may send it only some lines after the start.
 std::optional<int64_t> firstDayOf(const std::string& path) {
   LogFile log(path);
   LogClock clock(0);

@@ -19,8 +19,8 @@
 #include "platform/console.h"
 #include "platform/files.h"
 
-// What a start of the desktop program asks about a recording that did not end, for scripts and for
-// computers without a window.
+// Handles unfinished recordings, which the desktop program asks about at startup, for scripts and
+// for computers without a window.
 namespace vgps {
 namespace {
 
@@ -28,7 +28,7 @@ using RecoverAction = RecoverOptions::Action;
 
 constexpr int kInUse = 2;  // exit status
 
-// Between tries to write, and between looks whether the user gives up.
+// The intervals for retrying to write and for checking whether the user wants to stop.
 constexpr int kTryAgainMs = 3000;
 constexpr int kStopCheckMs = 100;
 
@@ -40,10 +40,10 @@ std::string folderOf(const std::string& path) {
 
 void say(const std::string& text) { std::printf("%s\n", text.c_str()); }
 
-// The settings beside which journals and library lie, and what records there.
+// The folder with the settings, the journals, and the library, and the recorder that uses them.
 class Place : public RecorderHooks {
  public:
-  // Unreadable settings count as default ones: the recording matters more.
+  // If the settings are unreadable, the defaults are used: the recording matters more.
   explicit Place(const std::string& file) {
     std::string path = file.empty() ? programFolder() : file;
     if (isFolder(path)) path = pathIn(path, "vgps.xml");
@@ -79,7 +79,7 @@ std::string pointsText(size_t count) {
   return std::to_string(count) + (count == 1 ? " point" : " points");
 }
 
-// As it stands in front of a full stop: "./.." would not be seen to be a folder there.
+// A path for use at the end of a sentence: "./.." plus a period would be misread.
 std::string shownPath(std::string path) {
   const auto isSeparator = [](char c) { return c == '/' || c == '\\'; };
   while (path.size() > 2 && path[0] == '.' && isSeparator(path[1])) path.erase(0, 2);
@@ -101,7 +101,8 @@ std::string refusalOf(const Keeping& keeping) {
 
 int statusOf(const Keeping& keeping) { return keeping.result == LibraryResult::inUse ? kInUse : 1; }
 
-// Says that so many points of the journal at `path` are in the library. The exit status.
+// Reports that the points of the journal at `path` were saved to the library. Returns the exit
+// status.
 int tellSaved(const Keeping& keeping, size_t points, const std::string& path) {
   if (keeping.library.isNew && keeping.library.state == LibraryState::damaged) {
     fail(libraryMessage(LibraryState::damaged, keeping.library.path));
@@ -126,8 +127,8 @@ int saveRecording(UnfinishedRecording& unfinished, Recorder& recorder) {
   return statusOf(keeping);
 }
 
-// Ends a recording that was continued, and says how. The disk may be full: until the user gives up
-// it is tried again.
+// Ends a continued recording and reports the result. If the disk is full, keeps retrying until the
+// user stops it.
 class Ending {
  public:
   Ending(Recorder& recorder, const std::string& path) : recorder_(recorder), path_(path) {}
@@ -149,7 +150,7 @@ class Ending {
   }
 
  private:
-  // False as long as points are in memory alone.
+  // Returns false while some points exist only in memory.
   bool isOver() {
     const size_t points = recorder_.track.points.size();
     end_ = recorder_.end();
@@ -176,7 +177,7 @@ class Ending {
   int status_ = 0;
 };
 
-// Records on into the journal until it is stopped; then the whole track is saved.
+// Records into the journal until stopped, then saves the whole track.
 int continueRecording(UnfinishedRecording& unfinished, Recorder& recorder,
                       const RecoverOptions& options) {
   recorder.continueFrom(unfinished);
@@ -260,7 +261,7 @@ int runRecover(const RecoverOptions& options) {
   const std::vector<std::string> journals = existingJournals(place.places().journal);
   int worst = 0;
   size_t found = 0;
-  bool continued = false;  // the others are only told of
+  bool continued = false;  // only one is continued; the others are just listed
   for (const std::string& path : journals) {
     UnfinishedRecording unfinished(place.recorder.journalSettings());
     const JournalResult result = unfinished.open(path);

@@ -11,7 +11,8 @@
 #include "cli/state_json.h"
 #include "cli/state_text.h"
 
-// The same road as a receiver's line takes, all on one thread: the hand-over is a direct call.
+// Replays a log: the same processing as for a receiver's lines, but on one thread with direct
+// calls.
 namespace vgps {
 namespace {
 
@@ -44,7 +45,7 @@ class Replay {
   }
 
  private:
-  // Nobody looks before the log has ended, so the fix is copied once, there.
+  // The state is only read at the end of the log, so the fix is copied once, there.
   void handle(const UiMessage& message) {
     if (message.event != UiEvent::line) return;
     lineCame_ = true;
@@ -52,7 +53,7 @@ class Replay {
   }
 
   void printLine(const LogPiece& piece) {
-    if (piece.binary && !lineCame_) return;  // a message that the end of the log cuts short
+    if (piece.binary && !lineCame_) return;  // a message that the end of the log truncates
     const Json line = {{"line", piece.binary ? app_.lastMessageText : validUtf8(piece.text)},
                        {"kind", lineCame_ && !piece.binary ? app_.fix.lastSentenceKind : 0},
                        {"returned", lineCame_},

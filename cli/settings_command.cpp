@@ -23,7 +23,7 @@ const char* typeName(SettingType type) {
   return kNames[static_cast<size_t>(type)];
 }
 
-// A 32-bit value as the short decimal that the user wrote: 0.01, not 0.00999999977.
+// A 32-bit value in the short decimal form that the user wrote: 0.01, not 0.00999999977.
 std::string numberText(const SettingRow& row, double value) {
   if (row.type != SettingType::real) return decimalText(static_cast<int64_t>(value));
   constexpr size_t kLongest = 32;
@@ -94,13 +94,13 @@ bool isNumber(std::string_view text, bool whole) {
          digits.find('.') == digits.rfind('.');
 }
 
-// The countdown stands among the flags and counts: it is a number all the same.
+// The countdown is stored as a flag, but it is a number.
 bool isFlag(const SettingRow& row) { return std::holds_alternative<bool Settings::*>(row.member); }
 
-// Empty when the value suits the row, otherwise what would.
+// Returns what is allowed if the value is invalid for the row; empty if it is valid.
 std::string whatIsAllowed(const SettingRow& row, std::string_view text) {
   constexpr double kLargestColour = 0xFFFFFF;
-  constexpr double kLargestReal = 1e9;  // far beyond use, and read back as it was written
+  constexpr double kLargestReal = 1e9;  // far beyond any use, and still exact when read back
   const double value = leadingDouble(text);
   switch (row.type) {
     case SettingType::string: return {};
@@ -149,7 +149,7 @@ std::vector<std::string> withValueMarked(std::vector<std::string> words) {
     if (fileFollows) marked.push_back(words[i++]);
     (fileFollows || words[i].starts_with("--file=") ? marked : rest).push_back(words[i]);
   }
-  constexpr size_t kValue = 3;  // behind "set", the path and the key
+  constexpr size_t kValue = 3;  // after "set", the path, and the key
   const bool sets = rest.size() == kValue + 1 && rest[0] == "set" && rest[kValue - 1] != "--";
   if (sets) rest.insert(rest.begin() + kValue, "--");
   marked.insert(marked.end(), rest.begin(), rest.end());

@@ -61,7 +61,7 @@ Json viewJson(const std::vector<ViewedSatellite>& satellites) {
                   {"azimuth", number(satellite.azimuth)},
                   {"snr", number(satellite.snr)},
                   {"used", satellite.used}};
-    // Tells the entries of a satellite that is received on several frequencies apart.
+    // Distinguishes the signals of a satellite that is received on several frequencies.
     if (satellite.signal != 0) entry["signal"] = satellite.signal;
     view.push_back(std::move(entry));
   }

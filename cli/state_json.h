@@ -3,13 +3,13 @@
 #include "app/session/app_state.h"
 #include "cli/json_text.h"
 
-// The state as JSON. Numbers print so that they read back to the same double.
+// The program's state as JSON. Numbers are printed so that they read back as the same double.
 namespace vgps {
 
-// Every value of the fix and its connection; no ticks, carried bytes or handles.
+// All values of the fix and its connection, without internals (ticks, buffered bytes, handles).
 Json fixJson(const FixRecord& values, const GpsFix& connection);
 
-// Everything that `replay` and `monitor` print.
+// All values that `replay` and `monitor` print.
 Json stateJson(const UiFix& shown, const GpsFix& connection);
 
 }  // namespace vgps

@@ -7,19 +7,19 @@
 #include "app/session/app_state.h"
 #include "cli/text_rows.h"
 
-// The state in words and figures, for the user at a terminal.
+// The program's state as text for a terminal.
 namespace vgps {
 
-// "no fix", "GPS fix", "RTK fixed" ...: what a GGA calls the quality of a fix.
+// The fix quality of a GGA sentence: "no fix", "GPS fix", "RTK fixed" ...
 std::string fixStatusText(int32_t fixStatus);
 
-// "48.117300 N  11.516667 E", or "none" at 0/0, where receivers without a position put themselves.
+// "48.117300 N  11.516667 E", or "none" at 0/0, which receivers report without a position.
 std::string positionText(const FixRecord& fix);
 
-// "2024-03-23 12:35:19.500", without the date while none has come.
+// "2024-03-23 12:35:19.500", without the date if none has been received.
 std::string timeText(const DateTime& time);
 
-// Fix, satellites and what came down the line.
+// Rows about the fix, the satellites, and the received sentences.
 std::vector<TextRow> stateRows(const UiFix& shown);
 
 }  // namespace vgps

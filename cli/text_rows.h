@@ -10,7 +10,7 @@ struct TextRow {
   std::string value;
 };
 
-// One line each, labels padded to one width.
+// One line per row, with the labels padded to the same width.
 std::string alignedText(const std::vector<TextRow>& rows);
 
 }  // namespace vgps

@@ -14,15 +14,15 @@
 namespace vgps {
 namespace {
 
-// The speeds of a file are read and written in one unit, so that its figures stay as they are,
-// whichever it is.
+// Speeds are read and written in the same unit, whichever it is, so that the numbers in the file
+// stay the same.
 constexpr int32_t kUnit = kKmh;
 
 bool isNumber(std::string_view text) {
   return !text.empty() && text.size() < 10 && std::all_of(text.begin(), text.end(), isDigit);
 }
 
-// "2010-07-05 09:03[:04]", also with a "T" between.
+// "2010-07-05 09:03[:04]", or with a "T" instead of the blank.
 std::optional<DateTime> readLocalTime(std::string_view text) {
   DateTime time;
   const auto hasForm = [&](std::string_view form) { return readDateTime(text, form, time); };
@@ -69,7 +69,7 @@ int thinFile(const TrackOptions& options, std::span<TrackInput> inputs) {
   return writeTrackOutput({track, options.output}, kUnit, inputs);
 }
 
-// One end as a point's number or a time; without one of both the track's own end stands.
+// One end of the range as a point number or a time; with neither, it is the track's own end.
 struct TrimEnd {
   std::optional<DateTime> time;
   size_t point = 0;

@@ -23,7 +23,7 @@ std::optional<std::string> bytesOf(const std::string& path) {
   return bytes;
 }
 
-// What the files had of each point, and everything else of which some point has something.
+// The attributes that the input files had, and any others that some point uses.
 RecordingOptions optionsFor(const Track& track, int32_t speedUnit,
                             std::span<const TrackInput> inputs) {
   RecordingOptions options;
@@ -48,14 +48,14 @@ bool isInput(const std::string& path, std::span<const TrackInput> inputs) {
                      [&](const TrackInput& input) { return isSameFile(path, input.path); });
 }
 
-// The bytes decide, not the paths: one file can have many.
+// Compares bytes rather than paths, because a file may have several paths.
 bool isDamagedInput(const std::string& bytes, std::span<const TrackInput> inputs) {
   return std::any_of(inputs.begin(), inputs.end(), [&](const TrackInput& input) {
     return input.damaged && bytesOf(input.path) == bytes;
   });
 }
 
-// False when what is about to be overwritten is damaged and could not be kept.
+// Returns false if the file to be overwritten is damaged and could not be backed up.
 bool keepDamaged(const std::string& path, std::span<const TrackInput> inputs) {
   const std::optional<std::string> before = bytesOf(path);
   if (!before || !isDamagedInput(*before, inputs)) return true;

@@ -9,12 +9,12 @@
 
 namespace vgps {
 
-// A track file that a command works on.
+// A track file that a command reads.
 struct TrackInput {
   std::string path;
   Track track;
-  bool damaged = false;      // only the good points are in the track
-  RecordingOptions written;  // which attributes the file has
+  bool damaged = false;      // only the readable points were loaded
+  RecordingOptions written;  // which attributes the file contains
 };
 
 // False after one line on standard error when nothing could be read. Of a damaged file one line
@@ -26,15 +26,15 @@ struct TrackOutput {
   const std::string& path;
 };
 
-// Writes the tracks with everything that the inputs and their points hold. A damaged input that
-// stands where an output goes is kept beside it, named ".bad". The command's exit status: not 0
-// after one line on standard error.
+// Writes the tracks with all attributes that the inputs and their points have. If an output would
+// overwrite a damaged input, that is first copied to a ".bad" file next to it. Returns the exit
+// status: nonzero after one line on standard error.
 int writeTrackOutputs(std::span<const TrackOutput> outputs, int32_t speedUnit,
                       std::span<const TrackInput> inputs);
 int writeTrackOutput(const TrackOutput& output, int32_t speedUnit,
                      std::span<const TrackInput> inputs);
 
-// Says that nothing can be written there, for what is no file; the exit status of that.
+// Reports that the path is not a file and cannot be written. Returns the exit status.
 int noPlaceForTrack(const std::string& path);
 
 }  // namespace vgps

@@ -14,7 +14,7 @@ auto inOrder(const DateTime& t) {
   return std::tie(t.year, t.month, t.day, t.hour, t.minute, t.second, t.millisecond);
 }
 
-// Appends the points of `from` between the indices, with what belongs to them.
+// Appends the points of `from` from `first` to before `end`, with their names and attachments.
 void append(Track& to, const Track& from, size_t first, size_t end) {
   const auto shift = static_cast<uint32_t>(to.points.size());
   for (size_t i = first; i < end; ++i) {

@@ -8,7 +8,8 @@
 namespace vgps {
 namespace {
 
-// The first free path of "NAME<between>NUMBER.XML" for the numbers given; number 0 has no suffix.
+// The first unused path "NAME<between>NUMBER.XML" with a number in the range; number 0 has no
+// suffix.
 std::string firstFree(std::string_view folder, std::string_view name, std::string_view between,
                       int first, int last) {
   const std::string stem = fileNameFrom(name);
@@ -21,7 +22,7 @@ std::string firstFree(std::string_view folder, std::string_view name, std::strin
   return {};
 }
 
-// Windows gives these names to devices, in every folder and with any extension.
+// Windows reserves these names for devices, in every folder and with any extension.
 bool isDevice(std::string_view name) {
   std::string stem(name.substr(0, name.find('.')));
   stem.erase(stem.find_last_not_of(' ') + 1);

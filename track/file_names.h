@@ -11,15 +11,15 @@ namespace vgps {
 // "Track05_07_2010_09_03": day, month, year, hour, minute.
 std::string trackNameFromTime(const DateTime& local);
 
-// `name` with what no system takes in the name of a file replaced by "_"; the name of a device has
-// one in front.
+// `name` as a valid file name: characters that some system does not allow become "_", and a device
+// name gets a leading "_".
 std::string fileNameFrom(std::string_view name);
 
-// A free name for a track of its own: "X.XML", "X - 1.XML" .. "X - 9.XML"; empty when all are
-// taken, even by an unreadable file.
+// An unused path for a saved track: "X.XML", "X - 1.XML" .. "X - 9.XML"; empty if all are taken,
+// even by unreadable files.
 std::string freeTrackPath(std::string_view folder, std::string_view name);
 
-// A free name for an imported one: "X-1.XML" .. "X-99.XML".
+// An unused path for an imported track: "X-1.XML" .. "X-99.XML".
 std::string freeImportPath(std::string_view folder, std::string_view name);
 
 }  // namespace vgps

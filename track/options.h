@@ -7,28 +7,28 @@ namespace vgps {
 
 struct Track;
 
-// What the settings choose for recording, for track files and for thinning. The defaults are those
-// of the recording dialog.
+// The settings for recording, track files, and thinning. The defaults are those of the recording
+// dialog.
 struct RecordingOptions {
   int32_t speed = 5;             // km/h; slower fixes are not recorded
   int32_t angle = 10;            // degrees
   int32_t altitude = 30;         // metres
-  int32_t normalizeMetres = 15;  // of thinning; 0 is taken as 15
+  int32_t normalizeMetres = 15;  // for thinning; 0 means 15
   bool recordCell = false;
   bool drawPath = false;
   bool recordSpeed = false;
   bool recordTime = false;
   bool recordCourse = false;
-  int32_t everyNth = 0;  // above 0: that many fixes are left out between two points
+  int32_t everyNth = 0;  // if positive: the number of fixes skipped between two points
   int32_t bes = 0;       // kept with the track
-  bool manual = false;   // only fixes that the user asks for are recorded
+  bool manual = false;   // record only fixes that the user requests
 
-  // Of the display; a file's speeds and the running distances follow them.
+  // Display units, also used for a file's speeds and for the running distances.
   int32_t speedUnit = 0;     // SpeedUnit
   int32_t distanceUnit = 0;  // DistanceUnit
 };
 
-// Thresholds for a way of moving, chosen together.
+// Thresholds for one kind of movement.
 struct RecordingPreset {
   const char* name;
   int32_t speed;     // km/h
@@ -43,9 +43,9 @@ inline constexpr RecordingPreset kRecordingPresets[] = {
 
 void applyPreset(const RecordingPreset& preset, RecordingOptions& options);
 
-// The thresholds that the track took at its first start are given up, so that the next start
-// takes those of the options; for the recording dialog and the presets. Only an idle track's: a
-// running recording keeps its own.
+// Clears the thresholds that an idle track took from the options, so that the next start takes the
+// current ones. Called by the recording dialog and the presets. A running recording keeps its
+// thresholds.
 void forgetThresholds(Track& track);
 
 }  // namespace vgps

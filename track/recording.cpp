@@ -14,9 +14,9 @@ void takeWhereZero(float& threshold, int32_t option) {
   if (threshold == 0) threshold = static_cast<float>(option);
 }
 
-// The change of course since the last point, as a track has always been thinned with it: not
-// taken across north, and against the last course moved by the deviation of the fix before. So a
-// slow right turn passes unnoticed and a left turn does not.
+// The change of course since the last point, computed as it always has been: not across north, and
+// against the last course plus the deviation of the previous fix. As a result, a slow right turn
+// goes unnoticed, while a left turn does not.
 bool turned(const Track& track, double course) {
   const double base = std::trunc(std::fabs(double{track.lastCourse}) + track.courseDeviation);
   return std::fabs(course - base) > track.angleThreshold;
@@ -82,7 +82,7 @@ void Recording::discard(Track& track) {
   track.points.clear();
   track.attachments.clear();
   track.pointNames.clear();
-  track.name.clear();  // the next recording is another track
+  track.name.clear();  // the next recording needs a name of its own
   hooks_.trackChanged(track);
 }
 

@@ -8,8 +8,8 @@
 
 namespace vgps {
 
-// What recording asks of the program around it, which need not do all of it. Called on the thread
-// that records.
+// What a recording needs from the program around it; each function is optional. Called on the
+// recording thread.
 class RecordingHooks {
  public:
   virtual ~RecordingHooks() = default;
@@ -20,52 +20,53 @@ class RecordingHooks {
   virtual void appendToDrawnPath(double, double) {}  // longitude, latitude
   // "Save the track?"; No is the default.
   virtual bool askToSave() { return false; }
-  // Into the library or a file of its own, and the library's view follows. False when the track
-  // is not on the disk; then the hook has told the user.
+  // Saves the track to the library or to a file. Returns false if the track is not on disk; the
+  // hook has told the user then.
   virtual bool save(Track&) { return false; }
   virtual void trackChanged(Track&) {}
 
-  // For a journal. A point was appended; everything so far belongs on the disk soon; the points
-  // were saved or given up, so that nothing needs to survive any more.
+  // For a journal: a point was appended; all points so far should be flushed to disk soon; the
+  // points were saved or discarded and need no journal anymore.
   virtual void pointRecorded(const TrackPoint&) {}
   virtual void flushPoints() {}
   virtual void pointsSavedOrDiscarded() {}
 };
 
-// Recording into the current track: which fixes become points, and what goes on around it.
+// Records into the current track: decides which fixes become points, and controls timers, sounds,
+// and saving.
 class Recording {
  public:
-  // All of them outlive the recording.
+  // All arguments must outlive the recording.
   Recording(Track& current, const RecordingOptions& options, RecordingHooks& hooks,
             const Clock& clock)
       : current_(current), options_(options), hooks_(hooks), clock_(clock) {}
 
-  // False when the track is not idle.
+  // Returns false if the track is not idle.
   bool start();
-  // The same for a recording that was broken off: the lengths between the points that the track has
-  // count as if they were recorded now.
+  // Continues an interrupted recording: like `start`, but the distances include the points that the
+  // track already has.
   bool continueRecovered();
-  // Ignored while a track is played.
+  // Ignored during playback.
   void pauseOrResume();
   // Ends recording or playing of `track`, of the current one when null. A recorded track is saved;
   // with `ask` only when the user says so, and is cleared then. What could not be saved stays.
   void stop(Track* track, bool ask);
 
-  // Every new fix, while recording. True when it became a point. A `force` that is not 0 is kept
-  // as the point's status; it does not stand above the speed threshold.
+  // Call this for every new fix while recording. Returns true if it became a point. A nonzero
+  // `force` is stored as the point's status; such a fix need not exceed the speed threshold.
   bool offer(const FixRecord& fix, uint32_t force);
-  // The same; forced while a mark waits for its point.
+  // The same, forced if a mark is pending.
   bool offer(const FixRecord& fix) { return offer(fix, pendingMark_); }
 
-  // The next point that can be recorded is marked with the next number: 1, 2, ... from each start.
-  // While a mark waits, asking again changes nothing. False when nothing is being recorded.
+  // Marks the next recorded point with the next number: 1, 2, ... from each start. Does nothing if
+  // a mark is already pending. Returns false if no recording is in progress.
   bool mark();
-  // In manual mode: the next fix is recorded.
+  // In manual mode: requests that the next fix be recorded.
   void requestPoint() { requested_ = true; }
   uint32_t pendingMark() const { return pendingMark_; }
 
-  // In the distance unit that the display had at each point. The first begins at each start, the
-  // second counts on for as long as the program runs.
+  // Each leg is counted in the distance unit of the display at that time. `distance` starts over
+  // with each recording, `distance3d` accumulates while the program runs.
   double distance() const { return distance_; }
   double distance3d() const { return distance3d_; }
 

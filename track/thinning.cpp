@@ -21,8 +21,8 @@ double kilometres(const TrackPoint& a, const TrackPoint& b) {
   return pointDistance(positionOf(a), positionOf(b), 0, 0, false);
 }
 
-// Takes out every interior point of which `removable` says so, given the last point kept, the
-// point itself, the one after it and its index.
+// Removes every interior point for which `removable` returns true. Its arguments: the last point
+// kept, the point itself, the next point, and the index.
 template <class Removable>
 void removeInterior(Track& track, Removable removable) {
   PointList& points = track.points;

@@ -5,11 +5,11 @@
 
 namespace vgps {
 
-// Thinning. First every point goes that lies so close to its neighbours that the three distances
-// between them add up to no more than the options' metres; then every point that turns the course
-// by no more than the angle threshold (the track's own, or the option's where that is 0), except
-// points with a mark, a status or an attachment. The first and the last point stay. Attachments of
-// a removed point move to the one before it.
+// Thins a track in two passes. The first removes every point so close to its neighbors that the
+// three distances between them add up to at most `normalizeMetres`. The second removes every point
+// where the course changes by at most the angle threshold (the track's own or, if that is 0, the
+// option's), except points with a mark, a status, or an attachment. The first and the last point
+// always stay. Attachments of a removed point move to the point before it.
 void normalize(Track& track, const RecordingOptions& options);
 
 }  // namespace vgps

@@ -18,28 +18,28 @@ struct TrackAttachment {
 };
 
 struct Track {
-  std::string name;  // empty until the user gives one, or a file of its own needs one
+  std::string name;  // empty until the user names it or it is saved to its own file
 
-  // Of the recording filter; 0 takes the option's value when recording starts.
+  // Thresholds of the recording filter; 0 is replaced by the option's value when recording starts.
   float angleThreshold = 0;     // degrees
   float speedThreshold = 0;     // km/h
   float altitudeThreshold = 0;  // metres
 
   PointList points;
   std::vector<TrackAttachment> attachments;
-  std::vector<std::string> pointNames;  // of imported tracks; a point says which is its own
+  std::vector<std::string> pointNames;  // of imported tracks; TrackPoint::name refers to them
 
   // Running values of the recording filter.
   float courseDeviation = 0;  // degrees
   float lastCourse = -1;      // degrees, of the last recorded point; -1: none since the start
-  float lastAltitude = 0;     // metres, likewise
-  uint32_t cellMode = 0;      // not 0: the next fix is recorded when cells are
+  float lastAltitude = 0;     // meters, of the last recorded point
+  uint32_t cellMode = 0;      // not 0: record the next fix if cells are recorded
   int32_t state = kIdle;      // TrackState
   int32_t bes = 0;            // the option of that name when recording started
 };
 
-// A point can stand there: it is on the earth, and it is not the 0,0 of a receiver that knows
-// nothing. Receivers have been seen to say 360 degrees north.
+// Whether a track point can be there: on the earth, and not the 0,0 of a receiver without a fix.
+// Some receivers report 360 degrees north.
 bool isPosition(double longitude, double latitude);
 
 struct Waypoint {
@@ -49,7 +49,7 @@ struct Waypoint {
   double z = 0;  // metres
 };
 
-// Empty when the point has none.
+// Empty if the point has no name.
 std::string_view pointName(const Track& track, const TrackPoint& point);
 void setPointName(Track& track, TrackPoint& point, std::string_view name);
 

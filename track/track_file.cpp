@@ -14,7 +14,8 @@ namespace {
 constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::string_view kLibraryRoot = "root";
 
-// `freePath()` names a free one each time it is asked: another program may be quicker.
+// `freePath()` returns an unused path each time, because another program may have taken the
+// previous one.
 template <class FreePath>
 TrackSaving save(FreePath freePath, std::string_view text, const ExclusiveOpener& open) {
   for (;;) {
@@ -33,7 +34,7 @@ std::string fileStem(const std::string& path) {
   return stem.substr(stem.find_last_of("/\\") + 1);
 }
 
-// The last bytes of a file, without blanks behind them.
+// The end of a file, without trailing blanks.
 std::string tailOf(const std::string& path) {
   constexpr uint64_t kTail = 256;
   std::string tail;
@@ -46,17 +47,17 @@ std::string tailOf(const std::string& path) {
   return tail;
 }
 
-// A file that was cut off ends in the middle, or behind a tag that is not the root's.
+// A truncated file ends in the middle of a tag, or after a tag that is not the root's.
 bool isComplete(const std::string& path, XmlElement root) {
   const std::string tail = tailOf(path);
-  const bool wide = tail.find('\0') != std::string::npos;  // UTF-16, which no track file is
+  const bool wide = tail.find('\0') != std::string::npos;  // UTF-16, which is never a track file
   if (wide || tail.ends_with("-->")) return true;
   const bool empty = root.GetChildren().begin() == root.GetChildren().end();
   if (empty) return tail.ends_with("/>") || tail.ends_with("</t>");
   return tail.ends_with("</t>");
 }
 
-// Where the track is. In a damaged file its own tag may be gone, or lie inside of another.
+// Finds the track element. In a damaged file its tag may be missing or be inside another one.
 XmlElement findTrack(XmlElement root) {
   if (root.storedName() == "t") return root;
   for (const char* name : {"? == \"t\"", "? == \"p\""}) {
@@ -66,7 +67,7 @@ XmlElement findTrack(XmlElement root) {
   return {};
 }
 
-// With the track's own tag gone the first point is the root, and the rest lies outside.
+// If the track's own tag is missing, the first point is the root, and the others are outside of it.
 bool putTagBack(const std::string& path, XmlDocument& document) {
   std::string text;
   if (!readWholeFile(path, text)) return false;
@@ -119,7 +120,7 @@ TrackLoading loadTrackFile(const std::string& path, int32_t speedUnit, Track& tr
     default: return TrackLoading::notATrack;
   }
   bool whole = document.GetRootElement().storedName() == "t";
-  // A library has many tracks; its first one is not what is meant.
+  // A library contains many tracks; do not load just its first one.
   if (document.GetRootElement().storedName() == kLibraryRoot) return TrackLoading::notATrack;
   if (document.GetRootElement().storedName() == "p" && !putTagBack(path, document)) {
     return TrackLoading::notATrack;
@@ -128,7 +129,7 @@ TrackLoading loadTrackFile(const std::string& path, int32_t speedUnit, Track& tr
   if (!element) return TrackLoading::notATrack;
   Track read;
   whole = readTrack(element, speedUnit, read, foreign) && whole;
-  // Any document can have such elements; with a point, or the right root, it was a track.
+  // Any document may contain such elements; it is a track if it has a point or the right root.
   const bool named = document.GetRootElement().storedName() == "t";
   if (!named && read.points.empty()) return TrackLoading::notATrack;
   track.name = std::move(read.name);

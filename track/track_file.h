@@ -9,25 +9,25 @@
 #include "track/track.h"
 #include "xml/document.h"
 
-// Tracks as files of their own, in a folder of tracks. The root is "t" without a name.
+// Tracks in files of their own, stored in a folder. The root element is "t", without a name.
 namespace vgps {
 
 enum class TrackSaving {
   saved,
-  noFreeName,  // every name that may be tried is taken: nothing was written
-  notWritten,  // the disk did not take it: nothing has changed
+  noFreeName,  // every possible name is taken; nothing was written
+  notWritten,  // a disk error; nothing has changed
 };
 
-// Names the track from `local` when it has no name, and saves it under a free name. What was
-// written of its attachments it no longer has. `open` is the disk.
+// Saves the track under an unused name, and names it after the time `local` if it has no name.
+// Removes the attachments that were written from `track`.
 TrackSaving saveTrackFile(Track& track, const std::string& folder, const RecordingOptions& options,
                           const DateTime& local, const ExclusiveOpener& open = openExclusive);
 
-// A track as a file of its own.
+// The contents of a track file.
 std::string trackFileText(const Track& track, const RecordingOptions& options);
 
-// Writes the track to that path, in place of what is there. False when the disk did not take it;
-// then nothing has changed.
+// Writes the track to that path, replacing what is there. Returns false, with nothing changed, if
+// the disk did not accept it.
 bool writeTrackFile(const Track& track, const std::string& path, const RecordingOptions& options,
                     const ExclusiveOpener& open = openExclusive);
 
@@ -37,16 +37,15 @@ TrackSaving importTrackFile(XmlElement element, const std::string& folder,
 
 enum class TrackLoading {
   whole,
-  damaged,  // the good points were loaded
+  damaged,  // only the readable points were loaded
   notATrack,
   noFile,
   unreadable,
 };
 
-// Replaces the track by the one in the file, named after the file when it has no name of its own.
-// Unchanged unless `whole` or `damaged`.
-// `foreign` becomes true when it holds attributes or elements of other programs; whoever does not
-// ask for it is told that they are damage.
+// Replaces the track by the one in the file, named after the file if it has no name. Leaves it
+// unchanged unless the result is `whole` or `damaged`. Sets `foreign` if the file contains
+// attributes or elements of other programs; if `foreign` is null, they count as damage.
 TrackLoading loadTrackFile(const std::string& path, int32_t speedUnit, Track& track,
                            bool* foreign = nullptr);
 

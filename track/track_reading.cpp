@@ -15,7 +15,7 @@ constexpr bool isOfNumber(char c) {
   return isDigit(c) || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E';
 }
 
-// The whole text as a decimal number.
+// Requires the whole text to be a decimal number.
 bool readNumber(std::string_view text, double& value) {
   const double number = leadingDouble(text);
   if (text.empty() || !std::all_of(text.begin(), text.end(), isOfNumber)) return false;
@@ -41,13 +41,13 @@ constexpr std::string_view kTimeForm = "DD-MM-YYYY hh:mm:ss";
 bool readTime(std::string_view text, DateTime& time) {
   DateTime read;
   if (!readDateTime(text, kTimeForm, read)) return false;
-  // All zeroes stand for a point that had no time.
+  // All zeros mean that the point had no time.
   if (!isCalendarTime(read) && read != DateTime{}) return false;
   time = read;
   return true;
 }
 
-// One speed in all four units; the one that was read stays to its last digit.
+// Sets the speed in all four units. The unit that was read keeps its exact value.
 void setSpeeds(TrackPoint& point, double value, int32_t unit) {
   double knots = value;
   if (unit == kKmh) knots = value / kKmhPerKnot;
@@ -70,7 +70,7 @@ class TrackReader {
   TrackReader(int32_t speedUnit, Track& track, bool* foreign)
       : speedUnit_(speedUnit), track_(track), foreign_(foreign) {}
 
-  // Points wherever they stand: behind a damaged tag they lie one inside the other.
+  // Finds points at any depth: after a damaged tag they are nested.
   bool read(XmlElement top) {
     const XmlTree& tree = *top.tree();
     uint32_t depth = 0;
@@ -96,11 +96,11 @@ class TrackReader {
       readAttachment(element);
     } else if (name != "ass") {
       foreignDepth_ = depth;
-      if (!noteForeign(name) || hasPosition) whole_ = false;  // a point with a damaged name
+      if (!noteForeign(name) || hasPosition) whole_ = false;  // a point whose name is damaged
     }
   }
 
-  // False when it is a fault: nobody asked for what is foreign, or it is noise.
+  // Returns false if the name counts as damage: foreign names were not requested, or it is noise.
   bool noteForeign(std::string_view name) {
     const bool good = !name.empty() && std::all_of(name.begin(), name.end(), isOfName);
     if (foreign_ == nullptr || !good) return false;
@@ -161,7 +161,7 @@ class TrackReader {
   const int32_t speedUnit_;
   Track& track_;
   bool* const foreign_;
-  uint32_t foreignDepth_ = UINT32_MAX;  // of an open element of another program
+  uint32_t foreignDepth_ = UINT32_MAX;  // depth of an open element of another program
   std::string name_;
   bool whole_ = true;
   bool anyPoint_ = false;
@@ -170,8 +170,8 @@ class TrackReader {
   bool lastKept_ = false;
 };
 
-// Points as TrackWriter puts them out. Whatever else stands there, whole or not, ends the reading:
-// nothing here may take for whole what TrackReader takes for damage.
+// Reads points exactly as TrackWriter writes them, and stops at anything else: this must never
+// accept what TrackReader considers damaged.
 class PlainPointReader {
  public:
   explicit PlainPointReader(std::string_view text)
@@ -220,7 +220,7 @@ class PlainPointReader {
     return take('"');
   }
 
-  // A minus and digits with at most one point, few enough for a number that fits.
+  // An optional minus and digits with at most one point, few enough not to overflow.
   bool readDecimal(double& value) {
     constexpr std::ptrdiff_t kMostWhole = 9;
     const bool negative = take('-');
@@ -258,7 +258,7 @@ class PlainPointReader {
     if (static_cast<size_t>(end_ - at_) < kTimeForm.size()) return false;
     const std::string_view text(at_, kTimeForm.size());
     at_ += kTimeForm.size();
-    // Most points have the day, hour and minute of the one before.
+    // Most points have the same day, hour, and minute as the previous one.
     const size_t minutes = kTimeForm.size() - 2;
     const bool second = isDigit(text[minutes]) && text[minutes] < '6' && isDigit(text.back());
     if (second && text.substr(0, minutes) == std::string_view(minute_)) {
@@ -277,8 +277,8 @@ class PlainPointReader {
   const char* at_;
   const char* const end_;
   TrackPoint point_;
-  DateTime time_;       // the last one that was read
-  std::string minute_;  // the same as text, without its seconds
+  DateTime time_;       // the last one read
+  std::string minute_;  // its text without the seconds
   bool hasX_ = false;
   bool hasY_ = false;
 };

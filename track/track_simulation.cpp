@@ -20,8 +20,8 @@ Angle angleOf(double degrees) {
   return {whole, (size - whole) * 60};
 }
 
-// The extended sentence has neither date nor validity: without this one in front there would be
-// positions and no fix.
+// The extended sentence has neither a date nor a validity flag: without this sentence first, there
+// would be positions but no fix.
 std::string validFix(const TrackPoint& point) {
   const DateTime& utc = point.utcTime;
   const Angle latitude = angleOf(point.latitude);

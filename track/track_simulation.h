@@ -7,11 +7,11 @@
 
 namespace vgps {
 
-// A track as lines of the simulation: a valid fix at its first point, then for each point one
-// sentence of our own, which carries position, altitude, course and speed at once.
+// Converts a track to lines for the simulation: a valid fix at the first point, then one $GPRMCX
+// sentence per point, which carries position, altitude, course, and speed.
 std::vector<std::string> simulationLines(const Track& track);
 
-// The lines of a track file. False when no point can be read from it.
+// The lines for a track file. Returns false if no point can be read from it.
 bool simulationFromFile(const std::string& path, std::vector<std::string>& lines);
 
 }  // namespace vgps

@@ -12,9 +12,9 @@ namespace vgps {
 namespace {
 
 constexpr double kSlowestMovingKmh = 1;
-constexpr double kHeightNoise = 5;  // metres
+constexpr double kHeightNoise = 5;  // meters
 
-// Milliseconds of the calendar, without time zones or leap seconds.
+// Milliseconds by the calendar, ignoring time zones and leap seconds.
 std::optional<int64_t> millisecondsOf(const DateTime& time) {
   namespace ch = std::chrono;
   const ch::year_month_day date(ch::year(time.year), ch::month(time.month), ch::day(time.day));
@@ -24,7 +24,8 @@ std::optional<int64_t> millisecondsOf(const DateTime& time) {
   return (minutes * 60 + time.second) * 1000 + time.millisecond;
 }
 
-// The sums of rises and falls between the turns of the height; see TrackStatistics::climb.
+// The sums of climbs and descents between turning points of the altitude; see
+// TrackStatistics::climb.
 class Heights {
  public:
   void add(double height) {
@@ -121,7 +122,8 @@ void TrackSums::addTime(const DateTime& time) {
   }
   const double seconds = static_cast<double>(*now - lastMs_) / 1000;
   const double km = kilometres_ - timedKm_;
-  // Two points of the same second are no stop, and a clock that was put back is no time.
+  // Two points in the same second are not a stop, and a clock that was set back gives no valid
+  // time.
   if (seconds >= 0 && km * 3600 >= kSlowestMovingKmh * seconds) {
     times_.movingSeconds += seconds;
     times_.movingKm += km;

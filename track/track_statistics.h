@@ -7,10 +7,10 @@
 #include "base/date_time.h"
 #include "track/track.h"
 
-// What a finished track amounts to.
+// Distances, times, bounds, speeds, and climb of a finished track.
 namespace vgps {
 
-// In degrees. A track across the 180th meridian has its west edge east of its east edge.
+// In degrees. If a track crosses the 180th meridian, `west` is greater than `east`.
 struct TrackBounds {
   double west = 0;
   double south = 0;
@@ -18,7 +18,7 @@ struct TrackBounds {
   double north = 0;
 };
 
-// What was between the points of known time. Points without one are passed over.
+// Totals over the points that have a time; other points are skipped.
 struct TrackTimes {
   DateTime first;  // local time
   DateTime last;
@@ -30,18 +30,18 @@ struct TrackTimes {
   double movingKm = 0;
 };
 
-// Adds up way, bounds and times while points come one after another.
+// Sums up distance, bounds, and times from points added one by one.
 class TrackSums {
  public:
-  // The surface distance from the point before, in kilometres; 0 for the first one. Looks at the
-  // position and the local time.
+  // Returns the surface distance from the previous point in kilometers; 0 for the first one. Uses
+  // only the position and the local time.
   double add(const TrackPoint& point);
 
   size_t points() const { return points_; }
   double kilometres() const { return kilometres_; }
   std::optional<TrackBounds> bounds() const;  // none without points
   std::optional<TrackTimes> times() const;    // none without two points of known time
-  // Of the first point that has a time; year 0 when none has.
+  // Empty without two points with a time.
   const DateTime& firstTime() const { return times_.first; }
 
  private:
@@ -51,31 +51,31 @@ class TrackSums {
   size_t points_ = 0;
   double kilometres_ = 0;
   double longitude_ = 0, latitude_ = 0;  // of the last point
-  double turns_ = 0;  // degrees: longitudes are unrolled across the 180th meridian
+  double turns_ = 0;  // degrees; keeps longitudes continuous across the 180th meridian
   double west_ = 0, south_ = 0, east_ = 0, north_ = 0;
   TrackTimes times_;
-  size_t timed_ = 0;     // points of known time
-  int64_t firstMs_ = 0;  // theirs
+  size_t timed_ = 0;     // number of points with a time
+  int64_t firstMs_ = 0;  // time of the first of them
   int64_t lastMs_ = 0;
-  double timedKm_ = 0;  // the way to the last of them
+  double timedKm_ = 0;  // distance up to the last of them
 };
 
 struct TrackStatistics {
   size_t points = 0;
-  double distanceKm = 0;              // sum of the surface distances from each point to the next
-  double distance3dKm = 0;            // likewise with heights
-  std::optional<TrackTimes> times;    // none without two points of known time
-  std::optional<TrackBounds> bounds;  // none without points
-  // Metres. Heights of receivers go up and down by some metres while they stand, and summed up
-  // that would climb mountains: a rise counts, from its lowest to its highest point, once the
-  // height has turned back by more than 5 metres or the track ends; falls likewise.
+  double distanceKm = 0;              // sum of the surface distances between the points
+  double distance3dKm = 0;            // likewise, including altitude
+  std::optional<TrackTimes> times;    // empty without two points with a time
+  std::optional<TrackBounds> bounds;  // empty without points
+  // Meters. A receiver at rest reports altitudes that vary by some meters, and their sum would
+  // climb mountains. So a rise, from its lowest to its highest point, counts only once the altitude
+  // has dropped again by more than 5 meters or the track ends; likewise for descents.
   double climb = 0;
   double descent = 0;
-  double highest = 0;  // metres
+  double highest = 0;  // meters
   double lowest = 0;
-  double greatestKmh = 0;  // of the speeds that the receiver gave
+  double greatestKmh = 0;  // from the speeds reported by the receiver
 
-  // km/h over the whole time and over the moving part; 0 without times.
+  // km/h over the total time and over the moving time; 0 without times.
   double averageKmh() const;
   double movingKmh() const;
 };

@@ -12,15 +12,15 @@
 namespace vgps {
 namespace {
 
-// A long text that grows by lines. What a line may have without an end (names, paths) goes past it
-// at once.
+// A long text that is built line by line. Strings of unlimited length (names, paths) bypass the
+// line buffer.
 class Text {
  public:
   explicit Text(size_t usualSize) { text_.reserve(usualSize); }
 
-  // Short texts and numbers: a line has room for a dozen.
+  // For short texts and numbers: the line buffer has room for a dozen.
   void add(std::string_view text) { at_ = std::copy(text.begin(), text.end(), at_); }
-  // What lies beyond all measure came out of noise and would not be read back.
+  // A value that is far out of range comes from noise and could not be read back.
   void number(double value, int decimals) {
     at_ = writeFixed(at_, std::fabs(value) <= kGreatestNumber ? value : 0, decimals);
   }
@@ -61,8 +61,8 @@ double speedOf(const TrackPoint& point, int32_t unit) {
   return speedInUnit({point.speedKnots, point.speedMps, point.speedKmh, point.speedMph}, unit);
 }
 
-// The attachments of one track as they are taken out of their list: each is numbered by its place
-// among those that are left.
+// The attachments of one track while they are removed from its list: each is numbered by its index
+// among those that remain.
 class AttachmentList {
  public:
   explicit AttachmentList(const Track& track)
@@ -75,13 +75,13 @@ class AttachmentList {
     });
   }
 
-  // Points are asked for in their order; those of points that were left out are passed by.
+  // Ask in the order of the points; attachments of omitted points are skipped.
   bool has(size_t point) {
     while (next_ < byPoint_.size() && byPoint_[next_].point < point) ++next_;
     return next_ < byPoint_.size() && byPoint_[next_].point == point;
   }
 
-  // `write(number, path)` for each attachment of `point`, from the last to the first.
+  // Calls `write(number, path)` for each attachment of `point`, from the last to the first.
   template <class Write>
   void takeOf(size_t point, Write write) {
     for (; has(point); ++next_) {
@@ -96,8 +96,8 @@ class AttachmentList {
     uint32_t point, index;
   };
 
-  // Fenwick, "A new data structure for cumulative frequency tables", 1994: entry i holds how many
-  // of the attachments of a range that ends before i are taken, as long as the lowest bit of i.
+  // Fenwick, "A new data structure for cumulative frequency tables", 1994: entry i counts the
+  // removed attachments in a range that ends before i and is as long as the lowest bit of i.
   uint32_t takenBefore(uint32_t index) const {
     uint32_t count = 0;
     for (uint32_t i = index; i > 0; i &= i - 1) count += taken_[i];

@@ -20,37 +20,37 @@
 //     </p>
 //   </t>
 //
-// s and m stand where they are not 0, n where the point has a name, c, spd, time (local) and br
-// where the options say so, time where the point has one. Points without a position are left out.
+// s and m are written if they are not 0, n if the point has a name; c, spd, time (local), and br if
+// the options say so, time only if the point has one. Points without a position are left out.
 namespace vgps {
 
-// Greater numbers are written as 0 and taken for damage: no value of a track is near it.
+// Larger numbers are written as 0 and read as damage: no real value of a track comes close.
 inline constexpr double kGreatestNumber = 1e9;
 
-// What a library calls the track: its name, or "Track %u" where it has none.
+// The track's name in a library: its own, or "Track %u" if it has none.
 std::string libraryName(const Track& track, uint32_t number);
 
-// The element, each line indented by `depth` tabs and more; without a name when that is empty.
+// The element as text, indented by at least `depth` tabs; without a name attribute if `name` is
+// empty.
 std::string trackText(const Track& track, const RecordingOptions& options, std::string_view name,
                       size_t depth);
 
-// The same as an element of the document, not yet placed.
+// The same as an element of the document, without a parent yet.
 XmlElement trackElement(XmlDocument& document, const Track& track, const RecordingOptions& options,
                         std::string_view name);
 
-// A track that was written keeps no attachments but those of points that were left out: they are
-// in the file now.
+// Removes the attachments that are in the file now; those of omitted points stay.
 void dropWrittenAttachments(Track& track);
 
-// Replaces the track's name, points and attachments by those of the element. `speedUnit` is that
-// of the display: the element's speeds are taken to be in it. False when something in it was no
-// track's; then the good points are there. With `foreign`, attributes and elements of other
-// programs are no fault: it becomes true for them.
+// Replaces the track's name, points, and attachments by those of the element. Its speeds are
+// interpreted in `speedUnit`, the display's. Returns false if any part was invalid; then the track
+// has the readable points. If `foreign` is not null, attributes and elements of other programs are
+// accepted, and set it to true.
 bool readTrack(XmlElement element, int32_t speedUnit, Track& track, bool* foreign = nullptr);
 
-// Sums up the points at the start of `text` without making a tree of them, as far as they stand
-// there as this program writes them, whole and without attachments. Gives the number of bytes up to
-// the end of the last of them: what follows is for `readTrack` to judge.
+// Sums up the points at the start of `text` without building a tree, as long as they are exactly as
+// this program writes them, complete and without attachments. Returns the number of bytes up to the
+// end of the last of them; the rest is for `readTrack`.
 size_t readPlainPoints(std::string_view text, TrackSums& sums);
 
 }  // namespace vgps
