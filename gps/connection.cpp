@@ -8,13 +8,14 @@
 #include "gps/port_probe.h"
 #include "gps/reader.h"
 
-// Opening and closing the source, and one read from it.
+// Opens and closes the source, and reads from it.
 namespace vgps {
 namespace {
 
 using Milliseconds = std::chrono::milliseconds;
 
-// At the end of the program. A Bluetooth line whose receiver is away takes half a minute to open.
+// Used at the end of the program. A Bluetooth port whose receiver is out of reach takes half a
+// minute to open.
 constexpr int kOpeningEndMs = 300;
 
 }  // namespace
@@ -46,7 +47,7 @@ bool GpsFix::open(bool simulation, bool gpsApi, bool sensorApi, bool probeOnly) 
   return probeOnly ? probePort() : openPort();
 }
 
-// A sensor that is not there is no error: the program stays silently without a source.
+// A missing sensor is not an error: the program just has no source.
 bool GpsFix::openSensor() {
   sensor = state.sensors->open(state.sensorIdentifier);
   if (sensor == nullptr) return true;
@@ -88,12 +89,12 @@ void GpsFix::startReader() {
     device_.baudRate = baudRate;
   }
   running = true;
-  state.simulation.wake();  // the reader before may be waiting for its next line
+  state.simulation.wake();  // the previous reader may be waiting for its next line
   startReaderThread(*this);
 }
 
-// Whatever a reader still does for the source is in vain from now on; a port that it is opening is
-// closed again when that is over. Returns the port, if there is one.
+// Makes any further work of the reader for the source obsolete; a port that it is opening will be
+// closed again. Returns the port, if there is one.
 std::shared_ptr<SerialPort> GpsFix::endSource() {
   const std::lock_guard lock(sourceMutex_);
   state.readers.portRequested = false;
@@ -135,12 +136,14 @@ PortRead GpsFix::read(uint32_t generation, std::span<char> buffer, size_t& got, 
   if (source.simulation) return readSimulation(generation, buffer, got, timeoutMs);
   if (source.port == nullptr) return PortRead::closed;
   const PortRead result = source.port->read(buffer, got, timeoutMs);
-  // A read of a port that was taken away meanwhile says nothing about the one in its place.
+  // The failed read may belong to a port that was replaced meanwhile; then it says nothing about
+  // the new one.
   if (result == PortRead::failed && sourceOf(generation).port == source.port) portFailed = true;
   return result;
 }
 
-// Paces itself, so a line is a burst of its own and there is nothing to wait for behind it.
+// The simulation sets its own pace, so each line is a burst of its own and nothing follows
+// immediately.
 PortRead GpsFix::readSimulation(uint32_t generation, std::span<char> buffer, size_t& got,
                                 int timeoutMs) {
   if (timeoutMs >= 0) return PortRead::silence;

@@ -9,17 +9,17 @@
 
 #include "base/number.h"
 
-// The fields of a sentence, cut in place.
+// The fields of a sentence, without copying them.
 namespace vgps {
 
-// Bit i is set when character i of `text` is a comma; of the first 64 characters. Sentences are
-// full of commas: looking for one after the other costs more than reading the numbers between.
+// Bit i is set if character i of `text` is a comma; covers the first 64 characters. Sentences are
+// full of commas, and finding them one by one takes longer than parsing the numbers between them.
 inline uint64_t commaBits(std::string_view text) {
   constexpr uint64_t kCommas = 0x2C2C2C2C2C2C2C2C;
   constexpr uint64_t kSevenBits = 0x7F7F7F7F7F7F7F7F;
   constexpr uint64_t kGather = 0x0102040810204080;
-  // Eight characters at a time: those that are commas become 0, all others keep a bit that is
-  // carried into their highest; a multiplication gathers the highest bits in one byte.
+  // Eight characters at a time: commas become 0; in any other character the addition carries a bit
+  // into the highest position; a multiplication gathers these highest bits in one byte.
   const auto bitsOfEight = [](const char* characters) {
     uint64_t word = 0;
     std::memcpy(&word, characters, sizeof word);
@@ -37,9 +37,9 @@ inline uint64_t commaBits(std::string_view text) {
   return bits;
 }
 
-// The whole number that `length` characters in front of `end` spell, 1 to 4 of them, digits only;
-// -1 when there are others. The four characters in front of `end` must be there: they are read as
-// one word, so that the short numbers of a sentence need no loop each.
+// The whole number in the `length` characters (1 to 4) before `end`; -1 if they are not all digits.
+// The four characters before `end` must be readable: they are loaded as one word, to avoid a loop
+// for each short number.
 inline int32_t digitsBefore(const char* end, size_t length) {
   constexpr uint32_t kZeros = 0x30303030;
   constexpr uint32_t kAboveNine = 0x76767676;
@@ -48,11 +48,11 @@ inline int32_t digitsBefore(const char* end, size_t length) {
   std::memcpy(&word, end - sizeof word, sizeof word);
   word = (word ^ kZeros) & (~uint32_t{0} << (32 - 8 * length));
   if ((((word + kAboveNine) | word) & kHighBits) != 0) return -1;
-  word = (word * 10 + (word >> 8)) & 0x00FF00FF;  // two digits each
+  word = (word * 10 + (word >> 8)) & 0x00FF00FF;  // pairs of digits combined
   return static_cast<int32_t>((word * 100 + (word >> 16)) & 0xFFFF);
 }
 
-// The first fields of a text, as many as a sentence of fixed layout can have.
+// The first kKept fields of a text, which is as many as a sentence of fixed layout can have.
 class Fields {
  public:
   static constexpr size_t kKept = 24;
@@ -73,21 +73,21 @@ class Fields {
     starts_[size_] = static_cast<uint32_t>(text.size()) + 1;
   }
 
-  // How many fields there are, at most kKept.
+  // The number of fields, at most kKept.
   size_t size() const { return size_; }
   // Whether the field numbered `index` exists.
   bool has(size_t index) const { return size_ > index; }
   std::string_view operator[](size_t index) const {
     return {text_.data() + startOf(index), endOf(index) - startOf(index)};
   }
-  // Where in the text the field numbered `index` starts, and where it ends.
+  // The start and end of a field in the text.
   size_t startOf(size_t index) const { return starts_[index]; }
   size_t endOf(size_t index) const { return starts_[index + 1] - size_t{1}; }
   std::string_view orEmpty(size_t index) const {
     return has(index) ? (*this)[index] : std::string_view();
   }
   bool isEmpty(size_t index) const { return startOf(index) == endOf(index); }
-  // The number at its start, as `leadingInt` and `leadingDouble` read it, of a field that exists.
+  // The number at the start of an existing field, read like `leadingInt` and `leadingDouble`.
   int32_t wholeNumber(size_t index) const {
     const int32_t value = shortNumber(index);
     return value >= 0 ? value : leadingInt((*this)[index]);
@@ -97,10 +97,10 @@ class Fields {
     if (value >= 0) return static_cast<float>(value);
     return static_cast<float>(leadingDouble((*this)[index]));
   }
-  // Whether there are more than kKept; the text of those.
+  // Whether there are more than kKept fields, and the text of those.
   bool more() const { return more_; }
   std::string_view rest() const { return text_.substr(starts_[size_]); }
-  // How many there are in all.
+  // The number of all fields.
   size_t count() const {
     if (!more_) return size_;
     const std::string_view others = rest();
@@ -108,7 +108,8 @@ class Fields {
   }
 
  private:
-  // -1 when it is not a number of a few digits, or stands at the very front.
+  // Returns -1 if it is not a number of at most four digits, or is too close to the start of the
+  // text.
   int32_t shortNumber(size_t index) const {
     const size_t end = endOf(index);
     const size_t length = end - startOf(index);

@@ -7,9 +7,9 @@ namespace vgps {
 
 NmeaSentence::NmeaSentence() { std::memset(static_cast<void*>(this), 0, sizeof *this); }
 
-// Only what a sentence of that kind can fill: the satellite records are large, and a line that is
-// none of them fills nothing. The size comes from a table so that the library clears it; compilers
-// inline a slow instruction for a size they know.
+// Clears only the record for that kind of sentence: the satellite records are large, and other
+// lines need none. The size comes from a table so that the library's function clears it; for a
+// constant size, compilers inline a slow instruction.
 void NmeaSentence::begin(int32_t newKind, int32_t newTag) {
   static constexpr std::array<size_t, 5> kRecordSizes = {0, sizeof rmc, sizeof gga, 0,
                                                          std::max(sizeof gsa, sizeof gsv)};

@@ -7,8 +7,8 @@
 
 namespace vgps {
 
-// GPS satellites are kept in a slot numbered by their PRN; 33 and 34 are the first of the
-// augmentation satellites that receivers number on from 32.
+// GPS satellites use the slot of their PRN. 33 and 34 are the first augmentation satellites, which
+// receivers number from 33 on.
 inline constexpr int kSatelliteSlots = 35;
 
 struct SatelliteInfo {
@@ -21,8 +21,8 @@ struct SatelliteInfo {
 };
 
 struct SatelliteTable {
-  int32_t usedCount = 0;    // as GGA counts them
-  int32_t inViewCount = 0;  // as GSV counts them
+  int32_t usedCount = 0;    // as counted by GGA
+  int32_t inViewCount = 0;  // as counted by GSV
   float pdop = 0;
   float hdop = 0;
   float vdop = 0;
@@ -34,7 +34,7 @@ struct FixRecord {
   int32_t fixStatus = 0;  // 0 none, 1 GPS, 2 differential, further GGA qualities
   double longitude = 0;   // decimal degrees, east positive
   double latitude = 0;    // decimal degrees, north positive
-  double altitude = 0;    // metres above mean sea level
+  double altitude = 0;    // meters above mean sea level
   double reserved = 0;
   DateTime utcTime;    // date from RMC, time of day from RMC and GGA; day of week is never set
   DateTime localTime;  // time of day only
@@ -46,7 +46,7 @@ struct FixRecord {
   double course = 0;             // over ground, degrees true
   double magneticVariation = 0;  // degrees, west negative
   int32_t lastSentenceKind = 0;  // of the last line: SentenceKind
-  uint32_t receiveTick = 0;      // milliseconds, when the last line was taken
+  uint32_t receiveTick = 0;      // milliseconds, when the last line was received
   uint32_t previousReceiveTick = 0;
   uint32_t ticksWithoutData = 0;
 };
@@ -54,11 +54,12 @@ struct FixRecord {
 // GSA and GSV share a number; SentenceType tells them apart.
 enum SentenceKind : int32_t { kNoSentence = 0, kRmc = 1, kGga = 2, kSatellites = 4 };
 
-// What a parsed sentence vouched for, one bit each: a value that it lacks says nothing of the one
-// that the fix holds. A time of 000000 and a date of day 0 are those of a clock that has none yet.
+// What a sentence actually reported, one bit each; a value missing in a sentence does not affect
+// the one in the fix. A time of 000000 or a date with day 0 comes from a clock that is not set yet
+// and is not reported.
 enum Said : uint32_t {
   kSaidValidity = 1U << 0,  // RMC: whether there is a fix
-  kSaidQuality = 1U << 1,   // GGA: of what kind it is
+  kSaidQuality = 1U << 1,   // GGA: the kind of fix
   kSaidPosition = 1U << 2,
   kSaidTime = 1U << 3,
   kSaidDate = 1U << 4,
@@ -71,12 +72,12 @@ enum Said : uint32_t {
   kSaidPdop = 1U << 11,
   kSaidHdop = 1U << 12,
   kSaidVdop = 1U << 13,
-  kSaidNewCycle = 1U << 14,  // GSV: the list begins
-  kSaidInView = 1U << 15,    // GSV: satellites
+  kSaidNewCycle = 1U << 14,  // GSV: a new list begins
+  kSaidInView = 1U << 15,    // GSV: satellites listed
   kSaidInViewCount = 1U << 16,
 };
 
-// What one sentence said: the record that its kind names. Everything that the sentence lacks is
+// The contents of one sentence, in the record for its kind. Values missing in the sentence are
 // zero.
 struct NmeaSentence {
   struct Position {  // RMC and RMCX
@@ -96,7 +97,7 @@ struct NmeaSentence {
     float pdop, hdop, vdop;
     std::array<SatelliteInfo, kSatelliteSlots> slots;
   };
-  struct InView {  // GSV: everything but `used`
+  struct InView {  // GSV: all fields except `used`
     int32_t inViewCount;
     std::array<SatelliteInfo, kSatelliteSlots> slots;
   };
@@ -111,7 +112,7 @@ struct NmeaSentence {
   };
 
   NmeaSentence();
-  // Sets the kind and makes its record zero; the others are not looked at then.
+  // Sets the kind and clears its record; the other records are not used then.
   void begin(int32_t newKind, int32_t newTag);
 };
 

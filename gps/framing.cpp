@@ -3,20 +3,20 @@
 
 #include "gps/gps_fix.h"
 
-// Received bytes into whole lines or whole binary messages.
+// Splits received bytes into complete lines or complete binary messages.
 //
 //   text    $GPGGA,...*47 CR LF $GPRMC,...           up to the last LF; the rest is carried
 //   binary  A0 A2 ... B0 B3                          gps/sirf.h
 namespace vgps {
 
-// Too much to carry is cut to its end: the start is lost then, and with it the line.
+// If too much is carried, only its end is kept; the start, and with it the line, is lost.
 void GpsFix::carryOver(std::string_view rest) {
   if (rest.size() > carry.size()) rest.remove_prefix(rest.size() - carry.size());
   std::memmove(carry.data(), rest.data(), rest.size());
   carryLength = static_cast<int32_t>(rest.size());
 }
 
-// In step mode a held Shift key walks on through the places where the simulation stands still.
+// In step mode, holding Shift steps on through the positions at which the simulation stands still.
 void GpsFix::stepWhileShiftHeld() {
   if (!simulate || state.simulation.mode() != SimMode::tapping) return;
   if (speedKmh == 0 && state.hooks.shiftHeld()) state.hooks.pressSpace();
@@ -51,7 +51,7 @@ void GpsFix::onReceive(std::string_view bytes) {
       work.remove_prefix(length);
       continue;
     }
-    // Neither text nor binary of a receiver, or the middle of something: shown and dropped whole.
+    // Not a supported protocol, or the middle of something: shown and dropped as a whole.
     state.stats.rejected += static_cast<uint64_t>(std::count(work.begin(), work.end(), '\n'));
     state.hooks.unknownBytes(work);
     return;

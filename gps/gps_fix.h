@@ -49,11 +49,12 @@ struct ReaderControl {
   std::atomic<bool> readerStop{false};  // set once, at the end of the program
   std::atomic<uint32_t> generation{0};  // of the source that may be read
   std::atomic<int32_t> liveReaders{0};
-  std::atomic<int32_t> opening{0};         // of these, held by the system in the opening of a port
-  std::atomic<bool> portRequested{false};  // the reader shall look for its device; under `mutex`
-  // Locked by the reader that handles a block: after a reopening two may have one.
+  std::atomic<int32_t> opening{0};  // readers that the system blocks while opening a port
+  std::atomic<bool> portRequested{
+      false};  // the reader must look for its device; protected by `mutex`
+  // Locked by the reader that handles a block: after reopening, two readers may have one.
   std::mutex deliveryMutex;
-  std::atomic<uint32_t> deliveringGeneration{0};  // of the reader that has the lock; 0: none
+  std::atomic<uint32_t> deliveringGeneration{0};  // of the reader that holds the lock; 0: none
   std::mutex mutex;
   std::condition_variable wake;
 };
@@ -63,12 +64,12 @@ struct PortAttempt {
   enum class State { none, waiting, opened, failed };
   State state = State::none;
   PortError error = PortError::none;  // why it failed
-  std::string newName = {};           // of the port, when the device has come back under another
+  std::string newName = {};           // of the port, if the device has come back under another name
   uint32_t tick = 0;
 };
 
-// The receiver state beside the fix: values that the parser and the reader keep for the whole
-// program, their options, and the services they use.
+// The state of the receiver code besides the fix: values that the parser and the reader keep while
+// the program runs, their options, and the services they use.
 struct GpsState {
   GpsState(GpsHooks& gpsHooks, const Clock& gpsClock) : hooks(gpsHooks), clock(gpsClock) {}
 
@@ -76,13 +77,13 @@ struct GpsState {
   GpsHooks& hooks;
   const Clock& clock;
   std::function<std::unique_ptr<SerialPort>()> makePort;
-  std::function<std::vector<PortName>()> listPorts;  // may be missing; called by readers
+  std::function<std::vector<PortName>()> listPorts;  // may be empty; called by readers
   LocationSensorManager* sensors = nullptr;
   std::string sensorIdentifier;  // a GUID as text
 
-  // Written by the parsing thread; the user interface copies them while the reader waits.
-  double maxSpeed = 0;     // in the speed unit chosen at the time
-  double maxAltitude = 0;  // metres
+  // Written by the parsing thread. The user interface copies these while the reader waits.
+  double maxSpeed = 0;     // in the speed unit selected at that time
+  double maxAltitude = 0;  // meters
   int32_t epochSentenceKind = 0;
   int32_t leadingSentenceKind = 0;
   SatelliteView view;
@@ -98,10 +99,10 @@ struct GpsState {
   ReaderControl readers;
 };
 
-// The current fix with its connection. Created once, lives as long as the program.
+// The current fix and its connection. Created once; exists as long as the program.
 //
-// `open`, `close`, `setPort`, `requestPort` and `releasePort` belong to the user-interface thread;
-// `read`, `onReceive` and `processLines` to the reader thread, or to the one thread of a replay.
+// Call `open`, `close`, `setPort`, `requestPort`, and `releasePort` on the user-interface thread;
+// `read`, `onReceive`, and `processLines` on the reader thread, or on the only thread of a replay.
 struct GpsFix : FixRecord {
   explicit GpsFix(GpsState& gpsState);
 
@@ -110,40 +111,42 @@ struct GpsFix : FixRecord {
   std::string portPath;
   uint32_t baudRate = kDefaultBaudRate;
   std::shared_ptr<LocationSensor> sensor;
-  std::atomic<bool> simulate{false};  // the reader asks it too
+  std::atomic<bool> simulate{false};  // also read by the reader
   bool useGpsApi = false;
   bool useSensorApi = false;
   PortError portError = PortError::none;  // why the last `open` failed
   std::atomic<bool> running{false};
-  std::atomic<bool> portFailed{false};      // the device has reported an error to the reader
+  std::atomic<bool> portFailed{false};      // the reader got an error from the device
   std::atomic<uint64_t> lastByteMicros{0};  // when the end of the newest line was read
 
-  // Parses one line without its line end. `out` is always filled; the fix changes only when
-  // `apply` is set, the greatest speed and altitude in any case. False when the text does not
-  // begin with "$".
+  // Parses one line, without its line ending. Always fills `out`; changes the fix only if `apply`
+  // is set, but updates the maximum speed and altitude in any case. Returns false if the text does
+  // not start with "$".
   bool parseSentence(std::string_view text, NmeaSentence& out, bool apply);
 
   void setPort(std::string_view portName, uint32_t speed);
 
-  // Opens the simulation, the location sensor or the serial port and starts its reader thread.
-  // `probeOnly` opens the port, reads once and closes it: true when the bytes begin with "$GP".
+  // Opens the simulation, the location sensor, or the serial port and starts its reader thread.
+  // With `probeOnly`, opens the port, reads once, closes it, and returns whether the bytes start
+  // with "$GP".
   bool open(bool simulation, bool gpsApi, bool sensorApi, bool probeOnly);
 
   // Returns false if neither a sensor nor a serial port was open.
   bool close(bool silent);
 
-  // For a serial source whose device has gone, while `running` stays true and the same reader goes
-  // on: the reader lets go of the port, looks where the device is now and opens it there, however
-  // long that takes. Until then `read` reports nothing. No sound.
+  // For a serial source whose device has disappeared: the reader, which keeps running with
+  // `running` true, releases the port, finds out where the device is now, and opens it there,
+  // however long that takes. Until then `read` reports nothing. Plays no sound.
   void requestPort();
   PortAttempt portAttempt() const;
-  // Closes the port until it is requested again, so that other programs can open it.
+  // Closes the port until it is requested again, so that other programs can use it.
   void releasePort();
 
-  // One read from the current source by the reader of `generation`.
+  // Reads once from the current source. Called by the reader of `generation`.
   PortRead read(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs);
 
-  // By the reader of `generation`: notes which device is behind its port, to find it again.
+  // Remembers which device is behind the port, to find it again. Called by the reader of
+  // `generation`.
   void rememberDevice(uint32_t generation);
   // Called by the reader of `generation`: opens the port that `requestPort` asked for. Returns
   // false if nothing was requested.
@@ -155,18 +158,18 @@ struct GpsFix : FixRecord {
   // Whether the source of `generation` is the simulation.
   bool simulating(uint32_t generation) const;
 
-  // Bytes into lines or binary messages; what is not whole yet is carried to the next call.
+  // Splits bytes into lines or binary messages. Incomplete ones are kept for the next call.
   void onReceive(std::string_view bytes);
 
-  // Whole lines, or one whole binary message.
+  // Processes complete lines, or one complete binary message.
   void processLines(std::string_view bytes);
 
-  // Sets `readerStop`, wakes every reader and waits up to `timeoutMs` for all to end; for one that
-  // is blocked in opening a port only briefly. Returns false if one is still running: then nothing
-  // that it uses may be destroyed.
+  // Sets `readerStop`, wakes every reader, and waits up to `timeoutMs` for all to end, but only
+  // briefly for one that is blocked while opening a port. Returns false if one is still running:
+  // then nothing that it uses may be destroyed.
   bool stopReaders(int timeoutMs);
 
-  // Whether a received line is being carried, and of what kind its first byte is (0: none).
+  // The first byte of the incomplete line that is kept from the last call; 0 if there is none.
   char carriedStart() const { return carryLength > 0 ? carry[0] : '\0'; }
 
   GpsState& state;
@@ -183,22 +186,23 @@ struct GpsFix : FixRecord {
   bool openPort();
   bool probePort();
 
-  // What the reader of a generation reads from, so that it never looks at the fields that the
-  // user interface is changing.
+  // What the reader of a generation reads from, so that it never accesses the fields that the user
+  // interface changes.
   struct Source {
     uint32_t generation = 0;
     bool simulation = false;
-    std::shared_ptr<SerialPort> port;  // not null: open, or opened and refused to be set up
+    std::shared_ptr<SerialPort> port;  // not null: open, or opened but could not be configured
     std::shared_ptr<LocationSensor> sensor;
-    uint32_t openRequest = 0;  // number of the last one; an attempt for an older one is in vain
+    uint32_t openRequest =
+        0;  // number of the last request; an attempt for an older one is obsolete
   };
-  // What is behind the port, to find it again.
+  // The device behind the port, to find it again.
   struct Device {
     std::string path;
     uint32_t baudRate = 0;
-    std::string identity;  // empty when the system knows none
+    std::string identity;  // empty if the system provides none
     std::string make;
-    std::vector<std::string> others;  // of the same make, there from the beginning
+    std::vector<std::string> others;  // devices of the same make that were already present
   };
   Source sourceOf(uint32_t generation) const;
   std::shared_ptr<SerialPort> endSource();

@@ -3,7 +3,8 @@
 #include "gps/nmea.h"
 #include "gps/stream_log.h"
 
-// Whole lines, one after the other: logged, parsed, counted and handed to the user interface.
+// Handles complete lines one by one: logs, parses, and counts them and sends them to the user
+// interface.
 namespace vgps {
 
 void GpsFix::processLines(std::string_view bytes) {
@@ -11,8 +12,8 @@ void GpsFix::processLines(std::string_view bytes) {
   if (state.inputProtocol == kSirfBinary) {
     processMessage(bytes);
   } else {
-    // Cut at carriage returns; the character behind each, the line feed, is skipped whatever it
-    // is, and an empty piece ends the chunk.
+    // Splits at carriage returns. The character after each, normally a line feed, is skipped
+    // whatever it is; an empty piece ends the chunk.
     while (!bytes.empty()) {
       const size_t end = bytes.find('\r');
       const std::string_view line = bytes.substr(0, end);

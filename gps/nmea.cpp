@@ -14,8 +14,8 @@ constexpr int32_t kRmcTag = 0x88;
 constexpr int32_t kGgaTag = 0x410;
 constexpr int32_t kSatellitesTag = 0x3A0;
 
-// The same as `ddmmToDegrees` gives, in one walk over the field: digits, a point and digits. False
-// for everything else.
+// The same result as `ddmmToDegrees` in a single pass, for fields of digits, a point, and digits.
+// Returns false for any other field.
 bool readPlainAngle(std::string_view field, double& degrees) {
   constexpr size_t kMostDigits = 8;
   size_t at = 0;
@@ -57,8 +57,8 @@ int twoDigits(const char* p) {
   return tens < 10 && ones < 10 ? static_cast<int>(tens * 10 + ones) : -1;
 }
 
-// Three numbers of two digits each, as receivers write times and dates; the general reading takes
-// what damaged lines leave of them ("1235", "2208-1").
+// Reads three two-digit numbers, as in times and dates. What remains in damaged lines ("1235",
+// "2208-1") is left to the general parser.
 bool readThreePairs(std::string_view& rest, uint16_t& a, uint16_t& b, uint16_t& c) {
   if (rest.size() >= 6) {
     const int first = twoDigits(rest.data());
@@ -75,7 +75,7 @@ bool readThreePairs(std::string_view& rest, uint16_t& a, uint16_t& b, uint16_t& 
   return scanUint16(rest, 2, a) && scanUint16(rest, 2, b) && scanUint16(rest, 2, c);
 }
 
-// hhmmss.sss; the milliseconds are the digits read, so ".5" is 5 ms.
+// hhmmss.sss. The milliseconds are the digits as written, so ".5" means 5 ms.
 DateTime timeOf(std::string_view field) {
   DateTime time;
   if (!readThreePairs(field, time.hour, time.minute, time.second)) return time;
@@ -144,7 +144,8 @@ void noteSpeed(GpsState& state, const Speeds& speeds) {
   state.hooks.maxSpeedChanged();
 }
 
-// Receivers without a clock yet send 000000; a sentence of that time leaves the stored one alone.
+// A receiver whose clock is not set yet sends 000000; such a sentence does not change the stored
+// time.
 uint32_t readTime(std::string_view field, const GpsState& state, DateTime& utc, DateTime& local) {
   utc = timeOf(field);
   local = timeOfDayMinusMinutes(utc, state.options.utcOffsetMinutes);
@@ -174,7 +175,7 @@ uint32_t parseGga(const Fields& fields, GpsState& state, NmeaSentence::Quality& 
     noteAltitude(state, out.altitude);
     said |= kSaidAltitude;
   }
-  // Some receivers leave field 9 empty or report their height in the geoid column.
+  // Some receivers leave field 9 empty or report their altitude in the geoid field.
   if (fields.has(11) && (out.altitude == 0 || state.options.altitudeFromGeoidField)) {
     out.altitude = leadingInt(fields[11]);
     noteAltitude(state, out.altitude);
@@ -182,8 +183,8 @@ uint32_t parseGga(const Fields& fields, GpsState& state, NmeaSentence::Quality& 
   return said;
 }
 
-// The program's own sentence for simulated positions: signed degrees, longitude first, no letters.
-// Its time is not read.
+// The program's own sentence for simulated positions: signed degrees, longitude first, without
+// hemisphere letters. Its time is ignored.
 // $GPRMCX,time,A,lon,lat,altitude,course,km/h
 //    0     1   2  3   4     5       6     7
 uint32_t parseRmcx(const Fields& fields, NmeaSentence::Position& out) {
@@ -249,7 +250,7 @@ uint32_t parseRmc(const Sentence& sentence, GpsState& state, NmeaSentence::Posit
   }
   if (fields.has(10)) {
     out.magneticVariation = leadingDouble(fields[10]);
-    // Unlike the hemispheres this letter may be the last field, with the checksum behind it.
+    // Unlike the hemisphere letters, this one may be the last field, followed by the checksum.
     const bool west = fields.has(11) && !fields[11].empty() && fields[11][0] == 'W';
     if (west) out.magneticVariation = -out.magneticVariation;
     said |= kSaidVariation;
@@ -257,7 +258,7 @@ uint32_t parseRmc(const Sentence& sentence, GpsState& state, NmeaSentence::Posit
   return said;
 }
 
-// Channels that say nothing and PRNs that have no slot are left out of a GSA.
+// Calls `mark` for the satellites in a GSA, except empty channels and PRNs without a slot.
 template <typename Mark>
 void forSlots(const DecodedSentence& decoded, Mark mark) {
   const GsaReport& report = decoded.gsa;
@@ -285,9 +286,9 @@ uint32_t parseGsa(const DecodedSentence& decoded, GpsState& state, NmeaSentence:
   return said;
 }
 
-// Shows each satellite that a GSV lists and that has a slot to `take`, in order. Slots are numbered
-// by PRN; the list ends at the first one that has none. The first group may lack its last field,
-// later ones must be whole.
+// Calls `take` for each satellite in a GSV that has a slot, in order. Slots are numbered by PRN;
+// the list ends at the first satellite without one. The first group may lack its last field; later
+// ones must be complete.
 template <typename Take>
 void forListed(const DecodedSentence& decoded, Take take) {
   const auto goesOn = [&](const GsvReport::Satellite& satellite) {
@@ -319,7 +320,7 @@ void forListed(const DecodedSentence& decoded, Take take) {
   }
 }
 
-// Field by field: copying what was just written makes the processor wait for it.
+// Assigns each field: copying a struct that was just written makes the processor wait.
 void fillSlot(SatelliteInfo& slot, const GsvReport::Satellite& satellite) {
   slot.visible = 1;
   slot.used = 0;
@@ -356,7 +357,7 @@ void applyTimeOfDay(const DateTime& utc, const DateTime& local, GpsFix& fix) {
   storeTimeOfDay(fix.localTime, local);
 }
 
-// The fix that is shown when it is gained or lost is still the one before.
+// When a fix is gained or lost, the display still shows the previous fix.
 void applyQuality(int32_t quality, GpsFix& fix) {
   const bool lost = fix.fixStatus == 1 && quality == 0;
   const bool gained = fix.fixStatus == 0 && quality == 1;
@@ -396,7 +397,7 @@ void applyRmc(const NmeaSentence::Position& record, uint32_t said, bool extended
   if ((said & kSaidVariation) != 0) fix.magneticVariation = record.magneticVariation;
 }
 
-// `used` is never cleared here: a satellite once used stays marked until GSV lists it anew.
+// Never clears `used` here: a satellite stays marked as used until GSV lists it again.
 void applyGsa(const DecodedSentence& decoded, const NmeaSentence::Active& record, uint32_t said,
               SatelliteTable& table) {
   forSlots(decoded, [&](size_t prn) { table.slots[prn].used = 1; });

@@ -7,28 +7,29 @@
 #include "gps/satellite_sentences.h"
 #include "gps/sentence.h"
 
-// NMEA 0183: a recognized sentence into a record, and the record into the live fix.
+// Parses NMEA 0183: turns a recognized sentence into a record, and applies the record to the live
+// fix.
 namespace vgps {
 
 struct GpsFix;
 struct GpsState;
 
-// Fills the record with what the sentence says and returns what it vouches for, `Said` bits. The
-// greatest speed and altitude are noted here, whether the record is applied or not.
+// Parses the sentence into the record and returns which values it reported, as `Said` bits. Updates
+// the maximum speed and altitude, whether the record is applied or not.
 uint32_t parseRecord(const DecodedSentence& decoded, GpsState& state, NmeaSentence& out);
 
-// Stores what was said in the fix.
+// Stores the reported values in the fix.
 void applyRecord(const DecodedSentence& decoded, const NmeaSentence& record, uint32_t said,
                  GpsFix& fix);
 
-// Cuts a sentence at every comma. Field 0 is its name ("$GPRMC"); a checksum stays at the end of
-// the last field. `fields` is overwritten; the views look into `sentence`.
+// Splits a sentence at every comma. Field 0 is its name ("$GPRMC"); a checksum stays at the end of
+// the last field. Overwrites `fields`; the views refer to `sentence`.
 void splitFields(std::string_view sentence, std::vector<std::string_view>& fields);
 
-// An angle as receivers write it, ddmm.mmmm or dddmm.mmmm: the minutes start two characters before
-// the point and are held as a 32-bit float; without a point the angle is 0. Each output may be
-// null: thousandths of a second of arc, rounded toward zero, and decimal degrees. No sign: the
-// hemisphere stands in another field.
+// Parses an angle, ddmm.mmmm or dddmm.mmmm: the minutes start two characters before the point and
+// are stored as a 32-bit float; without a point the angle is 0. Each output may be null:
+// thousandths of an arc second, truncated, and decimal degrees. There is no sign, because the
+// hemisphere is in another field.
 void ddmmToDegrees(std::string_view field, int32_t* milliseconds, double* degrees);
 
 }  // namespace vgps

@@ -8,12 +8,12 @@
 
 namespace vgps {
 
-// Why a port does not open, in words.
+// The texts for why a port cannot be opened.
 struct PortErrorWords {
   PortError error;
-  Text sentence;          // about a port, which it names
-  Text answer;            // beside the port's name, in a list
-  const char* predicate;  // behind the port's name, on the command line
+  Text sentence;          // a sentence that names the port
+  Text answer;            // for a list, next to the port's name
+  const char* predicate;  // follows the port's name, on the command line
 };
 
 inline constexpr std::array<PortErrorWords, 5> kPortErrors = {{
@@ -26,7 +26,7 @@ inline constexpr std::array<PortErrorWords, 5> kPortErrors = {{
     {PortError::other, Text::portUnusable, Text::finderUnusable, "cannot be used as a serial port"},
 }};
 
-// What has no row is an error that nothing more is known of.
+// An error without a row of its own counts as `other`.
 constexpr const PortErrorWords& wordsOf(PortError error) {
   for (const PortErrorWords& row : kPortErrors) {
     if (row.error == error) return row;

@@ -14,11 +14,11 @@
 namespace vgps {
 namespace {
 
-// In baud. Most receivers leave the factory with the first ones.
+// The most common factory settings come first.
 constexpr std::array<uint32_t, 9> kSpeeds = {9600,  115200, 4800,   38400, 57600,
                                              19200, 230400, 460800, 921600};
 
-// Bytes at a wrong speed look wrong soon.
+// Data at a wrong baud rate looks wrong soon.
 constexpr size_t kEnoughNoise = 120;
 
 constexpr int kWholeProgress = 1000;
@@ -26,8 +26,8 @@ constexpr std::chrono::milliseconds kLettingGo{300};
 
 struct ResultRow {
   ProbeResult result;
-  int rank;         // the greater says more about a port
-  bool conclusive;  // no other speed can tell anything better
+  int rank;         // the higher, the more it tells about a port
+  bool conclusive;  // no other baud rate could give a better answer
   Text text;
 };
 
@@ -38,7 +38,7 @@ constexpr ResultRow kResults[] = {
     {ProbeResult::busy, 6, true, wordsOf(PortError::busy).answer},
     {ProbeResult::noPermission, 6, true, wordsOf(PortError::noPermission).answer},
     {ProbeResult::notThere, 6, true, wordsOf(PortError::notThere).answer},
-    // Not every line takes every speed.
+    // Not every port supports every baud rate.
     {ProbeResult::cannotOpen, 0, false, wordsOf(PortError::other).answer},
     {ProbeResult::notNmea, 3, false, Text::finderNoNmea},
     {ProbeResult::wrongSpeed, 2, false, Text::probablyWrongSpeed},
@@ -59,8 +59,8 @@ std::string rateText(double perSecond) {
 
 }  // namespace
 
-// What the threads of one search share. Each holds it, so one that the system does not let go
-// finds it whole whenever it comes back.
+// The data shared by the threads of one search. Each thread owns a reference, so that one that the
+// system blocks for a long time still finds it intact.
 struct PortFinder::Search : std::enable_shared_from_this<Search> {
   Search(MakePort portMaker, std::function<void()> onChange, PortFinderTimes timesToTake)
       : makePort(std::move(portMaker)), times(timesToTake), changed(std::move(onChange)) {}
@@ -72,10 +72,10 @@ struct PortFinder::Search : std::enable_shared_from_this<Search> {
   const MakePort makePort;
   const PortFinderTimes times;
 
-  std::mutex mutex;  // of all below
+  std::mutex mutex;  // protects everything below
   std::function<void()> changed;
   std::vector<PortFinding> findings;
-  bool over = false;  // cancelled, or the time is up: what comes now is not wanted
+  bool over = false;  // cancelled, or the time is up; later results are ignored
   size_t busy = 0;    // threads that may have a port open
   size_t stepsDone = 0;
   std::condition_variable settled;
@@ -98,7 +98,7 @@ void PortFinder::Search::begin(std::vector<PortName> ports) {
   std::thread([self = shared_from_this()] { self->watchTime(); }).detach();
 }
 
-// Ports that are listened to are free within a slice of the listening.
+// Ports that are being listened to are released within one time slice.
 void PortFinder::Search::end() {
   std::unique_lock lock(mutex);
   over = true;
@@ -141,7 +141,7 @@ void PortFinder::Search::searchPort(size_t index) {
   settled.notify_all();
 }
 
-// True when nothing better can come.
+// Returns true if no better result is possible.
 bool PortFinder::Search::tryAt(size_t index, uint32_t speed) {
   std::string path;
   {
@@ -238,7 +238,7 @@ std::string findingText(const PortFinding& finding) {
   }
   if (!finding.triedAll) {
     if (finding.opening && !finding.answered) return std::string(textOf(Text::finderNotOpened));
-    // Silence at some of the speeds says nothing.
+    // Silence at only some of the baud rates means nothing.
     const bool silent = !finding.answered || finding.answer.result == ProbeResult::noData;
     if (silent) return std::string(textOf(Text::finderUnfinished));
   }

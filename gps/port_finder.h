@@ -13,28 +13,28 @@ namespace vgps {
 // The state of the search on one port.
 struct PortFinding {
   PortName port;
-  uint32_t listening = 0;  // baud, at present; 0: not begun
+  uint32_t listening = 0;  // current baud rate; 0: not started
   bool opening = false;    // the system has not opened it yet
   bool done = false;       // nothing more will be tried
-  bool triedAll = false;   // every speed, or one that answered
-  bool answered = false;   // `answer` and `speed` say something
+  bool triedAll = false;   // tried every baud rate, or got an answer
+  bool answered = false;   // `answer` and `speed` are valid
   ProbeAnswer answer;      // the best so far
-  uint32_t speed = 0;      // baud, that it came at
+  uint32_t speed = 0;      // baud rate of that answer
 };
 
 struct PortFinderTimes {
-  // At each speed. A receiver that is silent longer than this is not heard.
+  // At each baud rate. A receiver that stays silent longer is missed.
   uint32_t listenMs = 3000;
-  // After a position sentence, until the sentences of a second or more are counted.
+  // After a position sentence, to count the sentences of at least a second.
   uint32_t countMs = 1500;
-  // All together. What has not answered by then is not waited for.
+  // For the whole search. Ports that have not answered by then are given up.
   uint32_t limitMs = 28000;
 };
 
-// Looks for a receiver on all ports side by side, on each at one speed after the other, the usual
-// ones first. Nine speeds of three seconds end within thirty seconds; a port that takes long to
-// open (Bluetooth) is left to itself then: its thread closes it and ends when the system lets it
-// go.
+// Looks for a receiver on all ports in parallel, trying the baud rates of each port in turn, the
+// most common ones first. Nine baud rates of three seconds take less than thirty seconds. A port
+// that takes long to open (Bluetooth) is then abandoned: its thread closes it and ends once the
+// system lets it continue.
 //
 // All calls come from one thread. `changed` is called on the threads of the search, and not any
 // more once `stop` has returned; it must not call back.
@@ -42,21 +42,22 @@ class PortFinder {
  public:
   using MakePort = std::function<std::unique_ptr<SerialPort>()>;
 
-  // `makePort` may be called by threads that outlive this.
+  // `makePort` may be called by threads that outlive this object.
   PortFinder(MakePort makePort, std::function<void()> changed, PortFinderTimes times = {})
       : makePort_(std::move(makePort)), changed_(std::move(changed)), times_(times) {}
   PortFinder(const PortFinder&) = delete;
   PortFinder& operator=(const PortFinder&) = delete;
   ~PortFinder() { stop(); }
 
-  // Ends a running search first.
+  // Stops a running search first.
   void start(std::vector<PortName> ports);
 
-  // Cancels, and waits a little for the ports to be free; not for one that is being opened.
+  // Cancels the search and waits briefly until the ports are closed, but not for one that is still
+  // being opened.
   void stop();
 
   bool running() const;
-  // Of 1000.
+  // From 0 to 1000.
   int progress() const;
   std::vector<PortFinding> findings() const;
 
@@ -67,16 +68,16 @@ class PortFinder {
   const std::function<void()> changed_;
   const PortFinderTimes times_;
 
-  std::shared_ptr<Search> search_;  // with its threads
+  std::shared_ptr<Search> search_;  // shared with its threads
 };
 
 // The best finding: the receiver with the most sentences per second. Null if there is no receiver.
 const PortFinding* bestFinding(const std::vector<PortFinding>& findings);
 
-// What a probe at this speed has found, in words.
+// The result of a probe at this baud rate, as text.
 std::string answerText(const ProbeAnswer& answer, uint32_t speed);
 
-// What the user reads about a port: "NMEA at 9600 baud, talker GN, 5.0 sentences/s".
+// The text for a port: "NMEA at 9600 baud, talker GN, 5.0 sentences/s".
 std::string findingText(const PortFinding& finding);
 
 }  // namespace vgps

@@ -14,10 +14,10 @@ using SteadyClock = std::chrono::steady_clock;
 
 // Enough for three seconds at 115200 baud.
 constexpr size_t kMostBytes = 40000;
-// Between two questions whether that is enough.
+// How often `end` is checked.
 constexpr uint32_t kSliceMs = 100;
 
-// Of the one read: a port that stays silent would be waited for without end.
+// Limits of the single read: on a silent port it would never end.
 constexpr size_t kAnswerSize = 1000;
 constexpr uint32_t kAnswerLimitMs = 3000;
 constexpr uint32_t kAnswerSilenceMs = 250;
@@ -35,7 +35,7 @@ bool isMostlyText(std::string_view bytes) {
   return static_cast<size_t>(printable) * 4 >= bytes.size() * 3;
 }
 
-// A whole message of the binary protocol of SiRF receivers, or at least its two ends.
+// A complete SiRF message, or at least its start and end.
 bool looksLikeSirf(std::string_view bytes) {
   const size_t start = bytes.find(kSirfStart);
   return start != std::string_view::npos && bytes.find(kSirfEnd, start) != std::string_view::npos;

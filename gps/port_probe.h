@@ -10,7 +10,7 @@
 namespace vgps {
 
 enum class ProbeResult {
-  found,       // a position sentence came
+  found,       // received a position sentence
   noPosition,  // NMEA sentences, but neither RMC nor GGA
   notThere,
   busy,
@@ -18,14 +18,14 @@ enum class ProbeResult {
   cannotOpen,
   noData,
   notNmea,
-  sirfBinary,  // messages of the binary protocol of SiRF receivers
+  sirfBinary,  // messages in the binary SiRF protocol
   wrongSpeed,
 };
 
 struct ProbeAnswer {
   ProbeResult result = ProbeResult::noData;
   std::string talker;             // of the position sentence: "GP", "GN"
-  double sentencesPerSecond = 0;  // of all kinds together
+  double sentencesPerSecond = 0;  // of all types together
 };
 
 // "found", "not there", ...
@@ -35,16 +35,16 @@ const char* probeResultName(ProbeResult result);
 // talker is a receiver; mostly non-text bytes indicate the wrong baud rate.
 ProbeAnswer judgeBytes(std::string_view bytes, uint32_t ms);
 
-// Called repeatedly while listening, with the bytes received so far and the time; true ends the
-// listening.
+// Called repeatedly while listening, with the bytes received so far and the elapsed time. Returns
+// true to stop listening.
 using ProbeEnd = std::function<bool(std::string_view bytes, uint32_t ms)>;
 
-// Opens the port, listens for `limitMs` or until `end` says so, and closes it.
+// Opens the port, listens for `limitMs` or until `end` returns true, and closes it.
 ProbeAnswer probePort(SerialPort& port, const std::string& path, uint32_t speed, uint32_t limitMs,
                       const ProbeEnd& end = {});
 
-// One read of a port that is opened for it: up to 1,000 bytes, over when the line pauses. True when
-// they begin with "$GP". `error` says why it could not be opened; `cancelled` may be empty.
+// Opens the port and reads once: up to 1,000 bytes, until a pause. Returns true if they start with
+// "$GP". If the port could not be opened, `error` tells why. `cancelled` may be empty.
 bool answersAsGps(SerialPort& port, const std::string& path, uint32_t speed, PortError& error,
                   const std::function<bool()>& cancelled = {});
 

@@ -14,15 +14,16 @@ namespace {
 
 using Milliseconds = std::chrono::milliseconds;
 
-// A burst has ended when the line is silent for so long...
+// A burst has ended once the port is silent for this long...
 constexpr int kSilenceMs = 30;
-// ...and a receiver that never pauses is shown this long after the first byte at the latest...
+// ...and data from a receiver that never pauses is handled at the latest this long after the first
+// byte...
 constexpr int kLongestBlockMs = 250;
-// ...or so soon, whole lines only, when it speaks so fast that even its longest sentences follow
-// one another within the 100 ms that open a burst.
+// ...or this soon, complete lines only, if the data rate is so high that even the longest sentences
+// follow each other within the 100 ms that start a burst.
 constexpr int kDenseBlockMs = 50;
 constexpr int kDenseBytesPerMs = 2;
-// After a read error or while the device is away: not a busy loop, and no long wait either.
+// After a read error or while the device is missing: neither a busy loop nor a long wait.
 constexpr int kRetryMs = 100;
 
 constexpr char kBinaryStart = kSirfStart[0];
@@ -31,7 +32,7 @@ bool isCurrent(const GpsFix& fix, uint32_t generation) {
   return fix.running && fix.state.readers.generation == generation;
 }
 
-// Old readers and those of a closed source have nothing to do until the program ends.
+// A reader of a closed or replaced source has nothing to do until the program ends.
 void waitForStop(ReaderControl& readers) {
   std::unique_lock lock(readers.mutex);
   readers.wake.wait(lock, [&] { return readers.readerStop.load(); });
@@ -43,14 +44,14 @@ void pause(ReaderControl& readers, int ms) {
                         [&] { return readers.readerStop || readers.portRequested; });
 }
 
-// How far the buffer was filled by a read, and when.
+// How far a read filled the buffer, and when.
 struct Arrival {
   size_t end;
   uint64_t micros;
 };
 
-// Whole lines, and behind them at most the front of a sentence, which framing carries. The front of
-// another line would be taken for bytes of no receiver.
+// Whether the block ends with a complete line or with the start of a sentence, which framing keeps.
+// The start of any other line would be taken for unknown bytes.
 bool endsWell(std::string_view block) {
   const size_t lineFeed = block.rfind('\n');
   if (lineFeed == std::string_view::npos) return false;
@@ -61,7 +62,7 @@ bool isDense(std::string_view block, int64_t ms) {
   return ms >= kDenseBlockMs && block.size() >= static_cast<size_t>(ms) * kDenseBytesPerMs;
 }
 
-// Reads until the burst is over, the block has lasted long enough or the buffer is full.
+// Reads until the burst is over, the time limit is reached, or the buffer is full.
 size_t readBlock(GpsFix& fix, uint32_t generation, std::span<char> buffer,
                  std::vector<Arrival>& arrivals) {
   arrivals.clear();
@@ -83,15 +84,15 @@ size_t readBlock(GpsFix& fix, uint32_t generation, std::span<char> buffer,
   return length;
 }
 
-// Nothing that the source before left half done belongs to this one.
+// Discards whatever the previous source left incomplete.
 void beginSource(GpsFix& fix) {
   fix.carryLength = 0;
   fix.state.view.clear();
   fix.state.talkers.reset();
 }
 
-// While a reader hands over what it has read. It may lose its source meanwhile, so it is known by
-// whose data it speaks.
+// Held while a reader delivers what it has read. Records the generation, because the reader may
+// lose its source meanwhile.
 class DeliveryLock {
  public:
   DeliveryLock(ReaderControl& readers, uint32_t generation)
@@ -107,27 +108,28 @@ class DeliveryLock {
   ReaderControl& readers_;
 };
 
-// What one reader keeps from block to block.
+// What a reader keeps between blocks.
 struct Reading {
   GpsFix& fix;
   const uint32_t generation;
   std::vector<char> buffer = std::vector<char>(kReadBufferSize);
   std::vector<Arrival> arrivals = {};
-  bool ownSource = false;  // what is carried, seen and heard came from this source
+  bool ownSource = false;  // the state in `fix` was produced by this source
   bool reopened = false;   // since the last block
-  size_t held = 0;         // bytes at the front of the buffer that wait for the next block
+  size_t held = 0;         // bytes at the start of the buffer kept for the next block
 };
 
-// The first bytes of the buffer, with those that were held before; the reads behind them count
-// from there.
+// Handles the first bytes of the buffer. `heldBefore` of them were kept from the previous block;
+// the positions in `arrivals` start after those.
 void handleBlock(Reading& reading, std::string_view block, size_t heldBefore) {
   GpsFix& fix = reading.fix;
   if (!reading.ownSource) beginSource(fix);
-  // The device was plugged in again: half a line of before is no front of its first one.
+  // After the device was plugged in again, half of an old line must not be joined with its first
+  // new line.
   if (reading.reopened) fix.carryLength = 0;
   reading.ownSource = true;
   reading.reopened = false;
-  // Half a sentence in front of a message is no use to either.
+  // Half a sentence before a binary message would spoil both.
   if (fix.carriedStart() == '$' && block.starts_with(kSirfStart)) fix.carryLength = 0;
   const bool binary = fix.state.inputProtocol == kSirfBinary;
   auto arrival = reading.arrivals.begin();
@@ -152,10 +154,10 @@ void readAndHandle(Reading& reading) {
     return;
   }
   length += heldBefore;
-  // Half a start sequence of a binary message would not be recognised.
+  // Half of a binary start sequence would not be recognized.
   reading.held = reading.buffer[length - 1] == kBinaryStart ? 1 : 0;
   length -= reading.held;
-  // A reader of the source before may still be busy with its last block.
+  // A reader of the previous source may still be busy with its last block.
   const DeliveryLock delivery(readers, reading.generation);
   if (!isCurrent(fix, reading.generation)) return;
   handleBlock(reading, {reading.buffer.data(), length}, heldBefore);
@@ -180,7 +182,7 @@ void readerLoop(GpsFix& fix, uint32_t generation) {
   }
 }
 
-// Releases the sensor at the end: an unused one needs no power.
+// Releases the sensor at the end: an unused sensor should not draw power.
 void sensorLoop(GpsFix& fix, uint32_t generation) {
   ReaderControl& readers = fix.state.readers;
   constexpr int kWaitMs = 500;
@@ -202,7 +204,8 @@ void startDetached(GpsFix& fix, Loop loop) {
     lowerThreadPriority();
     loop();
     ReaderControl& readers = fix.state.readers;
-    // Notified under the lock: the waiting end of the program may destroy all this right after.
+    // Notify while holding the lock: the thread that waits for the end may destroy everything right
+    // afterward.
     const std::lock_guard lock(readers.mutex);
     --readers.liveReaders;
     readers.wake.notify_all();

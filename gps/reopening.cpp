@@ -3,20 +3,20 @@
 
 #include "gps/gps_fix.h"
 
-// A serial device that has gone is looked for by the reader itself: listing the ports takes the
-// system a while, opening one can take half a minute (Bluetooth), and letting go of an unplugged
-// one hangs in some drivers. The user interface only wishes and looks how far it has come.
+// The reader itself looks for a serial device that has disappeared: listing the ports takes a
+// while, opening one can take half a minute (Bluetooth), and closing an unplugged one hangs in some
+// drivers. The user interface only makes requests and checks the progress.
 namespace vgps {
 namespace {
 
-// Where ports have numbers, their names may be typed in small letters.
+// Where ports are numbered, their names may be typed in lower case.
 bool isSamePath(std::string_view a, std::string_view b) {
   const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                     [&](char left, char right) { return lower(left) == lower(right); });
 }
 
-// Counts a reader for as long as the system may hold it.
+// Counts a reader for as long as opening a port may block it.
 class Opening {
  public:
   explicit Opening(ReaderControl& readers) : readers_(readers) { ++readers_.opening; }
@@ -84,8 +84,8 @@ void GpsFix::rememberDevice(uint32_t generation) {
   if (source_.generation == generation) device_ = device;
 }
 
-// The port of a device among those that are there: the one that has its identity, else, of a make
-// without numbers, the only one that was plugged in since.
+// Finds the port of a device: the one with its identity or, for a make without serial numbers, the
+// only one that was plugged in since.
 const PortName* GpsFix::portOf(const Device& device, const std::vector<PortName>& present) {
   const PortName* found = nullptr;
   for (const PortName& port : present) {
@@ -101,8 +101,7 @@ const PortName* GpsFix::portOf(const Device& device, const std::vector<PortName>
   return found;
 }
 
-// Puts the path under which the device is there now into it. False when another device has its old
-// one.
+// Sets the current path of the device. Returns false if another device uses its old path.
 bool GpsFix::findDevice(Device& device, std::string& newName) const {
   if (device.identity.empty() || !state.listPorts) return true;
   const std::vector<PortName> present = state.listPorts();
@@ -131,10 +130,11 @@ bool GpsFix::reopenPort(uint32_t generation) {
     source_.port = nullptr;
     device = device_;
   }
-  // The old handle first: a device that is still there could not be opened beside it.
+  // Close the old handle first: a device that is still there cannot be opened twice.
   if (source.port != nullptr) source.port->close();
   PortAttempt attempt{.state = PortAttempt::State::failed};
-  // Goes, and with it closes the port, outside the lock when nobody wants it any more.
+  // If the port is no longer wanted, this closes it at the end of the function, after the lock is
+  // released.
   std::shared_ptr<SerialPort> opened = state.makePort();
   const bool free = findDevice(device, attempt.newName);
   attempt.error = free ? opened->open(device.path) : PortError::notThere;

@@ -7,9 +7,9 @@
 
 #include "gps/sentence.h"
 
-// GSA and GSV of any talker, decoded once for the fix and for the satellite view. The two differ in
-// what they take of a damaged sentence: the fix reads fields to the end of the line, a checksum
-// glued to the last one, the view up to the first "*".
+// GSA and GSV sentences of any talker, decoded once for both the fix and the satellite view. The
+// two differ in how they read a damaged sentence: the fix reads fields up to the end of the line,
+// including a checksum attached to the last one; the view stops at the first "*".
 namespace vgps {
 
 // $GPGSA,mode,fix,id x 12,pdop,hdop,vdop[,system]*hh
@@ -19,7 +19,7 @@ struct GsaReport {
   static constexpr size_t kChannels = 12;
   static constexpr size_t kSystemField = 18;  // since NMEA 4.10
 
-  size_t channels;  // fields that are there
+  size_t channels;  // number of ID fields present
   std::array<int32_t, kChannels> ids;
 };
 
@@ -38,14 +38,14 @@ struct GsvReport {
   int32_t messages;
   int32_t message;
   int32_t inView;
-  size_t groups;  // the last one may be short of its last field; a longer line has more of them
+  size_t groups;  // the last one may lack its last field; a longer line has more
   std::array<Satellite, kGroups> satellites;
 };
 
 void readGsa(const Sentence& sentence, GsaReport& report);
 void readGsv(const Sentence& sentence, GsvReport& report);
 
-// One group; a last field that is missing reads 0.
+// Reads one group; a missing last field is 0.
 inline void readGsvGroup(const Fields& fields, size_t at, GsvReport::Satellite& satellite) {
   satellite.id = fields.wholeNumber(at);
   satellite.elevation = fields.number32(at + 1);
@@ -53,7 +53,7 @@ inline void readGsvGroup(const Fields& fields, size_t at, GsvReport::Satellite& 
   satellite.snr = fields.has(at + 3) ? fields.number32(at + 3) : 0;
 }
 
-// A line with the satellites that it lists.
+// A line together with the satellites that it lists.
 struct DecodedSentence {
   explicit DecodedSentence(std::string_view line) : sentence(line) {
     if (sentence.name.type == SentenceType::gsa) readGsa(sentence, gsa);
@@ -61,16 +61,16 @@ struct DecodedSentence {
   }
 
   Sentence sentence;
-  GsaReport gsa;  // of a GSA; nothing of other lines, like the next
+  GsaReport gsa;  // empty for other lines, like `gsv`
   GsvReport gsv;
 };
 
-// The fields of a sentence in front of the first "*".
+// The fields of a sentence before the first "*".
 class Body {
  public:
   explicit Body(const Sentence& sentence);
 
-  // How many there are, also behind the last that `Fields` keeps.
+  // The number of fields, including those beyond what `Fields` keeps.
   size_t count() const { return count_; }
   bool isEmpty(size_t index) const {
     return index >= count_ || fields_.startOf(index) == std::min(star_, fields_.endOf(index));

@@ -5,7 +5,7 @@
 namespace vgps {
 namespace {
 
-// A talker that has said nothing for so long has no say in the view any more.
+// A talker that has been silent for this long is removed from the view.
 constexpr uint32_t kForgetMs = 30000;
 constexpr uint32_t kSweepMs = 1000;
 
@@ -15,7 +15,7 @@ struct Range {
   SatelliteSystem system;
 };
 
-// How receivers number satellites of several systems in one list.
+// How receivers number the satellites of several systems in one list.
 constexpr std::array<Range, 9> kNumberRanges = {{
     {1, 32, SatelliteSystem::gps},
     {33, 64, SatelliteSystem::sbas},
@@ -35,7 +35,7 @@ SatelliteSystem systemOfNumber(int32_t id) {
   return SatelliteSystem::unknown;
 }
 
-// What a talker's own satellites are; unknown for those that list several systems by number.
+// The system that a talker belongs to; unknown for those that list several systems by number.
 SatelliteSystem systemOfTalker(uint64_t talker) {
   switch (talker) {
     case lettersKey("GL"): return SatelliteSystem::glonass;
@@ -49,7 +49,7 @@ SatelliteSystem systemOfTalker(uint64_t talker) {
   }
 }
 
-// System numbers of NMEA 4.10 in GSA, as the talker that speaks of the same satellites.
+// The system numbers of GSA since NMEA 4.10, as the talker for the same satellites.
 constexpr std::array<uint64_t, 7> kTalkerOfSystemNumber = {
     lettersKey("GN"), lettersKey("GP"), lettersKey("GL"), lettersKey("GA"),
     lettersKey("GB"), lettersKey("GQ"), lettersKey("GI")};
@@ -125,8 +125,8 @@ void SatelliteView::takeGsv(const DecodedSentence& decoded, uint32_t tick) {
   ++revision_;
 }
 
-// Some receivers number their messages on across the talkers (GP 1 and 2, GL 3, GA 4 of 4), so a
-// cycle begins with message 1 or with a number that is not above the talker's last.
+// Some receivers number their messages across talkers (GP 1 and 2, GL 3, GA 4 of 4), so a cycle
+// starts with message 1 or with a number that is not higher than the talker's last.
 void SatelliteView::beginOrContinueCycle(Source source, int32_t message, uint32_t tick) {
   if (openCycle_ && !(openSource_ == source)) endCycle(openSource_);
   GsvCycle* cycle = cycleOf(source);
@@ -162,14 +162,14 @@ void SatelliteView::store(const ViewedSatellite& satellite, Source source) {
   const auto standsAt = [&](size_t at) {
     return books_[at].source == source && entries_[at].id == satellite.id;
   };
-  // Receivers list their satellites in the same order every time.
+  // Receivers list their satellites in the same order each time.
   size_t at = nextPlace_;
   if (at >= count_ || !standsAt(at)) at = 0;
   while (at < count_ && !standsAt(at)) ++at;
   if (at == entries_.size()) return;
   if (at == count_) ++count_;
   nextPlace_ = at + 1;
-  // Field by field: copying what was just written makes the processor wait for it.
+  // Assigns each field: copying a struct that was just written makes the processor wait.
   ViewedSatellite& entry = entries_[at];
   entry.system = satellite.system;
   entry.signal = satellite.signal;
@@ -223,7 +223,8 @@ void SatelliteView::takeGsa(const DecodedSentence& decoded, uint32_t tick) {
   const int number = hasSystem ? hexValue(decoded.sentence.fields[GsaReport::kSystemField]) : 0;
   UsedSet* set = usedSetOf({static_cast<uint16_t>(talker), static_cast<uint8_t>(number)});
   if (set == nullptr) return;
-  // Several GSA of one source in a row list more than twelve; the next epoch starts anew.
+  // Several GSA lines of one source in a row list more than twelve satellites; a GSA in the next
+  // epoch starts a new list.
   if (set->run != gsaRun_) set->count = 0, set->marks = 0;
   set->run = gsaRun_;
   set->tick = tick;

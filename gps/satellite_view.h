@@ -14,28 +14,28 @@ const char* satelliteSystemName(SatelliteSystem system);
 
 struct ViewedSatellite {
   SatelliteSystem system = SatelliteSystem::unknown;
-  uint8_t signal = 0;   // NMEA 4.10 signal number, 0 when not given
-  int32_t id = 0;       // PRN or space vehicle number as the receiver gives it
-  float elevation = 0;  // degrees; with azimuth only when `positionKnown`
+  uint8_t signal = 0;   // NMEA 4.10 signal number; 0 if not given
+  int32_t id = 0;       // PRN or space vehicle number, as reported by the receiver
+  float elevation = 0;  // degrees; this and azimuth only if `positionKnown`
   float azimuth = 0;    // degrees true
-  float snr = 0;        // C/N0 in dB-Hz, 0 when it is not tracked
+  float snr = 0;        // C/N0 in dB-Hz; 0 if not tracked
   bool positionKnown = false;
   bool used = false;
 };
 
-// All satellites of all systems that GSV and GSA sentences of any talker list, for the screens.
-// Satellites of a talker and signal stay until that talker's next GSV cycle ends without them, or
-// until 30 seconds have passed without a word of it.
+// All satellites of all systems listed by GSV and GSA sentences of any talker, for the screens. The
+// satellites of a talker and signal remain until that talker's next GSV cycle ends without them, or
+// until it has been silent for 30 seconds.
 class SatelliteView {
  public:
-  static constexpr size_t kCapacity = 160;  // more are left out
+  static constexpr size_t kCapacity = 160;  // further satellites are ignored
 
-  // Every line; those that are not a GSV or GSA change nothing but end a run of GSA lines.
+  // Call this for every line. A line that is not a GSV or GSA only ends a run of GSA lines.
   void take(const DecodedSentence& decoded, uint32_t tick);
 
   std::span<const ViewedSatellite> satellites() const { return {entries_.data(), count_}; }
 
-  // Counts the changes, so that a copy can tell whether it is up to date.
+  // Incremented with each change, so that a copy can tell whether it is up to date.
   uint32_t revision() const { return revision_; }
 
   void clear() { *this = SatelliteView(revision_ + 1); }
@@ -44,7 +44,7 @@ class SatelliteView {
  private:
   explicit SatelliteView(uint32_t revision) : revision_(revision) {}
 
-  // Who speaks: the talker's two letters and the signal (GSV) or system number (GSA).
+  // Identifies a list: the talker's two letters and the signal (GSV) or system number (GSA).
   struct Source {
     uint16_t talker = 0;
     uint8_t number = 0;
@@ -60,7 +60,7 @@ class SatelliteView {
     uint32_t tick = 0;
     uint32_t run = 0;  // of consecutive GSA lines
     uint8_t count = 0;
-    uint64_t marks = 0;               // of each key the bit of its last six: most are refused by it
+    uint64_t marks = 0;  // one bit per key, from its last six bits, to reject most lookups quickly
     std::array<uint64_t, 48> keys{};  // system and number
   };
   struct Bookkeeping {
@@ -84,7 +84,7 @@ class SatelliteView {
   std::array<ViewedSatellite, kCapacity> entries_{};
   std::array<Bookkeeping, kCapacity> books_{};
   size_t count_ = 0;
-  size_t nextPlace_ = 0;  // where the next satellite of a list most likely stands already
+  size_t nextPlace_ = 0;  // where the next satellite of a list is expected
   std::array<GsvCycle, 24> cycles_{};
   size_t cycleCount_ = 0;
   bool openCycle_ = false;

@@ -10,7 +10,8 @@ int hexDigit(char c) {
   return -1;
 }
 
-// The exclusive-or of all characters but the first, eight at a time, folded at the end.
+// The exclusive-or of all characters except the first, computed eight at a time and folded at the
+// end.
 uint8_t xorOf(std::string_view sentence) {
   if (!sentence.empty()) sentence.remove_prefix(1);
   uint64_t wide = 0;
@@ -33,7 +34,8 @@ uint8_t nmeaChecksum(std::string_view sentence) {
 }
 
 Checksum checkNmeaChecksum(std::string_view sentence) {
-  // The last star: in two sentences glued together the first one belongs to a lost half.
+  // Use the last star: in two sentences joined by a transmission error, the first star belongs to
+  // the lost half.
   const size_t star = sentence.rfind('*');
   if (star == std::string_view::npos || sentence.size() < star + 3) return Checksum::absent;
   const int high = hexDigit(sentence[star + 1]);

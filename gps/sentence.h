@@ -7,12 +7,11 @@
 
 #include "gps/fields.h"
 
-// One line of a receiver, recognized once: who speaks, what kind of sentence it is, its fields and
-// whether its checksum is right. Parser, counts, talkers, satellite view, clocks and the port
-// search all ask this.
+// One line from a receiver, recognized once: talker, type of sentence, fields, and checksum. The
+// parser, counters, talker translation, satellite view, clocks, and port search all use this.
 namespace vgps {
 
-// Up to eight letters as one number, so that names are told by integer compares.
+// Packs up to eight letters into one number, so that names can be compared as integers.
 constexpr uint64_t lettersKey(std::string_view letters) {
   uint64_t key = 0;
   for (size_t i = 0; i < letters.size(); ++i) {
@@ -29,24 +28,25 @@ enum class Checksum : uint8_t { right, wrong, absent };
 // The exclusive-or of the characters between the first one ("$") and the "*".
 uint8_t nmeaChecksum(std::string_view sentence);
 
-// Compares the checksum that a sentence carries; nothing is accepted or refused by it.
+// Compares the checksum in a sentence. The result is only counted; it does not accept or reject
+// anything.
 Checksum checkNmeaChecksum(std::string_view sentence);
 
 // The name of a line.
 //
-//   $ GP RMC ,...      talker, type; whatever letters stand between the type and the first comma
+//    $ GP RMC ,...      talker, type; any letters between the type and the first comma
 struct SentenceName {
   static constexpr size_t kLength = 6;
   static constexpr uint32_t kGps = static_cast<uint32_t>(lettersKey("GP"));
 
-  uint32_t talker = 0;  // two letters, as `lettersKey` packs them; 0 when the line is shorter
+  uint32_t talker = 0;  // two letters, packed by `lettersKey`; 0 if the line is too short
   SentenceType type = SentenceType::other;
-  bool dollar = false;  // the line begins with "$": it counts as a sentence
-  bool whole = false;   // the type ends at a comma: "$GPRMC," but not "$GPRMCX,"
+  bool dollar = false;  // the line starts with "$", so it counts as a sentence
+  bool whole = false;   // the type is followed by a comma: "$GPRMC," but not "$GPRMCX,"
 
-  // "$P" begins a maker's own sentence, whatever letters follow.
+  // "$P" marks a proprietary sentence, whatever letters follow.
   bool isMakersOwn() const { return (talker & 0xFF) == 'P'; }
-  // "$G" begins one of a satellite receiver.
+  // "$G" marks a sentence from a satellite receiver.
   bool isOfSatellites() const { return (talker & 0xFF) == 'G'; }
   bool isPosition() const { return type == SentenceType::rmc || type == SentenceType::gga; }
 };
@@ -71,15 +71,15 @@ inline SentenceName nameOf(std::string_view line) {
   return name;
 }
 
-// A line without its line end. Looks into the text that it was made of.
+// A line without its line ending. Refers to the text that it was made from.
 struct Sentence {
   explicit Sentence(std::string_view line) : text(line), name(nameOf(line)), fields(line) {
     forGps = name.talker == SentenceName::kGps;
   }
 
-  // Of the line as it came.
+  // Of the line as received.
   Checksum checksum() const { return checkNmeaChecksum(text); }
-  // What the parser takes it for: it knows the talker GP only, or who stands in for it.
+  // The type for the parser, which only accepts the talker GP or one that stands in for it.
   SentenceType parsedType() const { return forGps ? name.type : SentenceType::other; }
   // The program's own sentence for simulated positions, "$GPRMCX".
   bool isExtendedRmc() const {
@@ -88,7 +88,7 @@ struct Sentence {
 
   std::string_view text;
   SentenceName name;
-  bool forGps;  // by its talker, or because its talker stands in for GPS
+  bool forGps;  // because of its talker, or because that stands in for GPS
   Fields fields;
 };
 

@@ -2,7 +2,7 @@
 
 namespace vgps {
 void RateMeter::count(uint32_t tick) {
-  if (tick - lastTick_ > kWindowMs) {  // the first of all, or the first after a pause
+  if (tick - lastTick_ > kWindowMs) {  // the first event, or the first after a pause
     inWindow_ = 0;
     lastWindowRate_ = -1;
   }

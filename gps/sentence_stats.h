@@ -7,11 +7,11 @@
 
 namespace vgps {
 
-// Events per second over the last few seconds, by the ticks of the events.
+// Events per second over the last few seconds, from their ticks.
 class RateMeter {
  public:
   void count(uint32_t tick);
-  // 0 when nothing has come for a while before `tick`.
+  // 0 if there have been no events for a while before `tick`.
   double perSecond(uint32_t tick) const;
 
  private:
@@ -19,7 +19,7 @@ class RateMeter {
   uint32_t windowStart_ = 0;
   uint32_t lastTick_ = 0;
   uint32_t inWindow_ = 0;
-  double lastWindowRate_ = -1;  // of the window before; below 0: there is none
+  double lastWindowRate_ = -1;  // of the previous window; negative: none
 };
 
 struct KindStats {
@@ -30,18 +30,18 @@ struct KindStats {
   RateMeter rate;
 };
 
-// What came down the line. Counting changes nothing in what is accepted.
+// Counts of received lines and messages. Counting does not affect what is accepted.
 struct SentenceStats {
   std::array<KindStats, kSentenceTypes> kinds;
-  uint64_t rejected = 0;  // lines that begin with no "$"
-  uint64_t binary = 0;    // whole binary messages
+  uint64_t rejected = 0;  // lines that do not start with "$"
+  uint64_t binary = 0;    // complete binary messages
 
   const KindStats& of(SentenceType kind) const { return kinds[static_cast<size_t>(kind)]; }
   uint64_t total() const;  // accepted lines and binary messages
   // The sum of one count over all kinds.
   uint64_t sum(uint64_t KindStats::*member) const;
 
-  // An accepted line, by the type that the parser took it for.
+  // Counts an accepted line, by the type that the parser used.
   void countLine(const Sentence& sentence, uint32_t tick);
 };
 

@@ -7,8 +7,8 @@
 
 namespace vgps {
 
-// A trip around the globe at growing speed. The checksums of the positions are one and the same
-// and mostly wrong, which no receiver checks.
+// A trip around the globe at increasing speed. All positions carry the same checksum, which is
+// mostly wrong; the parser does not require it to be right.
 const std::vector<std::string>& builtInSimLines() {
   static const std::vector<std::string> kLines = {
       "$GPGSV,2,1,08,01,40,083,46,02,17,308,41,12,07,344,39,14,22,228,45*75",
@@ -50,7 +50,7 @@ bool Simulation::next(std::string& line, uint32_t& index, uint32_t& count,
   } else {
     changed_.wait_for(lock, std::chrono::milliseconds(paceMs), woken);
   }
-  if (woken()) return false;  // a step is left to the reader that it is meant for
+  if (woken()) return false;  // a step is left for the reader it is meant for
   stepped_ = false;
   if (simLines_.empty()) return false;
   index = simIndex_;
@@ -94,7 +94,8 @@ void Simulation::step() {
 }
 
 void Simulation::wake() {
-  // Under the lock: the reader either sees what made the caller wake it, or waits already.
+  // While holding the lock, so that the reader either sees the change that caused this call or is
+  // already waiting.
   const std::lock_guard lock(mutex_);
   changed_.notify_all();
 }

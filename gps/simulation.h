@@ -11,20 +11,20 @@
 namespace vgps {
 
 enum class SimMode : int32_t {
-  point = 0,    // once a second the line at `simJumpIndex`
-  tapping = 1,  // one line for each step signal
-  timer = 2,    // once a second the next line
+  point = 0,    // the line at `simJumpIndex`, once a second
+  tapping = 1,  // one line per step signal
+  timer = 2,    // the next line, once a second
 };
 
-// Replays stored NMEA lines instead of a receiver. Shared by the user interface, which chooses,
-// and one reader thread, which waits here for the next line.
+// Replays stored NMEA lines in place of a receiver. Shared by the user interface, which controls
+// it, and one reader thread, which waits here for the next line.
 class Simulation {
  public:
   Simulation();
 
-  // The next line with CR LF, after a second or a step; false when `cancelled` says so (asked again
-  // at each `wake`), or the mode changed during the wait. `index` and `count` are for the title:
-  // which line of how many.
+  // Waits a second, or for a step, and returns the next line with CR LF. Returns false if
+  // `cancelled` returns true (checked again at each `wake`) or the mode changed meanwhile. Sets
+  // `index` and `count` for the window title: which line of how many.
   bool next(std::string& line, uint32_t& index, uint32_t& count,
             const std::function<bool()>& cancelled);
 
@@ -33,10 +33,10 @@ class Simulation {
   SimMode mode() const;
   void jumpTo(uint32_t index);
   void step();
-  // Makes a waiting `next` ask whether it is cancelled.
+  // Makes a waiting `next` check whether it is cancelled.
   void wake();
 
-  // The pause between lines; a test makes it short.
+  // The pause between lines; tests shorten it.
   std::atomic<uint32_t> paceMs{1000};
 
  private:
@@ -49,7 +49,7 @@ class Simulation {
   bool stepped_ = false;
 };
 
-// The built-in trip around the globe: satellites and DOP once, then 21 positions.
+// The built-in trip around the globe: satellites and DOP once, followed by 21 positions.
 const std::vector<std::string>& builtInSimLines();
 
 }  // namespace vgps

@@ -5,7 +5,7 @@
 #include <span>
 #include <string_view>
 
-// The frame of the binary protocol of SiRF receivers. All numbers have their high byte first.
+// The frame format of the binary SiRF protocol. All numbers are big-endian.
 //
 //   A0 A2 | length, 16 bits | payload | checksum, 16 bits | B0 B3
 namespace vgps {
@@ -13,21 +13,22 @@ namespace vgps {
 inline constexpr std::string_view kSirfStart = "\xA0\xA2";
 inline constexpr std::string_view kSirfEnd = "\xB0\xB3";
 inline constexpr size_t kSirfHeader = 4;
-inline constexpr size_t kSirfOverhead = 8;  // all but the payload
+inline constexpr size_t kSirfOverhead = 8;  // everything except the payload
 
-// A binary message as it came.
+// A received binary message.
 struct SirfMessage {
   uint16_t start = 0;
   uint16_t length = 0;
-  std::span<const uint8_t> payload;  // looks into the received bytes; its first byte is the number
+  std::span<const uint8_t>
+      payload;  // refers to the received bytes; its first byte is the message number
   uint16_t checksum = 0;
   uint16_t end = 0;
 
   uint32_t number() const { return payload.empty() ? 0 : payload[0]; }
 };
 
-// The length of the frame that starts with `bytes`, as its header says; 0 while the header is not
-// whole.
+// The length of the frame at the start of `bytes`, according to its header; 0 if the header is
+// incomplete.
 constexpr size_t sirfFrameLength(std::string_view bytes) {
   if (bytes.size() < kSirfHeader) return 0;
   const auto high = static_cast<uint8_t>(bytes[2]);
@@ -35,7 +36,7 @@ constexpr size_t sirfFrameLength(std::string_view bytes) {
   return (size_t{high} << 8 | low) + kSirfOverhead;
 }
 
-// What a whole frame holds.
+// Decodes a complete frame.
 inline SirfMessage sirfMessageIn(std::string_view frame) {
   const auto* raw = reinterpret_cast<const uint8_t*>(frame.data());
   const auto word = [raw](size_t at) { return static_cast<uint16_t>(raw[at] << 8 | raw[at + 1]); };

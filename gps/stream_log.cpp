@@ -29,7 +29,7 @@ void writeStreamLog(GpsState& state, std::string_view chunk) {
   if (log.file == nullptr) log.file = openFile(log.path, "ab");
   const std::string_view text = chunk.substr(0, chunk.find('\0'));
   const bool ended = chunk.ends_with('\n');
-  // Flushed at once: what was received before a power cut is on record.
+  // Flushed immediately, so that everything received before a power failure is in the log.
   const bool written = log.file != nullptr && writeAll(log.file, text) &&
                        (ended || writeAll(log.file, "\r\n")) && std::fflush(log.file) == 0;
   if (!written && !log.failureTold) state.hooks.logFailed(log.path);

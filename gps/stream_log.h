@@ -6,9 +6,9 @@ namespace vgps {
 
 struct GpsState;
 
-// Appends a chunk to the log while logging is on, as text: up to its first zero byte, with CR LF
-// when it does not end in a line feed. The file is opened by the first chunk after logging is
-// switched on and closed by the first one after it is switched off.
+// Appends a chunk to the log while logging is on. It is written as text: up to its first zero byte,
+// with CR LF added if it does not end with a line feed. The first chunk after logging is switched
+// on opens the file; the first one after it is switched off closes it.
 void writeStreamLog(GpsState& state, std::string_view chunk);
 
 }  // namespace vgps

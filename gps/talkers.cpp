@@ -7,14 +7,14 @@
 namespace vgps {
 namespace {
 
-// In the order of preference between equally complete ones.
+// In order of preference among equally complete talkers.
 constexpr std::array<uint64_t, 6> kTalkerKeys = {lettersKey("GN"), lettersKey("GL"),
                                                  lettersKey("GA"), lettersKey("GB"),
                                                  lettersKey("BD"), lettersKey("GQ")};
 enum : int { kRmcKind = 0, kGgaKind = 1, kGsaKind = 2 };
 
-// So long after the last position sentence of GP another talker takes its place; and so long a
-// sentence kind counts as something that a talker sends.
+// How long after GP's last position sentence another talker takes its place, and how long a kind of
+// sentence counts as sent by a talker.
 constexpr uint32_t kSilenceMs = 3000;
 
 int talkerIndex(uint64_t key) {
@@ -31,8 +31,8 @@ int kindOf(SentenceType type) {
   }
 }
 
-// Whether a GSA speaks of GPS satellites: since NMEA 4.10 it says of which system. Those of Galileo
-// are numbered 1 to 36 as well and would mark the GPS satellites of the same numbers as used.
+// Whether a GSA is about GPS satellites; since NMEA 4.10 it names the system. Galileo satellites
+// are numbered 1 to 36 too and would mark GPS satellites with the same numbers as used.
 bool isGsaOfGps(const Sentence& sentence) {
   const std::string_view field = sentence.fields.orEmpty(GsaReport::kSystemField);
   const std::string_view number = field.substr(0, field.find_first_of("*\r\n"));
@@ -61,8 +61,8 @@ bool TalkerTranslation::standsInNow(int talker, int kind, uint32_t tick) {
   return tick - gpsTick_ >= kSilenceMs && mostCompleteTalker(tick) == talker;
 }
 
-// The talker with the most kinds of sentences, position sentences before all; -1 when none has
-// sent a position lately.
+// The talker that sends the most kinds of sentences, preferring position sentences; -1 if none has
+// sent a position recently.
 int TalkerTranslation::mostCompleteTalker(uint32_t tick) const {
   int best = -1;
   int bestScore = 0;

@@ -9,16 +9,16 @@ namespace vgps {
 
 enum class TalkerSetting : int32_t { automatic = 0, always = 1, never = 2 };
 
-// The parser knows the talker "GP" only. Receivers that combine systems answer as "GN", those of
-// one other system as GL, GA, GB, BD or GQ. This stage says when their RMC, GGA and GSA count as if
-// a GPS receiver had sent them.
+// The parser only accepts the talker "GP". Receivers that combine several systems use "GN"; those
+// for another single system use GL, GA, GB, BD, or GQ. This class decides when their RMC, GGA, and
+// GSA sentences are treated like those of a GPS receiver.
 class TalkerTranslation {
  public:
-  // Whether another talker's sentence is to be parsed as one of GP. `tick`: when it came,
+  // Whether to parse another talker's sentence like one of GP. `tick` is when it was received, in
   // milliseconds.
   bool standsInForGps(const Sentence& sentence, uint32_t tick, TalkerSetting setting);
 
-  // A new connection: nothing has been heard yet.
+  // Forgets all talkers, for a new connection.
   void reset() { *this = TalkerTranslation(); }
 
  private:
@@ -37,7 +37,7 @@ class TalkerTranslation {
 
   std::array<Talker, kTalkers> talkers_{};
   bool started_ = false;
-  uint32_t gpsTick_ = 0;  // of the last position sentence of GP, or of the first line of all
+  uint32_t gpsTick_ = 0;  // of GP's last position sentence or, before that, of the first line
 };
 
 }  // namespace vgps
