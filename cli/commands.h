@@ -44,8 +44,8 @@ struct SettingsOptions {
   std::string path, key, value;
 };
 int runSettings(const SettingsOptions& options);
-// The command line with "--" in front of the value that `settings set` is given, which may look
-// like an option, and with the file before everything else. Other command lines stay as they are.
+// For `settings set`: inserts "--" before the value, which may look like an option, and moves the
+// file option to the front. Returns other command lines unchanged.
 std::vector<std::string> withValueMarked(std::vector<std::string> words);
 
 struct XmlOptions {

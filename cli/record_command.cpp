@@ -86,7 +86,7 @@ class LogRecorder {
   size_t fixes_ = 0;
 };
 
-// The first date in the log. A receiver may send it only some lines after the start.
+// The date of the first line, even if a receiver sends a date only some lines later.
 std::optional<int64_t> firstDayOf(const std::string& path) {
   LogFile log(path);
   LogClock clock(0);

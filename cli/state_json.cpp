@@ -7,8 +7,8 @@
 namespace vgps {
 namespace {
 
-// JSON knows no infinity and would show null: the greatest number stands for it. A float reads back
-// to the same double only when it is printed as the double it is.
+// JSON has no infinity and would show null, so the largest number replaces it. A float reads back
+// as the same double only if it is printed as a double.
 double number(double value) {
   constexpr double kGreatest = std::numeric_limits<double>::max();
   return std::clamp(value, -kGreatest, kGreatest);

@@ -96,8 +96,8 @@ int writeTrackOutputs(std::span<const TrackOutput> outputs, int32_t speedUnit,
       return fail("cannot back up the damaged file " + output.path + "; nothing was written");
     }
   }
-  // All are on the disk before the first takes its place, and those that replace an input come
-  // last: until then the whole track is there.
+  // All outputs are written to disk before the first is renamed to its target, and those that
+  // replace an input come last: until then the whole track still exists.
   std::vector<std::pair<std::unique_ptr<OutputFile>, const TrackOutput*>> files;
   for (const bool replacing : {false, true}) {
     for (const TrackOutput& output : outputs) {

@@ -17,8 +17,8 @@ struct TrackInput {
   RecordingOptions written;  // which attributes the file contains
 };
 
-// False after one line on standard error when nothing could be read. Of a damaged file one line
-// says so, and its good part is taken.
+// Reads a track file. Prints a warning for a damaged file and uses its readable points. If nothing
+// can be read, prints an error and returns false.
 bool readTrackInput(const std::string& path, int32_t speedUnit, TrackInput& input);
 
 struct TrackOutput {

@@ -6,9 +6,9 @@
 
 namespace vgps {
 
-// One bar for each satellite of the view, as high as its C/N0: full where the satellite is used,
-// pale where it is only seen. Of several signals of a satellite the strongest counts. When there
-// are more satellites than room, the weakest are left out.
+// Draws one bar per satellite in view, with its C/N0 as height: solid if the satellite is used,
+// pale otherwise. Of several signals of a satellite, the strongest counts. If there is not enough
+// space for all, the weakest satellites are omitted.
 void drawSignalBars(Canvas& canvas, const Rect& box, std::span<const ViewedSatellite> view,
                     const Palette& palette, float textSize, float smallestText);
 

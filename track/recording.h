@@ -48,8 +48,9 @@ class Recording {
   bool continueRecovered();
   // Ignored during playback.
   void pauseOrResume();
-  // Ends recording or playing of `track`, of the current one when null. A recorded track is saved;
-  // with `ask` only when the user says so, and is cleared then. What could not be saved stays.
+  // Ends recording or playback of `track`, or of the current track if null. A recorded track is
+  // saved (with `ask`, only if the user agrees) and then cleared. A track that could not be saved
+  // stays.
   void stop(Track* track, bool ask);
 
   // Call this for every new fix while recording. Returns true if it became a point. A nonzero

@@ -23,9 +23,9 @@ struct TrackTimes {
   DateTime first;  // local time
   DateTime last;
   double seconds = 0;  // from the first to the last
-  // The part of it in which the track went on at a walker's pace at least (1 km/h between two
-  // points). Receivers wander while they stand, and a recording leaves the points of a stop out:
-  // so neither the points' own speeds nor their number tell a stop.
+  // The part during which the track advanced at walking pace or faster (1 km/h between two points).
+  // Receivers drift while at rest, and a recording omits the points of a stop, so neither the
+  // points' own speeds nor their number reveal a stop.
   double movingSeconds = 0;
   double movingKm = 0;
 };

@@ -100,7 +100,7 @@ bool refreshSettings(ConfigStore& store, Settings& settings);
 // The value of a row after its correction.
 double correctedNumber(const SettingRow& row, double value);
 
-// The values of these groups into the document, and the document to disk. False when that failed.
+// Writes the values of these groups to the document and saves it. Returns false if saving failed.
 bool saveSettings(ConfigStore& store, const Settings& settings,
                   std::span<const SettingGroup> groups);
 inline bool saveSettings(ConfigStore& store, const Settings& settings, SettingGroup group) {
