@@ -50,8 +50,8 @@ struct ReaderControl {
   std::atomic<uint32_t> generation{0};  // of the source that may be read
   std::atomic<int32_t> liveReaders{0};
   std::atomic<int32_t> opening{0};  // readers that the system blocks while opening a port
-  std::atomic<bool> portRequested{
-      false};  // the reader must look for its device; protected by `mutex`
+  // The reader must look for its device; protected by `mutex`.
+  std::atomic<bool> portRequested{false};
   // Locked by the reader that handles a block: after reopening, two readers may have one.
   std::mutex deliveryMutex;
   std::atomic<uint32_t> deliveringGeneration{0};  // of the reader that holds the lock; 0: none
@@ -193,8 +193,8 @@ struct GpsFix : FixRecord {
     bool simulation = false;
     std::shared_ptr<SerialPort> port;  // not null: open, or opened but could not be configured
     std::shared_ptr<LocationSensor> sensor;
-    uint32_t openRequest =
-        0;  // number of the last request; an attempt for an older one is obsolete
+    // Number of the last request; an attempt for an older one is obsolete.
+    uint32_t openRequest = 0;
   };
   // The device behind the port, to find it again.
   struct Device {

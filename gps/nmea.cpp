@@ -357,7 +357,7 @@ void applyTimeOfDay(const DateTime& utc, const DateTime& local, GpsFix& fix) {
   storeTimeOfDay(fix.localTime, local);
 }
 
-// When a fix is gained or lost, the display still shows the previous fix.
+// The repaint for a fix that is gained or lost still shows the previous values.
 void applyQuality(int32_t quality, GpsFix& fix) {
   const bool lost = fix.fixStatus == 1 && quality == 0;
   const bool gained = fix.fixStatus == 0 && quality == 1;

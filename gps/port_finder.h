@@ -36,8 +36,8 @@ struct PortFinderTimes {
 // that takes long to open (Bluetooth) is then abandoned: its thread closes it and ends once the
 // system lets it continue.
 //
-// All calls come from one thread. `changed` is called on the threads of the search, and not any
-// more once `stop` has returned; it must not call back.
+// Make all calls from one thread. `changed` is called on the threads of the search, but never after
+// `stop` has returned; it must not call back.
 class PortFinder {
  public:
   using MakePort = std::function<std::unique_ptr<SerialPort>()>;

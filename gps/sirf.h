@@ -19,8 +19,7 @@ inline constexpr size_t kSirfOverhead = 8;  // everything except the payload
 struct SirfMessage {
   uint16_t start = 0;
   uint16_t length = 0;
-  std::span<const uint8_t>
-      payload;  // refers to the received bytes; its first byte is the message number
+  std::span<const uint8_t> payload;  // inside the received bytes; byte 0 is the message number
   uint16_t checksum = 0;
   uint16_t end = 0;
 

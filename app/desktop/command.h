@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// Every command of the desktop program, by the names in res/commands.def.
+// All commands of the desktop program, by their names in res/commands.def.
 namespace vgps {
 
 enum class Command : uint32_t {
@@ -13,7 +13,7 @@ enum class Command : uint32_t {
 #undef COMMANDS
 };
 
-// How far a command stands behind the first one of its family.
+// The index of a command in its family.
 constexpr uint32_t operator-(Command command, Command first) {
   return static_cast<uint32_t>(command) - static_cast<uint32_t>(first);
 }

@@ -5,7 +5,7 @@
 #include "app/desktop/command.h"
 #include "app/desktop/desktop.h"
 
-// The handlers that the command table points at, by family; and the predicates of its menu items.
+// The handlers in the command table, by family, and the predicates of its menu items.
 namespace vgps {
 
 // commands_gps.cpp: the receiver, its log, the simulation
@@ -45,7 +45,7 @@ void resizeScreen(Desktop& app, Command command);
 void confirmPopup(Desktop& app, Command command);
 void openOptionDialog(Desktop& app, Command command);
 
-// commands_recording.cpp: the track that is being recorded
+// commands_recording.cpp: the current recording
 void startRecording(Desktop& app, Command command);
 void pauseOrResumeRecording(Desktop& app, Command command);
 void endRecording(Desktop& app, Command command);
@@ -60,7 +60,7 @@ bool isPaused(const AppState& app, Command command);
 bool takesMarks(const AppState& app, Command command);
 bool isPreset(const AppState& app, Command command);
 
-// commands_track.cpp: the current track while nothing is being recorded
+// commands_track.cpp: the current track while not recording
 void thinTrack(Desktop& app, Command command);
 void reverseTrack(Desktop& app, Command command);
 void joinTrack(Desktop& app, Command command);

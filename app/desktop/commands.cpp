@@ -14,7 +14,7 @@ constexpr CommandRow one(Command command, CommandHandler handler,
   return {command, command, handler, checked, enabled};
 }
 
-// The number itself is the argument, or the numbers have no meaning yet.
+// Either the handler uses the number as an argument, or the numbers have no meaning yet.
 constexpr CommandRow range(Command first, Command last, CommandHandler handler) {
   return {first, last, handler};
 }
@@ -27,8 +27,8 @@ constexpr CommandRow missing(Command first, Command last) {
   return range(first, last, notImplemented);
 }
 
-// Where families overlap the more specific row has the number: calculators among the views, go-to
-// and waypoints among the views of tracks and zones.
+// Where families overlap, the number belongs to the more specific row: calculators among the views,
+// "go to" and waypoints among the views of tracks and zones.
 constexpr auto kRows = std::to_array<CommandRow>({
     // clang-format off
     one(Command::gpsSetup, openOptionDialog),

@@ -12,36 +12,36 @@ namespace vgps {
 struct AppState;
 struct Desktop;
 
-// Does what the command says. On the user-interface thread.
+// Carries out the command, on the user-interface thread.
 using CommandHandler = void (*)(Desktop& app, Command command);
 using CommandPredicate = bool (*)(const AppState& app, Command command);
 
-// What a menu item, a key, a hot key or another part of the program can ask for.
+// A command that can come from a menu item, a key, a hot key, or another part of the program.
 struct CommandRow {
   Command command;
-  Command last;  // behind `command` only for a range
+  Command last;  // differs from `command` only for a range
   CommandHandler handler;
-  CommandPredicate checked = nullptr;  // a mark stands before the menu item
-  CommandPredicate enabled = nullptr;  // greyed when false; null: always
+  CommandPredicate checked = nullptr;  // the menu item has a check mark
+  CommandPredicate enabled = nullptr;  // grayed if this returns false; null: always enabled
 };
 
-// Ascending by number, no two with the same.
+// In ascending order of number, without duplicates.
 std::span<const CommandRow> commandRows();
 
-// Null when there is no such command.
+// Returns null if there is no such command.
 const CommandRow* findCommand(Command command);
 
-// False when there is no such command.
+// Returns false if there is no such command.
 bool runCommand(Desktop& app, Command command);
 
-// A command that came from a hot key: its result is shown at once, whatever was drawn just now.
+// Runs a command from a hot key: its result is shown immediately, even right after a repaint.
 bool runHotKey(Desktop& app, Command command);
 
 // Handler for commands that are not implemented yet; shows a notice in the status line. Rows that
 // use it list the missing features.
 void notImplemented(Desktop& app, Command command);
 
-// The text of a command's menu item: its number is 10000 and the command's.
+// The text of a command's menu item: its number is 10000 plus the command's.
 constexpr Text itemText(Command command) {
   return static_cast<Text>(10000 + static_cast<uint32_t>(command));
 }

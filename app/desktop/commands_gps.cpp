@@ -6,15 +6,15 @@
 #include "base/texts.h"
 #include "display/scene.h"
 
-// The receiver, its log, the simulation.
+// Commands for the receiver, its log, and the simulation.
 namespace vgps {
 namespace {
 
-// Of the commands 378, 379 and 380.
+// For commands 378, 379, and 380.
 constexpr SimMode kSimulationModes[] = {SimMode::tapping, SimMode::timer, SimMode::point};
 
-// The year and the milliseconds stay those of the computer: many receivers have a wrong year after
-// a week rollover, and none is right to the millisecond.
+// Keeps the computer's year and milliseconds: many receivers report a wrong year after a week
+// rollover, and none is accurate to the millisecond.
 DateTime systemTimeFrom(const DateTime& gpsUtc, DateTime systemUtc) {
   systemUtc.month = gpsUtc.month;
   systemUtc.day = gpsUtc.day;
@@ -28,7 +28,7 @@ DateTime systemTimeFrom(const DateTime& gpsUtc, DateTime systemUtc) {
 
 void connectFromSettings(Desktop& app, Command) { connectReceiver(app, sourceOfSettings(app)); }
 
-// For this run; what the settings choose stays.
+// For this run only; the settings do not change.
 void connectSimulation(Desktop& app, Command) { connectReceiver(app, {.simulate = true}); }
 
 void disconnect(Desktop& app, Command) {
@@ -78,7 +78,7 @@ bool isDisconnected(const AppState& app, Command) { return !app.fix.running; }
 bool isConnected(const AppState& app, Command) { return app.fix.running; }
 bool isSimulating(const AppState& app, Command) { return app.fix.running && app.fix.simulate; }
 bool hasFix(const AppState& app, Command) {
-  // The time of a receiver that was unplugged an hour ago is an hour old.
+  // A time from a receiver that was unplugged an hour ago would be an hour old.
   const uint32_t age = app.platform.clock.tick() - app.shown.lastFixTick;
   return app.fix.running && app.shown.fixSeen && app.shown.fix.fixStatus != 0 &&
          age <= kStaleAfterMs;

@@ -2,14 +2,14 @@
 #include "app/desktop/commands.h"
 #include "base/texts.h"
 
-// The program and its window, dialogs.
+// Commands for the program, its window, and its dialogs.
 namespace vgps {
 namespace {
 
 struct Size {
   int32_t width, height;
 };
-// Of the commands 801 to 806, pixels at 96 dots per inch.
+// For commands 801 to 806; pixels at 96 dpi.
 constexpr Size kSizes[] = {{240, 320}, {320, 240}, {240, 240}, {320, 320}, {640, 480}, {320, 480}};
 
 }  // namespace
@@ -23,7 +23,7 @@ void resizeScreen(Desktop& app, Command command) {
   app.window.resizeClient(size.width, size.height);
 }
 
-// "OK" of a pop-up menu closes it, which the system has done already.
+// "OK" in a pop-up menu closes it, which the system has already done.
 void confirmPopup(Desktop&, Command) {}
 
 void openOptionDialog(Desktop& app, Command command) {

@@ -2,7 +2,7 @@
 #include "app/desktop/keeping.h"
 #include "base/texts.h"
 
-// The track that is being recorded.
+// Commands for the current recording.
 namespace vgps {
 namespace {
 
@@ -39,8 +39,8 @@ void recordPointNow(Desktop& app, Command) {
   app.recorder.requestPoint();
 }
 
-// Into the settings as well, so that the recording dialog shows it. A running recording keeps the
-// thresholds it began with.
+// Also stored in the settings, so that the recording dialog shows it. A running recording keeps its
+// thresholds.
 void choosePreset(Desktop& app, Command command) {
   const RecordingPreset& preset = kRecordingPresets[command - Command::presetWalking];
   applyPreset(preset, app.recorder.options);

@@ -6,11 +6,11 @@
 #include "track/thinning.h"
 #include "track/track_file.h"
 
-// The current track while nothing is being recorded.
+// Commands for the current track while not recording.
 namespace vgps {
 namespace {
 
-// Says why when there is nothing to work on.
+// If the track cannot be edited, tells the user why.
 bool canEdit(Desktop& app) {
   if (app.recorder.track.state != kIdle) {
     showNotice(app, textOf(Text::endRecordingFirst));
@@ -28,7 +28,8 @@ void tellChanged(Desktop& app) {
   repaintThrottled(app);
 }
 
-// The track of a file that the user chooses. False when there is none; that is told then.
+// Loads a track from a file that the user chooses. Returns false if there is none; the user has
+// been told then.
 bool chooseTrack(Desktop& app, Track& track) {
   const std::string path = app.window.chooseFile({.title = std::string(textOf(Text::chooseTrack)),
                                                   .kind = std::string(textOf(Text::tracks)),
@@ -45,7 +46,7 @@ bool chooseTrack(Desktop& app, Track& track) {
   return false;
 }
 
-// What was recorded and not saved goes only when the user says so.
+// Unsaved points are only discarded if the user agrees.
 bool mayReplace(Desktop& app) {
   return app.recorder.track.points.empty() || askQuestion(app, Text::askToDiscard);
 }
@@ -95,7 +96,7 @@ void discardTrack(Desktop& app, Command) {
   tellChanged(app);
 }
 
-// Sent to the screens that show the track.
+// Sent by the program when the track has changed.
 void trackChanged(Desktop& app, Command) { repaintThrottled(app); }
 
 bool hasFinishedTrack(const AppState& app, Command) {

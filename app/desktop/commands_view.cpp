@@ -4,11 +4,11 @@
 #include "base/texts.h"
 #include "display/screens.h"
 
-// Screens, colours, projections.
+// Commands for screens, colors, and projections.
 namespace vgps {
 namespace {
 
-// Of the commands that show a screen: 200 and the screen's number.
+// A command that shows a screen is 200 plus the screen's number.
 constexpr uint32_t kViews = 200;
 
 Screen screenOf(Command view) { return static_cast<Screen>(static_cast<uint32_t>(view) - kViews); }
@@ -25,10 +25,10 @@ void changeScreen(Desktop& app, Screen screen) {
 
 void showScreen(Desktop& app, Command command) { changeScreen(app, screenOf(command)); }
 
-// Numbers among the views that no screen has.
+// Numbers among the views that do not belong to a screen.
 void ignoreView(Desktop&, Command) {}
 
-// The next view of the table that is drawn.
+// Shows the next implemented screen of the table.
 void showNextScreen(Desktop& app, Command) {
   const auto rows = commandRows();
   const Screen current = app.currentScreen;

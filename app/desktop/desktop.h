@@ -11,41 +11,41 @@
 
 namespace vgps {
 
-// What the user is asked for a file by.
+// How to ask the user for a file.
 struct FileChoice {
   std::string title;    // of the dialog
-  std::string kind;     // in words: "Tracks"
-  std::string pattern;  // "*.xml"; several with semicolons between
+  std::string kind;     // describes the files: "Tracks"
+  std::string pattern;  // "*.xml"; several patterns separated by semicolons
 };
 
-// The main window as the desktop program sees it: besides what the session asks for, its size, its
-// dialogs and its end. On the user-interface thread.
+// The main window as seen by the desktop program: adds its size, its dialogs, and closing to what
+// the session needs. Used on the user-interface thread.
 class DesktopWindow : public Window {
  public:
-  // A press of the left button at client coordinates, packed as window messages carry them: x in
-  // the lower 16 bits, y in the upper. Posted, not sent.
+  // Posts a left button press at client coordinates, packed like in window messages: x in the lower
+  // 16 bits, y in the upper.
   virtual void postTap(uint32_t) {}
-  // Makes the drawing area so large, pixels at 96 dots per inch.
+  // Resizes the drawing area; in pixels at 96 dpi.
   virtual void resizeClient(int32_t, int32_t) {}
-  // Shows the dialog that the command opens and waits until it is closed. False when there is no
+  // Shows the dialog for the command and waits until it is closed. Returns false if there is no
   // such dialog.
   virtual bool openDialog(Command) { return false; }
-  // The path of an existing file that the user chose; empty when none.
+  // Lets the user choose an existing file and returns its path; empty if none was chosen.
   virtual std::string chooseFile(const FileChoice&) { return {}; }
-  // Posts a request to close, as the frame's button does; the answer is `closeRequested`.
+  // Posts a close request, like the close button of the frame; it is handled by `closeRequested`.
   virtual void close() {}
-  // Takes menu, child and window away and ends the message loop.
+  // Destroys the window with its menu and child windows and ends the message loop.
   virtual void destroy() {}
 };
 
-// The desktop program: the session and the window around it.
+// The complete state of the desktop program: the session's state plus the window.
 struct Desktop : AppState {
   Desktop(Platform platformToUse, DesktopWindow& windowToUse)
       : AppState(std::move(platformToUse)), window(windowToUse) {}
 
-  DesktopWindow& window;           // also the platform's
-  bool commandFromHotKey = false;  // while such a command runs
-  uint32_t tapPoint = 0;           // of a tap that waits; packed as `DesktopWindow::postTap` says
+  DesktopWindow& window;           // the same object as platform.window
+  bool commandFromHotKey = false;  // while such a command is running
+  uint32_t tapPoint = 0;           // of a pending tap, packed as in `DesktopWindow::postTap`
 };
 
 }  // namespace vgps

@@ -7,7 +7,7 @@
 namespace vgps {
 namespace {
 
-// The map follows the recording's options soon, everything else is to be seen at once.
+// The map follows the recording options a little later; everything else is shown immediately.
 void followDialog(AppState& app, const Dialog& dialog) {
   applySettings(app);
   const bool recording = dialog.command == Command::recordingOptions;
@@ -18,7 +18,7 @@ void followDialog(AppState& app, const Dialog& dialog) {
 PortSearch beginSearch(AppState& app, uint32_t speed) {
   app.link.close(true);
   app.platform.window.repaint();
-  // Of the program only what outlives it: the search may hang in a port for longer.
+  // The search may hang in a port for a long time, so it must not refer to `app`.
   return [makePort = app.platform.makePort, speed](const std::function<bool(uint32_t)>& cancelled) {
     return scanPorts(makePort, speed, cancelled);
   };

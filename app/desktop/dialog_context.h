@@ -5,8 +5,8 @@
 
 namespace vgps {
 
-// What the settings dialogs of the program work on. `app` outlives it. The port search takes the
-// connection for itself: until it has ended, no other code may open or close one.
+// The context of the program's settings dialogs. `app` must outlive it. The port search closes the
+// connection: until the search has ended, no other code may open or close one.
 DialogContext dialogContextOf(AppState& app);
 
 }  // namespace vgps

@@ -8,11 +8,11 @@
 namespace vgps {
 namespace {
 
-// Not the element that the loader reads "fzsl" from: names in the document are told apart by case,
-// and documents hold their hidden options here.
+// Not the same element as "cfg\\other", where the loader reads "fzsl": names are case-sensitive,
+// and documents have their hidden options here.
 constexpr const char* kPath = "Cfg\\Other";
 
-// Whatever else is typed would leave a document that cannot be read again.
+// Any other text would produce a document that cannot be read.
 bool isAttributeName(std::string_view name) {
   const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
   const auto goesOn = [&](char c) {

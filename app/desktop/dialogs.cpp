@@ -12,7 +12,7 @@ namespace vgps {
 namespace {
 
 constexpr int kStoredDecimals = 2;
-constexpr size_t kNumberCharacters = 11;  // of the least 32-bit number
+constexpr size_t kNumberCharacters = 11;  // length of the lowest 32-bit number
 
 std::vector<DialogItem> itemsOf(const DialogField& field, const DialogContext& context) {
   if (field.items != nullptr) return field.items(context);
@@ -39,7 +39,7 @@ int32_t wholeOf(const DialogField& field, const Settings& settings) {
   return static_cast<int32_t>(numberOf(settings, *field.setting));
 }
 
-// As the document has it, in words.
+// The value as the document stores it, as text.
 std::string storedText(const DialogField& field, const Settings& settings) {
   const SettingRow& row = *field.setting;
   switch (row.type) {
@@ -87,8 +87,8 @@ void fillField(const DialogField& field, DialogView& view, const DialogContext& 
   }
 }
 
-// The loader's own rule also holds for what the user types; a flag that every start switches off
-// is theirs to switch on.
+// The loader's rule also applies to what the user enters, except that the user may switch on a flag
+// that is switched off at every start.
 double corrected(const DialogField& field, double value) {
   if (value < field.correction.lowest || value > field.correction.highest) {
     return field.correction.instead;
@@ -97,13 +97,13 @@ double corrected(const DialogField& field, double value) {
   return row.rule == RangeRule::forcedOff ? value : correctedNumber(row, value);
 }
 
-// People write the decimal sign of their region, whatever the program shows.
+// Users type the decimal separator of their region, whatever the program shows.
 double decimalOf(std::string text) {
   std::replace(text.begin(), text.end(), ',', '.');
   return leadingDouble(text);
 }
 
-// A box shows more than is stored when one of its suggestions was chosen.
+// If a suggestion was chosen, the box shows more than the stored value.
 std::string typedText(const DialogField& field, DialogView& view, const DialogContext& context) {
   std::string text = view.text(field.control);
   if (field.kind == FieldKind::box) {
@@ -161,8 +161,8 @@ void acceptField(const DialogField& field, DialogView& view, DialogContext& cont
   }
 }
 
-// A checked box stays enabled whatever else is checked: a document that has two of them set would
-// otherwise leave the user with nothing to press.
+// A checked box stays enabled whatever else is checked: if a document has two of them set, the user
+// could otherwise not uncheck either.
 void enableControls(const Dialog& dialog, DialogView& view) {
   const auto isOff = [&](uint16_t control) {
     return std::any_of(dialog.fields.begin(), dialog.fields.end(), [&](const DialogField& field) {
@@ -181,7 +181,7 @@ void enableControls(const Dialog& dialog, DialogView& view) {
   }
 }
 
-// The control that edits a setting; 0 when none does.
+// The control for a setting; 0 if there is none.
 uint16_t controlOf(const Dialog& dialog, Setting setting) {
   for (const DialogField& field : dialog.fields) {
     if (field.setting == setting) return field.control;

@@ -29,7 +29,7 @@ constexpr DialogField number(uint16_t control, Text label, Setting setting,
           .correction = correction};
 }
 
-// A zero or empty value becomes the default.
+// Zero or an empty value is replaced by the default.
 constexpr DialogField aboveZero(uint16_t control, Text label, Setting setting, int32_t standard) {
   return number(control, label, setting, {.lowest = 1, .instead = standard});
 }
@@ -98,7 +98,7 @@ constexpr DialogAction preset(uint16_t control, Text label, const RecordingPrese
 
 // Receiver
 
-// The numbers that the user may type without looking, and the ports that are there, by name.
+// Port numbers that the user can select without searching, and the names of existing ports.
 std::vector<DialogItem> portItems(const DialogContext& context) {
   constexpr int kNumbers = 20;
   std::vector<DialogItem> items;
@@ -122,7 +122,7 @@ std::vector<DialogItem> speedItems(const DialogContext&) {
           {"9600", "9600"}, {"19200", "19200"}, {"38400", "38400"}};
 }
 
-// A source of its own makes the serial line and the other two meaningless.
+// While one of these sources is selected, the serial port and the other sources have no effect.
 constexpr uint16_t kNotWhenSimulated[] = {CONTROL_PORT, CONTROL_BAUD_RATE, CONTROL_GPS_API,
                                           CONTROL_SENSOR_API};
 constexpr uint16_t kNotWithGpsApi[] = {CONTROL_PORT, CONTROL_BAUD_RATE, CONTROL_SIMULATE,
@@ -220,7 +220,7 @@ constexpr SettingGroup kDistanceGroups[] = {SettingGroup::distance};
 
 // Display
 
-// The placeholder of the list stands for the ellipsoid that it is taken as.
+// The list's placeholder is shown as the ellipsoid that it stands for.
 std::vector<DialogItem> ellipsoidItems(const DialogContext&) {
   std::vector<DialogItem> items;
   for (size_t i = 0; i < kEllipsoids; ++i) {
@@ -308,7 +308,7 @@ constexpr DialogField kPlayFields[] = {
     upTo30(CONTROL_PATH_LINE, Text::playbackPath, &Settings::pathLineSize, 5),
     upTo30(CONTROL_MAP_LINE, Text::playbackMap, &Settings::mapLineSize, 2),
 };
-// The announcement of marks is kept with the recording.
+// The option to announce marks is saved with the recording settings.
 constexpr SettingGroup kPlayGroups[] = {SettingGroup::playback, SettingGroup::recording};
 
 // Looks and sounds

@@ -17,7 +17,7 @@ struct AnswerRow {
   Text text;
 };
 
-// Continuing stands in front, because there are times without it; the harmless one behind.
+// "Continue" comes first, because it is sometimes left out; the harmless answer comes last.
 constexpr AnswerRow kAnswers[] = {{Answer::resume, Text::recoverContinue},
                                   {Answer::save, Text::recoverSave},
                                   {Answer::remove, Text::recoverDelete},
@@ -92,7 +92,7 @@ void offerRecovery(AppState& app) {
     const JournalResult result = unfinished.open(path);
     if (result == JournalResult::open) {
       answer(app, unfinished);
-    } else if (result != JournalResult::inUse) {  // another copy of the program records there
+    } else if (result != JournalResult::inUse) {  // another copy of the program is recording there
       const std::string message = unfinished.message(result);
       if (!message.empty()) app.platform.window.tellError(message);
     }

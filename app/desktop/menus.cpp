@@ -140,7 +140,7 @@ constexpr auto kAccelerators = std::to_array<KeyRow>({
     {'T', true, false, false, Command::allOptions},
 });
 
-// With Ctrl, Alt and Shift together, which other programs leave alone.
+// Combined with Ctrl, Alt, and Shift, which other programs rarely use.
 constexpr auto kHotKeys = std::to_array<KeyRow>({
     {'C', true, true, true, Command::connect},
     {'R', true, true, true, Command::startRecording},

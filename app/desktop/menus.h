@@ -11,29 +11,29 @@ namespace vgps {
 
 struct AppState;
 
-// The menu bar, in the order of its items; popups nest.
+// A row of the menu bar, in display order; popups can be nested.
 struct MenuRow {
   enum Kind : uint8_t { popup, item, separator, end };
   Kind kind;
-  Text text{};        // of a popup
-  Command command{};  // of an item
+  Text text{};        // for a popup
+  Command command{};  // for an item
 };
 std::span<const MenuRow> menuRows();
 
-// Keys are the system-independent numbers that Windows calls virtual key codes: letters and digits
-// as their ASCII capitals, F1 is 0x70.
+// Keys use the numbers of Windows virtual key codes on every system: letters and digits are ASCII
+// (upper case), F1 is 0x70.
 struct KeyRow {
   uint16_t key;
   bool control, shift, alt;
   Command command;
 };
 
-// While the program's window is in front.
+// Keys that work while the program's window is active.
 std::span<const KeyRow> acceleratorRows();
-// Whatever program is in front.
+// Keys that work while any program is active.
 std::span<const KeyRow> hotKeyRows();
 
-// "Connect\tF5": the text with its mnemonic ("&") and, where there is one, the key behind a tab.
+// "Connect\tF5": the text with its mnemonic ("&") and, if it has one, its key after a tab.
 std::string menuItemText(Command command);
 // "Ctrl+Shift+R"
 std::string keyText(const KeyRow& row);

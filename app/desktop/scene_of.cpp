@@ -13,7 +13,7 @@ namespace {
 ReceiverState stateOf(const AppState& app, uint32_t now) {
   const UiFix& shown = app.shown;
   if (app.link.state() == Link::State::lost) return ReceiverState::lost;
-  // The record keeps the status that a source before gave it.
+  // The record still contains the fix status of the previous source.
   return receiverState(app.fix.running, shown.dataSeen, now - shown.lastDataTick,
                        shown.fixSeen ? shown.fix.fixStatus : 0);
 }
@@ -22,8 +22,8 @@ bool isFresh(const ArrivalTicks::Arrival& arrival, uint32_t now) {
   return arrival.ever && now - arrival.tick <= kStaleAfterMs;
 }
 
-// A value that nothing has vouched for yet, as of a receiver that has never had a fix, is an old
-// one at best.
+// A value that no sentence has reported yet (from a receiver that never had a fix) is shown as
+// stale at best.
 ValueAges agesOf(const UiFix& shown, uint32_t now) {
   const uint32_t unvouched = std::max(now - shown.lastDataTick, kStaleAfterMs + 1);
   const auto age = [&](const ArrivalTicks::Arrival& arrival) {
@@ -39,7 +39,7 @@ ValueAges agesOf(const UiFix& shown, uint32_t now) {
           .dilution = age(arrivals.dilution)};
 }
 
-// Of any number that a document holds.
+// Maps any number in a document to a valid unit.
 int32_t altitudeUnitOf(int32_t setting) {
   return setting == kInches || setting == kFeet ? setting : kMetres;
 }

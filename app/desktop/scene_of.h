@@ -5,11 +5,11 @@
 
 namespace vgps {
 
-// What the screens show now, out of the user interface's own copy of the fix. On the
-// user-interface thread; the scene looks into `app.shown`.
+// Builds the scene from the user interface's own copy of the fix. Call it on the user-interface
+// thread; the scene refers to `app.shown`.
 Scene makeScene(const AppState& app);
 
-// Whether the program starts in the dark colours: from eight in the evening to six.
+// Whether the program starts with the night colors: from 8 p.m. to 6 a.m.
 bool isNightHour(const DateTime& local);
 
 }  // namespace vgps

@@ -6,14 +6,14 @@
 namespace vgps {
 namespace {
 
-// No is the default.
+// Asks the user; No is the default.
 bool mayLose(Desktop& app, size_t points) {
   return points == 0 || app.window.ask(textWith(Text::askToCloseUnsaved, std::to_string(points)));
 }
 
-// Whether closing loses no point of the track, or the user knows and wants it. `recorded`: the
-// recording was ended just now, and what is left of it the library has refused; the message said
-// why, so the program stays open without another question. The next close asks.
+// Whether closing loses no points, or the user agrees to lose them. `recorded` means that the
+// recording ended just now and the library refused its points. The error message has been shown
+// then, so the program stays open without another question; the next close asks.
 bool mayClose(Desktop& app, bool recorded) {
   Recorder& recorder = app.recorder;
   const size_t points = app.recorder.track.points.size();
@@ -25,7 +25,7 @@ bool mayClose(Desktop& app, bool recorded) {
   const size_t unsavedPoints = recorder.resumeJournal();
   if (recorded && unsavedPoints > 0) return false;
   if (!mayLose(app, unsavedPoints)) return false;
-  recorder.closeJournal();  // the disk may have room now
+  recorder.closeJournal();  // the disk may have space now
   return true;
 }
 
@@ -38,7 +38,7 @@ bool closeRequested(Desktop& app) {
     runCommand(app, Command::endRecording);
   }
   if (!mayClose(app, state == kRecording)) return false;
-  app.fix.stopReaders(0);  // they end by themselves; who waits for them comes later
+  app.fix.stopReaders(0);  // only signals them; the program waits for them later
   app.window.destroy();
   return true;
 }

@@ -19,8 +19,8 @@ namespace {
 
 constexpr int32_t kStartsBetweenReminders = 20;
 
-// Virus scanners and backups hold a file for a moment, most of all when the computer was just
-// switched on.
+// Virus scanners and backup programs may have the file open for a moment, especially right after
+// the computer starts.
 bool openPatiently(ConfigStore& config, const std::string& path,
                    std::chrono::milliseconds patience) {
   constexpr std::chrono::milliseconds kStep(50);
@@ -50,9 +50,9 @@ void simulateTrack(AppState& app, const StartOptions& options) {
   connectReceiver(app, {.simulate = true});
 }
 
-// A damaged document stays as it is until the user changes a setting: it may still be mended.
-// The notice may pass behind the question that follows, so it does not count as told of anything
-// else.
+// A damaged document is left unchanged until the user changes a setting, because it may still be
+// repaired. This notice may be hidden by the question that follows, so it does not count as having
+// told the user.
 void writeCountdown(AppState& app, int32_t starts) {
   app.settings.updateCountdown = starts;
   if (!app.config.isFullyLoaded()) return;
@@ -94,7 +94,7 @@ void applyStartOptions(Desktop& app, const StartOptions& options) {
 }
 
 void remindOfUpdates(Desktop& app) {
-  if (!app.config.readable()) return;  // the count is in there
+  if (!app.config.readable()) return;  // the countdown is in the unreadable file
   if (app.settings.updateCountdown > 0)
     return writeCountdown(app, app.settings.updateCountdown - 1);
   writeCountdown(app, kStartsBetweenReminders);
@@ -121,8 +121,8 @@ bool endProgram(AppState& app) {
     app.platform.window.tellError(textOf(Text::pointsLost));
   }
   if (app.config.save()) return true;
-  // In a folder that nobody may write to every start is counted in vain; the user need not hear of
-  // that at each end.
+  // In a read-only folder the countdown can never be saved; the user need not be told at every
+  // exit.
   if (!app.config.changedOnly(*Setting(&Settings::updateCountdown))) {
     app.config.tellSaveFailure([&](std::string_view text) { app.platform.window.tellError(text); });
   }

@@ -7,8 +7,8 @@
 #include "app/desktop/desktop.h"
 #include "app/desktop/start_options.h"
 
-// The start of the program and its end, in the steps that no window is needed for. The program
-// with the window calls them in this order:
+// The steps of startup and shutdown that do not need a window. The desktop program runs them in
+// this order:
 //
 //   another instance?        kInstanceQueryName, isOwnAnswer
 //   the font of the program
@@ -25,38 +25,38 @@ inline constexpr const char* kInstanceQueryName = "VGPS_INSTANCE_QUERY";
 inline constexpr uint32_t kInstanceAnswer = 0xFEFEFEFE;
 inline constexpr uint32_t kInstanceQueryMs = 2000;
 
-// Whether what came back for the query is the answer of a running copy; its lower 32 bits count.
+// Whether the reply to the query came from a running copy; only its lower 32 bits count.
 constexpr bool isOwnAnswer(uint64_t answer) {
   return static_cast<uint32_t>(answer) == kInstanceAnswer;
 }
 
 void startClocks(AppState& app);
 
-// Loads the settings document of `app.paths` and takes every value over. One that is damaged is
-// told, and so is one that another program does not let go of for so long; the defaults hold then.
+// Loads the settings document of `app.paths` and applies every value. Tells the user if it is
+// damaged or if another program keeps it locked for longer than `patience`; then the defaults
+// apply.
 void startSettings(AppState& app,
                    std::chrono::milliseconds patience = std::chrono::milliseconds(1000));
 
 void applyStartOptions(Desktop& app, const StartOptions& options);
 
-// Counts the starts down; asks at the end and at the very first one. Nothing while the settings
-// cannot be read.
+// Counts down program starts; asks about updates when the countdown ends and at the very first
+// start. Does nothing while the settings cannot be read.
 void remindOfUpdates(Desktop& app);
 
-// Connects when the settings say so. Nothing when the start options have connected already.
+// Connects if the settings say so, unless the start options have already connected.
 void autoConnect(Desktop& app);
 
-// What the program does as soon as its window is there, in this order: the timers, the recording
-// that a crash has left behind (app/desktop/keeping.h), the start options, the reminder of updates,
-// connecting. False when the user closed the window at one of the questions: `isOpen` is asked
-// behind them.
+// What the program does once its window exists, in this order: the timers, unfinished recordings
+// (app/desktop/keeping.h), the start options, the update reminder, connecting. Returns false if the
+// user closed the window during one of the questions; `isOpen` is checked after them.
 bool startWork(Desktop& app, const StartOptions& options, const std::function<bool()>& isOpen);
 
 // Handles a request to close the program. Returns false, with nothing changed, if the user cancels.
 bool closeRequested(Desktop& app);
 
-// After the message loop: what was changed is written. False when that failed; it is told unless it
-// was before.
+// After the message loop: saves what was changed. Returns false if that failed; the user is told
+// unless that was done before.
 bool endProgram(AppState& app);
 
 }  // namespace vgps

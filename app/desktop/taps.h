@@ -6,10 +6,10 @@ namespace vgps {
 
 inline constexpr uint32_t kTapDelayMs = 100;
 
-// A press at this point follows after a tenth of a second, unless another one comes before.
+// Delays a tap by a tenth of a second; a tap that follows within that time replaces it.
 void delayTap(Desktop& app, uint32_t point);
 
-// When `kTapTimer` has come.
+// Called when `kTapTimer` fires.
 void onTapTimer(Desktop& app);
 
 }  // namespace vgps

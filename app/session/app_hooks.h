@@ -14,7 +14,7 @@ namespace vgps {
 // user-interface thread, tagged with the generation of the source that sent it.
 class AppHooks : public GpsHooks {
  public:
-  // `deliveringGeneration`: the generation of the source whose reader calls.
+  // `deliveringGeneration` is the generation of the source whose reader is calling.
   AppHooks(UiThread& uiThread, Sounds& sounds, Window& window,
            const std::atomic<uint32_t>& deliveringGeneration)
       : uiThread_(uiThread),

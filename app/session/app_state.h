@@ -35,29 +35,30 @@ struct Platform {
   Window& window;
   std::function<std::unique_ptr<SerialPort>()> makePort;
   LocationSensorManager* sensors = nullptr;
-  // The rest may be missing where the system cannot do it.
+  // The rest may be empty if the system does not provide it.
   std::function<std::vector<PortName>()> listPorts = {};  // called by readers too
   std::function<bool(const DateTime& utc)> setSystemTime = {};
-  // Starts the system's installer for mobile devices with this argument; false when there is none.
+  // Starts the system's installer for mobile devices with this argument. Returns false if there is
+  // none.
   std::function<bool(const std::string& argument)> runDeviceInstaller = {};
   LibraryDisk disk = {};
 };
 
-// When the values that are shown came last.
+// When each kind of shown value was last received.
 struct ArrivalTicks {
   struct Arrival {
     bool ever = false;
     uint32_t tick = 0;  // milliseconds
   };
-  Arrival position;  // from a sentence that vouches for a fix, as the next two
+  Arrival position;  // from a sentence with a fix, like `motion` and `altitude`
   Arrival motion;    // speed and course
   Arrival altitude;
   Arrival time;
-  Arrival used;      // count of satellites
-  Arrival view;      // the satellites that are heard
-  Arrival dilution;  // of precision
-  Arrival quality;   // of the fix, as a sentence with more to say than "valid" gave it
-  Arrival noise;     // bytes that are not understood; of this connection, like the quality
+  Arrival used;      // number of satellites used
+  Arrival view;      // satellites in view
+  Arrival dilution;  // of precision (DOP values)
+  Arrival quality;   // fix quality, from a sentence that reports more than "valid"
+  Arrival noise;     // unrecognized bytes; reset with each connection, like `quality`
 };
 
 // The user interface's copy of the receiver data, taken while the reader is blocked. Drawing,
@@ -73,30 +74,30 @@ struct UiFix {
   int32_t epochSentenceKind = 0;
   int32_t inputProtocol = kNmeaText;
   bool satellitesInUseKnown = false;
-  bool dataSeen = false;      // a line has come since the connection was opened
-  uint32_t lastDataTick = 0;  // when it came
-  bool fixSeen = false;       // likewise a position sentence or message with a fix
+  bool dataSeen = false;      // a line has been received since connecting
+  uint32_t lastDataTick = 0;  // when the last line was received
+  bool fixSeen = false;       // a sentence or message with a fix has been received since connecting
   uint32_t lastFixTick = 0;
-  ArrivalTicks arrivals;        // of connections before as well
-  int32_t quality = 0;          // of the fix: 1 GPS, 2 differential ...
-  uint64_t lastByteMicros = 0;  // when the end of the newest line came; 0 in a replay
+  ArrivalTicks arrivals;        // including those from earlier connections
+  int32_t quality = 0;          // of the fix: 1 GPS, 2 differential, ...
+  uint64_t lastByteMicros = 0;  // when the end of the newest line arrived; 0 in a replay
 };
 
-// Features that other rooms provide. An empty one is not available.
+// Features that other rooms provide. An empty function means that the feature is not available.
 struct AppExtensions {
-  // The track as the text of a GPX document.
+  // Converts the track to the text of a GPX document.
   std::function<bool(const Track&, std::string& document)> buildGpx;
   // A track or GPX file as lines of the simulation; an empty path means the last track of the
   // library.
   std::function<bool(const std::string& path, std::vector<std::string>& lines)> simulationFrom;
-  // A complete fix while a track is played.
+  // Called with each complete fix during playback.
   std::function<void(const UiFix&)> followRoute;
-  // Duties of the timers 3 and 5, on worker threads of their own.
+  // What timers 3 and 5 do, on worker threads.
   std::function<void()> reportPosition;
   std::function<void()> updatePursue;
 };
 
-// The turn that a played track makes soon.
+// The warning about the next turn of a track that is being played.
 struct TurnWarning {
   bool raised = false;
   int32_t repeatCount = 0;
@@ -114,13 +115,13 @@ enum class ColourScheme : uint8_t { day, night, custom };
 // Display updates pending from handled receiver messages. Skipped messages add none.
 struct PendingDisplay {
   bool waiting = false;  // a message was handled since the last repaint
-  // For so many more handled messages the displays point out...
+  // The number of further messages during which the displays highlight...
   int32_t messageCountdown = 0;  // ...`lastMessageText`
-  uint32_t messageSource = 0;    // whose it is: the generation of the source
-  int32_t maximumCountdown = 0;  // ...which of the greatest values are new ones
+  uint32_t messageSource = 0;    // the generation of the source that sent it
+  int32_t maximumCountdown = 0;  // ...which of the maximum values are new
   bool newMaxSpeed = false;
   bool newMaxAltitude = false;
-  double maxSpeed = 0;  // as last handled
+  double maxSpeed = 0;  // when the last message was handled
   double maxAltitude = 0;
 };
 
@@ -129,7 +130,7 @@ struct AppState;
 // Passes the recorder's requests on to the parts of the program.
 class SessionRecorderHooks : public RecorderHooks {
  public:
-  // `app` outlives this.
+  // `app` must outlive this.
   explicit SessionRecorderHooks(AppState& app) : app_(app) {}
 
   RecorderPlaces places() const override;
@@ -142,7 +143,7 @@ class SessionRecorderHooks : public RecorderHooks {
   void journalRefused(const std::string& path) override;
   void journalFailed() override { journalFailed_ = true; }
 
-  // Whether the disk has refused points since this was asked last.
+  // Whether the disk has refused points since the last call.
   bool takeJournalFailure() { return journalFailed_.exchange(false); }
 
  private:
@@ -180,34 +181,34 @@ struct AppState {
   Projection projection = Projection::cartesian2d;
   ColourScheme scheme = ColourScheme::day;
   RepaintThrottle repaints;
-  int32_t frameSkip = 0;  // of N line messages one is handled; 0 and 1 handle all
+  int32_t frameSkip = 0;  // handle one of N line messages; 0 and 1 handle all
   int32_t frameCountdown = 0;
   PendingDisplay pendingDisplay;
 
-  std::string notice;  // one line that the status shows for a while
+  std::string notice;  // one line shown in the status line for a while
   uint32_t noticeTick = 0;
-  std::vector<std::string> rawLog;  // rows of the raw log screen, the newest last
-  std::string lastMessageText;      // "Sirf msg ..." of binary input, "SENS msg: ..." of a sensor
+  std::vector<std::string> rawLog;  // rows of the raw log screen, newest last
+  std::string lastMessageText;  // "Sirf msg ..." from binary input, "SENS msg: ..." from a sensor
 
-  // From the last byte of the data to the drawing that shows them.
+  // From the last byte of the data until it was drawn.
   uint64_t readoutDelayMicros = 0;
-  uint64_t drawnByteMicros = 0;  // of which data it was measured
+  uint64_t drawnByteMicros = 0;  // the lastByteMicros it was measured for
 };
 
-// Shows one line in the status for ten seconds.
+// Shows one line in the status line for ten seconds.
 void showNotice(AppState& app, std::string_view text);
-// The notice, or nothing when its time is over.
+// The notice, or an empty text once its time is over.
 std::string_view currentNotice(const AppState& app);
 
-// A yes-or-no question; No is the default.
+// Asks a yes/no question; No is the default.
 bool askQuestion(AppState& app, Text text);
 
-// Redraws the current screen, at most every 800 ms.
+// Redraws immediately, after a key or button press.
 bool repaintThrottled(AppState& app);
 // Redraws at once, after a key or a button.
 void repaintNow(AppState& app);
 
-// To be called when a screen that shows the fix has been drawn.
+// Call this after drawing a screen that shows the fix.
 void noteDrawn(AppState& app);
 
 }  // namespace vgps

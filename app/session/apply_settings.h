@@ -10,9 +10,9 @@ namespace vgps {
 // display. Called at startup and after each dialog that saved.
 void applySettings(AppState& app);
 
-// Applies changes that did not come from a dialog of this program: from the options grid or from
-// another program that wrote the file. Called before a connection is opened and before a dialog
-// shows settings.
+// Applies changes that did not come from a dialog of this program: from the options grid, or from
+// another program that wrote the file. Called before opening a connection and before a dialog shows
+// settings.
 void refreshSettings(AppState& app);
 
 // The recording options in the settings.

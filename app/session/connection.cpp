@@ -12,8 +12,8 @@ namespace {
 
 constexpr int kReaderEndMs = 2000;
 
-// Said again and again, so that it stands for as long as it is true; other news go first. A port
-// that is not there needs no words: the state says that it is tried again.
+// Repeated, so that the reason is shown as long as it applies; other notices take precedence. A
+// missing port needs no notice: the status already says that it is being retried.
 void tellReason(AppState& app) {
   const PortError error = app.link.error();
   if (error == PortError::none || error == PortError::notThere) return;

@@ -6,7 +6,7 @@
 
 namespace vgps {
 
-// "COM3, 9600 baud", "Simulation"; empty when none was chosen.
+// "COM3, 9600 baud", "Simulation"; empty if none was chosen.
 std::string sourceName(const SourceChoice& source);
 
 // The source in the settings as they are now, even if another program has just changed them.
@@ -16,7 +16,7 @@ SourceChoice sourceOfSettings(AppState& app);
 // is empty. Returns false if there are none or the file cannot be read.
 bool loadSimulationFrom(AppState& app, const std::string& path);
 
-// Whether no data has arrived from the source yet.
+// Resets what `shown` knows about the source: no data has arrived yet.
 void forgetSource(UiFix& shown);
 
 // Opens the source, closing the previous one, and reports a failure to the user.
@@ -25,12 +25,12 @@ bool connectReceiver(AppState& app, const SourceChoice& choice);
 // Called by the 5-second timer: checks the link and reports changes to the user.
 void checkConnection(AppState& app);
 
-// UTC minus local time in whole hours, as minutes. Minutes of the clocks are not compared, so a
-// zone with a half hour is taken to the whole one.
+// UTC minus local time, rounded to whole hours, in minutes. The minutes of the clocks are ignored,
+// so a half-hour time zone becomes a whole one.
 int32_t measureUtcOffset(const DateTime& utc, const DateTime& local);
 
-// Ends the readers. Returns false if one is still running after two seconds: then `app` must
-// outlive it.
+// Stops the readers. Returns false if one is still running after two seconds: then `app` must not
+// be destroyed.
 bool stopReceiver(AppState& app);
 
 }  // namespace vgps

@@ -7,8 +7,8 @@
 
 namespace vgps {
 
-// The channel to the user-interface thread where reader and user interface share one thread, as in
-// a replay: each message is handled by a direct call.
+// The channel to the user interface when it shares one thread with the reader, as in a replay: each
+// message is handled by a direct call.
 class DirectUiThread : public UiThread {
  public:
   using Handler = std::function<void(const UiMessage&)>;

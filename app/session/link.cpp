@@ -21,7 +21,8 @@ bool Link::close(bool silent) {
 }
 
 void Link::hold() {
-  if (state_ == State::failed) fix_.close(true);  // a port that refused to be set up is still open
+  if (state_ == State::failed)
+    fix_.close(true);  // a port that could not be configured is still open
   if (!serial_ || (state_ != State::open && state_ != State::lost)) return;
   state_ = State::held;
   fix_.releasePort();
@@ -57,7 +58,7 @@ bool Link::check(bool reconnect) {
   return false;
 }
 
-// From the end of the last one: an opening may take longer than the time between two of them.
+// Measured from the end of the last attempt, because opening may take longer than the interval.
 bool Link::attemptIsDue() const {
   const uint32_t ms = attemptOpened_ ? times.reopenMs : times.retryMs;
   return clock_.tick() - attemptTick_ >= ms - ms / 10;

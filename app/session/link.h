@@ -7,7 +7,7 @@
 
 namespace vgps {
 
-// Where the data come from, as the settings and the command line choose it.
+// The data source, as chosen in the settings or on the command line.
 struct SourceChoice {
   std::string port = {};  // "COM3", "/dev/ttyUSB0"
   uint32_t speed = kDefaultBaudRate;
@@ -16,16 +16,16 @@ struct SourceChoice {
   bool useSensorApi = false;
 };
 
-// In milliseconds. Attempts are made a tenth early because timers are never exact.
+// In milliseconds. An attempt may be made 10% early, because timers are never exact.
 struct LinkTimes {
-  uint32_t lostAfterMs = 10000;    // without a byte
+  uint32_t lostAfterMs = 10000;    // without receiving a byte
   uint32_t retryMs = 5000;         // from a failed attempt to the next one
-  uint32_t reopenMs = 5000;        // from an opening that brought no data
-  bool retryFirstOpening = false;  // or a source that does not open is left alone
+  uint32_t reopenMs = 5000;        // after opening a port that delivered no data
+  bool retryFirstOpening = false;  // otherwise, a source that fails to open is not retried
 };
 
-// Of a program without a window, which runs until its user stops it. A device that opens and hangs
-// up at once is left alone for longer than one that is not there.
+// For a program without a window, which runs until the user stops it. A device that opens and
+// immediately hangs up is retried less often than a missing one.
 inline constexpr LinkTimes kUnattendedTimes = {.retryMs = 1000, .retryFirstOpening = true};
 
 // The link to the receiver, the same for the window and the command line: opens a source and
@@ -36,10 +36,10 @@ class Link {
  public:
   enum class State {
     closed,
-    failed,  // did not open; `error` says why
-    open,    // data come, or the first are waited for
-    lost,    // was open, and is opened again and again until data come
-    held,    // the port is left to others for a while
+    failed,  // could not be opened; `error` tells why
+    open,    // receiving data, or waiting for the first
+    lost,    // was open; reopened again and again until data arrives
+    held,    // released for a while so that others can use the port
   };
 
   Link(GpsFix& fix, const Clock& clock) : fix_(fix), clock_(clock) {}
@@ -50,22 +50,22 @@ class Link {
   // Returns false if neither a serial port nor a sensor was open.
   bool close(bool silent = false);
 
-  // Releases a serial port for others to open, and takes it back.
+  // Releases a serial port so that others can open it, and takes it back.
   void hold();
   void resume();
 
-  // Bytes have arrived. Returns true if they end a loss.
+  // Call this when bytes arrive. Returns true if they end a loss.
   bool noteBytes();
 
-  // Call it every second or every few seconds. With `reconnect` false, losses are not detected and
+  // Call this every few seconds or more often. With `reconnect` false, losses are not detected, and
   // a lost port that still does not work is closed. Returns true if the device has just been lost:
   // unplugged if `error` is `notThere`, otherwise silent.
   bool check(bool reconnect);
 
   State state() const { return state_; }
-  // Why the last attempt failed; while lost, `none` says that the port is open but silent.
+  // Why the last attempt failed. While lost, `none` means that the port is open but silent.
   PortError error() const { return error_; }
-  // The last one that was opened, also after it was closed. Its port changes when the device comes
+  // The last source that was opened, even after closing it. Its port changes if the device comes
   // back under another name.
   const SourceChoice& source() const { return source_; }
 
@@ -82,7 +82,7 @@ class Link {
   SourceChoice source_;
   State state_ = State::closed;
   PortError error_ = PortError::none;
-  bool serial_ = false;         // only a serial line is watched
+  bool serial_ = false;         // only a serial port is monitored
   uint32_t lastBytesTick_ = 0;  // or when the source was opened
   uint32_t attemptTick_ = 0;    // end of the last attempt
   bool attemptOpened_ = false;

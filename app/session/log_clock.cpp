@@ -15,8 +15,8 @@ std::string_view fieldOf(const Sentence& sentence, size_t number) {
   return field.substr(0, field.find('*'));
 }
 
-// ddmmyy of an RMC with a valid position, in days since 1970. Before the first fix receivers tell
-// the date of their making.
+// The date (ddmmyy) of an RMC with a valid position, in days since 1970. Before the first fix,
+// receivers report their date of manufacture.
 std::optional<int64_t> dayIn(std::string_view line) {
   namespace ch = std::chrono;
   const Sentence sentence(line);

@@ -8,27 +8,27 @@
 
 namespace vgps {
 
-// The computer's clock while a log is recorded: the UTC that the log itself tells, with its date,
-// so that the points stand where they stood and the same log gives the same file every time.
+// The clock used while recording from a log: the UTC date and time in the log itself, so that
+// points get their original times and the same log always produces the same file.
 //
-// The time of day is that of the latest RMC or GGA; the date is that of the latest RMC with a valid
-// position, and goes on by itself where the time of day passes midnight before an RMC says so.
-// Until an RMC has told a date there is none.
+// The time of day comes from the latest RMC or GGA. The date comes from the latest RMC with a valid
+// position, and advances when the time of day passes midnight before the next RMC. There is no date
+// before the first such RMC.
 class LogClock : public Clock {
  public:
-  // `firstDay` is that of the first line, in days since 1970: of an earlier reading of the same
-  // log.
+  // `firstDay` is the date of the first line in days since 1970, known from an earlier pass over
+  // the same log.
   explicit LogClock(int32_t utcOffsetMinutes, std::optional<int64_t> firstDay = std::nullopt)
       : utcOffsetMinutes_(utcOffsetMinutes), ticks_(utcOffsetMinutes), day_(firstDay) {}
 
-  // To be called before the line is replayed.
+  // Call this before replaying the line.
   void advanceTo(std::string_view line);
 
   uint32_t tick() const override { return ticks_.tick(); }
   DateTime utc() const override;
   DateTime local() const override;
 
-  // The day on which the log began, as soon as a date has come.
+  // The date on which the log starts, once an RMC has reported a date.
   std::optional<int64_t> firstDay() const;
 
  private:
@@ -38,7 +38,7 @@ class LogClock : public Clock {
   ReplayClock ticks_;
   int32_t timeOfDay_ = -1;      // milliseconds
   int64_t midnights_ = 0;       // passed since the first line
-  std::optional<int64_t> day_;  // of timeOfDay_
+  std::optional<int64_t> day_;  // the date that belongs to timeOfDay_
 };
 
 }  // namespace vgps

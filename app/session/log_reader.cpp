@@ -21,7 +21,7 @@ bool LogReader::next(LogPiece& piece) {
   return true;
 }
 
-// Moves what waits to the front and reads behind it. False at the end of the log.
+// Moves unread bytes to the front and reads more. Returns false at the end of the log.
 bool LogReader::fill() {
   if (ended_) return false;
   std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
@@ -47,13 +47,13 @@ bool LogReader::startsBinary(size_t at) {
          waiting()[at + 1] == kSirfStart[1];
 }
 
-// Of the message that starts there, as its header says; a header that the end of the log cuts short
-// says nothing beyond itself.
+// The length of the message at `at` according to its header. A truncated header at the end of the
+// log counts as just the header.
 size_t LogReader::announcedLength(size_t at) {
   return has(at + kSirfHeader) ? sirfFrameLength(waiting().substr(at)) : kSirfHeader;
 }
 
-// Its length when a whole message starts there, otherwise 0.
+// The length of a complete message at `at`; 0 if there is none.
 size_t LogReader::wholeMessage(size_t at) {
   if (!startsBinary(at)) return 0;
   const size_t length = announcedLength(at);
@@ -61,8 +61,8 @@ size_t LogReader::wholeMessage(size_t at) {
   return waiting().substr(at, length).ends_with(kSirfEnd) ? length : 0;
 }
 
-// Of the message at the front, 0 when there is none. One that the end of the log cuts short is
-// given as far as it goes, unless a whole one lies in it: then its length is wrong.
+// The length of the message at the front; 0 if there is none. A message truncated by the end of the
+// log counts as far as it goes, unless it contains a complete one: then its own length is wrong.
 size_t LogReader::messageLength() {
   if (!startsBinary(0)) return 0;
   if (const size_t length = wholeMessage(0); length > 0) return length;
@@ -71,7 +71,7 @@ size_t LogReader::messageLength() {
   return nextMessage(1, rest) == rest ? rest : 0;
 }
 
-// Where the first whole message behind `from` starts, `limit` when none does before it.
+// The position of the first complete message after `from`; `limit` if none starts before it.
 size_t LogReader::nextMessage(size_t from, size_t limit) {
   for (size_t at = from; at < limit; ++at) {
     at = waiting().substr(0, limit).find(kSirfStart[0], at);
@@ -90,7 +90,7 @@ void LogReader::takeMessage(LogPiece& piece, size_t length) {
 void LogReader::takeLine(LogPiece& piece) {
   const size_t lineEnd = lineLength();
   const size_t length = waiting().starts_with('$') ? lineEnd : nextMessage(1, lineEnd);
-  // The framing would wait for the rest of a message where only the start of one is left.
+  // If only the start of a message is left, framing would wait for the rest of it.
   const size_t skipped = startsBinary(0) ? 1 : 0;
   const std::string_view line = waiting().substr(0, length);
   const std::string_view rest = waiting().substr(length);
@@ -108,8 +108,8 @@ void LogReader::takeLine(LogPiece& piece) {
   begin_ += length + (ended ? 1 : 0);
 }
 
-// Of the line at the front; reads on until its end is known, with a line feed behind a carriage
-// return.
+// The length of the line at the front. Reads more until its end is known, including a line feed
+// after a carriage return.
 size_t LogReader::lineLength() {
   for (;;) {
     const size_t at = std::min(nextOf('\n', lineFeed_), nextOf('\r', carriageReturn_));

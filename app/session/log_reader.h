@@ -9,35 +9,35 @@
 
 namespace vgps {
 
-// A line of a recorded log, or one binary message in it. The views last until the next call.
+// A line of a recorded log, or one binary message. The views are valid until the next call.
 struct LogPiece {
-  std::string_view text;  // the line without its line end, or the whole message
-  // As the framing takes it: the line with CR LF, or the message. Of a damaged message the first
-  // byte is left out.
+  std::string_view text;  // the line without its line ending, or the whole message
+  // The form that framing expects: the line with CR LF, or the message. The first byte of a damaged
+  // message is left out.
   std::string_view chunk;
   bool binary = false;
 };
 
-// Cuts a log into what a receiver's line would have brought one by one:
+// Splits a log into the pieces that a receiver would have sent one by one:
 //
-//   text CR LF | text LF | text CR      one line each, a blank one too
-//   A0 A2 length16 payload ... B0 B3    where a line would start: one message, length + 8 bytes;
-//                                       text may follow at once
+//   text CR LF | text LF | text CR      one line each, including blank ones
+//   A0 A2 length16 payload ... B0 B3    at the start of a line: one message, length + 8 bytes;
+//                                       text may follow immediately
 //
-// Bytes that are neither, as damage leaves them in a capture of messages, are a piece of text up to
-// the next whole message; only a line that begins with "$" goes on to its end whatever is in it.
+// Bytes that are neither, as in a damaged capture of messages, form a piece of text up to the next
+// complete message. Only a line that starts with "$" extends to its end, whatever it contains.
 //
-// Reads in blocks and keeps one block only; a longer line than kLongestLine is cut there.
+// Reads in blocks and keeps only one of them. A line longer than kLongestLine is split.
 class LogReader {
  public:
   static constexpr size_t kLongestLine = size_t{1} << 20;
 
-  // Fills the buffer from its front and returns how many bytes there are; 0 at the end.
+  // Fills the buffer and returns the number of bytes; 0 at the end.
   using Source = std::function<size_t(std::span<char>)>;
 
   explicit LogReader(Source source, size_t blockSize = size_t{1} << 18);
 
-  // False at the end of the log.
+  // Returns false at the end of the log.
   bool next(LogPiece& piece);
 
  private:
@@ -60,8 +60,8 @@ class LogReader {
   std::vector<char> buffer_;
   size_t begin_ = 0;
   size_t end_ = 0;
-  // The next LF and CR at or behind begin_, end_ when there is none in the buffer: each byte is
-  // looked at once, also where only one of the two ends lines.
+  // The positions of the next LF and CR at or after begin_; end_ if there is none in the buffer.
+  // This way each byte is examined only once, even if a log uses only one of the two.
   size_t lineFeed_ = kUnknown;
   size_t carriageReturn_ = kUnknown;
   bool ended_ = false;

@@ -12,8 +12,8 @@
 namespace vgps {
 namespace {
 
-constexpr int32_t kNewsMessages = 10;  // two or three seconds of an ordinary receiver
-constexpr size_t kRawRowBytes = 1000;  // more of a row than any screen shows
+constexpr int32_t kNewsMessages = 10;  // two or three seconds with a typical receiver
+constexpr size_t kRawRowBytes = 1000;  // wider than any screen
 constexpr size_t kRawRows = 500;       // kept for the raw log screen
 
 void copyFix(AppState& app) {
@@ -48,7 +48,7 @@ void offerEpoch(AppState& app) {
   }
 }
 
-// Whether the message is to be ignored: of N one is handled. N may change at any time.
+// Whether to ignore the message: only one of N is handled. N may change at any time.
 bool isSkipped(AppState& app) {
   if (app.frameSkip <= 0) return false;
   if (app.frameCountdown <= 0 || app.frameCountdown > app.frameSkip) {
@@ -63,7 +63,7 @@ void addRawRow(AppState& app, std::string_view text) {
   if (app.rawLog.size() > kRawRows) app.rawLog.erase(app.rawLog.begin());
 }
 
-// What has no sentence of its own on the read-out is told in words.
+// Shows messages that have no place of their own on the readout as text.
 void tellMessage(AppState& app, std::string text) {
   app.lastMessageText = std::move(text);
   app.pendingDisplay.messageCountdown = kNewsMessages;
@@ -77,8 +77,8 @@ std::string textOfMessage(const SirfMessage& message) {
   return textWith(Text::sirfMessage, number, std::to_string(message.length));
 }
 
-// When each value of the read-out came last, by what the line vouched for. Values of a fix are news
-// only while there is one; the clock and the satellites need none.
+// Notes which values the line reported, and when. Values of a fix count only while there is a fix;
+// the clock and the satellites do not depend on one.
 void noteArrivals(UiFix& shown, uint32_t said, uint32_t tick) {
   const ArrivalTicks::Arrival now = {true, tick};
   ArrivalTicks& arrivals = shown.arrivals;
@@ -89,21 +89,21 @@ void noteArrivals(UiFix& shown, uint32_t said, uint32_t tick) {
   note(kSaidUsedCount, arrivals.used);
   note(kSaidInViewCount, arrivals.view);
   note(kSaidPdop | kSaidHdop | kSaidVdop, arrivals.dilution);
-  // A receiver that sends no GGA still lists which satellites it uses.
+  // A receiver without GGA still lists the satellites that it uses in GSA.
   if (shown.stats.of(SentenceType::gga).count == 0) note(kSaidUsed, arrivals.used);
   if (shown.fix.fixStatus == 0) return;
   note(kSaidPosition, arrivals.position);
   note(kSaidSpeed | kSaidCourse, arrivals.motion);
   note(kSaidAltitude, arrivals.altitude);
   note(kSaidQuality, arrivals.quality);
-  // The next RMC says no more than that the fix is valid.
+  // A following RMC only reports that the fix is valid, without its quality.
   if ((said & kSaidQuality) != 0) shown.quality = shown.fix.fixStatus;
   if ((said & kSaidPosition) == 0) return;
   shown.fixSeen = true;
   shown.lastFixTick = tick;
 }
 
-// The greatest values are pointed out for a while when they are new.
+// New maximum values are highlighted for a while.
 void noteMaxima(AppState& app) {
   PendingDisplay& pending = app.pendingDisplay;
   const UiFix& shown = app.shown;
@@ -154,14 +154,14 @@ void onSensorReading(AppState& app, const UiMessage& message) {
 }
 
 void onUnknownBytes(AppState& app, const UiMessage& message) {
-  app.shown.stats = app.gps.stats;  // that something comes
+  app.shown.stats = app.gps.stats;  // to show that something is arriving
   app.shown.arrivals.noise = {true, app.platform.clock.tick()};
   noteBytes(app);
   addRawRow(app, message.text);
   if (app.currentScreen == Screen::rawLog) repaintThrottled(app);
 }
 
-// A message may have been under way while another source was opened: it says nothing about that.
+// A message may have been on its way while another source was opened; it must not affect that.
 bool isOfAnotherSource(const AppState& app, const UiMessage& message) {
   return message.generation != 0 && message.generation != app.gps.readers.generation;
 }
@@ -178,7 +178,7 @@ void onUiMessage(AppState& app, const UiMessage& message) {
   if (isOfAnotherSource(app, message)) return;
   switch (message.event) {
     case UiEvent::line: onLine(app, message); break;
-    // The parser has lost or found the fix, which is shown whatever is skipped.
+    // The parser has gained or lost the fix; this is shown even if messages are skipped.
     case UiEvent::repaint:
       copyFix(app);
       repaintThrottled(app);

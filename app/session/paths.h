@@ -4,13 +4,13 @@
 
 namespace vgps {
 
-// The program's own files. They are in the program's folder, except for the backup: names that
-// begin with a period are relative to the working folder.
+// The program's own files. They are in the program's folder, except for the backup: a path that
+// starts with a period is relative to the working folder.
 struct AppPaths {
   std::string folder;
   std::string settings;  // vgps.xml
   std::string library;   // tracks.xml
-  std::string journal;   // of the track that is being recorded; empty: none is kept
+  std::string journal;   // of the current recording; empty: none is kept
   std::string backup = "./vgpsbackup.gpx";
 };
 

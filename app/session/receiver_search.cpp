@@ -5,7 +5,7 @@
 namespace vgps {
 namespace {
 
-// What the next start connects to, in place of any other source.
+// Stores the source that the next start connects to, replacing any other.
 void keepChoice(AppState& app, const SourceChoice& choice) {
   app.settings.port = choice.port;
   app.settings.baudRate = static_cast<int32_t>(choice.speed);

@@ -14,7 +14,7 @@ bool isSamePoint(const TrackPoint& a, const TrackPoint& b) {
   return a.longitude == b.longitude && a.latitude == b.latitude && a.utcTime == b.utcTime;
 }
 
-// By its ends: whatever edits a track changes one of them.
+// Compares only the first and the last point, because every edit of a track changes one of them.
 bool beginsWith(const PointList& points, const PointList& first) {
   if (first.empty()) return true;
   return first.size() <= points.size() && isSamePoint(points[0], first[0]) &&
@@ -91,7 +91,7 @@ bool Recorder::save(Track& ended) {
   return keeping_.outcome == Keeping::Outcome::kept;
 }
 
-// `add` changes the library, which is open.
+// `add` changes the opened library.
 Keeping Recorder::keepInLibrary(const std::function<LibraryResult()>& add) {
   Keeping keeping{.outcome = Keeping::Outcome::refused, .library = openLibrary()};
   if (!keeping.library.usable()) return keeping;
@@ -120,7 +120,7 @@ void Recorder::beginJournal() {
   inMemoryOnly_ = false;
 }
 
-// A pause that is ended while nothing was being recorded begins a recording too.
+// Recording also begins when a pause ends without an earlier recording.
 void Recorder::pointRecorded(const TrackPoint& point) {
   if (journal_->isOpen()) {
     journal_->append(point);
@@ -139,7 +139,7 @@ void Recorder::pointsSavedOrDiscarded() {
   inMemoryOnly_ = false;
 }
 
-// A track that was changed since is another one than the journal's, which is left as it is.
+// If the track was changed since, it no longer belongs to the journal, which is left as it is.
 size_t Recorder::resumeJournal() {
   const std::string path = journal_->path();
   RecoveredTrack written;
@@ -170,7 +170,7 @@ Keeping Recorder::keepUnfinished(UnfinishedRecording& unfinished) {
   return keepInLibrary([&] { return unfinished.save(library, options, clock_.local()); });
 }
 
-// What the journal holds counts, not what it was given: it is opened anew.
+// Reopens the journal, because what it actually contains counts, not what was passed to it.
 RecordingEnd Recorder::end() {
   RecordingEnd ended;
   const std::string path = journal_->path();

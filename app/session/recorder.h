@@ -18,9 +18,9 @@ namespace vgps {
 // Where a recorder writes.
 struct RecorderPlaces {
   std::string library = {};   // the track library
-  std::string journal = {};   // of the track that is being recorded; empty: none is kept
-  std::string settings = {};  // the settings document, whose place no track may take
-  std::string file = {};      // not empty: tracks go into this file instead of the library
+  std::string journal = {};   // of the current recording; empty: none is kept
+  std::string settings = {};  // the settings document, which no track may overwrite
+  std::string file = {};      // not empty: tracks are saved to this file instead of the library
 };
 
 // What the recorder needs from the program around it. Called on the recording thread unless stated
@@ -28,9 +28,9 @@ struct RecorderPlaces {
 class RecorderHooks {
  public:
   virtual ~RecorderHooks() = default;
-  // As they are at this moment.
+  // The current places; they may change.
   virtual RecorderPlaces places() const = 0;
-  // How the journal is opened.
+  // The function that opens the journal.
   virtual ExclusiveOpener opener() const { return openExclusive; }
   // "Save the track?"
   virtual bool askToSave() { return true; }
@@ -38,22 +38,22 @@ class RecorderHooks {
   virtual void stopTimer() {}
   virtual void playSound(const char*) {}
   virtual void trackChanged() {}
-  // No journal can be made at that path: the recording is in memory only.
+  // The journal cannot be created at that path: the recording is in memory only.
   virtual void journalRefused(const std::string&) {}
-  // The disk does not take the journal's points, which are kept in memory until it does. Once until
-  // it works again, on the journal's own thread.
+  // The disk refuses the journal's points, which stay in memory until it accepts them. Called once
+  // until writing works again, on the journal's own thread.
   virtual void journalFailed() {}
 };
 
-// The track library, opened for a track.
+// The result of opening the track library to save a track.
 struct LibraryOpening {
   enum class Place { free, holdsSettings, holdsRecording };
   std::string path = {};
   Place place = Place::free;
   LibraryState state = LibraryState::whole;
-  bool isNew = false;  // it was opened just now, and not before
+  bool isNew = false;  // it was opened just now
 
-  // Whether tracks can be kept there; a damaged library is mended by the first change.
+  // Whether tracks can be saved there. A damaged library is repaired by the first change.
   bool usable() const {
     return place == Place::free && state != LibraryState::notALibrary &&
            state != LibraryState::unreadable;
@@ -66,15 +66,15 @@ std::string placeMessage(const LibraryOpening& opening);
 // The result of saving a track.
 struct Keeping {
   enum class Outcome {
-    nothing,   // there was nothing to keep
-    declined,  // not wanted; the points are gone
-    kept,      // on the disk
-    refused,   // `library` or `result` says why; the points are still there
+    nothing,   // there was nothing to save
+    declined,  // the user declined; the points are gone
+    kept,      // saved to disk
+    refused,   // not saved, see `library` or `result`; the points still exist
   };
   Outcome outcome = Outcome::nothing;
   LibraryOpening library = {};
   LibraryResult result = LibraryResult::done;
-  std::string damagedBackupPath = {};  // the damaged library was copied there first; else empty
+  std::string damagedBackupPath = {};  // the copy of a damaged library, if one was made
 };
 
 // How a recording ended in a program that cannot ask the user.
@@ -82,7 +82,7 @@ struct RecordingEnd {
   Keeping keeping;
   // The state of the journal: `open` unless another program has removed or damaged it.
   JournalResult journal = JournalResult::open;
-  size_t unsavedPoints = 0;  // points that only memory has
+  size_t unsavedPoints = 0;  // points that exist only in memory
 };
 
 // A recording from its first point to the disk: the filter decides which fixes become points, the
@@ -91,10 +91,10 @@ struct RecordingEnd {
 // into words.
 class Recorder : private RecordingHooks {
  public:
-  // `hooks` and `clock` outlive the recorder; `hooks` is called only after this has returned.
+  // `hooks` and `clock` must outlive the recorder. `hooks` is not called during construction.
   Recorder(RecorderHooks& hooks, const Clock& clock, const LibraryDisk& disk = {});
 
-  Track track;  // the one that is recorded, played or edited
+  Track track;  // the track being recorded, played, or edited
   RecordingOptions options;
   TrackLibrary library;
   std::vector<std::pair<double, double>> drawnPath;  // longitude, latitude
@@ -102,41 +102,41 @@ class Recorder : private RecordingHooks {
   // Returns false if a track is already being recorded or played.
   bool start();
   void pauseOrResume() { recording_.pauseOrResume(); }
-  // Ends recording or playback. A recorded track is saved, with `ask` only if the hook agrees, and
+  // Ends recording or playback. A recorded track is saved (with `ask`, only if the hook agrees) and
   // then cleared. A track that could not be saved stays.
   Keeping stop(bool ask);
-  // Every complete fix, while recording.
+  // Call this with every complete fix while recording.
   void offer(const FixRecord& fix) { recording_.offer(fix); }
   // Returns false if no recording is in progress.
   bool mark() { return recording_.mark(); }
   void requestPoint() { recording_.requestPoint(); }
   const Recording& recording() const { return recording_; }
 
-  // The library at its path, opened only once for each path.
+  // Opens the library at its path; only once for each path.
   LibraryOpening openLibrary();
 
-  // The track was replaced or discarded: deletes its journal.
+  // Call this when the track was saved, replaced, or discarded: deletes its journal.
   void pointsSavedOrDiscarded() override;
   // Whether the track has recorded points that were neither saved nor discarded and are in no
   // journal.
   bool inMemoryOnly() const { return inMemoryOnly_; }
   bool hasJournal() const { return journal_->isOpen(); }
-  // The program ends; points that were neither saved nor discarded stay on disk for the next start.
-  // Returns false if some could not be written.
+  // Call this when the program ends. Points that were neither saved nor discarded stay on disk for
+  // the next start. Returns false if some could not be written.
   bool closeJournal() { return journal_->close(); }
-  // The program continues after such a close: missing points are written to the journal again, or
-  // to a new one if it is gone. Returns their number.
+  // Call this if the program continues after `closeJournal`: writes missing points to the journal
+  // again, or to a new one if it is gone. Returns their number.
   size_t resumeJournal();
 
-  // For opening the journals of programs that did not end properly.
+  // Settings for opening the journals of earlier runs that did not end properly.
   JournalSettings journalSettings();
-  // Its points become the current track, and recording continues into the same journal.
+  // Makes its points the current track and continues recording into the same journal.
   void continueFrom(UnfinishedRecording& unfinished);
-  // Saves it to the library. On failure the points stay in its journal for as long as `unfinished`
-  // has it open.
+  // Saves it to the library. On failure the points stay in its journal as long as `unfinished` is
+  // open.
   Keeping keepUnfinished(UnfinishedRecording& unfinished);
-  // Ends a recording without asking: saves it to the library or, if that fails, to the journal. May
-  // be repeated while points are unsaved.
+  // Ends a recording without asking: saves it to the library or, if that fails, keeps it in the
+  // journal. Can be repeated while there are unsaved points.
   RecordingEnd end();
 
  private:
@@ -159,10 +159,10 @@ class Recorder : private RecordingHooks {
   const Clock& clock_;
   Recording recording_;
   std::unique_ptr<Journal> journal_;
-  bool journalRefused_ = false;  // told once in each recording
+  bool journalRefused_ = false;  // reported once per recording
   bool inMemoryOnly_ = false;
   bool ask_ = true;
-  Keeping keeping_;  // of the stop that is going on
+  Keeping keeping_;  // result of the `stop` in progress
 };
 
 }  // namespace vgps

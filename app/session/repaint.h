@@ -11,7 +11,7 @@ class RepaintThrottle {
  public:
   // Whether a repaint is due at `tick` (milliseconds); if so, the next is due 800 ms later.
   bool due(uint32_t tick);
-  // Makes the next repaint due at once, after a key was pressed.
+  // Allows the next repaint immediately, after a key press.
   void reset(uint32_t tick) { lastRepaintTick_ = tick - kIntervalMs; }
 
  private:

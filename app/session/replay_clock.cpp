@@ -7,7 +7,7 @@
 namespace vgps {
 namespace {
 
-// hhmmss[.decimals] in milliseconds since midnight, -1 when it is none.
+// hhmmss[.decimals] in milliseconds since midnight; -1 if invalid.
 int32_t timeOfDay(std::string_view field) {
   constexpr int32_t kUnits[] = {10 * kHourMs, kHourMs,        10 * kMinuteMs,
                                 kMinuteMs,    10 * kSecondMs, kSecondMs};

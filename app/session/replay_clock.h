@@ -7,29 +7,30 @@
 
 namespace vgps {
 
-// The UTC time of day of an RMC or GGA sentence of any talker in milliseconds, -1 when the line has
+// The UTC time of day in an RMC or GGA sentence of any talker, in milliseconds; -1 if the line has
 // none.
 int32_t timeOfDayIn(std::string_view line);
 
-// From one time of day to another without a date, in milliseconds: more than -12 h, at most +12 h.
+// The time from one time of day to another without knowing the date, in milliseconds: more than -12
+// h, at most +12 h.
 int32_t shortestStep(int32_t from, int32_t to);
 
-// The time of a replay comes from the log, so that a replay gives the same answer every time. The
-// tick starts at 1,000 and goes on by the differences of the UTC times of day in RMC and GGA of any
-// talker.
+// A clock that takes its time from the log, so that a replay always gives the same result. The tick
+// starts at 1,000 and advances by the differences between the UTC times of day in RMC and GGA
+// sentences of any talker.
 class ReplayClock : public Clock {
  public:
   explicit ReplayClock(int32_t utcOffsetMinutes) : utcOffsetMinutes_(utcOffsetMinutes) {}
 
-  // To be called before the line is replayed. Without a time of day nothing changes. Of the two
-  // ways round the day the shorter one is meant: lines near midnight come in disorder like any
-  // others. A time that lies behind the latest one so far moves nothing, and so does a pause of
-  // more than half a day, which cannot be told from it.
+  // Call this before replaying the line. A line without a time of day changes nothing. Around
+  // midnight, the shorter way around the clock counts, because lines may be out of order there too.
+  // A time before the latest one changes nothing, and neither does a pause of more than half a day,
+  // which looks the same.
   void advanceTo(std::string_view line);
 
   uint32_t tick() const override { return tick_; }
-  DateTime utc() const override;    // no date, only the time of day
-  DateTime local() const override;  // likewise
+  DateTime utc() const override;    // only the time of day, without a date
+  DateTime local() const override;  // only the time of day, without a date
 
  private:
   int32_t utcOffsetMinutes_;

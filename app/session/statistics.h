@@ -8,29 +8,29 @@ namespace vgps {
 struct Statistics {
   uint64_t totalSeconds = 0;
   uint64_t connectedSeconds = 0;
-  uint64_t recordingSeconds = 0;  // in every state but idle: paused and playing count as well
+  uint64_t recordingSeconds = 0;  // in every state except idle, including paused and playing
 
-  // Counted only in the fine mode, while the statistics screen shows.
+  // Counted only in fine mode, while the statistics screen is shown.
   float movingSeconds = 0;
   float stoppedSeconds = 0;
   float statSeconds = 0;
-  float movingThreshold = 0;  // km/h; faster is moving
+  float movingThreshold = 0;  // km/h; anything faster counts as moving
   bool fine = false;
 };
 
-// What the counting looks at.
+// What the statistics are computed from.
 struct StatisticsInput {
   bool connected = false;
   int32_t trackState = 0;
   double speedKmh = 0;
 };
 
-// From one count to the next.
+// The time between two calls of countStatistics.
 constexpr uint32_t statisticsStepSeconds(const Statistics& statistics) {
   return statistics.fine ? 1 : 5;
 }
 
-// One step further.
+// Counts one step.
 void countStatistics(Statistics& statistics, const StatisticsInput& now);
 
 }  // namespace vgps

@@ -32,7 +32,7 @@ bool writeFile(const std::string& path, const std::string& text) {
   return std::fclose(file) == 0 && written;
 }
 
-// The old backup goes only when there is a new document to take its place.
+// Deletes the old backup only once there is a new document to replace it.
 void backUp(AppState& app) {
   std::string document;
   if (!app.extensions.buildGpx || !app.extensions.buildGpx(app.recorder.track, document)) return;
@@ -85,9 +85,9 @@ void onPursueTimer(AppState& app) {
   if (app.settings.pursueOn && app.extensions.updatePursue) app.extensions.updatePursue();
 }
 
-void onSmsTimer(AppState&) {}  // a duty elsewhere
+void onSmsTimer(AppState&) {}  // handled elsewhere
 
-// In the order in which the start arms them.
+// In the order in which they are started.
 constexpr auto kRows = std::to_array<TimerRow>({
     {kBackupTimer, everyMinute, onBackupTimer},
     {kStatisticsTimer, statisticsPeriod, onStatisticsTimer},

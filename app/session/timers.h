@@ -14,7 +14,7 @@ enum TimerNumber : uint32_t {
   kTurnTimer = 4,
   kPursueTimer = 5,
   kSmsTimer = 6,
-  kTapTimer = 7,  // of a front end with a window, which sets it and looks after it
+  kTapTimer = 7,  // set and handled by a front end with a window
 };
 
 inline constexpr uint32_t kTurnRecordingMs = 7000;
@@ -22,19 +22,19 @@ inline constexpr uint32_t kTurnPlayingMs = 3000;
 
 struct TimerRow {
   uint32_t number;
-  // The period in milliseconds with which the start of the program arms it; 0: not at the start.
+  // The period in milliseconds, used when the program starts; 0: do not start it then.
   uint32_t (*startPeriod)(const AppState& app);
   void (*duty)(AppState& app);
 };
 std::span<const TimerRow> timerRows();
 
-// In the order of the start: 1, 2, 3, 6, 5. Intervals that change later count from the next start.
+// Starts the timers in the order 1, 2, 3, 6, 5. Changed intervals take effect at the next start.
 void armStartTimers(AppState& app);
 
-// What `Window::setTimer` brings; other numbers do nothing.
+// Called when a timer of `Window::setTimer` fires. Unknown numbers are ignored.
 void onTimer(AppState& app, uint32_t number);
 
-// The fine mode of the statistics: counts each second.
+// Fine mode of the statistics: counts every second.
 void setFineStatistics(AppState& app, bool fine);
 
 }  // namespace vgps

@@ -19,15 +19,15 @@ class UiMailbox : public UiThread {
 
   enum class WaitResult { handled, nothing, closed };
 
-  // Sending out of a handler calls the handler at once, as sending to one's own window does.
+  // When called by a handler, calls the handler directly, like sending to one's own window.
   bool send(const UiMessage& message) override;
   void post(const UiMessage& message) override;
 
-  // Waits up to `timeoutMs` (-1: for ever) for messages and handles those that are there.
+  // Waits up to `timeoutMs` (-1: forever) for messages and handles those that are there.
   WaitResult wait(int timeoutMs, const Handler& handler);
 
-  // From any thread: every waiting and later `send` returns false and `wait` returns at once. The
-  // message being handled is finished first, and its sender told so.
+  // Callable from any thread: makes every waiting and later `send` return false and `wait` return
+  // at once. The message being handled is completed first, and its sender's `send` returns true.
   void close();
 
  private:
@@ -39,11 +39,11 @@ class UiMailbox : public UiThread {
 
   std::mutex mutex_;
   std::condition_variable arrived_;  // for the user-interface thread
-  std::condition_variable changed_;  // for senders: the slot is free, or done
+  std::condition_variable changed_;  // for senders: the slot is free or done
   Slot slot_ = Slot::free;
-  const UiMessage* message_ = nullptr;  // of the waiting sender
+  const UiMessage* message_ = nullptr;  // from the waiting sender
   std::vector<UiMessage> posted_;
-  std::vector<UiMessage> takenPosts_;  // of the user-interface thread
+  std::vector<UiMessage> takenPosts_;  // used by the user-interface thread
   const Handler* running_ = nullptr;
   std::thread::id runner_;
   bool closed_ = false;
