@@ -14,11 +14,10 @@ namespace {
 
 constexpr float kFullScale = 55;  // dB-Hz, the best of an ordinary antenna
 constexpr int kGridStep = 20;
-constexpr float kNarrowestBar = 5;  // pixels, including its gap
-constexpr float kNameGap = 2;       // between two names, pixels
-constexpr float kWidestBar = 3;     // multiple of the text height
-constexpr float kLinesWithStrengths =
-    4;  // minimum height of bars with numbers above them, in text lines
+constexpr float kNarrowestBar = 5;        // pixels, including its gap
+constexpr float kNameGap = 2;             // between two names, pixels
+constexpr float kWidestBar = 3;           // multiple of the text height
+constexpr float kLinesWithStrengths = 4;  // minimum height for numbers above the bars
 
 // The letters of the systems, as used in RINEX observation files.
 constexpr std::array<const char*, 8> kLetters = {"", "G", "R", "E", "C", "J", "S", "I"};

@@ -41,7 +41,7 @@ class TrackSums {
   double kilometres() const { return kilometres_; }
   std::optional<TrackBounds> bounds() const;  // none without points
   std::optional<TrackTimes> times() const;    // none without two points of known time
-  // Empty without two points with a time.
+  // Of the first point with a time; year 0 if there is none.
   const DateTime& firstTime() const { return times_.first; }
 
  private:

@@ -81,8 +81,7 @@ struct DialogField {
   Setting setting;
   Correction correction{};
   std::span<const DialogChoice> choices{};
-  std::vector<DialogItem> (*items)(const DialogContext& context) =
-      nullptr;                           // used instead of choices
+  std::vector<DialogItem> (*items)(const DialogContext& context) = nullptr;  // replaces choices
   std::span<const uint16_t> disables{};  // controls that have no effect while this is checked
 };
 

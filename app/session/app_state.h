@@ -87,7 +87,7 @@ struct UiFix {
 struct AppExtensions {
   // Converts the track to the text of a GPX document.
   std::function<bool(const Track&, std::string& document)> buildGpx;
-  // A track or GPX file as lines of the simulation; an empty path means the last track of the
+  // Converts a track or GPX file to simulation lines; an empty path means the last track of the
   // library.
   std::function<bool(const std::string& path, std::vector<std::string>& lines)> simulationFrom;
   // Called with each complete fix during playback.
@@ -203,9 +203,9 @@ std::string_view currentNotice(const AppState& app);
 // Asks a yes/no question; No is the default.
 bool askQuestion(AppState& app, Text text);
 
-// Redraws immediately, after a key or button press.
+// Redraws the current screen, at most every 800 ms. Returns false if it is too early.
 bool repaintThrottled(AppState& app);
-// Redraws at once, after a key or a button.
+// Redraws immediately, after a key or button press.
 void repaintNow(AppState& app);
 
 // Call this after drawing a screen that shows the fix.

@@ -21,8 +21,7 @@ bool Link::close(bool silent) {
 }
 
 void Link::hold() {
-  if (state_ == State::failed)
-    fix_.close(true);  // a port that could not be configured is still open
+  if (state_ == State::failed) fix_.close(true);  // an unusable port may still be open
   if (!serial_ || (state_ != State::open && state_ != State::lost)) return;
   state_ = State::held;
   fix_.releasePort();

@@ -4,8 +4,8 @@
 
 namespace vgps {
 
-// A bitmap in memory that is drawn whole and then copied to the window, so that nobody sees a
-// picture half drawn.
+// A bitmap in memory that a picture is drawn into before it is copied to the window, so that a
+// half-drawn picture is never visible.
 class BackBuffer {
  public:
   BackBuffer() = default;
@@ -13,10 +13,10 @@ class BackBuffer {
   BackBuffer& operator=(const BackBuffer&) = delete;
   ~BackBuffer() { release(); }
 
-  // A device context of that size on a bitmap like those of `window`; null when there is no memory.
-  // What was drawn before is kept while the size stays.
+  // A device context of that size, compatible with `window`; null if there is no memory. Keeps its
+  // contents while the size stays the same.
   HDC prepare(HDC window, int width, int height);
-  // Whether the last picture drawn is of that size.
+  // Whether the last picture has this size.
   bool holds(int width, int height) const {
     return context_ != nullptr && width == width_ && height == height_;
   }

@@ -23,7 +23,7 @@ namespace {
 
 constexpr int kUiThreadCloseMs = 500;
 
-// The thread that draws and shows dialogs is an apartment of its own.
+// The thread that draws and shows dialogs needs a single-threaded apartment.
 class OleSession {
  public:
   OleSession() : entered_(SUCCEEDED(OleInitialize(nullptr))) {}
@@ -77,11 +77,11 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
   }
   const int result = window.runMessageLoop();
 
-  if (IsWindow(handle)) DestroyWindow(handle);  // the loop was ended from outside
+  if (IsWindow(handle)) DestroyWindow(handle);  // the message loop was ended from outside
   uiThread.close(kUiThreadCloseMs);
   endProgram(app);
   window.showLastMessages();
-  // A reader that hangs in a driver must find nothing destroyed: the system ends it.
+  // If a reader hangs in a driver, nothing that it uses may be destroyed, so the system ends it.
   if (!stopReceiver(app)) ExitProcess(static_cast<UINT>(result));
   return result;
 }

@@ -7,7 +7,7 @@
 
 namespace vgps {
 
-// The desktop program from its start to its end; the exit code. `show`: how the window first shows.
+// Runs the desktop program and returns its exit code. `show` is the initial window state.
 int runDesktop(HINSTANCE instance, int show, std::span<const std::string> arguments);
 
 }  // namespace vgps

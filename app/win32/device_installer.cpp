@@ -12,7 +12,7 @@ namespace {
 constexpr const wchar_t* kInstallerKey =
     L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\CEAppMgr.exe";
 
-// Empty when it is not registered.
+// Empty if it is not registered.
 std::wstring installerPath() {
   std::array<wchar_t, 1024> path{};
   DWORD bytes = sizeof path - sizeof path[0];

@@ -4,8 +4,8 @@
 
 namespace vgps {
 
-// Starts the system's installer for mobile devices, where it is registered, with this argument.
-// False when there is none or it does not start.
+// Starts the system's installer for mobile devices with this argument. Returns false if it is not
+// registered or does not start.
 bool runDeviceInstaller(const std::string& argument);
 
 }  // namespace vgps

@@ -6,14 +6,14 @@
 
 #include <cstdint>
 
-// What every dialog does when it opens.
+// Functions that every dialog calls when it opens.
 namespace vgps {
 
-// Shows the caption and the words of a dialog that was just opened in the language of the user.
-// `texts`: the first number of its texts; 0 when it has none but its buttons.
+// Translates the caption and texts of a dialog that was just opened. `texts` is the first number of
+// its texts; 0 if it has none except its buttons.
 void translateDialog(HWND dialog, Text texts);
 
-// In the middle of its owner, as far as the screen allows.
+// Centers the dialog over its owner, as far as the screen allows.
 void centreOverOwner(HWND dialog);
 
 }  // namespace vgps

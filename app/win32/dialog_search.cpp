@@ -15,8 +15,8 @@ constexpr std::chrono::milliseconds kLettingGo{300};
 }  // namespace
 
 struct DialogSearch::Run {
-  std::mutex mutex;       // of all below
-  HWND dialog = nullptr;  // null: the dialog is gone
+  std::mutex mutex;       // protects everything below
+  HWND dialog = nullptr;  // null: the dialog is closed
   bool ended = false;
   std::condition_variable settled;
   std::vector<uint32_t> answered;

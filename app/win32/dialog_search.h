@@ -9,10 +9,10 @@
 
 namespace vgps {
 
-// The search for ports that answer, on a thread of its own while the dialog stays usable.
+// Runs the port search of a dialog on a separate thread, so that the dialog stays usable.
 class DialogSearch {
  public:
-  // The dialog is told by these: `first` of kTesting is the number of the port.
+  // Messages to the dialog; the first parameter of kTesting is the port number.
   static constexpr UINT kTesting = WM_APP + 1;
   static constexpr UINT kEnded = WM_APP + 2;
 
@@ -21,17 +21,18 @@ class DialogSearch {
   DialogSearch& operator=(const DialogSearch&) = delete;
   ~DialogSearch() { end(); }
 
-  // `search` may go on after this is gone.
+  // `search` may continue after this object is destroyed.
   void start(HWND dialog, PortSearch search);
   bool isRunning() const { return run_ != nullptr; }
-  // What answered, at kEnded or before. A port that is listened to is given free first; one that
-  // the system is still opening is left to the thread, which closes it and ends by itself.
+  // Stops the search, or collects its result after kEnded, and returns the ports that answered. A
+  // port being listened to is released first. One that the system is still opening is left to the
+  // thread, which closes it and ends by itself.
   std::vector<uint32_t> end();
 
  private:
   struct Run;
 
-  std::shared_ptr<Run> run_;  // with its thread
+  std::shared_ptr<Run> run_;  // shared with its thread
 };
 
 }  // namespace vgps

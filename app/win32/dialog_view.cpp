@@ -16,7 +16,7 @@ bool isComboBox(HWND control) {
   return lstrcmpiW(name, L"ComboBox") == 0;
 }
 
-// The longest item decides, so that a port's name is not cut off; the box itself stays.
+// Widens only the drop-down list, to fit the longest item, so that port names are not cut off.
 void widenDropDown(HWND box, std::span<const std::string> items) {
   const HDC context = GetDC(box);
   if (context == nullptr) return;
@@ -91,7 +91,7 @@ void WindowDialogView::setColour(uint16_t number, Colour colour) {
 
 Colour WindowDialogView::colour(uint16_t number) { return colours_[number]; }
 
-// The keyboard must not stay in a control that takes none.
+// A disabled control must not keep the keyboard focus.
 void WindowDialogView::enable(uint16_t number, bool enabled) {
   const HWND window = control(number);
   if (window == nullptr || (IsWindowEnabled(window) != FALSE) == enabled) return;
@@ -142,7 +142,7 @@ bool WindowDialogView::drawColour(const DRAWITEMSTRUCT& item) {
   const HBRUSH brush = CreateSolidBrush(found->second & 0xFFFFFF);
   FillRect(item.hDC, &area, brush);
   DeleteObject(brush);
-  // Also a colour like the dialog's own is seen.
+  // Makes a color visible that resembles the dialog's background.
   FrameRect(item.hDC, &area, GetSysColorBrush(COLOR_BTNSHADOW));
   if (focused && (item.itemState & ODS_NOFOCUSRECT) == 0) DrawFocusRect(item.hDC, &item.rcItem);
   return true;

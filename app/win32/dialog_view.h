@@ -9,7 +9,7 @@
 
 namespace vgps {
 
-// An open dialog of the system.
+// DialogView for an open Windows dialog.
 class WindowDialogView : public DialogView {
  public:
   explicit WindowDialogView(HWND dialog) : dialog_(dialog) {}
@@ -33,7 +33,7 @@ class WindowDialogView : public DialogView {
   void playSound(const std::string& file, const char* name) override;
   void tell(std::string_view text) override;
 
-  // Draws a button that shows a colour. False when the control is none.
+  // Draws a button that shows a color. Returns false if the control is not such a button.
   bool drawColour(const DRAWITEMSTRUCT& item);
 
  private:
@@ -41,7 +41,8 @@ class WindowDialogView : public DialogView {
 
   HWND dialog_;
   std::map<uint16_t, Colour> colours_;
-  std::array<COLORREF, 16> mixedColours_{};  // that the user made while this dialog is open
+  std::array<COLORREF, 16>
+      mixedColours_{};  // custom colors that the user mixed while this dialog is open
 };
 
 }  // namespace vgps

@@ -57,17 +57,17 @@ class OpenDialog {
   HWND window_ = nullptr;
   std::optional<WindowDialogView> view_;
   DialogSearch search_;
-  std::string searchCaption_;  // of its button, from the layout
+  std::string searchCaption_;  // caption of its button in the layout
 };
 
 INT_PTR OpenDialog::handle(HWND window, UINT message, WPARAM first, LPARAM second) {
   switch (message) {
-    case WM_INITDIALOG: open(window); return TRUE;  // the first control gets the keyboard
+    case WM_INITDIALOG: open(window); return TRUE;  // the first control gets the keyboard focus
     case WM_COMMAND: onCommand(LOWORD(first), HIWORD(first)); return TRUE;
     case WM_DRAWITEM:
       return view_ && view_->drawColour(*addressIn<const DRAWITEMSTRUCT>(second)) ? TRUE : FALSE;
     case DialogSearch::kTesting:
-      if (!search_.isRunning()) return TRUE;  // of one that was stopped
+      if (!search_.isRunning()) return TRUE;  // sent by a search that was stopped
       view_->setText(CONTROL_SEARCH_STATE,
                      textWith(Text::testingPort, decimalText(uint64_t{first})));
       return TRUE;
@@ -93,7 +93,7 @@ void OpenDialog::onCommand(uint16_t control, uint16_t notification) {
   if (pressControl(rows_, *view_, control)) startSearch();
 }
 
-// The Return key reaches this also while the button is disabled.
+// The Enter key gets here even if the button is disabled.
 void OpenDialog::confirm() {
   if (search_.isRunning()) return;
   confirmDialog(rows_, *view_, context_);
@@ -125,7 +125,7 @@ void OpenDialog::showSearching(bool searching) {
   view_->enable(IDOK, !searching);
 }
 
-// One line of text.
+// Data of the one-line text prompt.
 struct OpenPrompt {
   std::string_view caption;
   std::string_view prompt;

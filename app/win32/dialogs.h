@@ -10,12 +10,12 @@
 
 namespace vgps {
 
-// Opens the settings dialog of a command over `owner` and waits until it is closed. IDOK when it
-// was confirmed and saved, IDCANCEL when nothing was changed, 0 when the command opens no dialog
-// or the system refuses. `layouts`: a language library to take the layout from when it has it.
+// Opens the settings dialog for a command over `owner` and waits until it is closed. Returns IDOK
+// if it was confirmed and saved, IDCANCEL if nothing was changed, 0 if the command has no dialog or
+// the system refuses. `layouts` is a language library whose layout is used if it has one.
 int runDialog(HWND owner, DialogContext& context, Command command, HMODULE layouts = nullptr);
 
-// Asks for one line of text; nothing when the user gave up.
+// Asks for one line of text; empty if the user cancels.
 std::optional<std::string> askText(HWND owner, std::string_view caption, std::string_view prompt,
                                    const std::string& text, HMODULE layouts = nullptr);
 

@@ -12,7 +12,7 @@ int systemDpi() {
   return dpi > 0 ? dpi : USER_DEFAULT_SCREEN_DPI;
 }
 
-// Borders, captions and icons by density: from Windows 10 on.
+// Sizes of borders, captions, and icons for a resolution; since Windows 10.
 int metricAt(int metric, int dpi) {
   static const auto forDpi =
       systemFunction<int WINAPI(int, UINT)>(L"user32.dll", "GetSystemMetricsForDpi");

@@ -15,7 +15,7 @@ namespace {
 
 constexpr size_t kLongestPath = 4096;
 
-// Pairs of names and patterns, each with a NUL behind it.
+// Pairs of names and patterns, each terminated by a NUL.
 std::wstring filterOf(std::string_view kind, std::string_view pattern) {
   const std::wstring shown = wideFromUtf8(pattern);
   std::wstring filter = wideFromUtf8(kind) + L" (" + shown + L")" + L'\0' + shown + L'\0';
@@ -38,7 +38,7 @@ void beginIn(IFileOpenDialog& chooser, const std::string& folder) {
   if (path.empty()) return;
   void* item = nullptr;
   if (FAILED(SHCreateItemFromParsingName(path.c_str(), nullptr, __uuidof(IShellItem), &item)))
-    return;  // there is no such folder: it begins where the system likes
+    return;  // no such folder: the system chooses where to start
   const ComPtr<IShellItem> owned(static_cast<IShellItem*>(item));
   chooser.SetFolder(owned.get());
 }
@@ -61,7 +61,7 @@ std::optional<std::string> chooseExistingFile(HWND owner, std::string_view kind,
   if (!caption.empty()) choice.lpstrTitle = caption.c_str();
   choice.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
   BOOL chosen = GetOpenFileNameW(&choice);
-  // What stands in the box may be no name of a file at all.
+  // The initial text may not be a valid file name at all.
   if (chosen == FALSE && CommDlgExtendedError() == FNERR_INVALIDFILENAME) {
     path[0] = L'\0';
     chosen = GetOpenFileNameW(&choice);

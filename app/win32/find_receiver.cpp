@@ -8,7 +8,7 @@ namespace vgps {
 void findReceiver(AppState& app, HINSTANCE resources, HWND owner, const FinderSetup& setup) {
   beginReceiverSearch(app);
   const auto chosen = runFinder(resources, owner, setup);
-  if (!IsWindow(owner)) return;  // the program was ended while the search was open
+  if (!IsWindow(owner)) return;  // the program was closed during the search
   endReceiverSearch(app, chosen);
 }
 

@@ -7,8 +7,8 @@ namespace vgps {
 struct AppState;
 struct FinderSetup;
 
-// The search for a receiver from the program's menu: gives the port in use free, connects to the
-// receiver that the user chose and keeps it in the settings, or takes the port in use again.
+// The "Find my receiver" command: releases the port in use, then either connects to the receiver
+// that the user chose and stores it in the settings, or reopens the previous port.
 void findReceiver(AppState& app, HINSTANCE resources, HWND owner, const FinderSetup& setup);
 
 }  // namespace vgps

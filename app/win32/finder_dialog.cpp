@@ -16,7 +16,7 @@ namespace {
 constexpr UINT kChanged = WM_APP + 1;
 constexpr int kProgressRange = 1000;
 
-// Of the list's width, in hundredths.
+// In percent of the list's width.
 constexpr std::array kColumnShares = {12, 33, 55};
 
 class FinderDialog {
@@ -50,7 +50,7 @@ class FinderDialog {
   const FinderSetup& setup_;
   HWND dialog_ = nullptr;
   HWND list_ = nullptr;
-  bool personChose_ = false;  // a row; the best one is not selected in its place then
+  bool personChose_ = false;  // the user selected a row; do not select the best one instead
   bool selecting_ = false;
   std::atomic<bool> changeNoted_{false};
   PortFinder finder_;
@@ -127,7 +127,7 @@ void FinderDialog::search() {
   show();
 }
 
-// The ports answer from their own threads; one message at a time is enough.
+// Called on the threads of the ports; one pending message at a time is enough.
 void FinderDialog::noteChange() {
   if (!changeNoted_.exchange(true)) PostMessageW(dialog_, kChanged, 0, 0);
 }
@@ -150,7 +150,8 @@ void FinderDialog::show() {
   followSelection();
 }
 
-// A button that has the keyboard passes it on first: disabled, it would swallow every key.
+// Moves the focus away before disabling a button: a disabled button with the focus would swallow
+// every key.
 void FinderDialog::enableAgain(bool enabled) {
   const HWND button = control(FINDER_AGAIN);
   if (!enabled && GetFocus() == button) {
@@ -165,7 +166,7 @@ void FinderDialog::showRow(int row, const PortFinding& finding) {
   setCell(row, 2, findingText(finding));
 }
 
-// A text that is set anew flickers.
+// Sets only a changed text, to avoid flicker.
 void FinderDialog::setCell(int row, int column, std::string_view text) {
   std::wstring wide = wideFromUtf8(text);
   if (wide == cellText(list_, row, column)) return;
@@ -193,7 +194,7 @@ void FinderDialog::noteSelection(const NMLISTVIEW& change) {
   followSelection();
 }
 
-// Only a receiver that speaks NMEA can be used as it is.
+// Only a receiver that sends NMEA can be used directly.
 void FinderDialog::followSelection() {
   const int row = selectedRow();
   const std::vector<PortFinding> findings = finder_.findings();
@@ -203,7 +204,7 @@ void FinderDialog::followSelection() {
   const HWND button = control(IDOK);
   if (usable == (IsWindowEnabled(button) != FALSE)) return;
   EnableWindow(button, usable ? TRUE : FALSE);
-  // Who walks through the list with the arrow keys stays there.
+  // Someone moving through the list with the arrow keys must keep the focus there.
   if (usable && selecting_)
     SendMessageW(dialog_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(button), TRUE);
 }
@@ -214,7 +215,7 @@ void FinderDialog::use() {
   if (row < 0 || static_cast<size_t>(row) >= findings.size()) return;
   const PortFinding& finding = findings[static_cast<size_t>(row)];
   if (!finding.answered || finding.answer.result != ProbeResult::found) return;
-  finder_.stop();  // the port has to be free
+  finder_.stop();  // the port must be released first
   choice = SourceChoice{.port = finding.port.name, .speed = finding.speed};
   EndDialog(dialog_, IDOK);
 }

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kLongestText = 4096;  // UTF-16 units
 
-// As data: nothing in it runs.
+// Loads it as data only, so that no code in it is run.
 HMODULE loadAsData(const std::string& path) {
   return LoadLibraryExW(wideFromUtf8(path).c_str(), nullptr,
                         LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE);
@@ -19,7 +19,7 @@ HMODULE loadAsData(const std::string& path) {
 
 HMODULE loadLanguage(const std::string& file) {
   if (file.empty()) return nullptr;
-  // A bare name would be looked for in the folders of the system too.
+  // The system would search for a bare name in its own folders too.
   const bool bare = file.find_first_of("\\/:") == std::string::npos;
   const HMODULE library = loadAsData(bare ? ".\\" + file : file);
   return library != nullptr ? library : loadAsData(pathIn(programFolder(), file));

@@ -46,7 +46,7 @@ void updateMenu(HMENU menu, const AppState& app) {
   const int count = GetMenuItemCount(menu);
   for (int i = 0; i < count; ++i) {
     const UINT id = GetMenuItemID(menu, i);
-    if (id == 0 || id == static_cast<UINT>(-1)) continue;  // a line, a popup
+    if (id == 0 || id == static_cast<UINT>(-1)) continue;  // a separator or a popup
     const auto command = static_cast<Command>(id);
     const auto position = static_cast<UINT>(i);
     CheckMenuItem(menu, position,

@@ -6,18 +6,18 @@ namespace vgps {
 
 struct AppState;
 
-// The menu bar out of the program's menu rows. Null when the system refuses; it belongs to the
-// window that it is set for.
+// Creates the menu bar from the program's menu rows. Returns null if the system refuses. The window
+// that it is set for owns it.
 HMENU createMainMenu();
 
-// Check marks and greying of a menu that is about to open.
+// Updates the check marks and disabled items of a menu that is about to open.
 void updateMenu(HMENU menu, const AppState& app);
 
 // The keys of the menu items; the caller destroys the table.
 HACCEL createAccelerators();
 
-// The program's keys while others are in front. A key that another program has is no error: it
-// stays with that program.
+// Registers the keys that work while other programs are active. A key that another program has
+// already registered is skipped without an error.
 void registerHotKeys(HWND window);
 void unregisterHotKeys(HWND window);
 

@@ -24,21 +24,21 @@
 namespace vgps {
 namespace {
 
-// Far from the numbers of the program's own timers.
+// Outside the range of the program's own timers.
 constexpr UINT_PTR kDrawTimer = 1001;
 constexpr UINT_PTR kStatusTimer = 1002;
-constexpr UINT kDrawDelayMs = 30;       // the lines of one burst arrive within it
+constexpr UINT kDrawDelayMs = 30;       // long enough for the lines of one burst
 constexpr UINT kStatusPeriodMs = 1000;  // ages are shown in seconds
 
-// Client sizes at 96 dots per inch.
+// Client sizes at 96 dpi.
 constexpr SIZE kFirstSize = {800, 480};
 constexpr SIZE kSmallestSize = {240, 180};
 
-// By the state of the track: idle, recording, paused, playing.
+// Indexed by the state of the track: idle, recording, paused, playing.
 constexpr std::array<const wchar_t*, 4> kStateIcons = {L"ICON_1", L"ICON_RECORD", L"ICON_PAUSE",
                                                        L"ICON_PLAY"};
 
-constexpr uint32_t kOpenFromTray = 1;  // no command of the program's
+constexpr uint32_t kOpenFromTray = 1;  // not a command of the program
 
 RECT pixelsOf(const Rect& rect) {
   return {static_cast<LONG>(rect.x), static_cast<LONG>(rect.y),
@@ -62,14 +62,14 @@ bool registerClass(HINSTANCE instance, WNDPROC procedure) {
   return RegisterClassExW(&description) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
 }
 
-// Before a source was ever chosen there is nothing that the read-out could show.
+// Before a source was chosen, the readout has nothing to show.
 bool isFirstStart(const AppState& app) {
   const Settings& settings = app.settings;
   return app.currentScreen == Screen::gps && !app.fix.running && settings.port.empty() &&
          !settings.simulate && !settings.useGpsApi && settings.useSensorApi == 0;
 }
 
-// Only then do the seconds change what is shown.
+// Whether the display changes as time passes.
 bool timePasses(const AppState& app) {
   return app.fix.running || app.shown.fixSeen || !currentNotice(app).empty();
 }
@@ -115,7 +115,7 @@ int MainWindow::runMessageLoop() {
   return static_cast<int>(message.wParam);
 }
 
-// Another copy asks before anything else is looked at, also while the window comes and goes.
+// Handles the query from another copy first, even while the window is being created or destroyed.
 LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
   if (message == instanceQueryMessage() && message != 0) return kInstanceAnswer;
   if (message == WM_NCCREATE) {
@@ -129,7 +129,7 @@ LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM first, 
   return self->handle(message, first, second);
 }
 
-// What people, receivers and timers bring.
+// Handles input, timers, and messages from the reader.
 LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
   if (handleUiMessage(message, first, second)) return WindowUiThread::kHandled;
   switch (message) {
@@ -138,7 +138,8 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
       followState();
       return 0;
     case WM_HOTKEY:
-      // A question or a chooser waits for its answer about what is now; it disables this window.
+      // A question or file dialog, which disables this window, must not be affected by commands
+      // meanwhile.
       if (!dialogOpen_ && IsWindowEnabled(window_)) runHotKey(*app_, static_cast<Command>(first));
       followState();
       return 0;
@@ -149,7 +150,7 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
     case kTitleChanged: showTitle(); return 0;
     case kMessagesWaiting: showMessages(); return 0;
     case WM_CLOSE: onClose(); return 0;
-    case WM_QUERYENDSESSION: return TRUE;  // nothing is lost by it
+    case WM_QUERYENDSESSION: return TRUE;  // no data is lost
     case WM_ENDSESSION:
       if (first != FALSE) onEndOfSession();
       return 0;
@@ -157,11 +158,11 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
   }
 }
 
-// The window itself: drawing, size, life.
+// Handles the window itself: drawing, size, creation, and destruction.
 LRESULT MainWindow::handleFrame(UINT message, WPARAM first, LPARAM second) {
   switch (message) {
     case WM_PAINT: paint(); return 0;
-    case WM_ERASEBKGND: return 1;  // everything is drawn anyhow, and erasing would flicker
+    case WM_ERASEBKGND: return 1;  // everything is redrawn anyway, and erasing would flicker
     case WM_PRINTCLIENT: {
       RECT client{};
       GetClientRect(window_, &client);
@@ -173,7 +174,7 @@ LRESULT MainWindow::handleFrame(UINT message, WPARAM first, LPARAM second) {
       return TRUE;
     case WM_SIZE: startButtons_.place(); return 0;
     case WM_SETFOCUS: startButtons_.focus(); return 0;
-    case DM_GETDEFID:  // Enter presses the button that has the keyboard
+    case DM_GETDEFID:  // Enter presses the focused button
       if (!startButtons_.areShown()) return 0;
       return MAKELRESULT(GetDlgCtrlID(startButtons_.focused()), DC_HASDEFID);
     case WM_DPICHANGED: onDpiChanged(*addressIn<const RECT>(second)); return 0;
@@ -217,7 +218,7 @@ void MainWindow::onKey(WPARAM key) {
   if (key == VK_SPACE) app_->gps.simulation.step();
 }
 
-// Another close request may arrive while the question is open.
+// Another close request may arrive while the question is shown.
 void MainWindow::onClose() {
   if (closing_) return;
   closing_ = true;
@@ -226,9 +227,9 @@ void MainWindow::onClose() {
   followState();
 }
 
-// The user logs off or the machine goes down, and a question would not be answered: the recording's
-// journal stays for the next start.
-// No point may come behind the journal's end: it would begin another one.
+// The user logs off or the computer shuts down, and a question would not be answered: the journal
+// of the recording is kept for the next start. No point may be recorded after the journal is
+// closed, because it would start another journal.
 void MainWindow::onEndOfSession() {
   app_->fix.stopReaders(0);
   endProgram(*app_);
@@ -250,7 +251,7 @@ void MainWindow::bringForward() {
   SetForegroundWindow(GetLastActivePopup(window_));
 }
 
-// A question that waits for its answer disables the window, and the commands with it.
+// While a question is shown, the window and therefore the menu are disabled.
 void MainWindow::showTrayMenu() {
   const Command link = app_->fix.running ? Command::disconnect : Command::connect;
   const bool free = !dialogOpen_ && IsWindowEnabled(window_);
@@ -270,7 +271,7 @@ void MainWindow::showTrayMenu() {
   }
 }
 
-// Moved to a screen of another density: the system has worked out the size to keep.
+// The window was moved to a screen of another resolution; the system suggests the size to use.
 void MainWindow::onDpiChanged(const RECT& suggested) {
   SetWindowPos(window_, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
                suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
@@ -283,7 +284,7 @@ void MainWindow::keepReadable(MINMAXINFO& limits) const {
   limits.ptMinTrackSize = {smallest.cx, smallest.cy};
 }
 
-// Loaded when they are first shown: most runs of the program show the first only.
+// Loads the icons when first needed: most runs show only the first.
 void MainWindow::showIcons(size_t state) {
   const int dpi = dpiOf(window_);
   Icons& icons = icons_[state];
@@ -327,7 +328,7 @@ void MainWindow::watchWhileTimePasses() {
     SetTimer(window_, kStatusTimer, kStatusPeriodMs, nullptr);
   } else {
     KillTimer(window_, kStatusTimer);
-    repaint();  // what has passed is still to be seen
+    repaint();  // show the final state
   }
 }
 
@@ -339,9 +340,9 @@ Rect MainWindow::statusBar() const {
       .status;
 }
 
-// Without data nobody asks for a repaint, yet ages grow and a silent receiver has to be shown as
-// silent. Nothing is drawn while the texts stay the same, and only the status line when it alone
-// has changed: that is little work, and holds no repaint up that new data ask for.
+// Without data there are no repaints, but ages grow, and a silent receiver must be shown as silent.
+// Nothing is drawn while the texts stay the same. If only the status line has changed, only that is
+// drawn, which is little work and does not delay a repaint for new data.
 void MainWindow::watchStatus() {
   if (refreshDisplays(*app_)) return;
   const TimeDependentTexts now = timeDependentTexts(makeScene(*app_));
@@ -395,7 +396,7 @@ void MainWindow::drawInto(HDC target, int width, int height) {
   if (canvas.status() != Gdiplus::Ok) OutputDebugStringW(L"the screen could not be drawn\n");
 }
 
-// Over the picture that the buffer still holds.
+// Draws over the picture that is still in the buffer.
 void MainWindow::drawStatusInto(HDC target, int width, int height) {
   const Scene drawn = scene();
   GdiplusCanvas canvas(target, width, height, fonts_);

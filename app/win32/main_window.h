@@ -22,14 +22,14 @@ inline constexpr const wchar_t* kMainWindowClass = L"VGPS CLASS";
 // The program's name, in the caption and on message boxes.
 std::wstring programTitle();
 
-// What the window needs of the program around it.
+// What the window needs from the program around it.
 struct WindowSetting {
   HINSTANCE instance = nullptr;
   const LanguageLibrary* language = nullptr;  // null: everything in English
-  ProgramSounds* sounds = nullptr;            // told when the user has chosen others
+  ProgramSounds* sounds = nullptr;            // notified when the user has chosen other sounds
 };
 
-// The one top-level window. It draws what `Desktop` holds and passes on what happens to it.
+// The only top-level window. It draws the state in `Desktop` and forwards its events.
 class MainWindow : public DesktopWindow {
  public:
   MainWindow() = default;
@@ -37,15 +37,16 @@ class MainWindow : public DesktopWindow {
   MainWindow& operator=(const MainWindow&) = delete;
   ~MainWindow() override;
 
-  // Null when the system refuses. The window lives until it is closed; `app` must outlive it.
+  // Returns null if the system refuses. The window exists until it is closed; `app` must outlive
+  // it.
   HWND create(const WindowSetting& setting, Desktop& app);
-  // The icon in the notification area, until the window goes.
+  // Shows the icon in the notification area until the window is destroyed.
   void addTrayIcon();
-  // Gets, translates and hands out messages until the program is to end; its exit code.
+  // Dispatches messages until the program is to end. Returns its exit code.
   int runMessageLoop();
-  // Icons, buttons and timers after the program's state.
+  // Updates icons, buttons, and timers to match the program's state.
   void followState();
-  // What was to be said when there was no window any more.
+  // Shows the messages that arrived after the window was destroyed.
   void showLastMessages();
 
   void repaint() override;
@@ -103,16 +104,16 @@ class MainWindow : public DesktopWindow {
   StartButtons startButtons_;
   TrayIcon tray_;
   TimeDependentTexts paintedTexts_;
-  bool statusOnly_ = false;  // nothing but the status line is to be drawn
+  bool statusOnly_ = false;  // only the status line needs to be redrawn
   bool closing_ = false;
   bool dialogOpen_ = false;
-  bool watching_ = false;  // the status timer runs
+  bool watching_ = false;  // the status timer is running
 
   struct Icons {
     HICON small = nullptr;
     HICON large = nullptr;
   };
-  std::array<Icons, 4> icons_{};  // by the state of the track
+  std::array<Icons, 4> icons_{};  // indexed by the state of the track
   int32_t shownTrackState_ = -1;
 
   bool titled_ = false;  // the caption shows the simulation's title

@@ -4,7 +4,7 @@
 
 namespace vgps {
 
-// The address that a parameter of a window message, or a word of a window, carries as a number.
+// Converts a message parameter, or a number stored in a window, to the address that it contains.
 template <typename T>
 T* addressIn(LONG_PTR parameter) {
   return reinterpret_cast<T*>(parameter);  // NOLINT(performance-no-int-to-ptr): the system's way

@@ -4,8 +4,8 @@
 
 namespace vgps {
 
-// The font "Crystal" that the program brings along, known to this process while this lives. The
-// file lies where the program was started; where none can be written, the font comes from memory.
+// Makes the included font "Crystal" available to this process while this object exists. The font
+// file is written to the working folder; if that fails, the font is loaded from memory.
 class ProgramFont {
  public:
   explicit ProgramFont(HINSTANCE instance);

@@ -10,15 +10,15 @@ namespace vgps {
 
 struct Settings;
 
-// Starts the sound of a file, or the program's own of that name where the file is missing or none
-// is named, and returns at once. A sound that the program does not have is silence.
+// Starts playing a sound file, or the program's own sound `name` if the file is missing or `file`
+// is empty, and returns at once. An unknown sound is silent.
 void playSound(const std::string& file, const char* name);
 
-// Plays the sound files of the settings, and the program's own sounds where none is set or the
-// file is missing.
+// Plays the sound files in the settings, or the program's own sounds where none is set or the file
+// is missing.
 class ProgramSounds : public Sounds {
  public:
-  // From now on those of `settings`.
+  // Uses the sound files of `settings` from now on.
   void useFilesOf(const Settings& settings);
 
   void play(const char* name) override;
@@ -26,7 +26,7 @@ class ProgramSounds : public Sounds {
  private:
   std::string fileOf(const char* name);
 
-  std::mutex mutex_;  // sounds are played on the reader's thread too
+  std::mutex mutex_;  // sounds are also played on the reader's thread
   std::map<std::string, std::string, std::less<>> files_;
 };
 

@@ -9,7 +9,7 @@ namespace {
 
 constexpr DWORD kTurnMs = 5000;
 
-// In the session of the user: each may run a copy.
+// Local to the user's session, so that each user may run a copy.
 constexpr const wchar_t* kStartupLockName = L"Local\\VGPS START";
 
 bool answersAsOurs(HWND window) {
@@ -19,7 +19,7 @@ bool answersAsOurs(HWND window) {
          isOwnAnswer(answer);
 }
 
-// A question that is open is what the user has to see: the window behind it takes no input.
+// If a question is shown, activate that: the window behind it accepts no input.
 void bringToFront(HWND window) {
   ShowWindow(window, IsIconic(window) ? SW_RESTORE : SW_SHOW);
   SetForegroundWindow(GetLastActivePopup(window));
@@ -43,7 +43,7 @@ bool activateRunningCopy() {
   return false;
 }
 
-// A copy that ended in its turn leaves the mutex abandoned, which is as good as free.
+// If the other copy ended while holding the mutex, it is abandoned, which counts as free.
 StartupLock::StartupLock() : mutex_(CreateMutexW(nullptr, FALSE, kStartupLockName)) {
   if (!mutex_.isValid()) return;
   const DWORD result = WaitForSingleObject(mutex_.get(), kTurnMs);

@@ -6,19 +6,19 @@
 
 namespace vgps {
 
-// One copy of the program at a time: a second one asks the window of the first.
+// Allows only one running copy of the program: a second one queries the window of the first.
 //
-// The number of the query, the same in every copy. 0 when the system has none left.
+// The number of the query message, which is the same in every copy. 0 if the system has none left.
 UINT instanceQueryMessage();
 
-// Shows the running copy's window in front. False when no window of the class answers as ours.
+// Activates the running copy's window. Returns false if no window of that class replies as ours.
 bool activateRunningCopy();
 
-// Held from the look for another copy until the own window can be found, so that two copies that
-// start at the same moment do not miss each other.
+// Held from the search for another copy until this copy's window can be found, so that two copies
+// that start at the same moment do not miss each other.
 class StartupLock {
  public:
-  // Waits for a copy that is starting, but not for ever.
+  // Waits a limited time for another copy that is starting.
   StartupLock();
   StartupLock(const StartupLock&) = delete;
   StartupLock& operator=(const StartupLock&) = delete;

@@ -24,7 +24,7 @@ constexpr std::array<ButtonRow, 2> kButtons = {
     ButtonRow{Command::findReceiver, Text::startFindReceiver, Text::startFindReceiverHint},
     ButtonRow{Command::startSimulation, Text::startSimulationButton, Text::startSimulationHint}};
 
-// Where everything stands, in whole pixels.
+// The positions of the buttons and texts, in whole pixels.
 struct StartLayout {
   Rect greeting;
   Rect whatToDo;
@@ -39,8 +39,8 @@ Rect wholePixels(const Rect& rect) {
   return {std::round(rect.x), std::round(rect.y), std::round(rect.width), std::round(rect.height)};
 }
 
-// Beside each other where there is room, otherwise one above the other. In a very low window the
-// words give way.
+// Side by side if there is enough space, otherwise one above the other. A very low window omits the
+// texts.
 StartLayout layoutStart(const Rect& bounds, const TextScale& scale) {
   const ReadoutLayout readout = layoutReadout(bounds, scale);
   const float gap = readout.padding;
@@ -156,7 +156,7 @@ void StartButtons::drawWords(Canvas& canvas, const Palette& palette) const {
   }
 }
 
-// The system's own look would blind eyes that are used to the night colours.
+// The system's own look would be too bright with the night colors.
 void StartButtons::drawButton(const DRAWITEMSTRUCT& item, const Palette& palette) const {
   const bool pressed = (item.itemState & ODS_SELECTED) != 0;
   const bool hasKeyboard = (item.itemState & ODS_FOCUS) != 0;

@@ -10,9 +10,9 @@
 
 namespace vgps {
 
-// Before a source was ever chosen the read-out has nothing to show: two large buttons in its place
-// say what to do. Real buttons, so that keyboard and screen readers find them; their numbers are
-// those of the commands that they send.
+// Two large buttons that tell the user what to do. They replace the readout, which has nothing to
+// show before a source was chosen. They are real buttons, so that the keyboard and screen readers
+// can use them; their control numbers are the commands that they send.
 class StartButtons {
  public:
   StartButtons() = default;
@@ -20,17 +20,17 @@ class StartButtons {
   StartButtons& operator=(const StartButtons&) = delete;
   ~StartButtons() { forgetFont(); }
 
-  // Shown and hidden; the first showing makes them. False when the system refuses. `fontFactor`:
-  // how large the user wants the texts.
+  // Shows or hides the buttons and creates them when first shown. Returns false if the system
+  // refuses. `fontFactor` is the user's text size factor.
   bool show(HWND parent, bool shown, float fontFactor = 1);
   bool areShown() const { return shown_; }
-  // Anew for the size of the client area.
+  // Positions them for the current size of the client area.
   void place();
-  // The words above and below the buttons.
+  // Draws the texts above and below the buttons.
   void drawWords(Canvas& canvas, const Palette& palette) const;
-  // WM_DRAWITEM of one of them.
+  // Draws one of them, for WM_DRAWITEM.
   void drawButton(const DRAWITEMSTRUCT& item, const Palette& palette) const;
-  // The button that has the keyboard, or is to have it; null while hidden.
+  // The button that has, or will get, the keyboard focus; null while hidden.
   HWND focused() const;
   void focus() const;
 

@@ -35,8 +35,8 @@ void TrayIcon::remove() {
   wanted_ = shown_ = false;
 }
 
-// Without the keyboard the menu would stay when the user presses somewhere else, and the message
-// behind it makes the system notice that it has gone.
+// The window must be active, or the menu would stay open when the user clicks elsewhere. The
+// message posted afterward makes the system notice that the menu was closed.
 uint32_t TrayIcon::choose(HWND window, std::span<const TrayMenuRow> rows) {
   const HMENU menu = CreatePopupMenu();
   if (menu == nullptr) return 0;

@@ -10,15 +10,16 @@
 
 namespace vgps {
 
-// One line of the icon's menu; number 0 is a line between others.
+// A row of the icon's menu; number 0 is a separator.
 struct TrayMenuRow {
   uint32_t number;
   std::wstring text;
   bool enabled = true;
 };
 
-// The program's icon in the notification area. Presses on it come to the window as kTrayMessage,
-// the second parameter the mouse message. Without such an area nothing is shown, which is no error.
+// The program's icon in the notification area. Clicks are sent to the window as kTrayMessage, with
+// the mouse message as second parameter. On a system without a notification area nothing is shown;
+// that is not an error.
 class TrayIcon {
  public:
   static constexpr UINT kTrayMessage = 0x465;
@@ -31,14 +32,14 @@ class TrayIcon {
   void add(HWND window, HICON icon, const wchar_t* tip);
   void setIcon(HICON icon);
   void remove();
-  // The notification area is a new one: its program was started again.
+  // Call this when the notification area was recreated because its program was restarted.
   void restore();
-  // Shows a menu where the pointer is and waits; the number that was chosen, 0 for none. The first
-  // row is what a press of the icon does without the menu.
+  // Shows a menu at the mouse pointer and waits. Returns the number of the chosen row, 0 for none.
+  // The first row is the default action of the icon.
   static uint32_t choose(HWND window, std::span<const TrayMenuRow> rows);
   bool isShown() const { return shown_; }
 
-  // The number of the message that says so.
+  // The number of the message for that event.
   static UINT areaCreatedMessage();
 
  private:

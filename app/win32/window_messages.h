@@ -4,7 +4,7 @@
 
 namespace vgps {
 
-// What the main window posts to itself.
+// Messages that the main window posts to itself.
 inline constexpr UINT kTitleChanged = WM_APP + 1;
 inline constexpr UINT kMessagesWaiting = WM_APP + 2;
 

@@ -1,6 +1,6 @@
 #include "app/win32/main_window.h"
 
-// Behind <windows.h>, on which they build.
+// The other headers need <windows.h> first.
 #include <commctrl.h>
 
 #include <vector>
@@ -15,16 +15,17 @@
 #include "platform/win32/wide.h"
 #include "res/finder_ids.h"
 
-// What the program asks of its window.
+// The services that the program needs from its window.
 namespace vgps {
 namespace {
 
-// The buttons of a question with several answers; far from IDOK and its like, which close it.
+// Button numbers of a question with several answers; must differ from IDOK and the like, which
+// close it.
 constexpr int kFirstAnswer = 1001;
 
 }  // namespace
 
-// The reader must not wait for the window here, so the text is left for it to fetch.
+// The reader must not wait for the window, so the window fetches the text later.
 void MainWindow::setTitle(std::string_view title) {
   {
     const std::lock_guard lock(titleMutex_);
@@ -33,7 +34,7 @@ void MainWindow::setTitle(std::string_view title) {
   PostMessageW(window_, kTitleChanged, 0, 0);
 }
 
-// Only the simulation has a title of its own, and one may still come when it has ended.
+// Only the simulation sets a title, and one may still arrive after it has ended.
 void MainWindow::showTitle() {
   std::wstring title;
   {
@@ -44,12 +45,12 @@ void MainWindow::showTitle() {
   SetWindowTextW(window_, titled_ && !title.empty() ? title.c_str() : programTitle().c_str());
 }
 
-// A message box runs until the user answers, and the caller may be a reader that waits.
+// A message box waits for the user, but the caller may be a waiting reader.
 void MainWindow::tellError(std::string_view text) { queueMessage(text, MB_ICONERROR); }
 
 void MainWindow::tell(std::string_view text) { queueMessage(text, MB_ICONINFORMATION); }
 
-// What is said before there is a window waits for it.
+// Messages before the window exists are kept until it does.
 void MainWindow::queueMessage(std::string_view text, UINT icon) {
   messages_.push_back({wideFromUtf8(text), icon});
   if (window_ != nullptr) PostMessageW(window_, kMessagesWaiting, 0, 0);
@@ -83,8 +84,8 @@ bool MainWindow::ask(std::string_view question) {
                      MB_YESNO | MB_DEFBUTTON2 | MB_ICONQUESTION) == IDYES;
 }
 
-// The window is disabled meanwhile, as by a message box. Escape and the close box press the last
-// button, because that is the one that cancels.
+// Disables the window meanwhile, like a message box. Escape and the close box press the last
+// button, because that one cancels.
 size_t MainWindow::choose(std::string_view question, std::span<const std::string_view> answers) {
   std::vector<std::wstring> words;
   words.reserve(answers.size());
@@ -122,7 +123,7 @@ void MainWindow::postTap(uint32_t point) {
   PostMessageW(window_, WM_LBUTTONDOWN, MK_LBUTTON, static_cast<LPARAM>(point));
 }
 
-// In a narrow window the menu bar takes several lines, which only the window itself can tell.
+// In a narrow window the menu bar has several lines; only the window itself knows how many.
 void MainWindow::resizeClient(int32_t width, int32_t height) {
   if (IsZoomed(window_)) ShowWindow(window_, SW_RESTORE);
   const int dpi = dpiOf(window_);
@@ -140,7 +141,7 @@ void MainWindow::resizeClient(int32_t width, int32_t height) {
   }
 }
 
-// The port search of a dialog takes the connection for itself, so keys from elsewhere have to wait.
+// The port search of a dialog takes over the connection, so hot keys must wait.
 bool MainWindow::openDialog(Command command) {
   if (dialogOpen_) return true;
   dialogOpen_ = true;

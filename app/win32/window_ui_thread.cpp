@@ -10,9 +10,9 @@
 namespace vgps {
 namespace {
 
-// A reading travels in one parameter, the generation of its source in the other.
+// Packs a sensor reading into one parameter; the other carries the generation of its source.
 struct Reading {
-  float x, y;  // degrees; exact to a metre, and shown to the thousandth
+  float x, y;  // degrees; accurate to a meter, shown to the thousandth
 };
 static_assert(sizeof(WPARAM) == sizeof(Reading));
 
@@ -20,7 +20,7 @@ bool carriesAddress(UiEvent event) {
   return event == UiEvent::line || event == UiEvent::unknownBytes || event == UiEvent::logFailed;
 }
 
-// Counts a caller for as long as it may be waiting for the window.
+// Counts callers that may be waiting for the window.
 class Count {
  public:
   explicit Count(std::atomic<int>& counter) : counter_(counter) { ++counter_; }
@@ -61,8 +61,8 @@ void WindowUiThread::post(const UiMessage& message) {
                static_cast<LPARAM>(message.generation));
 }
 
-// A sender that is waiting already is let go by taking its message out of the queue: handled where
-// the window still lives, refused by the system where it does not.
+// Releases a sender that is already waiting by removing its message from the queue: it is handled
+// if the window still exists, otherwise refused by the system.
 void WindowUiThread::close(int timeoutMs) {
   closed_ = true;
   const ULONGLONG start = GetTickCount64();
@@ -88,10 +88,11 @@ bool readUiMessage(UINT number, WPARAM first, LPARAM second, const GpsFix& fix, 
   }
   if (second != reinterpret_cast<LPARAM>(&fix)) return false;
   const ReaderControl& readers = fix.state.readers;
-  message.generation = readers.deliveringGeneration;  // the sender waits, so it is still its turn
+  message.generation =
+      readers.deliveringGeneration;  // the sender waits, so this is still its generation
   if (!carriesAddress(message.event)) return true;
   if (first == 0) return false;
-  // Another source was opened meanwhile, and its protocol tells nothing about this parameter.
+  // If another source was opened meanwhile, the current protocol says nothing about this parameter.
   const bool stale = message.generation != 0 && message.generation != readers.generation;
   if (message.event == UiEvent::line && stale) return true;
   if (message.event == UiEvent::line && fix.state.inputProtocol == kSirfBinary) {

@@ -10,23 +10,23 @@ namespace vgps {
 
 struct GpsFix;
 
-// Sends messages to the user-interface thread as window messages, numbered like the events. In a
-// message for a line the first parameter is the line as wide text, or the message record of a
-// binary protocol, and the second the address of the fix. Texts of other events travel the same
-// way.
+// Sends messages to the user-interface thread as window messages with the same numbers as the
+// events. For a line, the first parameter is the line as UTF-16 text, or the message record of a
+// binary protocol, and the second is the address of the fix. Texts of other events are passed the
+// same way.
 class WindowUiThread : public UiThread {
  public:
-  // What the window procedure answers to a message that it has handled.
+  // The window procedure returns this for a message that it has handled.
   static constexpr LRESULT kHandled = 1;
 
-  // Before the first message.
+  // Call this before the first message.
   void open(HWND window, const GpsFix& fix);
 
   bool send(const UiMessage& message) override;
   void post(const UiMessage& message) override;
 
-  // On the user-interface thread: nothing passes from now on, and who waits in `send` is let go.
-  // Gives up after `timeoutMs`.
+  // Call this on the user-interface thread: no message passes from now on, and senders waiting in
+  // `send` are released. Gives up after `timeoutMs`.
   void close(int timeoutMs);
 
  private:
@@ -36,9 +36,9 @@ class WindowUiThread : public UiThread {
   std::atomic<int> underWay_{0};
 };
 
-// The event that a window message stands for. False for other messages, and for those that do not
-// come from the reader of this `fix`: another program may send anything, and only for messages of
-// the reader is there a waiting sender. `text` holds what `message` looks at.
+// Converts a window message to an event. Returns false for other messages, and for those that do
+// not come from the reader of this `fix`: another program may send anything, and only the reader's
+// messages have a waiting sender. `text` stores what `message` refers to.
 bool readUiMessage(UINT number, WPARAM first, LPARAM second, const GpsFix& fix, std::string& text,
                    UiMessage& message);
 
