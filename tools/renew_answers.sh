@@ -1,10 +1,10 @@
 #!/bin/bash
 # Renews the expected answers in tests/answers: the state to which each recorded log leads, and the
-# track of a log with recording settings beside it; and menus and dialogs as text. Read the
-# difference before committing it.
+# track of a log with recording settings beside it; menus and dialogs as text; and what the commands
+# of tests/answers/commands answer. Read the difference before committing it.
 #
 #   tools/renew_answers.sh [PROGRAM]     PROGRAM: the vgps to ask, build/native/bin/vgps by default,
-#                                        with unit_tests beside it
+#                                        with unit_tests and program_tests beside it
 set -euo pipefail
 cd "$(dirname "$0")/.."
 program=${1:-build/native/bin/vgps}
@@ -24,4 +24,6 @@ for settings in tests/logs/*.settings.xml; do
 done
 VEXA_RENEW_ANSWERS=1 "$(dirname "$program")/unit_tests" --gtest_brief=1 \
   --gtest_filter=TextFrontEnd.*
+VEXA_RENEW_ANSWERS=1 "$(dirname "$program")/program_tests" --gtest_brief=1 \
+  --gtest_filter=Commands.* >/dev/null || true  # fails where an answer is another one
 git --no-pager diff --stat -- tests/answers
