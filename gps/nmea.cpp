@@ -453,11 +453,4 @@ void applyRecord(const DecodedSentence& decoded, const NmeaSentence& record, uin
   }
 }
 
-bool GpsFix::parseSentence(std::string_view text, NmeaSentence& out, bool apply) {
-  const DecodedSentence decoded(text);
-  const uint32_t said = parseRecord(decoded, state, out);
-  if (apply) applyRecord(decoded, out, said, *this);
-  return decoded.sentence.name.dollar;
-}
-
 }  // namespace vgps

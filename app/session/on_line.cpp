@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "base/texts.h"
 #include "gps/epoch.h"
+#include "gps/sirf.h"
 
 namespace vgps {
 namespace {
