@@ -39,6 +39,8 @@ class DialogView {
   virtual Colour colour(uint16_t control) = 0;
 
   virtual void enable(uint16_t control, bool enabled) = 0;
+  // A line below everything else; at most once for a dialog.
+  virtual void showNote(std::string_view text) = 0;
 
   // The path of an existing file; nothing when the user gave up. `kind` names such files in
   // words, `pattern` is "*.png;*.jpg", `current` the path to begin with.

@@ -34,6 +34,11 @@ const CommandRow* findCommand(Command command);
 // False when there is no such command.
 bool runCommand(Desktop& app, Command command);
 
+// Whether there is something behind the command that works: not so if its screen, its dialog or the
+// whole feature is missing. Menus leave such commands out; keys and other programs still get an
+// answer.
+bool isAvailable(Command command);
+
 // A command that came from a hot key: its result is shown at once, whatever was drawn just now.
 bool runHotKey(Desktop& app, Command command);
 

@@ -121,6 +121,9 @@ std::span<const Dialog> dialogs();
 // Null when the command opens none of these.
 const Dialog* findDialog(Command command);
 
+// Whether the program does something with at least one of its settings.
+bool editsSettingsInUse(const Dialog& dialog);
+
 // Shows the settings in use, and enables what they leave enabled.
 void fillDialog(const Dialog& dialog, DialogView& view, const DialogContext& context);
 

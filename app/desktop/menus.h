@@ -19,6 +19,9 @@ struct MenuRow {
   Command command{};  // of an item
 };
 std::span<const MenuRow> menuRows();
+// Without the commands that are not available, and without the popups and lines that lose their
+// sense by that.
+std::span<const MenuRow> offeredMenuRows();
 
 // Keys are the system-independent numbers that Windows calls virtual key codes: letters and digits
 // as their ASCII capitals, F1 is 0x70.

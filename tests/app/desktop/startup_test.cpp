@@ -185,11 +185,15 @@ TEST(Startup, UpdatesAreRemindedOfEveryTwentyStarts) {
   EXPECT_EQ(asked, (std::vector<int>{1, 22, 43})) << "the very first one asks";
   EXPECT_EQ(world.app.settings.updateCountdown, 20);
   EXPECT_EQ(world.window.questions, std::vector<std::string>{"Check for VGPS updates now?"});
-  EXPECT_EQ(currentNotice(world.app), "") << "No was the answer";
+  EXPECT_TRUE(world.window.told.empty()) << "No was the answer";
   world.window.answer = true;
-  world.app.settings.updateCountdown = 0;
-  remindOfUpdates(world.app);
-  EXPECT_NE(currentNotice(world.app), "") << "command 197";
+  for (const char* const source : {"no source is set", "https://updates.example/gps"}) {
+    world.app.settings.updateCountdown = 0;
+    remindOfUpdates(world.app);
+    ASSERT_FALSE(world.window.told.empty()) << "command 197";
+    EXPECT_NE(world.window.told.back().find(source), std::string::npos);
+    world.app.settings.updateSource = "https://updates.example/gps";
+  }
 }
 
 TEST(Startup, ConnectsByItselfWhenTheSettingIsOn) {
