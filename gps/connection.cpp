@@ -20,7 +20,9 @@ constexpr int kOpeningEndMs = 300;
 }  // namespace
 
 GpsFix::GpsFix(GpsState& gpsState)
-    : satellites(std::make_unique<SatelliteTable>()), state(gpsState) {}
+    : satellites(std::make_unique<SatelliteTable>()), state(gpsState) {
+  unknown = kAllUnknown;
+}
 
 void GpsFix::setPort(std::string_view portName, uint32_t speed) {
   portPath = devicePath(std::string(portName));
