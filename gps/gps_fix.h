@@ -20,7 +20,9 @@ namespace vgps {
 // they do and on which thread.
 struct GpsFix : FixRecord, ConnectionStatus {
   explicit GpsFix(GpsState& gpsState)
-      : satellites(std::make_unique<SatelliteTable>()), state(gpsState) {}
+      : satellites(std::make_unique<SatelliteTable>()), state(gpsState) {
+    unknown = kAllUnknown;
+  }
 
   std::unique_ptr<SatelliteTable> satellites;
   GpsState& state;

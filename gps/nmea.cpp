@@ -151,6 +151,12 @@ uint32_t readTime(std::string_view field, const GpsState& state, DateTime& utc, 
   return isMidnight(utc) ? 0U : kSaidTime;
 }
 
+// `bit` where a number begins in the field.
+uint32_t gaveNumber(std::string_view field, Said bit) {
+  const bool number = !field.empty() && (isDigit(field[0]) || field[0] == '-' || field[0] == '.');
+  return number ? bit : 0U;
+}
+
 // $GPGGA,time,lat,N,lon,E,quality,used,hdop,altitude,M,geoid,M,age,station*hh
 //   0     1    2   3  4  5    6     7    8     9     10  11  12 13   14
 uint32_t parseGga(const Fields& fields, GpsState& state, NmeaSentence::Quality& out) {
@@ -172,12 +178,13 @@ uint32_t parseGga(const Fields& fields, GpsState& state, NmeaSentence::Quality& 
   if (fields.has(9)) {
     out.altitude = leadingInt(fields[9]);
     noteAltitude(state, out.altitude);
-    said |= kSaidAltitude;
+    said |= kSaidAltitude | gaveNumber(fields[9], kGaveAltitude);
   }
   // Some receivers leave field 9 empty or report their height in the geoid column.
   if (fields.has(11) && (out.altitude == 0 || state.options.altitudeFromGeoidField)) {
     out.altitude = leadingInt(fields[11]);
     noteAltitude(state, out.altitude);
+    said |= gaveNumber(fields[11], kGaveAltitude);
   }
   return said;
 }
@@ -193,16 +200,16 @@ uint32_t parseRmcx(const Fields& fields, NmeaSentence::Position& out) {
   out.latitude = leadingDouble(fields[4]);
   if (fields.has(5)) {
     out.altitude = leadingDouble(fields[5]);
-    said |= kSaidAltitude;
+    said |= kSaidAltitude | gaveNumber(fields[5], kGaveAltitude);
   }
   if (fields.has(6)) {
     out.course = leadingDouble(fields[6]);
-    said |= kSaidCourse;
+    said |= kSaidCourse | gaveNumber(fields[6], kGaveCourse);
   }
   if (fields.has(7)) {
     out.kmh = leadingDouble(fields[7]);
     out.mps = out.kmh / kKmhPerMps;
-    said |= kSaidSpeed;
+    said |= kSaidSpeed | gaveNumber(fields[7], kGaveSpeed);
   }
   return said;
 }
@@ -241,11 +248,11 @@ uint32_t parseRmc(const Sentence& sentence, GpsState& state, NmeaSentence::Posit
   if (fields.has(9)) said |= readDate(fields[9], out.utc);
   if (fields.has(7)) {
     readSpeed(leadingFloat(fields[7]), state, out);
-    said |= kSaidSpeed;
+    said |= kSaidSpeed | gaveNumber(fields[7], kGaveSpeed);
   }
   if (fields.has(8)) {
     out.course = leadingDouble(fields[8]);
-    said |= kSaidCourse;
+    said |= kSaidCourse | gaveNumber(fields[8], kGaveCourse);
   }
   if (fields.has(10)) {
     out.magneticVariation = leadingDouble(fields[10]);
@@ -367,12 +374,30 @@ void applyQuality(int32_t quality, GpsFix& fix) {
   fix.fixStatus = quality;
 }
 
+void markKnown(GpsFix& fix, Unknown value, bool given) {
+  fix.unknown = given ? fix.unknown & ~value : fix.unknown | value;
+}
+
+// A sentence that ought to bring a value and does not leaves one that was not measured; without
+// a fix nothing is measured at all.
+void applyMarks(GpsFix& fix, int32_t kind, uint32_t said) {
+  if (kind == kGga) {
+    markKnown(fix, kUnknownAltitude, (said & kGaveAltitude) != 0);
+  } else {
+    markKnown(fix, kUnknownSpeed, (said & kGaveSpeed) != 0);
+    markKnown(fix, kUnknownCourse, (said & kGaveCourse) != 0);
+    if ((said & kGaveAltitude) != 0) markKnown(fix, kUnknownAltitude, true);
+  }
+  if (fix.fixStatus == 0) fix.unknown = kAllUnknown;
+}
+
 void applyGga(const NmeaSentence::Quality& record, uint32_t said, GpsFix& fix) {
   if ((said & kSaidQuality) != 0) applyQuality(record.quality, fix);
   if ((said & kSaidPosition) != 0) applyPosition(record.longitude, record.latitude, fix);
   if ((said & kSaidTime) != 0) applyTimeOfDay(record.utc, record.local, fix);
   if ((said & kSaidUsedCount) != 0) fix.satellites->usedCount = record.usedCount;
   if ((said & kSaidAltitude) != 0) fix.altitude = record.altitude;
+  applyMarks(fix, kGga, said);
 }
 
 void applyRmc(const NmeaSentence::Position& record, uint32_t said, bool extended, GpsFix& fix) {
@@ -394,6 +419,7 @@ void applyRmc(const NmeaSentence::Position& record, uint32_t said, bool extended
   }
   if ((said & kSaidCourse) != 0) fix.course = record.course;
   if ((said & kSaidVariation) != 0) fix.magneticVariation = record.magneticVariation;
+  applyMarks(fix, kRmc, said);
 }
 
 // `used` is never cleared here: a satellite once used stays marked until GSV lists it anew.

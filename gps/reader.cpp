@@ -91,6 +91,8 @@ void beginSource(GpsFix& fix) {
   fix.framing.dropCarried();
   fix.state.view.clear();
   fix.state.talkers.reset();
+  fix.state.leadingSentenceKind = kNoSentence;
+  fix.unknown = kAllUnknown;
 }
 
 // While a reader hands over what it has read. It may lose its source meanwhile, so it is known by
@@ -127,7 +129,10 @@ void handleBlock(Reading& reading, std::string_view block, size_t heldBefore) {
   GpsFix& fix = reading.fix;
   if (!reading.ownSource) beginSource(fix);
   // The device was plugged in again: half a line of before is no front of its first one.
-  if (reading.reopened) fix.framing.dropCarried();
+  if (reading.reopened) {
+    fix.framing.dropCarried();
+    fix.unknown = kAllUnknown;
+  }
   reading.ownSource = true;
   reading.reopened = false;
   // Half a sentence in front of a message is no use to either.

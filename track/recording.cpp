@@ -4,6 +4,7 @@
 
 #include "geo/distance.h"
 #include "geo/units.h"
+#include "track/track_statistics.h"
 
 namespace vgps {
 namespace {
@@ -22,8 +23,10 @@ bool turned(const Track& track, double course) {
   return std::fabs(course - base) > track.angleThreshold;
 }
 
-bool climbed(const Track& track, double altitude) {
-  return std::fabs(track.lastAltitude - altitude) > track.altitudeThreshold;
+// An altitude that was not measured says nothing about a climb.
+bool climbed(const Track& track, const FixRecord& fix) {
+  if (!fix.altitudeKnown() || !track.lastAltitudeKnown) return false;
+  return std::fabs(track.lastAltitude - fix.altitude) > track.altitudeThreshold;
 }
 
 }  // namespace
@@ -36,6 +39,7 @@ bool Recording::start() {
   takeWhereZero(current_.altitudeThreshold, options_.altitude);
   current_.courseDeviation = 0;
   current_.lastCourse = -1;
+  current_.lastAltitudeKnown = false;
   current_.state = kRecording;
   current_.bes = options_.bes;
   lastMark_ = 0;
@@ -103,7 +107,7 @@ bool Recording::passes(const FixRecord& fix, uint32_t force) {
   if (current_.cellMode != 0 && options_.recordCell) return true;
   if (current_.lastCourse == -1) return true;
   if (fix.speedKmh < current_.speedThreshold) return false;
-  if (force != 0 || turned(current_, fix.course) || climbed(current_, fix.altitude)) return true;
+  if (force != 0 || turned(current_, fix.course) || climbed(current_, fix)) return true;
   current_.courseDeviation = static_cast<float>(std::fabs(current_.lastCourse - fix.course));
   return false;
 }
@@ -120,8 +124,7 @@ bool Recording::passesCountdown() {
 void Recording::addDistance(const FixRecord& last, const FixRecord& fix) {
   const double surface =
       pointDistance(positionOf(last), positionOf(fix), kKilometres, kKilometres, false);
-  const double slant =
-      slantKilometres(surface, static_cast<float>(last.altitude), static_cast<float>(fix.altitude));
+  const double slant = slantDistance(surface, last, fix);
   distance_ += distanceInUnit(surface, options_.distanceUnit);
   distance3d_ += distanceInUnit(slant, options_.distanceUnit);
 }
@@ -138,7 +141,8 @@ void Recording::record(const FixRecord& fix, uint32_t force) {
   current_.points.push_back(point);
   if (options_.drawPath) hooks_.appendToDrawnPath(fix.longitude, fix.latitude);
   current_.lastCourse = static_cast<float>(fix.course);
-  current_.lastAltitude = static_cast<float>(fix.altitude);
+  if (fix.altitudeKnown()) current_.lastAltitude = static_cast<float>(fix.altitude);
+  current_.lastAltitudeKnown |= fix.altitudeKnown();
   current_.cellMode = 0;
   current_.courseDeviation = 0;
   hooks_.pointRecorded(point);

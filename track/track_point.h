@@ -16,7 +16,7 @@ struct TrackPoint : FixRecord {
   uint32_t c = 0;     // identifier of the radio cell
   uint32_t name = 0;  // place in the track's list of point names, from 1; 0 none
 };
-static_assert(sizeof(TrackPoint) == 160 && std::is_trivially_copyable_v<TrackPoint>);
+static_assert(sizeof(TrackPoint) <= 168 && std::is_trivially_copyable_v<TrackPoint>);
 
 // The points of a track in their order. It grows by blocks and never moves a point: recording
 // hours at 10 Hz neither stops for a copy nor holds twice the memory.

@@ -151,22 +151,29 @@ double TrackStatistics::movingKmh() const {
   return times ? kmhOf(times->movingKm, times->movingSeconds) : 0;
 }
 
+double slantDistance(double surfaceKm, const FixRecord& from, const FixRecord& to) {
+  if (!from.altitudeKnown() || !to.altitudeKnown()) return surfaceKm;
+  return slantKilometres(surfaceKm, static_cast<float>(from.altitude),
+                         static_cast<float>(to.altitude));
+}
+
 TrackStatistics statisticsOf(const Track& track) {
   TrackStatistics all;
   all.points = track.points.size();
   if (all.points == 0) return all;
   Heights heights;
   TrackSums sums;
-  all.highest = all.lowest = track.points.front().altitude;
   const TrackPoint* last = &track.points.front();
   for (const TrackPoint& point : track.points) {
     const double surface = sums.add(point);
-    all.distance3dKm += slantKilometres(surface, static_cast<float>(last->altitude),
-                                        static_cast<float>(point.altitude));
-    heights.add(point.altitude);
-    all.highest = std::max(all.highest, point.altitude);
-    all.lowest = std::min(all.lowest, point.altitude);
-    all.greatestKmh = std::max(all.greatestKmh, point.speedKmh);
+    all.distance3dKm += slantDistance(surface, *last, point);
+    if (point.altitudeKnown()) {
+      heights.add(point.altitude);
+      const bool first = all.knownAltitudes++ == 0;
+      all.highest = first ? point.altitude : std::max(all.highest, point.altitude);
+      all.lowest = first ? point.altitude : std::min(all.lowest, point.altitude);
+    }
+    if (point.speedKnown()) all.greatestKmh = std::max(all.greatestKmh, point.speedKmh);
     last = &point;
   }
   heights.end();

@@ -30,6 +30,10 @@ struct TrackTimes {
   double movingKm = 0;
 };
 
+// The distance between two points that are `surfaceKm` apart on the surface, with their altitudes
+// where both are known; kilometres.
+double slantDistance(double surfaceKm, const FixRecord& from, const FixRecord& to);
+
 // Adds up way, bounds and times while points come one after another.
 class TrackSums {
  public:
@@ -73,7 +77,8 @@ struct TrackStatistics {
   double descent = 0;
   double highest = 0;  // metres
   double lowest = 0;
-  double greatestKmh = 0;  // of the speeds that the receiver gave
+  size_t knownAltitudes = 0;  // points whose altitude is known: only those count for all of these
+  double greatestKmh = 0;     // of the speeds that the receiver gave
 
   // km/h over the whole time and over the moving part; 0 without times.
   double averageKmh() const;

@@ -16,6 +16,7 @@
 #include "app/settings/settings.h"
 #include "base/screens.h"
 #include "base/texts.h"
+#include "gps/epoch.h"
 #include "gps/gps_fix.h"
 #include "library/track_library.h"
 #include "platform/clock.h"
@@ -89,6 +90,8 @@ struct AppExtensions {
   // A track or GPX file as lines of the simulation; an empty path means the last track of the
   // library.
   std::function<bool(const std::string& path, std::vector<std::string>& lines)> simulationFrom;
+  // Every complete fix, whatever is being done with it.
+  std::function<void(const FixRecord&)> takeFix;
   // A complete fix while a track is played.
   std::function<void(const UiFix&)> followRoute;
   // Duties of the timers 3 and 5, on worker threads of their own.
@@ -168,6 +171,7 @@ struct AppState {
 
   SessionRecorderHooks recorderHooks;
   Recorder recorder;
+  EpochFixes epochs;
   uint64_t epochsOffered = 0;
   int32_t backupCountdown = 0;  // minutes
 
