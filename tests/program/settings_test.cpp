@@ -142,6 +142,28 @@ TEST_F(SettingsCommand, ADamagedFileIsToldAndKept) {
   EXPECT_EQ(read("vgps.bad"), "no element in here");
 }
 
+TEST_F(SettingsCommand, TwentyAtOnceLoseNothing) {
+  const auto rows = settingRows();
+  std::vector<const SettingRow*> flags;
+  for (const SettingRow& row : rows) {
+    if (row.type == SettingType::integer && flags.size() < 20) flags.push_back(&row);
+  }
+  ASSERT_EQ(flags.size(), 20U);
+  for (const char* const value : {"7", "8"}) {
+    std::vector<std::unique_ptr<Program>> programs;
+    for (const SettingRow* const row : flags) {
+      programs.push_back(std::make_unique<Program>(std::vector<std::string>{
+          "settings", "--file", path("vgps.xml"), "set", row->path, row->key, value}));
+    }
+    for (auto& program : programs) EXPECT_EQ(program->finish(), 0) << program->errors;
+    for (const SettingRow* const row : flags) {
+      EXPECT_EQ(settings({"get", row->path, row->key}).output, std::string(value) + "\n")
+          << row->key;
+    }
+  }
+  EXPECT_EQ(folder_.names(), std::vector<std::string>{"vgps.xml"});
+}
+
 TEST_F(SettingsCommand, WhatCannotBeReadIsNotCalledDamaged) {
   fs::create_directory(path("folder.xml"));
   for (const auto& words : std::vector<std::vector<std::string>>{
