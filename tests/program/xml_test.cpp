@@ -43,7 +43,9 @@ TEST_F(XmlCommand, WhatIsWrongIsOneLine) {
       {{"xml", path("none.xml"), "-o", path("out.xml")}, "line 3, column 3"},
       {{"xml", path("missing.xml")}, "missing.xml"},
       {{"xml", folder_.path()}, ""},
-      {{"xml", path("in.xml"), "-o", path("none/out.xml")}, "none/out.xml"},
+      {{"xml", path("in.xml"), "-o", path("none/out.xml")}, "none/out.xml: the folder does not"},
+      {{"xml", path("in.xml"), "-o", path("in.xml/out.xml")}, "through a file"},
+      {{"xml", path("in.xml"), "-o", folder_.path()}, "it is a folder"},
       {{"xml", path("in.xml"), "-o", "/dev/full"}, "/dev/full"},
       {{"xml"}, ""},
   };
