@@ -34,6 +34,7 @@ struct XmlOutside {
   std::string declaration;  // "<?xml ... ?>" as it stands; empty when there is none
   std::vector<XmlComment> comments;
   bool anyText = false;      // there was at least one byte
+  bool rootEnds = false;     // the root's own tags are whole, the closing one included
   bool outOfMemory = false;  // the text is larger than memory or the tree's TextStore
   XmlPlace stray;            // without a root: where an element should have begun
 };

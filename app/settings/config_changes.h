@@ -33,9 +33,11 @@ class ConfigChanges {
     return changes_.size() == 1 && changes_.contains(keyOf(row));
   }
 
-  // The document as it lies at `path`, with the changes, when another program has written it since;
-  // otherwise, and when it cannot be read, `document` stays as it is: false.
-  bool mergeIfFileChanged(XmlDocument& document, const std::string& path, const XmlFiles& files);
+  // Whether another program seems to have written the file since.
+  bool isFileAnother(const std::string& path) const {
+    FileStamp now;
+    return fileStamp(path, now) && !(fileExists_ && now == stamp_);
+  }
   // Makes the changes in another document.
   void applyTo(XmlDocument& document) const;
   void saved(const std::string& path) {

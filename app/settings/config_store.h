@@ -7,6 +7,7 @@
 
 #include "app/settings/config_changes.h"
 #include "app/settings/settings.h"
+#include "app/settings/settings_file.h"
 #include "xml/document.h"
 
 namespace vgps {
@@ -14,23 +15,26 @@ namespace vgps {
 // The settings document "vgps.xml", open for the whole run of the program.
 class ConfigStore {
  public:
-  explicit ConfigStore(const XmlFiles& files = systemFiles());
+  explicit ConfigStore(const SettingsDisk& disk = {});
 
-  // Reads the file; from then on the store speaks of it. False when the file is there and holds
-  // something, but no element can be read from it: then every key has its default, and the file is
-  // copied to "vgps.bad" beside it before it is overwritten ("vgps-2.bad" and on where there are
-  // earlier ones). So is one that can be read but is no document of settings. A missing or empty
-  // file is none of that: a program that starts for the first time.
+  // Reads the file; from then on the store speaks of it. False when the file is there and is no
+  // whole document: empty, without an element, or cut off before its root ends. What can be read is
+  // used, other keys have their defaults, and the file is copied to "vgps.bad" beside it before it
+  // is overwritten ("vgps-2.bad" and on where there are earlier ones). So is one that can be read
+  // but is no document of settings. A missing file is none of that: a program that starts for the
+  // first time.
   bool open(const std::string& path);
 
   // False when the system did not give the file's bytes: it is a folder, somebody else holds it, or
   // nobody may read it. What is in it may be whole.
   bool readable() const { return readable_; }
+  // Whether the last reading or saving waited in vain for another program to be done with the file.
+  bool heldByAnother() const { return heldByAnother_; }
 
   // Whether all that the file holds is known, and it is a document of settings or nothing yet.
   bool isFullyLoaded() const { return readable_ && !backUpBeforeSave_; }
 
-  const std::string& path() const { return path_; }
+  const std::string& path() const { return file_.path(); }
 
   // One setting as the document holds it, or its default. Strings are cut to the row's length,
   // never inside a character. Flags are the number that stands there.
@@ -61,8 +65,9 @@ class ConfigStore {
   bool hasNews();
 
   // Writes the document when it was changed; what another program wrote meanwhile stays, but for
-  // the keys that were changed here. False when it could not be written; it stays changed then, and
-  // the file is as it was. Nothing is written over a file that cannot be read.
+  // the keys that were changed here. False when it could not be written, or another program did not
+  // let go of the file; it stays changed then, and the file is as it was. Nothing is written over a
+  // file that cannot be read.
   bool save();
 
   // Tells that the last `save` failed, unless that was told since one succeeded: the user hears it
@@ -70,20 +75,23 @@ class ConfigStore {
   bool tellSaveFailure(const std::function<void(std::string_view message)>& tell);
 
  private:
+  template <class Work>
+  bool withLock(Work work);
   bool load();
   bool isReadableNow();
-  bool writeDocument();
-  bool isForeign();
+  bool mergeFile();
+  bool saveLocked();
   bool backUpFile();
   static std::string written(const SettingRow& row, double value);
 
-  const XmlFiles* files_;
+  SettingsFile file_;
   XmlDocument document_;
-  std::string path_;
+  std::string bytes_;  // the file as it was read or written last
   ConfigChanges changes_;
   bool changed_ = false;
   bool news_ = false;
   bool readable_ = true;
+  bool heldByAnother_ = false;
   bool saveFailed_ = false;
   bool saveFailureTold_ = false;
   bool backUpBeforeSave_ = false;  // the file on disk is to be kept before it is overwritten

@@ -126,7 +126,7 @@ TEST(Startup, SettingsThatAnotherProgramHoldsAreWaitedFor) {
   const XmlFiles files = heldFiles();
   for (const int tries : {3, 1000}) {
     ProgramWorld world;
-    world.app.config = ConfigStore(files);
+    world.app.config = ConfigStore({.files = &files});
     world.folder.write("vgps.xml", document);
     triesThatFail = tries;
     startSettings(world.app, std::chrono::milliseconds(tries == 3 ? 1000 : 0));
@@ -147,7 +147,7 @@ TEST(Startup, SettingsThatCannotBeWrittenAreToldOnce) {
   XmlFiles files = systemFiles();
   files.roomOnDisk = [](const std::string&) { return uint64_t{0}; };
   ProgramWorld world;
-  world.app.config = ConfigStore(files);
+  world.app.config = ConfigStore({.files = &files});
   world.load("upd=\"7\"");
   const std::string before = world.folder.read("vgps.xml");
   const std::string message = "Cannot write the settings: " + world.folder / "vgps.xml";
