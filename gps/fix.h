@@ -59,6 +59,8 @@ struct FixRecord {
   uint32_t previousReceiveTick = 0;
   uint32_t ticksWithoutData = 0;
   uint32_t unknown = 0;  // Unknown bits
+  // Of the second in `utcTime`, as decimals: a receiver's ".5" is 500 here and 5 there.
+  uint32_t utcMilliseconds = 0;
 
   bool altitudeKnown() const { return (unknown & kUnknownAltitude) == 0; }
   bool speedKnown() const { return (unknown & kUnknownSpeed) == 0; }

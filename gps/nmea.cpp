@@ -85,6 +85,17 @@ DateTime timeOf(std::string_view field) {
   return time;
 }
 
+// The decimals of hhmmss.sss as a part of the second.
+uint32_t millisecondsOfTime(std::string_view field) {
+  const size_t point = std::min(field.find('.'), field.size());
+  uint32_t milliseconds = 0;
+  uint32_t unit = 100;
+  for (size_t at = point + 1; at < field.size() && isDigit(field[at]); ++at, unit /= 10) {
+    milliseconds += unit * static_cast<uint32_t>(field[at] - '0');
+  }
+  return milliseconds;
+}
+
 bool isMidnight(const DateTime& time) {
   return time.hour == 0 && time.minute == 0 && time.second == 0;
 }
@@ -468,6 +479,10 @@ uint32_t parseRecord(const DecodedSentence& decoded, GpsState& state, NmeaSenten
 
 void applyRecord(const DecodedSentence& decoded, const NmeaSentence& record, uint32_t said,
                  GpsFix& fix) {
+  // GGA and RMC have it in the same field.
+  if ((said & kSaidTime) != 0) {
+    fix.utcMilliseconds = millisecondsOfTime(decoded.sentence.fields[1]);
+  }
   switch (decoded.sentence.parsedType()) {
     case SentenceType::gga: applyGga(record.gga, said, fix); break;
     case SentenceType::rmc:

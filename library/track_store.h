@@ -53,6 +53,7 @@ struct TrackSummary {
   double kilometres = 0;  // on the surface, from point to point
   int64_t seconds = 0;    // from the first time to the last; 0 without times
   DateTime date;          // local time of the first point that has one; year 0 without
+  int64_t startUtc = 0;   // milliseconds since 1970; 0: not known
   TrackBounds bounds;     // all 0 without points
   bool damaged = false;   // these are the good points of a track that is not whole
 };

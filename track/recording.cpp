@@ -11,6 +11,17 @@ namespace {
 
 Position positionOf(const FixRecord& fix) { return {fix.longitude, fix.latitude, fix.altitude}; }
 
+// The date is the last one that an RMC gave: behind midnight a GGA may come before the next. Then
+// the time lies a day behind the point before.
+int64_t receiverUtcOf(const FixRecord& fix, int64_t before) {
+  if (!isCalendarTime(fix.utcTime)) return 0;
+  DateTime second = fix.utcTime;
+  second.millisecond = 0;
+  const int64_t utc = millisecondsOf(second).value_or(0) + fix.utcMilliseconds;
+  const int64_t back = before - utc;
+  return back > kDayMs / 2 && back <= kDayMs ? utc + kDayMs : utc;
+}
+
 void takeWhereZero(float& threshold, int32_t option) {
   if (threshold == 0) threshold = static_cast<float>(option);
 }
@@ -86,6 +97,7 @@ void Recording::discard(Track& track) {
   track.points.clear();
   track.attachments.clear();
   track.pointNames.clear();
+  track.startUtc = 0;
   track.name.clear();  // the next recording is another track
   hooks_.trackChanged(track);
 }
@@ -132,12 +144,15 @@ void Recording::addDistance(const FixRecord& last, const FixRecord& fix) {
 void Recording::record(const FixRecord& fix, uint32_t force) {
   if (!current_.points.empty()) addDistance(current_.points.back(), fix);
   TrackPoint point{fix};
+  point.receiverUtc =
+      receiverUtcOf(fix, current_.points.empty() ? 0 : current_.points.back().receiverUtc);
   point.utcTime = clock_.utc();
   point.localTime = clock_.local();
   point.s = force;
   point.m = pendingMark_;
   if (pendingMark_ != 0) lastMark_ = pendingMark_;
   pendingMark_ = 0;
+  if (current_.points.empty()) current_.startUtc = startOf(point);
   current_.points.push_back(point);
   if (options_.drawPath) hooks_.appendToDrawnPath(fix.longitude, fix.latitude);
   current_.lastCourse = static_cast<float>(fix.course);

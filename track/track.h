@@ -19,6 +19,9 @@ struct TrackAttachment {
 
 struct Track {
   std::string name;  // empty until the user gives one, or a file of its own needs one
+  // When its first point was recorded, milliseconds since 1970; 0: not known. The receiver's UTC,
+  // that of the computer where the receiver has not told a date.
+  int64_t startUtc = 0;
 
   // Of the recording filter; 0 takes the option's value when recording starts.
   float angleThreshold = 0;     // degrees
@@ -38,6 +41,9 @@ struct Track {
   int32_t state = kIdle;  // TrackState
   int32_t bes = 0;        // the option of that name when recording started
 };
+
+// When a track began whose first point this is: `Track::startUtc`.
+int64_t startOf(const TrackPoint& first);
 
 // A point can stand there: it is on the earth, and it is not the 0,0 of a receiver that knows
 // nothing. Receivers have been seen to say 360 degrees north.

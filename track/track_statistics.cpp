@@ -1,7 +1,6 @@
 #include "track/track_statistics.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <utility>
 
@@ -13,16 +12,6 @@ namespace {
 
 constexpr double kSlowestMovingKmh = 1;
 constexpr double kHeightNoise = 5;  // metres
-
-// Milliseconds of the calendar, without time zones or leap seconds.
-std::optional<int64_t> millisecondsOf(const DateTime& time) {
-  namespace ch = std::chrono;
-  const ch::year_month_day date(ch::year(time.year), ch::month(time.month), ch::day(time.day));
-  if (time.year == 0 || !date.ok()) return std::nullopt;
-  const int64_t days = ch::sys_days(date).time_since_epoch().count();
-  const int64_t minutes = (days * 24 + time.hour) * 60 + time.minute;
-  return (minutes * 60 + time.second) * 1000 + time.millisecond;
-}
 
 // The sums of rises and falls between the turns of the height; see TrackStatistics::climb.
 class Heights {
