@@ -1,6 +1,7 @@
 #include "base/date_time.h"
 
 #include <chrono>
+#include <cstdio>
 
 #include "base/number.h"
 
@@ -30,6 +31,53 @@ bool readDateTime(std::string_view text, std::string_view form, DateTime& out) {
     if (field != nullptr) *field = static_cast<uint16_t>(*field * 10 + (text[i] - '0'));
   }
   out = read;
+  return true;
+}
+
+std::optional<int64_t> millisecondsOf(const DateTime& time) {
+  const std::chrono::year_month_day date{
+      std::chrono::year(time.year), std::chrono::month(time.month), std::chrono::day(time.day)};
+  if (time.year == 0 || !date.ok()) return std::nullopt;
+  const int64_t days = std::chrono::sys_days(date).time_since_epoch().count();
+  const int64_t minutes = (days * 24 + time.hour) * 60 + time.minute;
+  return (minutes * 60 + time.second) * kSecondMs + time.millisecond;
+}
+
+std::string isoUtcText(int64_t milliseconds) {
+  namespace ch = std::chrono;
+  const ch::sys_time<ch::milliseconds> moment{ch::milliseconds(milliseconds)};
+  const auto day = ch::floor<ch::days>(moment);
+  const ch::year_month_day date(day);
+  const ch::hh_mm_ss time(moment - day);
+  char text[64];
+  const int length = std::snprintf(
+      text, sizeof text, "%04d-%02u-%02uT%02d:%02d:%02d", static_cast<int>(date.year()),
+      static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+      static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
+      static_cast<int>(time.seconds().count()));
+  std::string iso(text, static_cast<size_t>(length));
+  if (time.subseconds().count() != 0) {
+    std::snprintf(text, sizeof text, ".%03d", static_cast<int>(time.subseconds().count()));
+    iso += text;
+  }
+  return iso + "Z";
+}
+
+bool readIsoUtc(std::string_view text, int64_t& milliseconds) {
+  constexpr std::string_view kSeconds = "YYYY-MM-DDThh:mm:ss";
+  DateTime time;
+  if (!readDateTime(text.substr(0, kSeconds.size()), kSeconds, time)) return false;
+  std::string_view rest = text.substr(kSeconds.size());
+  if (rest.size() == 5 && rest[0] == '.') {
+    for (const char c : rest.substr(1, 3)) {
+      if (!isDigit(c)) return false;
+      time.millisecond = static_cast<uint16_t>(time.millisecond * 10 + (c - '0'));
+    }
+    rest.remove_prefix(4);
+  }
+  const std::optional<int64_t> moment = millisecondsOf(time);
+  if (rest != "Z" || !isCalendarTime(time) || !moment) return false;
+  milliseconds = *moment;
   return true;
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace vgps {
@@ -35,8 +37,18 @@ bool isCalendarTime(const DateTime& time);
 // The values are not range-checked.
 bool readDateTime(std::string_view text, std::string_view form, DateTime& out);
 
-// Subtracts `offsetMinutes` from the time of day, modulo 24 hours; the date stays the same. With
-// UTC and a UTC offset (minutes, negative east of Greenwich) the result is the local time.
+// Milliseconds of the calendar since the start of 1970, without time zones or leap seconds; none for
+// what is not a day of the calendar.
+std::optional<int64_t> millisecondsOf(const DateTime& time);
+
+// A moment in UTC, milliseconds since 1970, as ISO 8601 has it: "2010-07-05T07:03:04Z", with
+// milliseconds ("07:03:04.250Z") where it has some.
+std::string isoUtcText(int64_t milliseconds);
+// False, and nothing changed, for every other form.
+bool readIsoUtc(std::string_view text, int64_t& milliseconds);
+
+// The time of day of `time` moved by -`offsetMinutes`, in hour and minute only, modulo 24 hours.
+// UTC minus the UTC offset of a place (minutes, negative east of Greenwich) is its local time.
 DateTime timeOfDayMinusMinutes(const DateTime& time, int32_t offsetMinutes);
 
 }  // namespace vgps

@@ -129,7 +129,7 @@ void raceOnce() {
                          {}});
   contestants.push_back({"whole road: cut, frame, parse, count",
                          [&] {
-                           splitAtLineStarts(log, fix.carriedStart(), false,
+                           splitAtLineStarts(log, fix.framing.carriedStart(), false,
                                              [&](std::string_view chunk) { fix.onReceive(chunk); });
                          },
                          1,

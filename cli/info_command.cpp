@@ -19,6 +19,13 @@ std::string timeText(const DateTime& time, char between) {
   return text;
 }
 
+// "2010-07-05 07:03:04 UTC"
+std::string startText(int64_t utc) {
+  std::string text = isoUtcText(utc).substr(0, std::string_view("YYYY-MM-DD hh:mm:ss").size());
+  text[text.find('T')] = ' ';
+  return text + " UTC";
+}
+
 std::string durationText(double seconds) {
   const auto whole = static_cast<uint64_t>(seconds);
   char text[64];
@@ -32,14 +39,19 @@ Json pointJson(const TrackPoint& point) {
   Json json = {{"longitude", point.longitude},
                {"latitude", point.latitude},
                {"altitude", point.altitude},
-               {"time", nullptr}};
+               {"time", nullptr},
+               {"utc", nullptr}};
+  if (!point.altitudeKnown()) json["altitude"] = nullptr;
+  if (point.receiverUtc != 0) json["utc"] = isoUtcText(point.receiverUtc);
   if (point.localTime.month != 0) json["time"] = timeText(point.localTime, 'T');
   return json;
 }
 
 // Unknown values are null.
 Json infoJson(const Track& track, const TrackStatistics& all) {
-  Json json = {{"points", all.points},
+  Json json = {{"name", track.name},
+               {"startUtc", nullptr},
+               {"points", all.points},
                {"distanceKm", all.distanceKm},
                {"distance3dKm", all.distance3dKm},
                {"durationSeconds", nullptr},
@@ -49,6 +61,8 @@ Json infoJson(const Track& track, const TrackStatistics& all) {
                {"bounds", nullptr},
                {"first", nullptr},
                {"last", nullptr}};
+  if (track.startUtc != 0) json["startUtc"] = isoUtcText(track.startUtc);
+  if (all.points > 0 && all.knownAltitudes == 0) json["climb"] = json["descent"] = nullptr;
   if (all.times) {
     json["durationSeconds"] = all.times->seconds;
     json["movingSeconds"] = all.times->movingSeconds;
@@ -77,8 +91,16 @@ void addTimes(const TrackStatistics& all, std::vector<TextRow>& rows) {
                                fixedText(all.movingKmh(), 2) + " km/h"});
 }
 
+std::string altitudeText(const TrackStatistics& all) {
+  if (all.knownAltitudes == 0) return "unknown";
+  return fixedText(all.lowest, 0) + " m to " + fixedText(all.highest, 0) + " m, climb " +
+         fixedText(all.climb, 0) + " m, descent " + fixedText(all.descent, 0) + " m";
+}
+
 std::vector<TextRow> infoRows(const Track& track, const TrackStatistics& all) {
-  std::vector<TextRow> rows = {{"Track", track.name}, {"Points", std::to_string(all.points)}};
+  std::vector<TextRow> rows = {{"Track", track.name}};
+  if (track.startUtc != 0) rows.push_back({"Start", startText(track.startUtc)});
+  rows.push_back({"Points", std::to_string(all.points)});
   if (!all.bounds) return rows;
   rows.push_back({"Length", fixedText(all.distanceKm, 3) + " km, with altitude " +
                                 fixedText(all.distance3dKm, 3) + " km"});
@@ -86,9 +108,7 @@ std::vector<TextRow> infoRows(const Track& track, const TrackStatistics& all) {
   if (all.greatestKmh > 0) {
     rows.push_back({"Maximum speed", fixedText(all.greatestKmh, 2) + " km/h"});
   }
-  rows.push_back({"Altitude", fixedText(all.lowest, 0) + " m to " + fixedText(all.highest, 0) +
-                                  " m, climb " + fixedText(all.climb, 0) + " m, descent " +
-                                  fixedText(all.descent, 0) + " m"});
+  rows.push_back({"Altitude", altitudeText(all)});
   const TrackBounds& bounds = *all.bounds;
   rows.push_back({"Southwest", fixedText(bounds.south, 6) + "," + fixedText(bounds.west, 6)});
   rows.push_back({"Northeast", fixedText(bounds.north, 6) + "," + fixedText(bounds.east, 6)});

@@ -8,7 +8,6 @@
 #include "app/session/on_line.h"
 #include "app/session/ui_mailbox.h"
 #include "cli/monitor_view.h"
-#include "gps/epoch.h"
 #include "platform/console.h"
 
 namespace vgps {
@@ -29,6 +28,7 @@ class LiveFixes {
         app_({clock_, sounds_, *mailbox_, window_, makeSerialPort, nullptr, listSerialPorts}) {
     app_.link.times = kUnattendedTimes;
     app_.gps.options.utcOffsetMinutes = measureUtcOffset(clock_.utc(), clock_.local());
+    app_.extensions.takeFix = [this](const FixRecord& fix) { take_(fix); };
   }
 
   void run() {
@@ -40,7 +40,7 @@ class LiveFixes {
       say(linkText());
       const double left = limitMs - (clock_.tick() - start);
       if (left <= 0) return;
-      const auto handler = [this](const UiMessage& message) { handle(message); };
+      const auto handler = [this](const UiMessage& message) { onUiMessage(app_, message); };
       const int wait = static_cast<int>(std::min<double>(kLookMs, std::ceil(left)));
       if (mailbox_->wait(wait, handler) == UiMailbox::WaitResult::closed) return;
     }
@@ -69,13 +69,6 @@ class LiveFixes {
   void say(const std::string& text) {
     if (text != said_) tell_(text);
     said_ = text;
-  }
-
-  void handle(const UiMessage& message) {
-    onUiMessage(app_, message);
-    const FixRecord& fix = app_.shown.fix;
-    if (message.event != UiEvent::line || message.record != nullptr || fix.fixStatus == 0) return;
-    if (closesEpoch(fix.lastSentenceKind, app_.shown.epochSentenceKind)) take_(fix);
   }
 
   const LiveSource source_;

@@ -6,9 +6,9 @@
 #include <memory>
 
 #include "base/number.h"
+#include "base/version.h"
 #include "cli/arguments.h"
 #include "cli/commands.h"
-#include "cli/version.h"
 
 namespace vgps {
 namespace {

@@ -25,10 +25,10 @@ RecordingOptions optionsOf(const Settings& settings) {
 // Ignores everything but the received lines.
 class LineHooks : public GpsHooks {
  public:
-  std::function<void()> line;
+  std::function<void(uint32_t said)> line;
 
   void lineReceived(const ReceivedLine& received) override {
-    if (received.message == nullptr) line();
+    if (received.message == nullptr) line(received.said);
   }
 };
 
@@ -53,7 +53,9 @@ class LogRecorder {
     gps_.options.epochSentenceSetting = settings.epochSentenceSetting;
     gps_.options.talkers = settings.talkers;
     gps_.options.utcOffsetMinutes = options.utcOffsetMinutes;
-    lines_.line = [this] { offer(); };
+    lines_.line = [this](uint32_t said) {
+      offer(epochs_.take(fix_, said, gps_.epochSentenceKind, 0));
+    };
     recorder_.start();
   }
 
@@ -63,6 +65,7 @@ class LogRecorder {
       if (!piece.binary) clock_.advanceTo(piece.text);
       fix_.onReceive(piece.chunk);
     }
+    offer(epochs_.takeWaiting());
   }
   // Returns false if the track could not be written; a track without points was not.
   bool save() { return recorder_.stop(false).outcome == Keeping::Outcome::kept; }
@@ -70,17 +73,18 @@ class LogRecorder {
   size_t points() const { return recorder_.track.points.size(); }
 
  private:
-  void offer() {
-    if (fix_.fixStatus == 0) return;
-    if (!closesEpoch(fix_.lastSentenceKind, gps_.epochSentenceKind)) return;
-    ++fixes_;
-    recorder_.offer(fix_);
+  void offer(std::span<const FixRecord> fixes) {
+    for (const FixRecord& fix : fixes) {
+      ++fixes_;
+      recorder_.offer(fix);
+    }
   }
 
   LogClock clock_;
   LineHooks lines_;
   GpsState gps_{lines_, clock_};
   GpsFix fix_{gps_};
+  EpochFixes epochs_;
   FileHooks file_;
   Recorder recorder_{file_, clock_};
   size_t fixes_ = 0;

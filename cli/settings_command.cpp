@@ -120,6 +120,10 @@ std::string whatIsAllowed(const SettingRow& row, std::string_view text) {
   return {};
 }
 
+std::string inUse(const std::string& path) {
+  return path + " is in use by another program; try again";
+}
+
 int setSetting(ConfigStore& store, const SettingRow& row, const std::string& text) {
   const std::string allowed = whatIsAllowed(row, text);
   if (!allowed.empty()) {
@@ -135,7 +139,8 @@ int setSetting(ConfigStore& store, const SettingRow& row, const std::string& tex
   } else {
     store.set(row, leadingDouble(text));
   }
-  return store.save() ? 0 : fail("cannot write " + store.path());
+  if (store.save()) return 0;
+  return fail(store.heldByAnother() ? inUse(store.path()) : "cannot write " + store.path());
 }
 
 }  // namespace
@@ -160,7 +165,7 @@ int runSettings(const SettingsOptions& options) {
   const std::string path = options.file.empty() ? programFolder() + "/vgps.xml" : options.file;
   ConfigStore store;
   const bool good = store.open(path);
-  if (!store.readable()) return fail("cannot read " + path);
+  if (!store.readable()) return fail(store.heldByAnother() ? inUse(path) : "cannot read " + path);
   if (!good) {
     std::fprintf(stderr, "vgps: %s: %s\n", path.c_str(),
                  std::string(textOf(Text::settingsDamaged)).c_str());

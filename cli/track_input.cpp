@@ -105,7 +105,7 @@ int writeTrackOutputs(std::span<const TrackOutput> outputs, int32_t speedUnit,
       auto file = std::make_unique<OutputFile>(output.path);
       const RecordingOptions options = optionsFor(output.track, speedUnit, inputs);
       if (!file->write(trackFileText(output.track, options)) || !file->flush()) {
-        return fail("cannot write " + output.path);
+        return fail("cannot write " + output.path + file->reason());
       }
       files.emplace_back(std::move(file), &output);
     }

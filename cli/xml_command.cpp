@@ -2,6 +2,8 @@
 #include <string>
 
 #include "cli/commands.h"
+#include "files/whole_file.h"
+#include "platform/files.h"
 #include "xml/document.h"
 
 namespace vgps {
@@ -21,15 +23,25 @@ std::string complaint(const std::string& file, const XmlLoadResult& result) {
   return {};
 }
 
+// A pipe or a device is written into; a file gets the whole document or stays as it was.
+int saveAs(XmlDocument& document, const std::string& path) {
+  if (fileExists(path) && fileKind(path) == FileKind::other && !isFolder(path)) {
+    return document.Save(path) != 0 ? 0 : fail("cannot write " + path);
+  }
+  const XmlBuffer text = document.saveToMemory();
+  if (!text) return fail("cannot write " + path + ": the document is too large");
+  OutputFile file(path);
+  if (file.write(text.view()) && file.finish()) return 0;
+  return fail("cannot write " + path + file.reason());
+}
+
 }  // namespace
 
 int runXml(const XmlOptions& options) {
   XmlDocument document;
   const XmlLoadResult result = document.Load(options.file, XmlLoadMode::file);
   if (!result) return fail(complaint(options.file, result));
-  if (!options.output.empty()) {
-    return document.Save(options.output) != 0 ? 0 : fail("cannot write " + options.output);
-  }
+  if (!options.output.empty()) return saveAs(document, options.output);
   XmlElement root = document.GetRootElement();
   std::printf("%s: <%s> with %zu children\n", options.file.c_str(), root.GetElementName().c_str(),
               root.GetChildrenNum());

@@ -12,18 +12,48 @@ namespace {
 
 constexpr size_t kBufferBytes = size_t{1} << 20;
 
-// "vgps-0123456789abcdef.new" in the same folder: short enough for any file system. The number
-// includes a memory address, which differs between programs started at the same moment; if a name
-// is taken anyway, the next one differs.
+// With the separator behind it.
+std::string folderOf(const std::string& path) {
+  return path.substr(0, path.find_last_of("/\\") + 1);
+}
+
+constexpr std::string_view kBesideBegin = "vgps-";
+constexpr std::string_view kBesideEnd = ".new";
+constexpr size_t kBesideDigits = 16;
+
+// "vgps-0123456789abcdef.new", beside the file: short, so that it fits wherever a name does.
+// Programs that start at the same moment lie at different places in memory; should a name be taken
+// all the same, the next one is another.
 std::string nameBeside(const std::string& path) {
   static std::atomic<uint64_t> count = 0;
   const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
   const uint64_t number =
       static_cast<uint64_t>(now) ^ reinterpret_cast<uintptr_t>(&count) << 20 ^ ++count << 56;
-  char name[40];
-  std::snprintf(name, sizeof name, "vgps-%08x%08x.new", static_cast<unsigned>(number >> 32),
+  char digits[kBesideDigits + 1];
+  std::snprintf(digits, sizeof digits, "%08x%08x", static_cast<unsigned>(number >> 32),
                 static_cast<unsigned>(number & 0xFFFFFFFF));
-  return path.substr(0, path.find_last_of("/\\") + 1) + name;
+  return folderOf(path) + std::string(kBesideBegin) + digits + std::string(kBesideEnd);
+}
+
+bool isNameBeside(std::string_view name) {
+  if (!name.starts_with(kBesideBegin) || !name.ends_with(kBesideEnd)) return false;
+  name.remove_prefix(kBesideBegin.size());
+  name.remove_suffix(kBesideEnd.size());
+  return name.size() == kBesideDigits &&
+         name.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+}
+
+// What is being written is locked, or a few seconds old.
+void removeLeftOvers(const std::string& path) {
+  constexpr double kDay = 24 * 60 * 60;
+  const std::string folder = folderOf(path);
+  for (const std::string& name : filesIn(folder.empty() ? "." : folder)) {
+    const std::string left = folder + name;
+    if (!isNameBeside(name) || fileAge(left) < kDay) continue;
+    FileOpening opening = FileOpening::refused;
+    if (fileKind(left) != FileKind::regular) continue;
+    if (const auto file = openExclusive(left, OpenMode::existing, opening)) file->remove();
+  }
 }
 
 // A virus scanner or indexer may have the new file open for a moment, so renaming is retried.
@@ -42,7 +72,12 @@ RenameResult placePatiently(const std::string& from, Place place) {
 
 OutputFile::OutputFile(const std::string& path, const ExclusiveOpener& open)
     : path_(resolveLinks(path)) {
-  if (path_.empty() || fileKind(path_) == FileKind::other) return;
+  if (path_.empty()) return;
+  if (fileKind(path_) == FileKind::other) {
+    fault_ = isFolder(path_) ? FileFault::isFolder : lastFileFault();
+    return;
+  }
+  removeLeftOvers(path_);
   constexpr int kAttempts = 10;
   FileOpening opening = FileOpening::inUse;
   for (int i = 0; i < kAttempts && opening == FileOpening::inUse; ++i) {
@@ -50,6 +85,7 @@ OutputFile::OutputFile(const std::string& path, const ExclusiveOpener& open)
     file_ = open(beside_, OpenMode::createNew, opening);
   }
   good_ = file_ != nullptr;
+  if (!good_) fault_ = lastFileFault();
   if (good_ && fileKind(path_) == FileKind::regular) copyPermissions(path_, beside_);
 }
 
@@ -63,7 +99,10 @@ OutputFile::~OutputFile() {
 
 bool OutputFile::send(std::string_view bytes) {
   const std::span data(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
-  good_ = good_ && file_->writeAt(sent_, data);
+  if (good_ && !file_->writeAt(sent_, data)) {
+    fault_ = lastFileFault();
+    good_ = false;
+  }
   sent_ += bytes.size();
   return good_;
 }
@@ -83,19 +122,38 @@ bool OutputFile::flush() {
   if (!good_ || file_ == nullptr) return good_;
   send(buffer_);
   buffer_.clear();
-  good_ = good_ && file_->flush();
-  if (good_) file_.reset();  // some systems cannot rename an open file
+  if (good_ && !file_->flush()) {
+    fault_ = lastFileFault();
+    good_ = false;
+  }
+  if (good_) file_.reset();  // some systems do not rename what is open
   return good_;
 }
 
 bool OutputFile::finish() {
   if (!flush() || fileKind(path_) == FileKind::other) return false;
   const auto place = [this] {
-    return replaceFile(beside_, path_) ? RenameResult::renamed : RenameResult::refused;
+    if (replaceFile(beside_, path_)) return RenameResult::renamed;
+    fault_ = lastFileFault();
+    return RenameResult::refused;
   };
   if (placePatiently(beside_, place) != RenameResult::renamed) return false;
   good_ = false;  // the temporary file is gone
   return true;
+}
+
+std::string OutputFile::reason() const {
+  switch (fault_) {
+    case FileFault::noFolder: return ": the folder does not exist";
+    case FileFault::notAFolder: return ": the path leads through a file";
+    case FileFault::isFolder: return ": it is a folder";
+    case FileFault::noPermission: return ": permission denied";
+    case FileFault::noSpace: return ": no space left";
+    case FileFault::inUse: return ": another program is using it";
+    case FileFault::badName: return ": the name is not allowed here";
+    case FileFault::unknown: break;
+  }
+  return {};
 }
 
 RenameResult OutputFile::finishAs(const std::string& freePath) {

@@ -13,7 +13,8 @@ namespace vgps {
 
 // Writes a temporary file next to the target and renames it at the end, so that a half-written file
 // never appears under the target's name. Follows links and replaces the file they refer to. Never
-// replaces anything but a regular file (no device, pipe, or folder).
+// replaces anything but a regular file (no device, pipe, or folder). Temporary files that killed
+// programs left in the folder more than a day ago are removed.
 class OutputFile {
  public:
   explicit OutputFile(const std::string& path, const ExclusiveOpener& open = openExclusive);
@@ -29,8 +30,9 @@ class OutputFile {
   // Renames the file to its target and replaces what is there. Returns false if nothing was
   // changed.
   bool finish();
-  // Renames it to another name in the same folder. If that name is taken, you can call this again
-  // with another one.
+  // Why something failed: ": permission denied" behind "cannot write NAME"; may be empty.
+  std::string reason() const;
+  // Renames it to another name in the same folder unless that is taken; then it may be tried again.
   RenameResult finishAs(const std::string& freePath);
 
  private:
@@ -43,6 +45,7 @@ class OutputFile {
   uint64_t sent_ = 0;     // bytes
   uint64_t written_ = 0;  // including the buffer
   bool good_ = false;
+  FileFault fault_ = FileFault::unknown;
 };
 
 // Returns false, with nothing changed, if the file could not be written.

@@ -4,6 +4,7 @@
 #include "fuzz/quiet_hooks.h"
 #include "gps/gps_fix.h"
 #include "gps/reader.h"
+#include "gps/sirf.h"
 
 // Any bytes in blocks of any length on the road from the read to the lines. The input is text or
 // binary at its front and the lengths of its blocks at its back, one byte each, read backwards.
@@ -65,13 +66,12 @@ void feed(GpsFix& fix, std::string_view bytes, std::string_view lengths) {
     const auto block = std::make_unique<char[]>(length);
     bytes.copy(block.get(), length);
     bytes.remove_prefix(length);
-    splitAtLineStarts(
-        {block.get(), length}, fix.carriedStart(), fix.state.inputProtocol == kSirfBinary,
-        [&](std::string_view chunk) {
-          require(!chunk.empty());
-          fix.onReceive(chunk);
-          require(fix.carryLength >= 0 && static_cast<size_t>(fix.carryLength) <= kCarrySize);
-        });
+    splitAtLineStarts({block.get(), length}, fix.framing.carriedStart(),
+                      fix.state.inputProtocol == kSirfBinary, [&](std::string_view chunk) {
+                        require(!chunk.empty());
+                        fix.onReceive(chunk);
+                        require(fix.framing.carried() <= kCarrySize);
+                      });
   }
 }
 

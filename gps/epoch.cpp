@@ -1,11 +1,22 @@
 #include "gps/epoch.h"
 
+#include <utility>
+
 #include "gps/gps_fix.h"
 
 namespace vgps {
 namespace {
 
 constexpr uint32_t kBurstGapMs = 100;
+
+// A receiver whose clock stands still goes on: its next epoch begins when a kind that has come
+// comes again so much later. No burst repeats a kind that late.
+constexpr uint32_t kStoppedClockMs = 900;
+
+bool isSameTimeOfDay(const DateTime& a, const DateTime& b) {
+  return a.hour == b.hour && a.minute == b.minute && a.second == b.second &&
+         a.millisecond == b.millisecond;
+}
 
 }  // namespace
 
@@ -24,5 +35,70 @@ bool closesEpoch(int32_t kind, int32_t epochSentenceKind) {
   if (kind != kRmc && kind != kGga) return false;
   return epochSentenceKind == 0 || (kind & epochSentenceKind) != 0;
 }
+
+std::span<const FixRecord> EpochFixes::take(const FixRecord& fix, uint32_t said,
+                                            int32_t epochSentenceKind, uint32_t source) {
+  readyCount_ = 0;
+  if (source != source_) *this = {};
+  source_ = source;
+  const int32_t kind = fix.lastSentenceKind;
+  if (kind != kRmc && kind != kGga) return {};
+  absent_ &= ~kind;
+  const bool timed = (said & kSaidTime) != 0;
+  if (!continuesEpoch(fix, timed)) beginEpoch(fix, timed);
+  if (fix.fixStatus == 0) absent_ = 0;  // a fix that is gained anew is waited for anew
+  kinds_ |= kind;
+  if (waits_) {
+    if (fix.fixStatus != 0) waiting_ = fix;
+    if (fix.fixStatus == 0 || missingKinds(fix) == 0) release();
+  } else if (!picked_ && fix.fixStatus != 0 && closesEpoch(kind, epochSentenceKind)) {
+    picked_ = true;
+    waits_ = missingKinds(fix) != 0;
+    waiting_ = fix;
+    if (!waits_) complete(fix);
+  }
+  return {ready_.data(), readyCount_};
+}
+
+std::span<const FixRecord> EpochFixes::takeWaiting() {
+  readyCount_ = 0;
+  if (waits_) release();
+  return {ready_.data(), readyCount_};
+}
+
+bool EpochFixes::continuesEpoch(const FixRecord& fix, bool timed) const {
+  const bool repeats = (kinds_ & fix.lastSentenceKind) != 0;
+  if (kinds_ == 0) return false;
+  if (!timed || !timed_) return !repeats;
+  if (!isSameTimeOfDay(fix.utcTime, time_)) return false;
+  return !repeats || fix.receiveTick - beginTick_ < kStoppedClockMs;
+}
+
+void EpochFixes::beginEpoch(const FixRecord& fix, bool timed) {
+  if (waits_) {
+    absent_ |= missingKinds(waiting_) & ~fix.lastSentenceKind;
+    release();
+  }
+  kinds_ = 0;
+  picked_ = false;
+  timed_ = timed;
+  time_ = fix.utcTime;
+  beginTick_ = fix.receiveTick;
+}
+
+// The kinds that may still bring what is not known. A course alone is not waited for: receivers
+// leave it empty while they stand.
+int32_t EpochFixes::missingKinds(const FixRecord& fix) const {
+  const int32_t wanted =
+      (fix.altitudeKnown() ? 0 : int32_t{kGga}) | (fix.speedKnown() ? 0 : int32_t{kRmc});
+  return wanted & ~kinds_ & ~absent_;
+}
+
+void EpochFixes::release() {
+  waits_ = false;
+  complete(waiting_);
+}
+
+void EpochFixes::complete(const FixRecord& fix) { ready_[readyCount_++] = fix; }
 
 }  // namespace vgps

@@ -29,6 +29,15 @@ struct SatelliteTable {
   std::array<SatelliteInfo, kSatelliteSlots> slots{};
 };
 
+// Values of a fix that the receiver has not given since it gained the fix, one bit each. The record
+// still has what was there before, or 0: a height of 0 m is not one that was measured.
+enum Unknown : uint32_t {
+  kUnknownAltitude = 1U << 0,
+  kUnknownSpeed = 1U << 1,
+  kUnknownCourse = 1U << 2,
+  kAllUnknown = kUnknownAltitude | kUnknownSpeed | kUnknownCourse,
+};
+
 // The values of a fix: everything that is drawn, recorded, and timed. A plain copyable record.
 struct FixRecord {
   int32_t fixStatus = 0;  // 0 none, 1 GPS, 2 differential, further GGA qualities
@@ -49,6 +58,13 @@ struct FixRecord {
   uint32_t receiveTick = 0;      // milliseconds, when the last line was received
   uint32_t previousReceiveTick = 0;
   uint32_t ticksWithoutData = 0;
+  uint32_t unknown = 0;  // Unknown bits
+  // Of the second in `utcTime`, as decimals: a receiver's ".5" is 500 here and 5 there.
+  uint32_t utcMilliseconds = 0;
+
+  bool altitudeKnown() const { return (unknown & kUnknownAltitude) == 0; }
+  bool speedKnown() const { return (unknown & kUnknownSpeed) == 0; }
+  bool courseKnown() const { return (unknown & kUnknownCourse) == 0; }
 };
 
 // GSA and GSV share a number; SentenceType tells them apart.
@@ -75,6 +91,10 @@ enum Said : uint32_t {
   kSaidNewCycle = 1U << 14,  // GSV: a new list begins
   kSaidInView = 1U << 15,    // GSV: satellites listed
   kSaidInViewCount = 1U << 16,
+  // The field was there and had a number: an empty one is applied as 0, but says nothing.
+  kGaveAltitude = 1U << 17,
+  kGaveSpeed = 1U << 18,
+  kGaveCourse = 1U << 19,
 };
 
 // The contents of one sentence, in the record for its kind. Values missing in the sentence are

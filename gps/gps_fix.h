@@ -1,221 +1,54 @@
 #pragma once
 
-#include <array>
-#include <atomic>
-#include <condition_variable>
-#include <cstdio>
-#include <functional>
 #include <memory>
-#include <mutex>
 #include <span>
-#include <string>
 #include <string_view>
-#include <vector>
 
+#include "gps/connection.h"
 #include "gps/fix.h"
-#include "gps/options.h"
-#include "gps/satellite_view.h"
-#include "gps/sentence_stats.h"
-#include "gps/simulation.h"
-#include "gps/sirf.h"
-#include "gps/talkers.h"
-#include "platform/clock.h"
-#include "platform/location_sensor.h"
-#include "platform/serial_port.h"
+#include "gps/framing.h"
+#include "gps/gps_state.h"
+#include "gps/lines.h"
+#include "gps/nmea.h"
 
 namespace vgps {
 
-inline constexpr size_t kReadBufferSize = 10000;
-inline constexpr size_t kCarrySize = 5000;
-inline constexpr int kDefaultBaudRate = 9600;
-
-// The last recognized protocol of the stream.
-enum InputProtocol : int32_t { kNmeaText = 0, kSirfBinary = 1, kSensorInput = 3 };
-
-// The raw stream, appended to a file.
-struct StreamLog {
-  std::string path = "./gps.log";
-  std::FILE* file = nullptr;
-  bool failureTold = false;
-
-  StreamLog() = default;
-  StreamLog(const StreamLog&) = delete;
-  StreamLog& operator=(const StreamLog&) = delete;
-  ~StreamLog();
-};
-
-// Reading state shared by the reader threads and the user-interface thread.
-struct ReaderControl {
-  std::atomic<bool> readerStop{false};  // set once, at the end of the program
-  std::atomic<uint32_t> generation{0};  // of the source that may be read
-  std::atomic<int32_t> liveReaders{0};
-  std::atomic<int32_t> opening{0};  // readers that the system blocks while opening a port
-  // The reader must look for its device; protected by `mutex`.
-  std::atomic<bool> portRequested{false};
-  // Locked by the reader that handles a block: after reopening, two readers may have one.
-  std::mutex deliveryMutex;
-  std::atomic<uint32_t> deliveringGeneration{0};  // of the reader that holds the lock; 0: none
-  std::mutex mutex;
-  std::condition_variable wake;
-};
-
-// The state of the last request for the port, and when it changed.
-struct PortAttempt {
-  enum class State { none, waiting, opened, failed };
-  State state = State::none;
-  PortError error = PortError::none;  // why it failed
-  std::string newName = {};           // of the port, if the device has come back under another name
-  uint32_t tick = 0;
-};
-
-// The state of the receiver code besides the fix: values that the parser and the reader keep while
-// the program runs, their options, and the services they use.
-struct GpsState {
-  GpsState(GpsHooks& gpsHooks, const Clock& gpsClock) : hooks(gpsHooks), clock(gpsClock) {}
-
-  GpsOptions options;
-  GpsHooks& hooks;
-  const Clock& clock;
-  std::function<std::unique_ptr<SerialPort>()> makePort;
-  std::function<std::vector<PortName>()> listPorts;  // may be empty; called by readers
-  LocationSensorManager* sensors = nullptr;
-  std::string sensorIdentifier;  // a GUID as text
-
-  // Written by the parsing thread. The user interface copies these while the reader waits.
-  double maxSpeed = 0;     // in the speed unit selected at that time
-  double maxAltitude = 0;  // meters
-  int32_t epochSentenceKind = 0;
-  int32_t leadingSentenceKind = 0;
-  SatelliteView view;
-  SentenceStats stats;
-
-  std::atomic<uint32_t> lineSaid{0};  // of the last line: Said bits
-  std::atomic<bool> satellitesInUseKnown{false};
-  std::atomic<int32_t> inputProtocol{kNmeaText};
-
-  TalkerTranslation talkers;
-  StreamLog log;
-  Simulation simulation;
-  ReaderControl readers;
-};
-
-// The current fix and its connection. Created once; exists as long as the program.
+// The current fix, with the connection that fills it beside it. Created once, lives as long as the
+// program.
 //
-// Call `open`, `close`, `setPort`, `requestPort`, and `releasePort` on the user-interface thread;
-// `read`, `onReceive`, and `processLines` on the reader thread, or on the only thread of a replay.
-struct GpsFix : FixRecord {
-  explicit GpsFix(GpsState& gpsState);
+// The functions hand on to the parser (gps/nmea.h) and to the parts below, whose headers say what
+// they do and on which thread.
+struct GpsFix : FixRecord, ConnectionStatus {
+  explicit GpsFix(GpsState& gpsState)
+      : satellites(std::make_unique<SatelliteTable>()), state(gpsState) {
+    unknown = kAllUnknown;
+  }
 
   std::unique_ptr<SatelliteTable> satellites;
+  GpsState& state;
 
-  std::string portPath;
-  uint32_t baudRate = kDefaultBaudRate;
-  std::shared_ptr<LocationSensor> sensor;
-  std::atomic<bool> simulate{false};  // also read by the reader
-  bool useGpsApi = false;
-  bool useSensorApi = false;
-  PortError portError = PortError::none;  // why the last `open` failed
-  std::atomic<bool> running{false};
-  std::atomic<bool> portFailed{false};      // the reader got an error from the device
-  std::atomic<uint64_t> lastByteMicros{0};  // when the end of the newest line was read
+  Lines lines{*this};
+  Framing framing{lines, state};
+  Connection connection{*this};
 
   // Parses one line, without its line ending. Always fills `out`; changes the fix only if `apply`
   // is set, but updates the maximum speed and altitude in any case. Returns false if the text does
   // not start with "$".
   bool parseSentence(std::string_view text, NmeaSentence& out, bool apply);
 
-  void setPort(std::string_view portName, uint32_t speed);
+  void setPort(std::string_view portName, uint32_t speed) { connection.setPort(portName, speed); }
+  bool open(bool simulation, bool gpsApi, bool sensorApi, bool probeOnly) {
+    return connection.open(simulation, gpsApi, sensorApi, probeOnly);
+  }
+  bool close(bool silent) { return connection.close(silent); }
+  PortRead read(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs) {
+    return connection.read(generation, buffer, got, timeoutMs);
+  }
+  bool stopReaders(int timeoutMs) { return connection.stopReaders(timeoutMs); }
 
-  // Opens the simulation, the location sensor, or the serial port and starts its reader thread.
-  // With `probeOnly`, opens the port, reads once, closes it, and returns whether the bytes start
-  // with "$GP".
-  bool open(bool simulation, bool gpsApi, bool sensorApi, bool probeOnly);
-
-  // Returns false if neither a sensor nor a serial port was open.
-  bool close(bool silent);
-
-  // For a serial source whose device has disappeared: the reader, which keeps running with
-  // `running` true, releases the port, finds out where the device is now, and opens it there,
-  // however long that takes. Until then `read` reports nothing. Plays no sound.
-  void requestPort();
-  PortAttempt portAttempt() const;
-  // Closes the port until it is requested again, so that other programs can use it.
-  void releasePort();
-
-  // Reads once from the current source. Called by the reader of `generation`.
-  PortRead read(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs);
-
-  // Remembers which device is behind the port, to find it again. Called by the reader of
-  // `generation`.
-  void rememberDevice(uint32_t generation);
-  // Called by the reader of `generation`: opens the port that `requestPort` asked for. Returns
-  // false if nothing was requested.
-  bool reopenPort(uint32_t generation);
-
-  // The sensor that the reader of `generation` reads; null for other sources.
-  std::shared_ptr<LocationSensor> sensorOf(uint32_t generation) const;
-
-  // Whether the source of `generation` is the simulation.
-  bool simulating(uint32_t generation) const;
-
-  // Splits bytes into lines or binary messages. Incomplete ones are kept for the next call.
+  // On the reader thread, or the one thread of a replay: received bytes, and whole lines.
   void onReceive(std::string_view bytes);
-
-  // Processes complete lines, or one complete binary message.
-  void processLines(std::string_view bytes);
-
-  // Sets `readerStop`, wakes every reader, and waits up to `timeoutMs` for all to end, but only
-  // briefly for one that is blocked while opening a port. Returns false if one is still running:
-  // then nothing that it uses may be destroyed.
-  bool stopReaders(int timeoutMs);
-
-  // The first byte of the incomplete line that is kept from the last call; 0 if there is none.
-  char carriedStart() const { return carryLength > 0 ? carry[0] : '\0'; }
-
-  GpsState& state;
-  std::array<char, kCarrySize> carry{};
-  int32_t carryLength = 0;
-
- private:
-  void carryOver(std::string_view rest);
-  void stepWhileShiftHeld();
-  void processLine(std::string_view line);
-  void processMessage(std::string_view bytes);
-  void startReader();
-  bool openSensor();
-  bool openPort();
-  bool probePort();
-
-  // What the reader of a generation reads from, so that it never accesses the fields that the user
-  // interface changes.
-  struct Source {
-    uint32_t generation = 0;
-    bool simulation = false;
-    std::shared_ptr<SerialPort> port;  // not null: open, or opened but could not be configured
-    std::shared_ptr<LocationSensor> sensor;
-    // Number of the last request; an attempt for an older one is obsolete.
-    uint32_t openRequest = 0;
-  };
-  // The device behind the port, to find it again.
-  struct Device {
-    std::string path;
-    uint32_t baudRate = 0;
-    std::string identity;  // empty if the system provides none
-    std::string make;
-    std::vector<std::string> others;  // devices of the same make that were already present
-  };
-  Source sourceOf(uint32_t generation) const;
-  std::shared_ptr<SerialPort> endSource();
-  static const PortName* portOf(const Device& device, const std::vector<PortName>& present);
-  bool findDevice(Device& device, std::string& newName) const;
-  PortRead readSimulation(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs);
-
-  mutable std::mutex sourceMutex_;
-  Source source_;
-  Device device_;
-  PortAttempt attempt_;
-  std::string joined_;
-  NmeaSentence sentence_;
+  void processLines(std::string_view bytes) { lines.process(bytes); }
 };
 
 }  // namespace vgps

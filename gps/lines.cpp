@@ -1,13 +1,15 @@
+#include "gps/lines.h"
+
 #include "gps/epoch.h"
 #include "gps/gps_fix.h"
 #include "gps/nmea.h"
+#include "gps/sirf.h"
 #include "gps/stream_log.h"
 
-// Handles complete lines one by one: logs, parses, and counts them and sends them to the user
-// interface.
 namespace vgps {
 
-void GpsFix::processLines(std::string_view bytes) {
+void Lines::process(std::string_view bytes) {
+  GpsState& state = fix_.state;
   writeStreamLog(state, bytes);
   if (state.inputProtocol == kSirfBinary) {
     processMessage(bytes);
@@ -26,29 +28,31 @@ void GpsFix::processLines(std::string_view bytes) {
   state.hooks.refreshDisplay();
 }
 
-void GpsFix::processLine(std::string_view line) {
-  receiveTick = state.clock.tick();
+void Lines::processLine(std::string_view line) {
+  GpsState& state = fix_.state;
+  fix_.receiveTick = state.clock.tick();
   DecodedSentence decoded(line);
   Sentence& sentence = decoded.sentence;
   const auto talkers = static_cast<TalkerSetting>(state.options.talkers.load());
-  if (state.talkers.standsInForGps(sentence, receiveTick, talkers)) sentence.forGps = true;
+  if (state.talkers.standsInForGps(sentence, fix_.receiveTick, talkers)) sentence.forGps = true;
   const uint32_t said = parseRecord(decoded, state, sentence_);
-  applyRecord(decoded, sentence_, said, *this);
-  followBurst(state, sentence_.kind, receiveTick - previousReceiveTick);
-  lastSentenceKind = sentence_.kind;
-  previousReceiveTick = receiveTick;
-  ticksWithoutData = 0;
+  applyRecord(decoded, sentence_, said, fix_);
+  followBurst(state, sentence_.kind, fix_.receiveTick - fix_.previousReceiveTick);
+  fix_.lastSentenceKind = sentence_.kind;
+  fix_.previousReceiveTick = fix_.receiveTick;
+  fix_.ticksWithoutData = 0;
   if (sentence.name.dollar) {
-    state.stats.countLine(sentence, receiveTick);
+    state.stats.countLine(sentence, fix_.receiveTick);
   } else {
     ++state.stats.rejected;
   }
-  state.view.take(decoded, receiveTick);
+  state.view.take(decoded, fix_.receiveTick);
   state.lineSaid = said;
   state.hooks.lineReceived({line, nullptr, said});
 }
 
-void GpsFix::processMessage(std::string_view bytes) {
+void Lines::processMessage(std::string_view bytes) {
+  GpsState& state = fix_.state;
   const SirfMessage message = sirfMessageIn(bytes);
   ++state.stats.binary;
   state.lineSaid = 0;

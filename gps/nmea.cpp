@@ -85,6 +85,17 @@ DateTime timeOf(std::string_view field) {
   return time;
 }
 
+// The decimals of hhmmss.sss as a part of the second.
+uint32_t millisecondsOfTime(std::string_view field) {
+  const size_t point = std::min(field.find('.'), field.size());
+  uint32_t milliseconds = 0;
+  uint32_t unit = 100;
+  for (size_t at = point + 1; at < field.size() && isDigit(field[at]); ++at, unit /= 10) {
+    milliseconds += unit * static_cast<uint32_t>(field[at] - '0');
+  }
+  return milliseconds;
+}
+
 bool isMidnight(const DateTime& time) {
   return time.hour == 0 && time.minute == 0 && time.second == 0;
 }
@@ -152,6 +163,12 @@ uint32_t readTime(std::string_view field, const GpsState& state, DateTime& utc, 
   return isMidnight(utc) ? 0U : kSaidTime;
 }
 
+// `bit` where a number begins in the field.
+uint32_t gaveNumber(std::string_view field, Said bit) {
+  const bool number = !field.empty() && (isDigit(field[0]) || field[0] == '-' || field[0] == '.');
+  return number ? bit : 0U;
+}
+
 // $GPGGA,time,lat,N,lon,E,quality,used,hdop,altitude,M,geoid,M,age,station*hh
 //   0     1    2   3  4  5    6     7    8     9     10  11  12 13   14
 uint32_t parseGga(const Fields& fields, GpsState& state, NmeaSentence::Quality& out) {
@@ -173,12 +190,13 @@ uint32_t parseGga(const Fields& fields, GpsState& state, NmeaSentence::Quality& 
   if (fields.has(9)) {
     out.altitude = leadingInt(fields[9]);
     noteAltitude(state, out.altitude);
-    said |= kSaidAltitude;
+    said |= kSaidAltitude | gaveNumber(fields[9], kGaveAltitude);
   }
   // Some receivers leave field 9 empty or report their altitude in the geoid field.
   if (fields.has(11) && (out.altitude == 0 || state.options.altitudeFromGeoidField)) {
     out.altitude = leadingInt(fields[11]);
     noteAltitude(state, out.altitude);
+    said |= gaveNumber(fields[11], kGaveAltitude);
   }
   return said;
 }
@@ -194,16 +212,16 @@ uint32_t parseRmcx(const Fields& fields, NmeaSentence::Position& out) {
   out.latitude = leadingDouble(fields[4]);
   if (fields.has(5)) {
     out.altitude = leadingDouble(fields[5]);
-    said |= kSaidAltitude;
+    said |= kSaidAltitude | gaveNumber(fields[5], kGaveAltitude);
   }
   if (fields.has(6)) {
     out.course = leadingDouble(fields[6]);
-    said |= kSaidCourse;
+    said |= kSaidCourse | gaveNumber(fields[6], kGaveCourse);
   }
   if (fields.has(7)) {
     out.kmh = leadingDouble(fields[7]);
     out.mps = out.kmh / kKmhPerMps;
-    said |= kSaidSpeed;
+    said |= kSaidSpeed | gaveNumber(fields[7], kGaveSpeed);
   }
   return said;
 }
@@ -242,11 +260,11 @@ uint32_t parseRmc(const Sentence& sentence, GpsState& state, NmeaSentence::Posit
   if (fields.has(9)) said |= readDate(fields[9], out.utc);
   if (fields.has(7)) {
     readSpeed(leadingFloat(fields[7]), state, out);
-    said |= kSaidSpeed;
+    said |= kSaidSpeed | gaveNumber(fields[7], kGaveSpeed);
   }
   if (fields.has(8)) {
     out.course = leadingDouble(fields[8]);
-    said |= kSaidCourse;
+    said |= kSaidCourse | gaveNumber(fields[8], kGaveCourse);
   }
   if (fields.has(10)) {
     out.magneticVariation = leadingDouble(fields[10]);
@@ -368,12 +386,30 @@ void applyQuality(int32_t quality, GpsFix& fix) {
   fix.fixStatus = quality;
 }
 
+void markKnown(GpsFix& fix, Unknown value, bool given) {
+  fix.unknown = given ? fix.unknown & ~value : fix.unknown | value;
+}
+
+// A sentence that ought to bring a value and does not leaves one that was not measured; without
+// a fix nothing is measured at all.
+void applyMarks(GpsFix& fix, int32_t kind, uint32_t said) {
+  if (kind == kGga) {
+    markKnown(fix, kUnknownAltitude, (said & kGaveAltitude) != 0);
+  } else {
+    markKnown(fix, kUnknownSpeed, (said & kGaveSpeed) != 0);
+    markKnown(fix, kUnknownCourse, (said & kGaveCourse) != 0);
+    if ((said & kGaveAltitude) != 0) markKnown(fix, kUnknownAltitude, true);
+  }
+  if (fix.fixStatus == 0) fix.unknown = kAllUnknown;
+}
+
 void applyGga(const NmeaSentence::Quality& record, uint32_t said, GpsFix& fix) {
   if ((said & kSaidQuality) != 0) applyQuality(record.quality, fix);
   if ((said & kSaidPosition) != 0) applyPosition(record.longitude, record.latitude, fix);
   if ((said & kSaidTime) != 0) applyTimeOfDay(record.utc, record.local, fix);
   if ((said & kSaidUsedCount) != 0) fix.satellites->usedCount = record.usedCount;
   if ((said & kSaidAltitude) != 0) fix.altitude = record.altitude;
+  applyMarks(fix, kGga, said);
 }
 
 void applyRmc(const NmeaSentence::Position& record, uint32_t said, bool extended, GpsFix& fix) {
@@ -395,6 +431,7 @@ void applyRmc(const NmeaSentence::Position& record, uint32_t said, bool extended
   }
   if ((said & kSaidCourse) != 0) fix.course = record.course;
   if ((said & kSaidVariation) != 0) fix.magneticVariation = record.magneticVariation;
+  applyMarks(fix, kRmc, said);
 }
 
 // Never clears `used` here: a satellite stays marked as used until GSV lists it again.
@@ -443,6 +480,10 @@ uint32_t parseRecord(const DecodedSentence& decoded, GpsState& state, NmeaSenten
 
 void applyRecord(const DecodedSentence& decoded, const NmeaSentence& record, uint32_t said,
                  GpsFix& fix) {
+  // GGA and RMC have it in the same field.
+  if ((said & kSaidTime) != 0) {
+    fix.utcMilliseconds = millisecondsOfTime(decoded.sentence.fields[1]);
+  }
   switch (decoded.sentence.parsedType()) {
     case SentenceType::gga: applyGga(record.gga, said, fix); break;
     case SentenceType::rmc:
@@ -452,13 +493,6 @@ void applyRecord(const DecodedSentence& decoded, const NmeaSentence& record, uin
     case SentenceType::gsv: applyGsv(decoded, record.gsv, said, *fix.satellites); break;
     case SentenceType::other: break;
   }
-}
-
-bool GpsFix::parseSentence(std::string_view text, NmeaSentence& out, bool apply) {
-  const DecodedSentence decoded(text);
-  const uint32_t said = parseRecord(decoded, state, out);
-  if (apply) applyRecord(decoded, out, said, *this);
-  return decoded.sentence.name.dollar;
 }
 
 }  // namespace vgps

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "gps/gps_fix.h"
+#include "gps/sirf.h"
 #include "platform/threads.h"
 
 namespace vgps {
@@ -25,6 +26,8 @@ constexpr int kDenseBlockMs = 50;
 constexpr int kDenseBytesPerMs = 2;
 // After a read error or while the device is missing: neither a busy loop nor a long wait.
 constexpr int kRetryMs = 100;
+
+constexpr size_t kReadBufferSize = 10000;
 
 constexpr char kBinaryStart = kSirfStart[0];
 
@@ -86,9 +89,11 @@ size_t readBlock(GpsFix& fix, uint32_t generation, std::span<char> buffer,
 
 // Discards whatever the previous source left incomplete.
 void beginSource(GpsFix& fix) {
-  fix.carryLength = 0;
+  fix.framing.dropCarried();
   fix.state.view.clear();
   fix.state.talkers.reset();
+  fix.state.leadingSentenceKind = kNoSentence;
+  fix.unknown = kAllUnknown;
 }
 
 // Held while a reader delivers what it has read. Records the generation, because the reader may
@@ -124,16 +129,18 @@ struct Reading {
 void handleBlock(Reading& reading, std::string_view block, size_t heldBefore) {
   GpsFix& fix = reading.fix;
   if (!reading.ownSource) beginSource(fix);
-  // After the device was plugged in again, half of an old line must not be joined with its first
-  // new line.
-  if (reading.reopened) fix.carryLength = 0;
+  // The device was plugged in again: half a line of before is no front of its first one.
+  if (reading.reopened) {
+    fix.framing.dropCarried();
+    fix.unknown = kAllUnknown;
+  }
   reading.ownSource = true;
   reading.reopened = false;
-  // Half a sentence before a binary message would spoil both.
-  if (fix.carriedStart() == '$' && block.starts_with(kSirfStart)) fix.carryLength = 0;
+  // Half a sentence in front of a message is no use to either.
+  if (fix.framing.carriedStart() == '$' && block.starts_with(kSirfStart)) fix.framing.dropCarried();
   const bool binary = fix.state.inputProtocol == kSirfBinary;
   auto arrival = reading.arrivals.begin();
-  splitAtLineStarts(block, fix.carriedStart(), binary, [&](std::string_view chunk) {
+  splitAtLineStarts(block, fix.framing.carriedStart(), binary, [&](std::string_view chunk) {
     if (!isCurrent(fix, reading.generation)) return;
     const auto end = static_cast<size_t>(chunk.data() + chunk.size() - block.data());
     while (heldBefore + arrival->end < end) ++arrival;
@@ -149,7 +156,7 @@ void readAndHandle(Reading& reading) {
   size_t length = readBlock(fix, reading.generation, std::span(reading.buffer).subspan(heldBefore),
                             reading.arrivals);
   if (length == 0) {
-    const bool paces = fix.simulating(reading.generation);
+    const bool paces = fix.connection.simulating(reading.generation);
     if (isCurrent(fix, reading.generation) && !paces) pause(readers, kRetryMs);
     return;
   }
@@ -167,13 +174,13 @@ void readAndHandle(Reading& reading) {
 void readerLoop(GpsFix& fix, uint32_t generation) {
   ReaderControl& readers = fix.state.readers;
   Reading reading{fix, generation};
-  fix.rememberDevice(generation);
+  fix.connection.rememberDevice(generation);
   while (!readers.readerStop) {
     if (!isCurrent(fix, generation)) {
       waitForStop(readers);
       break;
     }
-    if (fix.reopenPort(generation)) {
+    if (fix.connection.reopenPort(generation)) {
       reading.reopened = true;
       reading.held = 0;
     } else {
@@ -186,7 +193,7 @@ void readerLoop(GpsFix& fix, uint32_t generation) {
 void sensorLoop(GpsFix& fix, uint32_t generation) {
   ReaderControl& readers = fix.state.readers;
   constexpr int kWaitMs = 500;
-  const std::shared_ptr<LocationSensor> sensor = fix.sensorOf(generation);
+  const std::shared_ptr<LocationSensor> sensor = fix.connection.sensorOf(generation);
   while (sensor != nullptr && !readers.readerStop && isCurrent(fix, generation)) {
     double longitude = 0;
     double latitude = 0;
@@ -236,7 +243,7 @@ void splitAtLineStarts(std::string_view block, char carriedStart, bool binary,
 
 void startReaderThread(GpsFix& fix) {
   const uint32_t generation = fix.state.readers.generation;
-  if (fix.sensorOf(generation) != nullptr) {
+  if (fix.connection.sensorOf(generation) != nullptr) {
     startDetached(fix, [&fix, generation] { sensorLoop(fix, generation); });
   } else {
     startDetached(fix, [&fix, generation] { readerLoop(fix, generation); });

@@ -30,32 +30,32 @@ class Opening {
 
 }  // namespace
 
-void GpsFix::requestPort() {
+void Connection::requestPort() {
   std::shared_ptr<SerialPort> port;
   {
     const std::lock_guard lock(sourceMutex_);
     port = source_.port;
     ++source_.openRequest;
-    attempt_ = {.state = PortAttempt::State::waiting, .tick = state.clock.tick()};
+    attempt_ = {.state = PortAttempt::State::waiting, .tick = state_.clock.tick()};
   }
   {
-    const std::lock_guard lock(state.readers.mutex);
-    state.readers.portRequested = true;
-    state.readers.wake.notify_all();
+    const std::lock_guard lock(state_.readers.mutex);
+    state_.readers.portRequested = true;
+    state_.readers.wake.notify_all();
   }
   if (port != nullptr) port->interrupt();
 }
 
-PortAttempt GpsFix::portAttempt() const {
+PortAttempt Connection::portAttempt() const {
   const std::lock_guard lock(sourceMutex_);
   return attempt_;
 }
 
-void GpsFix::releasePort() {
+void Connection::releasePort() {
   std::shared_ptr<SerialPort> port;
   {
     const std::lock_guard lock(sourceMutex_);
-    state.readers.portRequested = false;
+    state_.readers.portRequested = false;
     ++source_.openRequest;
     attempt_ = {};
     port = std::exchange(source_.port, nullptr);
@@ -63,14 +63,14 @@ void GpsFix::releasePort() {
   if (port != nullptr) port->close();
 }
 
-void GpsFix::rememberDevice(uint32_t generation) {
+void Connection::rememberDevice(uint32_t generation) {
   Device device;
   {
     const std::lock_guard lock(sourceMutex_);
-    if (source_.generation != generation || source_.port == nullptr || !state.listPorts) return;
+    if (source_.generation != generation || source_.port == nullptr || !state_.listPorts) return;
     device = device_;
   }
-  const std::vector<PortName> present = state.listPorts();
+  const std::vector<PortName> present = state_.listPorts();
   for (const PortName& port : present) {
     if (!isSamePath(devicePath(port.name), device.path)) continue;
     device.identity = port.identity;
@@ -84,9 +84,9 @@ void GpsFix::rememberDevice(uint32_t generation) {
   if (source_.generation == generation) device_ = device;
 }
 
-// Finds the port of a device: the one with its identity or, for a make without serial numbers, the
-// only one that was plugged in since.
-const PortName* GpsFix::portOf(const Device& device, const std::vector<PortName>& present) {
+// The port of a device among those that are there: the one that has its identity, else, of a make
+// without numbers, the only one that was plugged in since.
+const PortName* Connection::portOf(const Device& device, const std::vector<PortName>& present) {
   const PortName* found = nullptr;
   for (const PortName& port : present) {
     if (port.identity == device.identity) return &port;
@@ -101,10 +101,11 @@ const PortName* GpsFix::portOf(const Device& device, const std::vector<PortName>
   return found;
 }
 
-// Sets the current path of the device. Returns false if another device uses its old path.
-bool GpsFix::findDevice(Device& device, std::string& newName) const {
-  if (device.identity.empty() || !state.listPorts) return true;
-  const std::vector<PortName> present = state.listPorts();
+// Puts the path under which the device is there now into it. False when another device has its old
+// one.
+bool Connection::findDevice(Device& device, std::string& newName) const {
+  if (device.identity.empty() || !state_.listPorts) return true;
+  const std::vector<PortName> present = state_.listPorts();
   const PortName* const found = portOf(device, present);
   if (found != nullptr) {
     const std::string path = devicePath(found->name);
@@ -118,14 +119,14 @@ bool GpsFix::findDevice(Device& device, std::string& newName) const {
   });
 }
 
-bool GpsFix::reopenPort(uint32_t generation) {
-  const Opening opening(state.readers);
+bool Connection::reopenPort(uint32_t generation) {
+  const Opening opening(state_.readers);
   Source source;
   Device device;
   {
     const std::lock_guard lock(sourceMutex_);
-    if (source_.generation != generation || !state.readers.portRequested) return false;
-    state.readers.portRequested = false;
+    if (source_.generation != generation || !state_.readers.portRequested) return false;
+    state_.readers.portRequested = false;
     source = source_;
     source_.port = nullptr;
     device = device_;
@@ -133,9 +134,8 @@ bool GpsFix::reopenPort(uint32_t generation) {
   // Close the old handle first: a device that is still there cannot be opened twice.
   if (source.port != nullptr) source.port->close();
   PortAttempt attempt{.state = PortAttempt::State::failed};
-  // If the port is no longer wanted, this closes it at the end of the function, after the lock is
-  // released.
-  std::shared_ptr<SerialPort> opened = state.makePort();
+  // Goes, and with it closes the port, outside the lock when nobody wants it any more.
+  std::shared_ptr<SerialPort> opened = state_.makePort();
   const bool free = findDevice(device, attempt.newName);
   attempt.error = free ? opened->open(device.path) : PortError::notThere;
   if (attempt.error == PortError::none && !opened->setUp(device.baudRate)) {
@@ -143,10 +143,10 @@ bool GpsFix::reopenPort(uint32_t generation) {
   }
   const std::lock_guard lock(sourceMutex_);
   if (source_.generation != generation || source_.openRequest != source.openRequest) return true;
-  attempt.tick = state.clock.tick();
+  attempt.tick = state_.clock.tick();
   if (attempt.error == PortError::none) {
     attempt.state = PortAttempt::State::opened;
-    portFailed = false;
+    status_.portFailed = false;
     device_ = device;
     source_.port = std::move(opened);
   }

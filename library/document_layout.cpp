@@ -124,6 +124,7 @@ class LayoutReader {
     if (head.damaged) return summaryOfText(text, number);
     TrackSummary summary = summaryOf(track_->points);
     summary.name = head.name;
+    summary.startUtc = head.startUtc;
     return summary;
   }
 
@@ -261,7 +262,7 @@ RecordingOptions optionsUsedIn(std::string_view text) {
   RecordingOptions options;
   options.recordCell = hasAttribute(text, "c=\"");
   options.recordSpeed = hasAttribute(text, "spd=\"");
-  options.recordTime = hasAttribute(text, "time=\"");
+  options.recordTime = hasAttribute(text, "time=\"") || hasAttribute(text, "utc=\"");
   options.recordCourse = hasAttribute(text, "br=\"");
   return options;
 }

@@ -1,30 +1,25 @@
 #include "library/foreign_parts.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <utility>
 
 #include "base/number.h"
+#include "track/track_xml.h"
 #include "xml/tags.h"
 
 namespace vgps {
 namespace {
 
-constexpr std::array<std::string_view, 10> kOfPoint = {"x",  "y",    "z", "s", "c",
-                                                       "br", "time", "n", "m", "spd"};
-constexpr std::array<std::string_view, 1> kOfTrack = {"n"};
-
 bool isBlank(std::string_view text) {
   return text.find_first_not_of(kXmlBlanks) == std::string::npos;
 }
 
-template <size_t count>
 std::string foreignAttributes(std::string_view tag,
-                              const std::array<std::string_view, count>& known) {
+                              bool (*isOwn)(std::string_view, std::string_view)) {
   std::string foreign;
-  forTagAttributes(tag, [&](std::string_view name, std::string_view, std::string_view bytes) {
-    if (std::find(known.begin(), known.end(), name) == known.end()) foreign += bytes;
+  forTagAttributes(tag, [&](std::string_view name, std::string_view value, std::string_view bytes) {
+    if (!isOwn(name, value)) foreign += bytes;
   });
   return foreign;
 }
@@ -50,7 +45,7 @@ class PartsReader {
     TagReader tags(text_);
     TagMark tag;
     if (!tags.nextPiece(tag)) return {};
-    parts_.track.attributes = foreignAttributes(bytesOf(tag), kOfTrack);
+    parts_.track.attributes = foreignAttributes(bytesOf(tag), isTrackAttribute);
     if (tag.kind != TagMark::Kind::open) return std::move(parts_);
     for (uint64_t at = tag.end; depth_ != SIZE_MAX && tags.nextPiece(tag); at = tag.end) {
       const std::string_view between = text_.substr(at, tag.begin - at);
@@ -91,7 +86,7 @@ class PartsReader {
   }
 
   void beginPoint(const TagMark& tag) {
-    point_ = {.attributes = foreignAttributes(bytesOf(tag), kOfPoint), .inside = {}};
+    point_ = {.attributes = foreignAttributes(bytesOf(tag), isPointAttribute), .inside = {}};
     keep_ = isPoint(bytesOf(tag));
     inPoint_ = true;
     if (tag.kind == TagMark::Kind::empty) return endPoint();

@@ -13,6 +13,7 @@ namespace {
 constexpr std::string_view kMagic = "VGPSJRNL";
 constexpr uint32_t kVersion = 1;
 constexpr uint8_t kPoint = 1;
+constexpr uint8_t kNote = 2;  // about the point behind it; older programs pass over it
 
 uint32_t crc32Of(std::span<const uint8_t> bytes, uint32_t before = 0) {
   return static_cast<uint32_t>(::crc32_z(before, bytes.data(), bytes.size()));
@@ -85,6 +86,17 @@ TrackPoint pointFrom(const uint8_t* body) {
   return point;
 }
 
+bool isNote(std::span<const uint8_t> record) {
+  return record.size() == kJournalRecordHead + kJournalNoteBody &&
+         record[kJournalRecordHead] == kNote;
+}
+
+void takeNote(std::span<const uint8_t> record, TrackPoint& point) {
+  Reader in(record.data() + kJournalRecordHead + 1);
+  point.unknown = in.number<uint32_t>() & kAllUnknown;
+  point.receiverUtc = static_cast<int64_t>(in.number<uint64_t>());
+}
+
 bool isPoint(std::span<const uint8_t> record) {
   return record.size() == kJournalPoint && record[kJournalRecordHead] == kPoint;
 }
@@ -122,6 +134,17 @@ bool headerIsGood(std::span<const uint8_t> bytes) {
          Reader(bytes.data() + 12).number<uint32_t>() == crc32Of(bytes.first(12));
 }
 
+void writeNote(const TrackPoint& point, std::vector<uint8_t>& out) {
+  std::array<uint8_t, kJournalRecordHead + kJournalNoteBody> record{};
+  Writer(record.data()).number(uint32_t{kJournalNoteBody});
+  Writer writer(&record[kJournalRecordHead]);
+  writer.number(kNote);
+  writer.number(point.unknown);
+  writer.number(static_cast<uint64_t>(point.receiverUtc));
+  Writer(&record[4]).number(recordChecksum(record));
+  out.insert(out.end(), record.begin(), record.end());
+}
+
 }  // namespace
 
 void writeJournalHeader(std::vector<uint8_t>& out) {
@@ -133,6 +156,7 @@ void writeJournalHeader(std::vector<uint8_t>& out) {
 }
 
 void writeJournalPoint(const TrackPoint& point, std::vector<uint8_t>& out) {
+  if (point.unknown != 0 || point.receiverUtc != 0) writeNote(point, out);
   std::array<uint8_t, kJournalPoint> record{};
   Writer(record.data()).number(uint32_t{kJournalPointBody});
   Writer writer(&record[kJournalRecordHead]);
@@ -158,14 +182,20 @@ JournalContents readJournal(std::span<const uint8_t> bytes) {
   size_t at = good ? kJournalHeader : nextPoint(bytes, 0);
   contents.damaged = !good && bytes.size() > kJournalHeader;
   if (good) contents.goodEnd = kJournalHeader;
+  std::span<const uint8_t> note;  // the record before, where it is one
   while (at < bytes.size()) {
     const std::span<const uint8_t> record = recordAt(bytes.subspan(at));
     if (!record.empty()) {
-      if (isPoint(record)) contents.points.push_back(pointFrom(record.data() + kJournalRecordHead));
+      if (isPoint(record)) {
+        contents.points.push_back(pointFrom(record.data() + kJournalRecordHead));
+        if (!note.empty()) takeNote(note, contents.points.back());
+      }
+      note = isNote(record) ? record : std::span<const uint8_t>();
       at += record.size();
       contents.goodEnd = at;
       continue;
     }
+    note = {};
     const size_t next = nextPoint(bytes, at + 1);
     if (next < bytes.size() || bytes.size() - at >= kJournalPoint) contents.damaged = true;
     at = next;

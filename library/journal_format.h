@@ -26,11 +26,16 @@
 //           61 32  speed in knots, m/s, km/h, mph
 //           93 16  course, magnetic variation
 //          109 12  m, s, c
+//
+//   body of  0  1  kind, 2; in front of a point that needs it
+//   a note   1  4  which values of the point are not known: Unknown bits
+//            5  8  UTC of the receiver, milliseconds since 1970; 0: not known
 namespace vgps {
 
 inline constexpr size_t kJournalHeader = 16;
 inline constexpr size_t kJournalRecordHead = 8;
 inline constexpr size_t kJournalPointBody = 121;
+inline constexpr size_t kJournalNoteBody = 13;
 inline constexpr size_t kJournalPoint = kJournalRecordHead + kJournalPointBody;
 
 // Both functions append to `out`.

@@ -11,10 +11,10 @@ namespace vgps {
 namespace {
 
 constexpr std::string_view kIndexMagic = "VGPSINDX";
-constexpr uint32_t kIndexVersion = 2;
+constexpr uint32_t kIndexVersion = 3;
 constexpr uint32_t kOther = 1;  // flags
 constexpr uint32_t kDamaged = 2;
-constexpr size_t kLeastEntry = 120;  // bytes; limits the number of entries that is believed
+constexpr size_t kLeastEntry = 128;  // bytes; more entries than that many fit are none
 
 class IndexWriter {
  public:
@@ -107,6 +107,7 @@ void writeEntry(IndexWriter& out, const IndexEntry& entry) {
   out.decimal(summary.kilometres);
   out.number(static_cast<uint64_t>(summary.seconds));
   writeDate(out, summary.date);
+  out.number(static_cast<uint64_t>(summary.startUtc));
   const TrackBounds& bounds = summary.bounds;
   for (const double edge : {bounds.west, bounds.south, bounds.east, bounds.north}) {
     out.decimal(edge);
@@ -129,6 +130,7 @@ IndexEntry readEntry(IndexReader& in) {
   summary.kilometres = in.decimal();
   summary.seconds = static_cast<int64_t>(in.number<uint64_t>());
   readDate(in, summary.date);
+  summary.startUtc = static_cast<int64_t>(in.number<uint64_t>());
   TrackBounds& bounds = summary.bounds;
   for (double* edge : {&bounds.west, &bounds.south, &bounds.east, &bounds.north}) {
     *edge = in.decimal();

@@ -18,6 +18,7 @@ TrackSummary summaryOf(const Track& track) {
   for (const TrackPoint& point : track.points) sums.add(point);
   TrackSummary summary = summaryOf(sums);
   summary.name = track.name;
+  summary.startUtc = track.startUtc;
   return summary;
 }
 

@@ -6,8 +6,6 @@
 #include "files/bad_copies.h"
 
 namespace vgps {
-namespace {}  // namespace
-
 JournalResult UnfinishedRecording::open(const std::string& path) {
   path_ = path;
   track_ = {};
@@ -22,6 +20,7 @@ JournalResult UnfinishedRecording::open(const std::string& path) {
     return JournalResult::missing;
   }
   track_.points = std::move(found.points);
+  track_.startUtc = startOf(track_.points.front());
   journal_ = std::move(journal);
   return result;
 }
@@ -39,6 +38,7 @@ std::string UnfinishedRecording::message(JournalResult result) const {
 
 std::unique_ptr<Journal> UnfinishedRecording::continueInto(Track& current) {
   current.points = std::exchange(track_.points, {});
+  current.startUtc = track_.startUtc;
   current.attachments.clear();
   current.pointNames.clear();
   return std::move(journal_);

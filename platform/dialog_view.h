@@ -39,6 +39,8 @@ class DialogView {
   virtual Colour colour(uint16_t control) = 0;
 
   virtual void enable(uint16_t control, bool enabled) = 0;
+  // A line below everything else; at most once for a dialog.
+  virtual void showNote(std::string_view text) = 0;
 
   // Lets the user choose an existing file and returns its path; empty if the user cancels. `kind`
   // describes these files, `pattern` is like "*.png;*.jpg", `current` is the initial path.

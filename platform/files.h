@@ -57,7 +57,12 @@ void copyPermissions(const std::string& from, const std::string& to);
 
 bool removeFile(const std::string& path);
 
-// Used to tell whether a file has changed.
+// Return when the disk itself has what was written to a file, or the names in its folder. The first
+// returns false if the system reports a fault; the second does what the system lets it do.
+bool flushFile(const std::string& path);
+void flushFolderOf(const std::string& path);
+
+// Identifies an unchanged file.
 struct FileStamp {
   uint64_t size = 0;  // bytes
   // The time of the last change, in system-specific units.
@@ -67,7 +72,24 @@ struct FileStamp {
 // Returns false if there is no such file or it is a folder.
 bool fileStamp(const std::string& path, FileStamp& stamp);
 
-// The names of the files in a folder (without subfolders), in no particular order.
+// How long ago the file was changed last, in seconds by the system's clock; negative when its time
+// lies ahead, 0 when there is no such file.
+double fileAge(const std::string& path);
+
+// Why the system refused something to this thread last. Valid directly behind the call that failed.
+enum class FileFault {
+  unknown,
+  noFolder,
+  notAFolder,
+  isFolder,
+  noPermission,
+  noSpace,
+  inUse,
+  badName
+};
+FileFault lastFileFault();
+
+// The names of the files in a folder, not of its folders, in no order.
 std::vector<std::string> filesIn(const std::string& folder);
 
 }  // namespace vgps

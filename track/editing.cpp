@@ -29,6 +29,15 @@ void append(Track& to, const Track& from, size_t first, size_t end) {
   }
 }
 
+// When a point was recorded, milliseconds of UTC since 1970; 0: not known.
+int64_t utcOf(const Track& track, size_t index) {
+  const TrackPoint& point = track.points[index];
+  if (point.receiverUtc != 0 || track.startUtc == 0) return point.receiverUtc;
+  const std::optional<int64_t> first = millisecondsOf(track.points.front().localTime);
+  const std::optional<int64_t> then = millisecondsOf(point.localTime);
+  return first && then ? track.startUtc + *then - *first : 0;
+}
+
 void dropFrom(Track& track, size_t index) {
   track.points.resize(index);
   std::erase_if(track.attachments, [&](const TrackAttachment& a) { return a.point >= index; });
@@ -38,6 +47,7 @@ void dropFrom(Track& track, size_t index) {
 
 void join(Track& track, const Track& other) {
   if (&track == &other) return join(track, Track(other));
+  if (track.startUtc == 0) track.startUtc = other.startUtc;
   append(track, other, 0, other.points.size());
 }
 
@@ -48,6 +58,7 @@ std::optional<Track> split(Track& track, size_t index, uint32_t number) {
   second.angleThreshold = track.angleThreshold;
   second.speedThreshold = track.speedThreshold;
   second.altitudeThreshold = track.altitudeThreshold;
+  second.startUtc = utcOf(track, index);
   append(second, track, index, track.points.size());
   dropFrom(track, index);
   return second;
@@ -61,6 +72,7 @@ void reverse(Track& track) {
 
 bool trim(Track& track, size_t first, size_t last) {
   if (first > last || last >= track.points.size()) return false;
+  if (first > 0) track.startUtc = utcOf(track, first);
   dropFrom(track, last + 1);
   std::erase_if(track.attachments, [&](const TrackAttachment& a) { return a.point < first; });
   for (TrackAttachment& attachment : track.attachments) {

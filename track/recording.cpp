@@ -4,11 +4,23 @@
 
 #include "geo/distance.h"
 #include "geo/units.h"
+#include "track/track_statistics.h"
 
 namespace vgps {
 namespace {
 
 Position positionOf(const FixRecord& fix) { return {fix.longitude, fix.latitude, fix.altitude}; }
+
+// The date is the last one that an RMC gave: behind midnight a GGA may come before the next. Then
+// the time lies a day behind the point before.
+int64_t receiverUtcOf(const FixRecord& fix, int64_t before) {
+  if (!isCalendarTime(fix.utcTime)) return 0;
+  DateTime second = fix.utcTime;
+  second.millisecond = 0;
+  const int64_t utc = millisecondsOf(second).value_or(0) + fix.utcMilliseconds;
+  const int64_t back = before - utc;
+  return back > kDayMs / 2 && back <= kDayMs ? utc + kDayMs : utc;
+}
 
 void takeWhereZero(float& threshold, int32_t option) {
   if (threshold == 0) threshold = static_cast<float>(option);
@@ -22,8 +34,10 @@ bool turned(const Track& track, double course) {
   return std::fabs(course - base) > track.angleThreshold;
 }
 
-bool climbed(const Track& track, double altitude) {
-  return std::fabs(track.lastAltitude - altitude) > track.altitudeThreshold;
+// An altitude that was not measured says nothing about a climb.
+bool climbed(const Track& track, const FixRecord& fix) {
+  if (!fix.altitudeKnown() || !track.lastAltitudeKnown) return false;
+  return std::fabs(track.lastAltitude - fix.altitude) > track.altitudeThreshold;
 }
 
 }  // namespace
@@ -36,6 +50,7 @@ bool Recording::start() {
   takeWhereZero(current_.altitudeThreshold, options_.altitude);
   current_.courseDeviation = 0;
   current_.lastCourse = -1;
+  current_.lastAltitudeKnown = false;
   current_.state = kRecording;
   current_.bes = options_.bes;
   lastMark_ = 0;
@@ -82,7 +97,8 @@ void Recording::discard(Track& track) {
   track.points.clear();
   track.attachments.clear();
   track.pointNames.clear();
-  track.name.clear();  // the next recording needs a name of its own
+  track.startUtc = 0;
+  track.name.clear();  // the next recording is another track
   hooks_.trackChanged(track);
 }
 
@@ -103,7 +119,7 @@ bool Recording::passes(const FixRecord& fix, uint32_t force) {
   if (current_.cellMode != 0 && options_.recordCell) return true;
   if (current_.lastCourse == -1) return true;
   if (fix.speedKmh < current_.speedThreshold) return false;
-  if (force != 0 || turned(current_, fix.course) || climbed(current_, fix.altitude)) return true;
+  if (force != 0 || turned(current_, fix.course) || climbed(current_, fix)) return true;
   current_.courseDeviation = static_cast<float>(std::fabs(current_.lastCourse - fix.course));
   return false;
 }
@@ -120,8 +136,7 @@ bool Recording::passesCountdown() {
 void Recording::addDistance(const FixRecord& last, const FixRecord& fix) {
   const double surface =
       pointDistance(positionOf(last), positionOf(fix), kKilometres, kKilometres, false);
-  const double slant =
-      slantKilometres(surface, static_cast<float>(last.altitude), static_cast<float>(fix.altitude));
+  const double slant = slantDistance(surface, last, fix);
   distance_ += distanceInUnit(surface, options_.distanceUnit);
   distance3d_ += distanceInUnit(slant, options_.distanceUnit);
 }
@@ -129,16 +144,20 @@ void Recording::addDistance(const FixRecord& last, const FixRecord& fix) {
 void Recording::record(const FixRecord& fix, uint32_t force) {
   if (!current_.points.empty()) addDistance(current_.points.back(), fix);
   TrackPoint point{fix};
+  point.receiverUtc =
+      receiverUtcOf(fix, current_.points.empty() ? 0 : current_.points.back().receiverUtc);
   point.utcTime = clock_.utc();
   point.localTime = clock_.local();
   point.s = force;
   point.m = pendingMark_;
   if (pendingMark_ != 0) lastMark_ = pendingMark_;
   pendingMark_ = 0;
+  if (current_.points.empty()) current_.startUtc = startOf(point);
   current_.points.push_back(point);
   if (options_.drawPath) hooks_.appendToDrawnPath(fix.longitude, fix.latitude);
   current_.lastCourse = static_cast<float>(fix.course);
-  current_.lastAltitude = static_cast<float>(fix.altitude);
+  if (fix.altitudeKnown()) current_.lastAltitude = static_cast<float>(fix.altitude);
+  current_.lastAltitudeKnown |= fix.altitudeKnown();
   current_.cellMode = 0;
   current_.courseDeviation = 0;
   hooks_.pointRecorded(point);

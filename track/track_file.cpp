@@ -133,6 +133,7 @@ TrackLoading loadTrackFile(const std::string& path, int32_t speedUnit, Track& tr
   const bool named = document.GetRootElement().storedName() == "t";
   if (!named && read.points.empty()) return TrackLoading::notATrack;
   track.name = std::move(read.name);
+  track.startUtc = read.startUtc;
   track.points = std::move(read.points);
   track.attachments = std::move(read.attachments);
   track.pointNames = std::move(read.pointNames);

@@ -47,7 +47,26 @@ bool readTime(std::string_view text, DateTime& time) {
   return true;
 }
 
-// Sets the speed in all four units. The unit that was read keeps its exact value.
+// "z", "z spd", ...: the names of values as Unknown bits, each at most once.
+bool readUnknown(std::string_view text, uint32_t& unknown) {
+  uint32_t bits = 0;
+  for (bool more = true; more;) {
+    const size_t end = text.find(' ');
+    const std::string_view name = text.substr(0, end);
+    const uint32_t bit = name == "z"     ? uint32_t{kUnknownAltitude}
+                         : name == "spd" ? uint32_t{kUnknownSpeed}
+                         : name == "br"  ? uint32_t{kUnknownCourse}
+                                         : 0U;
+    if (bit == 0 || (bits & bit) != 0) return false;
+    bits |= bit;
+    more = end != std::string_view::npos;
+    if (more) text.remove_prefix(end + 1);
+  }
+  unknown = bits;
+  return true;
+}
+
+// One speed in all four units; the one that was read stays to its last digit.
 void setSpeeds(TrackPoint& point, double value, int32_t unit) {
   double knots = value;
   if (unit == kKmh) knots = value / kKmhPerKnot;
@@ -141,6 +160,8 @@ class TrackReader {
       name_ = attribute.GetValue();
       return true;
     }
+    if (name == "utc" && readIsoUtc(value, point.receiverUtc)) return true;
+    if (name == "unknown" && readUnknown(value, point.unknown)) return true;
     double speed = 0;
     if (name != "spd") return noteForeign(name);
     if (!readNumber(value, speed)) return false;
@@ -283,10 +304,31 @@ class PlainPointReader {
   bool hasY_ = false;
 };
 
+constexpr std::string_view kPointAttributes[] = {"x",  "y",    "z", "s", "c",
+                                                 "br", "time", "n", "m", "spd"};
+
 }  // namespace
+
+bool isPointAttribute(std::string_view name, std::string_view value) {
+  int64_t utc = 0;
+  uint32_t unknown = 0;
+  if (name == "utc") return readIsoUtc(value, utc);
+  if (name == "unknown") return readUnknown(value, unknown);
+  return std::find(std::begin(kPointAttributes), std::end(kPointAttributes), name) !=
+         std::end(kPointAttributes);
+}
+
+bool isTrackAttribute(std::string_view name, std::string_view value) {
+  int64_t utc = 0;
+  return name == "n" || (name == "start" && readIsoUtc(value, utc));
+}
 
 bool readTrack(XmlElement element, int32_t speedUnit, Track& track, bool* foreign) {
   track.name = element.FindAttribute("n") ? element.FindAttribute("n").GetValue() : std::string();
+  track.startUtc = 0;
+  if (const XmlAttribute start = element.FindAttribute("start")) {
+    readIsoUtc(start.storedValue(), track.startUtc);
+  }
   track.points.clear();
   track.attachments.clear();
   track.pointNames.clear();

@@ -1,7 +1,6 @@
 #include "track/track_statistics.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <utility>
 
@@ -14,18 +13,7 @@ namespace {
 constexpr double kSlowestMovingKmh = 1;
 constexpr double kHeightNoise = 5;  // meters
 
-// Milliseconds by the calendar, ignoring time zones and leap seconds.
-std::optional<int64_t> millisecondsOf(const DateTime& time) {
-  namespace ch = std::chrono;
-  const ch::year_month_day date(ch::year(time.year), ch::month(time.month), ch::day(time.day));
-  if (time.year == 0 || !date.ok()) return std::nullopt;
-  const int64_t days = ch::sys_days(date).time_since_epoch().count();
-  const int64_t minutes = (days * 24 + time.hour) * 60 + time.minute;
-  return (minutes * 60 + time.second) * 1000 + time.millisecond;
-}
-
-// The sums of climbs and descents between turning points of the altitude; see
-// TrackStatistics::climb.
+// The sums of rises and falls between the turns of the height; see TrackStatistics::climb.
 class Heights {
  public:
   void add(double height) {
@@ -153,22 +141,29 @@ double TrackStatistics::movingKmh() const {
   return times ? kmhOf(times->movingKm, times->movingSeconds) : 0;
 }
 
+double slantDistance(double surfaceKm, const FixRecord& from, const FixRecord& to) {
+  if (!from.altitudeKnown() || !to.altitudeKnown()) return surfaceKm;
+  return slantKilometres(surfaceKm, static_cast<float>(from.altitude),
+                         static_cast<float>(to.altitude));
+}
+
 TrackStatistics statisticsOf(const Track& track) {
   TrackStatistics all;
   all.points = track.points.size();
   if (all.points == 0) return all;
   Heights heights;
   TrackSums sums;
-  all.highest = all.lowest = track.points.front().altitude;
   const TrackPoint* last = &track.points.front();
   for (const TrackPoint& point : track.points) {
     const double surface = sums.add(point);
-    all.distance3dKm += slantKilometres(surface, static_cast<float>(last->altitude),
-                                        static_cast<float>(point.altitude));
-    heights.add(point.altitude);
-    all.highest = std::max(all.highest, point.altitude);
-    all.lowest = std::min(all.lowest, point.altitude);
-    all.greatestKmh = std::max(all.greatestKmh, point.speedKmh);
+    all.distance3dKm += slantDistance(surface, *last, point);
+    if (point.altitudeKnown()) {
+      heights.add(point.altitude);
+      const bool first = all.knownAltitudes++ == 0;
+      all.highest = first ? point.altitude : std::max(all.highest, point.altitude);
+      all.lowest = first ? point.altitude : std::min(all.lowest, point.altitude);
+    }
+    if (point.speedKnown()) all.greatestKmh = std::max(all.greatestKmh, point.speedKmh);
     last = &point;
   }
   heights.end();

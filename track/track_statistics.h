@@ -30,7 +30,11 @@ struct TrackTimes {
   double movingKm = 0;
 };
 
-// Sums up distance, bounds, and times from points added one by one.
+// The distance between two points that are `surfaceKm` apart on the surface, with their altitudes
+// where both are known; kilometres.
+double slantDistance(double surfaceKm, const FixRecord& from, const FixRecord& to);
+
+// Adds up way, bounds and times while points come one after another.
 class TrackSums {
  public:
   // Returns the surface distance from the previous point in kilometers; 0 for the first one. Uses
@@ -73,7 +77,8 @@ struct TrackStatistics {
   double descent = 0;
   double highest = 0;  // meters
   double lowest = 0;
-  double greatestKmh = 0;  // from the speeds reported by the receiver
+  size_t knownAltitudes = 0;  // points whose altitude is known: only those count for all of these
+  double greatestKmh = 0;     // of the speeds that the receiver gave
 
   // km/h over the total time and over the moving time; 0 without times.
   double averageKmh() const;

@@ -126,6 +126,9 @@ class TrackWriter {
     text_.tabs(depth_);
     text_.add("<t");
     if (!name.empty()) text_.add(" n=\""), text_.addLong(escapeXml(name)), text_.add("\"");
+    if (track_.startUtc != 0) {
+      text_.add(" start=\""), text_.add(isoUtcText(track_.startUtc)), text_.add("\"");
+    }
     const bool empty = std::all_of(track_.points.begin(), track_.points.end(), isNowhere);
     text_.add(empty ? "/>\r\n" : ">\r\n");
     for (size_t i = 0; i < track_.points.size(); ++i) {
@@ -162,11 +165,25 @@ class TrackWriter {
     if (point.m != 0) text_.add("\" m=\""), text_.number(point.m);
     const std::string_view name = pointName(track_, point);
     if (!name.empty()) text_.add("\" n=\""), text_.addLong(escapeXml(name));
+    if (options_.recordTime && point.receiverUtc != 0) {
+      text_.add("\" utc=\""), text_.add(isoUtcText(point.receiverUtc));
+    }
+    writeUnknown(point);
     if (attachments_.has(index)) {
       writeAttachments(index);
     } else {
       text_.add("\"/>\r\n");
     }
+  }
+
+  void writeUnknown(const TrackPoint& point) {
+    std::string_view before = "\" unknown=\"";
+    const auto name = [&](bool written, std::string_view attribute) {
+      if (written) text_.add(before), text_.add(attribute), before = " ";
+    };
+    name(!point.altitudeKnown(), "z");
+    name(!point.speedKnown() && options_.recordSpeed, "spd");
+    name(!point.courseKnown() && options_.recordCourse, "br");
   }
 
   void writeAttachments(size_t index) {

@@ -80,7 +80,7 @@ XmlLoadResult XmlDocument::loadFile(const XmlReading& reading) {
   OpenFile file{*files_, files_->open(fileName_, XmlFiles::Access::read)};
   if (file.handle == nullptr) {
     reset();
-    return {XmlLoadStatus::noFile, {}};
+    return {XmlLoadStatus::noFile, {}, false};
   }
   XmlLoadResult result = read({readFromFile, &file}, XmlWindow::kUsualSize, reading);
   // Data from a disk that reported an error later must not be used.
@@ -100,15 +100,15 @@ XmlLoadResult XmlDocument::read(XmlSource source, size_t windowSize, const XmlRe
   tree->text.seal();
   if (tree->root == kNoRow) {
     reset();
-    if (outside.outOfMemory) return {XmlLoadStatus::tooLarge, {}};
-    if (!outside.anyText) return {XmlLoadStatus::empty, {}};
-    return {XmlLoadStatus::noElement, outside.stray};
+    if (outside.outOfMemory) return {XmlLoadStatus::tooLarge, {}, false};
+    if (!outside.anyText) return {XmlLoadStatus::empty, {}, false};
+    return {XmlLoadStatus::noElement, outside.stray, false};
   }
   tree_ = std::move(tree);
   header_ = {};
   if (!outside.declaration.empty()) header_.text = std::move(outside.declaration);
   header_.comments = std::move(outside.comments);
-  return {};
+  return {XmlLoadStatus::loaded, {}, outside.rootEnds};
 }
 
 uint64_t XmlDocument::savedSize() const {

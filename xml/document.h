@@ -33,6 +33,7 @@ enum class XmlLoadStatus {
 struct XmlLoadResult {
   XmlLoadStatus status = XmlLoadStatus::loaded;
   XmlPlace place;
+  bool rootEnds = false;  // the text holds the root to its end
   explicit operator bool() const { return status == XmlLoadStatus::loaded; }
 };
 

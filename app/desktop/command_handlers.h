@@ -23,6 +23,8 @@ bool isConnected(const AppState& app, Command command);
 bool isSimulating(const AppState& app, Command command);
 bool hasFix(const AppState& app, Command command);
 bool isLogState(const AppState& app, Command command);
+bool waitsForStep(const AppState& app, Command command);
+bool hasRawLog(const AppState& app, Command command);
 bool isSimulationMode(const AppState& app, Command command);
 
 // commands_view.cpp: screens, colours, projections
@@ -37,6 +39,8 @@ void chooseColours(Desktop& app, Command command);
 bool isScreen(const AppState& app, Command command);
 bool isProjection(const AppState& app, Command command);
 bool isColourScheme(const AppState& app, Command command);
+bool isViewDrawn(Command command);
+bool isMapDrawn(Command command);
 
 // commands_program.cpp: the program and its window, dialogs
 void showAbout(Desktop& app, Command command);
@@ -44,6 +48,8 @@ void closeProgram(Desktop& app, Command command);
 void resizeScreen(Desktop& app, Command command);
 void confirmPopup(Desktop& app, Command command);
 void openOptionDialog(Desktop& app, Command command);
+void tellAboutUpdates(Desktop& app, Command command);
+bool hasDialogInUse(Command command);
 
 // commands_recording.cpp: the current recording
 void startRecording(Desktop& app, Command command);
@@ -56,6 +62,7 @@ void wanderAround(Desktop& app, Command command);
 bool isIdle(const AppState& app, Command command);
 bool isNotIdle(const AppState& app, Command command);
 bool isNotPlaying(const AppState& app, Command command);
+bool isRecording(const AppState& app, Command command);
 bool isPaused(const AppState& app, Command command);
 bool takesMarks(const AppState& app, Command command);
 bool isPreset(const AppState& app, Command command);

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "app/desktop/command_handlers.h"
+#include "app/desktop/dialogs.h"
 #include "base/texts.h"
 
 namespace vgps {
@@ -40,7 +41,7 @@ constexpr auto kRows = std::to_array<CommandRow>({
 
     missing(Command::supportForum),
     missing(Command::donate),
-    missing(Command::checkForUpdates),
+    one(Command::checkForUpdates, tellAboutUpdates),
     one(Command::about, showAbout),
     one(Command::shutdown, closeProgram),
 
@@ -102,9 +103,9 @@ constexpr auto kRows = std::to_array<CommandRow>({
     missing(Command::editSimulation),
     one(Command::loadSimulation, loadSimulation),
     missing(Command::saveSimulation),
-    one(Command::stepSimulation, stepSimulation),
+    one(Command::stepSimulation, stepSimulation, nullptr, waitsForStep),
     missing(Command::simulationReserved, Command::simulationReservedLast),
-    one(Command::clearRawLog, clearRawLog),
+    one(Command::clearRawLog, clearRawLog, nullptr, hasRawLog),
 
     missing(Command::switchToSirf),
     missing(Command::switchToNmea),
@@ -156,7 +157,7 @@ constexpr auto kRows = std::to_array<CommandRow>({
     one(Command::openTrack, openTrack, nullptr, isIdle),
     one(Command::discardTrack, discardTrack, nullptr, hasFinishedTrack),
     one(Command::markPoint, markPoint, nullptr, takesMarks),
-    one(Command::recordPointNow, recordPointNow, nullptr, takesMarks),
+    one(Command::recordPointNow, recordPointNow, nullptr, isRecording),
     missing(Command::trimTrack),
     missing(Command::playTrack),
     missing(Command::recordingReserved, Command::recordingReservedLast),
@@ -232,6 +233,20 @@ constexpr bool inOrderWithoutOverlap() {
 }
 static_assert(inOrderWithoutOverlap());
 
+// What a handler needs besides itself; handlers without a row need nothing.
+struct NeedRow {
+  CommandHandler handler;
+  bool (*isThere)(Command command);
+};
+constexpr NeedRow kNeeds[] = {
+    {notImplemented, [](Command) { return false; }},
+    {ignoreView, [](Command) { return false; }},
+    {showScreen, isViewDrawn},
+    {show3dMap, isMapDrawn},
+    {chooseProjection, isMapDrawn},
+    {openOptionDialog, hasDialogInUse},
+};
+
 }  // namespace
 
 std::span<const CommandRow> commandRows() { return kRows; }
@@ -248,6 +263,15 @@ bool runCommand(Desktop& app, Command command) {
   if (row == nullptr) return false;
   row->handler(app, command);
   return true;
+}
+
+bool isAvailable(Command command) {
+  const CommandRow* const row = findCommand(command);
+  if (row == nullptr) return false;
+  const auto* const need =
+      std::find_if(std::begin(kNeeds), std::end(kNeeds),
+                   [row](const NeedRow& candidate) { return candidate.handler == row->handler; });
+  return need == std::end(kNeeds) || need->isThere(command);
 }
 
 bool runHotKey(Desktop& app, Command command) {

@@ -86,6 +86,10 @@ bool hasFix(const AppState& app, Command) {
 bool isLogState(const AppState& app, Command command) {
   return app.gps.options.logNmea == (command == Command::logOn);
 }
+bool waitsForStep(const AppState& app, Command command) {
+  return isSimulating(app, command) && app.gps.simulation.mode() == SimMode::tapping;
+}
+bool hasRawLog(const AppState& app, Command) { return !app.rawLog.empty(); }
 bool isSimulationMode(const AppState& app, Command command) {
   return app.gps.simulation.mode() == kSimulationModes[command - Command::simulateTapping];
 }

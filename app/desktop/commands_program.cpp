@@ -1,6 +1,8 @@
 #include "app/desktop/command_handlers.h"
 #include "app/desktop/commands.h"
+#include "app/desktop/dialogs.h"
 #include "base/texts.h"
+#include "base/version.h"
 
 // Commands for the program, its window, and its dialogs.
 namespace vgps {
@@ -28,6 +30,18 @@ void confirmPopup(Desktop&, Command) {}
 
 void openOptionDialog(Desktop& app, Command command) {
   if (!app.window.openDialog(command)) notImplemented(app, command);
+}
+
+// The receiver search and the hidden option edit no fixed settings.
+bool hasDialogInUse(Command command) {
+  const Dialog* const dialog = findDialog(command);
+  return dialog == nullptr || editsSettingsInUse(*dialog);
+}
+
+void tellAboutUpdates(Desktop& app, Command) {
+  const std::string& source = app.settings.updateSource;
+  app.window.tell(source.empty() ? textWith(Text::updatesWithoutSource, kVersion)
+                                 : textWith(Text::updatesFrom, kVersion, source));
 }
 
 }  // namespace vgps

@@ -62,6 +62,7 @@ void wanderAround(Desktop& app, Command command) {
 bool isIdle(const AppState& app, Command) { return app.recorder.track.state == kIdle; }
 bool isNotIdle(const AppState& app, Command) { return app.recorder.track.state != kIdle; }
 bool isNotPlaying(const AppState& app, Command) { return app.recorder.track.state != kPlaying; }
+bool isRecording(const AppState& app, Command) { return app.recorder.track.state == kRecording; }
 bool isPaused(const AppState& app, Command) { return app.recorder.track.state == kPaused; }
 bool takesMarks(const AppState& app, Command) {
   return app.recorder.track.state == kRecording || app.recorder.track.state == kPaused;

@@ -34,7 +34,7 @@ void showNextScreen(Desktop& app, Command) {
   const Screen current = app.currentScreen;
   const CommandRow* next = nullptr;
   for (const CommandRow& row : rows) {
-    const bool canShow = row.handler == showScreen && isScreenDrawn(screenOf(row.command));
+    const bool canShow = row.handler == showScreen && isViewDrawn(row.command);
     if (!canShow) continue;
     const bool isFirst = next == nullptr;
     if (isFirst || (screenOf(next->command) <= current && screenOf(row.command) > current)) {
@@ -73,6 +73,8 @@ bool isProjection(const AppState& app, Command command) {
 bool isColourScheme(const AppState& app, Command command) {
   return app.scheme == static_cast<ColourScheme>(command - Command::dayColors);
 }
+bool isViewDrawn(Command command) { return isScreenDrawn(screenOf(command)); }
+bool isMapDrawn(Command) { return isScreenDrawn(Screen::map); }
 
 void goBack(Desktop& app, Command) { changeScreen(app, app.previousScreen); }
 

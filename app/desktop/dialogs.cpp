@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "app/settings/settings_in_use.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "base/texts.h"
@@ -161,8 +162,28 @@ void acceptField(const DialogField& field, DialogView& view, DialogContext& cont
   }
 }
 
-// A checked box stays enabled whatever else is checked: if a document has two of them set, the user
-// could otherwise not uncheck either.
+bool isUnused(const DialogField& field) { return !isInUse(*field.setting); }
+
+// Settings of features that do not exist yet are shown, but nothing could come of changing them.
+void disableUnused(const Dialog& dialog, DialogView& view) {
+  const auto disable = [&](uint16_t control) {
+    view.enable(control, false);
+    for (const DialogAction& action : dialog.actions) {
+      if (action.target == control) view.enable(action.control, false);
+    }
+  };
+  for (const DialogField& field : dialog.fields) {
+    if (!isUnused(field)) continue;
+    disable(field.control);
+    if (field.switchControl != 0) disable(field.switchControl);
+    for (const DialogChoice& choice : field.choices) {
+      if (choice.control != 0) disable(choice.control);
+    }
+  }
+}
+
+// A checked box stays enabled whatever else is checked: a document that has two of them set would
+// otherwise leave the user with nothing to press.
 void enableControls(const Dialog& dialog, DialogView& view) {
   const auto isOff = [&](uint16_t control) {
     return std::any_of(dialog.fields.begin(), dialog.fields.end(), [&](const DialogField& field) {
@@ -179,6 +200,7 @@ void enableControls(const Dialog& dialog, DialogView& view) {
       view.enable(field.control, view.checked(field.switchControl));
     }
   }
+  disableUnused(dialog, view);
 }
 
 // The control for a setting; 0 if there is none.
@@ -233,8 +255,15 @@ std::string_view dialogText(std::string_view word, Text texts) {
   return own.empty() ? textLike(word, Text::ok, Text::cancel) : own;
 }
 
+bool editsSettingsInUse(const Dialog& dialog) {
+  return !std::all_of(dialog.fields.begin(), dialog.fields.end(), isUnused);
+}
+
 void fillDialog(const Dialog& dialog, DialogView& view, const DialogContext& context) {
   for (const DialogField& field : dialog.fields) fillField(field, view, context);
+  if (std::any_of(dialog.fields.begin(), dialog.fields.end(), isUnused)) {
+    view.showNote(textOf(Text::graySettings));
+  }
   enableControls(dialog, view);
 }
 

@@ -122,7 +122,10 @@ std::span<const Dialog> dialogs();
 // Returns null if the command does not open one of these dialogs.
 const Dialog* findDialog(Command command);
 
-// Shows the current settings and enables the controls accordingly.
+// Whether the program does something with at least one of its settings.
+bool editsSettingsInUse(const Dialog& dialog);
+
+// Shows the settings in use, and enables what they leave enabled.
 void fillDialog(const Dialog& dialog, DialogView& view, const DialogContext& context);
 
 // OK: stores the controls' values, corrected, in the current settings and saves the dialog's

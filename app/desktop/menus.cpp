@@ -1,6 +1,7 @@
 #include "app/desktop/menus.h"
 
 #include <array>
+#include <vector>
 
 #include "app/desktop/commands.h"
 #include "base/texts.h"
@@ -114,6 +115,35 @@ constexpr auto kMenu = std::to_array<MenuRow>({
     // clang-format on
 });
 
+// A line stands between items only; a popup that holds nothing goes with its end.
+std::vector<MenuRow> withoutUnavailable(std::span<const MenuRow> rows) {
+  std::vector<MenuRow> kept;
+  const auto endsWith = [&](MenuRow::Kind kind) {
+    return !kept.empty() && kept.back().kind == kind;
+  };
+  for (const MenuRow& row : rows) {
+    const bool atStart = kept.empty() || endsWith(MenuRow::popup);
+    switch (row.kind) {
+      case MenuRow::item:
+        if (isAvailable(row.command)) kept.push_back(row);
+        break;
+      case MenuRow::separator:
+        if (!atStart && !endsWith(MenuRow::separator)) kept.push_back(row);
+        break;
+      case MenuRow::popup: kept.push_back(row); break;
+      case MenuRow::end:
+        if (endsWith(MenuRow::separator)) kept.pop_back();
+        if (endsWith(MenuRow::popup)) {
+          kept.pop_back();
+        } else {
+          kept.push_back(row);
+        }
+        break;
+    }
+  }
+  return kept;
+}
+
 constexpr uint16_t kF1 = 0x70;
 constexpr uint16_t functionKey(int number) { return static_cast<uint16_t>(kF1 + number - 1); }
 
@@ -154,6 +184,10 @@ constexpr auto kHotKeys = std::to_array<KeyRow>({
 }  // namespace
 
 std::span<const MenuRow> menuRows() { return kMenu; }
+std::span<const MenuRow> offeredMenuRows() {
+  static const std::vector<MenuRow> kOffered = withoutUnavailable(kMenu);
+  return kOffered;
+}
 std::span<const KeyRow> acceleratorRows() { return kAccelerators; }
 std::span<const KeyRow> hotKeyRows() { return kHotKeys; }
 

@@ -19,6 +19,9 @@ struct MenuRow {
   Command command{};  // for an item
 };
 std::span<const MenuRow> menuRows();
+// Without the commands that are not available, and without the popups and lines that lose their
+// sense by that.
+std::span<const MenuRow> offeredMenuRows();
 
 // Keys use the numbers of Windows virtual key codes on every system: letters and digits are ASCII
 // (upper case), F1 is 0x70.

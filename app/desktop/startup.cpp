@@ -25,7 +25,8 @@ bool openPatiently(ConfigStore& config, const std::string& path,
                    std::chrono::milliseconds patience) {
   constexpr std::chrono::milliseconds kStep(50);
   bool good = config.open(path);
-  for (auto left = patience; !config.readable() && left.count() > 0; left -= kStep) {
+  const auto isBusy = [&] { return !config.readable() && !config.heldByAnother(); };
+  for (auto left = patience; isBusy() && left.count() > 0; left -= kStep) {
     std::this_thread::sleep_for(kStep);
     good = config.open(path);
   }

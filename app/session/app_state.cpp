@@ -14,7 +14,7 @@ constexpr uint32_t kNoticeMs = 10000;
 
 AppState::AppState(Platform platformToUse, const XmlFiles& files)
     : platform(std::move(platformToUse)),
-      config(files),
+      config({.files = &files}),
       hooks(platform.uiThread, platform.sounds, platform.window, gps.readers.deliveringGeneration),
       gps(hooks, platform.clock),
       fix(gps),

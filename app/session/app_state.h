@@ -16,6 +16,7 @@
 #include "app/settings/settings.h"
 #include "base/screens.h"
 #include "base/texts.h"
+#include "gps/epoch.h"
 #include "gps/gps_fix.h"
 #include "library/track_library.h"
 #include "platform/clock.h"
@@ -90,7 +91,9 @@ struct AppExtensions {
   // Converts a track or GPX file to simulation lines; an empty path means the last track of the
   // library.
   std::function<bool(const std::string& path, std::vector<std::string>& lines)> simulationFrom;
-  // Called with each complete fix during playback.
+  // Every complete fix, whatever is being done with it.
+  std::function<void(const FixRecord&)> takeFix;
+  // A complete fix while a track is played.
   std::function<void(const UiFix&)> followRoute;
   // What timers 3 and 5 do, on worker threads.
   std::function<void()> reportPosition;
@@ -169,6 +172,7 @@ struct AppState {
 
   SessionRecorderHooks recorderHooks;
   Recorder recorder;
+  EpochFixes epochs;
   uint64_t epochsOffered = 0;
   int32_t backupCountdown = 0;  // minutes
 

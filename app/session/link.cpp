@@ -24,14 +24,14 @@ void Link::hold() {
   if (state_ == State::failed) fix_.close(true);  // an unusable port may still be open
   if (!serial_ || (state_ != State::open && state_ != State::lost)) return;
   state_ = State::held;
-  fix_.releasePort();
+  fix_.connection.releasePort();
 }
 
 void Link::resume() {
   if (state_ != State::held) return;
   state_ = State::lost;
   error_ = PortError::none;
-  fix_.requestPort();
+  fix_.connection.requestPort();
 }
 
 bool Link::noteBytes() {
@@ -39,7 +39,7 @@ bool Link::noteBytes() {
   if (state_ != State::lost) return false;
   state_ = State::open;
   error_ = PortError::none;
-  followName(fix_.portAttempt());
+  followName(fix_.connection.portAttempt());
   return true;
 }
 
@@ -51,7 +51,7 @@ bool Link::check(bool reconnect) {
   } else if (state_ == State::open && serial_ && reconnect && hasGone()) {
     state_ = State::lost;
     error_ = fix_.portFailed ? PortError::notThere : PortError::none;
-    if (attemptIsDue()) fix_.requestPort();
+    if (attemptIsDue()) fix_.connection.requestPort();
     return true;
   }
   return false;
@@ -74,7 +74,7 @@ void Link::followName(const PortAttempt& attempt) {
 }
 
 void Link::followAttempt(bool reconnect) {
-  const PortAttempt attempt = fix_.portAttempt();
+  const PortAttempt attempt = fix_.connection.portAttempt();
   if (attempt.state == PortAttempt::State::waiting) return;
   followName(attempt);
   if (attempt.state != PortAttempt::State::none) {
@@ -83,7 +83,7 @@ void Link::followAttempt(bool reconnect) {
     error_ = attemptOpened_ && fix_.portFailed ? PortError::notThere : attempt.error;
   }
   if (reconnect) {
-    if (attemptIsDue()) fix_.requestPort();
+    if (attemptIsDue()) fix_.connection.requestPort();
   } else if (attemptOpened_ && !fix_.portFailed) {
     state_ = State::open;
   } else {

@@ -7,7 +7,7 @@
 #include "base/number.h"
 #include "base/text.h"
 #include "base/texts.h"
-#include "gps/epoch.h"
+#include "gps/sirf.h"
 
 namespace vgps {
 namespace {
@@ -34,21 +34,27 @@ void copyFix(AppState& app) {
   shown.lastByteMicros = app.fix.lastByteMicros;
 }
 
-void offerEpoch(AppState& app) {
-  const bool wanted =
-      app.recorder.track.state == kRecording || app.recorder.track.state == kPlaying;
-  const FixRecord& fix = app.shown.fix;
-  if (!wanted || fix.fixStatus == 0) return;
-  if (!closesEpoch(fix.lastSentenceKind, app.shown.epochSentenceKind)) return;
+void offer(AppState& app, const FixRecord& fix) {
+  if (app.extensions.takeFix) app.extensions.takeFix(fix);
+  const int32_t state = app.recorder.track.state;
+  if (state != kRecording && state != kPlaying) return;
   ++app.epochsOffered;
-  if (app.recorder.track.state == kRecording) {
+  if (state == kRecording) {
     app.recorder.offer(fix);
   } else if (app.extensions.followRoute) {
     app.extensions.followRoute(app.shown);
   }
 }
 
-// Whether to ignore the message: only one of N is handled. N may change at any time.
+void offerEpoch(AppState& app, const UiMessage& message) {
+  const UiFix& shown = app.shown;
+  for (const FixRecord& fix :
+       app.epochs.take(shown.fix, message.said, shown.epochSentenceKind, message.generation)) {
+    offer(app, fix);
+  }
+}
+
+// Whether the message is to be ignored: of N one is handled. N may change at any time.
 bool isSkipped(AppState& app) {
   if (app.frameSkip <= 0) return false;
   if (app.frameCountdown <= 0 || app.frameCountdown > app.frameSkip) {
@@ -141,7 +147,7 @@ void onLine(AppState& app, const UiMessage& message) {
   app.shown.dataSeen = true;
   app.shown.lastDataTick = now;
   noteArrivals(app.shown, message.said, now);
-  if (message.record == nullptr) offerEpoch(app);
+  if (message.record == nullptr) offerEpoch(app, message);
   if (isSkipped(app)) return;
   handleForDisplays(app, message);
 }

@@ -18,19 +18,6 @@ void ConfigChanges::note(std::string path, std::string key, std::string text) {
   changes_[{std::move(path), std::move(key)}] = std::move(text);
 }
 
-bool ConfigChanges::mergeIfFileChanged(XmlDocument& document, const std::string& path,
-                                       const XmlFiles& files) {
-  FileStamp now;
-  if (!fileStamp(path, now) || (fileExists_ && now == stamp_)) return false;
-  XmlDocument theirs(files);
-  if (theirs.Load(path, XmlLoadMode::file).status != XmlLoadStatus::loaded) return false;
-  stamp_ = now;
-  fileExists_ = true;
-  document = std::move(theirs);
-  applyTo(document);
-  return true;
-}
-
 void ConfigChanges::applyTo(XmlDocument& document) const {
   for (const auto& [key, text] : changes_) {
     XmlSetString(key.path, key.key, text, nullptr, &document);

@@ -33,11 +33,12 @@ class ConfigChanges {
     return changes_.size() == 1 && changes_.contains(keyOf(row));
   }
 
-  // If another program has written the file since, replaces `document` by the file's current
-  // contents with our changes applied. Otherwise, or if the file cannot be read, returns false and
-  // leaves `document` unchanged.
-  bool mergeIfFileChanged(XmlDocument& document, const std::string& path, const XmlFiles& files);
-  // Applies the changes to another document.
+  // Whether another program seems to have written the file since.
+  bool isFileAnother(const std::string& path) const {
+    FileStamp now;
+    return fileStamp(path, now) && !(fileExists_ && now == stamp_);
+  }
+  // Makes the changes in another document.
   void applyTo(XmlDocument& document) const;
   void saved(const std::string& path) {
     changes_.clear();

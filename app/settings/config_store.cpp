@@ -8,73 +8,63 @@
 #include "base/text.h"
 #include "base/texts.h"
 #include "files/bad_copies.h"
-#include "files/input_file.h"
-#include "files/retry.h"
-#include "platform/files.h"
+#include "files/file_lock.h"
 #include "xml/profile.h"
 
 namespace vgps {
 namespace {
 
-// Returns false if the file cannot be read to its end.
-bool readBytes(const XmlFiles& files, const std::string& path, std::string& out) {
-  void* const file = files.open(path, XmlFiles::Access::read);
-  if (file == nullptr) return false;
-  readToEnd([&](char* to, size_t size) { return files.read(file, to, size); }, out);
-  return files.close(file);
-}
-
-// Retries, because another program may be using the file for a moment.
-bool readSoon(const XmlFiles& files, const std::string& path, std::string& out) {
-  constexpr int kTries = 10;
-  return retry(kTries, std::chrono::milliseconds(20), [&] { return readBytes(files, path, out); });
-}
-
-// Overwrites the file or creates it.
-bool writeBytes(const XmlFiles& files, const std::string& path, std::string_view bytes) {
-  void* const file = files.open(path, XmlFiles::Access::overwrite);
-  if (file == nullptr) return false;
-  const bool whole = files.write(file, bytes.data(), bytes.size()) == bytes.size();
-  return files.close(file) && whole;
-}
-
-// Whether there are bytes that never occur in text. UTF-16 files, which start with a mark, are
-// text.
+// Bytes that no text has. A file of two bytes a character begins with a mark that says so.
 bool isBinary(std::string_view bytes) {
   const bool wide = bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
   return !wide && bytes.find('\0') != std::string_view::npos;
 }
 
-}  // namespace
-
-ConfigStore::ConfigStore(const XmlFiles& files) : files_(&files), document_(files) {}
-
-bool ConfigStore::open(const std::string& path) {
-  path_ = path;
-  changed_ = news_ = saveFailed_ = saveFailureTold_ = false;
-  changes_ = {};
-  return load();
+// Tags can be found in files of any kind: a document of another program, or a program.
+bool isForeign(const XmlDocument& document, std::string_view bytes) {
+  return document.GetRootElement().storedName() != "root" || isBinary(bytes);
 }
 
-bool ConfigStore::load() {
-  changes_.begin(path_);
-  const XmlLoadStatus status = document_.Load(path_, XmlLoadMode::file).status;
-  // A file that another program is using for a moment exists all the same, and its settings must
-  // not be overwritten with defaults.
-  FileStamp stamp;
-  const bool missing =
-      status == XmlLoadStatus::noFile && (!fileStamp(path_, stamp) || stamp.size == 0);
-  const bool good = status == XmlLoadStatus::loaded || status == XmlLoadStatus::empty || missing;
-  readable_ = good || status == XmlLoadStatus::noElement;
-  backUpBeforeSave_ = !good || (status == XmlLoadStatus::loaded && isForeign());
+}  // namespace
+
+ConfigStore::ConfigStore(const SettingsDisk& disk) : file_(disk), document_(*disk.files) {}
+
+// Between programs one at a time reads or changes the file. A folder that takes no lock file takes
+// no other change either. False when another program did not let go.
+template <class Work>
+bool ConfigStore::withLock(Work work) {
+  const SettingsDisk& disk = file_.disk();
+  const FileLock lock(lockPathOf(path()), disk.open, disk.waitForOthersMs);
+  heldByAnother_ = lock.state() == FileOpening::inUse;
+  return !heldByAnother_ && work();
+}
+
+bool ConfigStore::open(const std::string& path) {
+  file_.setPath(path);
+  changed_ = news_ = saveFailed_ = saveFailureTold_ = false;
+  changes_ = {};
+  const bool good = withLock([this] { return load(); });
+  if (heldByAnother_) {
+    document_ = XmlDocument(*file_.disk().files);
+    bytes_.clear();
+    readable_ = backUpBeforeSave_ = false;
+  }
   return good;
 }
 
-// Files of any kind may contain tags: another program's document, or even an executable.
-bool ConfigStore::isForeign() {
-  std::string bytes;
-  return document_.GetRootElement().storedName() != "root" || !readBytes(*files_, path_, bytes) ||
-         isBinary(bytes);
+bool ConfigStore::load() {
+  changes_.begin(path());
+  const SettingsFile::Reading reading = file_.read(bytes_);
+  // A file that another program holds for a moment is there all the same, and its settings must
+  // not be overwritten with defaults.
+  const XmlLoadResult result = document_.Load(bytes_, XmlLoadMode::text);
+  readable_ =
+      reading != SettingsFile::Reading::unreadable && result.status != XmlLoadStatus::tooLarge;
+  document_.setFileName(path());
+  const bool missing = reading == SettingsFile::Reading::missing;
+  const bool whole = result && result.rootEnds;
+  backUpBeforeSave_ = readable_ && !missing && (!whole || isForeign(document_, bytes_));
+  return missing || (readable_ && whole);
 }
 
 double ConfigStore::number(const SettingRow& row) {
@@ -150,15 +140,32 @@ void ConfigStore::put(const SettingRow& row, const Settings& settings) {
   }
 }
 
+// What another program has written since, with the changes that were made here. False when the file
+// is damaged; then the document stays as it is.
+bool ConfigStore::mergeFile() {
+  std::string now;
+  if (file_.read(now) != SettingsFile::Reading::read || now == bytes_) return true;
+  XmlDocument theirs(*file_.disk().files);
+  const XmlLoadResult result = theirs.Load(now, XmlLoadMode::text);
+  if (!result || !result.rootEnds) return false;
+  changes_.begin(path());
+  bytes_ = std::move(now);
+  document_ = std::move(theirs);
+  document_.setFileName(path());
+  changes_.applyTo(document_);
+  return news_ = true;
+}
+
 bool ConfigStore::hasNews() {
-  if (isFullyLoaded() && changes_.mergeIfFileChanged(document_, path_, *files_)) news_ = true;
+  if (isFullyLoaded() && changes_.isFileAnother(path())) withLock([this] { return mergeFile(); });
   return std::exchange(news_, false);
 }
 
 bool ConfigStore::backUpFile() {
   if (!backUpBeforeSave_) return true;
   std::string bytes;
-  backUpBeforeSave_ = !readBytes(*files_, path_, bytes) || keepAsBad(path_, bytes).empty();
+  backUpBeforeSave_ = file_.read(bytes) != SettingsFile::Reading::read ||
+                      keepAsBad(path(), bytes, file_.disk().open).empty();
   return !backUpBeforeSave_;
 }
 
@@ -172,36 +179,24 @@ bool ConfigStore::isReadableNow() {
   return readable_;
 }
 
-// If the disk fails halfway, the old text is restored.
-bool ConfigStore::writeDocument() {
-  std::string old;
-  const bool isNew = !fileExists(path_);
-  if (!isNew && !readSoon(*files_, path_, old)) return false;
-  if (document_.Save(path_) != 0) return true;
-  std::string now;
-  if (isNew) {
-    removeFile(path_);
-  } else if (!readBytes(*files_, path_, now) || now != old) {
-    writeBytes(*files_, path_, old);
-  }
-  return false;
+bool ConfigStore::saveLocked() {
+  if (!isReadableNow()) return false;
+  if (!backUpBeforeSave_) backUpBeforeSave_ = !mergeFile();
+  return backUpFile() && file_.write(document_, bytes_);
 }
 
 bool ConfigStore::save() {
   if (!changed_) return true;
-  saveFailed_ = !isReadableNow();
-  if (!saveFailed_ && !backUpBeforeSave_ && changes_.mergeIfFileChanged(document_, path_, *files_))
-    news_ = true;
-  saveFailed_ = saveFailed_ || !backUpFile() || !writeDocument();
+  saveFailed_ = !withLock([this] { return saveLocked(); });
   if (saveFailed_) return false;
-  changes_.saved(path_);
+  changes_.saved(path());
   changed_ = saveFailureTold_ = false;
   return true;
 }
 
 bool ConfigStore::tellSaveFailure(const std::function<void(std::string_view message)>& tell) {
   if (!saveFailed_ || std::exchange(saveFailureTold_, true)) return false;
-  tell(textWith(Text::settingsNotWritten, path_));
+  tell(textWith(Text::settingsNotWritten, path()));
   return true;
 }
 

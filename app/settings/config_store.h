@@ -7,6 +7,7 @@
 
 #include "app/settings/config_changes.h"
 #include "app/settings/settings.h"
+#include "app/settings/settings_file.h"
 #include "xml/document.h"
 
 namespace vgps {
@@ -14,23 +15,26 @@ namespace vgps {
 // The settings document "vgps.xml", kept in memory while the program runs.
 class ConfigStore {
  public:
-  explicit ConfigStore(const XmlFiles& files = systemFiles());
+  explicit ConfigStore(const SettingsDisk& disk = {});
 
-  // Reads the file at `path`, which is used from then on. Returns false if the file exists and is
-  // not empty but contains no readable element. Then every setting has its default, and the file is
-  // copied to "vgps.bad" next to it ("vgps-2.bad" etc. if that exists) before it is overwritten.
-  // The same copy is made of a file that is readable but not a settings document. A missing or
-  // empty file is normal: the first start of the program.
+  // Reads the file; from then on the store speaks of it. False when the file is there and is no
+  // whole document: empty, without an element, or cut off before its root ends. What can be read is
+  // used, other keys have their defaults, and the file is copied to "vgps.bad" beside it before it
+  // is overwritten ("vgps-2.bad" and on where there are earlier ones). So is one that can be read
+  // but is no document of settings. A missing file is none of that: a program that starts for the
+  // first time.
   bool open(const std::string& path);
 
   // Returns false if the file's contents could not be read: it is a folder, in use by another
   // program, or access is denied. Its contents may be intact.
   bool readable() const { return readable_; }
+  // Whether the last reading or saving waited in vain for another program to be done with the file.
+  bool heldByAnother() const { return heldByAnother_; }
 
   // Whether the file was read completely and is a settings document or empty.
   bool isFullyLoaded() const { return readable_ && !backUpBeforeSave_; }
 
-  const std::string& path() const { return path_; }
+  const std::string& path() const { return file_.path(); }
 
   // The value of a setting in the document, or its default. Strings are limited to the row's
   // length, without splitting a character. Flags are returned as the stored number.
@@ -60,9 +64,10 @@ class ConfigStore {
   // through `put`: another program has written the file, or `setOther` was called.
   bool hasNews();
 
-  // Writes the document if it was changed. Changes made by other programs meanwhile are kept,
-  // except for keys that were changed here too. Returns false if writing failed; then the file is
-  // unchanged and the changes are still pending. A file that cannot be read is never overwritten.
+  // Writes the document when it was changed; what another program wrote meanwhile stays, but for
+  // the keys that were changed here. False when it could not be written, or another program did not
+  // let go of the file; it stays changed then, and the file is as it was. Nothing is written over a
+  // file that cannot be read.
   bool save();
 
   // Reports that the last `save` failed, unless that was reported since the last success, so that
@@ -70,20 +75,23 @@ class ConfigStore {
   bool tellSaveFailure(const std::function<void(std::string_view message)>& tell);
 
  private:
+  template <class Work>
+  bool withLock(Work work);
   bool load();
   bool isReadableNow();
-  bool writeDocument();
-  bool isForeign();
+  bool mergeFile();
+  bool saveLocked();
   bool backUpFile();
   static std::string written(const SettingRow& row, double value);
 
-  const XmlFiles* files_;
+  SettingsFile file_;
   XmlDocument document_;
-  std::string path_;
+  std::string bytes_;  // the file as it was read or written last
   ConfigChanges changes_;
   bool changed_ = false;
   bool news_ = false;
   bool readable_ = true;
+  bool heldByAnother_ = false;
   bool saveFailed_ = false;
   bool saveFailureTold_ = false;
   bool backUpBeforeSave_ = false;  // back up the file on disk before overwriting it

@@ -132,6 +132,7 @@ struct Settings {
   bool manualRecording{};          // "mnr"
   std::string trackStorePath{};    // "tlp"
   int32_t talkers{};               // "tlk"
+  std::string updateSource{};      // "ups"
 
   Settings();  // sets the defaults of the table
 };

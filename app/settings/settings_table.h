@@ -171,6 +171,7 @@ inline constexpr auto kSettingRows = [] {
     // Connection settings.
     number("cfg\\gps", "tlk", 0, &Settings::talkers, SettingGroup::gps),
     flag("cfg\\gps", "rcn", 1, &Settings::reconnect, SettingGroup::gps),
+    text("cfg\\vgps", "ups", "", 200, &Settings::updateSource, SettingGroup::update),
       // clang-format on
   });
 }();

@@ -16,7 +16,12 @@ bool isComboBox(HWND control) {
   return lstrcmpiW(name, L"ComboBox") == 0;
 }
 
-// Widens only the drop-down list, to fit the longest item, so that port names are not cut off.
+COLORREF halfway(COLORREF one, COLORREF other) {
+  return RGB((GetRValue(one) + GetRValue(other)) / 2, (GetGValue(one) + GetGValue(other)) / 2,
+             (GetBValue(one) + GetBValue(other)) / 2);
+}
+
+// The longest item decides, so that a port's name is not cut off; the box itself stays.
 void widenDropDown(HWND box, std::span<const std::string> items) {
   const HDC context = GetDC(box);
   if (context == nullptr) return;
@@ -99,6 +104,23 @@ void WindowDialogView::enable(uint16_t number, bool enabled) {
   EnableWindow(window, enabled ? TRUE : FALSE);
 }
 
+// The layout may be a language library's, so the dialog grows by the line that it needs.
+void WindowDialogView::showNote(std::string_view text) {
+  RECT units = {7, 0, 0, 12};  // margin, height of the line
+  MapDialogRect(dialog_, &units);
+  RECT window{};
+  RECT client{};
+  GetWindowRect(dialog_, &window);
+  GetClientRect(dialog_, &client);
+  SetWindowPos(dialog_, nullptr, 0, 0, window.right - window.left,
+               window.bottom - window.top + units.bottom, SWP_NOMOVE | SWP_NOZORDER);
+  const HWND line = CreateWindowExW(0, L"STATIC", wideFromUtf8(text).c_str(),
+                                    WS_CHILD | WS_VISIBLE | SS_LEFT | SS_ENDELLIPSIS, units.left,
+                                    client.bottom, client.right - 2 * units.left, units.bottom,
+                                    dialog_, nullptr, nullptr, nullptr);
+  SendMessageW(line, WM_SETFONT, SendMessageW(dialog_, WM_GETFONT, 0, 0), FALSE);
+}
+
 std::optional<std::string> WindowDialogView::chooseFile(std::string_view kind,
                                                         std::string_view pattern,
                                                         const std::string& current) {
@@ -139,7 +161,10 @@ bool WindowDialogView::drawColour(const DRAWITEMSTRUCT& item) {
   FrameRect(item.hDC, &area, GetSysColorBrush(focused ? COLOR_HIGHLIGHT : COLOR_BTNSHADOW));
   const int margin = GetSystemMetrics(SM_CXEDGE) + (pressed ? 2 : 1);
   InflateRect(&area, -margin, -margin);
-  const HBRUSH brush = CreateSolidBrush(found->second & 0xFFFFFF);
+  const bool disabled = (item.itemState & ODS_DISABLED) != 0;
+  const COLORREF face = GetSysColor(COLOR_BTNFACE);
+  const HBRUSH brush =
+      CreateSolidBrush(disabled ? halfway(found->second, face) : found->second & 0xFFFFFF);
   FillRect(item.hDC, &area, brush);
   DeleteObject(brush);
   // Makes a color visible that resembles the dialog's background.

@@ -26,6 +26,7 @@ class WindowDialogView : public DialogView {
   void setColour(uint16_t control, Colour colour) override;
   Colour colour(uint16_t control) override;
   void enable(uint16_t control, bool enabled) override;
+  void showNote(std::string_view text) override;
   std::optional<std::string> chooseFile(std::string_view kind, std::string_view pattern,
                                         const std::string& current) override;
   std::optional<std::string> chooseFolder(const std::string& current) override;

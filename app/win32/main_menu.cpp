@@ -23,7 +23,7 @@ constexpr UINT hotKeyModifiers(const KeyRow& row) {
 HMENU createMainMenu() {
   std::vector<HMENU> open = {CreateMenu()};
   if (open.back() == nullptr) return nullptr;
-  for (const MenuRow& row : menuRows()) {
+  for (const MenuRow& row : offeredMenuRows()) {
     switch (row.kind) {
       case MenuRow::popup: {
         const HMENU popup = CreatePopupMenu();

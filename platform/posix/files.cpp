@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 
 namespace vgps {
@@ -16,7 +17,9 @@ std::string folderOf(const std::string& path) {
   return folder.empty() ? "." : folder;
 }
 
-// A new name is only on the disk once its folder is flushed.
+}  // namespace
+
+// A new name is on the disk only when its folder is.
 void flushFolderOf(const std::string& path) {
   const int fd = ::open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (fd < 0) return;  // writable but not readable: the system flushes it eventually
@@ -24,7 +27,13 @@ void flushFolderOf(const std::string& path) {
   ::close(fd);
 }
 
-}  // namespace
+bool flushFile(const std::string& path) {
+  const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (fd < 0) return false;
+  const bool flushed = ::fsync(fd) == 0 || errno == EINVAL;  // a device has nothing to flush
+  ::close(fd);
+  return flushed;
+}
 
 std::FILE* openFile(const std::string& path, const char* mode) {
   return std::fopen(path.c_str(), mode);
@@ -127,6 +136,34 @@ bool fileStamp(const std::string& path, FileStamp& stamp) {
   stamp.size = static_cast<uint64_t>(status.st_size);
   stamp.time = int64_t{status.st_mtim.tv_sec} * kNanoseconds + status.st_mtim.tv_nsec;
   return true;
+}
+
+double fileAge(const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return 0;
+  struct timespec now {};
+  ::clock_gettime(CLOCK_REALTIME, &now);
+  return static_cast<double>(now.tv_sec - status.st_mtim.tv_sec);
+}
+
+FileFault lastFileFault() {
+  switch (errno) {
+    case ENOENT: return FileFault::noFolder;
+    case ENOTDIR: return FileFault::notAFolder;
+    case EISDIR: return FileFault::isFolder;
+    case EACCES:
+    case EPERM:
+    case EROFS: return FileFault::noPermission;
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG: return FileFault::noSpace;
+    case EBUSY:
+    case ETXTBSY:
+    case EWOULDBLOCK: return FileFault::inUse;
+    case ENAMETOOLONG:
+    case EINVAL: return FileFault::badName;
+    default: return FileFault::unknown;
+  }
 }
 
 std::vector<std::string> filesIn(const std::string& folder) {

@@ -63,6 +63,16 @@ bool fileExists(const std::string& path) {
   return GetFileAttributesW(wideFromUtf8(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
+bool flushFile(const std::string& path) {
+  constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const Handle handle(CreateFileW(wideFromUtf8(path).c_str(), GENERIC_WRITE, kShared, nullptr,
+                                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  return handle.isValid() && FlushFileBuffers(handle.get());
+}
+
+// Names are in the file system's own journal.
+void flushFolderOf(const std::string&) {}
+
 bool replaceFile(const std::string& from, const std::string& to) {
   return MoveFileExW(wideFromUtf8(from).c_str(), wideFromUtf8(to).c_str(),
                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
@@ -137,6 +147,37 @@ bool fileStamp(const std::string& path, FileStamp& stamp) {
   stamp.time =
       static_cast<int64_t>((uint64_t{time.dwHighDateTime} << 32) | uint64_t{time.dwLowDateTime});
   return true;
+}
+
+double fileAge(const std::string& path) {
+  FileStamp stamp;
+  if (!fileStamp(path, stamp)) return 0;
+  FILETIME now{};
+  GetSystemTimeAsFileTime(&now);
+  const auto ticks =
+      static_cast<int64_t>((uint64_t{now.dwHighDateTime} << 32) | uint64_t{now.dwLowDateTime});
+  constexpr double kTicksPerSecond = 1e7;
+  return static_cast<double>(ticks - stamp.time) / kTicksPerSecond;
+}
+
+FileFault lastFileFault() {
+  switch (GetLastError()) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_DRIVE: return FileFault::noFolder;
+    case ERROR_DIRECTORY: return FileFault::notAFolder;
+    case ERROR_ACCESS_DENIED:
+    case ERROR_WRITE_PROTECT: return FileFault::noPermission;
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+    case ERROR_DISK_QUOTA_EXCEEDED: return FileFault::noSpace;
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION: return FileFault::inUse;
+    case ERROR_INVALID_NAME:
+    case ERROR_FILENAME_EXCED_RANGE:
+    case ERROR_BUFFER_OVERFLOW: return FileFault::badName;
+    default: return FileFault::unknown;
+  }
 }
 
 std::vector<std::string> filesIn(const std::string& folder) {

@@ -31,6 +31,7 @@ class FakeDialogView : public DialogView {
   std::vector<std::string> asked;   // "Image files|*.png|current"
   std::vector<std::string> played;  // file or name
   std::vector<std::string> told;
+  std::string note;
 
   bool has(uint16_t control) override { return !missing.contains(control); }
   void setText(uint16_t control, std::string_view text) override { controls[control].text = text; }
@@ -46,6 +47,7 @@ class FakeDialogView : public DialogView {
   void setColour(uint16_t control, Colour colour) override { controls[control].colour = colour; }
   Colour colour(uint16_t control) override { return controls[control].colour; }
   void enable(uint16_t control, bool enabled) override { controls[control].enabled = enabled; }
+  void showNote(std::string_view text) override { note = text; }
 
   std::optional<std::string> chooseFile(std::string_view kind, std::string_view pattern,
                                         const std::string& current) override {

@@ -31,8 +31,10 @@ struct ProgramWorld : AppWorld {
     minutes_ += 1;
     std::string minutes = std::to_string(minutes_);
     minutes.insert(0, 2 - minutes.size(), '0');
-    receive("$GPRMC,1235" + minutes + ",A,48" + minutes + ".038,N,01131.000,E," +
-            std::to_string(kmh / 1.852) + ",084.4,230394,003.1,W*6A\r\n");
+    const std::string place = "48" + minutes + ".038,N,01131.000,E,";
+    receive("$GPRMC,1235" + minutes + ",A," + place + std::to_string(kmh / 1.852) +
+            ",084.4,230394,003.1,W*6A\r\n$GPGGA,1235" + minutes + "," + place +
+            "1,08,0.9,545.4,M,46.9,M,,*47\r\n");
   }
 
   // How many points each track of the library has.

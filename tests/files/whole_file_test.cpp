@@ -41,6 +41,28 @@ TEST_F(WholeFiles, NothingButTheNamedFileIsReplaced) {
   EXPECT_EQ(folder_.names().size(), 2U) << "what was not finished leaves nothing";
 }
 
+TEST_F(WholeFiles, WhatAKilledProgramLeftGoesAfterADay) {
+  const struct {
+    const char* name;
+    int hours;
+    bool stays;
+  } rows[] = {{"vgps-0123456789abcdef.new", 25, false},
+              {"vgps-1123456789abcdef.new", 23, true},
+              {"vgps-2123456789abcdef.new", 99, true},
+              {"vgps-mine.new", 99, true},
+              {"vgps-0123456789abcdef.newer", 99, true}};
+  for (const auto& row : rows) {
+    folder_.write(row.name, "points");
+    std::filesystem::last_write_time(
+        folder_ / row.name,
+        std::filesystem::file_time_type::clock::now() - std::chrono::hours(row.hours));
+  }
+  FileOpening opening = FileOpening::refused;
+  const auto locked = openExclusive(folder_ / rows[2].name, OpenMode::existing, opening);
+  ASSERT_TRUE(writeWholeFile(path_, "x"));
+  for (const auto& row : rows) EXPECT_EQ(folder_.has(row.name), row.stays) << row.name;
+}
+
 TEST_F(WholeFiles, AFreeNameIsNeverTakenFromAnother) {
   std::ofstream(path_) << "there";
   EXPECT_EQ(writeFreeFile(path_, "new"), RenameResult::taken);

@@ -73,6 +73,16 @@ TEST(Connection, EachOpeningStartsAReaderThatEndsWithTheProgramOnly) {
   EXPECT_EQ(world.state.readers.liveReaders, 0);
 }
 
+TEST(Connection, AnotherOpeningClosesThePortOfBefore) {
+  LiveWorld world;
+  FakeLine& first = world.ports.add(kPath);
+  world.ports.add(devicePath("COM4"));
+  ASSERT_TRUE(world.fix.open(false, false, false, false));
+  world.fix.setPort("COM4", 9600);
+  ASSERT_TRUE(world.fix.open(false, false, false, false));
+  EXPECT_EQ(first.closes, 1);
+}
+
 TEST(Connection, WhatIsCarriedDoesNotOutliveItsSource) {
   LiveWorld world;
   FakeLine& first = world.ports.add(kPath);

@@ -4,6 +4,7 @@
 #include <random>
 
 #include "gps/reader.h"
+#include "gps/sirf.h"
 #include "tests/fakes/gps_world.h"
 #include "tests/fakes/sample_lines.h"
 #include "tests/fakes/test_folder.h"
@@ -46,10 +47,10 @@ TEST(Framing, LinesThatReachTheParser) {
 TEST(Framing, TooLongACarryLosesItsStart) {
   GpsWorld world;
   world.fix.onReceive("$" + std::string(5999, 'x'));
-  EXPECT_EQ(world.fix.carryLength, 5000);
+  EXPECT_EQ(world.fix.framing.carried(), 5000U);
   world.fix.onReceive("\r\n" + kRmcLine + "\r\n");
   EXPECT_TRUE(world.hooks.lines.empty());
-  EXPECT_EQ(world.fix.carryLength, 0);
+  EXPECT_EQ(world.fix.framing.carried(), 0U);
   world.fix.onReceive(kRmcLine + "\r\n");
   EXPECT_EQ(world.hooks.lines, Lines{kRmcLine});
 }
@@ -134,8 +135,8 @@ TEST(Framing, ForeignLinesTakeNoSentenceWithThem) {
   std::mt19937 random(1);
   for (size_t at = 0; at < block.size();) {
     const size_t size = 1 + random() % 9;
-    splitAtLineStarts(std::string_view(block).substr(at, size), world.fix.carriedStart(), false,
-                      [&](std::string_view chunk) { world.fix.onReceive(chunk); });
+    splitAtLineStarts(std::string_view(block).substr(at, size), world.fix.framing.carriedStart(),
+                      false, [&](std::string_view chunk) { world.fix.onReceive(chunk); });
     at += size;
   }
   EXPECT_EQ(world.hooks.lines, (Lines{"$GPGGA,1", kRmcLine, "$PSRF\n"}));
@@ -148,11 +149,11 @@ TEST(Framing, NoiseNeitherCrashesNorBlocks) {
     std::string noise(random() % 300, '\0');
     for (char& c : noise)
       c = static_cast<char>(random() % 8 == 0 ? "$\r\n\xA0\xA2,*\0"[random() % 8] : random());
-    splitAtLineStarts(noise, world.fix.carriedStart(), random() % 2 == 0,
+    splitAtLineStarts(noise, world.fix.framing.carriedStart(), random() % 2 == 0,
                       [&](std::string_view chunk) { world.fix.onReceive(chunk); });
   }
   world.fix.onReceive("$" + std::string(1000000, 'x'));
-  EXPECT_LE(world.fix.carryLength, 5000);
+  EXPECT_LE(world.fix.framing.carried(), 5000U);
   world.fix.onReceive("\r\n");
   world.fix.onReceive("\r\n");
   world.hooks.lines.clear();

@@ -44,6 +44,17 @@ TEST(JournalFormat, EveryFieldComesBack) {
   const TrackPoint& got = contents.points[2];
   const TrackPoint wanted = numberedPoint(2);
   EXPECT_EQ(std::memcmp(&got, &wanted, sizeof got), 0);
+
+  TrackPoint noted = wanted;
+  noted.unknown = kUnknownAltitude;
+  noted.receiverUtc = 1237811719250;
+  std::vector<uint8_t> more = bytes;
+  writeJournalPoint(noted, more);
+  writeJournalPoint(wanted, more);
+  const PointList points = readJournal(more).points;
+  ASSERT_EQ(points.size(), 5U);
+  EXPECT_EQ(std::memcmp(&points[3], &noted, sizeof noted), 0);
+  EXPECT_EQ(std::memcmp(&points[4], &wanted, sizeof wanted), 0) << "the note is for one point";
 }
 
 TEST(JournalFormat, StartsAsDrawn) {

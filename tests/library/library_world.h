@@ -73,7 +73,7 @@ inline RecordingOptions allAttributes() {
 
 // `count` points a thousandth of a degree of longitude apart, ten seconds apart; marks say which is
 // which.
-inline Track walk(const std::string& name, uint32_t count, uint32_t firstMark = 1) {
+inline Track walkingTrack(const std::string& name, uint32_t count, uint32_t firstMark = 1) {
   Track track;
   track.name = name;
   for (uint32_t i = 0; i < count; ++i) {
@@ -94,7 +94,7 @@ inline const DateTime kAddedAt = {2010, 7, 1, 5, 9, 3, 4, 56};
 
 inline LibraryResult addWalk(TrackLibrary& library, const std::string& name, uint32_t count,
                              uint32_t firstMark = 1) {
-  Track track = walk(name, count, firstMark);
+  Track track = walkingTrack(name, count, firstMark);
   return library.add(track, allAttributes(), kAddedAt);
 }
 

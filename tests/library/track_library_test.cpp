@@ -124,7 +124,7 @@ TEST_P(EitherLibrary, EditingKeepsWhatTheOptionsWouldNotWrite) {
 }
 
 TEST_P(EitherLibrary, ThinningTakesPointsOut) {
-  Track track = walk("Straight", 9);
+  Track track = walkingTrack("Straight", 9);
   for (TrackPoint& point : track.points) point.m = 0;
   ASSERT_EQ(library_.add(track, {}, kAddedAt), LibraryResult::done);
   ASSERT_EQ(library_.thin(0, {}), LibraryResult::done);
@@ -135,7 +135,7 @@ TEST_P(EitherLibrary, ThinningTakesPointsOut) {
 
 TEST_P(EitherLibrary, ReplacingTakesTheNewPoints) {
   addThree();
-  Track other = walk("", 1, 99);
+  Track other = walkingTrack("", 1, 99);
   ASSERT_EQ(library_.replace(1, other, {}), LibraryResult::done);
   EXPECT_EQ(contentsOf(library_), "A 1,2,3 | B 99 | C 21,22");
   Track track;
@@ -264,7 +264,7 @@ TEST_P(EitherLibrary, ImportedElements) {
 }
 
 TEST_P(EitherLibrary, AttachmentsAreInTheLibraryThen) {
-  Track track = walk("Photos", 3);
+  Track track = walkingTrack("Photos", 3);
   track.attachments = {{1, "a.jpg"}};
   ASSERT_EQ(library_.add(track, {}, kAddedAt), LibraryResult::done);
   EXPECT_TRUE(track.attachments.empty());
@@ -290,7 +290,7 @@ TEST(TrackLibrary, FilesOfAFolderAreNamedLikeThoseOfARecording) {
   TrackLibrary library;
   library.open(folder.path());
   for (int i = 0; i < 2; ++i) {
-    Track unnamed = walk("", 1);
+    Track unnamed = walkingTrack("", 1);
     ASSERT_EQ(library.add(unnamed, {}, kAddedAt), LibraryResult::done);
   }
   putFile(folder / "other.xml", "<gpx/>");

@@ -13,7 +13,7 @@ class Unfinished : public testing::Test {
   void leave(uint32_t points) {
     Journal journal;
     ASSERT_EQ(journal.create(path_), JournalResult::open);
-    for (const TrackPoint& point : walk("", points).points) journal.append(point);
+    for (const TrackPoint& point : walkingTrack("", points).points) journal.append(point);
     ASSERT_TRUE(journal.close());
   }
 

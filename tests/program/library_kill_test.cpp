@@ -46,7 +46,7 @@ TEST(LibraryKill, DISABLED_ChangesTheLibrary) {
   TrackLibrary library;
   library.open(path);
   for (uint32_t round = 0;; ++round) {
-    Track track = walk("T" + std::to_string(round), kPointsEach);
+    Track track = walkingTrack("T" + std::to_string(round), kPointsEach);
     ASSERT_EQ(library.add(track, {}, kAddedAt), LibraryResult::done);
     ++witness->added;
     const size_t some = round % library.tracks().size();
@@ -81,7 +81,7 @@ void killOnce(const std::string& path, std::chrono::milliseconds after) {
   EXPECT_LE(library.tracks().size(), added + 2);  // one not counted yet, one renamed half way
   for (const TrackSummary& track : library.tracks()) EXPECT_EQ(track.points, kPointsEach);
   // The next program goes on.
-  Track track = walk("After", 1);
+  Track track = walkingTrack("After", 1);
   EXPECT_EQ(library.add(track, {}, kAddedAt), LibraryResult::done);
   ::munmap(witness, sizeof(Additions));
 }

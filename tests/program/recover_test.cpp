@@ -22,7 +22,7 @@ class Recover : public testing::Test {
   void leave(uint32_t points, const char* name = kJournalName) {
     Journal journal;
     ASSERT_EQ(journal.create(folder_ / name), JournalResult::open);
-    for (const TrackPoint& point : walk("", points).points) journal.append(point);
+    for (const TrackPoint& point : walkingTrack("", points).points) journal.append(point);
     ASSERT_TRUE(journal.close());
   }
 

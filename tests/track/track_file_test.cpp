@@ -50,6 +50,13 @@ TEST(TrackXml, Points) {
   EXPECT_EQ(pointText(marked, none), place + R"( s="2" m="1"/>)");
   EXPECT_EQ(pointText(marked, everything()),
             place + R"( s="2" c="0" spd="41.48" time="23-03-2009 12:35:19" br="84.4" m="1"/>)");
+  TrackPoint partly = samplePoint();
+  partly.receiverUtc = 1237811719250;
+  partly.unknown = kUnknownAltitude | kUnknownCourse;
+  EXPECT_EQ(pointText(partly, none), place + R"( unknown="z"/>)");
+  EXPECT_EQ(pointText(partly, everything()),
+            place + R"( c="0" spd="41.48" time="23-03-2009 12:35:19" br="84.4")" +
+                R"( utc="2009-03-23T12:35:19.250Z" unknown="z br"/>)");
   marked.localTime = {.hour = 12};  // a log without a date
   EXPECT_EQ(pointText(marked, everything()).find("time="), std::string::npos);
   const char* speeds[] = {"41.48", "22.40", "11.52", "25.78", "0.00"};
@@ -200,6 +207,9 @@ TEST_F(TrackFiles, WhatWasWrittenIsReadBack) {
     track.points.back().longitude += i;
   }
   setPointName(track, track.points[2], "<Gate>");
+  track.startUtc = 1237811719000;
+  track.points[2].receiverUtc = 1237811719250;
+  track.points[2].unknown = kUnknownSpeed;
   track.attachments = {{1, "a"}, {1, "b"}, {3, "c"}};
   for (int32_t unit = 0; unit < 4; ++unit) {
     RecordingOptions options = everything();
@@ -216,6 +226,9 @@ TEST_F(TrackFiles, WhatWasWrittenIsReadBack) {
     EXPECT_NEAR(point.speedMps, 11.52, 0.02);
     EXPECT_NEAR(point.speedMph, 25.78, 0.02);
     EXPECT_EQ(pointName(track_, point), "<Gate>");
+    EXPECT_EQ(point.receiverUtc, 1237811719250);
+    EXPECT_EQ(track_.startUtc, track.startUtc);
+    EXPECT_EQ(point.unknown, kUnknownSpeed);
     std::reverse(track_.attachments.begin(), track_.attachments.end());  // of point 3, then 1
     ASSERT_EQ(track_.attachments.size(), 3U);
     EXPECT_EQ(track_.attachments[1].path, "a");

@@ -107,6 +107,21 @@ TEST_F(DialogRows, ConfirmingUntouchedKeepsEveryValue) {
   }
 }
 
+TEST_F(DialogRows, SettingsThatNothingReadsCannotBeChanged) {
+  open(kDisplay);
+  EXPECT_FALSE(at(CONTROL_SOLID_COMPASS).enabled);
+  EXPECT_TRUE(at(CONTROL_AUTO_CONNECT).enabled);
+  EXPECT_FALSE(view_.note.empty());
+  set(CONTROL_AUTO_CONNECT, true);
+  EXPECT_FALSE(at(CONTROL_SOLID_COMPASS).enabled) << "whatever else is pressed";
+  view_ = {};
+  open(kMap);
+  EXPECT_FALSE(at(CONTROL_CHOOSE_MAPS_FOLDER).enabled) << "the button of a box goes with it";
+  view_ = {};
+  open(kDistance);
+  EXPECT_EQ(view_.note, "") << "all of them are in use";
+}
+
 struct Typed {
   Command command;
   uint16_t control;

@@ -126,7 +126,7 @@ TEST(Startup, SettingsThatAnotherProgramHoldsAreWaitedFor) {
   const XmlFiles files = heldFiles();
   for (const int tries : {3, 1000}) {
     ProgramWorld world;
-    world.app.config = ConfigStore(files);
+    world.app.config = ConfigStore({.files = &files});
     world.folder.write("vgps.xml", document);
     triesThatFail = tries;
     startSettings(world.app, std::chrono::milliseconds(tries == 3 ? 1000 : 0));
@@ -147,7 +147,7 @@ TEST(Startup, SettingsThatCannotBeWrittenAreToldOnce) {
   XmlFiles files = systemFiles();
   files.roomOnDisk = [](const std::string&) { return uint64_t{0}; };
   ProgramWorld world;
-  world.app.config = ConfigStore(files);
+  world.app.config = ConfigStore({.files = &files});
   world.load("upd=\"7\"");
   const std::string before = world.folder.read("vgps.xml");
   const std::string message = "Cannot write the settings: " + world.folder / "vgps.xml";
@@ -185,11 +185,15 @@ TEST(Startup, UpdatesAreRemindedOfEveryTwentyStarts) {
   EXPECT_EQ(asked, (std::vector<int>{1, 22, 43})) << "the very first one asks";
   EXPECT_EQ(world.app.settings.updateCountdown, 20);
   EXPECT_EQ(world.window.questions, std::vector<std::string>{"Check for VGPS updates now?"});
-  EXPECT_EQ(currentNotice(world.app), "") << "No was the answer";
+  EXPECT_TRUE(world.window.told.empty()) << "No was the answer";
   world.window.answer = true;
-  world.app.settings.updateCountdown = 0;
-  remindOfUpdates(world.app);
-  EXPECT_NE(currentNotice(world.app), "") << "command 197";
+  for (const char* const source : {"no source is set", "https://updates.example/gps"}) {
+    world.app.settings.updateCountdown = 0;
+    remindOfUpdates(world.app);
+    ASSERT_FALSE(world.window.told.empty()) << "command 197";
+    EXPECT_NE(world.window.told.back().find(source), std::string::npos);
+    world.app.settings.updateSource = "https://updates.example/gps";
+  }
 }
 
 TEST(Startup, ConnectsByItselfWhenTheSettingIsOn) {

@@ -31,7 +31,7 @@ std::string menus(const AppState& app) {
   const auto put = [&](const std::string& line) {
     text += std::string(2 * depth, ' ') + line + '\n';
   };
-  for (const MenuRow& row : menuRows()) {
+  for (const MenuRow& row : offeredMenuRows()) {
     switch (row.kind) {
       case MenuRow::popup:
         put("  " + std::string(textOf(row.text)) + ':');
@@ -49,7 +49,7 @@ std::string menus(const AppState& app) {
 // The items whose mark or color is another one than before.
 std::string changedItems(const AppState& before, const AppState& after) {
   std::string text;
-  for (const MenuRow& row : menuRows()) {
+  for (const MenuRow& row : offeredMenuRows()) {
     if (row.kind != MenuRow::item) continue;
     const std::string line = itemLine(after, row.command);
     if (line != itemLine(before, row.command)) text += line + '\n';

@@ -66,7 +66,7 @@ class Reconnecting : public testing::Test {
     onTimer(app, kStatisticsTimer);
     ASSERT_TRUE(serveUntil([&] { return line->number(&FakeLine::opening) == 1; }));
   }
-  bool isTrying() { return app.fix.portAttempt().state == PortAttempt::State::waiting; }
+  bool isTrying() { return app.fix.connection.portAttempt().state == PortAttempt::State::waiting; }
   // Readers look at the list too.
   void list(const std::vector<PortName>& now) {
     const std::lock_guard lock(listMutex);

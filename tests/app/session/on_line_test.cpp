@@ -36,7 +36,7 @@ TEST(OnLine, ACompleteFixIsOfferedOncePerBurstWhileRecordingOrPlaying) {
       {kPaused, 0, kRmcBytes + kGgaBytes, 0},
       {kRecording, 1, kRmcBytes + kGgaBytes, 3},
       {kRecording, 2, kRmcBytes + kGgaBytes, 3},
-      {kRecording, 3, kRmcBytes + kGgaBytes, 6},  // both close
+      {kRecording, 3, kRmcBytes + kGgaBytes, 3},  // both close, and have one time
       {kRecording, 2, kRmcBytes, 0},
       {kRecording, 0, "$GPRMC,123519,V,4807.038,N,01131.000,E,,,,,\r\n", 0},
       {kRecording, 0, "$GPGSA,A,3,01\r\n", 0},
@@ -220,9 +220,9 @@ TEST(OnLine, WhatAnEarlierSourceStillSaysIsNotHeard) {
   app.gps.readers.generation = 2;
   for (const auto& [speaking, heard] : {std::pair{1U, false}, {2U, true}}) {
     app.gps.readers.deliveringGeneration = speaking;
-    world.receive(kRmcBytes + "noise\r\n");
+    world.receive(kRmcBytes + kGgaBytes + "noise\r\n");
     EXPECT_EQ(app.shown.dataSeen, heard);
-    EXPECT_EQ(app.rawLog.size(), heard ? 2U : 0U);
+    EXPECT_EQ(app.rawLog.size(), heard ? 3U : 0U);
     EXPECT_EQ(app.epochsOffered > 0, heard);
     EXPECT_EQ(world.window.repaints > 0, heard);
   }

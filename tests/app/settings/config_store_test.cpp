@@ -8,6 +8,8 @@
 
 #include "app/settings/settings_table.h"
 #include "display/palette.h"
+#include "files/file_lock.h"
+#include "files/redo_journal.h"
 #include "tests/fakes/test_folder.h"
 
 namespace vgps {
@@ -47,10 +49,10 @@ class ConfigFile : public testing::Test {
   ConfigStore store_;
 };
 
-TEST_F(ConfigFile, MissingAndEmptyFilesGiveTheDefaultsSilently) {
+TEST_F(ConfigFile, MissingAndEmptyFilesGiveTheDefaults) {
   for (const bool there : {false, true}) {
     if (there) write("");
-    EXPECT_TRUE(store_.open(path()));
+    EXPECT_EQ(store_.open(path()), !there) << "an empty one was something once";
     const Settings settings = loadSettings(store_);
     EXPECT_EQ(settings.baudRate, 9600);
     EXPECT_EQ(settings.speedLimit, 200);
@@ -183,7 +185,8 @@ TEST_F(ConfigFile, WhatIsNoDocumentOfSettingsIsKept) {
       {"damaged.bad", "no element", "damaged-2.bad"},
       {"mine.xml", "<root a=\"1\"/>", ""},
       {"wide.xml", "\xFF\xFE<\0r\0o\0o\0t\0/\0>\0"s, ""},
-      {"empty.xml", "", ""},
+      {"empty.xml", "", "empty.bad"},
+      {"torn.xml", "<root><cfg><gps port=\"COM7\"/></cfg>", "torn.bad"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name);
@@ -197,7 +200,7 @@ TEST_F(ConfigFile, WhatIsNoDocumentOfSettingsIsKept) {
       EXPECT_EQ(folder_.read(row.copy), row.bytes);
     }
   }
-  EXPECT_EQ(folder_.names().size(), 9U);
+  EXPECT_EQ(folder_.names().size(), 12U);
 }
 
 // What was changed meanwhile goes into what the file turns out to hold.
@@ -211,7 +214,7 @@ TEST_F(ConfigFile, AFileThatIsLetGoOfLaterKeepsItsSettings) {
     const bool fails = access == XmlFiles::Access::read && triesThatFail-- > 0;
     return fails ? nullptr : systemFiles().open(file, access);
   };
-  ConfigStore store(files);
+  ConfigStore store({.files = &files});
   EXPECT_FALSE(store.open(path()));
   EXPECT_FALSE(store.readable());
   Settings settings = loadSettings(store);
@@ -242,7 +245,7 @@ TEST_F(ConfigFile, AWriteThatComesUpShortLeavesTheOldText) {
     isFailing = true;
     removeFile(path());
     if (!before.empty()) write(before);
-    ConfigStore store(failing);
+    ConfigStore store({.files = &failing});
     EXPECT_TRUE(store.open(path()));
     std::vector<std::string> told;
     const auto tell = [&](std::string_view text) { told.emplace_back(text); };
@@ -257,6 +260,122 @@ TEST_F(ConfigFile, AWriteThatComesUpShortLeavesTheOldText) {
     EXPECT_TRUE(store.save()) << "the next time";
     EXPECT_NE(read().find("COM3"), std::string::npos);
   }
+}
+
+// A document of settings that is cut off anywhere is damaged, also one of a single element.
+TEST_F(ConfigFile, ACutDocumentIsToldAndKept) {
+  for (const std::string whole :
+       {"<root>\r\n\t<cfg>\r\n\t\t<gps port=\"COM7\"/>\r\n\t</cfg>\r\n</root>", "<root a=\"1\"/>",
+        "<!-- mine --><root></root>"}) {
+    for (size_t size = 0; size <= whole.size(); ++size) {
+      write(whole.substr(0, size));
+      EXPECT_EQ(store_.open(path()), size == whole.size()) << read();
+      EXPECT_EQ(store_.isFullyLoaded(), size == whole.size());
+    }
+  }
+}
+
+// A disk that stops for good after so many bytes and calls, as when the power fails or the program
+// is killed: everything after that has no effect.
+struct StoppingDisk {
+  static inline size_t left;  // bytes; a call that changes names or sizes counts as one
+  static size_t take(size_t wanted) {
+    const size_t taken = std::min(wanted, left);
+    left -= taken;
+    return taken;
+  }
+  struct File : ExclusiveFile {
+    explicit File(std::unique_ptr<ExclusiveFile> real) : file(std::move(real)) {}
+    uint64_t size() override { return file->size(); }
+    size_t readAt(uint64_t at, std::span<uint8_t> into) override { return file->readAt(at, into); }
+    bool writeAt(uint64_t at, std::span<const uint8_t> bytes) override {
+      const size_t taken = take(bytes.size());
+      return file->writeAt(at, bytes.first(taken)) && taken == bytes.size();
+    }
+    bool cutAt(uint64_t size) override { return take(1) == 1 && file->cutAt(size); }
+    bool flush() override { return left > 0; }
+    bool remove() override { return take(1) == 1 && file->remove(); }
+    std::unique_ptr<ExclusiveFile> file;
+  };
+  static XmlFiles files() {
+    XmlFiles files = systemFiles();
+    files.open = [](const std::string& path, XmlFiles::Access access) -> void* {
+      const bool allowed = access == XmlFiles::Access::read || take(1) == 1;
+      return allowed ? systemFiles().open(path, access) : nullptr;
+    };
+    files.write = [](void* file, const char* from, size_t size) {
+      const size_t taken = take(size);
+      return systemFiles().write(file, from, taken);
+    };
+    return files;
+  }
+  static std::unique_ptr<ExclusiveFile> open(const std::string& path, OpenMode mode,
+                                             FileOpening& opening) {
+    auto file = openExclusive(path, mode, opening);
+    return file == nullptr ? nullptr : std::make_unique<File>(std::move(file));
+  }
+};
+
+TEST_F(ConfigFile, ASaveThatIsStoppedAtAnyByteLeavesTheOldSettingsOrTheNew) {
+  const std::string old = "<root><cfg><gps port=\"COM7\" speed=\"4800\"/></cfg></root>";
+  const XmlFiles files = StoppingDisk::files();
+  for (const std::string& port : {std::string("COM22"), std::string("C")}) {
+    bool done = false;
+    bool wasOld = false;
+    for (size_t bytes = 0; !done; ++bytes) {
+      ASSERT_LT(bytes, 2000U);
+      SCOPED_TRACE(bytes);
+      std::filesystem::remove_all(path() + ".redo");
+      write(old + (port.size() == 1 ? std::string(400, '\n') : ""));  // a shorter one needs a cut
+      ConfigStore store({.files = &files, .open = StoppingDisk::open});
+      StoppingDisk::left = SIZE_MAX;
+      ASSERT_TRUE(store.open(path()));
+      store.set(kPort, port);
+      StoppingDisk::left = bytes;
+      done = store.save();
+      const std::string found = findings();
+      wasOld |= found == "COM7 4800 0";
+      EXPECT_EQ(found, (done || found != "COM7 4800 0" ? port : "COM7") + " 4800 0");
+      EXPECT_FALSE(folder_.has("vgps.xml.redo"));
+      EXPECT_FALSE(folder_.has("vgps.bad"));
+    }
+    EXPECT_TRUE(wasOld);
+  }
+}
+
+// A journal of which the disk has only a part, or bytes that were never written.
+TEST_F(ConfigFile, AJournalThatIsNotWholeChangesNothing) {
+  RedoJournal journal(path());
+  ASSERT_EQ(journal.keep("<root><cfg><gps port=\"COM3\"/></cfg></root>"),
+            RedoJournal::Keeping::kept);
+  const std::string kept = folder_.read("vgps.xml.redo");
+  for (size_t at = 0; at <= kept.size(); ++at) {
+    for (const bool cut : {true, false}) {
+      write("<root><cfg><gps port=\"COM7\" speed=\"4800\"/></cfg></root>");
+      std::string part = kept.substr(0, at);
+      if (!cut) part.resize(kept.size());
+      folder_.write("vgps.xml.redo", part);
+      EXPECT_EQ(findings(), at == kept.size() ? "COM3 9600 0" : "COM7 4800 0") << at;
+      EXPECT_FALSE(folder_.has("vgps.xml.redo"));
+    }
+  }
+}
+
+TEST_F(ConfigFile, WhoWaitsInVainForAnotherProgramSaysSo) {
+  ConfigStore store({.waitForOthersMs = 50});
+  ASSERT_TRUE(store.open(path()));
+  store.set(kPort, "COM3");
+  {
+    const FileLock other(lockPathOf(path()), openExclusive, 0);
+    EXPECT_FALSE(store.save());
+    EXPECT_TRUE(store.heldByAnother());
+    EXPECT_FALSE(folder_.has("vgps.xml"));
+    ConfigStore late({.waitForOthersMs = 0});
+    EXPECT_FALSE(late.open(path()));
+    EXPECT_FALSE(late.readable());
+  }
+  EXPECT_TRUE(store.save());
+  EXPECT_EQ(findings(), "COM3 9600 0");
 }
 
 // Two programs have the file open; each keeps what the other changed, also when a whole group is

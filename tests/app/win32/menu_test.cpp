@@ -66,7 +66,7 @@ class Menu : public testing::Test {
 
 TEST_F(Menu, HoldsEveryRowWithItsTextAndKey) {
   size_t rows = 0;
-  for (const MenuRow& row : menuRows()) rows += row.kind == MenuRow::item;
+  for (const MenuRow& row : offeredMenuRows()) rows += row.kind == MenuRow::item;
   EXPECT_EQ(items.size(), rows);
   std::set<std::wstring> texts;
   for (const MenuItem& item : items) {
@@ -98,7 +98,7 @@ TEST_F(Menu, EveryItemAnswers) {
     ASSERT_TRUE(isResponsive(program.window()));
     EXPECT_NE(findCommand(item.command), nullptr);
   }
-  EXPECT_GT(sent, 100);
+  EXPECT_GT(sent, 40);
   // What was begun is ended, and nothing is left open.
   EXPECT_TRUE(isAnswered(Command::endRecording));
   EXPECT_TRUE(isAnswered(Command::disconnect));

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string_view>
+
+#include "gps/fix.h"
+
+namespace vgps {
+
+struct GpsFix;
+
+// Whole lines, one after the other: logged, parsed into the fix, counted and handed to the user
+// interface.
+class Lines {
+ public:
+  explicit Lines(GpsFix& fix) : fix_(fix) {}
+
+  // Whole lines, or one whole binary message.
+  void process(std::string_view bytes);
+
+ private:
+  void processLine(std::string_view line);
+  void processMessage(std::string_view bytes);
+
+  GpsFix& fix_;
+  NmeaSentence sentence_;
+};
+
+}  // namespace vgps
