@@ -87,6 +87,13 @@ TEST(SerialPort, IsBusyWhileAnotherHoldsIt) {
   EXPECT_EQ(first->open(line.path()), PortError::none);
 }
 
+TEST_F(SerialPortOnALine, AnUnpluggedDeviceCanBeNeitherSetUpNorOpened) {
+  line.unplug();
+  EXPECT_FALSE(port->setUp(9600));
+  port->close();
+  EXPECT_EQ(port->open(line.path()), PortError::notThere);
+}
+
 TEST_F(SerialPortOnALine, TakesAnySpeed) {
   for (const uint32_t speed : {1200U, 4800U, 9600U, 115200U, 100000U, 123457U, 0U, 4000000000U}) {
     EXPECT_TRUE(port->setUp(speed)) << speed;
