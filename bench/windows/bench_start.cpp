@@ -10,11 +10,11 @@
 #include <vector>
 
 #include "app/win32/message_parameter.h"
+#include "bench/windows/processor_time.h"
 #include "platform/files.h"
 #include "platform/win32/handle.h"
 #include "platform/win32/wide.h"
 #include "tests/app/win32/line.h"
-#include "tests/app/win32/processor_time.h"
 
 // From the start of the program to its painted window, its memory, and its use of the processor
 // while idle and with a receiver, each beside a program that does nothing but show a window. The

@@ -3,7 +3,7 @@
 #include "display/raw_log.h"
 #include "display/screens.h"
 #include "display/statistics_list.h"
-#include "tests/fakes/recording_canvas.h"
+#include "tests/display/tidy.h"
 
 namespace vgps {
 namespace {
@@ -45,13 +45,7 @@ TEST(ListScreens, FitEverySize) {
       RecordingCanvas canvas(width, height);
       drawScreen(canvas, scene);
       EXPECT_GT(canvas.texts.size(), 9U);
-      for (const auto& text : canvas.texts) {
-        EXPECT_GE(text.ink.x, 0) << text.text;
-        EXPECT_LE(text.ink.x + text.ink.width, width + 1) << text.text;
-        EXPECT_GE(text.ink.y, 0) << text.text;
-        EXPECT_LE(text.ink.y + text.ink.height, height + 1) << text.text;
-        EXPECT_GE(text.font.size, 9) << text.text;
-      }
+      expectTidy(canvas);
     }
   }
 }

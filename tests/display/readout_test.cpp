@@ -10,7 +10,7 @@
 #include "display/text_fit.h"
 #include "geo/coordinate_lines.h"
 #include "geo/units.h"
-#include "tests/fakes/recording_canvas.h"
+#include "tests/display/tidy.h"
 
 namespace vgps {
 namespace {
@@ -68,37 +68,6 @@ class ReadoutAtSize : public testing::TestWithParam<Size> {
  protected:
   RecordingCanvas canvas{GetParam().width, GetParam().height};
 };
-
-bool inside(const Rect& inner, const Rect& outer) {
-  constexpr float kSlack = 1;
-  return inner.x >= outer.x - kSlack && inner.y >= outer.y - kSlack &&
-         inner.x + inner.width <= outer.x + outer.width + kSlack &&
-         inner.y + inner.height <= outer.y + outer.height + kSlack;
-}
-
-bool overlap(const Rect& a, const Rect& b) {
-  constexpr float kSlack = 1.5f;
-  return a.x + a.width > b.x + kSlack && b.x + b.width > a.x + kSlack &&
-         a.y + a.height > b.y + kSlack && b.y + b.height > a.y + kSlack;
-}
-
-void expectTidy(const RecordingCanvas& canvas) {
-  for (const auto& fill : canvas.fills) {
-    EXPECT_TRUE(inside(fill.box, canvas.bounds()));
-    EXPECT_GT(fill.box.width, 0);
-    EXPECT_GT(fill.box.height, 0);
-  }
-  for (size_t i = 0; i < canvas.texts.size(); ++i) {
-    const auto& text = canvas.texts[i];
-    EXPECT_TRUE(inside(text.ink, canvas.bounds())) << text.text;
-    EXPECT_TRUE(inside(text.ink, text.box)) << text.text << " is clipped";
-    EXPECT_GE(text.font.size, 9) << text.text;
-    for (size_t j = 0; j < i; ++j) {
-      EXPECT_FALSE(overlap(text.ink, canvas.texts[j].ink))
-          << text.text << " over " << canvas.texts[j].text;
-    }
-  }
-}
 
 TEST_P(ReadoutAtSize, SaysEverythingWithoutClippingOrOverlap) {
   std::vector<ViewedSatellite> view;

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/fakes/recording_canvas.h"
+#include "tests/display/tidy.h"
 
 namespace vgps {
 namespace {
@@ -83,15 +83,7 @@ TEST(StatusLine, NothingOverlapsHoweverNarrow) {
     RecordingCanvas canvas(width, 200);
     drawStatusLine(canvas, {{0, 180, width, 20}, 12}, scene);
     EXPECT_TRUE(canvas.texts[0].text == "3D fix" || width < 200);
-    for (size_t i = 0; i < canvas.texts.size(); ++i) {
-      const Rect& ink = canvas.texts[i].ink;
-      EXPECT_LE(ink.x + ink.width, width + 1) << canvas.texts[i].text;
-      for (size_t k = 0; k < i; ++k) {
-        const Rect& other = canvas.texts[k].ink;
-        EXPECT_TRUE(ink.x >= other.x + other.width - 1 || other.x >= ink.x + ink.width - 1)
-            << canvas.texts[i].text << " over " << canvas.texts[k].text;
-      }
-    }
+    expectTidy(canvas);
     EXPECT_EQ(canvas.said("COM3, 9600 baud"), width == 1280.f);
   }
 }

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "geo/coordinate_lines.h"
 #include "geo/ellipsoids.h"
 
 namespace vgps {
@@ -72,21 +71,6 @@ TEST(Utm, OtherEllipsoids) {
   for (size_t i = 1; i < ellipsoids().size(); ++i) {
     EXPECT_EQ(ellipsoids()[i].identifier, static_cast<int32_t>(i));
   }
-}
-
-TEST(CoordinateLines, InTheThreeFormats) {
-  const auto lines = [](int32_t format, int32_t unit) {
-    return coordinateLines(11.516666666666667, 48.1173, 545, format, unit, kWgs84);
-  };
-  EXPECT_EQ(lines(kDegreesMinutesSeconds, 0).x, "X: 11 31' 0.000''E");
-  EXPECT_EQ(lines(kDegreesMinutesSeconds, 0).y, "Y: 48 7' 2.279''N");
-  EXPECT_EQ(lines(kDecimalDegrees, 0).x, "X: 11.5166667");
-  EXPECT_EQ(lines(kDecimalDegrees, 0).y, "Y: 48.1173000");
-  EXPECT_EQ(lines(kUtmGrid, 0).x, "X: 687299");
-  EXPECT_EQ(lines(kUtmGrid, 0).y, "Y: 5332401");
-  EXPECT_EQ(lines(kUtmGrid, 0).z, "Z: 545.00m");
-  EXPECT_EQ(lines(kUtmGrid, 1).z, "Z: 21456.65i");
-  EXPECT_EQ(lines(kUtmGrid, 2).z, "Z: 1787.60f");
 }
 
 }  // namespace

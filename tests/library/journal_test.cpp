@@ -196,6 +196,17 @@ TEST(Journal, PointsReachTheDiskByThemselves) {
   }
 }
 
+TEST(Journal, AStreamOfPointsDoesNotPutTheDiskOff) {
+  EXPECT_LE(JournalSettings().flushAfter, Milliseconds(5000)) << "so much is lost by a crash";
+  JournalWorld world(Milliseconds(50));
+  ASSERT_EQ(world.journal.create("j"), JournalResult::open);
+  uint32_t number = 0;
+  EXPECT_TRUE(comesTrue([&] {
+    world.journal.append(point(number++));
+    return world.pointsOnDisk() > 0;
+  }));
+}
+
 TEST(Journal, FlushDoesNotWaitForItsTime) {
   JournalWorld world(Milliseconds(3600000));
   ASSERT_EQ(world.journal.create("j"), JournalResult::open);

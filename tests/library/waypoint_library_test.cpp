@@ -185,6 +185,21 @@ TEST_F(Waypoints, NoStepOfAChangeLosesThem) {
   EXPECT_TRUE(finished);
 }
 
+TEST_F(Waypoints, AChangeThatFailedIsNotWrittenWithTheNext) {
+  openWith(kSample);
+  bool isFull = true;
+  WaypointLibrary library(
+      {.open = [&](const std::string& path, OpenMode mode, FileOpening& opening) {
+        opening = FileOpening::refused;
+        return isFull && mode == OpenMode::createNew ? nullptr : openExclusive(path, mode, opening);
+      }});
+  library.open(path_);
+  EXPECT_EQ(library.remove(0), LibraryResult::notWritten);
+  isFull = false;
+  EXPECT_EQ(library.remove(1), LibraryResult::done);
+  EXPECT_EQ(listOnDisk(), "Home | Huts: Peak");
+}
+
 TEST_F(Waypoints, AnotherProgramsChangeIsNotWrittenOver) {
   openWith(kSample);
   WaypointLibrary other;

@@ -246,32 +246,33 @@ TEST(XmlElement, TextsCommentsAndSectionsKeepTheirPlace) {
 }
 
 TEST(XmlElement, OneTextInEveryCompany) {
-  const auto rewritten = [](auto change) {
-    XmlDocument document = documentOf("<r><n>text</n></r>");
-    XmlElement n = document.GetRootElement().FindElement("n");
-    change(n);
-    const std::string all = written(document);
-    const size_t from = std::string_view("<r>\r\n").size();
-    return all.substr(from, all.size() - from - std::string_view("</r>\r\n").size());
+  const struct {
+    void (*change)(XmlElement&);
+    std::string_view inside;  // between the lines of the tags
+  } rows[] = {
+      {[](XmlElement&) {}, "text\r\n"},
+      {[](XmlElement& n) { n.SetText("a\r\n"); }, "a\r\n\r\n"},
+      {[](XmlElement& n) { n.AddContent(""); }, "text\r\n"},
+      {[](XmlElement& n) { n.AddContent("2"); }, "text\r\n2\r\n"},
+      {[](XmlElement& n) { n.AddComment("c"); }, "<!--c-->\r\ntext\r\n"},
+      {[](XmlElement& n) { n.AddElement("c"); }, "text\r\n\t\t<c/>\r\n"},
+      {[](XmlElement& n) { n.RemoveAllElements(); }, "text\r\n"},
+      {[](XmlElement& n) { n.AddElement("c"), n.AddContent("0", 0), n.AddComment("1", 1); },
+       "text\r\n0\r\n\t\t<c/>\r\n<!--1-->\r\n"},
+      {[](XmlElement& n) { n.SetText(""), n.AddElement("c"), n.AddContent("0", 0); },
+       "0\r\n\t\t<c/>\r\n"},
   };
-  EXPECT_EQ(rewritten([](XmlElement&) {}), "\t<n>\r\ntext\r\n\t</n>\r\n");
-  EXPECT_EQ(rewritten([](XmlElement& n) { n.SetText(""); }), "\t<n/>\r\n");
-  EXPECT_EQ(rewritten([](XmlElement& n) { n.SetText("a\r\n"); }), "\t<n>\r\na\r\n\r\n\t</n>\r\n");
-  EXPECT_EQ(rewritten([](XmlElement& n) { n.AddContent(""); }), "\t<n>\r\ntext\r\n\t</n>\r\n");
-  EXPECT_EQ(rewritten([](XmlElement& n) { n.AddContent("2"); }),
-            "\t<n>\r\ntext\r\n2\r\n\t</n>\r\n");
-  EXPECT_EQ(rewritten([](XmlElement& n) { n.AddComment("c"); }),
-            "\t<n>\r\n<!--c-->\r\ntext\r\n\t</n>\r\n");
-  EXPECT_EQ(rewritten([](XmlElement& n) { n.AddElement("c"); }),
-            "\t<n>\r\ntext\r\n\t\t<c/>\r\n\t</n>\r\n");
-  EXPECT_EQ(rewritten([](XmlElement& n) { n.RemoveAllElements(); }), "\t<n>\r\ntext\r\n\t</n>\r\n");
-  EXPECT_EQ(rewritten([](XmlElement& n) {
-              n.AddElement("c"), n.AddContent("0", 0), n.AddComment("1", 1);
-            }),
-            "\t<n>\r\ntext\r\n0\r\n\t\t<c/>\r\n<!--1-->\r\n\t</n>\r\n");
-  EXPECT_EQ(
-      rewritten([](XmlElement& n) { n.SetText(""), n.AddElement("c"), n.AddContent("0", 0); }),
-      "\t<n>\r\n0\r\n\t\t<c/>\r\n\t</n>\r\n");
+  XmlDocument document = documentOf("<r><n>text</n></r>");
+  for (const auto& row : rows) {
+    document = documentOf("<r><n>text</n></r>");
+    XmlElement n = document.GetRootElement().FindElement("n");
+    row.change(n);
+    EXPECT_EQ(written(document),
+              "<r>\r\n\t<n>\r\n" + std::string(row.inside) + "\t</n>\r\n</r>\r\n");
+  }
+  document = documentOf("<r><n>text</n></r>");
+  document.GetRootElement().FindElement("n").SetText("");
+  EXPECT_EQ(written(document), "<r>\r\n\t<n/>\r\n</r>\r\n");
 }
 
 TEST(XmlElement, SpacesInsteadOfTabs) {

@@ -114,47 +114,5 @@ TEST_F(ForeignFiles, DamagedAnywhere) {
   }
 }
 
-// What a strict reader loses of them is there when they are read leniently.
-TEST_F(ForeignFiles, ReadLenientlyTheyKeepTheirValues) {
-  const auto load = [](const char* name, bool lenient) {
-    XmlDocument document;
-    EXPECT_TRUE(document.Load((sharedData() / name).string(), XmlLoadMode::file, {lenient}))
-        << name;
-    return document;
-  };
-  const XmlDocument quotes = load("gpx/single-quotes-bom.gpx", true);
-  EXPECT_EQ(quotes.GetRootElement().FindElement("wpt").FindAttribute("lat").GetValueDouble(), 1);
-  EXPECT_EQ(
-      quotes.GetRootElement().Query("? == \"trkpt\"")[3].FindAttribute("lon").GetValueDouble(), 17);
-  const XmlDocument blanks = load("gpx/space-before-equals.gpx", true);
-  EXPECT_TRUE(blanks.GetRootElement().FindElement("bounds").FindAttribute("minlon"));
-  EXPECT_EQ(blanks.GetRootElement().Query("? == \"trkpt\"").size(), 143U);
-  const XmlDocument cdata = load("gpx/cdata-track-name.gpx", true);
-  EXPECT_EQ(cdata.GetRootElement().FindElement("trk").FindElement("name").GetText(),
-            "test\xE2\x84\xA2");
-  const XmlDocument lines = load("gpx/expertgps-latin1.gpx", true);
-  EXPECT_EQ(lines.GetRootElement().GetElementName(), "gpx");
-  EXPECT_EQ(lines.GetRootElement().Query("? == \"wpt\"").size(), 86U);
-  const XmlDocument greater = load("xml/xr-gt-in-attr.xml", true);
-  EXPECT_EQ(greater.GetRootElement().GetSubtreeNum(), 4U);
-  const XmlDocument strict = load("gpx/cdata-track-name.gpx", false);
-  EXPECT_EQ(strict.GetRootElement().FindElement("trk").FindElement("name").GetText(), "");
-}
-
-TEST_F(ForeignFiles, Encodings) {
-  const auto root = [](const char* name) {
-    XmlDocument document;
-    document.Load((sharedData() / "xml" / name).string());
-    return document.GetRootElement().GetElementName();
-  };
-  EXPECT_EQ(root("lx-utf16le-bom.xml"), "repository");
-  EXPECT_EQ(root("qx-utf16be-bom.xml"), "project");
-  EXPECT_EQ(root("lx-truncated-utf16.xml"), "d");
-  EXPECT_EQ(root("rx-bom-only-root.xml"), "root");
-  EXPECT_EQ(root("lx-utf8bom.xml"), "foo");
-  EXPECT_EQ(root("lx-latin1-element-name.xml"), "tr\xE8s") << "eight-bit text stays what it is";
-  EXPECT_EQ(root("lx-ebcdic.xml"), "root") << "no \"<\" in it";
-}
-
 }  // namespace
 }  // namespace vgps

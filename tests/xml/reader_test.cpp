@@ -60,6 +60,7 @@ TEST(XmlReader, TagsAndAttributes) {
       {"<a=\"1\"/>", "<a=/>|"},
       {"<a\"b\"/>", "<a/>|"},
       {"<a.b:c-d/>", "<a.b:c-d/>|"},
+      {"<tr\xE8s/>", "<tr\xE8s/>|"},      // eight-bit text stays what it is
       {"<t n=\"x\" /", "<t n=\"x\"/>|"},  // the last ">" may be missing
       {"<t", "<t/>|"},
       {"<a><b", "<a>|~<b/>|</a>|"},

@@ -32,56 +32,20 @@ TEST(Commands, EveryOneAnswers) {
   EXPECT_FALSE(runCommand(world.app, Command{100}));
 }
 
-TEST(Commands, ViewsSetTheScreen) {
-  const std::pair<Command, Screen> rows[] = {
-      {Command::viewGps, Screen::gps},
-      {Command::viewMap, Screen::map},
-      {Command::viewSport, Screen::sport},
-      {Command::viewRawLog, Screen::rawLog},
-      {Command::cartesian3d, Screen::map3d},
-      {Command::distanceCalculator, Screen::map3d},  // calculators are not screens
-      {Command::volumeCalculator, Screen::map3d},
-      {Command::viewsBeforeMap, Screen::map3d},
-      {Command::viewsBeforeDriveLast, Screen::map3d}};
+TEST(Commands, TheMapKeepsItsProjectionAndBackLeadsBack) {
   AppWorld world;
-  for (const auto& [command, screen] : rows) {
+  for (const Command command : {Command::cartesian3d, Command::viewGps, Command::viewRawLog}) {
     runCommand(world.app, command);
-    EXPECT_EQ(world.app.currentScreen, screen) << int(command);
+    EXPECT_EQ(world.app.projection, Projection::cartesian3d);
   }
-  EXPECT_EQ(world.app.projection, Projection::cartesian3d);
-  runCommand(world.app, Command::viewGps);
-  EXPECT_EQ(world.app.projection, Projection::cartesian3d) << "the map keeps it";
+  runCommand(world.app, Command::goBack);
+  EXPECT_EQ(world.app.currentScreen, Screen::gps);
   runCommand(world.app, Command::polar2d);
   EXPECT_EQ(world.app.projection, Projection::polar2d);
-  EXPECT_EQ(world.app.currentScreen, Screen::gps);
-  runCommand(world.app, Command::viewRawLog);
-  runCommand(world.app, Command::goBack);
-  EXPECT_EQ(world.app.currentScreen, Screen::gps) << "back";
-}
-
-TEST(Commands, ColoursSizesDialogs) {
-  AppWorld world;
-  const std::pair<Command, ColourScheme> schemes[] = {
-      {Command::dayColors, ColourScheme::day},
-      {Command::nightColors, ColourScheme::night},
-      {Command::customColors, ColourScheme::custom}};
-  for (const auto& [command, scheme] : schemes) {
-    runCommand(world.app, command);
-    EXPECT_EQ(world.app.scheme, scheme) << int(command);
-  }
-  runCommand(world.app, Command::size640x480);
-  EXPECT_EQ(world.window.size, std::pair(640, 480));
-  for (const Command command :
-       {Command::gpsSetup, Command::mapOptions, Command::map3dOptions, Command::hiddenOption}) {
-    runCommand(world.app, command);
-    EXPECT_EQ(world.window.dialogs.back(), command);
-    EXPECT_EQ(currentNotice(world.app), "");
-  }
+  EXPECT_EQ(world.app.currentScreen, Screen::gps) << "no other screen for it";
   world.window.dialogsExist = false;
   runCommand(world.app, Command::mapOptions);
   EXPECT_EQ(currentNotice(world.app), kNotAvailable);
-  runCommand(world.app, Command::shutdown);
-  EXPECT_EQ(world.window.done, std::vector<std::string>{"close"});
 }
 
 TEST(Commands, ANoticeStandsForTenSeconds) {

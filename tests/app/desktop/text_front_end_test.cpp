@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 
 #include "app/desktop/commands.h"
 #include "app/desktop/dialogs.h"
@@ -141,6 +142,36 @@ std::string dialogsOf(const DialogContext& context) {
   return text;
 }
 
+// What each command that works does in a program just started: marks and grays that change, what is
+// said, asked and opened.
+std::string commands(const AppState& before) {
+  std::string text;
+  for (const CommandRow& row : commandRows()) {
+    if (row.handler == notImplemented) continue;
+    for (const Command command : std::set<Command>{row.command, row.last}) {
+      ProgramWorld world;
+      world.load("");
+      runCommand(world.app, command);
+      const FakeWindow& window = world.window;
+      text += std::to_string(static_cast<uint32_t>(command)) + ' ' +
+              std::string(textOf(itemText(command))) + '\n' + changedItems(before, world.app);
+      const auto tell = [&](const char* what, std::string_view said) {
+        if (!said.empty()) text += std::string("  ") + what + ": " + std::string(said) + '\n';
+      };
+      tell("notice", currentNotice(world.app));
+      for (const Command opened : window.dialogs) tell("dialog", textOf(itemText(opened)));
+      for (const FileChoice& choice : window.choices) tell("file", choice.title);
+      for (const auto& said : {window.questions, window.errors, window.told, window.done}) {
+        for (const std::string& words : said) tell("window", words);
+      }
+      if (window.size.first != 0) {
+        tell("size", std::to_string(window.size.first) + 'x' + std::to_string(window.size.second));
+      }
+    }
+  }
+  return text;
+}
+
 std::string frontEnd() {
   ProgramWorld world;
   world.load("");
@@ -155,6 +186,7 @@ std::string frontEnd() {
   runCommand(recording.app, Command::pauseOrResume);
   text += "\nThe recording is paused\n" + changedItems(world.app, recording.app);
   text += "\nKeys while other programs are in front\n" + hotKeys();
+  text += "\nWhat each command does at the start\n" + commands(world.app);
   return text + dialogsOf({.store = world.app.config,
                            .settings = world.app.settings,
                            .ports = {{"COM3", "Prolific USB-to-Serial"}, {"COM27", ""}}});

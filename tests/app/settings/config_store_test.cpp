@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
 #include <utility>
 
 #include "app/settings/settings_table.h"
@@ -56,16 +54,9 @@ TEST_F(ConfigFile, MissingAndEmptyFilesGiveTheDefaults) {
     const Settings settings = loadSettings(store_);
     EXPECT_EQ(settings.baudRate, 9600);
     EXPECT_EQ(settings.speedLimit, 200);
-    EXPECT_EQ(settings.warnAngle, 45);
-    EXPECT_EQ(settings.warnMetres, 300);
-    EXPECT_EQ(settings.warnSeconds, 10);
-    EXPECT_EQ(settings.mapMargin, 20);
     EXPECT_EQ(settings.fontFactor, 1.0F);
     EXPECT_EQ(settings.zScale, 0.01F);
     EXPECT_EQ(settings.mapsFolder, ".\\maps");
-    const int32_t box[] = {settings.cameraLeft, settings.cameraTop, settings.cameraRight,
-                           settings.cameraBottom};
-    EXPECT_TRUE(std::ranges::equal(box, std::array{2, 2, 98, 20}));
     EXPECT_EQ(settings.colourSuccess, rgb(0, 0, 255)) << "blue";
     EXPECT_TRUE(settings.tripDataSpeed);
   }

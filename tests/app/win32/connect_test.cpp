@@ -107,12 +107,12 @@ TEST(Connecting, ALineThatNeverEndsIsNoHarm) {
   // First as a sentence that does not end; its rest, when that was given up, as bytes that are
   // none.
   ASSERT_TRUE(line.passes("$GPRMC,"));
-  const size_t before = program.peakWorkingSet();
+  const size_t before = program.memory().PeakWorkingSetSize;
   for (size_t i = 0; i < kPieces; ++i) {
     ASSERT_TRUE(line.passes(piece)) << i;
     ASSERT_TRUE(isResponsive(window)) << i;
   }
-  EXPECT_LT(program.peakWorkingSet(), before + (6 << 20)) << "of 10 MB";
+  EXPECT_LT(program.memory().PeakWorkingSetSize, before + (6 << 20)) << "of 10 MB";
   ASSERT_TRUE(line.passes("\r\n"));
   // The first good sentence is taken, to the track and so to the screens.
   sendCommand(window, Command::startRecording);

@@ -1,7 +1,6 @@
 #include "tests/app/win32/drive.h"
 
 #include <commctrl.h>
-#include <psapi.h>
 #include <winternl.h>
 
 #include <algorithm>
@@ -15,7 +14,6 @@
 #include "app/win32/message_parameter.h"
 #include "platform/files.h"
 #include "platform/win32/wide.h"
-#include "tests/app/win32/processor_time.h"
 
 namespace vgps {
 namespace {
@@ -236,20 +234,10 @@ int Program::exitCode(DWORD limitMs) const {
   return static_cast<int>(code);
 }
 
-double Program::processorSeconds() const {
-  return ProcessorTime(process_.hProcess, path_).seconds();
-}
-
-size_t Program::workingSet() const {
+PROCESS_MEMORY_COUNTERS Program::memory() const {
   PROCESS_MEMORY_COUNTERS memory{};
   GetProcessMemoryInfo(process_.hProcess, &memory, sizeof memory);
-  return memory.WorkingSetSize;
-}
-
-size_t Program::peakWorkingSet() const {
-  PROCESS_MEMORY_COUNTERS memory{};
-  GetProcessMemoryInfo(process_.hProcess, &memory, sizeof memory);
-  return memory.PeakWorkingSetSize;
+  return memory;
 }
 
 // Counted one by one: the count in the list of processes is that of the places in a table on some

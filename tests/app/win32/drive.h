@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+// Behind <windows.h>, on which it builds.
+#include <psapi.h>
+
 #include <functional>
 #include <memory>
 #include <string>
@@ -81,10 +84,7 @@ class Program {
   int exitCode(DWORD limitMs = 20000) const;
   // Asks the window to close; the exit code.
   int close();
-  // Of all its threads, since it began.
-  double processorSeconds() const;
-  size_t workingSet() const;
-  size_t peakWorkingSet() const;
+  PROCESS_MEMORY_COUNTERS memory() const;
   DWORD handles() const;
   DWORD threads() const;
   // Pens, bitmaps, fonts and the like.

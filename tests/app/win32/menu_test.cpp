@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <set>
 
-#include "app/desktop/commands.h"
 #include "app/desktop/menus.h"
 #include "app/win32/message_parameter.h"
 #include "tests/app/win32/drive.h"
@@ -12,24 +10,13 @@
 namespace vgps {
 namespace {
 
-struct MenuItem {
-  Command command;
-  std::wstring text;
-};
-
-std::wstring itemText(HMENU menu, int position) {
-  wchar_t text[200] = L"";
-  GetMenuStringW(menu, static_cast<UINT>(position), text, std::size(text), MF_BYPOSITION);
-  return text;
-}
-
-void collect(HMENU menu, std::vector<MenuItem>& items) {
+void collect(HMENU menu, std::vector<Command>& items) {
   for (int i = 0; i < GetMenuItemCount(menu); ++i) {
     const HMENU popup = GetSubMenu(menu, i);
     if (popup != nullptr) {
       collect(popup, items);
     } else if (GetMenuItemID(menu, i) != 0) {
-      items.push_back({Command{GetMenuItemID(menu, i)}, itemText(menu, i)});
+      items.push_back(Command{GetMenuItemID(menu, i)});
     }
   }
 }
@@ -61,21 +48,8 @@ class Menu : public testing::Test {
   }
 
   ProgramInProcess program{{}};
-  std::vector<MenuItem> items;
+  std::vector<Command> items;
 };
-
-TEST_F(Menu, HoldsEveryRowWithItsTextAndKey) {
-  size_t rows = 0;
-  for (const MenuRow& row : offeredMenuRows()) rows += row.kind == MenuRow::item;
-  EXPECT_EQ(items.size(), rows);
-  std::set<std::wstring> texts;
-  for (const MenuItem& item : items) {
-    EXPECT_FALSE(item.text.empty()) << static_cast<int>(item.command);
-    texts.insert(item.text);
-  }
-  EXPECT_TRUE(texts.contains(L"&Connect\tF5"));
-  EXPECT_TRUE(texts.contains(L"&Find my receiver...\tCtrl+F"));
-}
 
 // Dialogs and questions that open are given up; nothing may hang or end the program.
 TEST_F(Menu, EveryItemAnswers) {
@@ -91,14 +65,15 @@ TEST_F(Menu, EveryItemAnswers) {
       return false;
     });
   };
-  for (const MenuItem& item : items) {
-    if (item.command == Command::shutdown) continue;
-    SCOPED_TRACE(static_cast<int>(item.command));
-    ASSERT_TRUE(isAnswered(item.command));
+  for (const Command item : items) {
+    if (item == Command::shutdown) continue;
+    SCOPED_TRACE(static_cast<int>(item));
+    ASSERT_TRUE(isAnswered(item));
     ASSERT_TRUE(isResponsive(program.window()));
-    EXPECT_NE(findCommand(item.command), nullptr);
   }
-  EXPECT_GT(sent, 40);
+  size_t rows = 0;
+  for (const MenuRow& row : offeredMenuRows()) rows += row.kind == MenuRow::item;
+  EXPECT_EQ(items.size(), rows);
   // What was begun is ended, and nothing is left open.
   EXPECT_TRUE(isAnswered(Command::endRecording));
   EXPECT_TRUE(isAnswered(Command::disconnect));

@@ -50,7 +50,8 @@ struct Size {
 };
 
 Size sizeOf(const Program& program) {
-  return {program.workingSet(), program.handles(), program.threads(), program.drawingObjects()};
+  return {program.memory().WorkingSetSize, program.handles(), program.threads(),
+          program.drawingObjects()};
 }
 
 void tell(const char* when, const Size& size) {

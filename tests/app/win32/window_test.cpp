@@ -10,9 +10,9 @@
 #include "app/win32/window_ui_thread.h"
 #include "display/palette.h"
 #include "display/readout_layout.h"
-#include "platform/location_sensor.h"
 #include "tests/app/win32/drive.h"
 #include "tests/app/win32/line.h"
+#include "tests/fakes/fake_clock.h"
 
 // The window from inside: its messages and what is drawn in it, on a real serial line.
 namespace vgps {
@@ -165,22 +165,20 @@ TEST(Window, ClosingEndsTheReader) {
   }
 }
 
-TEST(WindowUiThread, ShuttingLetsAWaitingSenderGo) {
+class WindowUiThreads : public testing::Test {
+ protected:
+  FakeClock clock;
+  Sounds sounds;
+  WindowUiThread uiThread;
+  MainWindow mainWindow;
+  AppState app{Platform{clock, sounds, uiThread, mainWindow, makeSerialPort}};
+};
+
+TEST_F(WindowUiThreads, ShuttingLetsAWaitingSenderGo) {
   enterTestDesktop();
   const HWND window = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
                                       GetModuleHandleW(nullptr), nullptr);
   ASSERT_NE(window, nullptr);
-  struct NoPlatform : Clock {
-    uint32_t tick() const override { return 0; }
-    DateTime utc() const override { return {}; }
-    DateTime local() const override { return {}; }
-  } clock;
-  WindowUiThread uiThread;
-  MainWindow mainWindow;
-  struct Silent : Sounds {
-    void play(const char*) override {}
-  } sounds;
-  const AppState app(Platform{clock, sounds, uiThread, mainWindow, makeSerialPort});
   EXPECT_FALSE(uiThread.send({.event = UiEvent::refresh})) << "not open yet";
   uiThread.open(window, app.fix);
   std::atomic<int> answer{-1};
@@ -197,18 +195,7 @@ TEST(WindowUiThread, ShuttingLetsAWaitingSenderGo) {
 
 // What an earlier reader has on its way is a text or a record by its own protocol, not by that of
 // the source opened since: it must not even be looked at.
-TEST(WindowUiThread, AMessageOfAnEarlierSourceIsNotRead) {
-  struct NoTime : Clock {
-    uint32_t tick() const override { return 0; }
-    DateTime utc() const override { return {}; }
-    DateTime local() const override { return {}; }
-  } clock;
-  struct Silent : Sounds {
-    void play(const char*) override {}
-  } sounds;
-  WindowUiThread uiThread;
-  MainWindow mainWindow;
-  AppState app(Platform{clock, sounds, uiThread, mainWindow, makeSerialPort});
+TEST_F(WindowUiThreads, AMessageOfAnEarlierSourceIsNotRead) {
   app.gps.readers.generation = 2;
   const auto fix = reinterpret_cast<LPARAM>(&app.fix);
   const auto line = reinterpret_cast<WPARAM>(L"$GPRMC");
@@ -243,12 +230,6 @@ TEST(Tray, ARightPressOffersAMenu) {
   PostMessageW(window, WM_CHAR, L'x', 0);
   EXPECT_TRUE(waitFor([&] { return IsWindow(window) == FALSE; })) << "the program ends";
   EXPECT_EQ(program.close(), 0);
-}
-
-TEST(LocationSensor, WithoutAManagerThereIsNone) {
-  LocationSensorManager* const manager = locationSensorManager();
-  if (manager == nullptr) return;  // Wine has none
-  EXPECT_EQ(manager->open("no identifier"), nullptr);
 }
 
 }  // namespace

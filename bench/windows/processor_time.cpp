@@ -1,4 +1,4 @@
-#include "tests/app/win32/processor_time.h"
+#include "bench/windows/processor_time.h"
 
 #include <cstdlib>
 #include <fstream>
