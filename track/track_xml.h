@@ -12,7 +12,7 @@
 // A track as an element:
 //
 //   <t n="Ride">                                          n only in the library
-//     <p x="11.516667" y="48.117300" z="545.000000"       degrees, metres
+//     <p x="11.516667" y="48.117300" z="545.000000"       degrees, meters
 //        s="2" c="0" spd="41.48" time="05-07-2010 09:03:04" br="84.4" m="1" n="Gate">
 //       <ass>
 //         <n n="Item 1" f="photo.jpg"/>                   attachments of the point
