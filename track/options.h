@@ -12,7 +12,7 @@ struct Track;
 struct RecordingOptions {
   int32_t speed = 5;             // km/h; slower fixes are not recorded
   int32_t angle = 10;            // degrees
-  int32_t altitude = 30;         // metres
+  int32_t altitude = 30;         // meters
   int32_t normalizeMetres = 15;  // for thinning; 0 means 15
   bool recordCell = false;
   bool drawPath = false;
@@ -33,7 +33,7 @@ struct RecordingPreset {
   const char* name;
   int32_t speed;     // km/h
   int32_t angle;     // degrees
-  int32_t altitude;  // metres
+  int32_t altitude;  // meters
 };
 inline constexpr RecordingPreset kRecordingPresets[] = {
     {"Walking", 1, 20, 10},

@@ -26,7 +26,7 @@ struct Track {
   // Thresholds of the recording filter; 0 is replaced by the option's value when recording starts.
   float angleThreshold = 0;     // degrees
   float speedThreshold = 0;     // km/h
-  float altitudeThreshold = 0;  // metres
+  float altitudeThreshold = 0;  // meters
 
   PointList points;
   std::vector<TrackAttachment> attachments;
@@ -53,7 +53,7 @@ struct Waypoint {
   std::string name;
   double x = 0;  // longitude, degrees
   double y = 0;  // latitude, degrees
-  double z = 0;  // metres
+  double z = 0;  // meters
 };
 
 // Empty if the point has no name.

@@ -43,8 +43,8 @@ class TrackSums {
 
   size_t points() const { return points_; }
   double kilometres() const { return kilometres_; }
-  std::optional<TrackBounds> bounds() const;  // none without points
-  std::optional<TrackTimes> times() const;    // none without two points of known time
+  std::optional<TrackBounds> bounds() const;  // empty without points
+  std::optional<TrackTimes> times() const;    // empty without two points with a time
   // Of the first point with a time; year 0 if there is none.
   const DateTime& firstTime() const { return times_.first; }
 

@@ -63,8 +63,8 @@ class XmlDocument {
   // then overwrites the file in place. Modes `text` and `nothing` fail here.
   int Save(std::string_view fileName = {}, XmlSaveMode mode = XmlSaveMode::utf8);
   int Save(std::u16string_view fileName, XmlSaveMode mode = XmlSaveMode::utf8);
-  // Mode `text`: the document as UTF-8 in memory. saveToMemory returns an empty buffer, and
-  // saveText false, if there is not enough memory.
+  // Mode `text`: the document as UTF-8 in memory. If there is not enough memory, saveToMemory
+  // returns an empty buffer and saveText returns 0.
   XmlBuffer saveToMemory();
   int saveText(std::string& out);
   // The size of the document in UTF-8 bytes.

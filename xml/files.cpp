@@ -68,7 +68,7 @@ bool writeAt(std::fstream& stream, uint64_t place, const char* from, size_t size
 
 size_t writeFile(void* handle, const char* from, size_t size) {
   auto& file = *static_cast<SystemFile*>(handle);
-  size_t over = 0;  // how many of the bytes lie within the old contents
+  size_t over = 0;  // how many of the bytes are within the old contents
   if (file.inPlace) {
     if (file.written < file.oldSize) {
       over = static_cast<size_t>(std::min<uint64_t>(size, file.oldSize - file.written));

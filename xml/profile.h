@@ -13,7 +13,6 @@
 // If a document is passed, it is used and the disk is not touched. With only a file name (UTF-8),
 // the file is loaded, and a setter saves it at once as UTF-8. Setters return 0 on failure. An empty
 // attribute reads as the default, like a missing one.
-// failed. An attribute that holds nothing reads as the default, like one that is not there.
 namespace vgps {
 
 // Copies the value and a NUL to `out` and returns the length. `size` is the room in `out` without

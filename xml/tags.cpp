@@ -53,7 +53,7 @@ bool TagReader::toTag() {
 
 // Skips a comment or similar, which ends with `terminator`.
 TagReader::Piece TagReader::skipTo(std::string_view terminator, bool& noneFollows, TagMark& piece) {
-  size_t searched = 0;  // behind at_
+  size_t searched = 0;  // after at_
   while (!noneFollows) {
     const size_t found = rest().find(terminator, searched);
     if (found != std::string_view::npos) {

@@ -27,7 +27,7 @@ bool waitsForStep(const AppState& app, Command command);
 bool hasRawLog(const AppState& app, Command command);
 bool isSimulationMode(const AppState& app, Command command);
 
-// commands_view.cpp: screens, colours, projections
+// commands_view.cpp: screens, colors, projections
 void showScreen(Desktop& app, Command command);
 void ignoreView(Desktop& app, Command command);
 void show3dMap(Desktop& app, Command command);

@@ -29,11 +29,10 @@ using PortSearch =
 
 // The data that a dialog works on.
 struct DialogContext {
-  ConfigStore& store;             // where OK saves
-  Settings& settings;             // the current settings: shown, and changed by OK
-  std::vector<PortName> ports{};  // the ports that exist
-  std::function<void(const Dialog&)>
-      saved{};  // called after OK has changed settings, to apply them
+  ConfigStore& store;                          // where OK saves
+  Settings& settings;                          // the current settings: shown, and changed by OK
+  std::vector<PortName> ports{};               // the ports that exist
+  std::function<void(const Dialog&)> saved{};  // called after OK has changed settings
   // Prepares a search at this baud rate, on the user-interface thread; the returned search itself
   // may run on another thread. Empty if no search is possible.
   std::function<PortSearch(uint32_t speed)> beginPortSearch{};

@@ -12,7 +12,7 @@
 //
 //   another instance?        kInstanceQueryName, isOwnAnswer
 //   the font of the program
-//   startClocks              night colours, UTC offset
+//   startClocks              night colors, UTC offset
 //   startSettings            vgps.xml, every key
 //   the language library     setTextSource
 //   the window

@@ -42,8 +42,7 @@ class WindowDialogView : public DialogView {
 
   HWND dialog_;
   std::map<uint16_t, Colour> colours_;
-  std::array<COLORREF, 16>
-      mixedColours_{};  // custom colors that the user mixed while this dialog is open
+  std::array<COLORREF, 16> mixedColours_{};  // custom colors mixed in this dialog
 };
 
 }  // namespace vgps

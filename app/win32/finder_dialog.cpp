@@ -204,7 +204,8 @@ void FinderDialog::followSelection() {
   const HWND button = control(IDOK);
   if (usable == (IsWindowEnabled(button) != FALSE)) return;
   EnableWindow(button, usable ? TRUE : FALSE);
-  // Someone moving through the list with the arrow keys must keep the focus there.
+  // Only if the program selected the row: a user moving through the list with the arrow keys must
+  // keep the focus there.
   if (usable && selecting_)
     SendMessageW(dialog_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(button), TRUE);
 }

@@ -141,7 +141,7 @@ void MainWindow::resizeClient(int32_t width, int32_t height) {
   }
 }
 
-// The port search of a dialog takes over the connection, so hot keys must wait.
+// The port search of a dialog takes over the connection, so hot keys are ignored meanwhile.
 bool MainWindow::openDialog(Command command) {
   if (dialogOpen_) return true;
   dialogOpen_ = true;

@@ -88,8 +88,7 @@ bool readUiMessage(UINT number, WPARAM first, LPARAM second, const GpsFix& fix, 
   }
   if (second != reinterpret_cast<LPARAM>(&fix)) return false;
   const ReaderControl& readers = fix.state.readers;
-  message.generation =
-      readers.deliveringGeneration;  // the sender waits, so this is still its generation
+  message.generation = readers.deliveringGeneration;  // constant while the sender waits
   if (!carriesAddress(message.event)) return true;
   if (first == 0) return false;
   // If another source was opened meanwhile, the current protocol says nothing about this parameter.
