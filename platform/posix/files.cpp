@@ -26,6 +26,8 @@ void flushFolderOf(const std::string& path) {
 
 }  // namespace
 
+std::FILE* standardInput() { return stdin; }
+
 std::FILE* openFile(const std::string& path, const char* mode) {
   return std::fopen(path.c_str(), mode);
 }

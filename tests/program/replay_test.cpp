@@ -164,6 +164,19 @@ TEST(Replay, TalkersAreReadAsAsked) {
   }
 }
 
+TEST(Replay, ALogOfSeveralRunsGivesEachInFull) {
+  const TestFolder folder;
+  std::ifstream file(sourcePath("tests/logs/talkers.nmea"), std::ios::binary);
+  const std::string run(std::istreambuf_iterator<char>(file), {});
+  const std::string cold = "$GPRMC,213005.000,V,,,,,,,010100,,,N*49\r\n";
+  folder.write("four.nmea", run + run + run + run);
+  folder.write("cold.nmea", cold + run);
+  EXPECT_EQ(replayed(folder / "four.nmea")["sentences"]["gga"], 4 * 6);
+  const json late = replayed(folder / "cold.nmea");
+  EXPECT_EQ(late["sentences"]["gga"], 6);
+  EXPECT_EQ(late["fix"]["utcTime"]["hour"], 20);
+}
+
 TEST(Replay, ForAPersonTheStateIsInWords) {
   const Finished run = runProgram({"replay", sourcePath("tests/logs/line-ends.nmea")});
   EXPECT_EQ(run.status, 0);
