@@ -65,6 +65,7 @@ size_t lengthOfChunk(std::string_view block) {
     const bool whole = length > 0 && block.substr(0, length).size() == length;
     return whole && block.substr(0, length).ends_with(kSirfEnd) ? length : block.size();
   }
+  if (block[0] != '\r' && block[0] != '\n') return lengthOfLine(block);
   const size_t text = std::min(block.find_first_not_of("\r\n"), block.size());
   const size_t lineFeed = block.substr(0, text).rfind('\n');
   return lineFeed == std::string_view::npos ? lengthOfLine(block) : lineFeed + 1;

@@ -17,6 +17,7 @@ constexpr uint32_t kCombined = static_cast<uint32_t>(lettersKey("GN"));
 enum : size_t { kRmcKind = 0, kGgaKind = 1, kGsaKind = 2, kOtherKind = 3 };
 
 size_t talkerIndex(uint64_t key) {
+  if (key == kTalkerKeys[kGpsTalker]) return kGpsTalker;
   return static_cast<size_t>(std::find(kTalkerKeys.begin(), kTalkerKeys.end(), key) -
                              kTalkerKeys.begin());
 }
