@@ -42,13 +42,18 @@ void addReplay(CLI::App& program, Chosen& chosen) {
       program.add_subcommand("replay",
                              "Read a recorded log (NMEA text, SiRF binary, or both) at full speed "
                              "and print the final state.");
-  command->add_option("FILE", options->path, "Log file to read")->required()->option_text(" ");
+  command
+      ->add_option("FILE", options->path,
+                   "Log file to read; - for standard input, which cannot be looked through first: "
+                   "talkers other than GP are then used after three seconds, as live")
+      ->required()
+      ->option_text(" ");
   command->add_flag("--json", options->json, "Print the state as one JSON object");
   command->add_flag("--lines", options->lines, "Print one JSON object per line of the log");
   command
       ->add_option("--talkers", options->talkers,
-                   "Use RMC, GGA, and GSA from talkers other than GP: auto (only when GP is "
-                   "silent), always, or never")
+                   "Use RMC, GGA, and GSA from talkers other than GP: auto (each kind that GP does "
+                   "not send, or sends without a fix), always, or never")
       ->transform(oneOf({{"auto", 0}, {"always", 1}, {"never", 2}}))
       ->option_text("auto|always|never");
   command

@@ -10,6 +10,7 @@
 #include "cli/track_input.h"
 #include "gps/epoch.h"
 #include "gps/gps_fix.h"
+#include "gps/stray_start.h"
 #include "platform/files.h"
 
 // The road of a receiver's line on into the recording, all on one thread.
@@ -45,8 +46,9 @@ class FileHooks : public RecorderHooks {
 class LogRecorder {
  public:
   LogRecorder(const RecordOptions& options, const Settings& settings,
-              std::optional<int64_t> firstDay)
-      : clock_(options.utcOffsetMinutes, firstDay), file_(options.output) {
+              const std::optional<LogSurvey>& survey)
+      : clock_(options.utcOffsetMinutes, survey ? survey->firstDay : std::nullopt),
+        file_(options.output) {
     recorder_.options = optionsOf(settings);
     gps_.options.speedUnit = settings.speedUnit;
     gps_.options.altitudeFromGeoidField = settings.altitudeFromGeoidField;
@@ -56,14 +58,15 @@ class LogRecorder {
     lines_.line = [this](uint32_t said) {
       offer(epochs_.take(fix_, said, gps_.epochSentenceKind, 0));
     };
+    if (survey) gps_.talkers.expect(survey->talkers);
     recorder_.start();
   }
 
   void play(LogFile& log) {
     LogPiece piece;
     while (log.next(piece)) {
-      if (!piece.binary) clock_.advanceTo(piece.text);
-      fix_.onReceive(piece.chunk);
+      if (!piece.binary) clock_.advanceTo(withoutStrayStart(piece.text));
+      fix_.receiveLine(piece.chunk);
     }
     offer(epochs_.takeWaiting());
   }
@@ -89,17 +92,6 @@ class LogRecorder {
   Recorder recorder_{file_, clock_};
   size_t fixes_ = 0;
 };
-
-// The date of the first line, which a receiver may tell only some lines later.
-std::optional<int64_t> firstDayOf(const std::string& path) {
-  LogFile log(path);
-  LogClock clock(0);
-  LogPiece piece;
-  while (!clock.firstDay() && log.next(piece)) {
-    if (!piece.binary) clock.advanceTo(piece.text);
-  }
-  return clock.firstDay();
-}
 
 // "1 point", "2 fixes"
 std::string countText(size_t count, const std::string& what) {
@@ -127,7 +119,8 @@ int runRecord(const RecordOptions& options) {
     settings = loadSettings(store);
   }
   LogFile log(options.log);
-  const auto recorder = std::make_unique<LogRecorder>(options, settings, firstDayOf(options.log));
+  const auto recorder =
+      std::make_unique<LogRecorder>(options, settings, surveyLogFile(options.log, true));
   recorder->play(log);
   if (!log.complaint().empty()) return fail(log.complaint());
   if (recorder->points() == 0) {

@@ -10,6 +10,7 @@
 #include "cli/log_file.h"
 #include "cli/state_json.h"
 #include "cli/state_text.h"
+#include "gps/stray_start.h"
 
 // The same road as a receiver's line takes, all on one thread: the hand-over is a direct call.
 namespace vgps {
@@ -26,12 +27,14 @@ class Replay {
     uiThread_.setHandler([this](const UiMessage& message) { handle(message); });
   }
 
+  void expect(const TalkerTranslation& talkers) { app_.gps.talkers.expect(talkers); }
+
   void play(LogFile& log) {
     LogPiece piece;
     while (log.next(piece)) {
-      if (!piece.binary) clock_.advanceTo(piece.text);
+      if (!piece.binary) clock_.advanceTo(withoutStrayStart(piece.text));
       lineCame_ = false;
-      app_.fix.onReceive(piece.chunk);
+      app_.fix.receiveLine(piece.chunk);
       if (options_.lines) printLine(piece);
     }
     onUiMessage(app_, {.event = UiEvent::repaint});  // copies the fix
@@ -75,6 +78,7 @@ class Replay {
 int runReplay(const ReplayOptions& options) {
   LogFile log(options.path);
   const auto replay = std::make_unique<Replay>(options);
+  if (const auto survey = surveyLogFile(options.path, false)) replay->expect(survey->talkers);
   replay->play(log);
   if (!log.complaint().empty()) return fail(log.complaint());
   if (!options.lines) replay->print();

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "app/session/line_notes.h"
 #include "base/number.h"
 #include "geo/distance.h"
 #include "geo/units.h"
@@ -33,11 +34,12 @@ std::string clockText(const DateTime& time) {
 
 // "GPS 8 of 11, Galileo 5 of 9": used of those in view.
 std::string systemsText(const std::vector<ViewedSatellite>& view) {
+  const std::vector<ViewedSatellite> satellites = strongestSignals(view);
   std::string text;
   for (size_t system = 0; system <= static_cast<size_t>(SatelliteSystem::navic); ++system) {
     size_t seen = 0;
     size_t used = 0;
-    for (const ViewedSatellite& satellite : view) {
+    for (const ViewedSatellite& satellite : satellites) {
       if (static_cast<size_t>(satellite.system) != system) continue;
       ++seen;
       used += satellite.used ? 1 : 0;
@@ -51,10 +53,10 @@ std::string systemsText(const std::vector<ViewedSatellite>& view) {
 }
 
 std::string countsText(const SentenceStats& stats) {
-  constexpr std::array<const char*, kSentenceTypes> kNames = {"RMC", "GGA", "GSA", "GSV", "other"};
   std::string text = std::to_string(stats.total()) + " (";
   for (size_t kind = 0; kind < kSentenceTypes; ++kind) {
-    text += std::string(kNames[kind]) + " " + std::to_string(stats.kinds[kind].count) + ", ";
+    text += std::string(sentenceTypeName(static_cast<SentenceType>(kind))) + " " +
+            std::to_string(stats.kinds[kind].count) + ", ";
   }
   return text + "binary " + std::to_string(stats.binary) + ")";
 }
@@ -83,7 +85,7 @@ std::vector<TextRow> stateRows(const UiFix& shown) {
   const FixRecord& fix = shown.fix;
   const SatelliteTable& table = shown.satellites;
   const SentenceStats& stats = shown.stats;
-  return {
+  std::vector<TextRow> rows = {
       {"Fix", fixStatusText(fix.fixStatus)},
       {"Position", positionText(fix)},
       {"Altitude", fixedText(fix.altitude, 0) + " m"},
@@ -105,6 +107,15 @@ std::vector<TextRow> stateRows(const UiFix& shown) {
                         std::to_string(stats.sum(&KindStats::checksumWrong)) + " wrong, " +
                         std::to_string(stats.sum(&KindStats::checksumAbsent)) + " missing"},
   };
+  if (stats.strayStarts > 0) {
+    rows.push_back({"Stray start", std::to_string(stats.strayStarts) +
+                                       (stats.strayStarts == 1 ? " sentence" : " sentences") +
+                                       " with characters in front"});
+  }
+  if (const std::string leftOut = leftOutText(stats); !leftOut.empty()) {
+    rows.push_back({"Left out", leftOut});
+  }
+  return rows;
 }
 
 }  // namespace vgps

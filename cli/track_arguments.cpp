@@ -106,7 +106,9 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
       "record",
       "Record a track from a log. Its fixes pass through the recording filter like those of a "
       "receiver. Point times come from the UTC in the log, not from the computer's clock.");
-  command->add_option("--replay", options->log, "Log file (NMEA text, SiRF binary, or both)")
+  command
+      ->add_option("--replay", options->log,
+                   "Log file (NMEA text, SiRF binary, or both), or - for standard input")
       ->required()
       ->check(nonEmptyName())
       ->option_text("LOG");

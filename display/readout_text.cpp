@@ -168,14 +168,7 @@ bool hasPosition(const FixRecord& fix) {
 }
 
 int32_t distinctSatellites(std::span<const ViewedSatellite> view) {
-  int32_t count = 0;
-  for (size_t i = 0; i < view.size(); ++i) {
-    const auto same = [&](const ViewedSatellite& before) {
-      return before.system == view[i].system && before.id == view[i].id;
-    };
-    if (std::none_of(view.begin(), view.begin() + static_cast<ptrdiff_t>(i), same)) ++count;
-  }
-  return count;
+  return static_cast<int32_t>(strongestSignals(view).size());
 }
 
 ReadoutTexts readoutTexts(const Scene& scene) {

@@ -6,6 +6,7 @@
 
 #include "gps/sentence.h"
 #include "gps/sirf.h"
+#include "gps/stray_start.h"
 
 namespace vgps {
 namespace {
@@ -103,7 +104,7 @@ ProbeAnswer judgeBytes(std::string_view bytes, uint32_t ms) {
   size_t sentences = 0;
   for (std::string_view rest = bytes; !rest.empty();) {
     const size_t end = std::min(rest.find_first_of("\r\n"), rest.size());
-    const std::string_view line = rest.substr(0, end);
+    const std::string_view line = withoutStrayStart(rest.substr(0, end));
     rest.remove_prefix(std::min(end + 1, rest.size()));
     const SentenceName name = nameOf(line);
     if (!isSentence(line, name)) continue;

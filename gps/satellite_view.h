@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "gps/satellite_sentences.h"
 
@@ -22,6 +23,10 @@ struct ViewedSatellite {
   bool positionKnown = false;
   bool used = false;
 };
+
+// Each satellite once, with its strongest signal, although receivers list it for each that they
+// hear.
+std::vector<ViewedSatellite> strongestSignals(std::span<const ViewedSatellite> view);
 
 // All satellites of all systems that GSV and GSA sentences of any talker list, for the screens.
 // Satellites of a talker and signal stay until that talker's next GSV cycle ends without them, or

@@ -1,6 +1,9 @@
 #include "gps/sentence_stats.h"
 
+#include <algorithm>
+
 namespace vgps {
+
 void RateMeter::count(uint32_t tick) {
   if (tick - lastTick_ > kWindowMs) {  // the first of all, or the first after a pause
     inWindow_ = 0;
@@ -41,6 +44,17 @@ void SentenceStats::countLine(const Sentence& sentence, uint32_t tick) {
     case Checksum::wrong: ++kind.checksumWrong; break;
     case Checksum::absent: ++kind.checksumAbsent; break;
   }
+}
+
+void SentenceStats::countLeftOut(const SentenceName& name, const TalkerVerdict& why) {
+  const auto end = leftOut.begin() + static_cast<std::ptrdiff_t>(leftOutKinds);
+  const auto found = std::find_if(leftOut.begin(), end, [&](const LeftOutSentences& one) {
+    return one.talker == name.talker && one.type == name.type && one.why.reason == why.reason;
+  });
+  if (found == leftOut.end()) return;
+  if (found == end) *found = {name.talker, name.type, why}, ++leftOutKinds;
+  found->why = why;
+  ++found->count;
 }
 
 }  // namespace vgps

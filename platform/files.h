@@ -12,6 +12,9 @@ namespace vgps {
 // fopen with a UTF-8 path; null when the system refuses.
 std::FILE* openFile(const std::string& path, const char* mode);
 
+// Standard input, for bytes of any kind.
+std::FILE* standardInput();
+
 // The folder of the running program, without a separator at its end.
 std::string programFolder();
 

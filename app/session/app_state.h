@@ -127,6 +127,13 @@ struct PendingDisplay {
   double maxAltitude = 0;
 };
 
+// What the user was told of the lines of the source.
+struct LinesTold {
+  size_t leftOutKinds = 0;
+  bool strayStarts = false;
+  bool operator==(const LinesTold&) const = default;
+};
+
 struct AppState;
 
 // Passes the recorder's requests on to the parts of the program.
@@ -190,6 +197,7 @@ struct AppState {
 
   std::string notice;  // one line that the status shows for a while
   uint32_t noticeTick = 0;
+  LinesTold linesTold;
   std::vector<std::string> rawLog;  // rows of the raw log screen, the newest last
   std::string lastMessageText;      // "Sirf msg ..." of binary input, "SENS msg: ..." of a sensor
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "app/session/apply_settings.h"
+#include "app/session/line_notes.h"
 #include "base/texts.h"
 #include "gps/port_errors.h"
 
@@ -19,6 +20,20 @@ void tellReason(AppState& app) {
   if (error == PortError::none || error == PortError::notThere) return;
   const std::string text = portProblem(error, app.link.source().port);
   if (currentNotice(app).empty() || currentNotice(app) == text) showNotice(app, text);
+}
+
+// Once for each source: what it says that is of no use, or only after a repair.
+void tellOddLines(AppState& app) {
+  const SentenceStats& stats = app.shown.stats;
+  const LinesTold now = {stats.leftOutKinds, stats.strayStarts > 0};
+  if (now == app.linesTold || !currentNotice(app).empty()) return;
+  const std::string leftOut = leftOutText(stats, true);
+  if (!leftOut.empty() && now.leftOutKinds > app.linesTold.leftOutKinds) {
+    showNotice(app, textWith(Text::sentencesLeftOut, leftOut));
+  } else if (now.strayStarts && !app.linesTold.strayStarts) {
+    showNotice(app, textWith(Text::strayStarts, std::to_string(stats.strayStarts)));
+  }
+  app.linesTold = now;
 }
 
 }  // namespace
@@ -72,6 +87,7 @@ void checkConnection(AppState& app) {
   } else if (link.state() == Link::State::lost) {
     tellReason(app);
   }
+  tellOddLines(app);
 }
 
 int32_t measureUtcOffset(const DateTime& utc, const DateTime& local) {

@@ -35,6 +35,8 @@ bool flushFile(const std::string& path) {
   return flushed;
 }
 
+std::FILE* standardInput() { return stdin; }
+
 std::FILE* openFile(const std::string& path, const char* mode) {
   return std::fopen(path.c_str(), mode);
 }

@@ -1,5 +1,7 @@
 #include "platform/files.h"
 
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
 
 #include "platform/win32/handle.h"
@@ -28,6 +30,11 @@ std::wstring fullPath(const std::string& path) {
 }
 
 }  // namespace
+
+std::FILE* standardInput() {
+  _setmode(_fileno(stdin), _O_BINARY);
+  return stdin;
+}
 
 std::FILE* openFile(const std::string& path, const char* mode) {
   return _wfopen(wideFromUtf8(path).c_str(), wideFromUtf8(mode).c_str());

@@ -84,5 +84,17 @@ TEST(Replay, AgreesWithTheFactsOfTheRecordedLogs) {
   EXPECT_EQ(logs, 23U);
 }
 
+TEST(Replay, ALogOfSeveralRunsGivesEachInFull) {
+  const TestFolder folder;
+  const std::string run = fileBytes(sourcePath("tests/logs/talkers.nmea"));
+  const std::string cold = "$GPRMC,213005.000,V,,,,,,,010100,,,N*49\r\n";
+  folder.write("four.nmea", run + run + run + run);
+  folder.write("cold.nmea", cold + run);
+  EXPECT_EQ(replayed(folder / "four.nmea")["sentences"]["gga"], 4 * 6);
+  const json late = replayed(folder / "cold.nmea");
+  EXPECT_EQ(late["sentences"]["gga"], 6);
+  EXPECT_EQ(late["fix"]["utcTime"]["hour"], 20);
+}
+
 }  // namespace
 }  // namespace vgps

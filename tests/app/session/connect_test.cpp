@@ -46,6 +46,20 @@ TEST(Connect, TheStatusSaysWhyAPortDoesNotOpen) {
   EXPECT_EQ(currentNotice(world.app), "No receiver selected yet.");
 }
 
+TEST(Connect, TheStatusSaysOnceWhichSentencesAreLeftOut) {
+  AppWorld world;
+  const auto epoch = [&] {
+    world.receive(kRmcLine + "\r\n");
+    world.receive("$GN" + kRmcLine.substr(3) + "\r\n");
+    checkConnection(world.app);
+  };
+  epoch();
+  EXPECT_EQ(currentNotice(world.app), "Sentences left out: GNRMC 1 (GP is used)");
+  world.clock.now += 60000;
+  epoch();
+  EXPECT_EQ(currentNotice(world.app), "");
+}
+
 TEST(Connect, NothingHasComeYetAfterAConnection) {
   for (const bool there : {true, false}) {
     AppWorld world;

@@ -1,0 +1,38 @@
+#include "app/session/line_notes.h"
+
+#include <span>
+
+#include "base/texts.h"
+
+namespace vgps {
+namespace {
+
+std::string nameOfTalker(uint32_t talker) {
+  return {static_cast<char>(talker & 0xFF), static_cast<char>(talker >> 8 & 0xFF)};
+}
+
+std::string reasonText(const TalkerVerdict& why) {
+  switch (why.reason) {
+    case LeftOutReason::none: break;
+    case LeftOutReason::waiting: return std::string(textOf(Text::leftOutWaiting));
+    case LeftOutReason::another: return textWith(Text::leftOutInstead, nameOfTalker(why.instead));
+    case LeftOutReason::turnedOff: return std::string(textOf(Text::leftOutTurnedOff));
+    case LeftOutReason::unknownTalker: return std::string(textOf(Text::leftOutUnknown));
+  }
+  return {};
+}
+
+}  // namespace
+
+std::string leftOutText(const SentenceStats& stats, bool lastingOnly) {
+  std::string text;
+  for (const LeftOutSentences& one : std::span(stats.leftOut).first(stats.leftOutKinds)) {
+    if (lastingOnly && one.why.reason == LeftOutReason::waiting) continue;
+    if (!text.empty()) text += ", ";
+    text += nameOfTalker(one.talker) + sentenceTypeName(one.type) + " " +
+            std::to_string(one.count) + " (" + reasonText(one.why) + ")";
+  }
+  return text;
+}
+
+}  // namespace vgps
