@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/screens.h"
 #include "display/palette.h"
@@ -48,18 +49,32 @@ struct ValueAges {
   uint32_t dilution = 0;  // of precision
 };
 
-// What the program has counted since it started, or since the statistics screen shows.
+// What the program has counted since it started or the trip was reset.
 struct SceneStatistics {
   double totalSeconds = 0;
   double connectedSeconds = 0;
   double recordingSeconds = 0;  // paused and playing count as well
-  double movingSeconds = 0;     // of `statSeconds`
-  double stoppedSeconds = 0;    // likewise
-  double statSeconds = 0;
+  double movingSeconds = 0;     // both while the receiver told a speed
+  double stoppedSeconds = 0;
   double distance = 0;    // of the recording, in `distanceUnit`
   double distance3d = 0;  // of all recordings, likewise
   int32_t distanceUnit = 0;
 };
+
+// The part of the raw log that is in view.
+struct SceneRawLog {
+  struct Row {
+    std::string time;
+    std::string text;
+  };
+  std::vector<Row> rows;  // the newest last
+  size_t kept = 0;        // rows in all
+  size_t matching = 0;    // that contain the filter
+  size_t newer = 0;       // of them, below the view
+  std::string filter;
+  bool paused = false;
+};
+inline constexpr size_t kMostRawLogRows = 300;  // more than fit on any screen
 
 // Everything a screen may draw: a snapshot, with no calls to the system. The same scene always
 // produces the same image.
@@ -85,6 +100,8 @@ struct Scene {
   std::string source;     // "COM3, 9600 baud", "Simulation"; empty when none was chosen
   std::string notice;     // one line for the user, mostly empty
   std::string message;    // what came in no sentence: of binary input, of a sensor; mostly empty
+  bool logging = false;   // what is received is written to a file
+  uint64_t logBytes = 0;  // that it has
   bool fixSeen = false;   // a sentence with a fix has come since the connection was opened
   uint32_t fixAgeMs = 0;  // since the last of them
   ValueAges ages;
@@ -96,8 +113,8 @@ struct Scene {
 
   Screen screen = Screen::gps;
   SceneStatistics statistics;
-  std::span<const std::string> rawLog;  // the newest last; lives as long as the drawing
-  uint64_t readoutDelayMicros = 0;      // from the last byte to the drawing; 0: not measured
+  SceneRawLog rawLog;
+  uint64_t readoutDelayMicros = 0;  // from the last byte to the drawing; 0: not measured
 
   Palette palette = dayPalette();
   float density = 1;     // of the screen: pixels per 1/96 inch

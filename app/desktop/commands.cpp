@@ -221,6 +221,9 @@ constexpr auto kRows = std::to_array<CommandRow>({
     missing(Command::camera3dReserved, Command::camera3dReservedLast),
     one(Command::nextScreen, showNextScreen),
     one(Command::switchDayAndNight, switchDayAndNight),
+    one(Command::pauseRawLog, pauseRawLog, isRawLogPaused, showsRawLog),
+    one(Command::copyRawLog, copyRawLog, nullptr, hasRawLog),
+    one(Command::resetTrip, resetTrip),
     // clang-format on
 });
 

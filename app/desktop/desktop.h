@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/desktop/command.h"
+#include "app/desktop/window_place.h"
 #include "app/session/app_state.h"
 #include "platform/window.h"
 
@@ -27,11 +28,15 @@ class DesktopWindow : public Window {
   virtual void postTap(uint32_t) {}
   // Makes the drawing area so large, pixels at 96 dots per inch.
   virtual void resizeClient(int32_t, int32_t) {}
+  // Where the window is while it is neither maximized nor an icon; of width 0 without a window.
+  virtual WindowPlace place() const { return {}; }
   // Shows the dialog that the command opens and waits until it is closed. False when there is no
   // such dialog.
   virtual bool openDialog(Command) { return false; }
   // The path of an existing file that the user chose; empty when none.
   virtual std::string chooseFile(const FileChoice&) { return {}; }
+  // Into the clipboard.
+  virtual void copyText(std::string_view) {}
   // Posts a request to close, as the frame's button does; the answer is `closeRequested`.
   virtual void close() {}
   // Takes menu, child and window away and ends the message loop.
@@ -45,7 +50,8 @@ struct Desktop : AppState {
 
   DesktopWindow& window;           // also the platform's
   bool commandFromHotKey = false;  // while such a command runs
-  uint32_t tapPoint = 0;           // of a tap that waits; packed as `DesktopWindow::postTap` says
+  ColourScheme startScheme = ColourScheme::day;
+  uint32_t tapPoint = 0;  // of a tap that waits; packed as `DesktopWindow::postTap` says
 };
 
 }  // namespace vgps

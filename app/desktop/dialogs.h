@@ -33,6 +33,7 @@ struct DialogContext {
   Settings& settings;                          // in use: shown, and changed by OK
   std::vector<PortName> ports{};               // that are really there
   std::function<void(const Dialog&)> saved{};  // its settings have changed and are to be followed
+  bool night = false;                          // it is to be dark
   // Makes ready for a search at this speed, on the user-interface thread; the search itself may
   // run on another one. Empty: nothing can be searched here.
   std::function<PortSearch(uint32_t speed)> beginPortSearch{};

@@ -69,12 +69,24 @@ SceneStatistics statisticsOf(const AppState& app) {
   return {.totalSeconds = static_cast<double>(counted.totalSeconds),
           .connectedSeconds = static_cast<double>(counted.connectedSeconds),
           .recordingSeconds = static_cast<double>(counted.recordingSeconds),
-          .movingSeconds = counted.movingSeconds,
-          .stoppedSeconds = counted.stoppedSeconds,
-          .statSeconds = counted.statSeconds,
+          .movingSeconds = static_cast<double>(counted.tripMovingSeconds),
+          .stoppedSeconds = static_cast<double>(counted.tripStoppedSeconds),
           .distance = app.recorder.recording().distance(),
           .distance3d = app.recorder.recording().distance3d(),
           .distanceUnit = app.recorder.options.distanceUnit};
+}
+
+SceneRawLog rawLogOf(const RawLog& log) {
+  SceneRawLog shown = {.rows = {},
+                       .kept = log.size(),
+                       .matching = log.matching(),
+                       .newer = log.newer(),
+                       .filter = log.filter(),
+                       .paused = log.isPaused()};
+  for (RawLogRow& row : log.view(kMostRawLogRows)) {
+    shown.rows.push_back({std::move(row.time), std::move(row.text)});
+  }
+  return shown;
 }
 
 }  // namespace
@@ -91,8 +103,8 @@ Scene makeScene(const AppState& app) {
   scene.satellitesInUseKnown = shown.satellitesInUseKnown;
   scene.view = shown.view;
   scene.stats = shown.stats;
-  scene.maxSpeed = shown.maxSpeed;
-  scene.maxAltitude = shown.maxAltitude;
+  scene.maxSpeed = speedInUnit(shown.fastest, app.gps.options.speedUnit);
+  scene.maxAltitude = shown.highest;
   scene.newMaxSpeed = app.pendingDisplay.maximumCountdown > 0 && app.pendingDisplay.newMaxSpeed;
   scene.newMaxAltitude =
       app.pendingDisplay.maximumCountdown > 0 && app.pendingDisplay.newMaxAltitude;
@@ -110,6 +122,8 @@ Scene makeScene(const AppState& app) {
     scene.notice = textOf(Text::probablyWrongSpeed);
   }
   if (messageHolds(app)) scene.message = app.lastMessageText;
+  scene.logging = app.gps.options.logNmea;
+  scene.logBytes = app.logBytes;
   scene.fixSeen = shown.fixSeen;
   scene.fixAgeMs = now - shown.lastFixTick;
   scene.ages = agesOf(shown, now);
@@ -122,7 +136,7 @@ Scene makeScene(const AppState& app) {
   }
   scene.screen = app.currentScreen;
   scene.statistics = statisticsOf(app);
-  scene.rawLog = app.rawLog;
+  if (app.currentScreen == Screen::rawLog) scene.rawLog = rawLogOf(app.rawLog);
   scene.readoutDelayMicros = app.readoutDelayMicros;
   scene.palette = paletteOf(app);
   return scene;

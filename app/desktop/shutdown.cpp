@@ -38,6 +38,7 @@ bool closeRequested(Desktop& app) {
     runCommand(app, Command::endRecording);
   }
   if (!mayClose(app, state == kRecording)) return false;
+  rememberView(app);
   app.fix.stopReaders(0);  // they end by themselves; who waits for them comes later
   app.window.destroy();
   return true;

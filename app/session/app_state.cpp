@@ -4,6 +4,7 @@
 
 #include "app/session/timers.h"
 #include "base/texts.h"
+#include "platform/files.h"
 
 namespace vgps {
 namespace {
@@ -50,6 +51,12 @@ void SessionRecorderHooks::journalRefused(const std::string& path) {
   showNotice(app_, textWith(Text::noJournal, path));
 }
 
+bool hasCurrentFix(const AppState& app) {
+  constexpr uint32_t kFixHoldsMs = 5000;
+  const uint32_t age = app.platform.clock.tick() - app.shown.lastFixTick;
+  return app.fix.running && app.shown.fixSeen && app.shown.fix.fixStatus != 0 && age <= kFixHoldsMs;
+}
+
 void showNotice(AppState& app, std::string_view text) {
   app.notice = text;
   app.noticeTick = app.platform.clock.tick();
@@ -73,6 +80,11 @@ bool repaintThrottled(AppState& app) {
 void repaintNow(AppState& app) {
   app.repaints.reset(app.platform.clock.tick());
   repaintThrottled(app);
+}
+
+void measureLog(AppState& app) {
+  FileStamp stamp;
+  app.logBytes = app.gps.options.logNmea && fileStamp(app.gps.log.path, stamp) ? stamp.size : 0;
 }
 
 void noteDrawn(AppState& app) {

@@ -9,6 +9,7 @@
 #include "app/session/app_hooks.h"
 #include "app/session/link.h"
 #include "app/session/paths.h"
+#include "app/session/raw_log.h"
 #include "app/session/recorder.h"
 #include "app/session/repaint.h"
 #include "app/session/statistics.h"
@@ -16,6 +17,7 @@
 #include "app/settings/settings.h"
 #include "base/screens.h"
 #include "base/texts.h"
+#include "geo/units.h"
 #include "gps/epoch.h"
 #include "gps/gps_fix.h"
 #include "library/track_library.h"
@@ -69,8 +71,11 @@ struct UiFix {
   std::vector<ViewedSatellite> view;
   uint32_t viewRevision = 0;
   SentenceStats stats;
-  double maxSpeed = 0;
-  double maxAltitude = 0;
+  double maxSpeed = 0;     // the parser's, in the unit chosen at the time
+  double maxAltitude = 0;  // the parser's
+  // Of this source, or since the trip was reset; whatever unit is chosen.
+  Speeds fastest{};
+  double highest = 0;  // metres
   int32_t epochSentenceKind = 0;
   int32_t inputProtocol = kNmeaText;
   bool satellitesInUseKnown = false;
@@ -112,6 +117,8 @@ enum class Projection : int32_t {
   cartesian3d = 350,
   polar3d = 360
 };
+// What the simulation plays.
+enum class SimulationData : uint8_t { trip, walk, loaded };
 enum class ColourScheme : uint8_t { day, night, custom };
 
 // Display updates pending from handled receiver messages. Skipped messages add none.
@@ -123,7 +130,7 @@ struct PendingDisplay {
   int32_t maximumCountdown = 0;  // ...which of the greatest values are new ones
   bool newMaxSpeed = false;
   bool newMaxAltitude = false;
-  double maxSpeed = 0;  // as last handled
+  double maxSpeed = 0;  // km/h, as last handled
   double maxAltitude = 0;
 };
 
@@ -195,16 +202,21 @@ struct AppState {
   int32_t frameCountdown = 0;
   PendingDisplay pendingDisplay;
 
-  std::string notice;  // one line that the status shows for a while
+  SimulationData simulationData = SimulationData::trip;
+  uint64_t logBytes = 0;  // of the log's file while it is written; measured now and then
+  std::string notice;     // one line that the status shows for a while
   uint32_t noticeTick = 0;
   LinesTold linesTold;
-  std::vector<std::string> rawLog;  // rows of the raw log screen, the newest last
-  std::string lastMessageText;      // "Sirf msg ..." of binary input, "SENS msg: ..." of a sensor
+  RawLog rawLog;                // of the raw log screen, while it shows
+  std::string lastMessageText;  // "Sirf msg ..." of binary input, "SENS msg: ..." of a sensor
 
   // From the last byte of the data to the drawing that shows them.
   uint64_t readoutDelayMicros = 0;
   uint64_t drawnByteMicros = 0;  // of which data it was measured
 };
+
+// Whether a fix has come within the last five seconds.
+bool hasCurrentFix(const AppState& app);
 
 // Shows one line in the status for ten seconds.
 void showNotice(AppState& app, std::string_view text);
@@ -218,6 +230,9 @@ bool askQuestion(AppState& app, Text text);
 bool repaintThrottled(AppState& app);
 // Redraws at once, after a key or a button.
 void repaintNow(AppState& app);
+
+// Measures the log's file, for `logBytes`.
+void measureLog(AppState& app);
 
 // To be called when a screen that shows the fix has been drawn.
 void noteDrawn(AppState& app);

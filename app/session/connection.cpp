@@ -7,6 +7,7 @@
 #include "app/session/line_notes.h"
 #include "base/texts.h"
 #include "gps/port_errors.h"
+#include "gps/town_walk.h"
 
 namespace vgps {
 namespace {
@@ -36,6 +37,20 @@ void tellOddLines(AppState& app) {
   app.linesTold = now;
 }
 
+// What the user has loaded is played whatever starts the simulation.
+void chooseSimulationData(AppState& app, bool walk) {
+  const SimulationData wanted = walk ? SimulationData::walk : SimulationData::trip;
+  if (app.simulationData == SimulationData::loaded || app.simulationData == wanted) return;
+  app.simulationData = wanted;
+  app.gps.simulation.setLines(walk ? townWalkLines() : builtInSimLines());
+}
+
+// Reconnecting to a receiver goes on with its maxima.
+bool isSameSource(const SourceChoice& one, const SourceChoice& other) {
+  return one.port == other.port && one.simulate == other.simulate && one.walk == other.walk &&
+         one.useSensorApi == other.useSensorApi;
+}
+
 }  // namespace
 
 std::string sourceName(const SourceChoice& source) {
@@ -60,6 +75,7 @@ bool loadSimulationFrom(AppState& app, const std::string& path) {
   if (!app.extensions.simulationFrom || !app.extensions.simulationFrom(path, lines)) return false;
   if (lines.empty()) return false;
   app.gps.simulation.setLines(std::move(lines));
+  app.simulationData = SimulationData::loaded;
   return true;
 }
 
@@ -68,8 +84,21 @@ void forgetSource(UiFix& shown) {
   shown.arrivals.quality = shown.arrivals.noise = {};
 }
 
+void resetMaxima(AppState& app) {
+  app.shown.fastest = {};
+  app.shown.highest = 0;
+  app.pendingDisplay.maxSpeed = app.pendingDisplay.maxAltitude = 0;
+}
+
+void resetTrip(AppState& app) {
+  resetMaxima(app);
+  app.statistics.tripMovingSeconds = app.statistics.tripStoppedSeconds = 0;
+}
+
 bool connectReceiver(AppState& app, const SourceChoice& choice) {
   forgetSource(app.shown);
+  if (!isSameSource(app.link.source(), choice)) resetMaxima(app);
+  if (choice.simulate) chooseSimulationData(app, choice.walk);
   if (app.link.open(choice)) return true;
   showNotice(app, choice.port.empty() ? std::string(textOf(Text::noReceiverChosen))
                                       : portProblem(app.link.error(), choice.port));

@@ -19,6 +19,11 @@ bool loadSimulationFrom(AppState& app, const std::string& path);
 // Whether no data has arrived from the source yet.
 void forgetSource(UiFix& shown);
 
+// Forgets the shown maxima.
+void resetMaxima(AppState& app);
+// Those, and the times of moving and standing.
+void resetTrip(AppState& app);
+
 // Opens the source, closing the previous one, and reports a failure to the user.
 bool connectReceiver(AppState& app, const SourceChoice& choice);
 

@@ -1,5 +1,6 @@
 #include "app/session/on_line.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <utility>
@@ -13,8 +14,6 @@ namespace vgps {
 namespace {
 
 constexpr int32_t kNewsMessages = 10;  // two or three seconds of an ordinary receiver
-constexpr size_t kRawRowBytes = 1000;  // more of a row than any screen shows
-constexpr size_t kRawRows = 500;       // kept for the raw log screen
 
 void copyFix(AppState& app) {
   UiFix& shown = app.shown;
@@ -65,8 +64,7 @@ bool isSkipped(AppState& app) {
 
 void addRawRow(AppState& app, std::string_view text) {
   if (app.currentScreen != Screen::rawLog || text.empty()) return;
-  app.rawLog.push_back(validUtf8(text.substr(0, kRawRowBytes)));
-  if (app.rawLog.size() > kRawRows) app.rawLog.erase(app.rawLog.begin());
+  app.rawLog.add(app.platform.clock.local(), text);
 }
 
 // What has no sentence of its own on the read-out is told in words.
@@ -109,18 +107,31 @@ void noteArrivals(UiFix& shown, uint32_t said, uint32_t tick) {
   shown.lastFixTick = tick;
 }
 
+// The shown maxima. A speed that is no longer its unit's when the unit changes would be nonsense,
+// so all units are kept.
+void noteGreatest(UiFix& shown, uint32_t said) {
+  const FixRecord& fix = shown.fix;
+  if (fix.fixStatus == 0) return;
+  if ((said & kSaidSpeed) != 0 && fix.speedKmh > shown.fastest.kmh) {
+    // The program's own sentence gives no knots.
+    const double knots = fix.speedKnots > 0 ? fix.speedKnots : fix.speedKmh / kKmhPerKnot;
+    shown.fastest = speedsFromKnots(knots);
+  }
+  if ((said & kSaidAltitude) != 0) shown.highest = std::max(shown.highest, fix.altitude);
+}
+
 // The greatest values are pointed out for a while when they are new.
 void noteMaxima(AppState& app) {
   PendingDisplay& pending = app.pendingDisplay;
   const UiFix& shown = app.shown;
-  const bool faster = shown.maxSpeed > pending.maxSpeed;
-  const bool higher = shown.maxAltitude > pending.maxAltitude;
+  const bool faster = shown.fastest.kmh > pending.maxSpeed;
+  const bool higher = shown.highest > pending.maxAltitude;
   if (pending.maximumCountdown == 0) pending.newMaxSpeed = pending.newMaxAltitude = false;
   if (faster || higher) pending.maximumCountdown = kNewsMessages;
   pending.newMaxSpeed |= faster;
   pending.newMaxAltitude |= higher;
-  pending.maxSpeed = shown.maxSpeed;
-  pending.maxAltitude = shown.maxAltitude;
+  pending.maxSpeed = shown.fastest.kmh;
+  pending.maxAltitude = shown.highest;
 }
 
 void handleForDisplays(AppState& app, const UiMessage& message) {
@@ -147,6 +158,7 @@ void onLine(AppState& app, const UiMessage& message) {
   app.shown.dataSeen = true;
   app.shown.lastDataTick = now;
   noteArrivals(app.shown, message.said, now);
+  noteGreatest(app.shown, message.said);
   if (message.record == nullptr) offerEpoch(app, message);
   if (isSkipped(app)) return;
   handleForDisplays(app, message);

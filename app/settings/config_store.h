@@ -47,7 +47,9 @@ class ConfigStore {
   void set(const SettingRow& row, std::string_view value);
 
   bool changed() const { return changed_; }
-  bool changedOnly(const SettingRow& row) const { return changed_ && changes_.isOnly(row); }
+  bool changedOnly(std::span<const SettingGroup> groups) const {
+    return changed_ && changes_.areOnlyOf(groups);
+  }
 
   // A text of the document as it stands, whole; "" where there is none. Whoever sets one does not
   // set the member of `Settings`: that is what `refreshSettings` is for.

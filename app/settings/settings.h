@@ -133,6 +133,13 @@ struct Settings {
   std::string trackStorePath{};    // "tlp"
   int32_t talkers{};               // "tlk"
   std::string updateSource{};      // "ups"
+  int32_t windowLeft{};            // "left", pixels, as the four below it
+  int32_t windowTop{};             // "top"
+  int32_t windowWidth{};           // "width"; 0 before the first end of the program
+  int32_t windowHeight{};          // "height"
+  bool windowMaximized{};          // "maximized"
+  int32_t windowScreen{};          // "screen": Screen
+  int32_t windowScheme{};          // "scheme": ColourScheme
 
   Settings();  // the defaults of the table
 };
@@ -171,6 +178,7 @@ enum class SettingGroup : uint8_t {
   colour,
   update,
   tripData,
+  window,
 };
 
 using SettingMember = std::variant<int32_t Settings::*, bool Settings::*, float Settings::*,

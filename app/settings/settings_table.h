@@ -171,6 +171,13 @@ inline constexpr auto kSettingRows = [] {
     // Our own.
     number("cfg\\gps", "tlk", 0, &Settings::talkers, SettingGroup::gps),
     flag("cfg\\gps", "rcn", 1, &Settings::reconnect, SettingGroup::gps),
+    number("cfg\\window", "left", 0, &Settings::windowLeft, SettingGroup::window),
+    number("cfg\\window", "top", 0, &Settings::windowTop, SettingGroup::window),
+    number("cfg\\window", "width", 0, &Settings::windowWidth, SettingGroup::window),
+    number("cfg\\window", "height", 0, &Settings::windowHeight, SettingGroup::window),
+    flag("cfg\\window", "maximized", 0, &Settings::windowMaximized, SettingGroup::window),
+    number("cfg\\window", "screen", 1, &Settings::windowScreen, SettingGroup::window),
+    number("cfg\\window", "scheme", 0, &Settings::windowScheme, SettingGroup::window),
     text("cfg\\vgps", "ups", "", 200, &Settings::updateSource, SettingGroup::update),
       // clang-format on
   });

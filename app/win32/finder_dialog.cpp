@@ -6,6 +6,7 @@
 
 #include "app/win32/dialog_opening.h"
 #include "app/win32/message_parameter.h"
+#include "app/win32/night_look.h"
 #include "base/texts.h"
 #include "platform/win32/wide.h"
 #include "res/finder_ids.h"
@@ -90,6 +91,7 @@ INT_PTR FinderDialog::handle(UINT message, WPARAM first, LPARAM second) {
 
 void FinderDialog::begin() {
   translateDialog(dialog_, Text::finderDialog);
+  if (setup_.night) darkenDialog(dialog_);
   centreOverOwner(dialog_);
   list_ = control(FINDER_LIST);
   ListView_SetExtendedListViewStyle(list_, LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP);

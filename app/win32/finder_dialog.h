@@ -14,6 +14,7 @@ struct FinderSetup {
   std::vector<PortName> (*listPorts)() = listSerialPorts;
   PortFinder::MakePort makePort = makeSerialPort;
   PortFinderTimes times{};
+  bool night = false;  // the dialog is to be dark
 };
 
 // A cell of a list, up to 200 characters.

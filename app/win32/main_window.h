@@ -60,6 +60,8 @@ class MainWindow : public DesktopWindow {
   void killTimer(uint32_t number) override;
   void postTap(uint32_t point) override;
   void resizeClient(int32_t width, int32_t height) override;
+  WindowPlace place() const override;
+  void copyText(std::string_view text) override;
   bool openDialog(Command command) override;
   std::string chooseFile(const FileChoice& choice) override;
   void close() override;
@@ -71,7 +73,9 @@ class MainWindow : public DesktopWindow {
   LRESULT handleFrame(UINT message, WPARAM first, LPARAM second);
   bool handleUiMessage(UINT message, WPARAM first, LPARAM second);
   void onTimer(WPARAM timer);
-  void onKey(WPARAM key);
+  bool onKey(WPARAM key);
+  bool onTyped(WPARAM unit);
+  bool onWheel(WPARAM turned);
   void onClose();
   void onDestroy();
   void onEndOfSession();
@@ -88,6 +92,7 @@ class MainWindow : public DesktopWindow {
   void forgetIcons();
   void paint();
   void drawInto(HDC target, int width, int height);
+  void followScheme();
   bool openFinder();
   bool openSettings(Command command);
   void drawStatusInto(HDC target, int width, int height);
@@ -103,6 +108,8 @@ class MainWindow : public DesktopWindow {
   StartButtons startButtons_;
   TrayIcon tray_;
   TimeDependentTexts paintedTexts_;
+  int wheel_ = 0;            // turned, less than a notch
+  bool isNight_ = false;     // of the frame
   bool statusOnly_ = false;  // nothing but the status line is to be drawn
   bool closing_ = false;
   bool dialogOpen_ = false;

@@ -3,6 +3,7 @@
 // Behind <windows.h>, on which they build.
 #include <commctrl.h>
 
+#include <cstring>
 #include <vector>
 
 #include "app/desktop/dialog_context.h"
@@ -41,6 +42,8 @@ void MainWindow::showTitle() {
     title = title_;
   }
   titled_ = app_->fix.running && app_->fix.simulate;
+  const bool walks = app_->simulationData == SimulationData::walk;
+  if (titled_ && walks) title = wideFromUtf8(textOf(Text::simulationTitle));
   SetWindowTextW(window_, titled_ && !title.empty() ? title.c_str() : programTitle().c_str());
 }
 
@@ -153,6 +156,7 @@ bool MainWindow::openDialog(Command command) {
 bool MainWindow::openFinder() {
   FinderSetup setup;
   setup.makePort = app_->platform.makePort;
+  setup.night = app_->scheme == ColourScheme::night;
   const HINSTANCE resources =
       setting_.language != nullptr ? setting_.language->ofDialog(DIALOG_FINDER) : setting_.instance;
   findReceiver(*app_, resources, window_, setup);
@@ -167,6 +171,21 @@ bool MainWindow::openSettings(Command command) {
 
 std::string MainWindow::chooseFile(const FileChoice& choice) {
   return chooseExistingFile(window_, choice.kind, choice.pattern, {}, choice.title).value_or("");
+}
+
+void MainWindow::copyText(std::string_view text) {
+  const std::wstring wide = wideFromUtf8(text);
+  const size_t bytes = (wide.size() + 1) * sizeof(wchar_t);
+  if (OpenClipboard(window_) == FALSE) return showNotice(*app_, textOf(Text::clipboardBusy));
+  EmptyClipboard();
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes);
+  if (memory != nullptr) {
+    std::memcpy(GlobalLock(memory), wide.c_str(), bytes);
+    GlobalUnlock(memory);
+    // From then on it belongs to the system.
+    if (SetClipboardData(CF_UNICODETEXT, memory) == nullptr) GlobalFree(memory);
+  }
+  CloseClipboard();
 }
 
 void MainWindow::close() { PostMessageW(window_, WM_CLOSE, 0, 0); }

@@ -59,6 +59,8 @@ class FakeWindow : public DesktopWindow {
     choices.push_back(choice);
     return chosenFile;
   }
+  WindowPlace place() const override { return placeNow; }
+  void copyText(std::string_view text) override { copied = text; }
   void close() override { done.emplace_back("close"); }
   void destroy() override { done.emplace_back("destroy"); }
 
@@ -75,6 +77,8 @@ class FakeWindow : public DesktopWindow {
   std::vector<uint32_t> taps;
   std::vector<Command> dialogs;
   std::pair<int32_t, int32_t> size;
+  WindowPlace placeNow;
+  std::string copied;
   bool dialogsExist = true;
   std::vector<FileChoice> choices;
   std::string chosenFile;
