@@ -17,7 +17,7 @@ struct Step {
   bool translated;
 };
 
-void walk(TalkerSetting setting, const std::vector<Step>& steps) {
+void hear(TalkerSetting setting, const std::vector<Step>& steps) {
   TalkerTranslation talkers;
   for (const Step& step : steps) {
     const bool translated = talkers.standsInForGps(Sentence(step.line), step.tick, setting);
@@ -26,7 +26,7 @@ void walk(TalkerSetting setting, const std::vector<Step>& steps) {
 }
 
 TEST(Talkers, AnotherTalkerTakesOverAfterThreeSecondsWithoutGps) {
-  walk(TalkerSetting::automatic, {
+  hear(TalkerSetting::automatic, {
                                      {1000, sentence("GN", "RMC"), false},
                                      {3999, sentence("GN", "GGA"), false},
                                      {4000, sentence("GN", "RMC"), true},
@@ -44,7 +44,7 @@ TEST(Talkers, AnotherTalkerTakesOverAfterThreeSecondsWithoutGps) {
 }
 
 TEST(Talkers, TheMostCompleteTalkerSpeaks) {
-  walk(TalkerSetting::automatic, {
+  hear(TalkerSetting::automatic, {
                                      {1000, sentence("GL", "RMC"), false},
                                      {1000, sentence("GL", "GGA"), false},
                                      {1000, sentence("GA", "RMC"), false},
@@ -82,12 +82,12 @@ TEST(Talkers, PositionsCountMoreThanSatellites) {
             {tick, sentence(talker, line.substr(2)), tick >= 4000 && talker == row.chosen});
       }
     }
-    walk(TalkerSetting::automatic, steps);
+    hear(TalkerSetting::automatic, steps);
   }
 }
 
 TEST(Talkers, AlwaysAndNeverDoNotWait) {
-  walk(TalkerSetting::always, {
+  hear(TalkerSetting::always, {
                                   {1000, sentence("GN", "RMC"), true},
                                   {1000, sentence("GP", "RMC"), false},
                                   {1000, sentence("GQ", "GGA"), true},
@@ -98,12 +98,12 @@ TEST(Talkers, AlwaysAndNeverDoNotWait) {
                                   {1000, "$GNRM", false},
                                   {1000, "", false},
                               });
-  walk(TalkerSetting::never,
+  hear(TalkerSetting::never,
        {{1000, sentence("GN", "RMC"), false}, {9000, sentence("GN", "RMC"), false}});
 }
 
 TEST(Talkers, OnlyGsaOfGpsCounts) {
-  walk(TalkerSetting::always, {
+  hear(TalkerSetting::always, {
                                   {1000, "$GNGSA,A,3,01,02,,,,,,,,,,,1.1,2.2,3.3*00", true},
                                   {1000, "$GNGSA,A,3,01,02,,,,,,,,,,,1.1,2.2,3.3,1*00", true},
                                   {1000, "$GNGSA,A,3,01,02,,,,,,,,,,,1.1,2.2,3.3,*00", true},
