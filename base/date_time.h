@@ -31,6 +31,15 @@ struct DateTime {
 // Whether a clock shows this: a day of the calendar from the year 1 on, and 0:00:00 to 23:59:59.
 bool isCalendarTime(const DateTime& time);
 
+// Seconds since 1970-01-01 00:00:00 of the same clock; milliseconds are left out. Only of a time
+// that a clock shows.
+int64_t secondsOf(const DateTime& time);
+// The reverse, for the years 1 to 9999; any other is the DateTime of zeroes.
+DateTime dateTimeOf(int64_t seconds);
+
+// Moved by so many minutes, over the ends of days and years. A time that no clock shows stays.
+DateTime plusMinutes(const DateTime& time, int64_t minutes);
+
 // Reads a text of this form, in which Y, M, D, h, m and s stand for one digit each of year, month,
 // day, hour, minute and second, and every other character for itself. False when it does not fit;
 // the numbers are not checked.

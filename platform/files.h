@@ -23,6 +23,9 @@ std::string pathIn(std::string_view folder, std::string_view name);
 
 bool isFolder(const std::string& path);
 
+// False when there is no such folder afterwards. The folder it is in must be there.
+bool makeFolder(const std::string& path);
+
 // Whether there is a file or folder of that name, even if it cannot be opened.
 bool fileExists(const std::string& path);
 

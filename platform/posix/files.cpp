@@ -58,6 +58,11 @@ bool isFolder(const std::string& path) {
   return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+bool makeFolder(const std::string& path) {
+  constexpr mode_t kAsTheUserSays = 0777;
+  return ::mkdir(path.c_str(), kAsTheUserSays) == 0 || isFolder(path);
+}
+
 bool fileExists(const std::string& path) {
   struct stat status {};
   return ::lstat(path.c_str(), &status) == 0;

@@ -66,6 +66,10 @@ bool isFolder(const std::string& path) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
+bool makeFolder(const std::string& path) {
+  return CreateDirectoryW(wideFromUtf8(path).c_str(), nullptr) != 0 || isFolder(path);
+}
+
 bool fileExists(const std::string& path) {
   return GetFileAttributesW(wideFromUtf8(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }

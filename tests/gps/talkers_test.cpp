@@ -19,7 +19,7 @@ struct Step {
   bool taken;  // parsed as one of GP
 };
 
-void walk(TalkerSetting setting, const std::vector<Step>& steps, TalkerTranslation talkers = {}) {
+void hear(TalkerSetting setting, const std::vector<Step>& steps, TalkerTranslation talkers = {}) {
   for (const Step& step : steps) {
     const TalkerVerdict verdict = talkers.judge(Sentence(step.line), step.tick, setting);
     EXPECT_EQ(verdict.forGps, step.taken) << step.line << " " << step.tick;
@@ -27,7 +27,7 @@ void walk(TalkerSetting setting, const std::vector<Step>& steps, TalkerTranslati
 }
 
 TEST(Talkers, AnotherTalkerTakesOverAfterThreeSecondsWithoutGps) {
-  walk(TalkerSetting::automatic, {
+  hear(TalkerSetting::automatic, {
                                      {1000, sentence("GN", "RMC"), false},
                                      {3999, sentence("GN", "GGA"), false},
                                      {4000, sentence("GN", "RMC"), true},
@@ -47,7 +47,7 @@ TEST(Talkers, AnotherTalkerTakesOverAfterThreeSecondsWithoutGps) {
 }
 
 TEST(Talkers, TheMostCompleteTalkerSpeaks) {
-  walk(TalkerSetting::automatic, {
+  hear(TalkerSetting::automatic, {
                                      {1000, sentence("GL", "RMC"), false},
                                      {1000, sentence("GL", "GGA"), false},
                                      {1000, sentence("GA", "RMC"), false},
@@ -86,13 +86,13 @@ TEST(Talkers, EachKindComesFromTheBestThatSendsIt) {
                          line.starts_with("GP") || (tick >= 4000 && best)});
       }
     }
-    walk(TalkerSetting::automatic, steps);
+    hear(TalkerSetting::automatic, steps);
   }
 }
 
 TEST(Talkers, ASentenceWithoutAFixDoesNotHideOneThatHasIt) {
   const std::string noFix = "$GPRMC,120000,V,,,,,,,230324,,";
-  walk(TalkerSetting::automatic, {{1000, noFix, true},
+  hear(TalkerSetting::automatic, {{1000, noFix, true},
                                   {1000, sentence("GN", "RMC"), false},
                                   {4000, noFix, true},  // the fix of GP may have gone just now
                                   {4000, sentence("GN", "RMC"), true},
@@ -109,7 +109,7 @@ TEST(Talkers, NobodyIsWaitedForInALogThatIsKnown) {
   heard.listen(Sentence(sentence("GP", "GGA")), 2000);
   TalkerTranslation talkers;
   talkers.expect(heard);
-  walk(TalkerSetting::automatic,
+  hear(TalkerSetting::automatic,
        {{1000, sentence("GN", "RMC"), true},
         {1000, sentence("GN", "GGA"), false},
         {1000, sentence("GN", "GSA"), true}},
@@ -134,7 +134,7 @@ TEST(Talkers, WhatIsLeftOutIsCountedWithTheReason) {
 }
 
 TEST(Talkers, AlwaysAndNeverDoNotWait) {
-  walk(TalkerSetting::always, {
+  hear(TalkerSetting::always, {
                                   {1000, sentence("GN", "RMC"), true},
                                   {1000, sentence("GP", "RMC"), true},
                                   {1000, sentence("GQ", "GGA"), true},
@@ -145,12 +145,12 @@ TEST(Talkers, AlwaysAndNeverDoNotWait) {
                                   {1000, "$GNRM", false},
                                   {1000, "", false},
                               });
-  walk(TalkerSetting::never,
+  hear(TalkerSetting::never,
        {{1000, sentence("GN", "RMC"), false}, {9000, sentence("GN", "RMC"), false}});
 }
 
 TEST(Talkers, OnlyGsaOfGpsCounts) {
-  walk(TalkerSetting::always, {
+  hear(TalkerSetting::always, {
                                   {1000, "$GNGSA,A,3,01,02,,,,,,,,,,,1.1,2.2,3.3*00", true},
                                   {1000, "$GNGSA,A,3,01,02,,,,,,,,,,,1.1,2.2,3.3,1*00", true},
                                   {1000, "$GNGSA,A,3,01,02,,,,,,,,,,,1.1,2.2,3.3,*00", true},
