@@ -1,9 +1,8 @@
 #include "files/redo_journal.h"
 
-#include <zlib.h>
-
 #include <cstdio>
 
+#include "files/crc32.h"
 #include "platform/files.h"
 
 // vgps-redo LLLLLLLLLLLLLLLL CCCCCCCC\n      length and CRC-32 of the text, hexadecimal
@@ -15,10 +14,10 @@ constexpr size_t kHeaderBytes = 36;
 constexpr size_t kLargestText = size_t{64} << 20;
 
 std::string headerOf(std::string_view text) {
-  const auto sum = ::crc32_z(0, reinterpret_cast<const Bytef*>(text.data()), text.size());
   char header[kHeaderBytes + 1];
   std::snprintf(header, sizeof header, "vgps-redo %016llx %08lx\n",
-                static_cast<unsigned long long>(text.size()), static_cast<unsigned long>(sum));
+                static_cast<unsigned long long>(text.size()),
+                static_cast<unsigned long>(crc32Of(text)));
   return header;
 }
 

@@ -1,12 +1,11 @@
 #include "library/document_layout.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <map>
 #include <optional>
 #include <utility>
 
+#include "files/crc32.h"
 #include "track/track_xml.h"
 
 namespace vgps {
@@ -133,7 +132,7 @@ class LayoutReader {
     foreign_ = kNone;
     track_->place.end = end;
     const std::string_view text = tags_.kept(track_->place.begin, end);
-    track_->place.checksum = checksumOf(text);
+    track_->place.checksum = crc32Of(text);
     const bool plain = !damaged && !track_->damaged && track_->plainEnd == blanksBegin;
     TrackSummary summary = summaryOfTrack(text, plain);
     summary.damaged = summary.damaged || damaged || track_->damaged;
@@ -231,11 +230,6 @@ bool hasAttribute(std::string_view text, std::string_view begin) {
 
 DocumentLayout readLayout(TagReader::Source source) {
   return LayoutReader(std::move(source)).read();
-}
-
-uint32_t checksumOf(std::string_view bytes) {
-  return static_cast<uint32_t>(
-      ::crc32_z(0, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
 }
 
 bool parseTrack(std::string_view text, int32_t speedUnit, Track& track, bool* foreign) {

@@ -39,8 +39,6 @@ struct DocumentLayout {
 // Reads the whole document. `state` is never `unreadable`.
 DocumentLayout readLayout(TagReader::Source source);
 
-uint32_t checksumOf(std::string_view bytes);
-
 // Reads the readable points of a track element, or of points without one. Returns false if it is
 // damaged. Sets `foreign` if it contains attributes or elements of other programs.
 bool parseTrack(std::string_view text, int32_t speedUnit, Track& track, bool* foreign = nullptr);

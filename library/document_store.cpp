@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "files/bad_copies.h"
+#include "files/crc32.h"
 #include "files/file_lock.h"
 #include "files/input_file.h"
 #include "files/whole_file.h"
@@ -43,7 +44,7 @@ class DocumentWriter {
     place.begin = out_.written();
     text(element);
     place.end = out_.written();
-    place.checksum = checksumOf(element);
+    place.checksum = crc32Of(element);
     layout.places.push_back(place);
     layout.tracks.push_back(summaryOfText(element, layout.places.size()));
     if (!name.empty()) layout.tracks.back().name = name;
@@ -182,7 +183,7 @@ LibraryResult DocumentStore::read(size_t index, TrackText& out) {
   if (!file.readAt(place.begin, place.end - place.begin, out.text)) {
     return file.failed() ? LibraryResult::unreadable : reread();
   }
-  if (checksumOf(out.text) != place.checksum || !startsWithBlanks(file, place)) return reread();
+  if (crc32Of(out.text) != place.checksum || !startsWithBlanks(file, place)) return reread();
   out.name = layout_.tracks[index].name;
   out.file.clear();
   return LibraryResult::done;

@@ -1,11 +1,11 @@
 #include "library/journal_format.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <string_view>
+
+#include "files/crc32.h"
 
 namespace vgps {
 namespace {
@@ -15,11 +15,7 @@ constexpr uint32_t kVersion = 1;
 constexpr uint8_t kPoint = 1;
 constexpr uint8_t kNote = 2;  // about the point behind it; older programs pass over it
 
-uint32_t crc32Of(std::span<const uint8_t> bytes, uint32_t before = 0) {
-  return static_cast<uint32_t>(::crc32_z(before, bytes.data(), bytes.size()));
-}
-
-// Over room that is known to be enough.
+// Writes into a buffer that is known to be large enough.
 class Writer {
  public:
   explicit Writer(uint8_t* at) : at_(at) {}

@@ -3,6 +3,7 @@
 #include <bit>
 #include <cstddef>
 
+#include "files/crc32.h"
 #include "files/input_file.h"
 #include "files/whole_file.h"
 #include "library/document_layout.h"
@@ -29,7 +30,7 @@ class IndexWriter {
   }
   void raw(std::string_view text) { bytes_ += text; }
   std::string take() {
-    number(checksumOf(bytes_));
+    number(crc32Of(bytes_));
     return std::move(bytes_);
   }
 
@@ -174,7 +175,7 @@ bool readIndex(std::string_view bytes, LibraryIndex& index) {
   constexpr size_t kChecksum = 4;
   if (bytes.size() < kChecksum) return false;
   const std::string_view body = bytes.substr(0, bytes.size() - kChecksum);
-  if (IndexReader(bytes.substr(body.size())).number<uint32_t>() != checksumOf(body)) return false;
+  if (IndexReader(bytes.substr(body.size())).number<uint32_t>() != crc32Of(body)) return false;
   IndexReader in(body);
   if (in.raw(kIndexMagic.size()) != kIndexMagic || in.number<uint32_t>() != kIndexVersion)
     return false;

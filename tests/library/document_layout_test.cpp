@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "files/crc32.h"
 #include "track/track_xml.h"
 
 namespace vgps {
@@ -32,7 +33,7 @@ TEST(DocumentLayout, PlacesAreThoseOfTheBytes) {
     EXPECT_EQ(text.substr(first.blanksBegin, first.begin - first.blanksBegin), "\r\n\t\t");
     EXPECT_EQ(text.substr(first.begin, first.end - first.begin),
               "<t n=\"A\">\r\n<p x=\"1\" y=\"2\"/><!-- <t> --></t>");
-    EXPECT_EQ(first.checksum, checksumOf(text.substr(first.begin, first.end - first.begin)));
+    EXPECT_EQ(first.checksum, crc32Of(text.substr(first.begin, first.end - first.begin)));
     EXPECT_EQ(text.substr(second.blanksBegin, second.begin - second.blanksBegin), " ");
     EXPECT_EQ(text.substr(second.begin, second.end - second.begin), "<t/>");
     EXPECT_TRUE(text.substr(layout.end.begin).starts_with("\r\n\t</tracks>"));
