@@ -35,4 +35,16 @@ std::string leftOutText(const SentenceStats& stats, bool lastingOnly) {
   return text;
 }
 
+std::string newsOfLines(const SentenceStats& stats, LinesTold& told) {
+  const LinesTold before = told;
+  told = {stats.leftOutKinds, stats.strayStarts > 0};
+  const std::string leftOut = leftOutText(stats, true);
+  if (!leftOut.empty() && told.leftOutKinds > before.leftOutKinds) {
+    told.strayStarts = before.strayStarts;  // next time
+    return textWith(Text::sentencesLeftOut, leftOut);
+  }
+  if (!told.strayStarts || before.strayStarts) return {};
+  return textWith(Text::strayStarts, std::to_string(stats.strayStarts));
+}
+
 }  // namespace vgps
