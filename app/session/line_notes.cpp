@@ -1,5 +1,6 @@
 #include "app/session/line_notes.h"
 
+#include <algorithm>
 #include <span>
 
 #include "base/texts.h"
@@ -37,7 +38,12 @@ std::string leftOutText(const SentenceStats& stats, bool lastingOnly) {
 
 std::string newsOfLines(const SentenceStats& stats, LinesTold& told) {
   const LinesTold before = told;
-  told = {stats.leftOutKinds, stats.strayStarts > 0};
+  const auto kinds = std::span(stats.leftOut).first(stats.leftOutKinds);
+  const auto lasts = [](const LeftOutSentences& one) {
+    return one.why.reason != LeftOutReason::waiting;
+  };
+  told = {static_cast<size_t>(std::count_if(kinds.begin(), kinds.end(), lasts)),
+          stats.strayStarts > 0};
   const std::string leftOut = leftOutText(stats, true);
   if (!leftOut.empty() && told.leftOutKinds > before.leftOutKinds) {
     told.strayStarts = before.strayStarts;  // next time
