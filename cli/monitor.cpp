@@ -166,6 +166,9 @@ void Monitor::tellStatus() {
     fail(window_.message);
     window_.message.clear();
   }
+  // The block has a row for it.
+  const std::string news = newsOfLines(app_.shown.stats, app_.linesTold);
+  if (output_ != Output::block && !news.empty()) warn(news);
   if (output_ != Output::json || status_.line == MonitorStatus::Line::open) {
     toldStatus_.clear();
     return;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/session/app_hooks.h"
+#include "app/session/line_notes.h"
 #include "app/session/link.h"
 #include "app/session/paths.h"
 #include "app/session/raw_log.h"
@@ -132,13 +133,6 @@ struct PendingDisplay {
   bool newMaxAltitude = false;
   double maxSpeed = 0;  // km/h, as last handled
   double maxAltitude = 0;
-};
-
-// What the user was told of the lines of the source.
-struct LinesTold {
-  size_t leftOutKinds = 0;
-  bool strayStarts = false;
-  bool operator==(const LinesTold&) const = default;
 };
 
 struct AppState;

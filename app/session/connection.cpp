@@ -23,18 +23,10 @@ void tellReason(AppState& app) {
   if (currentNotice(app).empty() || currentNotice(app) == text) showNotice(app, text);
 }
 
-// Once for each source: what it says that is of no use, or only after a repair.
 void tellOddLines(AppState& app) {
-  const SentenceStats& stats = app.shown.stats;
-  const LinesTold now = {stats.leftOutKinds, stats.strayStarts > 0};
-  if (now == app.linesTold || !currentNotice(app).empty()) return;
-  const std::string leftOut = leftOutText(stats, true);
-  if (!leftOut.empty() && now.leftOutKinds > app.linesTold.leftOutKinds) {
-    showNotice(app, textWith(Text::sentencesLeftOut, leftOut));
-  } else if (now.strayStarts && !app.linesTold.strayStarts) {
-    showNotice(app, textWith(Text::strayStarts, std::to_string(stats.strayStarts)));
-  }
-  app.linesTold = now;
+  if (!currentNotice(app).empty()) return;
+  const std::string news = newsOfLines(app.shown.stats, app.linesTold);
+  if (!news.empty()) showNotice(app, news);
 }
 
 // What the user has loaded is played whatever starts the simulation.

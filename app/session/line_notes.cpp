@@ -1,5 +1,6 @@
 #include "app/session/line_notes.h"
 
+#include <algorithm>
 #include <span>
 
 #include "base/texts.h"
@@ -33,6 +34,23 @@ std::string leftOutText(const SentenceStats& stats, bool lastingOnly) {
             std::to_string(one.count) + " (" + reasonText(one.why) + ")";
   }
   return text;
+}
+
+std::string newsOfLines(const SentenceStats& stats, LinesTold& told) {
+  const LinesTold before = told;
+  const auto kinds = std::span(stats.leftOut).first(stats.leftOutKinds);
+  const auto lasts = [](const LeftOutSentences& one) {
+    return one.why.reason != LeftOutReason::waiting;
+  };
+  told = {static_cast<size_t>(std::count_if(kinds.begin(), kinds.end(), lasts)),
+          stats.strayStarts > 0};
+  const std::string leftOut = leftOutText(stats, true);
+  if (!leftOut.empty() && told.leftOutKinds > before.leftOutKinds) {
+    told.strayStarts = before.strayStarts;  // next time
+    return textWith(Text::sentencesLeftOut, leftOut);
+  }
+  if (!told.strayStarts || before.strayStarts) return {};
+  return textWith(Text::strayStarts, std::to_string(stats.strayStarts));
 }
 
 }  // namespace vgps
