@@ -134,8 +134,9 @@ TEST_F(TrackCommands, InfoAsJson) {
   ASSERT_TRUE(info.is_object()) << run.errors;
   Words keys;
   for (const auto& item : info.items()) keys.push_back(item.key());
-  EXPECT_EQ(keys, (Words{"bounds", "climb", "descent", "distance3dKm", "distanceKm",
-                         "durationSeconds", "first", "last", "movingSeconds", "points"}));
+  EXPECT_EQ(keys,
+            (Words{"bounds", "climb", "descent", "distance3dKm", "distanceKm", "durationSeconds",
+                   "first", "last", "maxSpeedKmh", "movingSeconds", "points"}));
   EXPECT_EQ(info["points"], 4);
   EXPECT_NEAR(info["distanceKm"].get<double>(), 0.2232, 0.001);
   EXPECT_GT(info["distance3dKm"], info["distanceKm"]);
@@ -304,9 +305,15 @@ TEST(GeoCommands, AnswersAndComplaints) {
     int status;
     const char* says;
   } rows[] = {
-      {{"distance", "48.1173,11.516667", "52.52,13.4"}, 0, "509.148183 Km\n"},
-      {{"distance", "52.52,13.4", "48.1173,11.516667"}, 0, "505.885274 Km\n"},
-      {{"distance", "0,0", "0,1", "--unit", "mi"}, 0, "69.093323 Mi\n"},
+      {{"distance", "51.5074,-0.1278", "40.7128,-74.0060"}, 0, "5585.233579 Km\n"},
+      {{"distance", "40.7128,-74.0060", "51.5074,-0.1278"}, 0, "5585.233579 Km\n"},
+      {{"bearing", "51.5074,-0.1278", "40.7128,-74.0060"}, 0, "288.368998 degrees\n"},
+      {{"destination", "51.5074,-0.1278", "--course", "288.368998", "--distance", "5585.233579"},
+       0,
+       "40.712800,-74.006000\n"},
+      {{"distance", "48.1173,11.516667", "52.52,13.4", "--as-recorded"}, 0, "509.148183 Km\n"},
+      {{"distance", "52.52,13.4", "48.1173,11.516667", "--as-recorded"}, 0, "505.885274 Km\n"},
+      {{"distance", "0,0", "0,1", "--unit", "mi", "--as-recorded"}, 0, "69.093323 Mi\n"},
       {{"distance", "-.5,-.5", "-.5,-.5", "--unit", "nmi"}, 0, "0.000000 Nmi\n"},
       {{"bearing", "0,0", "0,-1"}, 0, "270.000000 degrees\n"},
       {{"destination", "-33.8568,151.2153", "--course", "-90", "--distance", "0"},
@@ -335,7 +342,8 @@ TEST(GeoCommands, AnswersAndComplaints) {
        "the position is outside the grid, which covers latitudes from 80 degrees south to 84 "
        "degrees north"},
       {{"distance", "1,2"}, 1, "POSITIONS"},
-      {{"area", "0,-0.5", "0,0.5", "1,0.5", "1,-0.5"}, 0, "1.000 deg^2\n12363"},
+      {{"area", "0,-0.5", "0,0.5", "1,0.5", "1,-0.5", "--as-recorded"}, 0, "1.000 deg^2\n12363"},
+      {{"area", "0,0", "0,90", "90,0"}, 0, "4050.000 deg^2\n63758202715511.0"},
       {{"area", "0,0", "1,1"}, 1, "POSITIONS"},
       {{"distance", "1,2", "3,4", "--unit", "yd"}, 1, "yd is not one of km, mi, nmi"},
       {{"utm", "1,2", "--ellipsoid", "24"}, 1, "24 is not an ellipsoid"},
@@ -360,7 +368,7 @@ TEST(GeoCommands, AsJson) {
     words.push_back("--json");
     return json::parse(runProgram(words).output, nullptr, false);
   };
-  const json distance = answer({"distance", "48.1173,11.516667", "52.52,13.4"});
+  const json distance = answer({"distance", "48.1173,11.516667", "52.52,13.4", "--as-recorded"});
   EXPECT_NEAR(distance["distance"].get<double>(), 509.1481833889535, 1e-9);
   EXPECT_EQ(distance["unit"], "Km");
   const json utm = answer({"utm", "48.1173,11.516666666666667"});
