@@ -3,6 +3,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,7 @@
 #include "app/settings/settings.h"
 #include "base/screens.h"
 #include "base/texts.h"
+#include "gps/accuracy.h"
 #include "gps/gps_fix.h"
 #include "library/track_library.h"
 #include "platform/clock.h"
@@ -57,6 +59,7 @@ struct ArrivalTicks {
   Arrival view;      // the satellites that are heard
   Arrival dilution;  // of precision
   Arrival quality;   // of the fix, as a sentence with more to say than "valid" gave it
+  Arrival errors;    // of the fix, as the receiver estimates them; of this connection
   Arrival noise;     // bytes that are not understood; of this connection, like the quality
 };
 
@@ -70,6 +73,8 @@ struct UiFix {
   SentenceStats stats;
   double maxSpeed = 0;
   double maxAltitude = 0;
+  double exactAltitude = 0;      // with the decimals that GGA had
+  std::optional<GstReport> gst;  // the last one of this connection
   int32_t epochSentenceKind = 0;
   int32_t inputProtocol = kNmeaText;
   bool satellitesInUseKnown = false;

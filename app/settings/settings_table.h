@@ -171,6 +171,7 @@ inline constexpr auto kSettingRows = [] {
     // Our own.
     number("cfg\\gps", "tlk", 0, &Settings::talkers, SettingGroup::gps),
     flag("cfg\\gps", "rcn", 1, &Settings::reconnect, SettingGroup::gps),
+    flag("cfg\\vgps", "zdec", 0, &Settings::altitudeDecimals, SettingGroup::display),
       // clang-format on
   });
 }();

@@ -17,10 +17,11 @@ json replayed(const std::string& path, std::vector<std::string> more = {}) {
   std::vector<std::string> words = {"replay", "--json", path};
   words.insert(words.end(), more.begin(), more.end());
   const Finished run = runProgram(words);
-  EXPECT_EQ(run.status, 0) << path << ": " << run.errors;
-  EXPECT_EQ(run.errors, "");
   json state = json::parse(run.output, nullptr, false);
   EXPECT_FALSE(state.is_discarded()) << path;
+  const bool isLog = state["sentences"]["total"] != 0 || state["sentences"]["binary"] != 0;
+  EXPECT_EQ(run.status, isLog ? 0 : 1) << path << ": " << run.errors;
+  EXPECT_EQ(run.errors.empty(), isLog) << run.errors;
   return state;
 }
 
@@ -105,7 +106,8 @@ TEST(Replay, AgreesWithTheFactsOfTheRecordedLogs) {
     EXPECT_EQ(count("checksumRight"), facts.right) << facts.log;
     EXPECT_EQ(count("checksumWrong"), facts.wrong) << facts.log;
     EXPECT_EQ(count("checksumAbsent"), facts.absent) << facts.log;
-    EXPECT_NEAR(literal["maxSpeed"].get<double>(), facts.knots * 1.852, 1e-5) << facts.log;
+    const json& most = literal["maxSpeed"];
+    EXPECT_NEAR(most.is_null() ? 0 : most.get<double>(), facts.knots * 1.852, 1e-5) << facts.log;
     const json fix = replayed(dataFolder() + "/" + facts.log)["fix"];
     if (std::isnan(facts.latitude)) continue;
     // The facts have six decimals, and minutes are read as 32-bit floats.
