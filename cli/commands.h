@@ -8,7 +8,7 @@
 #include "gps/talkers.h"
 
 // The commands of `vgps`, one file each, and what the command line says to them. A command returns
-// the exit status.
+// the exit status: also 1 when a monitor heard nothing, no port has a receiver, or a log is none.
 namespace vgps {
 
 struct MonitorOptions {
@@ -17,6 +17,7 @@ struct MonitorOptions {
   bool simulate = false;
   std::string logPath;  // empty: no log
   bool json = false;
+  bool all = false;    // with what only the program itself works with
   double seconds = 0;  // 0: until it is stopped
 };
 int runMonitor(const MonitorOptions& options);
@@ -51,7 +52,8 @@ std::vector<std::string> withValueMarked(std::vector<std::string> words);
 
 struct XmlOptions {
   std::string file;
-  std::string output;  // empty: nothing is written
+  std::string output;    // empty: nothing is written
+  bool lenient = false;  // as other programs write
 };
 int runXml(const XmlOptions& options);
 
@@ -67,6 +69,7 @@ int runRecord(const RecordOptions& options);
 struct InfoOptions {
   std::string file;
   int32_t speedUnit = 0;  // SpeedUnit of the file's speeds
+  bool asRecorded = false;
   bool json = false;
 };
 int runInfo(const InfoOptions& options);
@@ -95,6 +98,7 @@ struct GeoOptions {
   int pairs = 0;                       // of characters in a locator
   double course = 0;                   // degrees true
   double way = 0;                      // in the unit
+  bool asRecorded = false;             // on the sphere on which tracks are recorded
   bool json = false;
 };
 int runGeo(const GeoOptions& options);

@@ -3,6 +3,7 @@
 #include "base/number.h"
 #include "cli/commands.h"
 #include "cli/json_text.h"
+#include "cli/state_text.h"
 #include "cli/text_rows.h"
 #include "cli/track_input.h"
 #include "track/track_statistics.h"
@@ -35,13 +36,14 @@ std::string durationText(double seconds) {
   return text;
 }
 
+Json orNull(bool known, double value) { return known ? Json(value) : Json(nullptr); }
+
 Json pointJson(const TrackPoint& point) {
   Json json = {{"longitude", point.longitude},
                {"latitude", point.latitude},
-               {"altitude", point.altitude},
+               {"altitude", orNull(point.altitudeKnown(), point.altitude)},
                {"time", nullptr},
                {"utc", nullptr}};
-  if (!point.altitudeKnown()) json["altitude"] = nullptr;
   if (point.receiverUtc != 0) json["utc"] = isoUtcText(point.receiverUtc);
   if (point.localTime.month != 0) json["time"] = timeText(point.localTime, 'T');
   return json;
@@ -49,15 +51,17 @@ Json pointJson(const TrackPoint& point) {
 
 // What is not known is null.
 Json infoJson(const Track& track, const TrackStatistics& all) {
+  const bool heights = all.knownAltitudes > 0;
   Json json = {{"name", track.name},
                {"startUtc", nullptr},
                {"points", all.points},
                {"distanceKm", all.distanceKm},
-               {"distance3dKm", all.distance3dKm},
+               {"distance3dKm", orNull(heights, all.distance3dKm)},
                {"durationSeconds", nullptr},
                {"movingSeconds", nullptr},
-               {"climb", all.climb},
-               {"descent", all.descent},
+               {"climb", orNull(heights, all.climb)},
+               {"descent", orNull(heights, all.descent)},
+               {"maxSpeedKmh", orNull(all.greatestKmh > 0, all.greatestKmh)},
                {"bounds", nullptr},
                {"first", nullptr},
                {"last", nullptr}};
@@ -91,24 +95,22 @@ void addTimes(const TrackStatistics& all, std::vector<TextRow>& rows) {
                                fixedText(all.movingKmh(), 2) + " km/h"});
 }
 
-std::string altitudeText(const TrackStatistics& all) {
-  if (all.knownAltitudes == 0) return "unknown";
-  return fixedText(all.lowest, 0) + " m to " + fixedText(all.highest, 0) + " m, climb " +
-         fixedText(all.climb, 0) + " m, descent " + fixedText(all.descent, 0) + " m";
-}
-
 std::vector<TextRow> infoRows(const Track& track, const TrackStatistics& all) {
   std::vector<TextRow> rows = {{"Track", track.name}};
   if (track.startUtc != 0) rows.push_back({"Start", startText(track.startUtc)});
   rows.push_back({"Points", std::to_string(all.points)});
   if (!all.bounds) return rows;
+  const bool heights = all.knownAltitudes > 0;
+  const auto metres = [heights](double value) {
+    return orDashes(heights, fixedText(value, 0)) + " m";
+  };
   rows.push_back({"Length", fixedText(all.distanceKm, 3) + " km, with altitude " +
-                                fixedText(all.distance3dKm, 3) + " km"});
+                                orDashes(heights, fixedText(all.distance3dKm, 3)) + " km"});
   addTimes(all, rows);
-  if (all.greatestKmh > 0) {
-    rows.push_back({"Maximum speed", fixedText(all.greatestKmh, 2) + " km/h"});
-  }
-  rows.push_back({"Altitude", altitudeText(all)});
+  const bool speeds = all.greatestKmh > 0;
+  rows.push_back({"Maximum speed", orDashes(speeds, fixedText(all.greatestKmh, 2)) + " km/h"});
+  rows.push_back({"Altitude", metres(all.lowest) + " to " + metres(all.highest) + ", climb " +
+                                  metres(all.climb) + ", descent " + metres(all.descent)});
   const TrackBounds& bounds = *all.bounds;
   rows.push_back({"Southwest", fixedText(bounds.south, 6) + "," + fixedText(bounds.west, 6)});
   rows.push_back({"Northeast", fixedText(bounds.north, 6) + "," + fixedText(bounds.east, 6)});
@@ -120,7 +122,8 @@ std::vector<TextRow> infoRows(const Track& track, const TrackStatistics& all) {
 int runInfo(const InfoOptions& options) {
   TrackInput input;
   if (!readTrackInput(options.file, options.speedUnit, input)) return 1;
-  const TrackStatistics all = statisticsOf(input.track);
+  const TrackStatistics all =
+      statisticsOf(input.track, options.asRecorded ? Measure::asRecorded : Measure::geodesic);
   const std::string text = options.json ? jsonText(infoJson(input.track, all), 2) + "\n"
                                         : alignedText(infoRows(input.track, all));
   std::fwrite(text.data(), 1, text.size(), stdout);

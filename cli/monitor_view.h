@@ -24,6 +24,7 @@ struct MonitorStatus {
   bool noiseSeen = false;  // bytes came in the last seconds that were no lines
   bool fixSeen = false;    // since it was opened
   uint32_t fixAgeMs = 0;   // since the last sentence with a fix
+  int32_t quality = 0;     // of the fix, as a GGA gave it lately; 0: none did
 };
 
 // How the link stands. One that is silent has an open line.
@@ -32,6 +33,10 @@ MonitorStatus::Line lineOf(const Link& link);
 // One sentence that says how it stands, the worst first: not connected and why, the line gone, no
 // data for so long, no fix, a fix and its age.
 std::string statusText(const MonitorStatus& status, const UiFix& shown);
+
+// The same in a word for programs: "notConnected", "unplugged", "silent", "waiting", "noFix",
+// "fix".
+const char* linkName(const MonitorStatus& status, const UiFix& shown);
 
 // One line for a log or a pipe: the status, and the fix when there is one.
 std::string monitorLine(const MonitorStatus& status, const UiFix& shown);

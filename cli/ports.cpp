@@ -74,7 +74,11 @@ int runPorts(const PortsOptions& options) {
   } else {
     printWords(ports, answers, options.speed);
   }
-  return finishOutput();
+  const int written = finishOutput();
+  const bool found = std::any_of(answers.begin(), answers.end(), [](const ProbeAnswer& answer) {
+    return answer.result == ProbeResult::found;
+  });
+  return found ? written : 1;
 }
 
 }  // namespace vgps

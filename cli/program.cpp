@@ -29,7 +29,9 @@ void addMonitor(CLI::App& program, Chosen& chosen) {
   command->add_flag("--simulate", options->simulate, "Use the built-in trip instead of a receiver");
   command->add_option("--log", options->logPath, "Append all received data to this file")
       ->option_text("FILE");
-  command->add_flag("--json", options->json, "Print one JSON object per second");
+  CLI::Option* const json =
+      command->add_flag("--json", options->json, "Print one JSON object per second");
+  command->add_flag("--all", options->all, "With --json: include internal values")->needs(json);
   command->add_option("--for", options->seconds, "Stop after this many seconds")
       ->check(positiveNumber())
       ->option_text("SECONDS");
@@ -117,6 +119,9 @@ void addXml(CLI::App& program, Chosen& chosen) {
   command->add_option("-o", options->output, "File to write")
       ->check(nonEmptyName())
       ->option_text("OUT");
+  command->add_flag("--lenient", options->lenient,
+                    "Read what other programs write: values in single quotes, line breaks inside "
+                    "tags, entities of the document type");
   command->callback([options, &chosen] { chosen = [options] { return runXml(*options); }; });
 }
 

@@ -40,9 +40,14 @@ class Replay {
     onUiMessage(app_, {.event = UiEvent::repaint});  // copies the fix
   }
 
+  // Whether anything in it came from a receiver.
+  bool wasLog() const { return app_.gps.stats.total() + app_.gps.stats.binary > 0; }
+
   void print() const {
-    const std::string text = options_.json ? jsonText(stateJson(app_.shown, app_.fix), 2) + "\n"
-                                           : alignedText(stateRows(app_.shown));
+    const uint32_t now = clock_.tick();
+    const std::string text = options_.json
+                                 ? jsonText(stateJson(app_.shown, app_.fix, now, true), 2) + "\n"
+                                 : alignedText(stateRows(app_.shown, now));
     std::fwrite(text.data(), 1, text.size(), stdout);
   }
 
@@ -51,6 +56,8 @@ class Replay {
   void handle(const UiMessage& message) {
     if (message.event != UiEvent::line) return;
     lineCame_ = true;
+    app_.shown.fix.fixStatus = app_.fix.fixStatus;
+    noteArrivals(app_.shown, message.text, message.said, clock_.tick());
     if (options_.lines && message.record != nullptr) onUiMessage(app_, message);
   }
 
@@ -82,7 +89,9 @@ int runReplay(const ReplayOptions& options) {
   replay->play(log);
   if (!log.complaint().empty()) return fail(log.complaint());
   if (!options.lines) replay->print();
-  return finishOutput();
+  const int written = finishOutput();
+  if (written != 0 || replay->wasLog()) return written;
+  return fail(options.path + " is not a log: no sentence and no receiver message was found");
 }
 
 }  // namespace vgps

@@ -1,10 +1,15 @@
 #include "cli/state_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
 
+<<<<<<< HEAD
 #include "app/session/line_notes.h"
+=======
+#include "app/session/fix_values.h"
+>>>>>>> values
 #include "base/number.h"
 #include "geo/distance.h"
 #include "geo/units.h"
@@ -20,9 +25,22 @@ std::string degreesText(double degrees, const char* positive, const char* negati
   return fixedText(std::fabs(degrees), 6) + " " + (std::signbit(degrees) ? negative : positive);
 }
 
-std::string speedsText(const FixRecord& fix) {
-  return fixedText(fix.speedKmh, 2) + " km/h  " + fixedText(fix.speedKnots, 2) + " kn  " +
-         fixedText(fix.speedMps, 2) + " m/s  " + fixedText(fix.speedMph, 2) + " mph";
+std::string speedsText(const FixRecord& fix, bool known) {
+  const auto text = [&](double value) { return orDashes(known, fixedText(value, 2)); };
+  return text(fix.speedKmh) + " km/h  " + text(fix.speedKnots) + " kn  " + text(fix.speedMps) +
+         " m/s  " + text(fix.speedMph) + " mph";
+}
+
+std::string accuracyText(const UiFix& shown, uint32_t now) {
+  const auto accuracy = currentAccuracy(shown, now);
+  if (!accuracy) return kUnknown;
+  const auto metres = [](double value) {
+    return value < 1 ? fixedText(std::max(value, 0.01), 2) : fixedText(value, 1);
+  };
+  const std::string vertical =
+      accuracy->vertical > 0 ? ", vertical " + metres(accuracy->vertical) + " m" : "";
+  return "about " + metres(accuracy->horizontal) + " m" + vertical + " (estimated from " +
+         (accuracy->byReceiver ? "GST)" : "DOP)");
 }
 
 std::string clockText(const DateTime& time) {
@@ -81,10 +99,11 @@ std::string timeText(const DateTime& time) {
   return date + clockText(time);
 }
 
-std::vector<TextRow> stateRows(const UiFix& shown) {
+std::vector<TextRow> stateRows(const UiFix& shown, uint32_t now) {
   const FixRecord& fix = shown.fix;
   const SatelliteTable& table = shown.satellites;
   const SentenceStats& stats = shown.stats;
+<<<<<<< HEAD
   std::vector<TextRow> rows = {
       {"Fix", fixStatusText(fix.fixStatus)},
       {"Position", positionText(fix)},
@@ -100,6 +119,27 @@ std::vector<TextRow> stateRows(const UiFix& shown) {
                          std::to_string(table.inViewCount) + " in view"},
       {"DOP", "position " + fixedText(table.pdop, 1) + ", horizontal " + fixedText(table.hdop, 1) +
                   ", vertical " + fixedText(table.vdop, 1)},
+=======
+  const KnownValues known = knownValues(shown);
+  const auto dop = [](float value) { return orDashes(value != 0, fixedText(value, 1)); };
+  return {
+      {"Fix", orDashes(known.status, fixStatusText(currentQuality(shown, now)))},
+      {"Position", orDashes(known.position, positionText(fix))},
+      {"Accuracy", accuracyText(shown, now)},
+      {"Altitude", orDashes(known.altitude, fixedText(fix.altitude, 0)) + " m"},
+      {"Speed", speedsText(fix, known.speed)},
+      {"Course", orDashes(known.course, fixedText(fix.course, 1)) + " degrees, variation " +
+                     orDashes(known.variation, fixedText(fix.magneticVariation, 1))},
+      {"UTC", orDashes(known.time || known.date, timeText(fix.utcTime))},
+      {"Local time", orDashes(known.time, clockText(fix.localTime))},
+      {"Maximum", orDashes(shown.maxSpeed > 0 || known.speed, fixedText(shown.maxSpeed, 2)) +
+                      " km/h, " + orDashes(shown.maxAltitude > 0, fixedText(shown.maxAltitude, 0)) +
+                      " m"},
+      {"Satellites", orDashes(known.used, std::to_string(table.usedCount)) + " used, " +
+                         orDashes(known.inView, std::to_string(table.inViewCount)) + " in view"},
+      {"DOP", "position " + dop(table.pdop) + ", horizontal " + dop(table.hdop) + ", vertical " +
+                  dop(table.vdop)},
+>>>>>>> values
       {"Systems", systemsText(shown.view)},
       {"Sentences", countsText(stats)},
       {"Rejected", std::to_string(stats.rejected)},

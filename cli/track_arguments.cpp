@@ -153,6 +153,9 @@ void addInfoCommand(CLI::App& program, Chosen& chosen) {
                    "Unit of the speeds in the file (default: kmh)")
       ->transform(oneOf({{"kmh", kKmh}, {"knots", kKnots}, {"mps", kMps}, {"mph", kMph}}))
       ->option_text("kmh|knots|mps|mph");
+  command->add_flag("--as-recorded", options->asRecorded,
+                    "Measure on the sphere that recorded tracks use (default: the WGS-84 "
+                    "ellipsoid)");
   command->add_flag("--json", options->json, "Print one JSON object; unknown values are null");
   command->callback([options, &chosen] { chosen = [options] { return runInfo(*options); }; });
 }

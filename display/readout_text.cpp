@@ -176,6 +176,10 @@ ReadoutTexts readoutTexts(const Scene& scene) {
   fillPosition(scene, texts);
   const bool current = scene.state == ReceiverState::fix;
   texts.quality = fixQualityText(current ? scene.fix.fixStatus : 0);
+  if (current && scene.accuracy > 0) {
+    const int decimals = scene.accuracy < 1 ? 2 : scene.accuracy < 10 ? 1 : 0;
+    texts.accuracy = textWith(Text::estimatedAccuracy, fixedText(scene.accuracy, decimals));
+  }
   fillSpeed(scene, texts);
   fillCourse(scene, texts);
   fillAltitude(scene, texts);

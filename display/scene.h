@@ -87,6 +87,8 @@ struct Scene {
   double maxSpeed = 0;     // in `speedUnit`
   double maxAltitude = 0;  // metres
 
+  double accuracy = 0;  // of the position, metres, an estimate; 0: unknown
+
   bool newMaxSpeed = false;     // has just been reached
   bool newMaxAltitude = false;  // likewise
 

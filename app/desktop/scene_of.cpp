@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "app/session/connection.h"
+#include "app/session/fix_values.h"
 #include "base/texts.h"
 #include "geo/units.h"
 
@@ -96,9 +97,9 @@ Scene makeScene(const AppState& app) {
   const uint32_t now = app.platform.clock.tick();
   Scene scene;
   scene.fix = shown.fix;
-  if (shown.fix.fixStatus == 1 && isFresh(shown.arrivals.quality, now)) {
-    scene.fix.fixStatus = shown.quality;
-  }
+  scene.fix.fixStatus = currentQuality(shown, now);
+  if (app.settings.altitudeDecimals) scene.fix.altitude = shown.exactAltitude;
+  if (const auto accuracy = currentAccuracy(shown, now)) scene.accuracy = accuracy->horizontal;
   scene.satellites = shown.satellites;
   scene.satellitesInUseKnown = shown.satellitesInUseKnown;
   scene.view = shown.view;

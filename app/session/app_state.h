@@ -3,6 +3,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,7 @@
 #include "base/screens.h"
 #include "base/texts.h"
 #include "geo/units.h"
+#include "gps/accuracy.h"
 #include "gps/epoch.h"
 #include "gps/gps_fix.h"
 #include "library/track_library.h"
@@ -61,6 +63,7 @@ struct ArrivalTicks {
   Arrival view;      // the satellites that are heard
   Arrival dilution;  // of precision
   Arrival quality;   // of the fix, as a sentence with more to say than "valid" gave it
+  Arrival errors;    // of the fix, as the receiver estimates them; of this connection
   Arrival noise;     // bytes that are not understood; of this connection, like the quality
 };
 
@@ -77,6 +80,8 @@ struct UiFix {
   // Of this source, or since the trip was reset; whatever unit is chosen.
   Speeds fastest{};
   double highest = 0;  // metres
+  double exactAltitude = 0;      // with the decimals that GGA had
+  std::optional<GstReport> gst;  // the last one of this connection
   int32_t epochSentenceKind = 0;
   int32_t inputProtocol = kNmeaText;
   bool satellitesInUseKnown = false;

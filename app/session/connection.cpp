@@ -73,7 +73,7 @@ bool loadSimulationFrom(AppState& app, const std::string& path) {
 
 void forgetSource(UiFix& shown) {
   shown.dataSeen = shown.fixSeen = false;
-  shown.arrivals.quality = shown.arrivals.noise = {};
+  shown.arrivals.quality = shown.arrivals.errors = shown.arrivals.noise = {};
 }
 
 void resetMaxima(AppState& app) {

@@ -27,6 +27,7 @@ void copyFix(AppState& app) {
   shown.stats = app.gps.stats;
   shown.maxSpeed = app.gps.maxSpeed;
   shown.maxAltitude = app.gps.maxAltitude;
+  shown.exactAltitude = app.gps.exactAltitude;
   shown.epochSentenceKind = app.gps.epochSentenceKind;
   shown.inputProtocol = app.gps.inputProtocol;
   shown.satellitesInUseKnown = app.gps.satellitesInUseKnown;
@@ -81,32 +82,6 @@ std::string textOfMessage(const SirfMessage& message) {
   return textWith(Text::sirfMessage, number, std::to_string(message.length));
 }
 
-// When each value of the read-out came last, by what the line vouched for. Values of a fix are news
-// only while there is one; the clock and the satellites need none.
-void noteArrivals(UiFix& shown, uint32_t said, uint32_t tick) {
-  const ArrivalTicks::Arrival now = {true, tick};
-  ArrivalTicks& arrivals = shown.arrivals;
-  const auto note = [&](uint32_t bits, ArrivalTicks::Arrival& arrival) {
-    if ((said & bits) != 0) arrival = now;
-  };
-  note(kSaidTime, arrivals.time);
-  note(kSaidUsedCount, arrivals.used);
-  note(kSaidInViewCount, arrivals.view);
-  note(kSaidPdop | kSaidHdop | kSaidVdop, arrivals.dilution);
-  // A receiver that sends no GGA still lists which satellites it uses.
-  if (shown.stats.of(SentenceType::gga).count == 0) note(kSaidUsed, arrivals.used);
-  if (shown.fix.fixStatus == 0) return;
-  note(kSaidPosition, arrivals.position);
-  note(kSaidSpeed | kSaidCourse, arrivals.motion);
-  note(kSaidAltitude, arrivals.altitude);
-  note(kSaidQuality, arrivals.quality);
-  // The next RMC says no more than that the fix is valid.
-  if ((said & kSaidQuality) != 0) shown.quality = shown.fix.fixStatus;
-  if ((said & kSaidPosition) == 0) return;
-  shown.fixSeen = true;
-  shown.lastFixTick = tick;
-}
-
 // The shown maxima. A speed that is no longer its unit's when the unit changes would be nonsense,
 // so all units are kept.
 void noteGreatest(UiFix& shown, uint32_t said) {
@@ -157,7 +132,7 @@ void onLine(AppState& app, const UiMessage& message) {
   const uint32_t now = app.platform.clock.tick();
   app.shown.dataSeen = true;
   app.shown.lastDataTick = now;
-  noteArrivals(app.shown, message.said, now);
+  noteArrivals(app.shown, message.text, message.said, now);
   noteGreatest(app.shown, message.said);
   if (message.record == nullptr) offerEpoch(app, message);
   if (isSkipped(app)) return;
@@ -185,6 +160,34 @@ bool isOfAnotherSource(const AppState& app, const UiMessage& message) {
 }
 
 }  // namespace
+
+void noteArrivals(UiFix& shown, std::string_view line, uint32_t said, uint32_t tick) {
+  const ArrivalTicks::Arrival now = {true, tick};
+  ArrivalTicks& arrivals = shown.arrivals;
+  const auto note = [&](uint32_t bits, ArrivalTicks::Arrival& arrival) {
+    if ((said & bits) != 0) arrival = now;
+  };
+  if (const auto gst = gstOf(line)) {
+    shown.gst = gst;
+    arrivals.errors = now;
+  }
+  note(kSaidTime, arrivals.time);
+  note(kSaidUsedCount, arrivals.used);
+  note(kSaidInViewCount, arrivals.view);
+  note(kSaidPdop | kSaidHdop | kSaidVdop, arrivals.dilution);
+  // A receiver that sends no GGA still lists which satellites it uses.
+  if (shown.stats.of(SentenceType::gga).count == 0) note(kSaidUsed, arrivals.used);
+  if (shown.fix.fixStatus == 0) return;
+  note(kSaidPosition, arrivals.position);
+  note(kSaidSpeed | kSaidCourse, arrivals.motion);
+  note(kSaidAltitude, arrivals.altitude);
+  note(kSaidQuality, arrivals.quality);
+  // The next RMC says no more than that the fix is valid.
+  if ((said & kSaidQuality) != 0) shown.quality = shown.fix.fixStatus;
+  if ((said & kSaidPosition) == 0) return;
+  shown.fixSeen = true;
+  shown.lastFixTick = tick;
+}
 
 bool refreshDisplays(AppState& app) { return app.pendingDisplay.waiting && repaintThrottled(app); }
 

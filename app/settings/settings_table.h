@@ -179,6 +179,7 @@ inline constexpr auto kSettingRows = [] {
     number("cfg\\window", "screen", 1, &Settings::windowScreen, SettingGroup::window),
     number("cfg\\window", "scheme", 0, &Settings::windowScheme, SettingGroup::window),
     text("cfg\\vgps", "ups", "", 200, &Settings::updateSource, SettingGroup::update),
+    flag("cfg\\vgps", "zdec", 0, &Settings::altitudeDecimals, SettingGroup::display),
       // clang-format on
   });
 }();

@@ -180,8 +180,7 @@ FileFault lastFileFault() {
     case ERROR_ACCESS_DENIED:
     case ERROR_WRITE_PROTECT: return FileFault::noPermission;
     case ERROR_DISK_FULL:
-    case ERROR_HANDLE_DISK_FULL:
-    case ERROR_DISK_QUOTA_EXCEEDED: return FileFault::noSpace;
+    case ERROR_HANDLE_DISK_FULL: return FileFault::noSpace;
     case ERROR_SHARING_VIOLATION:
     case ERROR_LOCK_VIOLATION: return FileFault::inUse;
     case ERROR_INVALID_NAME:

@@ -197,6 +197,11 @@ TEST(Readout, ZerosOfAReceiverWithoutFixAreDashes) {
   EXPECT_EQ(texts.course, kDashes) << "at rest there is no course";
   scene.fix.speedKmh = 0.5;
   EXPECT_EQ(readoutTexts(scene).course, "0.0°");
+  EXPECT_EQ(readoutTexts(scene).accuracy, "");
+  scene.accuracy = 5.2;
+  EXPECT_EQ(readoutTexts(scene).accuracy, "") << "no fix";
+  scene.state = ReceiverState::fix;
+  EXPECT_EQ(readoutTexts(scene).accuracy, "± 5.2 m est.");
 }
 
 TEST(Readout, SpeedInTheChosenUnitFirst) {
