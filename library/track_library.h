@@ -25,6 +25,12 @@ inline constexpr const char* kTrackLibraryName = "tracks.xml";
 // settings' folder unless absolute; by default kTrackLibraryName there.
 std::string trackLibraryPath(std::string_view setting, const std::string& settingsFolder);
 
+// The folder in which its files are: the library's own, or the one around the document.
+std::string trackFolder(std::string_view setting, const std::string& settingsFolder);
+
+// Whether the file has the root of a library document. Its first bytes are looked at.
+bool isLibraryFile(const std::string& path);
+
 struct Editable;
 
 // An open library. It keeps the summary of each track in memory, not its points, and reads the

@@ -56,6 +56,7 @@ void wanderAround(Desktop& app, Command command);
 bool isIdle(const AppState& app, Command command);
 bool isNotIdle(const AppState& app, Command command);
 bool isNotPlaying(const AppState& app, Command command);
+bool isRecording(const AppState& app, Command command);
 bool isPaused(const AppState& app, Command command);
 bool takesMarks(const AppState& app, Command command);
 bool isPreset(const AppState& app, Command command);
@@ -68,6 +69,9 @@ void saveTrack(Desktop& app, Command command);
 void openTrack(Desktop& app, Command command);
 void discardTrack(Desktop& app, Command command);
 void trackChanged(Desktop& app, Command command);
+void renameTrack(Desktop& app, Command command);
+void restoreDiscarded(Desktop& app, Command command);
+bool hasSavedTrack(const AppState& app, Command command);
 bool hasFinishedTrack(const AppState& app, Command command);
 
 }  // namespace vgps

@@ -156,7 +156,7 @@ constexpr auto kRows = std::to_array<CommandRow>({
     one(Command::openTrack, openTrack, nullptr, isIdle),
     one(Command::discardTrack, discardTrack, nullptr, hasFinishedTrack),
     one(Command::markPoint, markPoint, nullptr, takesMarks),
-    one(Command::recordPointNow, recordPointNow, nullptr, takesMarks),
+    one(Command::recordPointNow, recordPointNow, nullptr, isRecording),
     missing(Command::trimTrack),
     missing(Command::playTrack),
     missing(Command::recordingReserved, Command::recordingReservedLast),
@@ -220,6 +220,8 @@ constexpr auto kRows = std::to_array<CommandRow>({
     missing(Command::camera3dReserved, Command::camera3dReservedLast),
     one(Command::nextScreen, showNextScreen),
     one(Command::switchDayAndNight, switchDayAndNight),
+    one(Command::renameTrack, renameTrack, nullptr, hasSavedTrack),
+    one(Command::restoreDiscarded, restoreDiscarded),
     // clang-format on
 });
 

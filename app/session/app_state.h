@@ -188,7 +188,8 @@ struct AppState {
   int32_t frameCountdown = 0;
   PendingDisplay pendingDisplay;
 
-  std::string notice;  // one line that the status shows for a while
+  std::string standingNotice;  // in front of every other one, as long as a question stands
+  std::string notice;          // one line that the status shows for a while
   uint32_t noticeTick = 0;
   std::vector<std::string> rawLog;  // rows of the raw log screen, the newest last
   std::string lastMessageText;      // "Sirf msg ..." of binary input, "SENS msg: ..." of a sensor

@@ -62,6 +62,9 @@ class MainWindow : public DesktopWindow {
   void resizeClient(int32_t width, int32_t height) override;
   bool openDialog(Command command) override;
   std::string chooseFile(const FileChoice& choice) override;
+  std::optional<size_t> chooseRow(std::string_view title,
+                                  std::span<const std::string> rows) override;
+  std::optional<std::string> askText(std::string_view title, std::string_view text) override;
   void close() override;
   void destroy() override;
 

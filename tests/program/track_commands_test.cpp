@@ -111,7 +111,7 @@ TEST_F(TrackCommands, NothingIsWrittenOfNothing) {
        "settings file not found: " + path("none.xml")},
       {{"record", "--replay", log, "-o", out, "--settings", log}, log + " is not a settings file"},
       {{"record", "--replay", nowhere, "-o", nowhere}, "the track file must not overwrite the log"},
-      {{"record", "-o", out}, "--replay is required"},
+      {{"record", "-o", out}, "give --port DEV, --simulate, or --replay LOG"},
       {{"record", "--replay", nowhere, "-o", path("./nowhere")}, "must not overwrite the log"},
       {{"record", "--replay", path("link"), "-o", nowhere}, "must not overwrite the log"},
       {{"record", "--replay", log, "-o", settings, "--settings", path("./settings.xml")},
@@ -134,8 +134,9 @@ TEST_F(TrackCommands, InfoAsJson) {
   ASSERT_TRUE(info.is_object()) << run.errors;
   Words keys;
   for (const auto& item : info.items()) keys.push_back(item.key());
-  EXPECT_EQ(keys, (Words{"bounds", "climb", "descent", "distance3dKm", "distanceKm",
-                         "durationSeconds", "first", "last", "movingSeconds", "points"}));
+  EXPECT_EQ(keys,
+            (Words{"bounds", "climb", "descent", "distance3dKm", "distanceKm", "durationSeconds",
+                   "first", "last", "movingSeconds", "name", "points", "startUtc"}));
   EXPECT_EQ(info["points"], 4);
   EXPECT_NEAR(info["distanceKm"].get<double>(), 0.2232, 0.001);
   EXPECT_GT(info["distance3dKm"], info["distanceKm"]);
@@ -262,7 +263,7 @@ TEST_F(TrackCommands, WhatCannotBeDone) {
   } rows[] = {
       {{"info", path("none")}, "file not found: " + path("none")},
       {{"info", gpx}, gpx + " is not a track file"},
-      {{"info", library}, library + " is not a track file"},
+      {{"track", "reverse", library, "-o", out}, library + " is not a track file"},
       {{"info", a, "--speed-unit", "mach"}, "mach is not one of kmh, knots, mps, mph"},
       {{"track", "join", a, "-o", out}, "FILES"},
       {{"track", "split", a, "--at", "4", "-o", out, "--second", path("2")},
@@ -372,6 +373,34 @@ TEST(GeoCommands, AsJson) {
             (json{{"latitude", "48 7' 2.279''N"}, {"longitude", "23 42' 0.000''E"}}));
   EXPECT_EQ(answer({"bearing", "0,0", "0,0"})["bearing"], 0);
   EXPECT_EQ(answer({"mgrs", "0,0"})["mgrs"], "31N AA 66021 00000");
+}
+
+TEST_F(TrackCommands, RecordsTheSimulationLive) {
+  const std::string track = path("live.xml");
+  const Finished run = runProgram({"record", "--simulate", "-o", track, "--for", "6"});
+  EXPECT_EQ(run.status, 0) << run.errors;
+  EXPECT_NE(run.output.find(track + ": "), std::string::npos) << run.output;
+  EXPECT_FALSE(std::filesystem::exists(track + ".journal")) << "the track is written";
+  EXPECT_EQ(runProgram({"info", track}).status, 0);
+  EXPECT_NE(oneLineError({"record", "-o", track}).find("--port DEV"), std::string::npos);
+}
+
+TEST_F(TrackCommands, InfoOfALibrary) {
+  const std::string library =
+      write("tracks.xml",
+            "<root><tracks><t n=\"A\" start=\"2010-07-05T07:03:04Z\"><p x=\"1\" y=\"2\" z=\"0\" "
+            "unknown=\"z\"/></t><t><p x=\"1\" y=\"2\" z=\"3\"/></t></tracks></root>");
+  const json all = json::parse(runProgram({"info", library, "--json"}).output);
+  ASSERT_EQ(all.size(), 2U);
+  EXPECT_EQ(all[0]["startUtc"], "2010-07-05T07:03:04Z");
+  EXPECT_TRUE(all[0]["climb"].is_null());
+  EXPECT_TRUE(all[0]["first"]["altitude"].is_null());
+  EXPECT_EQ(all[1]["first"]["altitude"], 3);
+  for (const char* which : {"2", "Track 2"}) {
+    const json one = json::parse(runProgram({"info", library, "--track", which, "--json"}).output);
+    EXPECT_EQ(one["name"], "Track 2");
+  }
+  EXPECT_NE(oneLineError({"info", library, "--track", "B"}).find("no track B"), std::string::npos);
 }
 
 }  // namespace
