@@ -109,6 +109,7 @@ int runGeo(const GeoOptions& options);
 struct RecoverOptions {
   enum class Action { tell, continueRecording, save, discard };
   Action action = Action::tell;
+  std::string journal;     // of `record`, in place of the program's; empty: that
   bool discarded = false;  // works on the recently discarded ones
   uint32_t number = 0;     // of those; 0: all
   std::string file;        // empty: vgps.xml beside the program

@@ -167,7 +167,12 @@ int recordLog(const RecordOptions& options, const Settings& settings) {
 
 // Records into the journal beside the track until it is stopped; then the track is written.
 int recordLive(const RecordOptions& options, const Settings& settings) {
-  FileHooks file(options.output, options.output + ".journal");
+  const std::string journal = options.output + ".journal";
+  for (const std::string& left : existingJournals(journal)) {
+    warn("an earlier recording was cut short; to save it, use vgps recover --journal " + left +
+         " --save");
+  }
+  FileHooks file(options.output, journal);
   Recorder recorder(file, systemClock());
   recorder.options = optionsOf(settings);
   recorder.start();

@@ -46,7 +46,7 @@ void say(const std::string& text) { std::printf("%s\n", text.c_str()); }
 class Place : public RecorderHooks {
  public:
   // Unreadable settings count as default ones: the recording matters more.
-  explicit Place(const std::string& file) {
+  Place(const std::string& file, const std::string& journal) {
     std::string path = file.empty() ? programFolder() : file;
     if (isFolder(path)) path = pathIn(path, "vgps.xml");
     ConfigStore store;
@@ -54,7 +54,7 @@ class Place : public RecorderHooks {
     const Settings settings = loadSettings(store);
     folder = folderOf(path);
     places_ = {.library = trackLibraryPath(settings.trackStorePath, folder),
-               .journal = pathsOf(folder).journal,
+               .journal = journal.empty() ? pathsOf(folder).journal : journal,
                .settings = path,
                .discarded = folder};
     recorder.options = recordingOptionsOf(settings);
@@ -261,6 +261,11 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
                    "the program)")
       ->check(nonEmptyName())
       ->option_text("FILE");
+  command
+      ->add_option("--journal", options->journal,
+                   "Recording of vgps record that was cut short: TRACK.journal")
+      ->check(nonEmptyName())
+      ->option_text("JOURNAL");
   const auto action = [options](RecoverAction wanted) {
     return [options, wanted] { options->action = wanted; };
   };
@@ -303,7 +308,7 @@ int runRecover(const RecoverOptions& options) {
       !options.simulate) {
     return fail("--continue requires --port DEV or --simulate");
   }
-  Place place(options.file);
+  Place place(options.file, options.journal);
   if (options.discarded) return recoverDiscarded(place, options);
   const std::vector<std::string> journals = existingJournals(place.places().journal);
   int worst = 0;
@@ -326,7 +331,10 @@ int runRecover(const RecoverOptions& options) {
     continued = options.action == RecoverAction::continueRecording &&
                 result == JournalResult::open;  // one is enough
   }
-  if (found == 0) say("No unfinished recording was found in " + shownPath(place.folder) + ".");
+  if (found == 0) {
+    say("No unfinished recording was found in " +
+        shownPath(options.journal.empty() ? place.folder : options.journal) + ".");
+  }
   const int written = finishOutput();
   return worst != 0 ? worst : written;
 }
