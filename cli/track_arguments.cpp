@@ -105,9 +105,10 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
   CLI::App* const command = program.add_subcommand(
       "record",
       "Record a track from a receiver until Ctrl+C, or from a log. The fixes pass through the "
-      "recording filter. Recorded points are on disk within seconds, in TRACK.journal, which is "
-      "deleted when the track is written. Point times of a log come from the UTC in it, not from "
-      "the computer's clock.");
+      "recording filter. What a receiver sends is on disk within seconds, in TRACK.journal, which "
+      "is "
+      "deleted when the track is written. With --replay, point times come from the UTC in the log, "
+      "not from the computer's clock.");
   CLI::Option* const replay =
       command->add_option("--replay", options->log, "Log file (NMEA text, SiRF binary, or both)")
           ->check(nonEmptyName())
