@@ -45,8 +45,8 @@ DateTime plusMinutes(const DateTime& time, int64_t minutes);
 // the numbers are not checked.
 bool readDateTime(std::string_view text, std::string_view form, DateTime& out);
 
-// Milliseconds of the calendar since the start of 1970, without time zones or leap seconds; none for
-// what is not a day of the calendar.
+// Milliseconds of the calendar since the start of 1970, without time zones or leap seconds; none
+// for what is not a day of the calendar.
 std::optional<int64_t> millisecondsOf(const DateTime& time);
 
 // A moment in UTC, milliseconds since 1970, as ISO 8601 has it: "2010-07-05T07:03:04Z", with

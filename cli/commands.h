@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -57,9 +58,14 @@ struct XmlOptions {
 };
 int runXml(const XmlOptions& options);
 
-// Fixes of a log through the recording filter into a track file.
+// Fixes of a log, or of a receiver as they come, through the recording filter into a track file.
 struct RecordOptions {
-  std::string log;
+  std::string log;  // empty: live
+  std::string port;
+  uint32_t speed = 9600;
+  bool simulate = false;
+  double seconds = 0;                                   // live; 0: until it is stopped
+  std::optional<TalkerSetting> talkers = std::nullopt;  // none: as the settings say
   std::string output;
   std::string settings;  // empty: those of a program that starts for the first time
   int32_t utcOffsetMinutes = 0;
@@ -68,6 +74,7 @@ int runRecord(const RecordOptions& options);
 
 struct InfoOptions {
   std::string file;
+  std::string track;      // of a library: the number, from 1, or name of one; empty: all
   int32_t speedUnit = 0;  // SpeedUnit of the file's speeds
   bool asRecorded = false;
   bool json = false;
@@ -106,7 +113,10 @@ int runGeo(const GeoOptions& options);
 struct RecoverOptions {
   enum class Action { tell, continueRecording, save, discard };
   Action action = Action::tell;
-  std::string file;  // empty: vgps.xml beside the program
+  std::string journal;     // of `record`, in place of the program's; empty: that
+  bool discarded = false;  // works on the recently discarded ones
+  uint32_t number = 0;     // of those; 0: all
+  std::string file;        // empty: vgps.xml beside the program
   // Of continueRecording:
   std::string port;
   uint32_t speed = 9600;

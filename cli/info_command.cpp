@@ -1,11 +1,17 @@
 #include <cstdio>
+#include <utility>
+#include <vector>
 
+#include "app/session/recording_texts.h"
 #include "base/number.h"
 #include "cli/commands.h"
 #include "cli/json_text.h"
 #include "cli/state_text.h"
 #include "cli/text_rows.h"
 #include "cli/track_input.h"
+#include "files/input_file.h"
+#include "library/document_layout.h"
+#include "library/track_library.h"
 #include "track/track_statistics.h"
 
 namespace vgps {
@@ -18,13 +24,6 @@ std::string timeText(const DateTime& time, char between) {
                 unsigned{time.month}, unsigned{time.day}, between, unsigned{time.hour},
                 unsigned{time.minute}, unsigned{time.second});
   return text;
-}
-
-// "2010-07-05 07:03:04 UTC"
-std::string startText(int64_t utc) {
-  std::string text = isoUtcText(utc).substr(0, std::string_view("YYYY-MM-DD hh:mm:ss").size());
-  text[text.find('T')] = ' ';
-  return text + " UTC";
 }
 
 std::string durationText(double seconds) {
@@ -117,15 +116,75 @@ std::vector<TextRow> infoRows(const Track& track, const TrackStatistics& all) {
   return rows;
 }
 
+bool refuse(const std::string& why) {
+  fail(why);
+  return false;
+}
+
+// Whether `wanted` names the track by its number, from 1, or by its name.
+bool isWanted(const std::string& wanted, size_t number, const std::string& name) {
+  return wanted.empty() || wanted == name || wanted == std::to_string(number);
+}
+
+// The tracks of a library document that are wanted. Nothing is written beside it.
+bool readLibrary(const InfoOptions& options, std::vector<Track>& tracks) {
+  InputFile file(options.file);
+  const DocumentLayout layout = readLayout(file.source());
+  if (!file || file.failed()) return refuse("cannot read " + options.file);
+  if (layout.state == LibraryState::notALibrary) {
+    return refuse(options.file + " is not a track file");
+  }
+  for (size_t i = 0; i < layout.tracks.size(); ++i) {
+    const TrackSummary& summary = layout.tracks[i];
+    const TrackRange& range = layout.places[i];
+    if (!isWanted(options.track, i + 1, summary.name)) continue;
+    std::string text;
+    if (!file.readAt(range.begin, range.end - range.begin, text)) {
+      return refuse("cannot read " + options.file);
+    }
+    if (summary.damaged) {
+      warn(options.file + " is damaged: only the readable points of " + summary.name + " are used");
+    }
+    tracks.emplace_back();
+    parseTrack(text, options.speedUnit, tracks.back());
+    tracks.back().name = summary.name;
+  }
+  if (!tracks.empty() || options.track.empty()) return true;
+  return refuse(options.file + " has no track " + options.track +
+                "; number of tracks: " + std::to_string(layout.tracks.size()));
+}
+
 }  // namespace
 
 int runInfo(const InfoOptions& options) {
-  TrackInput input;
-  if (!readTrackInput(options.file, options.speedUnit, input)) return 1;
-  const TrackStatistics all =
-      statisticsOf(input.track, options.asRecorded ? Measure::asRecorded : Measure::geodesic);
-  const std::string text = options.json ? jsonText(infoJson(input.track, all), 2) + "\n"
-                                        : alignedText(infoRows(input.track, all));
+  std::vector<Track> tracks;
+  const bool library = isLibraryFile(options.file);
+  if (library) {
+    if (!readLibrary(options, tracks)) return 1;
+  } else {
+    if (!options.track.empty()) return fail(options.file + " is not a track library");
+    TrackInput input;
+    if (!readTrackInput(options.file, options.speedUnit, input)) return 1;
+    tracks.push_back(std::move(input.track));
+  }
+  Json all = Json::array();
+  std::string text;
+  for (const Track& track : tracks) {
+    const TrackStatistics statistics = 
+        statisticsOf(track, options.asRecorded ? Measure::asRecorded : Measure::geodesic);
+    if (options.json) {
+      all.push_back(infoJson(track, statistics));
+    } else {
+      if (!text.empty()) text += "\n";
+      text += alignedText(infoRows(track, statistics));
+    }
+  }
+  if (options.json) {
+    const bool one = !library || !options.track.empty();
+    text = jsonText(one ? all.front() : all, 2) + "\n";
+  } else if (tracks.empty()) {
+    text = "The library has no tracks.\n";
+  }
   std::fwrite(text.data(), 1, text.size(), stdout);
   return finishOutput();
 }

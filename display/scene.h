@@ -111,7 +111,8 @@ struct Scene {
 
   int32_t trackState = 0;  // 0 idle, 1 recording, 2 paused, 3 playing
   size_t trackPoints = 0;
-  std::string trackLength;  // "4.56 Km"
+  std::string trackLength;   // "4.56 Km"
+  std::string trackWaiting;  // why nothing is recorded; mostly empty
 
   Screen screen = Screen::gps;
   SceneStatistics statistics;

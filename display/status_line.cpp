@@ -27,8 +27,10 @@ std::string stateText(const Scene& scene) {
 
 std::string recordingText(const Scene& scene) {
   if (scene.trackState < 1 || scene.trackState > 3) return {};
-  return textWith(Text::stateRecording + (static_cast<uint32_t>(scene.trackState) - 1),
-                  std::to_string(scene.trackPoints), scene.trackLength);
+  const std::string text =
+      textWith(Text::stateRecording + (static_cast<uint32_t>(scene.trackState) - 1),
+               std::to_string(scene.trackPoints), scene.trackLength);
+  return scene.trackWaiting.empty() ? text : text + ", " + scene.trackWaiting;
 }
 
 // "log 12.3 MB": it grows, by some 4 MB an hour at one fix a second.

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "files/input_file.h"
 #include "library/document_layout.h"
 #include "library/document_store.h"
 #include "library/folder_store.h"
@@ -114,6 +115,25 @@ std::string trackLibraryPath(std::string_view setting, const std::string& settin
   const bool drive = setting.size() >= 2 && setting[1] == ':';
   const bool whole = setting[0] == '/' || setting[0] == '\\' || drive;
   return whole ? std::string(setting) : pathIn(settingsFolder, setting);
+}
+
+std::string trackFolder(std::string_view setting, const std::string& settingsFolder) {
+  const std::string path = trackLibraryPath(setting, settingsFolder);
+  if (isFolder(path)) return path;
+  const size_t separator = path.find_last_of("/\\");
+  return separator == std::string::npos ? "." : path.substr(0, separator);
+}
+
+bool isLibraryFile(const std::string& path) {
+  constexpr size_t kHead = 4096;  // a declaration and a comment fit
+  InputFile file(path);
+  FileStamp stamp;
+  std::string head;
+  if (!file || !fileStamp(path, stamp)) return false;
+  file.readAt(0, static_cast<size_t>(std::min<uint64_t>(stamp.size, kHead)), head);
+  TagReader tags(head);
+  TagMark tag;
+  return tags.next(tag) && tag.name == "root" && tag.kind != TagMark::Kind::close;
 }
 
 TrackLibrary::TrackLibrary(LibraryDisk disk) : disk_(std::move(disk)) {}

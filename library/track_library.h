@@ -27,6 +27,11 @@ std::string trackLibraryPath(std::string_view setting, const std::string& settin
 
 // What a track file has to hold for these points: the attributes that are not zero in all of them.
 RecordingOptions attributesIn(const Track& track);
+// The folder in which its files are: the library's own, or the one around the document.
+std::string trackFolder(std::string_view setting, const std::string& settingsFolder);
+
+// Whether the file has the root of a library document. Its first bytes are looked at.
+bool isLibraryFile(const std::string& path);
 
 struct Editable;
 

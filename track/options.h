@@ -20,8 +20,11 @@ struct RecordingOptions {
   bool recordTime = false;
   bool recordCourse = false;
   int32_t everyNth = 0;  // above 0: that many fixes are left out between two points
-  int32_t bes = 0;       // kept with the track
-  bool manual = false;   // only fixes that the user asks for are recorded
+  // A moving receiver is recorded at the latest after so many...
+  int32_t everySeconds = 0;  // ...seconds; 0: off
+  int32_t everyMetres = 0;   // ...metres; 0: off
+  int32_t bes = 0;           // kept with the track
+  bool manual = false;       // only fixes that the user asks for are recorded
 
   // Of the display; a file's speeds and the running distances follow them.
   int32_t speedUnit = 0;     // SpeedUnit

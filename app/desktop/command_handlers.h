@@ -80,6 +80,9 @@ void saveTrack(Desktop& app, Command command);
 void openTrack(Desktop& app, Command command);
 void discardTrack(Desktop& app, Command command);
 void trackChanged(Desktop& app, Command command);
+void renameTrack(Desktop& app, Command command);
+void restoreDiscarded(Desktop& app, Command command);
+bool hasSavedTrack(const AppState& app, Command command);
 bool hasFinishedTrack(const AppState& app, Command command);
 
 }  // namespace vgps

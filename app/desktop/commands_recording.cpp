@@ -1,5 +1,6 @@
 #include "app/desktop/command_handlers.h"
 #include "app/desktop/keeping.h"
+#include "app/session/recording_texts.h"
 #include "base/texts.h"
 
 // The track that is being recorded.
@@ -11,9 +12,25 @@ bool samePreset(const RecordingPreset& preset, const RecordingOptions& options) 
          preset.altitude == options.altitude;
 }
 
+// A track that was opened or saved is another one than what is recorded next, unless the user says
+// so. False when a track is being recorded or played.
+bool readyToStart(Desktop& app) {
+  Recorder& recorder = app.recorder;
+  if (recorder.track.state != kIdle) return false;
+  if (recorder.track.points.empty()) return true;
+  const std::string_view answers[] = {textOf(Text::continueTrack), textOf(Text::newTrack)};
+  const std::string totals = trackTotalsText(recorder.track, recorder.options.distanceUnit);
+  const bool isNew = app.window.choose(textWith(Text::askToContinueTrack, totals), answers) == 1;
+  // While the question stood, another key may have begun something.
+  if (recorder.track.state != kIdle) return false;
+  if (isNew) recorder.discardTrack();
+  return true;
+}
+
 }  // namespace
 
 void startRecording(Desktop& app, Command) {
+  if (!readyToStart(app)) return showNotice(app, textOf(Text::alreadyRecording));
   if (!app.recorder.start()) return showNotice(app, textOf(Text::alreadyRecording));
   repaintNow(app);
 }
@@ -24,7 +41,9 @@ void pauseOrResumeRecording(Desktop& app, Command) {
 }
 
 void endRecording(Desktop& app, Command) {
-  tellKeeping(app, app.recorder.stop(true));
+  const Keeping keeping = app.recorder.stop(true);
+  tellKeeping(app, keeping);
+  if (keeping.outcome == Keeping::Outcome::declined) showNotice(app, textOf(Text::discardedKept));
   repaintNow(app);
 }
 
@@ -36,7 +55,10 @@ void markPoint(Desktop& app, Command) {
 
 void recordPointNow(Desktop& app, Command) {
   if (app.recorder.track.state != kRecording) return showNotice(app, textOf(Text::notRecording));
-  app.recorder.requestPoint();
+  if (app.recorder.options.manual) return app.recorder.requestPoint();
+  if (!app.recorder.recordNow(app.shown.fix)) return showNotice(app, textOf(Text::noValidFix));
+  showNotice(app,
+             textWith(Text::positionRecorded, std::to_string(app.recorder.track.points.size())));
 }
 
 // Into the settings as well, so that the recording dialog shows it. A running recording keeps the

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -14,9 +16,10 @@ namespace vgps {
 
 // What the user is asked for a file by.
 struct FileChoice {
-  std::string title;    // of the dialog
-  std::string kind;     // in words: "Tracks"
-  std::string pattern;  // "*.xml"; several with semicolons between
+  std::string title;        // of the dialog
+  std::string kind;         // in words: "Tracks"
+  std::string pattern;      // "*.xml"; several with semicolons between
+  std::string folder = {};  // where it begins; empty: where the system likes
 };
 
 // The main window as the desktop program sees it: besides what the session asks for, its size, its
@@ -37,6 +40,14 @@ class DesktopWindow : public Window {
   virtual std::string chooseFile(const FileChoice&) { return {}; }
   // Into the clipboard.
   virtual void copyText(std::string_view) {}
+  // The place of the row that the user chose in a list; none when none.
+  virtual std::optional<size_t> chooseRow(std::string_view, std::span<const std::string>) {
+    return std::nullopt;
+  }
+  // One line of text that the user types, `text` at first; none when the user gave up.
+  virtual std::optional<std::string> askText(std::string_view, std::string_view) {
+    return std::nullopt;
+  }
   // Posts a request to close, as the frame's button does; the answer is `closeRequested`.
   virtual void close() {}
   // Takes menu, child and window away and ends the message loop.

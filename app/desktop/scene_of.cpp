@@ -4,6 +4,7 @@
 
 #include "app/session/connection.h"
 #include "app/session/fix_values.h"
+#include "app/session/recording_texts.h"
 #include "base/texts.h"
 #include "geo/units.h"
 
@@ -132,6 +133,7 @@ Scene makeScene(const AppState& app) {
   scene.trackPoints = app.recorder.track.points.size();
   scene.trackLength =
       distanceText(app.recorder.recording().distance(), app.recorder.options.distanceUnit);
+  scene.trackWaiting = waitingText(app.recorder);
   for (const KindStats& kind : shown.stats.kinds) {
     scene.sentencesPerSecond += kind.rate.perSecond(now);
   }

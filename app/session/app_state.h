@@ -203,7 +203,8 @@ struct AppState {
 
   SimulationData simulationData = SimulationData::trip;
   uint64_t logBytes = 0;  // of the log's file while it is written; measured now and then
-  std::string notice;     // one line that the status shows for a while
+  std::string standingNotice;  // in front of every other one, as long as a question stands
+  std::string notice;          // one line that the status shows for a while
   uint32_t noticeTick = 0;
   LinesTold linesTold;
   RawLog rawLog;                // of the raw log screen, while it shows

@@ -89,6 +89,8 @@ struct Settings {
   bool recordTime{};               // "rtc"
   bool recordCourse{};             // "rbc"
   int32_t recordEvery{};           // "res"
+  int32_t recordEverySeconds{};    // "reseconds"
+  int32_t recordEveryMetres{};     // "remeters"
   int32_t recordBem{};             // "bem"
   bool drawPath{};                 // "drp"
   bool viewCell{};                 // "vci"

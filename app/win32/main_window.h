@@ -64,6 +64,9 @@ class MainWindow : public DesktopWindow {
   void copyText(std::string_view text) override;
   bool openDialog(Command command) override;
   std::string chooseFile(const FileChoice& choice) override;
+  std::optional<size_t> chooseRow(std::string_view title,
+                                  std::span<const std::string> rows) override;
+  std::optional<std::string> askText(std::string_view title, std::string_view text) override;
   void close() override;
   void destroy() override;
 

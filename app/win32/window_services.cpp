@@ -12,6 +12,7 @@
 #include "app/win32/file_chooser.h"
 #include "app/win32/find_receiver.h"
 #include "app/win32/finder_dialog.h"
+#include "app/win32/prompt_dialogs.h"
 #include "app/win32/window_messages.h"
 #include "platform/win32/wide.h"
 #include "res/finder_ids.h"
@@ -170,7 +171,17 @@ bool MainWindow::openSettings(Command command) {
 }
 
 std::string MainWindow::chooseFile(const FileChoice& choice) {
-  return chooseExistingFile(window_, choice.kind, choice.pattern, {}, choice.title).value_or("");
+  return chooseExistingFile(window_, choice.kind, choice.pattern, {}, choice.title, choice.folder)
+      .value_or("");
+}
+
+std::optional<size_t> MainWindow::chooseRow(std::string_view title,
+                                            std::span<const std::string> rows) {
+  return chooseRowIn(window_, title, rows);
+}
+
+std::optional<std::string> MainWindow::askText(std::string_view title, std::string_view text) {
+  return askTextIn(window_, title, text);
 }
 
 void MainWindow::copyText(std::string_view text) {

@@ -61,6 +61,11 @@ class FakeWindow : public DesktopWindow {
   }
   WindowPlace place() const override { return placeNow; }
   void copyText(std::string_view text) override { copied = text; }
+  std::optional<size_t> chooseRow(std::string_view, std::span<const std::string> rows) override {
+    offeredRows.assign(rows.begin(), rows.end());
+    return chosenRow;
+  }
+  std::optional<std::string> askText(std::string_view, std::string_view) override { return typed; }
   void close() override { done.emplace_back("close"); }
   void destroy() override { done.emplace_back("destroy"); }
 
@@ -82,6 +87,9 @@ class FakeWindow : public DesktopWindow {
   bool dialogsExist = true;
   std::vector<FileChoice> choices;
   std::string chosenFile;
+  std::vector<std::string> offeredRows;  // of the last list
+  std::optional<size_t> chosenRow;
+  std::optional<std::string> typed;
   std::vector<std::string> done;  // of the end, in their order
 };
 
