@@ -35,6 +35,7 @@ int runReplay(const ReplayOptions& options);
 struct PortsOptions {
   std::vector<std::string> ports;  // empty: those of the system
   uint32_t speed = 9600;
+  bool search = false;  // at all usual speeds instead of this one
   bool json = false;
 };
 int runPorts(const PortsOptions& options);

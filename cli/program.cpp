@@ -76,6 +76,8 @@ void addPorts(CLI::App& program, Chosen& chosen) {
   command->add_option("--speed", options->speed, "Baud rate")
       ->check(positiveNumber())
       ->option_text("N (9600)");
+  command->add_flag("--search", options->search,
+                    "Try all common baud rates; takes up to 30 seconds");
   command->add_flag("--json", options->json, "Print JSON");
   command->callback([options, &chosen] { chosen = [options] { return runPorts(*options); }; });
 }

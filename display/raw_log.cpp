@@ -32,7 +32,7 @@ std::string headline(const SceneRawLog& log) {
   if (log.paused) add(textOf(Text::rawLogPaused));
   if (log.newer > 0) add(textWith(Text::rawLogNewer, std::to_string(log.newer)));
   if (log.filter.empty()) {
-    add(textOf(Text::rawLogHint));
+    if (text.empty()) add(textOf(Text::rawLogHint));
   } else {
     const std::string count = std::to_string(log.matching) + '/' + std::to_string(log.kept);
     add(textWith(Text::rawLogFilter, log.filter, count));

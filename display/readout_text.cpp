@@ -35,7 +35,12 @@ std::string dateText(const DateTime& time) {
 }
 
 std::string offsetText(int32_t utcOffsetMinutes) {
-  const int32_t ahead = -utcOffsetMinutes;
+  constexpr int32_t kDay = 24 * 60;
+  constexpr int32_t kFarthest = 14 * 60;  // that any zone is ahead or behind
+  // Across the end of a month the days' numbers say nothing, and whole days too many come out.
+  int32_t ahead = -utcOffsetMinutes % kDay;
+  if (ahead > kFarthest) ahead -= kDay;
+  if (ahead < -kFarthest) ahead += kDay;
   const auto minutes = static_cast<uint32_t>(std::abs(ahead));
   return textWith(Text::utcOffset, (ahead < 0 ? '-' : '+') + twoDigits(minutes / 60) + ':' +
                                        twoDigits(minutes % 60));

@@ -24,7 +24,10 @@ double RateMeter::perSecond(uint32_t tick) const {
   if (tick - lastTick_ > kWindowMs) return 0;
   if (lastWindowRate_ >= 0) return lastWindowRate_;
   const uint32_t elapsed = lastTick_ - windowStart_;
-  return elapsed == 0 ? 0 : (inWindow_ - 1) * 1000.0 / elapsed;
+  // Within a single burst nothing is known: a kind that comes every five seconds would have
+  // thousands a second.
+  constexpr uint32_t kBurstMs = 500;
+  return elapsed < kBurstMs ? 0 : (inWindow_ - 1) * 1000.0 / elapsed;
 }
 
 uint64_t SentenceStats::sum(uint64_t KindStats::*member) const {

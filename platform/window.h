@@ -21,6 +21,8 @@ class Window {
   // Shows an error or a notice to the user and returns without waiting for an answer.
   virtual void tellError(std::string_view) {}
   virtual void tell(std::string_view) {}
+  // An error that a search for the receiver may mend, which is offered in the same box.
+  virtual void offerSearch(std::string_view error) { tellError(error); }
   // A question that is answered with Yes or No; waits. True for Yes; No is the default, and the
   // answer of a program that cannot ask.
   virtual bool ask(std::string_view) { return false; }

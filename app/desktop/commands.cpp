@@ -224,6 +224,7 @@ constexpr auto kRows = std::to_array<CommandRow>({
     one(Command::pauseRawLog, pauseRawLog, isRawLogPaused, showsRawLog),
     one(Command::copyRawLog, copyRawLog, nullptr, hasRawLog),
     one(Command::resetTrip, resetTrip),
+    one(Command::firstRecording, openOptionDialog),
     one(Command::renameTrack, renameTrack, nullptr, hasSavedTrack),
     one(Command::restoreDiscarded, restoreDiscarded),
     // clang-format on

@@ -39,6 +39,7 @@ void disconnect(Desktop& app, Command) {
 
 void gpsTimeToSystem(Desktop& app, Command) {
   if (!hasFix(app, Command::gpsTimeToSystem)) return showNotice(app, textOf(Text::noValidFix));
+  if (app.shown.fix.utcTime.day == 0) return showNotice(app, textOf(Text::noDateYet));
   if (!app.platform.setSystemTime) return showNotice(app, textOf(Text::notAvailable));
   const DateTime time = systemTimeFrom(app.shown.fix.utcTime, app.platform.clock.utc());
   const bool set = app.platform.setSystemTime(time);

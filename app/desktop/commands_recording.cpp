@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "app/desktop/command_handlers.h"
 #include "app/desktop/keeping.h"
 #include "app/session/recording_texts.h"
@@ -27,9 +29,24 @@ bool readyToStart(Desktop& app) {
   return true;
 }
 
+// Before the first recording ever: what most users want is not what the settings begin with.
+// Returns false if the user has thought better of it.
+bool explainRecording(Desktop& app) {
+  if (app.settings.recordingExplained || app.commandFromHotKey) return true;
+  const bool time = std::exchange(app.settings.recordTime, true);
+  const bool speed = std::exchange(app.settings.recordSpeed, true);
+  const bool opened = app.window.openDialog(Command::firstRecording);
+  if (app.settings.recordingExplained) return true;
+  app.settings.recordTime = time;
+  app.settings.recordSpeed = speed;
+  return !opened;
+}
+
 }  // namespace
 
 void startRecording(Desktop& app, Command) {
+  const bool idle = app.recorder.track.state == kIdle;
+  if (idle && !explainRecording(app)) return;
   if (!readyToStart(app)) return showNotice(app, textOf(Text::alreadyRecording));
   if (!app.recorder.start()) return showNotice(app, textOf(Text::alreadyRecording));
   repaintNow(app);

@@ -117,7 +117,7 @@ Scene makeScene(const AppState& app) {
   scene.fontFactor = app.settings.fontFactor;
   scene.utcOffsetMinutes = app.gps.options.utcOffsetMinutes;
   scene.state = stateOf(app, now);
-  scene.source = sourceName(app.link.source());
+  scene.source = sourceInUse(app);
   scene.notice = std::string(currentNotice(app));
   const bool noise = isFresh(shown.arrivals.noise, now);
   if (scene.state == ReceiverState::noData && noise && scene.notice.empty()) {

@@ -201,6 +201,7 @@ struct AppState {
   int32_t frameCountdown = 0;
   PendingDisplay pendingDisplay;
 
+  bool searchOffered = false;  // in this connection, because of its speed
   SimulationData simulationData = SimulationData::trip;
   uint64_t logBytes = 0;  // of the log's file while it is written; measured now and then
   std::string standingNotice;  // in front of every other one, as long as a question stands

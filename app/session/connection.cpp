@@ -29,6 +29,30 @@ void tellOddLines(AppState& app) {
   if (!news.empty()) showNotice(app, news);
 }
 
+// A source without a way of its own to it leaves the serial port, or nothing.
+void tellMissingSource(AppState& app, const SourceChoice& choice) {
+  if (choice.simulate) return;
+  if (choice.useSensorApi && app.gps.sensors != nullptr) {
+    if (!app.fix.running) showNotice(app, textOf(Text::sensorNotFound));
+  } else if (choice.useSensorApi) {
+    showNotice(app, textWith(Text::noLocationSensors, choice.port));
+  } else if (choice.useGpsApi) {
+    showNotice(app, textWith(Text::noGpsInterface, choice.port));
+  }
+}
+
+// Bytes come that no receiver means: most probably at another speed than this one. Once for each
+// connection.
+void offerSearchForSpeed(AppState& app) {
+  constexpr uint32_t kRecentMs = 5000;
+  const ArrivalTicks::Arrival& noise = app.shown.arrivals.noise;
+  const bool noisy = noise.ever && app.platform.clock.tick() - noise.tick <= kRecentMs;
+  if (app.searchOffered || app.shown.dataSeen || !noisy) return;
+  if (app.link.state() != Link::State::open) return;
+  app.searchOffered = true;
+  app.platform.window.offerSearch(textWith(Text::wrongSpeedOf, app.link.source().port));
+}
+
 // What the user has loaded is played whatever starts the simulation.
 void chooseSimulationData(AppState& app, bool walk) {
   const SimulationData wanted = walk ? SimulationData::walk : SimulationData::trip;
@@ -91,10 +115,15 @@ bool connectReceiver(AppState& app, const SourceChoice& choice) {
   forgetSource(app.shown);
   if (!isSameSource(app.link.source(), choice)) resetMaxima(app);
   if (choice.simulate) chooseSimulationData(app, choice.walk);
-  if (app.link.open(choice)) return true;
-  showNotice(app, choice.port.empty() ? std::string(textOf(Text::noReceiverChosen))
-                                      : portProblem(app.link.error(), choice.port));
-  app.platform.window.tellError(textOf(Text::openingFailed));
+  app.searchOffered = false;
+  if (app.link.open(choice)) {
+    tellMissingSource(app, choice);
+    return true;
+  }
+  const std::string reason = choice.port.empty() ? std::string(textOf(Text::noReceiverChosen))
+                                                 : portProblem(app.link.error(), choice.port);
+  showNotice(app, reason);
+  app.platform.window.offerSearch(std::string(textOf(Text::openingFailed)) + "\n\n" + reason);
   return false;
 }
 
@@ -107,8 +136,16 @@ void checkConnection(AppState& app) {
                              link.source().port));
   } else if (link.state() == Link::State::lost) {
     tellReason(app);
+  } else {
+    offerSearchForSpeed(app);
   }
   tellOddLines(app);
+}
+
+std::string sourceInUse(const AppState& app) {
+  SourceChoice source = app.link.source();
+  if (app.gps.sensors == nullptr) source.useSensorApi = false;
+  return sourceName(source);
 }
 
 int32_t measureUtcOffset(const DateTime& utc, const DateTime& local) {

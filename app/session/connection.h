@@ -9,6 +9,10 @@ namespace vgps {
 // "COM3, 9600 baud", "Simulation"; empty when none was chosen.
 std::string sourceName(const SourceChoice& source);
 
+// The name of the source that the link has opened; of a serial port that was opened in place of a
+// location sensor, which this computer does not have, the port's.
+std::string sourceInUse(const AppState& app);
+
 // The source in the settings as they are now, even if another program has just changed them.
 SourceChoice sourceOfSettings(AppState& app);
 

@@ -36,10 +36,10 @@ KnownValues knownValues(const UiFix& shown) {
   return {.status = heard(SentenceType::rmc) || heard(SentenceType::gga),
           .position = std::isfinite(fix.latitude) && std::isfinite(fix.longitude) &&
                       !isNoPosition(fix.longitude, fix.latitude),
-          .altitude = fix.altitude != 0 || arrivals.altitude.ever,
-          .speed = moves || arrivals.motion.ever,
+          .altitude = fix.altitude != 0 || fix.altitudeKnown(),
+          .speed = moves || fix.speedKnown(),
           // A receiver at rest leaves the course empty, so 0 is north only in motion.
-          .course = fix.course != 0 || (arrivals.motion.ever && moves),
+          .course = fix.course != 0 || (fix.courseKnown() && moves),
           .variation = fix.magneticVariation != 0,
           // Midnight is never stored as a time of day.
           .time = utc.hour != 0 || utc.minute != 0 || utc.second != 0 || utc.millisecond != 0,

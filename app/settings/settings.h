@@ -135,6 +135,7 @@ struct Settings {
   bool manualRecording{};          // "mnr"
   std::string trackStorePath{};    // "tlp"
   int32_t talkers{};               // "tlk"
+  bool recordingExplained{};       // "asked": what is recorded was asked for once
   std::string updateSource{};      // "ups"
   int32_t windowLeft{};            // "left", pixels, as the four below it
   int32_t windowTop{};             // "top"

@@ -180,6 +180,7 @@ inline constexpr auto kSettingRows = [] {
     flag("cfg\\window", "maximized", 0, &Settings::windowMaximized, SettingGroup::window),
     number("cfg\\window", "screen", 1, &Settings::windowScreen, SettingGroup::window),
     number("cfg\\window", "scheme", 0, &Settings::windowScheme, SettingGroup::window),
+    flag("cfg\\track", "asked", 0, &Settings::recordingExplained, SettingGroup::recording),
     text("cfg\\vgps", "ups", "", 200, &Settings::updateSource, SettingGroup::update),
     flag("cfg\\vgps", "zdec", 0, &Settings::altitudeDecimals, SettingGroup::display),
       // clang-format on

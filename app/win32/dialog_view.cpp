@@ -119,6 +119,8 @@ void WindowDialogView::showNote(std::string_view text) {
                                     client.bottom, client.right - 2 * units.left, units.bottom,
                                     dialog_, nullptr, nullptr, nullptr);
   SendMessageW(line, WM_SETFONT, SendMessageW(dialog_, WM_GETFONT, 0, 0), FALSE);
+  // The first that a screen reader comes to.
+  SetWindowPos(line, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 std::optional<std::string> WindowDialogView::chooseFile(std::string_view kind,

@@ -18,7 +18,9 @@ constexpr UINT kChanged = WM_APP + 1;
 constexpr int kProgressRange = 1000;
 
 // Of the list's width, in hundredths.
-constexpr std::array kColumnShares = {12, 33, 55};
+constexpr std::array kColumnShares = {11, 26, 43, 20};
+constexpr std::array kColumnTitles = {Text::finderPortColumn, Text::finderDeviceColumn,
+                                      Text::finderAnswerColumn, Text::finderPositionColumn};
 
 class FinderDialog {
  public:
@@ -29,7 +31,7 @@ class FinderDialog {
 
   static INT_PTR CALLBACK procedure(HWND dialog, UINT message, WPARAM first, LPARAM second);
 
-  std::optional<SourceChoice> choice;
+  std::optional<FoundReceiver> choice;
 
  private:
   INT_PTR handle(UINT message, WPARAM first, LPARAM second);
@@ -97,6 +99,7 @@ void FinderDialog::begin() {
   ListView_SetExtendedListViewStyle(list_, LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP);
   SendMessageW(control(FINDER_PROGRESS), PBM_SETRANGE32, 0, kProgressRange);
   addColumns();
+  CheckDlgButton(dialog_, FINDER_AT_START, BST_CHECKED);
   search();
 }
 
@@ -105,7 +108,7 @@ void FinderDialog::addColumns() {
   GetClientRect(list_, &client);
   const int width = client.right - GetSystemMetrics(SM_CXVSCROLL);
   for (size_t i = 0; i < kColumnShares.size(); ++i) {
-    std::wstring title = wideFromUtf8(textOf(Text::finderPortColumn + static_cast<uint32_t>(i)));
+    std::wstring title = wideFromUtf8(textOf(kColumnTitles[i]));
     LVCOLUMNW column{};
     column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
     column.pszText = title.data();
@@ -165,6 +168,7 @@ void FinderDialog::showRow(int row, const PortFinding& finding) {
   setCell(row, 0, finding.port.name);
   setCell(row, 1, finding.port.description);
   setCell(row, 2, findingText(finding));
+  setCell(row, 3, positionText(finding));
 }
 
 // A text that is set anew flickers.
@@ -217,7 +221,8 @@ void FinderDialog::use() {
   const PortFinding& finding = findings[static_cast<size_t>(row)];
   if (!finding.answered || finding.answer.result != ProbeResult::found) return;
   finder_.stop();  // the port has to be free
-  choice = SourceChoice{.port = finding.port.name, .speed = finding.speed};
+  choice = FoundReceiver{{.port = finding.port.name, .speed = finding.speed},
+                         IsDlgButtonChecked(dialog_, FINDER_AT_START) == BST_CHECKED};
   EndDialog(dialog_, IDOK);
 }
 
@@ -233,7 +238,7 @@ std::wstring cellText(HWND list, int row, int column) {
   return text;
 }
 
-std::optional<SourceChoice> runFinder(HINSTANCE resources, HWND owner, const FinderSetup& setup) {
+std::optional<FoundReceiver> runFinder(HINSTANCE resources, HWND owner, const FinderSetup& setup) {
   FinderDialog dialog(setup);
   DialogBoxParamW(resources, MAKEINTRESOURCEW(DIALOG_FINDER), owner, FinderDialog::procedure,
                   reinterpret_cast<LPARAM>(&dialog));

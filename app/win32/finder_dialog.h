@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "app/session/connection.h"
+#include "app/session/receiver_search.h"
 #include "gps/port_finder.h"
 
 namespace vgps {
@@ -23,7 +23,7 @@ std::wstring cellText(HWND list, int row, int column);
 // Searches all ports for a receiver and lets the user choose among the answers. Empty when
 // nothing was chosen. The program's own connection has to be closed before: its port would be
 // busy.
-std::optional<SourceChoice> runFinder(HINSTANCE resources, HWND owner,
-                                      const FinderSetup& setup = {});
+std::optional<FoundReceiver> runFinder(HINSTANCE resources, HWND owner,
+                                       const FinderSetup& setup = {});
 
 }  // namespace vgps

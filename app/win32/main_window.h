@@ -53,6 +53,7 @@ class MainWindow : public DesktopWindow {
   void tellError(std::string_view text) override;
   bool shiftHeld() override;
   void pressSpace() override;
+  void offerSearch(std::string_view error) override;
   void tell(std::string_view text) override;
   bool ask(std::string_view question) override;
   size_t choose(std::string_view question, std::span<const std::string_view> answers) override;
@@ -131,9 +132,9 @@ class MainWindow : public DesktopWindow {
 
   struct Message {
     std::wstring text;
-    UINT icon;
+    UINT style;  // icon and buttons; Yes opens the search for a receiver
   };
-  void queueMessage(std::string_view text, UINT icon);
+  void queueMessage(std::string_view text, UINT style);
 
   std::deque<Message> messages_;
   bool showingMessages_ = false;

@@ -51,11 +51,16 @@ void MainWindow::showTitle() {
 // A message box runs until the user answers, and the caller may be a reader that waits.
 void MainWindow::tellError(std::string_view text) { queueMessage(text, MB_ICONERROR); }
 
+void MainWindow::offerSearch(std::string_view error) {
+  const std::string question = std::string(error) + "\n\n" + std::string(textOf(Text::searchNow));
+  queueMessage(question, MB_ICONERROR | MB_YESNO);
+}
+
 void MainWindow::tell(std::string_view text) { queueMessage(text, MB_ICONINFORMATION); }
 
 // What is said before there is a window waits for it.
-void MainWindow::queueMessage(std::string_view text, UINT icon) {
-  messages_.push_back({wideFromUtf8(text), icon});
+void MainWindow::queueMessage(std::string_view text, UINT style) {
+  messages_.push_back({wideFromUtf8(text), style});
   if (window_ != nullptr) PostMessageW(window_, kMessagesWaiting, 0, 0);
 }
 
@@ -65,7 +70,9 @@ void MainWindow::showMessages() {
   while (!messages_.empty() && window_ != nullptr) {
     const Message message = messages_.front();
     messages_.pop_front();
-    MessageBoxW(window_, message.text.c_str(), programTitle().c_str(), MB_OK | message.icon);
+    const int answer =
+        MessageBoxW(window_, message.text.c_str(), programTitle().c_str(), message.style);
+    if (answer == IDYES) PostMessageW(window_, WM_COMMAND, WPARAM(Command::findReceiver), 0);
   }
   showingMessages_ = false;
 }
@@ -73,7 +80,7 @@ void MainWindow::showMessages() {
 void MainWindow::showLastMessages() {
   for (const Message& message : messages_) {
     MessageBoxW(nullptr, message.text.c_str(), programTitle().c_str(),
-                MB_OK | MB_SETFOREGROUND | message.icon);
+                MB_SETFOREGROUND | (message.style & ~UINT{MB_YESNO}));
   }
   messages_.clear();
 }

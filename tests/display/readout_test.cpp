@@ -335,5 +335,17 @@ TEST(TextFit, CutsBetweenCharacters) {
   EXPECT_EQ(shortened(canvas, "text", font, 3), "");
 }
 
+// Across the end of a month the measured offset is a day too far.
+TEST(Readout, UtcOffsetsAreThoseOfZones) {
+  const std::pair<int32_t, std::string_view> rows[] = {{-120, "UTC+02:00"},    {-2400, "UTC-08:00"},
+                                                       {46 * 60, "UTC+02:00"}, {-840, "UTC+14:00"},
+                                                       {720, "UTC-12:00"},     {900, "UTC+09:00"}};
+  for (const auto& [minutes, text] : rows) {
+    Scene scene;
+    scene.utcOffsetMinutes = minutes;
+    EXPECT_EQ(readoutTexts(scene).offset, text);
+  }
+}
+
 }  // namespace
 }  // namespace vgps

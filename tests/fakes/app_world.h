@@ -53,7 +53,8 @@ class FakeWindow : public DesktopWindow {
   void resizeClient(int32_t width, int32_t height) override { size = {width, height}; }
   bool openDialog(Command command) override {
     dialogs.push_back(command);
-    return dialogsExist;
+    if (onDialog) onDialog(command);
+    return dialogsExist && (command != Command::firstRecording || onDialog);
   }
   std::string chooseFile(const FileChoice& choice) override {
     choices.push_back(choice);
@@ -85,6 +86,7 @@ class FakeWindow : public DesktopWindow {
   WindowPlace placeNow;
   std::string copied;
   bool dialogsExist = true;
+  std::function<void(Command)> onDialog;  // what the user does with it
   std::vector<FileChoice> choices;
   std::string chosenFile;
   std::vector<std::string> offeredRows;  // of the last list

@@ -87,7 +87,8 @@ TEST(Commands, ConnectReadsTheSettingsAtThatMoment) {
   XmlSetString("cfg\\vgps", "smv", "1", world.app.config.path().c_str());
   runCommand(world.app, Command::connect);
   EXPECT_EQ(world.app.gps.options.speedUnit, 1);
-  EXPECT_EQ(world.window.errors, std::vector<std::string>{"GPS Opening failed"});
+  ASSERT_EQ(world.window.errors.size(), 1U);
+  EXPECT_TRUE(world.window.errors[0].starts_with("GPS Opening failed\n\n"));
 }
 
 TEST(Commands, TheLogIsSwitchedAndRemembered) {
@@ -135,6 +136,11 @@ TEST(Commands, GpsTimeToSystem) {
   expected.dayOfWeek = world.systemTimes[0].dayOfWeek;
   EXPECT_EQ(world.systemTimes[0], expected);
   EXPECT_EQ(currentNotice(world.app), "The computer's clock was set from the receiver.");
+  world.app.shown.fix.utcTime.day = 0;
+  runCommand(world.app, Command::gpsTimeToSystem);
+  EXPECT_EQ(world.systemTimes.size(), 1U) << "GGA alone gives no date";
+  EXPECT_NE(currentNotice(world.app).find("not sent a date"), std::string_view::npos);
+  world.app.shown.fix.utcTime.day = 23;
   world.clockCanBeSet = false;
   runCommand(world.app, Command::gpsTimeToSystem);
   EXPECT_NE(currentNotice(world.app).find("administrator"), std::string_view::npos);

@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
 #include "app/desktop/commands.h"
+#include "app/desktop/dialog_context.h"
 #include "app/desktop/keeping.h"
 #include "app/desktop/scene_of.h"
 #include "app/session/timers.h"
 #include "library/discarded_recordings.h"
+#include "res/dialog_ids.h"
+#include "tests/fakes/fake_dialog_view.h"
 #include "tests/fakes/program_world.h"
 #include "track/track_file.h"
 
@@ -63,6 +66,35 @@ TEST_F(RecordingCommands, ATripFromStartToEnd) {
   EXPECT_TRUE(app.recorder.track.points.empty());
   EXPECT_FALSE(world.window.timers.contains(kTurnTimer));
   EXPECT_FALSE(hasJournal()) << "the points are safe";
+}
+
+// Only once, and the defaults of the settings stay what they are.
+TEST_F(RecordingCommands, TheFirstOneEverAsksWhatIsRecorded) {
+  world.load("");
+  bool confirms = false;
+  world.window.onDialog = [&](Command) {
+    EXPECT_TRUE(app.settings.recordTime && app.settings.recordSpeed) << "ticked";
+    if (!confirms) return;
+    DialogContext context = dialogContextOf(app);
+    FakeDialogView view;
+    const Dialog& dialog = *findDialog(Command::firstRecording);
+    fillDialog(dialog, view, context);
+    pressControl(dialog, view, CONTROL_PRESET_WALKING);
+    confirmDialog(dialog, view, context);
+  };
+  run(kStart);
+  EXPECT_EQ(app.recorder.track.state, kIdle) << "given up";
+  EXPECT_FALSE(app.settings.recordTime);
+  confirms = true;
+  run(kStart);
+  EXPECT_EQ(app.recorder.track.state, kRecording);
+  EXPECT_TRUE(app.recorder.options.recordTime && app.recorder.options.recordSpeed);
+  EXPECT_EQ(app.recorder.options.speed, kRecordingPresets[0].speed);
+  run(kEnd);
+  startSettings(app);
+  run(kStart);
+  EXPECT_EQ(app.recorder.track.state, kRecording);
+  EXPECT_EQ(world.window.dialogs.size(), 2U) << "not asked again";
 }
 
 TEST_F(RecordingCommands, NoDiscardsTheTrack) {
