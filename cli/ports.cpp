@@ -100,8 +100,8 @@ int runPorts(const PortsOptions& options) {
     printWords(findings);
   }
   const int written = finishOutput();
-  const bool found = std::any_of(answers.begin(), answers.end(), [](const ProbeAnswer& answer) {
-    return answer.result == ProbeResult::found;
+  const bool found = std::any_of(findings.begin(), findings.end(), [](const PortFinding& finding) {
+    return finding.answer.result == ProbeResult::found;
   });
   return found ? written : 1;
 }

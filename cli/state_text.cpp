@@ -5,11 +5,8 @@
 #include <cmath>
 #include <cstdio>
 
-<<<<<<< HEAD
-#include "app/session/line_notes.h"
-=======
 #include "app/session/fix_values.h"
->>>>>>> values
+#include "app/session/line_notes.h"
 #include "base/number.h"
 #include "geo/distance.h"
 #include "geo/units.h"
@@ -103,26 +100,9 @@ std::vector<TextRow> stateRows(const UiFix& shown, uint32_t now) {
   const FixRecord& fix = shown.fix;
   const SatelliteTable& table = shown.satellites;
   const SentenceStats& stats = shown.stats;
-<<<<<<< HEAD
-  std::vector<TextRow> rows = {
-      {"Fix", fixStatusText(fix.fixStatus)},
-      {"Position", positionText(fix)},
-      {"Altitude", fixedText(fix.altitude, 0) + " m"},
-      {"Speed", speedsText(fix)},
-      {"Course",
-       fixedText(fix.course, 1) + " degrees, variation " + fixedText(fix.magneticVariation, 1)},
-      {"UTC", timeText(fix.utcTime)},
-      {"Local time", clockText(fix.localTime)},
-      {"Maximum",
-       fixedText(shown.maxSpeed, 2) + " km/h, " + fixedText(shown.maxAltitude, 0) + " m"},
-      {"Satellites", std::to_string(table.usedCount) + " used, " +
-                         std::to_string(table.inViewCount) + " in view"},
-      {"DOP", "position " + fixedText(table.pdop, 1) + ", horizontal " + fixedText(table.hdop, 1) +
-                  ", vertical " + fixedText(table.vdop, 1)},
-=======
   const KnownValues known = knownValues(shown);
   const auto dop = [](float value) { return orDashes(value != 0, fixedText(value, 1)); };
-  return {
+  std::vector<TextRow> rows = {
       {"Fix", orDashes(known.status, fixStatusText(currentQuality(shown, now)))},
       {"Position", orDashes(known.position, positionText(fix))},
       {"Accuracy", accuracyText(shown, now)},
@@ -139,7 +119,6 @@ std::vector<TextRow> stateRows(const UiFix& shown, uint32_t now) {
                          orDashes(known.inView, std::to_string(table.inViewCount)) + " in view"},
       {"DOP", "position " + dop(table.pdop) + ", horizontal " + dop(table.hdop) + ", vertical " +
                   dop(table.vdop)},
->>>>>>> values
       {"Systems", systemsText(shown.view)},
       {"Sentences", countsText(stats)},
       {"Rejected", std::to_string(stats.rejected)},
