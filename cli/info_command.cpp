@@ -170,7 +170,7 @@ int runInfo(const InfoOptions& options) {
   Json all = Json::array();
   std::string text;
   for (const Track& track : tracks) {
-    const TrackStatistics statistics = 
+    const TrackStatistics statistics =
         statisticsOf(track, options.asRecorded ? Measure::asRecorded : Measure::geodesic);
     if (options.json) {
       all.push_back(infoJson(track, statistics));

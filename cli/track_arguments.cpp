@@ -110,7 +110,9 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
       "deleted when the track is written. With --replay, point times come from the UTC in the log, "
       "not from the computer's clock.");
   CLI::Option* const replay =
-      command->add_option("--replay", options->log, "Log file (NMEA text, SiRF binary, or both), or - for standard input")
+      command
+          ->add_option("--replay", options->log,
+                       "Log file (NMEA text, SiRF binary, or both), or - for standard input")
           ->check(nonEmptyName())
           ->option_text("LOG");
   CLI::Option* const port = command->add_option("--port", options->port, "Port of the receiver")

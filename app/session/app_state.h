@@ -79,7 +79,7 @@ struct UiFix {
   double maxAltitude = 0;  // the parser's
   // Of this source, or since the trip was reset; whatever unit is chosen.
   Speeds fastest{};
-  double highest = 0;  // metres
+  double highest = 0;            // metres
   double exactAltitude = 0;      // with the decimals that GGA had
   std::optional<GstReport> gst;  // the last one of this connection
   int32_t epochSentenceKind = 0;
@@ -203,7 +203,7 @@ struct AppState {
 
   bool searchOffered = false;  // in this connection, because of its speed
   SimulationData simulationData = SimulationData::trip;
-  uint64_t logBytes = 0;  // of the log's file while it is written; measured now and then
+  uint64_t logBytes = 0;       // of the log's file while it is written; measured now and then
   std::string standingNotice;  // in front of every other one, as long as a question stands
   std::string notice;          // one line that the status shows for a while
   uint32_t noticeTick = 0;

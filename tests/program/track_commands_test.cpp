@@ -109,14 +109,15 @@ TEST_F(TrackCommands, InfoOfALibrary) {
       write("tracks.xml",
             "<root><tracks><t n=\"A\" start=\"2010-07-05T07:03:04Z\"><p x=\"1\" y=\"2\" z=\"0\" "
             "unknown=\"z\"/></t><t><p x=\"1\" y=\"2\" z=\"3\"/></t></tracks></root>");
-  const json all = json::parse(runProgram({"info", library, "--json"}).output);
+  const nlohmann::json all = nlohmann::json::parse(runProgram({"info", library, "--json"}).output);
   ASSERT_EQ(all.size(), 2U);
   EXPECT_EQ(all[0]["startUtc"], "2010-07-05T07:03:04Z");
   EXPECT_TRUE(all[0]["climb"].is_null());
   EXPECT_TRUE(all[0]["first"]["altitude"].is_null());
   EXPECT_EQ(all[1]["first"]["altitude"], 3);
   for (const char* which : {"2", "Track 2"}) {
-    const json one = json::parse(runProgram({"info", library, "--track", which, "--json"}).output);
+    const nlohmann::json one =
+        nlohmann::json::parse(runProgram({"info", library, "--track", which, "--json"}).output);
     EXPECT_EQ(one["name"], "Track 2");
   }
   EXPECT_NE(oneLineError({"info", library, "--track", "B"}).find("no track B"), std::string::npos);
