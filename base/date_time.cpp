@@ -13,6 +13,37 @@ bool isCalendarTime(const DateTime& time) {
   return date.ok() && time.year > 0 && time.hour < 24 && time.minute < 60 && time.second < 60;
 }
 
+int64_t secondsOf(const DateTime& time) {
+  const std::chrono::year_month_day date{
+      std::chrono::year(time.year), std::chrono::month(time.month), std::chrono::day(time.day)};
+  const int64_t days = std::chrono::sys_days(date).time_since_epoch().count();
+  return ((days * 24 + time.hour) * 60 + time.minute) * 60 + time.second;
+}
+
+DateTime dateTimeOf(int64_t seconds) {
+  constexpr int64_t kFirst = -62135596800;  // 0001-01-01
+  constexpr int64_t kLast = 253402300799;   // 9999-12-31 23:59:59
+  if (seconds < kFirst || seconds > kLast) return {};
+  constexpr int64_t kDay = 24 * 60 * 60;
+  const int64_t ofDay = (seconds % kDay + kDay) % kDay;
+  const std::chrono::sys_days days{std::chrono::days((seconds - ofDay) / kDay)};
+  const std::chrono::year_month_day date(days);
+  return {.year = static_cast<uint16_t>(static_cast<int>(date.year())),
+          .month = static_cast<uint16_t>(static_cast<unsigned>(date.month())),
+          .dayOfWeek = static_cast<uint16_t>(std::chrono::weekday(days).c_encoding()),
+          .day = static_cast<uint16_t>(static_cast<unsigned>(date.day())),
+          .hour = static_cast<uint16_t>(ofDay / 3600),
+          .minute = static_cast<uint16_t>(ofDay / 60 % 60),
+          .second = static_cast<uint16_t>(ofDay % 60)};
+}
+
+DateTime plusMinutes(const DateTime& time, int64_t minutes) {
+  if (!isCalendarTime(time) || minutes == 0) return time;
+  DateTime moved = dateTimeOf(secondsOf(time) + minutes * 60);
+  moved.millisecond = time.millisecond;
+  return moved;
+}
+
 bool readDateTime(std::string_view text, std::string_view form, DateTime& out) {
   if (text.size() != form.size()) return false;
   DateTime read;

@@ -32,9 +32,18 @@ struct DateTime {
 // 23:59:59.
 bool isCalendarTime(const DateTime& time);
 
-// Reads `text` according to `form`, for example "YYYY-MM-DD hh:mm:ss": Y, M, D, h, m, and s each
-// stand for one digit, any other character for itself. Returns false if the text does not match.
-// The values are not range-checked.
+// Seconds since 1970-01-01 00:00:00 of the same clock; milliseconds are left out. Only of a time
+// that a clock shows.
+int64_t secondsOf(const DateTime& time);
+// The reverse, for the years 1 to 9999; any other is the DateTime of zeroes.
+DateTime dateTimeOf(int64_t seconds);
+
+// Moved by so many minutes, over the ends of days and years. A time that no clock shows stays.
+DateTime plusMinutes(const DateTime& time, int64_t minutes);
+
+// Reads a text of this form, in which Y, M, D, h, m and s stand for one digit each of year, month,
+// day, hour, minute and second, and every other character for itself. False when it does not fit;
+// the numbers are not checked.
 bool readDateTime(std::string_view text, std::string_view form, DateTime& out);
 
 // Milliseconds of the calendar since the start of 1970, without time zones or leap seconds; none

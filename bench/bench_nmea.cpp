@@ -129,8 +129,9 @@ void raceOnce() {
                          {}});
   contestants.push_back({"whole road: cut, frame, parse, count",
                          [&] {
-                           splitAtLineStarts(log, fix.framing.carriedStart(), false,
-                                             [&](std::string_view chunk) { fix.onReceive(chunk); });
+                           splitAtLineStarts(
+                               log, fix.framing.carriedStart(), false,
+                               [&](std::string_view chunk) { fix.receiveLine(chunk); });
                          },
                          1,
                          true,

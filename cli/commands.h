@@ -1,13 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "gps/talkers.h"
 
-// The commands of `vgps`, one file each, with their options. A command returns the exit status.
+// The commands of `vgps`, one file each, and what the command line says to them. A command returns
+// the exit status: also 1 when a monitor heard nothing, no port has a receiver, or a log is none.
 namespace vgps {
 
 struct MonitorOptions {
@@ -16,7 +18,8 @@ struct MonitorOptions {
   bool simulate = false;
   std::string logPath;  // empty: no log
   bool json = false;
-  double seconds = 0;  // 0: until stopped
+  bool all = false;    // with what only the program itself works with
+  double seconds = 0;  // 0: until it is stopped
 };
 int runMonitor(const MonitorOptions& options);
 
@@ -32,6 +35,7 @@ int runReplay(const ReplayOptions& options);
 struct PortsOptions {
   std::vector<std::string> ports;  // empty: all ports of the system
   uint32_t speed = 9600;
+  bool search = false;  // at all usual speeds instead of this one
   bool json = false;
 };
 int runPorts(const PortsOptions& options);
@@ -50,13 +54,19 @@ std::vector<std::string> withValueMarked(std::vector<std::string> words);
 
 struct XmlOptions {
   std::string file;
-  std::string output;  // empty: do not write
+  std::string output;    // empty: nothing is written
+  bool lenient = false;  // as other programs write
 };
 int runXml(const XmlOptions& options);
 
-// Records the fixes of a log, through the recording filter, into a track file.
+// Fixes of a log, or of a receiver as they come, through the recording filter into a track file.
 struct RecordOptions {
-  std::string log;
+  std::string log;  // empty: live
+  std::string port;
+  uint32_t speed = 9600;
+  bool simulate = false;
+  double seconds = 0;                                   // live; 0: until it is stopped
+  std::optional<TalkerSetting> talkers = std::nullopt;  // none: as the settings say
   std::string output;
   std::string settings;  // empty: default settings
   int32_t utcOffsetMinutes = 0;
@@ -65,7 +75,9 @@ int runRecord(const RecordOptions& options);
 
 struct InfoOptions {
   std::string file;
-  int32_t speedUnit = 0;  // SpeedUnit of the speeds in the file
+  std::string track;      // of a library: the number, from 1, or name of one; empty: all
+  int32_t speedUnit = 0;  // SpeedUnit of the file's speeds
+  bool asRecorded = false;
   bool json = false;
 };
 int runInfo(const InfoOptions& options);
@@ -93,7 +105,8 @@ struct GeoOptions {
   int digits = 0;                      // digits of each number of a grid reference
   int pairs = 0;                       // character pairs in a locator
   double course = 0;                   // degrees true
-  double way = 0;                      // distance, in `unit`
+  double way = 0;                      // in the unit
+  bool asRecorded = false;             // on the sphere on which tracks are recorded
   bool json = false;
 };
 int runGeo(const GeoOptions& options);
@@ -101,8 +114,11 @@ int runGeo(const GeoOptions& options);
 struct RecoverOptions {
   enum class Action { tell, continueRecording, save, discard };
   Action action = Action::tell;
-  std::string file;  // empty: vgps.xml in the program's folder
-  // For continueRecording:
+  std::string journal;     // of `record`, in place of the program's; empty: that
+  bool discarded = false;  // works on the recently discarded ones
+  uint32_t number = 0;     // of those; 0: all
+  std::string file;        // empty: vgps.xml beside the program
+  // Of continueRecording:
   std::string port;
   uint32_t speed = 9600;
   bool simulate = false;

@@ -77,6 +77,13 @@ void addUnit(CLI::App& command, const Shared& options) {
       ->option_text("km|mi|nmi");
 }
 
+CLI::App& addMeasure(CLI::App& command, const Shared& options) {
+  command.add_flag("--as-recorded", options->asRecorded,
+                   "Calculate on the sphere that recorded tracks use (default: the WGS-84 "
+                   "ellipsoid)");
+  return command;
+}
+
 void addDestination(CLI::App& geo, const Shared& options, Chosen& chosen) {
   CLI::App* const command = addQuestion(
       geo, "destination", "The position reached from a start, a course, and a distance.",
@@ -89,7 +96,7 @@ void addDestination(CLI::App& geo, const Shared& options, Chosen& chosen) {
       ->required()
       ->check(plainNumber())
       ->option_text("DISTANCE");
-  addUnit(*command, options);
+  addUnit(addMeasure(*command, options), options);
 }
 
 void addGrids(CLI::App& geo, const Shared& options, Chosen& chosen) {
@@ -129,18 +136,21 @@ void addGeoCommand(CLI::App& program, Chosen& chosen) {
       "  vgps geo distance 48.1173,11.516667 52.52,13.4\n"
       "  vgps geo utm -33.8568,151.2153");
   const auto options = std::make_shared<GeoOptions>();
-  addUnit(*addQuestion(geo, "distance",
-                       "Surface distance. Swapping the two positions changes the result slightly.",
-                       GeoAction::distance, 2, options, chosen),
-          options);
-  addQuestion(geo, "bearing",
-              "Initial course from the first position to the second, in degrees true.",
-              GeoAction::bearing, 2, options, chosen);
+  CLI::App& distance =
+      *addQuestion(geo, "distance", "Shortest distance on the surface of the earth.",
+                   GeoAction::distance, 2, options, chosen);
+  addUnit(addMeasure(distance, options), options);
+  addMeasure(*addQuestion(geo, "bearing",
+                          "Initial course from the first position to the second, in degrees true.",
+                          GeoAction::bearing, 2, options, chosen),
+             options);
   addDestination(geo, options, chosen);
-  addQuestion(geo, "area",
-              "Area enclosed by three or more positions. The last is joined to the first.",
-              GeoAction::area, 3, options, chosen)
-      ->get_option("POSITIONS")
+  addMeasure(
+      *addQuestion(geo, "area",
+                   "Area enclosed by three or more positions. The last is joined to the first.",
+                   GeoAction::area, 3, options, chosen),
+      options)
+      .get_option("POSITIONS")
       ->expected(3, kMostCorners)
       ->description("Three or more corners in order, each as LAT,LON");
   addQuestion(geo, "dms", "Latitude and longitude in degrees, minutes, and seconds.",

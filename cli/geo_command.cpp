@@ -6,6 +6,7 @@
 #include "cli/position_text.h"
 #include "geo/dms.h"
 #include "geo/ellipsoids.h"
+#include "geo/geodesic.h"
 #include "geo/great_circle.h"
 #include "geo/grid_texts.h"
 #include "geo/units.h"
@@ -29,20 +30,22 @@ std::string unitName(int32_t unit) {
   return text.substr(text.find(' ') + 1);
 }
 
-Answer distanceAnswer(const Position& from, const Position& to, int32_t unit) {
-  const double distance = pointDistance(from, to, unit, unit, false);
+Answer distanceAnswer(const Position& from, const Position& to, const GeoOptions& options) {
+  const int32_t unit = options.unit;
+  const double distance = options.asRecorded ? pointDistance(from, to, unit, unit, false)
+                                             : distanceInUnit(geodesicKilometres(from, to), unit);
   return {fixedText(distance, kDecimals) + " " + unitName(unit),
           {{"distance", distance}, {"unit", unitName(unit)}},
           {}};
 }
 
-Answer bearingAnswer(const Position& from, const Position& to) {
-  const double bearing = initialBearing(from, to);
+Answer bearingAnswer(const Position& from, const Position& to, bool asRecorded) {
+  const double bearing = asRecorded ? initialBearing(from, to) : geodesicBearing(from, to);
   return {fixedText(bearing, kDecimals) + " degrees", {{"bearing", bearing}}, {}};
 }
 
-Answer areaAnswer(const std::vector<Position>& corners) {
-  const Area area = enclosedArea(corners);
+Answer areaAnswer(const std::vector<Position>& corners, bool asRecorded) {
+  const Area area = asRecorded ? enclosedArea(corners) : geodesicArea(corners);
   std::string text = areaText(area);
   std::erase(text, '\r');  // the terminal has its own line endings
   return {std::move(text),
@@ -53,7 +56,9 @@ Answer areaAnswer(const std::vector<Position>& corners) {
 double kilometresIn(double way, int32_t unit) { return way / distanceInUnit(1, unit); }
 
 Answer destinationAnswer(const Position& from, const GeoOptions& options) {
-  const Position to = destination(from, options.course, kilometresIn(options.way, options.unit));
+  const double kilometres = kilometresIn(options.way, options.unit);
+  const Position to = options.asRecorded ? destination(from, options.course, kilometres)
+                                         : geodesicDestination(from, options.course, kilometres);
   return {fixedText(to.y, kDecimals) + "," + fixedText(to.x, kDecimals),
           {{"latitude", to.y}, {"longitude", to.x}},
           {}};
@@ -95,13 +100,13 @@ Answer locatorAnswer(const Position& at, int pairs) {
 Answer answerOf(const GeoOptions& options, const std::vector<Position>& at) {
   using Action = GeoOptions::Action;
   switch (options.action) {
-    case Action::distance: return distanceAnswer(at[0], at[1], options.unit);
-    case Action::bearing: return bearingAnswer(at[0], at[1]);
+    case Action::distance: return distanceAnswer(at[0], at[1], options);
+    case Action::bearing: return bearingAnswer(at[0], at[1], options.asRecorded);
     case Action::destination: return destinationAnswer(at[0], options);
     case Action::utm: return utmAnswer(at[0], options.ellipsoid);
     case Action::dms: return dmsAnswer(at[0]);
     case Action::mgrs: return mgrsAnswer(at[0], options.digits);
-    case Action::area: return areaAnswer(at);
+    case Action::area: return areaAnswer(at, options.asRecorded);
     case Action::locator: return locatorAnswer(at[0], options.pairs);
   }
   return {};

@@ -1,10 +1,17 @@
 #include <cstdio>
+#include <utility>
+#include <vector>
 
+#include "app/session/recording_texts.h"
 #include "base/number.h"
 #include "cli/commands.h"
 #include "cli/json_text.h"
+#include "cli/state_text.h"
 #include "cli/text_rows.h"
 #include "cli/track_input.h"
+#include "files/input_file.h"
+#include "library/document_layout.h"
+#include "library/track_library.h"
 #include "track/track_statistics.h"
 
 namespace vgps {
@@ -19,13 +26,6 @@ std::string timeText(const DateTime& time, char between) {
   return text;
 }
 
-// "2010-07-05 07:03:04 UTC"
-std::string startText(int64_t utc) {
-  std::string text = isoUtcText(utc).substr(0, std::string_view("YYYY-MM-DD hh:mm:ss").size());
-  text[text.find('T')] = ' ';
-  return text + " UTC";
-}
-
 std::string durationText(double seconds) {
   const auto whole = static_cast<uint64_t>(seconds);
   char text[64];
@@ -35,13 +35,14 @@ std::string durationText(double seconds) {
   return text;
 }
 
+Json orNull(bool known, double value) { return known ? Json(value) : Json(nullptr); }
+
 Json pointJson(const TrackPoint& point) {
   Json json = {{"longitude", point.longitude},
                {"latitude", point.latitude},
-               {"altitude", point.altitude},
+               {"altitude", orNull(point.altitudeKnown(), point.altitude)},
                {"time", nullptr},
                {"utc", nullptr}};
-  if (!point.altitudeKnown()) json["altitude"] = nullptr;
   if (point.receiverUtc != 0) json["utc"] = isoUtcText(point.receiverUtc);
   if (point.localTime.month != 0) json["time"] = timeText(point.localTime, 'T');
   return json;
@@ -49,15 +50,17 @@ Json pointJson(const TrackPoint& point) {
 
 // Unknown values are null.
 Json infoJson(const Track& track, const TrackStatistics& all) {
+  const bool heights = all.knownAltitudes > 0;
   Json json = {{"name", track.name},
                {"startUtc", nullptr},
                {"points", all.points},
                {"distanceKm", all.distanceKm},
-               {"distance3dKm", all.distance3dKm},
+               {"distance3dKm", orNull(heights, all.distance3dKm)},
                {"durationSeconds", nullptr},
                {"movingSeconds", nullptr},
-               {"climb", all.climb},
-               {"descent", all.descent},
+               {"climb", orNull(heights, all.climb)},
+               {"descent", orNull(heights, all.descent)},
+               {"maxSpeedKmh", orNull(all.greatestKmh > 0, all.greatestKmh)},
                {"bounds", nullptr},
                {"first", nullptr},
                {"last", nullptr}};
@@ -91,38 +94,97 @@ void addTimes(const TrackStatistics& all, std::vector<TextRow>& rows) {
                                fixedText(all.movingKmh(), 2) + " km/h"});
 }
 
-std::string altitudeText(const TrackStatistics& all) {
-  if (all.knownAltitudes == 0) return "unknown";
-  return fixedText(all.lowest, 0) + " m to " + fixedText(all.highest, 0) + " m, climb " +
-         fixedText(all.climb, 0) + " m, descent " + fixedText(all.descent, 0) + " m";
-}
-
 std::vector<TextRow> infoRows(const Track& track, const TrackStatistics& all) {
   std::vector<TextRow> rows = {{"Track", track.name}};
   if (track.startUtc != 0) rows.push_back({"Start", startText(track.startUtc)});
   rows.push_back({"Points", std::to_string(all.points)});
   if (!all.bounds) return rows;
+  const bool heights = all.knownAltitudes > 0;
+  const auto metres = [heights](double value) {
+    return orDashes(heights, fixedText(value, 0)) + " m";
+  };
   rows.push_back({"Length", fixedText(all.distanceKm, 3) + " km, with altitude " +
-                                fixedText(all.distance3dKm, 3) + " km"});
+                                orDashes(heights, fixedText(all.distance3dKm, 3)) + " km"});
   addTimes(all, rows);
-  if (all.greatestKmh > 0) {
-    rows.push_back({"Maximum speed", fixedText(all.greatestKmh, 2) + " km/h"});
-  }
-  rows.push_back({"Altitude", altitudeText(all)});
+  const bool speeds = all.greatestKmh > 0;
+  rows.push_back({"Maximum speed", orDashes(speeds, fixedText(all.greatestKmh, 2)) + " km/h"});
+  rows.push_back({"Altitude", metres(all.lowest) + " to " + metres(all.highest) + ", climb " +
+                                  metres(all.climb) + ", descent " + metres(all.descent)});
   const TrackBounds& bounds = *all.bounds;
   rows.push_back({"Southwest", fixedText(bounds.south, 6) + "," + fixedText(bounds.west, 6)});
   rows.push_back({"Northeast", fixedText(bounds.north, 6) + "," + fixedText(bounds.east, 6)});
   return rows;
 }
 
+bool refuse(const std::string& why) {
+  fail(why);
+  return false;
+}
+
+// Whether `wanted` names the track by its number, from 1, or by its name.
+bool isWanted(const std::string& wanted, size_t number, const std::string& name) {
+  return wanted.empty() || wanted == name || wanted == std::to_string(number);
+}
+
+// The tracks of a library document that are wanted. Nothing is written beside it.
+bool readLibrary(const InfoOptions& options, std::vector<Track>& tracks) {
+  InputFile file(options.file);
+  const DocumentLayout layout = readLayout(file.source());
+  if (!file || file.failed()) return refuse("cannot read " + options.file);
+  if (layout.state == LibraryState::notALibrary) {
+    return refuse(options.file + " is not a track file");
+  }
+  for (size_t i = 0; i < layout.tracks.size(); ++i) {
+    const TrackSummary& summary = layout.tracks[i];
+    const TrackRange& range = layout.places[i];
+    if (!isWanted(options.track, i + 1, summary.name)) continue;
+    std::string text;
+    if (!file.readAt(range.begin, range.end - range.begin, text)) {
+      return refuse("cannot read " + options.file);
+    }
+    if (summary.damaged) {
+      warn(options.file + " is damaged: only the readable points of " + summary.name + " are used");
+    }
+    tracks.emplace_back();
+    parseTrack(text, options.speedUnit, tracks.back());
+    tracks.back().name = summary.name;
+  }
+  if (!tracks.empty() || options.track.empty()) return true;
+  return refuse(options.file + " has no track " + options.track +
+                "; number of tracks: " + std::to_string(layout.tracks.size()));
+}
+
 }  // namespace
 
 int runInfo(const InfoOptions& options) {
-  TrackInput input;
-  if (!readTrackInput(options.file, options.speedUnit, input)) return 1;
-  const TrackStatistics all = statisticsOf(input.track);
-  const std::string text = options.json ? jsonText(infoJson(input.track, all), 2) + "\n"
-                                        : alignedText(infoRows(input.track, all));
+  std::vector<Track> tracks;
+  const bool library = isLibraryFile(options.file);
+  if (library) {
+    if (!readLibrary(options, tracks)) return 1;
+  } else {
+    if (!options.track.empty()) return fail(options.file + " is not a track library");
+    TrackInput input;
+    if (!readTrackInput(options.file, options.speedUnit, input)) return 1;
+    tracks.push_back(std::move(input.track));
+  }
+  Json all = Json::array();
+  std::string text;
+  for (const Track& track : tracks) {
+    const TrackStatistics statistics =
+        statisticsOf(track, options.asRecorded ? Measure::asRecorded : Measure::geodesic);
+    if (options.json) {
+      all.push_back(infoJson(track, statistics));
+    } else {
+      if (!text.empty()) text += "\n";
+      text += alignedText(infoRows(track, statistics));
+    }
+  }
+  if (options.json) {
+    const bool one = !library || !options.track.empty();
+    text = jsonText(one ? all.front() : all, 2) + "\n";
+  } else if (tracks.empty()) {
+    text = "The library has no tracks.\n";
+  }
   std::fwrite(text.data(), 1, text.size(), stdout);
   return finishOutput();
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <memory>
 
+#include "app/session/apply_settings.h"
 #include "app/session/connection.h"
 #include "app/session/on_line.h"
 #include "app/session/ui_mailbox.h"
@@ -27,6 +28,11 @@ class LiveFixes {
         mailbox_(std::move(mailbox)),
         app_({clock_, sounds_, *mailbox_, window_, makeSerialPort, nullptr, listSerialPorts}) {
     app_.link.times = kUnattendedTimes;
+    if (source_.settings != nullptr) {
+      app_.settings = *source_.settings;
+      applySettings(app_);
+    }
+    if (source_.talkers) app_.gps.options.talkers = static_cast<int32_t>(*source_.talkers);
     app_.gps.options.utcOffsetMinutes = measureUtcOffset(clock_.utc(), clock_.local());
     app_.extensions.takeFix = [this](const FixRecord& fix) { take_(fix); };
   }
@@ -46,7 +52,12 @@ class LiveFixes {
     }
   }
 
-  // Returns false if a reader is still running; then this object must not be destroyed.
+  // The last fix may still have been waiting for a sentence.
+  void finish() {
+    for (const FixRecord& fix : app_.epochs.takeWaiting()) take_(fix);
+  }
+
+  // False: a reader still lives, and this must not be destroyed.
   bool stop() {
     take_ = [](const FixRecord&) {};
     mailbox_->close();
@@ -90,7 +101,8 @@ void readLiveFixes(const LiveSource& source, const std::function<void(const FixR
   onStopRequest([mailbox] { mailbox->close(); });
   auto live = std::make_unique<LiveFixes>(source, mailbox, take, tell);
   live->run();
-  // If a reader is still running, this must not be destroyed.
+  live->finish();
+  // What a reader could still touch must outlive it.
   if (!live->stop()) (void)live.release();
 }
 

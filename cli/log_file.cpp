@@ -12,7 +12,7 @@ LogFile::LogFile(const std::string& path)
         return file_ == nullptr ? 0 : std::fread(buffer.data(), 1, buffer.size(), file_.get());
       }) {
   errno = 0;
-  file_.reset(openFile(path, "rb"));
+  file_.reset(path == "-" ? standardInput() : openFile(path, "rb"));
   if (file_ == nullptr) {
     complain();
   } else {
@@ -27,5 +27,11 @@ bool LogFile::next(LogPiece& piece) {
 }
 
 void LogFile::complain() { complaint_ = "cannot read " + path_ + ": " + std::strerror(errno); }
+
+std::optional<LogSurvey> surveyLogFile(const std::string& path, bool untilDate) {
+  if (path == "-" || fileKind(path) != FileKind::regular) return std::nullopt;
+  LogFile log(path);
+  return surveyLog([&log](LogPiece& piece) { return log.next(piece); }, untilDate);
+}
 
 }  // namespace vgps

@@ -5,10 +5,11 @@
 #include <string>
 
 #include "app/session/log_reader.h"
+#include "app/session/log_survey.h"
 
 namespace vgps {
 
-// A log file, read once from start to end.
+// A log on the disk, or standard input for "-", read once from its start to its end.
 class LogFile {
  public:
   explicit LogFile(const std::string& path);
@@ -20,7 +21,9 @@ class LogFile {
 
  private:
   struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
+    void operator()(std::FILE* file) const {
+      if (file != stdin) std::fclose(file);
+    }
   };
   void complain();
 
@@ -29,5 +32,9 @@ class LogFile {
   std::string complaint_;
   LogReader reader_;
 };
+
+// A first look through the log. Of what cannot be read twice (standard input, a pipe, a device)
+// there is none.
+std::optional<LogSurvey> surveyLogFile(const std::string& path, bool untilDate);
 
 }  // namespace vgps

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "app/session/connection.h"
+#include "app/session/fix_values.h"
 #include "app/session/on_line.h"
 #include "app/session/ui_mailbox.h"
 #include "base/date_time.h"
@@ -21,6 +22,10 @@ namespace {
 // A terminal shows changes with at most this delay.
 constexpr uint32_t kRefreshMs = 200;
 constexpr uint32_t kNoiseMs = 3000;
+
+std::string sourceOf(const MonitorOptions& options) {
+  return options.simulate ? "the simulation" : options.port;
+}
 
 enum class Output { block, lines, json };
 
@@ -53,6 +58,7 @@ class Monitor {
   }
 
   void run();
+  bool heard() const { return heard_; }
 
   // Returns false if a reader is still running; then this object must not be destroyed.
   bool stop() {
@@ -87,6 +93,7 @@ class Monitor {
   uint32_t dueTick_ = 0;  // when the state is shown next
   uint32_t shownTick_ = 0;
   bool changed_ = false;
+  bool heard_ = false;  // a line or message has come, of any connection
   int blockRows_ = 0;
   std::string toldStatus_;
 };
@@ -96,7 +103,7 @@ void Monitor::followLink() {
   const Link& link = app_.link;
   const MonitorStatus::Line before = std::exchange(status_.line, lineOf(link));
   changed_ |= std::exchange(status_.error, link.error()) != link.error();
-  status_.source = options_.simulate ? "the simulation" : link.source().port;
+  status_.source = options_.simulate ? sourceOf(options_) : link.source().port;
   if (status_.line == before) return;
   changed_ = true;
   if (status_.line == MonitorStatus::Line::open) {
@@ -110,6 +117,7 @@ void Monitor::followLink() {
 void Monitor::handle(const UiMessage& message) {
   onUiMessage(app_, message);
   changed_ = true;
+  heard_ |= message.event == UiEvent::line;
   if (message.event == UiEvent::unknownBytes) {
     noiseSeen_ = true;
     noiseTick_ = clock_.tick();
@@ -123,13 +131,20 @@ MonitorStatus Monitor::statusNow() const {
   now.noiseSeen = noiseSeen_ && since(noiseTick_) < kNoiseMs;
   now.fixSeen = app_.shown.fixSeen;
   now.fixAgeMs = since(app_.shown.lastFixTick);
+  now.quality = currentQuality(app_.shown, clock_.tick());
   return now;
 }
 
 // While the device is missing only the reader thread is running; that does not count as connected.
 Json Monitor::stateNow(const MonitorStatus& status) const {
-  Json state = stateJson(app_.shown, app_.fix);
-  if (status.line != MonitorStatus::Line::open) state["fix"]["running"] = false;
+  Json state = {{"link", linkName(status, app_.shown)},
+                {"status", statusText(status, app_.shown)},
+                {"dataAgeMs", nullptr},
+                {"fixAgeMs", nullptr}};
+  if (status.dataSeen) state["dataAgeMs"] = status.silentMs;
+  if (status.fixSeen) state["fixAgeMs"] = status.fixAgeMs;
+  state.update(stateJson(app_.shown, app_.fix, clock_.tick(), options_.all));
+  if (options_.all && status.line != MonitorStatus::Line::open) state["fix"]["running"] = false;
   return state;
 }
 
@@ -150,7 +165,7 @@ void Monitor::show() {
     case Output::lines: text = monitorLine(status, app_.shown); break;
     case Output::block:
       text = monitorBlock(statusText(status, app_.shown) + "\n" + window_.message + "\n" +
-                              alignedText(stateRows(app_.shown)),
+                              alignedText(stateRows(app_.shown, clock_.tick())),
                           terminalSize(), blockRows_);
       break;
   }
@@ -166,6 +181,9 @@ void Monitor::tellStatus() {
     fail(window_.message);
     window_.message.clear();
   }
+  // The block has a row for it.
+  const std::string news = newsOfLines(app_.shown.stats, app_.linesTold);
+  if (output_ != Output::block && !news.empty()) warn(news);
   if (output_ != Output::json || status_.line == MonitorStatus::Line::open) {
     toldStatus_.clear();
     return;
@@ -235,9 +253,12 @@ int runMonitor(const MonitorOptions& options) {
   onStopRequest([mailbox] { mailbox->close(); });
   auto monitor = std::make_unique<Monitor>(options, mailbox);
   monitor->run();
-  // If a reader is still running, the monitor must not be destroyed.
+  const bool heard = monitor->heard();
+  // What a reader could still touch must outlive it.
   if (!monitor->stop()) (void)monitor.release();
-  return finishOutput();
+  const int written = finishOutput();
+  return heard || options.simulate ? written
+                                   : fail("nothing was received from " + sourceOf(options));
 }
 
 }  // namespace vgps

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "app/session/fix_values.h"
 #include "base/number.h"
 #include "base/text.h"
 #include "cli/state_text.h"
@@ -58,8 +59,16 @@ std::string statusText(const MonitorStatus& status, const UiFix& shown) {
   if (status.silentMs >= kSilentMs) return silenceText(status);
   if (!status.dataSeen) return "connected to " + status.source + ", waiting for data";
   if (!hasFix(status, shown)) return noFixText(status, shown);
-  return fixStatusText(shown.fix.fixStatus) + ", " + fixedText(status.fixAgeMs / 1000.0, 1) +
-         " s old";
+  return fixStatusText(std::max(status.quality, shown.fix.fixStatus)) + ", " +
+         fixedText(status.fixAgeMs / 1000.0, 1) + " s old";
+}
+
+const char* linkName(const MonitorStatus& status, const UiFix& shown) {
+  if (status.line == MonitorStatus::Line::failed) return "notConnected";
+  if (status.line == MonitorStatus::Line::gone) return "unplugged";
+  if (status.silentMs >= kSilentMs) return "silent";
+  if (!status.dataSeen) return "waiting";
+  return hasFix(status, shown) ? "fix" : "noFix";
 }
 
 std::string monitorLine(const MonitorStatus& status, const UiFix& shown) {
@@ -68,9 +77,14 @@ std::string monitorLine(const MonitorStatus& status, const UiFix& shown) {
   const bool fixShown =
       status.line == MonitorStatus::Line::open && status.dataSeen && hasFix(status, shown);
   if (fixShown) {
-    line = timeText(fix.utcTime) + "  " + positionText(fix) + "  " + fixedText(fix.altitude, 0) +
-           " m  " + fixedText(fix.speedKmh, 2) + " km/h  " + fixedText(fix.course, 1) + " deg  " +
-           std::to_string(shown.satellites.usedCount) + " satellites  " + line;
+    const KnownValues known = knownValues(shown);
+    line = orDashes(known.time, timeText(fix.utcTime)) + "  " +
+           orDashes(known.position, positionText(fix)) + "  " +
+           orDashes(known.altitude, fixedText(fix.altitude, 0)) + " m  " +
+           orDashes(known.speed, fixedText(fix.speedKmh, 2)) + " km/h  " +
+           orDashes(known.course, fixedText(fix.course, 1)) + " deg  " +
+           orDashes(known.used, std::to_string(shown.satellites.usedCount)) + " satellites  " +
+           line;
   }
   return line + "\n";
 }

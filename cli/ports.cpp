@@ -1,5 +1,8 @@
 #include <algorithm>
+#include <chrono>
+#include <condition_variable>
 #include <cstdio>
+#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -21,46 +24,67 @@ std::vector<PortName> portsToProbe(const PortsOptions& options) {
   return ports;
 }
 
-// Probes all ports in parallel: one after another, thirty silent ports would take 90 seconds.
-std::vector<ProbeAnswer> probeAll(const std::vector<PortName>& ports, uint32_t speed) {
-  std::vector<ProbeAnswer> answers(ports.size());
+// All at once: one after the other thirty silent ports would take a minute and a half.
+std::vector<PortFinding> probeAll(const std::vector<PortName>& ports, uint32_t speed) {
+  std::vector<PortFinding> answers(ports.size());
   std::vector<std::thread> threads;
   for (size_t i = 0; i < ports.size(); ++i) {
     threads.emplace_back([&, i] {
       const std::unique_ptr<SerialPort> port = makeSerialPort();
-      answers[i] = probePort(*port, devicePath(ports[i].name), speed, kListenMs);
+      answers[i].port = ports[i];
+      answers[i].answer = probePort(*port, devicePath(ports[i].name), speed, kListenMs);
+      answers[i].speed = speed;
+      answers[i].answered = answers[i].done = answers[i].triedAll = true;
     });
   }
   for (std::thread& thread : threads) thread.join();
   return answers;
 }
 
-void printJson(const std::vector<PortName>& ports, const std::vector<ProbeAnswer>& answers,
-               uint32_t speed) {
+// As the window's search does.
+std::vector<PortFinding> searchAll(const std::vector<PortName>& ports) {
+  std::mutex mutex;
+  std::condition_variable changed;
+  PortFinder finder(makeSerialPort, [&] {
+    const std::lock_guard lock(mutex);
+    changed.notify_all();
+  });
+  finder.start(ports);
+  std::unique_lock lock(mutex);
+  constexpr std::chrono::milliseconds kLook(100);
+  while (finder.running()) changed.wait_for(lock, kLook);
+  return finder.findings();
+}
+
+void printJson(const std::vector<PortFinding>& findings) {
   Json list = Json::array();
-  for (size_t i = 0; i < ports.size(); ++i) {
-    list.push_back({{"port", ports[i].name},
-                    {"description", ports[i].description},
-                    {"speed", speed},
-                    {"result", probeResultName(answers[i].result)},
-                    {"reason", answerText(answers[i], speed)},
-                    {"talker", answers[i].talker},
-                    {"sentencesPerSecond", answers[i].sentencesPerSecond}});
+  for (const PortFinding& finding : findings) {
+    const ProbeAnswer& answer = finding.answer;
+    list.push_back({{"port", finding.port.name},
+                    {"description", finding.port.description},
+                    {"speed", finding.speed},
+                    {"result", probeResultName(answer.result)},
+                    {"reason", findingText(finding)},
+                    {"talker", answer.talker},
+                    {"fix", answer.hasFix},
+                    {"satellites", answer.satellites},
+                    {"ais", answer.ais},
+                    {"sentencesPerSecond", answer.sentencesPerSecond}});
   }
   std::printf("%s\n", jsonText(list, 2).c_str());
 }
 
-void printWords(const std::vector<PortName>& ports, const std::vector<ProbeAnswer>& answers,
-                uint32_t speed) {
-  if (ports.empty()) std::puts("No serial ports found.");
+void printWords(const std::vector<PortFinding>& findings) {
+  if (findings.empty()) std::puts("No serial ports found.");
   size_t width = 0;
-  for (const PortName& port : ports) width = std::max(width, port.name.size());
-  for (size_t i = 0; i < ports.size(); ++i) {
-    const std::string about =
-        ports[i].description.empty() ? "" : "  [" + ports[i].description + "]";
-    std::printf("%-*s  %-13s  %s%s\n", static_cast<int>(width), ports[i].name.c_str(),
-                probeResultName(answers[i].result), answerText(answers[i], speed).c_str(),
-                about.c_str());
+  for (const PortFinding& finding : findings) width = std::max(width, finding.port.name.size());
+  for (const PortFinding& finding : findings) {
+    const std::string& description = finding.port.description;
+    const std::string position = positionText(finding);
+    std::printf("%-*s  %-13s  %s%s%s\n", static_cast<int>(width), finding.port.name.c_str(),
+                probeResultName(finding.answer.result), findingText(finding).c_str(),
+                position.empty() ? "" : (", " + position).c_str(),
+                description.empty() ? "" : ("  [" + description + "]").c_str());
   }
 }
 
@@ -68,13 +92,18 @@ void printWords(const std::vector<PortName>& ports, const std::vector<ProbeAnswe
 
 int runPorts(const PortsOptions& options) {
   const std::vector<PortName> ports = portsToProbe(options);
-  const std::vector<ProbeAnswer> answers = probeAll(ports, options.speed);
+  const std::vector<PortFinding> findings =
+      options.search ? searchAll(ports) : probeAll(ports, options.speed);
   if (options.json) {
-    printJson(ports, answers, options.speed);
+    printJson(findings);
   } else {
-    printWords(ports, answers, options.speed);
+    printWords(findings);
   }
-  return finishOutput();
+  const int written = finishOutput();
+  const bool found = std::any_of(findings.begin(), findings.end(), [](const PortFinding& finding) {
+    return finding.answer.result == ProbeResult::found;
+  });
+  return found ? written : 1;
 }
 
 }  // namespace vgps

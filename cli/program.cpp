@@ -29,7 +29,9 @@ void addMonitor(CLI::App& program, Chosen& chosen) {
   command->add_flag("--simulate", options->simulate, "Use the built-in trip instead of a receiver");
   command->add_option("--log", options->logPath, "Append all received data to this file")
       ->option_text("FILE");
-  command->add_flag("--json", options->json, "Print one JSON object per second");
+  CLI::Option* const json =
+      command->add_flag("--json", options->json, "Print one JSON object per second");
+  command->add_flag("--all", options->all, "With --json: include internal values")->needs(json);
   command->add_option("--for", options->seconds, "Stop after this many seconds")
       ->check(positiveNumber())
       ->option_text("SECONDS");
@@ -42,13 +44,18 @@ void addReplay(CLI::App& program, Chosen& chosen) {
       program.add_subcommand("replay",
                              "Read a recorded log (NMEA text, SiRF binary, or both) at full speed "
                              "and print the final state.");
-  command->add_option("FILE", options->path, "Log file to read")->required()->option_text(" ");
+  command
+      ->add_option("FILE", options->path,
+                   "Log file to read; - for standard input, which cannot be looked through first: "
+                   "talkers other than GP are then used after three seconds, as live")
+      ->required()
+      ->option_text(" ");
   command->add_flag("--json", options->json, "Print the state as one JSON object");
   command->add_flag("--lines", options->lines, "Print one JSON object per line of the log");
   command
       ->add_option("--talkers", options->talkers,
-                   "Use RMC, GGA, and GSA from talkers other than GP: auto (only when GP is "
-                   "silent), always, or never")
+                   "Use RMC, GGA, and GSA from talkers other than GP: auto (each kind that GP does "
+                   "not send, or sends without a fix), always, or never")
       ->transform(oneOf({{"auto", 0}, {"always", 1}, {"never", 2}}))
       ->option_text("auto|always|never");
   command
@@ -69,6 +76,8 @@ void addPorts(CLI::App& program, Chosen& chosen) {
   command->add_option("--speed", options->speed, "Baud rate")
       ->check(positiveNumber())
       ->option_text("N (9600)");
+  command->add_flag("--search", options->search,
+                    "Try all common baud rates; takes up to 30 seconds");
   command->add_flag("--json", options->json, "Print JSON");
   command->callback([options, &chosen] { chosen = [options] { return runPorts(*options); }; });
 }
@@ -112,6 +121,9 @@ void addXml(CLI::App& program, Chosen& chosen) {
   command->add_option("-o", options->output, "File to write")
       ->check(nonEmptyName())
       ->option_text("OUT");
+  command->add_flag("--lenient", options->lenient,
+                    "Read what other programs write: values in single quotes, line breaks inside "
+                    "tags, entities of the document type");
   command->callback([options, &chosen] { chosen = [options] { return runXml(*options); }; });
 }
 

@@ -4,12 +4,16 @@
 #include "app/session/apply_settings.h"
 #include "app/session/log_clock.h"
 #include "app/session/recorder.h"
+#include "app/session/recording_texts.h"
 #include "app/settings/config_store.h"
 #include "cli/commands.h"
+#include "cli/live_fixes.h"
 #include "cli/log_file.h"
 #include "cli/track_input.h"
 #include "gps/epoch.h"
 #include "gps/gps_fix.h"
+#include "gps/stray_start.h"
+#include "platform/console.h"
 #include "platform/files.h"
 
 // Records a log: the same processing as for a receiver's lines, but all on one thread.
@@ -32,38 +36,50 @@ class LineHooks : public GpsHooks {
   }
 };
 
-// Saves the track to a separate file, without asking.
+// The track goes into a separate file, without a question; the journal, where there is one, is
+// beside it.
 class FileHooks : public RecorderHooks {
  public:
-  explicit FileHooks(std::string path) : path_(std::move(path)) {}
-  RecorderPlaces places() const override { return {.file = path_}; }
+  explicit FileHooks(std::string path, std::string journal = {})
+      : path_(std::move(path)), journal_(std::move(journal)) {}
+  RecorderPlaces places() const override { return {.journal = journal_, .file = path_}; }
+  void journalRefused(const std::string& path) override {
+    fail("cannot create " + path + "; the recording is kept in memory only");
+  }
+  void journalFailed() override {
+    fail("cannot write points to disk; recording continues in memory");
+  }
 
  private:
   const std::string path_;
+  const std::string journal_;
 };
 
 class LogRecorder {
  public:
   LogRecorder(const RecordOptions& options, const Settings& settings,
-              std::optional<int64_t> firstDay)
-      : clock_(options.utcOffsetMinutes, firstDay), file_(options.output) {
+              const std::optional<LogSurvey>& survey)
+      : clock_(options.utcOffsetMinutes, survey ? survey->firstDay : std::nullopt),
+        file_(options.output) {
     recorder_.options = optionsOf(settings);
     gps_.options.speedUnit = settings.speedUnit;
     gps_.options.altitudeFromGeoidField = settings.altitudeFromGeoidField;
     gps_.options.epochSentenceSetting = settings.epochSentenceSetting;
-    gps_.options.talkers = settings.talkers;
+    gps_.options.talkers =
+        options.talkers ? static_cast<int32_t>(*options.talkers) : settings.talkers;
     gps_.options.utcOffsetMinutes = options.utcOffsetMinutes;
     lines_.line = [this](uint32_t said) {
       offer(epochs_.take(fix_, said, gps_.epochSentenceKind, 0));
     };
+    if (survey) gps_.talkers.expect(survey->talkers);
     recorder_.start();
   }
 
   void play(LogFile& log) {
     LogPiece piece;
     while (log.next(piece)) {
-      if (!piece.binary) clock_.advanceTo(piece.text);
-      fix_.onReceive(piece.chunk);
+      if (!piece.binary) clock_.advanceTo(withoutStrayStart(piece.text));
+      fix_.receiveLine(piece.chunk);
     }
     offer(epochs_.takeWaiting());
   }
@@ -90,56 +106,135 @@ class LogRecorder {
   size_t fixes_ = 0;
 };
 
-// The date of the first line, even if a receiver sends a date only some lines later.
-std::optional<int64_t> firstDayOf(const std::string& path) {
-  LogFile log(path);
-  LogClock clock(0);
-  LogPiece piece;
-  while (!clock.firstDay() && log.next(piece)) {
-    if (!piece.binary) clock.advanceTo(piece.text);
-  }
-  return clock.firstDay();
-}
-
 // "1 point", "2 fixes"
 std::string countText(size_t count, const std::string& what) {
   const char* const plural = what.ends_with('x') ? "es" : "s";
   return std::to_string(count) + " " + what + (count == 1 ? "" : plural);
 }
 
+// Shows on a terminal how the recording goes, each second in the same line.
+class ProgressLine {
+ public:
+  void show(const Recorder& recorder) {
+    if (!outputIsTerminal()) return;
+    std::string text = trackTotalsText(recorder.track, recorder.options.distanceUnit);
+    const std::string waiting = waitingText(recorder);
+    if (!waiting.empty()) text += ", " + waiting;
+    std::printf("\r%-*s", static_cast<int>(width_), text.c_str());
+    std::fflush(stdout);
+    width_ = text.size();
+  }
+  void end() {
+    if (width_ > 0) std::printf("\n");
+    width_ = 0;
+  }
+
+ private:
+  size_t width_ = 0;
+};
+
+// `none` says that no fix came from the source.
+int noTrack(const std::string& source, const std::string& none, size_t fixes) {
+  const std::string what =
+      fixes == 0 ? none : "no fix in " + source + " passed the recording filter";
+  return fail(what + "; no track was written");
+}
+
+int tellRecorded(const RecordOptions& options, size_t points, size_t fixes) {
+  std::printf("%s: %s of %s\n", options.output.c_str(), countText(points, "point").c_str(),
+              countText(fixes, "fix").c_str());
+  return finishOutput();
+}
+
+int recordLog(const RecordOptions& options, const Settings& settings) {
+  LogFile log(options.log);
+  const auto recorder =
+      std::make_unique<LogRecorder>(options, settings, surveyLogFile(options.log, true));
+  recorder->play(log);
+  if (!log.complaint().empty()) return fail(log.complaint());
+  if (recorder->points() == 0)
+    return noTrack(options.log, options.log + " contains no fix", recorder->fixes());
+  if (!recorder->save()) return fail("cannot write " + options.output);
+  return tellRecorded(options, recorder->points(), recorder->fixes());
+}
+
+// Records into the journal beside the track until it is stopped; then the track is written.
+int recordLive(const RecordOptions& options, const Settings& settings) {
+  const std::string journal = options.output + ".journal";
+  for (const std::string& left : existingJournals(journal)) {
+    warn("an earlier recording was cut short; to save it, use vgps recover --journal " + left +
+         " --save");
+  }
+  FileHooks file(options.output, journal);
+  Recorder recorder(file, systemClock());
+  recorder.options = optionsOf(settings);
+  recorder.start();
+  size_t fixes = 0;
+  ProgressLine progress;
+  readLiveFixes(
+      {.port = options.port,
+       .speed = options.speed,
+       .simulate = options.simulate,
+       .seconds = options.seconds,
+       .settings = &settings,
+       .talkers = options.talkers},
+      [&](const FixRecord& fix) {
+        ++fixes;
+        recorder.offer(fix);
+        progress.show(recorder);
+      },
+      [&](const std::string& text) {
+        progress.end();
+        fail(text);
+      });
+  progress.end();
+  const size_t points = recorder.track.points.size();
+  const Keeping keeping = recorder.stop(false);
+  if (points == 0) {
+    recorder.discardTrack();
+    const std::string source = options.simulate ? "the simulation" : options.port;
+    return noTrack(source, "no fix came from " + source, fixes);
+  }
+  if (keeping.outcome != Keeping::Outcome::kept) {
+    recorder.closeJournal();
+    return fail("cannot write " + options.output + "; the points are still in " + options.output +
+                ".journal");
+  }
+  return tellRecorded(options, points, fixes);
+}
+
+// False after one line on standard error.
+bool readSettings(const std::string& path, Settings& settings) {
+  ConfigStore store;
+  if (!fileExists(path)) {
+    fail("settings file not found: " + path);
+  } else if (const bool good = store.open(path); !store.readable()) {
+    fail("cannot read " + path);
+  } else if (!good) {
+    fail(path + " is not a settings file");
+  } else {
+    settings = loadSettings(store);
+    return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 int runRecord(const RecordOptions& options) {
-  if (isSameFile(options.output, options.log)) {
+  if (options.log.empty() && options.port.empty() && !options.simulate) {
+    return fail("nothing to record: give --port DEV, --simulate, or --replay LOG");
+  }
+  if (!options.log.empty() && isSameFile(options.output, options.log)) {
     return fail("the track file must not overwrite the log");
   }
   if (!options.settings.empty() && isSameFile(options.output, options.settings)) {
     return fail("the track file must not overwrite the settings file");
   }
   if (fileKind(options.output) == FileKind::other) return noPlaceForTrack(options.output);
-  ConfigStore store;
   Settings settings;
-  if (!options.settings.empty()) {
-    if (!fileExists(options.settings)) return fail("settings file not found: " + options.settings);
-    const bool good = store.open(options.settings);
-    if (!store.readable()) return fail("cannot read " + options.settings);
-    if (!good) return fail(options.settings + " is not a settings file");
-    settings = loadSettings(store);
-  }
-  LogFile log(options.log);
-  const auto recorder = std::make_unique<LogRecorder>(options, settings, firstDayOf(options.log));
-  recorder->play(log);
-  if (!log.complaint().empty()) return fail(log.complaint());
-  if (recorder->points() == 0) {
-    return fail(recorder->fixes() == 0 ? options.log + " contains no fix; no track was written"
-                                       : "no fix in " + options.log +
-                                             " passed the recording filter; no track was written");
-  }
-  if (!recorder->save()) return fail("cannot write " + options.output);
-  std::printf("%s: %s of %s\n", options.output.c_str(),
-              countText(recorder->points(), "point").c_str(),
-              countText(recorder->fixes(), "fix").c_str());
-  return finishOutput();
+  if (!options.settings.empty() && !readSettings(options.settings, settings)) return 1;
+  return options.log.empty() ? recordLive(options, settings) : recordLog(options, settings);
 }
 
 }  // namespace vgps

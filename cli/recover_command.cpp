@@ -10,11 +10,13 @@
 #include "app/session/apply_settings.h"
 #include "app/session/paths.h"
 #include "app/session/recorder.h"
+#include "app/session/recording_texts.h"
 #include "app/settings/config_store.h"
 #include "app/settings/settings.h"
 #include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/live_fixes.h"
+#include "library/discarded_recordings.h"
 #include "platform/clock.h"
 #include "platform/console.h"
 #include "platform/files.h"
@@ -43,8 +45,8 @@ void say(const std::string& text) { std::printf("%s\n", text.c_str()); }
 // The folder with the settings, the journals, and the library, and the recorder that uses them.
 class Place : public RecorderHooks {
  public:
-  // If the settings are unreadable, the defaults are used: the recording matters more.
-  explicit Place(const std::string& file) {
+  // Unreadable settings count as default ones: the recording matters more.
+  Place(const std::string& file, const std::string& journal) {
     std::string path = file.empty() ? programFolder() : file;
     if (isFolder(path)) path = pathIn(path, "vgps.xml");
     ConfigStore store;
@@ -52,8 +54,9 @@ class Place : public RecorderHooks {
     const Settings settings = loadSettings(store);
     folder = folderOf(path);
     places_ = {.library = trackLibraryPath(settings.trackStorePath, folder),
-               .journal = pathsOf(folder).journal,
-               .settings = path};
+               .journal = journal.empty() ? pathsOf(folder).journal : journal,
+               .settings = path,
+               .discarded = folder};
     recorder.options = recordingOptionsOf(settings);
     recorder.options.manual = false;  // no one can request points
   }
@@ -209,6 +212,41 @@ int answer(UnfinishedRecording& unfinished, Recorder& recorder, const RecoverOpt
   return 0;
 }
 
+// "2: discarded 2010-07-05 07:03 UTC, 88 points, 8.50 Km"
+void sayDiscarded(const DiscardedRecording& one, size_t number, int32_t unit) {
+  TrackSummary summary = summaryOfDiscarded(one);
+  summary.name = "discarded " + startText(one.utc);
+  summary.startUtc = 0;
+  say(std::to_string(number) + ": " + trackRowText(summary, unit));
+}
+
+int recoverDiscarded(Place& place, const RecoverOptions& options) {
+  const std::vector<DiscardedRecording> found = discardedRecordings(place.folder);
+  if (options.number > found.size()) {
+    return fail("discarded recording " + std::to_string(options.number) +
+                " does not exist; number of discarded recordings: " + std::to_string(found.size()));
+  }
+  if (found.empty())
+    say("No recently discarded recording was found in " + shownPath(place.folder) + ".");
+  int worst = 0;
+  for (size_t number = 1; number <= found.size(); ++number) {
+    if (options.number != 0 && options.number != number) continue;
+    const DiscardedRecording& one = found[number - 1];
+    if (options.action == RecoverAction::tell) {
+      sayDiscarded(one, number, place.recorder.options.distanceUnit);
+      continue;
+    }
+    UnfinishedRecording unfinished(place.recorder.journalSettings());
+    const JournalResult result = unfinished.open(one.path);
+    if (result == JournalResult::missing) continue;
+    const int status = result == JournalResult::open ? answer(unfinished, place.recorder, options)
+                                                     : failedWith(result, unfinished);
+    if (worst == 0) worst = status;
+  }
+  const int written = finishOutput();
+  return worst != 0 ? worst : written;
+}
+
 }  // namespace
 
 void addRecoverCommand(CLI::App& program, Chosen& chosen) {
@@ -224,6 +262,11 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
                    "the program)")
       ->check(nonEmptyName())
       ->option_text("FILE");
+  command
+      ->add_option("--journal", options->journal,
+                   "Recording of vgps record that was cut short: TRACK.journal")
+      ->check(nonEmptyName())
+      ->option_text("JOURNAL");
   const auto action = [options](RecoverAction wanted) {
     return [options, wanted] { options->action = wanted; };
   };
@@ -236,6 +279,15 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
       "Continue recording until Ctrl+C, then save it to the track library");
   save->excludes(discard)->excludes(continueOption);
   discard->excludes(continueOption);
+  CLI::Option* const discarded = command->add_flag(
+      "--discarded", options->discarded,
+      "List the recently discarded recordings instead; with --save or --discard, all of them, or "
+      "the one that --number names");
+  discarded->excludes(continueOption);
+  command->add_option("--number", options->number, "Number of a discarded recording in the list")
+      ->needs(discarded)
+      ->check(positiveNumber())
+      ->option_text("N");
   command->add_option("--port", options->port, "Port of the receiver to continue with")
       ->needs(continueOption)
       ->option_text("DEV");
@@ -257,7 +309,8 @@ int runRecover(const RecoverOptions& options) {
       !options.simulate) {
     return fail("--continue requires --port DEV or --simulate");
   }
-  Place place(options.file);
+  Place place(options.file, options.journal);
+  if (options.discarded) return recoverDiscarded(place, options);
   const std::vector<std::string> journals = existingJournals(place.places().journal);
   int worst = 0;
   size_t found = 0;
@@ -279,7 +332,10 @@ int runRecover(const RecoverOptions& options) {
     continued = options.action == RecoverAction::continueRecording &&
                 result == JournalResult::open;  // one is enough
   }
-  if (found == 0) say("No unfinished recording was found in " + shownPath(place.folder) + ".");
+  if (found == 0) {
+    say("No unfinished recording was found in " +
+        shownPath(options.journal.empty() ? place.folder : options.journal) + ".");
+  }
   const int written = finishOutput();
   return worst != 0 ? worst : written;
 }

@@ -10,6 +10,7 @@
 #include "cli/log_file.h"
 #include "cli/state_json.h"
 #include "cli/state_text.h"
+#include "gps/stray_start.h"
 
 // Replays a log: the same processing as for a receiver's lines, but on one thread with direct
 // calls.
@@ -27,20 +28,27 @@ class Replay {
     uiThread_.setHandler([this](const UiMessage& message) { handle(message); });
   }
 
+  void expect(const TalkerTranslation& talkers) { app_.gps.talkers.expect(talkers); }
+
   void play(LogFile& log) {
     LogPiece piece;
     while (log.next(piece)) {
-      if (!piece.binary) clock_.advanceTo(piece.text);
+      if (!piece.binary) clock_.advanceTo(withoutStrayStart(piece.text));
       lineCame_ = false;
-      app_.fix.onReceive(piece.chunk);
+      app_.fix.receiveLine(piece.chunk);
       if (options_.lines) printLine(piece);
     }
     onUiMessage(app_, {.event = UiEvent::repaint});  // copies the fix
   }
 
+  // Whether anything in it came from a receiver.
+  bool wasLog() const { return app_.gps.stats.total() + app_.gps.stats.binary > 0; }
+
   void print() const {
-    const std::string text = options_.json ? jsonText(stateJson(app_.shown, app_.fix), 2) + "\n"
-                                           : alignedText(stateRows(app_.shown));
+    const uint32_t now = clock_.tick();
+    const std::string text = options_.json
+                                 ? jsonText(stateJson(app_.shown, app_.fix, now, true), 2) + "\n"
+                                 : alignedText(stateRows(app_.shown, now));
     std::fwrite(text.data(), 1, text.size(), stdout);
   }
 
@@ -49,6 +57,8 @@ class Replay {
   void handle(const UiMessage& message) {
     if (message.event != UiEvent::line) return;
     lineCame_ = true;
+    app_.shown.fix.fixStatus = app_.fix.fixStatus;
+    noteArrivals(app_.shown, message.text, message.said, clock_.tick());
     if (options_.lines && message.record != nullptr) onUiMessage(app_, message);
   }
 
@@ -76,10 +86,13 @@ class Replay {
 int runReplay(const ReplayOptions& options) {
   LogFile log(options.path);
   const auto replay = std::make_unique<Replay>(options);
+  if (const auto survey = surveyLogFile(options.path, false)) replay->expect(survey->talkers);
   replay->play(log);
   if (!log.complaint().empty()) return fail(log.complaint());
   if (!options.lines) replay->print();
-  return finishOutput();
+  const int written = finishOutput();
+  if (written != 0 || replay->wasLog()) return written;
+  return fail(options.path + " is not a log: no sentence and no receiver message was found");
 }
 
 }  // namespace vgps

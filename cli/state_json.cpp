@@ -1,8 +1,14 @@
 #include "cli/state_json.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 #include <limits>
 #include <utility>
+#include <vector>
+
+#include "app/session/fix_values.h"
+#include "cli/state_text.h"
 
 namespace vgps {
 namespace {
@@ -13,6 +19,8 @@ double number(double value) {
   constexpr double kGreatest = std::numeric_limits<double>::max();
   return std::clamp(value, -kGreatest, kGreatest);
 }
+
+Json orNull(bool known, double value) { return known ? Json(number(value)) : Json(nullptr); }
 
 Json timeJson(const DateTime& time) {
   return {{"year", time.year},           {"month", time.month},
@@ -45,9 +53,9 @@ Json satellitesJson(const SatelliteTable& table) {
   }
   return {{"usedCount", table.usedCount},
           {"inViewCount", table.inViewCount},
-          {"pdop", number(table.pdop)},
-          {"hdop", number(table.hdop)},
-          {"vdop", number(table.vdop)},
+          {"pdop", orNull(table.pdop != 0, table.pdop)},
+          {"hdop", orNull(table.hdop != 0, table.hdop)},
+          {"vdop", orNull(table.vdop != 0, table.vdop)},
           {"visible", visible},
           {"used", used}};
 }
@@ -66,6 +74,39 @@ Json viewJson(const std::vector<ViewedSatellite>& satellites) {
     view.push_back(std::move(entry));
   }
   return view;
+}
+
+// What a user of the fix has no use for.
+constexpr std::array<const char*, 8> kInternals = {"speedSpare",   "lastSentenceKind", "portPath",
+                                                   "baudRate",     "simulate",         "useGpsApi",
+                                                   "useSensorApi", "running"};
+
+Json accuracyJson(const UiFix& shown, uint32_t now) {
+  const auto accuracy = currentAccuracy(shown, now);
+  if (!accuracy) return nullptr;
+  return {{"horizontal", accuracy->horizontal},
+          {"vertical", orNull(accuracy->vertical > 0, accuracy->vertical)},
+          {"source", accuracy->byReceiver ? "GST" : "DOP"},
+          {"estimate", true}};
+}
+
+Json knownFixJson(const UiFix& shown, const KnownValues& known, const GpsFix& connection) {
+  Json fix = fixJson(shown.fix, connection);
+  fix["altitudeExact"] = number(shown.exactAltitude);
+  const std::pair<bool, std::vector<const char*>> groups[] = {
+      {known.status, {"fixStatus"}},
+      {known.position, {"longitude", "latitude"}},
+      {known.altitude, {"altitude", "altitudeExact"}},
+      {known.time || known.date, {"utcTime", "localTime"}},
+      {known.speed, {"speedKnots", "speedMps", "speedKmh", "speedMph"}},
+      {known.course, {"course"}},
+      {known.variation, {"magneticVariation"}},
+  };
+  for (const auto& [isKnown, names] : groups) {
+    if (isKnown) continue;
+    for (const char* const name : names) fix[name] = nullptr;
+  }
+  return fix;
 }
 
 }  // namespace
@@ -93,14 +134,36 @@ Json fixJson(const FixRecord& values, const GpsFix& connection) {
           {"running", connection.running.load()}};
 }
 
-Json stateJson(const UiFix& shown, const GpsFix& connection) {
-  return {{"sentences", sentencesJson(shown.stats)},
-          {"fix", fixJson(shown.fix, connection)},
-          {"satellites", satellitesJson(shown.satellites)},
-          {"view", viewJson(shown.view)},
-          {"maxSpeed", number(shown.maxSpeed)},
-          {"maxAltitude", number(shown.maxAltitude)},
-          {"inputProtocol", shown.inputProtocol}};
+std::string isoTime(const DateTime& utc) {
+  char text[64];
+  std::snprintf(text, sizeof text, "%04u-%02u-%02uT%02u:%02u:%02u.%03uZ", unsigned{utc.year},
+                unsigned{utc.month}, unsigned{utc.day}, unsigned{utc.hour}, unsigned{utc.minute},
+                unsigned{utc.second}, unsigned{utc.millisecond});
+  return text;
+}
+
+Json stateJson(const UiFix& shown, const GpsFix& connection, uint32_t now, bool internals) {
+  const KnownValues known = knownValues(shown);
+  Json state = {{"time", nullptr}, {"quality", nullptr}, {"accuracy", accuracyJson(shown, now)}};
+  if (known.time && known.date && isCalendarTime(shown.fix.utcTime)) {
+    state["time"] = isoTime(shown.fix.utcTime);
+  }
+  if (known.status) state["quality"] = fixStatusText(currentQuality(shown, now));
+  state["sentences"] = sentencesJson(shown.stats);
+  state["fix"] = knownFixJson(shown, known, connection);
+  if (!internals) {
+    for (const char* const name : kInternals) state["fix"].erase(name);
+  }
+  state["satellites"] = satellitesJson(shown.satellites);
+  for (const auto& [name, isKnown] :
+       {std::pair{"usedCount", known.used}, {"inViewCount", known.inView}}) {
+    if (!isKnown) state["satellites"][name] = nullptr;
+  }
+  state["view"] = viewJson(shown.view);
+  state["maxSpeed"] = orNull(shown.maxSpeed > 0 || known.speed, shown.maxSpeed);
+  state["maxAltitude"] = orNull(shown.maxAltitude > 0, shown.maxAltitude);
+  if (internals) state["inputProtocol"] = shown.inputProtocol;
+  return state;
 }
 
 }  // namespace vgps

@@ -1,9 +1,12 @@
 #include "cli/state_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
 
+#include "app/session/fix_values.h"
+#include "app/session/line_notes.h"
 #include "base/number.h"
 #include "geo/distance.h"
 #include "geo/units.h"
@@ -19,9 +22,22 @@ std::string degreesText(double degrees, const char* positive, const char* negati
   return fixedText(std::fabs(degrees), 6) + " " + (std::signbit(degrees) ? negative : positive);
 }
 
-std::string speedsText(const FixRecord& fix) {
-  return fixedText(fix.speedKmh, 2) + " km/h  " + fixedText(fix.speedKnots, 2) + " kn  " +
-         fixedText(fix.speedMps, 2) + " m/s  " + fixedText(fix.speedMph, 2) + " mph";
+std::string speedsText(const FixRecord& fix, bool known) {
+  const auto text = [&](double value) { return orDashes(known, fixedText(value, 2)); };
+  return text(fix.speedKmh) + " km/h  " + text(fix.speedKnots) + " kn  " + text(fix.speedMps) +
+         " m/s  " + text(fix.speedMph) + " mph";
+}
+
+std::string accuracyText(const UiFix& shown, uint32_t now) {
+  const auto accuracy = currentAccuracy(shown, now);
+  if (!accuracy) return kUnknown;
+  const auto metres = [](double value) {
+    return value < 1 ? fixedText(std::max(value, 0.01), 2) : fixedText(value, 1);
+  };
+  const std::string vertical =
+      accuracy->vertical > 0 ? ", vertical " + metres(accuracy->vertical) + " m" : "";
+  return "about " + metres(accuracy->horizontal) + " m" + vertical + " (estimated from " +
+         (accuracy->byReceiver ? "GST)" : "DOP)");
 }
 
 std::string clockText(const DateTime& time) {
@@ -33,11 +49,12 @@ std::string clockText(const DateTime& time) {
 
 // "GPS 8 of 11, Galileo 5 of 9": used of those in view.
 std::string systemsText(const std::vector<ViewedSatellite>& view) {
+  const std::vector<ViewedSatellite> satellites = strongestSignals(view);
   std::string text;
   for (size_t system = 0; system <= static_cast<size_t>(SatelliteSystem::navic); ++system) {
     size_t seen = 0;
     size_t used = 0;
-    for (const ViewedSatellite& satellite : view) {
+    for (const ViewedSatellite& satellite : satellites) {
       if (static_cast<size_t>(satellite.system) != system) continue;
       ++seen;
       used += satellite.used ? 1 : 0;
@@ -51,10 +68,10 @@ std::string systemsText(const std::vector<ViewedSatellite>& view) {
 }
 
 std::string countsText(const SentenceStats& stats) {
-  constexpr std::array<const char*, kSentenceTypes> kNames = {"RMC", "GGA", "GSA", "GSV", "other"};
   std::string text = std::to_string(stats.total()) + " (";
   for (size_t kind = 0; kind < kSentenceTypes; ++kind) {
-    text += std::string(kNames[kind]) + " " + std::to_string(stats.kinds[kind].count) + ", ";
+    text += std::string(sentenceTypeName(static_cast<SentenceType>(kind))) + " " +
+            std::to_string(stats.kinds[kind].count) + ", ";
   }
   return text + "binary " + std::to_string(stats.binary) + ")";
 }
@@ -79,25 +96,29 @@ std::string timeText(const DateTime& time) {
   return date + clockText(time);
 }
 
-std::vector<TextRow> stateRows(const UiFix& shown) {
+std::vector<TextRow> stateRows(const UiFix& shown, uint32_t now) {
   const FixRecord& fix = shown.fix;
   const SatelliteTable& table = shown.satellites;
   const SentenceStats& stats = shown.stats;
-  return {
-      {"Fix", fixStatusText(fix.fixStatus)},
-      {"Position", positionText(fix)},
-      {"Altitude", fixedText(fix.altitude, 0) + " m"},
-      {"Speed", speedsText(fix)},
-      {"Course",
-       fixedText(fix.course, 1) + " degrees, variation " + fixedText(fix.magneticVariation, 1)},
-      {"UTC", timeText(fix.utcTime)},
-      {"Local time", clockText(fix.localTime)},
-      {"Maximum",
-       fixedText(shown.maxSpeed, 2) + " km/h, " + fixedText(shown.maxAltitude, 0) + " m"},
-      {"Satellites", std::to_string(table.usedCount) + " used, " +
-                         std::to_string(table.inViewCount) + " in view"},
-      {"DOP", "position " + fixedText(table.pdop, 1) + ", horizontal " + fixedText(table.hdop, 1) +
-                  ", vertical " + fixedText(table.vdop, 1)},
+  const KnownValues known = knownValues(shown);
+  const auto dop = [](float value) { return orDashes(value != 0, fixedText(value, 1)); };
+  std::vector<TextRow> rows = {
+      {"Fix", orDashes(known.status, fixStatusText(currentQuality(shown, now)))},
+      {"Position", orDashes(known.position, positionText(fix))},
+      {"Accuracy", accuracyText(shown, now)},
+      {"Altitude", orDashes(known.altitude, fixedText(fix.altitude, 0)) + " m"},
+      {"Speed", speedsText(fix, known.speed)},
+      {"Course", orDashes(known.course, fixedText(fix.course, 1)) + " degrees, variation " +
+                     orDashes(known.variation, fixedText(fix.magneticVariation, 1))},
+      {"UTC", orDashes(known.time || known.date, timeText(fix.utcTime))},
+      {"Local time", orDashes(known.time, clockText(fix.localTime))},
+      {"Maximum", orDashes(shown.maxSpeed > 0 || known.speed, fixedText(shown.maxSpeed, 2)) +
+                      " km/h, " + orDashes(shown.maxAltitude > 0, fixedText(shown.maxAltitude, 0)) +
+                      " m"},
+      {"Satellites", orDashes(known.used, std::to_string(table.usedCount)) + " used, " +
+                         orDashes(known.inView, std::to_string(table.inViewCount)) + " in view"},
+      {"DOP", "position " + dop(table.pdop) + ", horizontal " + dop(table.hdop) + ", vertical " +
+                  dop(table.vdop)},
       {"Systems", systemsText(shown.view)},
       {"Sentences", countsText(stats)},
       {"Rejected", std::to_string(stats.rejected)},
@@ -105,6 +126,15 @@ std::vector<TextRow> stateRows(const UiFix& shown) {
                         std::to_string(stats.sum(&KindStats::checksumWrong)) + " wrong, " +
                         std::to_string(stats.sum(&KindStats::checksumAbsent)) + " missing"},
   };
+  if (stats.strayStarts > 0) {
+    rows.push_back({"Stray start", std::to_string(stats.strayStarts) +
+                                       (stats.strayStarts == 1 ? " sentence" : " sentences") +
+                                       " with characters in front"});
+  }
+  if (const std::string leftOut = leftOutText(stats); !leftOut.empty()) {
+    rows.push_back({"Left out", leftOut});
+  }
+  return rows;
 }
 
 }  // namespace vgps

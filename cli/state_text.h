@@ -16,10 +16,14 @@ std::string fixStatusText(int32_t fixStatus);
 // "48.117300 N  11.516667 E", or "none" at 0/0, which receivers report without a position.
 std::string positionText(const FixRecord& fix);
 
-// "2024-03-23 12:35:19.500", without the date if none has been received.
+inline constexpr const char* kUnknown = "--";
+inline std::string orDashes(bool known, std::string text) { return known ? text : kUnknown; }
+
+// "2024-03-23 12:35:19.500", without the date while none has come.
 std::string timeText(const DateTime& time);
 
-// Rows about the fix, the satellites, and the received sentences.
-std::vector<TextRow> stateRows(const UiFix& shown);
+// Fix, satellites and what came down the line; dashes for what was never said. `now` is the clock's
+// tick.
+std::vector<TextRow> stateRows(const UiFix& shown, uint32_t now);
 
 }  // namespace vgps

@@ -104,12 +104,40 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
   const auto options = std::make_shared<RecordOptions>();
   CLI::App* const command = program.add_subcommand(
       "record",
-      "Record a track from a log. Its fixes pass through the recording filter like those of a "
-      "receiver. Point times come from the UTC in the log, not from the computer's clock.");
-  command->add_option("--replay", options->log, "Log file (NMEA text, SiRF binary, or both)")
-      ->required()
-      ->check(nonEmptyName())
-      ->option_text("LOG");
+      "Record a track from a receiver until Ctrl+C, or from a log. The fixes pass through the "
+      "recording filter. What a receiver sends is on disk within seconds, in TRACK.journal, which "
+      "is "
+      "deleted when the track is written. With --replay, point times come from the UTC in the log, "
+      "not from the computer's clock.");
+  CLI::Option* const replay =
+      command
+          ->add_option("--replay", options->log,
+                       "Log file (NMEA text, SiRF binary, or both), or - for standard input")
+          ->check(nonEmptyName())
+          ->option_text("LOG");
+  CLI::Option* const port = command->add_option("--port", options->port, "Port of the receiver")
+                                ->check(nonEmptyName())
+                                ->option_text("DEV");
+  CLI::Option* const simulate =
+      command->add_flag("--simulate", options->simulate, "Record the built-in trip");
+  replay->excludes(port)->excludes(simulate);
+  port->excludes(simulate);
+  command->add_option("--speed", options->speed, "Baud rate of the receiver")
+      ->needs(port)
+      ->check(positiveNumber())
+      ->option_text("N (9600)");
+  command->add_option("--for", options->seconds, "Stop after this many seconds")
+      ->excludes(replay)
+      ->check(positiveNumber())
+      ->option_text("SECONDS");
+  command
+      ->add_option_function<int>(
+          "--talkers",
+          [options](int value) { options->talkers = static_cast<TalkerSetting>(value); },
+          "Use RMC, GGA, and GSA from talkers other than GP: auto (only when GP is silent), "
+          "always, or never (default: as the settings say)")
+      ->transform(oneOf({{"auto", 0}, {"always", 1}, {"never", 2}}))
+      ->option_text("auto|always|never");
   command
       ->add_option("-o", options->output, "Track file to write; written completely or not at all")
       ->required()
@@ -137,7 +165,8 @@ void addInfoCommand(CLI::App& program, Chosen& chosen) {
   CLI::App* const command =
       program.add_subcommand("info",
                              "Summarize a track file: points, length, duration, moving and stopped "
-                             "time, altitudes, bounds, speeds.");
+                             "time, altitudes, bounds, speeds. Of a track library, every track, or "
+                             "the one that --track names.");
   command->footer(
       "Time between two points counts as stopped when the speed between them is below 1 km/h. A "
       "climb or descent counts only after the altitude has reversed by more than 5 m, so that "
@@ -146,12 +175,21 @@ void addInfoCommand(CLI::App& program, Chosen& chosen) {
       ->required()
       ->check(nonEmptyName())
       ->option_text(" ");
+  command->add_option("--track", options->track, "Number or name of one track of a library")
+      ->check(nonEmptyName())
+      ->option_text("N|NAME");
   command
       ->add_option("--speed-unit", options->speedUnit,
                    "Unit of the speeds in the file (default: kmh)")
       ->transform(oneOf({{"kmh", kKmh}, {"knots", kKnots}, {"mps", kMps}, {"mph", kMph}}))
       ->option_text("kmh|knots|mps|mph");
-  command->add_flag("--json", options->json, "Print one JSON object; unknown values are null");
+  command->add_flag("--as-recorded", options->asRecorded,
+                    "Measure on the sphere that recorded tracks use (default: the WGS-84 "
+                    "ellipsoid)");
+  command->add_flag(
+      "--json", options->json,
+      "Print one JSON object, or an array for all tracks of a library; unknown values are "
+      "null");
   command->callback([options, &chosen] { chosen = [options] { return runInfo(*options); }; });
 }
 

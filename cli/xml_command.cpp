@@ -2,9 +2,11 @@
 #include <string>
 
 #include "cli/commands.h"
+#include "files/input_file.h"
 #include "files/whole_file.h"
 #include "platform/files.h"
 #include "xml/document.h"
+#include "xml/foreign.h"
 
 namespace vgps {
 namespace {
@@ -35,13 +37,54 @@ int saveAs(XmlDocument& document, const std::string& path) {
   return fail("cannot write " + path + file.reason());
 }
 
+// A file of another program, by the rules of XML instead of those of this program's own files.
+int loadLeniently(const std::string& file, XmlDocument& document, XmlLoadResult& result) {
+  std::string bytes;
+  if (!readWholeFile(file, bytes)) {
+    return fail((fileExists(file) ? "cannot read " : "cannot open ") + file);
+  }
+  if (isBinary(bytes)) return fail(file + " is a binary file, not text");
+  std::string text;
+  if (!expandEntities(bytes, text)) return fail(file + ": its entities expand without end");
+  result = document.Load(text, XmlLoadMode::text, {.lenient = true});
+  return 0;
+}
+
+// Tells when what was read is not what the file's author meant.
+void warnOfChanges(const XmlOptions& options, const XmlDocument& document) {
+  const std::string advice = options.lenient ? "" : "; try --lenient";
+  const std::string fault = whyNotWellFormed(document);
+  if (!fault.empty()) {
+    return warn(options.file + ": the result is not well-formed: " + fault + advice);
+  }
+  if (options.lenient) return;
+  XmlDocument meant;
+  if (!meant.Load(options.file, XmlLoadMode::file, {.lenient = true})) return;
+  if (haveSameNames(document, meant)) return;
+  warn(options.file + ": names of elements or attributes are lost or changed" + advice);
+}
+
 }  // namespace
 
 int runXml(const XmlOptions& options) {
+  constexpr uint64_t kMostIndentation = uint64_t{64} << 20;
   XmlDocument document;
-  const XmlLoadResult result = document.Load(options.file, XmlLoadMode::file);
+  XmlLoadResult result;
+  if (options.lenient) {
+    if (const int failed = loadLeniently(options.file, document, result)) return failed;
+  } else {
+    result = document.Load(options.file, XmlLoadMode::file);
+  }
   if (!result) return fail(complaint(options.file, result));
-  if (!options.output.empty()) return saveAs(document, options.output);
+  if (!options.output.empty() && indentationOf(document) > kMostIndentation) {
+    return fail(options.file + " is nested too deeply: its indentation alone would exceed 64 MB");
+  }
+  if (!options.output.empty()) {
+    if (const int failed = saveAs(document, options.output)) return failed;
+    warnOfChanges(options, document);
+    return 0;
+  }
+  warnOfChanges(options, document);
   XmlElement root = document.GetRootElement();
   std::printf("%s: <%s> with %zu children\n", options.file.c_str(), root.GetElementName().c_str(),
               root.GetChildrenNum());

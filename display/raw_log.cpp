@@ -13,11 +13,35 @@ namespace vgps {
 namespace {
 
 constexpr double kMicrosOfAMs = 1000;
+// Pixels at 96 dots per inch. A larger window shows more rows, not larger ones.
+constexpr float kRowText = 13;
 
-std::string headline(const Scene& scene) {
+std::string delayText(const Scene& scene) {
   if (scene.readoutDelayMicros == 0) return {};
   const double ms = static_cast<double>(scene.readoutDelayMicros) / kMicrosOfAMs;
   return textWith(Text::displayDelay, fixedText(ms, 1));
+}
+
+// What is in view, and how to change that.
+std::string headline(const SceneRawLog& log) {
+  std::string text;
+  const auto add = [&](std::string_view part) {
+    if (!text.empty()) text += "  ";
+    text += part;
+  };
+  if (log.paused) add(textOf(Text::rawLogPaused));
+  if (log.newer > 0) add(textWith(Text::rawLogNewer, std::to_string(log.newer)));
+  if (log.filter.empty()) {
+    if (text.empty()) add(textOf(Text::rawLogHint));
+  } else {
+    const std::string count = std::to_string(log.matching) + '/' + std::to_string(log.kept);
+    add(textWith(Text::rawLogFilter, log.filter, count));
+  }
+  return text;
+}
+
+std::string_view withoutLineEnd(std::string_view text) {
+  return text.substr(0, text.find_last_not_of("\r\n") + 1);
 }
 
 }  // namespace
@@ -25,25 +49,38 @@ std::string headline(const Scene& scene) {
 void drawRawLog(Canvas& canvas, const Scene& scene) {
   const ReadoutLayout layout = layoutReadout(canvas.bounds(), {scene.density, scene.fontFactor});
   const Palette& palette = scene.palette;
-  const Font font = {.family = "Courier New", .size = layout.smallText};
-  const float line = std::ceil(layout.smallText * kLineHeight);
+  const float size = kRowText * scene.density * scene.fontFactor;
+  const Font font = {.family = "Courier New", .size = size};
+  const Font words = {.size = size};
+  const float line = std::ceil(size * kLineHeight);
   const Rect panel = contentArea(layout);
   const Rect room = inset(panel, std::floor(layout.padding / 2));
   canvas.clear(palette.background);
   canvas.fillRect(panel, palette.panel);
 
+  const std::string delay = delayText(scene);
+  const float delayWidth = std::min(canvas.textWidth(delay, words) + line, room.width / 2);
+  drawShortened(canvas, headline(scene.rawLog), {room.x, room.y, room.width - delayWidth, line},
+                words, palette.label, Align::left);
+  drawShortened(canvas, delay, {room.x + room.width - delayWidth, room.y, delayWidth, line}, words,
+                palette.label, Align::right);
+
   float foot = room.y + room.height;
-  const float head = room.y + line;
-  drawShortened(canvas, headline(scene), {room.x, room.y, room.width, line},
-                {.size = layout.smallText}, palette.label, Align::left);
-  if (scene.rawLog.empty()) {
-    drawShortened(canvas, textOf(Text::nothingReceived), {room.x, head, room.width, line},
-                  {.size = layout.smallText}, palette.staleValue, Align::left);
+  const float head = room.y + line * 1.5f;
+  if (scene.rawLog.kept == 0) {
+    drawShortened(canvas, textOf(Text::nothingReceived), {room.x, head, room.width, line}, words,
+                  palette.staleValue, Align::left);
   }
-  for (size_t i = scene.rawLog.size(); i > 0 && foot - line >= head; --i) {
+  const float timeWidth =
+      std::min(std::ceil(canvas.textWidth("00:00:00.000  ", font)), room.width / 2);
+  const std::vector<SceneRawLog::Row>& rows = scene.rawLog.rows;
+  for (size_t i = rows.size(); i > 0 && foot - line >= head; --i) {
     foot -= line;
-    drawShortened(canvas, scene.rawLog[i - 1], {room.x, foot, room.width, line}, font,
-                  palette.value, Align::left);
+    drawShortened(canvas, rows[i - 1].time, {room.x, foot, timeWidth, line}, font, palette.label,
+                  Align::left);
+    drawShortened(canvas, withoutLineEnd(rows[i - 1].text),
+                  {room.x + timeWidth, foot, room.width - timeWidth, line}, font, palette.value,
+                  Align::left);
   }
   drawStatusLine(canvas, {layout.status, layout.smallText}, scene);
 }

@@ -117,10 +117,17 @@ class Painter {
   void drawPosition() {
     std::string name(textOf(Text::position));
     if (!texts_.zone.empty()) name += "  " + texts_.zone;
-    const Rect room = openPart(layout_.position, name);
+    float nameEnd = 0;
+    const Rect room = openPart(layout_.position, name, &nameEnd);
+    const float badge = room.x + room.width * 0.4f;
+    const Rect between = {nameEnd + layout_.smallText, room.y - smallLine(),
+                          badge - nameEnd - layout_.smallText, smallLine()};
+    if (canvas_.textWidth(texts_.accuracy, smallFont()) <= between.width) {
+      line(texts_.accuracy, between, smallFont(), detailColour(scene_.ages.position), Align::left);
+    }
     drawBadge(canvas_, texts_.quality,
-              {room.x + room.width * 0.4f, room.y - smallLine(), room.width * 0.6f, smallLine()},
-              layout_.smallText, qualityColour(), palette_.badgeText, true);
+              {badge, room.y - smallLine(), room.width * 0.6f, smallLine()}, layout_.smallText,
+              qualityColour(), palette_.badgeText, true);
     const bool known = !texts_.position[1].empty();
     const bool withHeight = room.height >= 3 * smallLine() * 1.25f;
     const float rows = withHeight ? 3 : 2;

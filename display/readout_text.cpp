@@ -35,7 +35,12 @@ std::string dateText(const DateTime& time) {
 }
 
 std::string offsetText(int32_t utcOffsetMinutes) {
-  const int32_t ahead = -utcOffsetMinutes;
+  constexpr int32_t kDay = 24 * 60;
+  constexpr int32_t kFarthest = 14 * 60;  // that any zone is ahead or behind
+  // Across the end of a month the days' numbers say nothing, and whole days too many come out.
+  int32_t ahead = -utcOffsetMinutes % kDay;
+  if (ahead > kFarthest) ahead -= kDay;
+  if (ahead < -kFarthest) ahead += kDay;
   const auto minutes = static_cast<uint32_t>(std::abs(ahead));
   return textWith(Text::utcOffset, (ahead < 0 ? '-' : '+') + twoDigits(minutes / 60) + ':' +
                                        twoDigits(minutes % 60));
@@ -168,14 +173,7 @@ bool hasPosition(const FixRecord& fix) {
 }
 
 int32_t distinctSatellites(std::span<const ViewedSatellite> view) {
-  int32_t count = 0;
-  for (size_t i = 0; i < view.size(); ++i) {
-    const auto same = [&](const ViewedSatellite& before) {
-      return before.system == view[i].system && before.id == view[i].id;
-    };
-    if (std::none_of(view.begin(), view.begin() + static_cast<ptrdiff_t>(i), same)) ++count;
-  }
-  return count;
+  return static_cast<int32_t>(strongestSignals(view).size());
 }
 
 ReadoutTexts readoutTexts(const Scene& scene) {
@@ -183,6 +181,10 @@ ReadoutTexts readoutTexts(const Scene& scene) {
   fillPosition(scene, texts);
   const bool current = scene.state == ReceiverState::fix;
   texts.quality = fixQualityText(current ? scene.fix.fixStatus : 0);
+  if (current && scene.accuracy > 0) {
+    const int decimals = scene.accuracy < 1 ? 2 : scene.accuracy < 10 ? 1 : 0;
+    texts.accuracy = textWith(Text::estimatedAccuracy, fixedText(scene.accuracy, decimals));
+  }
   fillSpeed(scene, texts);
   fillCourse(scene, texts);
   fillAltitude(scene, texts);

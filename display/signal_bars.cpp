@@ -22,23 +22,6 @@ constexpr float kLinesWithStrengths = 4;  // minimum height for numbers above th
 // The letters of the systems, as used in RINEX observation files.
 constexpr std::array<const char*, 8> kLetters = {"", "G", "R", "E", "C", "J", "S", "I"};
 
-std::vector<ViewedSatellite> strongestSignals(std::span<const ViewedSatellite> view) {
-  std::vector<ViewedSatellite> satellites;
-  for (const ViewedSatellite& seen : view) {
-    const auto known =
-        std::find_if(satellites.begin(), satellites.end(), [&](const ViewedSatellite& other) {
-          return other.system == seen.system && other.id == seen.id;
-        });
-    if (known == satellites.end()) {
-      satellites.push_back(seen);
-      continue;
-    }
-    known->snr = std::max(known->snr, seen.snr);
-    known->used = known->used || seen.used;
-  }
-  return satellites;
-}
-
 void keepStrongest(std::vector<ViewedSatellite>& satellites, size_t most) {
   if (satellites.size() <= most) return;
   std::stable_sort(satellites.begin(), satellites.end(),

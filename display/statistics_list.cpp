@@ -14,13 +14,16 @@ namespace {
 
 constexpr float kLargestText = 24;  // pixels at the usual window size
 
-std::string timeText(double seconds) {
-  return hoursMinutesText(static_cast<uint64_t>(std::max(seconds, 0.0)));
+// "01:20:07"
+std::string durationText(double seconds) {
+  const auto whole = static_cast<uint64_t>(std::max(seconds, 0.0));
+  const std::string ofMinute = std::to_string(whole % 60);
+  return hoursMinutesText(whole) + (ofMinute.size() < 2 ? ":0" : ":") + ofMinute;
 }
 
-// "01:20, 66.67%": a time and its share of the time since the statistics screen was opened.
+// "01:20:07, 66.67%" of the time in which the receiver told a speed.
 std::string withShare(double seconds, double of) {
-  const std::string time = timeText(seconds);
+  const std::string time = durationText(seconds);
   return of > 0 ? time + ", " + shareText(100 * seconds / of) : time;
 }
 
@@ -33,15 +36,16 @@ std::string greatestAltitude(const Scene& scene) {
 
 std::vector<StatisticsRow> statisticsRows(const Scene& scene) {
   const SceneStatistics& counted = scene.statistics;
+  const double told = counted.movingSeconds + counted.stoppedSeconds;
   const auto row = [](Text name, std::string value) {
     return StatisticsRow{std::string(textOf(name)), std::move(value)};
   };
   return {
-      row(Text::statisticsRunning, timeText(counted.totalSeconds)),
-      row(Text::statisticsConnected, timeText(counted.connectedSeconds)),
-      row(Text::statisticsRecording, timeText(counted.recordingSeconds)),
-      row(Text::statisticsMoving, withShare(counted.movingSeconds, counted.statSeconds)),
-      row(Text::statisticsStopped, withShare(counted.stoppedSeconds, counted.statSeconds)),
+      row(Text::statisticsRunning, durationText(counted.totalSeconds)),
+      row(Text::statisticsConnected, durationText(counted.connectedSeconds)),
+      row(Text::statisticsRecording, durationText(counted.recordingSeconds)),
+      row(Text::statisticsMoving, withShare(counted.movingSeconds, told)),
+      row(Text::statisticsStopped, withShare(counted.stoppedSeconds, told)),
       row(Text::statisticsMaxSpeed, speedText(scene.maxSpeed, scene.speedUnit)),
       row(Text::statisticsMaxAltitude, greatestAltitude(scene)),
       row(Text::statisticsDistance, distanceText(counted.distance, counted.distanceUnit)),

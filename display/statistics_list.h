@@ -13,7 +13,7 @@ struct StatisticsRow {
   std::string value;
 };
 
-// Times as hours and minutes; everything else in the chosen units.
+// Times as hours, minutes and seconds, the rest in the units that were chosen.
 std::vector<StatisticsRow> statisticsRows(const Scene& scene);
 
 void drawStatistics(Canvas& canvas, const Scene& scene);

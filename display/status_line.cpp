@@ -28,8 +28,21 @@ std::string stateText(const Scene& scene) {
 
 std::string recordingText(const Scene& scene) {
   if (scene.trackState < 1 || scene.trackState > 3) return {};
-  return textWith(Text::stateRecording + (static_cast<uint32_t>(scene.trackState) - 1),
-                  std::to_string(scene.trackPoints), scene.trackLength);
+  const std::string text =
+      textWith(Text::stateRecording + (static_cast<uint32_t>(scene.trackState) - 1),
+               std::to_string(scene.trackPoints), scene.trackLength);
+  return scene.trackWaiting.empty() ? text : text + ", " + scene.trackWaiting;
+}
+
+// "log 12.3 MB": it grows, by some 4 MB an hour at one fix a second.
+std::string logText(const Scene& scene) {
+  constexpr uint64_t kMegabyte = 1000 * 1000;
+  if (!scene.logging) return {};
+  if (scene.logBytes < kMegabyte) {
+    return textWith(Text::logKilobytes, std::to_string((scene.logBytes + 999) / 1000));
+  }
+  const double megabytes = static_cast<double>(scene.logBytes) / kMegabyte;
+  return textWith(Text::logMegabytes, fixedText(megabytes, 1));
 }
 
 // Covers the satellites in view with a known signal strength.
@@ -97,6 +110,7 @@ StatusTexts statusTexts(const Scene& scene) {
   StatusTexts texts;
   texts.state = stateText(scene);
   texts.recording = recordingText(scene);
+  texts.log = logText(scene);
   if (scene.state == ReceiverState::notConnected) return texts;
   const bool flowing = scene.state == ReceiverState::noFix || scene.state == ReceiverState::fix;
   if (scene.fixSeen) texts.age = textWith(Text::fixAge, std::to_string(scene.fixAgeMs / 1000));
@@ -124,6 +138,7 @@ void drawStatusLine(Canvas& canvas, const StatusBar& place, const Scene& scene) 
   placer.left(texts.recording, palette.value);  // first, as the most important text
   placer.left(scene.notice, palette.caution);
   placer.left(scene.source, palette.value);
+  placer.left(texts.log, palette.label);
   placer.left(scene.message, palette.value);
   placer.right(texts.rate, palette.label);
 }
@@ -132,7 +147,7 @@ TimeDependentTexts timeDependentTexts(const Scene& scene) {
   const StatusTexts texts = statusTexts(scene);
   const ValueAges& ages = scene.ages;
   TimeDependentTexts passing;
-  passing.status = texts.age + '\n' + texts.rate + '\n' + scene.notice;
+  passing.status = texts.age + '\n' + texts.rate + '\n' + scene.notice + '\n' + texts.log;
   passing.values = texts.state + '\n';
   for (const uint32_t age : {ages.position, ages.motion, ages.altitude, ages.time, ages.used,
                              ages.view, ages.dilution}) {

@@ -1,5 +1,6 @@
 #include "files/whole_file.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -116,6 +117,19 @@ bool OutputFile::write(std::string_view bytes) {
   send(buffer_);
   buffer_.clear();
   return send(bytes);
+}
+
+bool OutputFile::writeOver(uint64_t offset, std::string_view bytes) {
+  if (file_ == nullptr || offset > written_ || bytes.size() > written_ - offset) return false;
+  if (offset < sent_) {
+    const std::string_view front = bytes.substr(0, sent_ - offset);
+    const std::span data(reinterpret_cast<const uint8_t*>(front.data()), front.size());
+    good_ = good_ && file_->writeAt(offset, data);
+    bytes.remove_prefix(front.size());
+    offset += front.size();
+  }
+  std::copy(bytes.begin(), bytes.end(), buffer_.begin() + static_cast<ptrdiff_t>(offset - sent_));
+  return good_;
 }
 
 bool OutputFile::flush() {

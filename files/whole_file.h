@@ -23,6 +23,8 @@ class OutputFile {
   ~OutputFile();
 
   bool write(std::string_view bytes);
+  // Over bytes that were written, all of them; archives complete their headers so.
+  bool writeOver(uint64_t offset, std::string_view bytes);
   uint64_t written() const { return written_; }
 
   // Flushes everything to disk, still under the temporary name.

@@ -69,7 +69,7 @@ void feed(GpsFix& fix, std::string_view bytes, std::string_view lengths) {
     splitAtLineStarts({block.get(), length}, fix.framing.carriedStart(),
                       fix.state.inputProtocol == kSirfBinary, [&](std::string_view chunk) {
                         require(!chunk.empty());
-                        fix.onReceive(chunk);
+                        fix.receiveLine(chunk);
                         require(fix.framing.carried() <= kCarrySize);
                       });
   }

@@ -112,6 +112,7 @@ struct NmeaSentence {
     double longitude, latitude, altitude;
     DateTime utc, local;
     int32_t usedCount;
+    double exactAltitude;  // `altitude` is cut to whole metres
   };
   struct Active {  // GSA: `used` flags
     float pdop, hdop, vdop;

@@ -1,5 +1,7 @@
 #include "gps/gps_fix.h"
 
+#include "gps/stray_start.h"
+
 namespace vgps {
 namespace {
 
@@ -16,6 +18,19 @@ bool GpsFix::parseSentence(std::string_view text, NmeaSentence& out, bool apply)
   const uint32_t said = parseRecord(decoded, state, out);
   if (apply) applyRecord(decoded, out, said, *this);
   return decoded.sentence.name.dollar;
+}
+
+void GpsFix::receiveLine(std::string_view bytes) {
+  if (framing.carried() == 1 && framing.carriedStart() == '$' && bytes.starts_with('$')) {
+    framing.dropCarried();  // of "$$" the blocks were cut between the two
+    ++state.stats.strayStarts;
+  }
+  if (framing.carried() == 0) {
+    const std::string_view line = withoutStrayStart(bytes);
+    if (line.size() != bytes.size()) ++state.stats.strayStarts;
+    bytes = line;
+  }
+  onReceive(bytes);
 }
 
 void GpsFix::onReceive(std::string_view bytes) {

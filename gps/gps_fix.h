@@ -48,6 +48,9 @@ struct GpsFix : FixRecord, ConnectionStatus {
 
   // On the reader thread, or the one thread of a replay: received bytes, and whole lines.
   void onReceive(std::string_view bytes);
+  // Likewise, of one line at most: leaves out and counts stray characters in front of a sentence
+  // before the bytes go to `onReceive`.
+  void receiveLine(std::string_view bytes);
   void processLines(std::string_view bytes) { lines.process(bytes); }
 };
 

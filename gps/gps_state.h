@@ -64,8 +64,9 @@ struct GpsState {
   std::string sensorIdentifier;  // a GUID as text
 
   // Written by the parsing thread; the user interface copies them while the reader waits.
-  double maxSpeed = 0;     // in the speed unit chosen at the time
-  double maxAltitude = 0;  // metres
+  double maxSpeed = 0;       // in the speed unit chosen at the time
+  double maxAltitude = 0;    // metres
+  double exactAltitude = 0;  // metres, of the fix: with the decimals that its record lacks
   int32_t epochSentenceKind = 0;
   int32_t leadingSentenceKind = 0;
   SatelliteView view;

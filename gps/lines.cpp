@@ -34,13 +34,16 @@ void Lines::processLine(std::string_view line) {
   DecodedSentence decoded(line);
   Sentence& sentence = decoded.sentence;
   const auto talkers = static_cast<TalkerSetting>(state.options.talkers.load());
-  if (state.talkers.standsInForGps(sentence, fix_.receiveTick, talkers)) sentence.forGps = true;
+  const TalkerVerdict verdict = state.talkers.judge(sentence, fix_.receiveTick, talkers);
+  sentence.forGps = verdict.forGps;
   const uint32_t said = parseRecord(decoded, state, sentence_);
   applyRecord(decoded, sentence_, said, fix_);
   followBurst(state, sentence_.kind, fix_.receiveTick - fix_.previousReceiveTick);
   fix_.lastSentenceKind = sentence_.kind;
   fix_.previousReceiveTick = fix_.receiveTick;
   fix_.ticksWithoutData = 0;
+  const bool leftOut = verdict.reason != LeftOutReason::none && !sentence.name.isMakersOwn();
+  if (leftOut) state.stats.countLeftOut(sentence.name, verdict);
   if (sentence.name.dollar) {
     state.stats.countLine(sentence, fix_.receiveTick);
   } else {

@@ -189,12 +189,17 @@ uint32_t parseGga(const Fields& fields, GpsState& state, NmeaSentence::Quality& 
   }
   if (fields.has(9)) {
     out.altitude = leadingInt(fields[9]);
+    out.exactAltitude = leadingDouble(fields[9]);
     noteAltitude(state, out.altitude);
     said |= kSaidAltitude | gaveNumber(fields[9], kGaveAltitude);
   }
   // Some receivers leave field 9 empty or report their altitude in the geoid field.
   if (fields.has(11) && (out.altitude == 0 || state.options.altitudeFromGeoidField)) {
     out.altitude = leadingInt(fields[11]);
+    // Half a meter is a height too, which the record lacks.
+    if (out.exactAltitude == 0 || state.options.altitudeFromGeoidField) {
+      out.exactAltitude = leadingDouble(fields[11]);
+    }
     noteAltitude(state, out.altitude);
     said |= gaveNumber(fields[11], kGaveAltitude);
   }
@@ -408,7 +413,10 @@ void applyGga(const NmeaSentence::Quality& record, uint32_t said, GpsFix& fix) {
   if ((said & kSaidPosition) != 0) applyPosition(record.longitude, record.latitude, fix);
   if ((said & kSaidTime) != 0) applyTimeOfDay(record.utc, record.local, fix);
   if ((said & kSaidUsedCount) != 0) fix.satellites->usedCount = record.usedCount;
-  if ((said & kSaidAltitude) != 0) fix.altitude = record.altitude;
+  if ((said & kSaidAltitude) != 0) {
+    fix.altitude = record.altitude;
+    fix.state.exactAltitude = record.exactAltitude;
+  }
   applyMarks(fix, kGga, said);
 }
 
@@ -421,7 +429,7 @@ void applyRmc(const NmeaSentence::Position& record, uint32_t said, bool extended
     fix.utcTime.month = record.utc.month;
     fix.utcTime.day = record.utc.day;
   }
-  if ((said & kSaidAltitude) != 0) fix.altitude = record.altitude;
+  if ((said & kSaidAltitude) != 0) fix.altitude = fix.state.exactAltitude = record.altitude;
   if ((said & kSaidSpeed) != 0) {
     fix.speedKnots = record.knots;
     fix.speedMps = record.mps;

@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 #include "base/number.h"
 #include "base/texts.h"
@@ -209,13 +210,27 @@ std::vector<PortFinding> PortFinder::findings() const {
   return search_->findings;
 }
 
+std::string positionText(const PortFinding& finding) {
+  const ProbeAnswer& answer = finding.answer;
+  if (!finding.answered) return {};
+  if (answer.result == ProbeResult::found && !answer.hasFix) {
+    return std::string(textOf(Text::finderNoFixYet));
+  }
+  if (answer.hasFix && answer.satellites > 0) {
+    return textWith(Text::finderFixOf, std::to_string(answer.satellites));
+  }
+  if (answer.hasFix) return std::string(textOf(Text::finderFix));
+  return std::string(answer.ais ? textOf(Text::finderAis) : "");
+}
+
 const PortFinding* bestFinding(const std::vector<PortFinding>& findings) {
   const PortFinding* best = nullptr;
   for (const PortFinding& finding : findings) {
     if (!finding.answered || finding.answer.result != ProbeResult::found) continue;
-    if (best == nullptr || finding.answer.sentencesPerSecond > best->answer.sentencesPerSecond) {
-      best = &finding;
-    }
+    const auto worth = [](const PortFinding& one) {
+      return std::pair(one.answer.hasFix, one.answer.sentencesPerSecond);
+    };
+    if (best == nullptr || worth(finding) > worth(*best)) best = &finding;
   }
   return best;
 }

@@ -71,10 +71,14 @@ class PortFinder {
   std::shared_ptr<Search> search_;  // shared with its threads
 };
 
-// The best finding: the receiver with the most sentences per second. Null if there is no receiver.
+// The best finding: a receiver that has a position before one that has none, and of these the one
+// with the most sentences per second. Null if there is no receiver.
 const PortFinding* bestFinding(const std::vector<PortFinding>& findings);
 
-// The result of a probe at this baud rate, as text.
+// What is known of a position there: "fix, 9 satellites", "no fix yet", "AIS"; empty without any.
+std::string positionText(const PortFinding& finding);
+
+// What a probe at this speed has found, in words.
 std::string answerText(const ProbeAnswer& answer, uint32_t speed);
 
 // The text for a port: "NMEA at 9600 baud, talker GN, 5.0 sentences/s".

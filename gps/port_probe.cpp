@@ -4,8 +4,10 @@
 #include <array>
 #include <chrono>
 
+#include "gps/fields.h"
 #include "gps/sentence.h"
 #include "gps/sirf.h"
+#include "gps/stray_start.h"
 
 namespace vgps {
 namespace {
@@ -49,6 +51,18 @@ bool isSentence(std::string_view line, const SentenceName& name) {
 }
 
 bool isPosition(const SentenceName& name) { return name.isOfSatellites() && name.isPosition(); }
+
+// What a position sentence says besides: an RMC that is valid, a GGA of some quality.
+//   $GPRMC,time,A,...    $GPGGA,time,lat,N,lon,E,quality,used,...
+void noteFix(const SentenceName& name, std::string_view line, ProbeAnswer& answer) {
+  const Fields fields(line);
+  if (name.type == SentenceType::rmc) {
+    answer.hasFix |= fields.has(2) && fields[2].starts_with('A');
+  } else if (fields.has(6) && fields.wholeNumber(6) > 0) {
+    answer.hasFix = true;
+    if (fields.has(7)) answer.satellites = fields.wholeNumber(7);
+  }
+}
 
 ProbeResult openResult(PortError error) {
   switch (error) {
@@ -103,17 +117,20 @@ ProbeAnswer judgeBytes(std::string_view bytes, uint32_t ms) {
   size_t sentences = 0;
   for (std::string_view rest = bytes; !rest.empty();) {
     const size_t end = std::min(rest.find_first_of("\r\n"), rest.size());
-    const std::string_view line = rest.substr(0, end);
+    const std::string_view line = withoutStrayStart(rest.substr(0, end));
     rest.remove_prefix(std::min(end + 1, rest.size()));
     const SentenceName name = nameOf(line);
+    if (line.starts_with("!AIVD")) answer.ais = true;
     if (!isSentence(line, name)) continue;
     ++sentences;
-    if (isPosition(name)) answer.talker = line.substr(1, 2);
+    if (!isPosition(name)) continue;
+    answer.talker = line.substr(1, 2);
+    noteFix(name, line, answer);
   }
   answer.sentencesPerSecond = ms == 0 ? 0 : static_cast<double>(sentences) * 1000 / ms;
   if (!answer.talker.empty()) {
     answer.result = ProbeResult::found;
-  } else if (sentences > 0) {
+  } else if (sentences > 0 || answer.ais) {
     answer.result = ProbeResult::noPosition;
   } else if (looksLikeSirf(bytes)) {
     answer.result = ProbeResult::sirfBinary;

@@ -53,8 +53,27 @@ struct Arrival {
   uint64_t micros;
 };
 
-// Whether the block ends with a complete line or with the start of a sentence, which framing keeps.
-// The start of any other line would be taken for unknown bytes.
+size_t lengthOfLine(std::string_view block) {
+  const size_t lineFeed = block.find('\n');
+  return lineFeed == std::string_view::npos ? block.size() : lineFeed + 1;
+}
+
+// A line, a whole message, or the rest of the block behind the start of one. Line ends without a
+// line stay together: each chunk is handed to the user interface.
+size_t lengthOfChunk(std::string_view block) {
+  if (block.starts_with(kSirfStart)) {
+    const size_t length = sirfFrameLength(block);
+    const bool whole = length > 0 && block.substr(0, length).size() == length;
+    return whole && block.substr(0, length).ends_with(kSirfEnd) ? length : block.size();
+  }
+  if (block[0] != '\r' && block[0] != '\n') return lengthOfLine(block);
+  const size_t text = std::min(block.find_first_not_of("\r\n"), block.size());
+  const size_t lineFeed = block.substr(0, text).rfind('\n');
+  return lineFeed == std::string_view::npos ? lengthOfLine(block) : lineFeed + 1;
+}
+
+// Whole lines, and behind them at most the front of a sentence, which framing carries. The front of
+// another line would be taken for bytes of no receiver.
 bool endsWell(std::string_view block) {
   const size_t lineFeed = block.rfind('\n');
   if (lineFeed == std::string_view::npos) return false;
@@ -94,6 +113,8 @@ void beginSource(GpsFix& fix) {
   fix.state.talkers.reset();
   fix.state.leadingSentenceKind = kNoSentence;
   fix.unknown = kAllUnknown;
+  fix.state.stats.leftOutKinds = 0;
+  fix.state.stats.strayStarts = 0;
 }
 
 // Held while a reader delivers what it has read. Records the generation, because the reader may
@@ -145,7 +166,7 @@ void handleBlock(Reading& reading, std::string_view block, size_t heldBefore) {
     const auto end = static_cast<size_t>(chunk.data() + chunk.size() - block.data());
     while (heldBefore + arrival->end < end) ++arrival;
     fix.lastByteMicros = arrival->micros;
-    fix.onReceive(chunk);
+    fix.receiveLine(chunk);
   });
 }
 
@@ -232,10 +253,8 @@ void splitAtLineStarts(std::string_view block, char carriedStart, bool binary,
     take(block.substr(0, start));
     block.remove_prefix(start);
   }
-  while (!block.empty()) {
-    const bool message = block.starts_with(kSirfStart);
-    const size_t lineFeed = message ? std::string_view::npos : block.find('\n');
-    const size_t length = lineFeed == std::string_view::npos ? block.size() : lineFeed + 1;
+  for (bool carried = carriedStart != '\0'; !block.empty(); carried = false) {
+    const size_t length = carried ? lengthOfLine(block) : lengthOfChunk(block);
     take(block.substr(0, length));
     block.remove_prefix(length);
   }

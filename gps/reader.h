@@ -7,11 +7,12 @@ namespace vgps {
 
 struct GpsFix;
 
-// Splits received blocks at line starts, so that each line reaches `onReceive` separately and
-// dropping a foreign line (AIS, noise) never drops a sentence with it. (Where a block ends is only
-// a matter of timing.) Binary input is not split, except that the damaged rest of a message ends
-// where the next one starts; `binary` says that the last input was binary. `carriedStart` is the
-// first byte of the incomplete line that `onReceive` keeps, 0 if there is none.
+// Splits received blocks at line starts and around whole messages, so that each line reaches
+// `onReceive` separately and dropping a foreign line (AIS, noise) never drops a sentence with it.
+// Block borders are accidents of timing anyhow. A message that is not whole takes the rest of the
+// block with it; the damaged rest of one (`binary`: messages came last) ends where the next one
+// starts. Blank lines in a row stay together. `carriedStart`: the first byte of what `onReceive`
+// carries, 0 when nothing.
 void splitAtLineStarts(std::string_view block, char carriedStart, bool binary,
                        const std::function<void(std::string_view)>& take);
 

@@ -2,6 +2,12 @@
 
 namespace vgps {
 
+int systemIdOf(const Sentence& sentence) {
+  const std::string_view field = sentence.fields.orEmpty(GsaReport::kSystemField);
+  const std::string_view digit = field.substr(0, field.find_first_of("*\r\n"));
+  return digit.size() == 1 ? std::max(hexDigit(digit[0]), 0) : 0;
+}
+
 void readGsa(const Sentence& sentence, GsaReport& report) {
   const Fields& fields = sentence.fields;
   const size_t end = std::min(GsaReport::kFirst + GsaReport::kChannels, fields.size());

@@ -42,6 +42,10 @@ struct GsvReport {
   std::array<Satellite, kGroups> satellites;
 };
 
+// The system number of a GSA, 0 when it has none: one hexadecimal digit. Some receivers write a
+// fourth DOP there ("1.2").
+int systemIdOf(const Sentence& sentence);
+
 void readGsa(const Sentence& sentence, GsaReport& report);
 void readGsv(const Sentence& sentence, GsvReport& report);
 

@@ -41,7 +41,8 @@ SatelliteSystem systemOfTalker(uint64_t talker) {
     case lettersKey("GL"): return SatelliteSystem::glonass;
     case lettersKey("GA"): return SatelliteSystem::galileo;
     case lettersKey("GB"):
-    case lettersKey("BD"): return SatelliteSystem::beidou;
+    case lettersKey("BD"):
+    case lettersKey("PQ"): return SatelliteSystem::beidou;
     case lettersKey("GQ"):
     case lettersKey("QZ"): return SatelliteSystem::qzss;
     case lettersKey("GI"): return SatelliteSystem::navic;
@@ -66,13 +67,6 @@ uint64_t satelliteKey(SatelliteSystem system, int32_t id) {
   return uint64_t{static_cast<uint8_t>(system)} << 32 | static_cast<uint32_t>(id);
 }
 
-int hexValue(std::string_view field) {
-  const char c = field[0];
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return 0;
-}
-
 uint64_t markOf(uint64_t key) { return uint64_t{1} << (key & 63); }
 
 }  // namespace
@@ -81,6 +75,23 @@ const char* satelliteSystemName(SatelliteSystem system) {
   constexpr std::array<const char*, 8> kNames = {"unknown", "GPS",  "GLONASS", "Galileo",
                                                  "BeiDou",  "QZSS", "SBAS",    "NavIC"};
   return kNames[static_cast<size_t>(system)];
+}
+
+std::vector<ViewedSatellite> strongestSignals(std::span<const ViewedSatellite> view) {
+  std::vector<ViewedSatellite> satellites;
+  for (const ViewedSatellite& seen : view) {
+    const auto known =
+        std::find_if(satellites.begin(), satellites.end(), [&](const ViewedSatellite& other) {
+          return other.system == seen.system && other.id == seen.id;
+        });
+    if (known == satellites.end()) {
+      satellites.push_back(seen);
+      continue;
+    }
+    known->snr = std::max(known->snr, seen.snr);
+    known->used = known->used || seen.used;
+  }
+  return satellites;
 }
 
 void SatelliteView::take(const DecodedSentence& decoded, uint32_t tick) {
@@ -103,7 +114,7 @@ void SatelliteView::takeGsv(const DecodedSentence& decoded, uint32_t tick) {
   const size_t groups = std::min((left + 1) / 4, GsvReport::kGroups);
   const size_t behind = kHead + 4 * groups;
   const bool hasSignal = left % 4 == 1 && !body.isEmpty(behind);
-  const int signal = hasSignal ? hexValue(decoded.sentence.fields[behind]) : 0;
+  const int signal = hasSignal ? std::max(hexDigit(decoded.sentence.fields[behind][0]), 0) : 0;
   const Source source = {static_cast<uint16_t>(talker), static_cast<uint8_t>(signal)};
   beginOrContinueCycle(source, report.message, tick);
   for (size_t i = 0; i < groups; ++i) {
@@ -220,7 +231,7 @@ void SatelliteView::takeGsa(const DecodedSentence& decoded, uint32_t tick) {
   const uint32_t talker = decoded.sentence.name.talker;
   const Body body(decoded.sentence);
   const bool hasSystem = !body.isEmpty(GsaReport::kSystemField);
-  const int number = hasSystem ? hexValue(decoded.sentence.fields[GsaReport::kSystemField]) : 0;
+  const int number = hasSystem ? systemIdOf(decoded.sentence) : 0;
   UsedSet* set = usedSetOf({static_cast<uint16_t>(talker), static_cast<uint8_t>(number)});
   if (set == nullptr) return;
   // Several GSA lines of one source in a row list more than twelve satellites; a GSA in the next

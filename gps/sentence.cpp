@@ -1,17 +1,11 @@
 #include "gps/sentence.h"
 
+#include <array>
+
 namespace vgps {
 namespace {
 
-int hexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  return -1;
-}
-
-// The exclusive-or of all characters except the first, computed eight at a time and folded at the
-// end.
+// The exclusive-or of all characters but the first, eight at a time, folded at the end.
 uint8_t xorOf(std::string_view sentence) {
   if (!sentence.empty()) sentence.remove_prefix(1);
   uint64_t wide = 0;
@@ -28,6 +22,18 @@ uint8_t xorOf(std::string_view sentence) {
 }
 
 }  // namespace
+
+const char* sentenceTypeName(SentenceType type) {
+  constexpr std::array<const char*, kSentenceTypes> kNames = {"RMC", "GGA", "GSA", "GSV", "other"};
+  return kNames[static_cast<size_t>(type)];
+}
+
+int hexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return -1;
+}
 
 uint8_t nmeaChecksum(std::string_view sentence) {
   return xorOf(sentence.substr(0, sentence.find('*')));

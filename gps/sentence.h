@@ -23,7 +23,13 @@ constexpr uint64_t lettersKey(std::string_view letters) {
 enum class SentenceType : uint8_t { rmc, gga, gsa, gsv, other };
 inline constexpr size_t kSentenceTypes = 5;
 
+// "RMC"; "other".
+const char* sentenceTypeName(SentenceType type);
+
 enum class Checksum : uint8_t { right, wrong, absent };
+
+// -1 when it is none.
+int hexDigit(char c);
 
 // The exclusive-or of the characters between the first one ("$") and the "*".
 uint8_t nmeaChecksum(std::string_view sentence);
@@ -38,15 +44,19 @@ Checksum checkNmeaChecksum(std::string_view sentence);
 struct SentenceName {
   static constexpr size_t kLength = 6;
   static constexpr uint32_t kGps = static_cast<uint32_t>(lettersKey("GP"));
+  static constexpr uint32_t kBeiDouPq = static_cast<uint32_t>(lettersKey("PQ"));
 
   uint32_t talker = 0;  // two letters, packed by `lettersKey`; 0 if the line is too short
   SentenceType type = SentenceType::other;
   bool dollar = false;  // the line starts with "$", so it counts as a sentence
   bool whole = false;   // the type is followed by a comma: "$GPRMC," but not "$GPRMCX,"
 
-  // "$P" marks a proprietary sentence, whatever letters follow.
-  bool isMakersOwn() const { return (talker & 0xFF) == 'P'; }
-  // "$G" marks a sentence from a satellite receiver.
+  // "$P" begins a maker's own sentence, whatever letters follow; only "PQ" is also the talker of
+  // BeiDou, in the sentences that everyone sends.
+  bool isMakersOwn() const {
+    return (talker & 0xFF) == 'P' && (talker != kBeiDouPq || type == SentenceType::other);
+  }
+  // "$G" begins one of a satellite receiver.
   bool isOfSatellites() const { return (talker & 0xFF) == 'G'; }
   bool isPosition() const { return type == SentenceType::rmc || type == SentenceType::gga; }
 };

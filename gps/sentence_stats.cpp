@@ -1,6 +1,9 @@
 #include "gps/sentence_stats.h"
 
+#include <algorithm>
+
 namespace vgps {
+
 void RateMeter::count(uint32_t tick) {
   if (tick - lastTick_ > kWindowMs) {  // the first event, or the first after a pause
     inWindow_ = 0;
@@ -21,7 +24,10 @@ double RateMeter::perSecond(uint32_t tick) const {
   if (tick - lastTick_ > kWindowMs) return 0;
   if (lastWindowRate_ >= 0) return lastWindowRate_;
   const uint32_t elapsed = lastTick_ - windowStart_;
-  return elapsed == 0 ? 0 : (inWindow_ - 1) * 1000.0 / elapsed;
+  // Within a single burst nothing is known: a kind that comes every five seconds would have
+  // thousands a second.
+  constexpr uint32_t kBurstMs = 500;
+  return elapsed < kBurstMs ? 0 : (inWindow_ - 1) * 1000.0 / elapsed;
 }
 
 uint64_t SentenceStats::sum(uint64_t KindStats::*member) const {
@@ -41,6 +47,17 @@ void SentenceStats::countLine(const Sentence& sentence, uint32_t tick) {
     case Checksum::wrong: ++kind.checksumWrong; break;
     case Checksum::absent: ++kind.checksumAbsent; break;
   }
+}
+
+void SentenceStats::countLeftOut(const SentenceName& name, const TalkerVerdict& why) {
+  const auto end = leftOut.begin() + static_cast<std::ptrdiff_t>(leftOutKinds);
+  const auto found = std::find_if(leftOut.begin(), end, [&](const LeftOutSentences& one) {
+    return one.talker == name.talker && one.type == name.type && one.why.reason == why.reason;
+  });
+  if (found == leftOut.end()) return;
+  if (found == end) *found = {name.talker, name.type, why}, ++leftOutKinds;
+  found->why = why;
+  ++found->count;
 }
 
 }  // namespace vgps

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "gps/sentence.h"
+#include "gps/talkers.h"
 
 namespace vgps {
 
@@ -30,11 +31,24 @@ struct KindStats {
   RateMeter rate;
 };
 
-// Counts of received lines and messages. Counting does not affect what is accepted.
+// RMC, GGA and GSA of one talker that were not parsed for one reason.
+struct LeftOutSentences {
+  uint32_t talker = 0;  // letters as in SentenceName
+  SentenceType type = SentenceType::other;
+  TalkerVerdict why;
+  uint64_t count = 0;
+};
+
+// What came down the line. Counting changes nothing in what is accepted.
 struct SentenceStats {
   std::array<KindStats, kSentenceTypes> kinds;
-  uint64_t rejected = 0;  // lines that do not start with "$"
-  uint64_t binary = 0;    // complete binary messages
+  uint64_t rejected = 0;     // lines that begin with no "$"
+  uint64_t binary = 0;       // whole binary messages
+  uint64_t strayStarts = 0;  // lines that had a stray character in front of their sentence
+
+  // Of the current source; what has no place any more is not counted.
+  std::array<LeftOutSentences, 12> leftOut;
+  size_t leftOutKinds = 0;
 
   const KindStats& of(SentenceType kind) const { return kinds[static_cast<size_t>(kind)]; }
   uint64_t total() const;  // accepted lines and binary messages
@@ -43,6 +57,7 @@ struct SentenceStats {
 
   // Counts an accepted line, by the type that the parser used.
   void countLine(const Sentence& sentence, uint32_t tick);
+  void countLeftOut(const SentenceName& name, const TalkerVerdict& why);
 };
 
 }  // namespace vgps

@@ -1,83 +1,143 @@
 #include "gps/talkers.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "gps/satellite_sentences.h"
 
 namespace vgps {
 namespace {
 
-// In order of preference among equally complete talkers.
-constexpr std::array<uint64_t, 6> kTalkerKeys = {lettersKey("GN"), lettersKey("GL"),
-                                                 lettersKey("GA"), lettersKey("GB"),
-                                                 lettersKey("BD"), lettersKey("GQ")};
-enum : int { kRmcKind = 0, kGgaKind = 1, kGsaKind = 2 };
+constexpr size_t kGpsTalker = 0;
+// In the order of preference between equally complete ones, behind GP.
+constexpr std::array<uint64_t, 7> kTalkerKeys = {
+    lettersKey("GP"), lettersKey("GN"), lettersKey("GL"), lettersKey("GA"),
+    lettersKey("GB"), lettersKey("BD"), lettersKey("GQ")};
+constexpr uint32_t kCombined = static_cast<uint32_t>(lettersKey("GN"));
+enum : size_t { kRmcKind = 0, kGgaKind = 1, kGsaKind = 2, kOtherKind = 3 };
 
-// How long after GP's last position sentence another talker takes its place, and how long a kind of
-// sentence counts as sent by a talker.
-constexpr uint32_t kSilenceMs = 3000;
-
-int talkerIndex(uint64_t key) {
-  const auto* const found = std::find(kTalkerKeys.begin(), kTalkerKeys.end(), key);
-  return found == kTalkerKeys.end() ? -1 : static_cast<int>(found - kTalkerKeys.begin());
+size_t talkerIndex(uint64_t key) {
+  if (key == kTalkerKeys[kGpsTalker]) return kGpsTalker;
+  return static_cast<size_t>(std::find(kTalkerKeys.begin(), kTalkerKeys.end(), key) -
+                             kTalkerKeys.begin());
 }
 
-int kindOf(SentenceType type) {
+size_t kindOf(SentenceType type) {
   switch (type) {
     case SentenceType::rmc: return kRmcKind;
     case SentenceType::gga: return kGgaKind;
     case SentenceType::gsa: return kGsaKind;
-    default: return -1;
+    default: return kOtherKind;
   }
 }
 
-// Whether a GSA is about GPS satellites; since NMEA 4.10 it names the system. Galileo satellites
-// are numbered 1 to 36 too and would mark GPS satellites with the same numbers as used.
+// Whether a GSA speaks of GPS satellites. Those of Galileo are numbered 1 to 36 as well and would
+// mark the GPS satellites of the same numbers as used.
 bool isGsaOfGps(const Sentence& sentence) {
-  const std::string_view field = sentence.fields.orEmpty(GsaReport::kSystemField);
-  const std::string_view number = field.substr(0, field.find_first_of("*\r\n"));
-  return number.empty() || number == "1";
+  const int system = systemIdOf(sentence);
+  return system == 0 || system == 1;
+}
+
+bool tellsFix(const Sentence& sentence, size_t kind) {
+  switch (kind) {
+    case kRmcKind: return sentence.fields.orEmpty(2) == "A";
+    case kGgaKind: return sentence.fields.has(6) && sentence.fields.wholeNumber(6) != 0;
+    default: return sentence.fields.orEmpty(2) != "1";
+  }
 }
 
 }  // namespace
 
-bool TalkerTranslation::standsInForGps(const Sentence& sentence, uint32_t tick,
-                                       TalkerSetting setting) {
-  if (!started_) gpsTick_ = tick;
+void TalkerTranslation::expect(const TalkerTranslation& heard) {
+  expected_ = heard.talkers_;
+  logKnown_ = true;
+}
+
+// GP counts as heard at the beginning, so that it is waited for. Of a log that is known, everyone
+// who speaks at its beginning does.
+void TalkerTranslation::begin(uint32_t tick) {
   started_ = true;
-  const int kind = kindOf(sentence.name.type);
-  if (kind < 0 || setting == TalkerSetting::never) return false;
-  if (sentence.name.talker == SentenceName::kGps) {
-    if (kind != kGsaKind) gpsTick_ = tick;
-    return false;
+  if (logKnown_) talkers_ = expected_;
+  if (!logKnown_) talkers_[kGpsTalker].kinds.fill({.ever = true, .everWithFix = true});
+  for (Talker& talker : talkers_) {
+    for (Heard& heard : talker.kinds) heard.tick = heard.fixTick = tick;
   }
-  const int talker = talkerIndex(sentence.name.talker);
-  if (talker < 0 || (kind == kGsaKind && !isGsaOfGps(sentence))) return false;
-  return setting == TalkerSetting::always || standsInNow(talker, kind, tick);
 }
 
-bool TalkerTranslation::standsInNow(int talker, int kind, uint32_t tick) {
-  talkers_[static_cast<size_t>(talker)].kinds[static_cast<size_t>(kind)] = {true, tick};
-  return tick - gpsTick_ >= kSilenceMs && mostCompleteTalker(tick) == talker;
+void TalkerTranslation::note(size_t talker, size_t kind, bool hasFix, uint32_t tick) {
+  Heard& heard = talkers_[talker].kinds[kind];
+  heard.ever = true;
+  heard.tick = tick;
+  if (hasFix) heard.everWithFix = true, heard.fixTick = tick;
+  if (talker == kGpsTalker) gpsSpoke_[kind] = true;
 }
 
-// The talker that sends the most kinds of sentences, preferring position sentences; -1 if none has
-// sent a position recently.
-int TalkerTranslation::mostCompleteTalker(uint32_t tick) const {
-  int best = -1;
-  int bestScore = 0;
-  for (size_t i = 0; i < talkers_.size(); ++i) {
-    const auto sends = [&](int kind) {
-      const Heard& heard = talkers_[i].kinds[static_cast<size_t>(kind)];
-      return heard.ever && tick - heard.tick <= kSilenceMs ? 1 : 0;
-    };
-    const int positions = sends(kRmcKind) + sends(kGgaKind);
-    const int score = positions == 0 ? 0 : 2 * positions + sends(kGsaKind);
-    if (score <= bestScore) continue;
-    bestScore = score;
-    best = static_cast<int>(i);
+void TalkerTranslation::listen(const Sentence& sentence, uint32_t tick) {
+  const size_t kind = kindOf(sentence.name.type);
+  const size_t talker = talkerIndex(sentence.name.talker);
+  if (kind == kOtherKind || talker == kTalkers) return;
+  if (kind == kGsaKind && !isGsaOfGps(sentence)) return;
+  note(talker, kind, tellsFix(sentence, kind), tick);
+}
+
+TalkerVerdict TalkerTranslation::judge(const Sentence& sentence, uint32_t tick,
+                                       TalkerSetting setting) {
+  if (!started_) begin(tick);
+  const size_t kind = kindOf(sentence.name.type);
+  if (kind == kOtherKind) return {.forGps = sentence.forGps};
+  const size_t talker = talkerIndex(sentence.name.talker);
+  if (talker == kTalkers) return {.reason = LeftOutReason::unknownTalker};
+  const bool ofGps = talker == kGpsTalker;
+  if (!ofGps && kind == kGsaKind && !isGsaOfGps(sentence)) return {};
+  const bool hasFix = tellsFix(sentence, kind);
+  note(talker, kind, hasFix, tick);
+  if (setting == TalkerSetting::always || (ofGps && hasFix)) return {.forGps = true};
+  if (setting == TalkerSetting::never) {
+    return ofGps ? TalkerVerdict{.forGps = true}
+                 : TalkerVerdict{.reason = LeftOutReason::turnedOff};
   }
-  return best;
+  const size_t speaker = speakerOf(kind, tick);
+  if (speaker == talker) return {.forGps = true};
+  // A GSA of one system beside that of another is no loss: the satellite view takes it.
+  if (speaker == kTalkers || (kind == kGsaKind && !ofGps && sentence.name.talker != kCombined)) {
+    return {};
+  }
+  if (speaker == kGpsTalker && !gpsSpoke_[kind]) return {.reason = LeftOutReason::waiting};
+  return {.reason = LeftOutReason::another, .instead = static_cast<uint32_t>(kTalkerKeys[speaker])};
+}
+
+// How complete a talker is: position sentences before all. GP goes before everyone.
+int TalkerTranslation::scoreOf(size_t talker, uint32_t tick) const {
+  if (talker == kGpsTalker) return std::numeric_limits<int>::max();
+  const auto sends = [&](size_t kind) {
+    const Heard& heard = talkers_[talker].kinds[kind];
+    return heard.ever && tick - heard.tick <= kTalkerSilenceMs ? 1 : 0;
+  };
+  const int positions = sends(kRmcKind) + sends(kGgaKind);
+  // Satellites of one other system, beside the positions of a receiver that sends them as another
+  // talker, are not those that the fix numbers.
+  if (positions == 0 && kTalkerKeys[talker] != kCombined) return 0;
+  return 2 * positions + sends(kGsaKind);
+}
+
+// The best of those that have sent the kind lately: with a fix, or else at all. kTalkers: none.
+size_t TalkerTranslation::speakerOf(size_t kind, uint32_t tick) const {
+  for (const bool withFix : {true, false}) {
+    size_t best = kTalkers;
+    int bestScore = 0;
+    for (size_t i = 0; i < kTalkers; ++i) {
+      const Heard& heard = talkers_[i].kinds[kind];
+      const uint32_t silentMs = tick - (withFix ? heard.fixTick : heard.tick);
+      // The sentence at hand is heard; 3 s after the one before the next talker takes its turn.
+      if (!(withFix ? heard.everWithFix : heard.ever) || silentMs >= kTalkerSilenceMs) continue;
+      const int score = scoreOf(i, tick);
+      if (score <= bestScore) continue;
+      best = i;
+      bestScore = score;
+    }
+    if (best != kTalkers) return best;
+  }
+  return kTalkers;
 }
 
 }  // namespace vgps

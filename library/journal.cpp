@@ -109,6 +109,11 @@ bool Journal::close() {
   return everything;
 }
 
+bool Journal::keepAs(const std::string& path) {
+  close();
+  return renameUnlessTaken(path_, path) == RenameResult::renamed;
+}
+
 bool Journal::discard() {
   if (!isOpen()) return true;
   {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/text.h"
+#include "files/input_file.h"
 #include "library/document_layout.h"
 #include "library/document_store.h"
 #include "library/folder_store.h"
@@ -82,19 +83,7 @@ void addAttributes(RecordingOptions& writing, const RecordingOptions& other) {
   writing.recordCourse = writing.recordCourse || other.recordCourse;
 }
 
-// The attributes that are used in these points.
-RecordingOptions attributesIn(const Track& track) {
-  RecordingOptions writing;
-  for (const TrackPoint& point : track.points) {
-    writing.recordCell = writing.recordCell || point.c != 0;
-    writing.recordSpeed = writing.recordSpeed || point.speedKmh != 0;
-    writing.recordTime = writing.recordTime || point.localTime.year != 0;
-    writing.recordCourse = writing.recordCourse || point.course != 0;
-  }
-  return writing;
-}
-
-// The first number that no split track uses yet.
+// The first number that no split part has yet.
 uint32_t freeSplitNumber(std::span<const TrackSummary> tracks) {
   for (uint32_t number = 1;; ++number) {
     const std::string name = "Split " + std::to_string(number);
@@ -112,11 +101,41 @@ std::string savedText(XmlElement element) {
 
 }  // namespace
 
+RecordingOptions attributesIn(const Track& track) {
+  RecordingOptions writing;
+  for (const TrackPoint& point : track.points) {
+    writing.recordCell = writing.recordCell || point.c != 0;
+    writing.recordSpeed = writing.recordSpeed || point.speedKmh != 0;
+    writing.recordTime = writing.recordTime || point.localTime.year != 0;
+    writing.recordCourse = writing.recordCourse || point.course != 0;
+  }
+  return writing;
+}
+
 std::string trackLibraryPath(std::string_view setting, const std::string& settingsFolder) {
   if (setting.empty()) return pathIn(settingsFolder, kTrackLibraryName);
   const bool drive = setting.size() >= 2 && setting[1] == ':';
   const bool whole = setting[0] == '/' || setting[0] == '\\' || drive;
   return whole ? std::string(setting) : pathIn(settingsFolder, setting);
+}
+
+std::string trackFolder(std::string_view setting, const std::string& settingsFolder) {
+  const std::string path = trackLibraryPath(setting, settingsFolder);
+  if (isFolder(path)) return path;
+  const size_t separator = path.find_last_of("/\\");
+  return separator == std::string::npos ? "." : path.substr(0, separator);
+}
+
+bool isLibraryFile(const std::string& path) {
+  constexpr size_t kHead = 4096;  // a declaration and a comment fit
+  InputFile file(path);
+  FileStamp stamp;
+  std::string head;
+  if (!file || !fileStamp(path, stamp)) return false;
+  file.readAt(0, static_cast<size_t>(std::min<uint64_t>(stamp.size, kHead)), head);
+  TagReader tags(head);
+  TagMark tag;
+  return tags.next(tag) && tag.name == "root" && tag.kind != TagMark::Kind::close;
 }
 
 TrackLibrary::TrackLibrary(LibraryDisk disk) : disk_(std::move(disk)) {}
@@ -228,17 +247,35 @@ LibraryResult TrackLibrary::add(Track& track, const RecordingOptions& options,
   return result;
 }
 
-LibraryResult TrackLibrary::import(XmlElement element) {
+LibraryResult TrackLibrary::import(XmlElement element) { return import({&element, 1}); }
+
+LibraryResult TrackLibrary::import(std::span<const XmlElement> elements) {
   if (store_ == nullptr) return LibraryResult::notThere;
   refresh();
   const size_t count = tracks().size();
+  TrackEdit all{.index = count, .removes = false};
+  for (const XmlElement& element : elements) {
+    TrackText text;
+    const size_t number = count + all.texts.size() + 1;
+    const LibraryResult result = imported(element, static_cast<uint32_t>(number), text);
+    if (result != LibraryResult::done) return result;
+    all.texts.push_back(std::move(text));
+    if (!isFolder()) continue;
+    // The next free name is known when this file is there.
+    const LibraryResult added =
+        change({std::exchange(all, TrackEdit{.index = count, .removes = false})});
+    if (added != LibraryResult::done) return added;
+  }
+  return all.texts.empty() ? LibraryResult::done : change({std::move(all)});
+}
+
+LibraryResult TrackLibrary::imported(XmlElement element, uint32_t number, TrackText& text) const {
   const std::string saved = savedText(element);
   if (saved.empty()) return LibraryResult::notWritten;
   Editable imported;
   Track& track = imported.track;
   readTrack(element, 0, track);
   track.name = cleanName(track.name);
-  TrackText text;
   if (isFolder()) {
     text.name = track.name.empty() ? "Import" : track.name;
     text.text = saved;
@@ -246,12 +283,12 @@ LibraryResult TrackLibrary::import(XmlElement element) {
     text.file = freeImportPath(path(), text.name);
     if (text.file.empty()) return LibraryResult::noFreeName;
   } else {
-    track.name = libraryName(track, static_cast<uint32_t>(count + 1));
+    track.name = libraryName(track, number);
     imported.writing = optionsUsedIn(saved);
     takeForeignParts(saved, track, imported.foreign);
     text = edited(imported);
   }
-  return change({{.index = count, .removes = false, .texts = {std::move(text)}}});
+  return LibraryResult::done;
 }
 
 LibraryResult TrackLibrary::rename(size_t index, std::string_view name) {

@@ -26,6 +26,14 @@ inline constexpr const char* kTrackLibraryName = "tracks.xml";
 // settings' folder unless absolute; by default kTrackLibraryName there.
 std::string trackLibraryPath(std::string_view setting, const std::string& settingsFolder);
 
+// What a track file has to hold for these points: the attributes that are not zero in all of them.
+RecordingOptions attributesIn(const Track& track);
+// The folder in which its files are: the library's own, or the one around the document.
+std::string trackFolder(std::string_view setting, const std::string& settingsFolder);
+
+// Whether the file has the root of a library document. Its first bytes are looked at.
+bool isLibraryFile(const std::string& path);
+
 struct Editable;
 
 // An open library. It keeps the summary of each track in memory, not its points, and reads the
@@ -62,6 +70,9 @@ class TrackLibrary {
   LibraryResult add(Track& track, const RecordingOptions& options, const DateTime& local);
   // Adds a track element written by another program.
   LibraryResult import(XmlElement element);
+  // Several of them in one change: all or none. In a folder each is a file, and those in front of
+  // one that fails stay.
+  LibraryResult import(std::span<const XmlElement> elements);
 
   LibraryResult rename(size_t index, std::string_view name);
   LibraryResult remove(size_t index);
@@ -83,6 +94,7 @@ class TrackLibrary {
   using Edit = std::function<void(Track&)>;
 
   LibraryResult change(const LibraryChange& change);
+  LibraryResult imported(XmlElement element, uint32_t number, TrackText& text) const;
   LibraryResult readForEditing(size_t index, Editable& out);
   TrackText rendered(const Track& track, const RecordingOptions& writing, std::string name) const;
   TrackText edited(const Editable& old) const;

@@ -12,7 +12,10 @@ namespace vgps {
 // fopen with a UTF-8 path; null when the system refuses.
 std::FILE* openFile(const std::string& path, const char* mode);
 
-// The folder of the running program, without a trailing separator.
+// Standard input, for bytes of any kind.
+std::FILE* standardInput();
+
+// The folder of the running program, without a separator at its end.
 std::string programFolder();
 
 // The path of a file in a folder, joined with the system's separator.
@@ -20,7 +23,10 @@ std::string pathIn(std::string_view folder, std::string_view name);
 
 bool isFolder(const std::string& path);
 
-// Whether a file or folder of that name exists, even if it cannot be opened.
+// False when there is no such folder afterwards. The folder it is in must be there.
+bool makeFolder(const std::string& path);
+
+// Whether there is a file or folder of that name, even if it cannot be opened.
 bool fileExists(const std::string& path);
 
 // Renames `from` to `to` in the same folder, replacing an existing `to`. One of the two files

@@ -2,8 +2,8 @@
 """Makes the program's pictures: its icon, a heading arrow in a ring of a compass; the same with a
 badge for what is going on; the arrows of the page buttons.
 
-    tools/make_icon.py          writes vgps, record, play, pause, photo.ico, left and right.bmp
-                                into res/
+    tools/make_icon.py          writes vgps, record, play, pause, photo.ico, left and right.bmp and
+                                kml.png (a place with a photograph, in KMZ files) into res/
 """
 import math
 import pathlib
@@ -13,6 +13,7 @@ import zlib
 SIZES = [16, 20, 24, 32, 40, 48, 64, 256]
 BADGE_SIZES = [16, 20, 24, 32, 48]
 ARROW_SIZE = 32
+PLACE_SIZE = 32
 SAMPLES = 5  # per pixel and direction
 
 DISC = (20, 84, 130)
@@ -149,6 +150,7 @@ def main():
         (folder / f"{name}.ico").write_bytes(icon_file(BADGE_SIZES, with_badge(badge_at)))
     for name, direction in (("left", -1), ("right", 1)):
         (folder / f"{name}.bmp").write_bytes(arrow_file(direction))
+    (folder / "kml.png").write_bytes(png(picture(PLACE_SIZE, photo_at)))
 
 
 main()

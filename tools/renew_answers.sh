@@ -15,7 +15,8 @@ if [ ! -d "$data/nmea" ]; then
 fi
 for log in tests/logs/*.nmea tests/logs/*.log "$data"/nmea/*; do
   [ -f "$log" ] || continue
-  "$program" replay --json "$log" >"tests/answers/$(basename "$log").json"
+  "$program" replay --json "$log" >"tests/answers/$(basename "$log").json" 2>/dev/null ||
+    echo "renew_answers: $log is not a log"
 done
 for settings in tests/logs/*.settings.xml; do
   ride=${settings%.settings.xml}

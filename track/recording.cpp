@@ -1,6 +1,7 @@
 #include "track/recording.h"
 
 #include <cmath>
+#include <utility>
 
 #include "geo/distance.h"
 #include "geo/units.h"
@@ -8,6 +9,9 @@
 
 namespace vgps {
 namespace {
+
+constexpr uint32_t kWaitsMs = 10000;
+constexpr uint32_t kFixesComeMs = 3000;
 
 Position positionOf(const FixRecord& fix) { return {fix.longitude, fix.latitude, fix.altitude}; }
 
@@ -53,6 +57,8 @@ bool Recording::start() {
   current_.lastAltitudeKnown = false;
   current_.state = kRecording;
   current_.bes = options_.bes;
+  lastRule_ = RecordingRule::none;
+  lastRecordTick_ = clock_.tick();
   lastMark_ = 0;
   pendingMark_ = 0;
   if (options_.drawPath) hooks_.resetDrawnPath();
@@ -103,25 +109,53 @@ void Recording::discard(Track& track) {
 }
 
 bool Recording::offer(const FixRecord& fix, uint32_t force) {
-  if (current_.state != kRecording || !passes(fix, force)) return false;
+  if (current_.state != kRecording) return false;
+  lastRule_ = ruleAgainst(fix, force);
+  lastOfferTick_ = clock_.tick();
+  if (lastRule_ != RecordingRule::none) return false;
   record(fix, force);
   return true;
 }
 
-bool Recording::passes(const FixRecord& fix, uint32_t force) {
+bool Recording::recordNow(const FixRecord& fix) {
+  if (current_.state != kRecording || fix.fixStatus == 0) return false;
   if (!isPosition(fix.longitude, fix.latitude)) return false;
-  if (options_.manual) {
-    const bool wanted = requested_;
-    requested_ = false;
-    return wanted;
-  }
-  if (options_.everyNth > 0) return passesCountdown();
-  if (current_.cellMode != 0 && options_.recordCell) return true;
-  if (current_.lastCourse == -1) return true;
-  if (fix.speedKmh < current_.speedThreshold) return false;
-  if (force != 0 || turned(current_, fix.course) || climbed(current_, fix)) return true;
+  record(fix, pendingMark_);
+  return true;
+}
+
+RecordingRule Recording::waitingFor() const {
+  const uint32_t now = clock_.tick();
+  const bool coming = now - lastOfferTick_ < kFixesComeMs;
+  const bool waiting = current_.state == kRecording && coming && now - lastRecordTick_ >= kWaitsMs;
+  return waiting ? lastRule_ : RecordingRule::none;
+}
+
+RecordingRule Recording::ruleAgainst(const FixRecord& fix, uint32_t force) {
+  using enum RecordingRule;
+  if (!isPosition(fix.longitude, fix.latitude)) return noPosition;
+  if (options_.manual) return std::exchange(requested_, false) ? none : manual;
+  if (options_.everyNth > 0) return passesCountdown() ? none : everyNth;
+  if (current_.cellMode != 0 && options_.recordCell) return none;
+  if (current_.lastCourse == -1) return none;
+  if (fix.speedKmh < current_.speedThreshold) return tooSlow;
+  if (force != 0 || turned(current_, fix.course) || climbed(current_, fix)) return none;
+  if (passesInterval(fix)) return none;
   current_.courseDeviation = static_cast<float>(std::fabs(current_.lastCourse - fix.course));
-  return false;
+  return noChange;
+}
+
+// Fixes come at whole seconds, and a little earlier or later.
+bool Recording::passesInterval(const FixRecord& fix) const {
+  constexpr int64_t kJitterMs = 300;
+  const int64_t passed = int64_t{clock_.tick() - lastRecordTick_} + kJitterMs;
+  if (options_.everySeconds > 0 && passed >= int64_t{options_.everySeconds} * kSecondMs) {
+    return true;
+  }
+  if (options_.everyMetres <= 0 || current_.points.empty()) return false;
+  const double km = pointDistance(positionOf(current_.points.back()), positionOf(fix), kKilometres,
+                                  kKilometres, false);
+  return km * 1000 >= options_.everyMetres;
 }
 
 bool Recording::passesCountdown() {
@@ -160,6 +194,7 @@ void Recording::record(const FixRecord& fix, uint32_t force) {
   current_.lastAltitudeKnown |= fix.altitudeKnown();
   current_.cellMode = 0;
   current_.courseDeviation = 0;
+  lastRecordTick_ = clock_.tick();
   hooks_.pointRecorded(point);
   if (point.m != 0) hooks_.flushPoints();
 }

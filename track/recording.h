@@ -8,8 +8,18 @@
 
 namespace vgps {
 
-// What a recording needs from the program around it; each function is optional. Called on the
-// recording thread.
+// Why a fix is not recorded.
+enum class RecordingRule : uint8_t {
+  none,
+  noPosition,  // it stands at 0,0 or off the earth
+  manual,      // the user has not asked for it
+  everyNth,    // so many are left out
+  tooSlow,     // below the speed threshold
+  noChange,    // neither course nor altitude nor one of the intervals has passed its threshold
+};
+
+// What recording asks of the program around it, which need not do all of it. Called on the thread
+// that records.
 class RecordingHooks {
  public:
   virtual ~RecordingHooks() = default;
@@ -59,8 +69,17 @@ class Recording {
   // The same, forced if a mark is pending.
   bool offer(const FixRecord& fix) { return offer(fix, pendingMark_); }
 
-  // Marks the next recorded point with the next number: 1, 2, ... from each start. Does nothing if
-  // a mark is already pending. Returns false if no recording is in progress.
+  // Records the fix as it is. False when nothing is being recorded or it has no position.
+  bool recordNow(const FixRecord& fix);
+
+  // The rule that kept the last offered fix from being recorded; `none` when it was recorded.
+  RecordingRule lastRule() const { return lastRule_; }
+  // The rule that has kept all fixes from being recorded for ten seconds while they go on coming;
+  // `none` at all other times.
+  RecordingRule waitingFor() const;
+
+  // The next point that can be recorded is marked with the next number: 1, 2, ... from each start.
+  // While a mark waits, asking again changes nothing. False when nothing is being recorded.
   bool mark();
   // In manual mode: requests that the next fix be recorded.
   void requestPoint() { requested_ = true; }
@@ -72,7 +91,8 @@ class Recording {
   double distance3d() const { return distance3d_; }
 
  private:
-  bool passes(const FixRecord& fix, uint32_t force);
+  RecordingRule ruleAgainst(const FixRecord& fix, uint32_t force);
+  bool passesInterval(const FixRecord& fix) const;
   bool passesCountdown();
   void record(const FixRecord& fix, uint32_t force);
   void addDistance(const FixRecord& last, const FixRecord& fix);
@@ -86,6 +106,9 @@ class Recording {
   double distance3d_ = 0;
   int32_t countdown_ = 0;
   bool requested_ = false;
+  RecordingRule lastRule_ = RecordingRule::none;
+  uint32_t lastOfferTick_ = 0;   // milliseconds
+  uint32_t lastRecordTick_ = 0;  // likewise; of the start before the first point
   uint32_t lastMark_ = 0;
   uint32_t pendingMark_ = 0;
 };

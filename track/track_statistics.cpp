@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "geo/distance.h"
+#include "geo/geodesic.h"
 #include "geo/units.h"
 
 namespace vgps {
@@ -73,9 +74,12 @@ double onEarth(double longitude) {
 double TrackSums::add(const TrackPoint& point) {
   double step = 0;
   if (points_++ > 0) {
-    step = surfaceDistance(static_cast<float>(longitude_), static_cast<float>(latitude_),
-                           static_cast<float>(point.longitude), static_cast<float>(point.latitude),
-                           kKilometres, kKilometres);
+    step =
+        measure_ == Measure::geodesic
+            ? geodesicKilometres({longitude_, latitude_, 0}, {point.longitude, point.latitude, 0})
+            : surfaceDistance(static_cast<float>(longitude_), static_cast<float>(latitude_),
+                              static_cast<float>(point.longitude),
+                              static_cast<float>(point.latitude), kKilometres, kKilometres);
     kilometres_ += step;
   }
   addBounds(point);
@@ -147,12 +151,12 @@ double slantDistance(double surfaceKm, const FixRecord& from, const FixRecord& t
                          static_cast<float>(to.altitude));
 }
 
-TrackStatistics statisticsOf(const Track& track) {
+TrackStatistics statisticsOf(const Track& track, Measure measure) {
   TrackStatistics all;
   all.points = track.points.size();
   if (all.points == 0) return all;
   Heights heights;
-  TrackSums sums;
+  TrackSums sums(measure);
   const TrackPoint* last = &track.points.front();
   for (const TrackPoint& point : track.points) {
     const double surface = sums.add(point);

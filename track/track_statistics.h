@@ -34,11 +34,16 @@ struct TrackTimes {
 // where both are known; kilometres.
 double slantDistance(double surfaceKm, const FixRecord& from, const FixRecord& to);
 
+// How the way between two points is measured: as tracks are recorded, or on the ellipsoid.
+enum class Measure { asRecorded, geodesic };
+
 // Adds up way, bounds and times while points come one after another.
 class TrackSums {
  public:
-  // Returns the surface distance from the previous point in kilometers; 0 for the first one. Uses
-  // only the position and the local time.
+  explicit TrackSums(Measure measure = Measure::asRecorded) : measure_(measure) {}
+
+  // The surface distance from the point before, in kilometres; 0 for the first one. Looks at the
+  // position and the local time.
   double add(const TrackPoint& point);
 
   size_t points() const { return points_; }
@@ -52,6 +57,7 @@ class TrackSums {
   void addBounds(const TrackPoint& point);
   void addTime(const DateTime& time);
 
+  Measure measure_;
   size_t points_ = 0;
   double kilometres_ = 0;
   double longitude_ = 0, latitude_ = 0;  // of the last point
@@ -85,6 +91,6 @@ struct TrackStatistics {
   double movingKmh() const;
 };
 
-TrackStatistics statisticsOf(const Track& track);
+TrackStatistics statisticsOf(const Track& track, Measure measure = Measure::asRecorded);
 
 }  // namespace vgps

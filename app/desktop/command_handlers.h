@@ -18,6 +18,9 @@ void chooseSimulationMode(Desktop& app, Command command);
 void loadSimulation(Desktop& app, Command command);
 void stepSimulation(Desktop& app, Command command);
 void clearRawLog(Desktop& app, Command command);
+void pauseRawLog(Desktop& app, Command command);
+void copyRawLog(Desktop& app, Command command);
+void resetTrip(Desktop& app, Command command);
 bool isDisconnected(const AppState& app, Command command);
 bool isConnected(const AppState& app, Command command);
 bool isSimulating(const AppState& app, Command command);
@@ -25,6 +28,8 @@ bool hasFix(const AppState& app, Command command);
 bool isLogState(const AppState& app, Command command);
 bool waitsForStep(const AppState& app, Command command);
 bool hasRawLog(const AppState& app, Command command);
+bool showsRawLog(const AppState& app, Command command);
+bool isRawLogPaused(const AppState& app, Command command);
 bool isSimulationMode(const AppState& app, Command command);
 
 // commands_view.cpp: screens, colors, projections
@@ -75,6 +80,9 @@ void saveTrack(Desktop& app, Command command);
 void openTrack(Desktop& app, Command command);
 void discardTrack(Desktop& app, Command command);
 void trackChanged(Desktop& app, Command command);
+void renameTrack(Desktop& app, Command command);
+void restoreDiscarded(Desktop& app, Command command);
+bool hasSavedTrack(const AppState& app, Command command);
 bool hasFinishedTrack(const AppState& app, Command command);
 
 }  // namespace vgps

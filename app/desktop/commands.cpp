@@ -221,6 +221,12 @@ constexpr auto kRows = std::to_array<CommandRow>({
     missing(Command::camera3dReserved, Command::camera3dReservedLast),
     one(Command::nextScreen, showNextScreen),
     one(Command::switchDayAndNight, switchDayAndNight),
+    one(Command::pauseRawLog, pauseRawLog, isRawLogPaused, showsRawLog),
+    one(Command::copyRawLog, copyRawLog, nullptr, hasRawLog),
+    one(Command::resetTrip, resetTrip),
+    one(Command::firstRecording, openOptionDialog),
+    one(Command::renameTrack, renameTrack, nullptr, hasSavedTrack),
+    one(Command::restoreDiscarded, restoreDiscarded),
     // clang-format on
 });
 

@@ -4,7 +4,6 @@
 #include "app/session/connection.h"
 #include "app/settings/settings_table.h"
 #include "base/texts.h"
-#include "display/scene.h"
 
 // Commands for the receiver, its log, and the simulation.
 namespace vgps {
@@ -28,8 +27,10 @@ DateTime systemTimeFrom(const DateTime& gpsUtc, DateTime systemUtc) {
 
 void connectFromSettings(Desktop& app, Command) { connectReceiver(app, sourceOfSettings(app)); }
 
-// For this run only; the settings do not change.
-void connectSimulation(Desktop& app, Command) { connectReceiver(app, {.simulate = true}); }
+// For this run; what the settings choose stays.
+void connectSimulation(Desktop& app, Command) {
+  connectReceiver(app, {.simulate = true, .walk = true});
+}
 
 void disconnect(Desktop& app, Command) {
   app.link.close();
@@ -38,6 +39,7 @@ void disconnect(Desktop& app, Command) {
 
 void gpsTimeToSystem(Desktop& app, Command) {
   if (!hasFix(app, Command::gpsTimeToSystem)) return showNotice(app, textOf(Text::noValidFix));
+  if (app.shown.fix.utcTime.day == 0) return showNotice(app, textOf(Text::noDateYet));
   if (!app.platform.setSystemTime) return showNotice(app, textOf(Text::notAvailable));
   const DateTime time = systemTimeFrom(app.shown.fix.utcTime, app.platform.clock.utc());
   const bool set = app.platform.setSystemTime(time);
@@ -48,6 +50,7 @@ void switchLog(Desktop& app, Command command) {
   app.settings.logStream = command == Command::logOn;
   app.gps.options.logNmea = app.settings.logStream;
   app.config.put(*Setting(&Settings::logStream), app.settings);
+  measureLog(app);
   repaintNow(app);
 }
 
@@ -74,15 +77,23 @@ void clearRawLog(Desktop& app, Command) {
   repaintNow(app);
 }
 
+void resetTrip(Desktop& app, Command) {
+  resetTrip(app);
+  showNotice(app, textOf(Text::tripReset));
+}
+
+void pauseRawLog(Desktop& app, Command) {
+  app.rawLog.pause(!app.rawLog.isPaused());
+  repaintNow(app);
+}
+
+void copyRawLog(Desktop& app, Command) { app.window.copyText(app.rawLog.text()); }
+
 bool isDisconnected(const AppState& app, Command) { return !app.fix.running; }
 bool isConnected(const AppState& app, Command) { return app.fix.running; }
 bool isSimulating(const AppState& app, Command) { return app.fix.running && app.fix.simulate; }
-bool hasFix(const AppState& app, Command) {
-  // A time from a receiver that was unplugged an hour ago would be an hour old.
-  const uint32_t age = app.platform.clock.tick() - app.shown.lastFixTick;
-  return app.fix.running && app.shown.fixSeen && app.shown.fix.fixStatus != 0 &&
-         age <= kStaleAfterMs;
-}
+// The time of a receiver that was unplugged an hour ago is an hour old.
+bool hasFix(const AppState& app, Command) { return hasCurrentFix(app); }
 bool isLogState(const AppState& app, Command command) {
   return app.gps.options.logNmea == (command == Command::logOn);
 }
@@ -90,6 +101,8 @@ bool waitsForStep(const AppState& app, Command command) {
   return isSimulating(app, command) && app.gps.simulation.mode() == SimMode::tapping;
 }
 bool hasRawLog(const AppState& app, Command) { return !app.rawLog.empty(); }
+bool showsRawLog(const AppState& app, Command) { return app.currentScreen == Screen::rawLog; }
+bool isRawLogPaused(const AppState& app, Command) { return app.rawLog.isPaused(); }
 bool isSimulationMode(const AppState& app, Command command) {
   return app.gps.simulation.mode() == kSimulationModes[command - Command::simulateTapping];
 }

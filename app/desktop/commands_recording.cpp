@@ -1,5 +1,8 @@
+#include <utility>
+
 #include "app/desktop/command_handlers.h"
 #include "app/desktop/keeping.h"
+#include "app/session/recording_texts.h"
 #include "base/texts.h"
 
 // Commands for the current recording.
@@ -11,9 +14,40 @@ bool samePreset(const RecordingPreset& preset, const RecordingOptions& options) 
          preset.altitude == options.altitude;
 }
 
+// A track that was opened or saved is another one than what is recorded next, unless the user says
+// so. False when a track is being recorded or played.
+bool readyToStart(Desktop& app) {
+  Recorder& recorder = app.recorder;
+  if (recorder.track.state != kIdle) return false;
+  if (recorder.track.points.empty()) return true;
+  const std::string_view answers[] = {textOf(Text::continueTrack), textOf(Text::newTrack)};
+  const std::string totals = trackTotalsText(recorder.track, recorder.options.distanceUnit);
+  const bool isNew = app.window.choose(textWith(Text::askToContinueTrack, totals), answers) == 1;
+  // While the question stood, another key may have begun something.
+  if (recorder.track.state != kIdle) return false;
+  if (isNew) recorder.discardTrack();
+  return true;
+}
+
+// Before the first recording ever: what most users want is not what the settings begin with.
+// Returns false if the user has thought better of it.
+bool explainRecording(Desktop& app) {
+  if (app.settings.recordingExplained || app.commandFromHotKey) return true;
+  const bool time = std::exchange(app.settings.recordTime, true);
+  const bool speed = std::exchange(app.settings.recordSpeed, true);
+  const bool opened = app.window.openDialog(Command::firstRecording);
+  if (app.settings.recordingExplained) return true;
+  app.settings.recordTime = time;
+  app.settings.recordSpeed = speed;
+  return !opened;
+}
+
 }  // namespace
 
 void startRecording(Desktop& app, Command) {
+  const bool idle = app.recorder.track.state == kIdle;
+  if (idle && !explainRecording(app)) return;
+  if (!readyToStart(app)) return showNotice(app, textOf(Text::alreadyRecording));
   if (!app.recorder.start()) return showNotice(app, textOf(Text::alreadyRecording));
   repaintNow(app);
 }
@@ -24,7 +58,9 @@ void pauseOrResumeRecording(Desktop& app, Command) {
 }
 
 void endRecording(Desktop& app, Command) {
-  tellKeeping(app, app.recorder.stop(true));
+  const Keeping keeping = app.recorder.stop(true);
+  tellKeeping(app, keeping);
+  if (keeping.outcome == Keeping::Outcome::declined) showNotice(app, textOf(Text::discardedKept));
   repaintNow(app);
 }
 
@@ -36,7 +72,10 @@ void markPoint(Desktop& app, Command) {
 
 void recordPointNow(Desktop& app, Command) {
   if (app.recorder.track.state != kRecording) return showNotice(app, textOf(Text::notRecording));
-  app.recorder.requestPoint();
+  if (app.recorder.options.manual) return app.recorder.requestPoint();
+  if (!app.recorder.recordNow(app.shown.fix)) return showNotice(app, textOf(Text::noValidFix));
+  showNotice(app,
+             textWith(Text::positionRecorded, std::to_string(app.recorder.track.points.size())));
 }
 
 // Also stored in the settings, so that the recording dialog shows it. A running recording keeps its

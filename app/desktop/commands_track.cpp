@@ -1,7 +1,9 @@
 #include "app/desktop/command_handlers.h"
 #include "app/desktop/commands.h"
 #include "app/desktop/keeping.h"
+#include "app/session/recording_texts.h"
 #include "base/texts.h"
+#include "library/discarded_recordings.h"
 #include "track/editing.h"
 #include "track/thinning.h"
 #include "track/track_file.h"
@@ -28,14 +30,45 @@ void tellChanged(Desktop& app) {
   repaintThrottled(app);
 }
 
-// Loads a track from a file that the user chooses. Returns false if there is none; the user has
-// been told then.
+// The track of a library document that the user chooses; of one track that one. False when there is
+// none; what is not the user's choice is told then.
+bool chooseFromLibrary(Desktop& app, const std::string& path, Track& track) {
+  TrackLibrary library;
+  const LibraryState state = library.open(path);
+  if (state != LibraryState::whole && state != LibraryState::damaged) {
+    app.window.tellError(textWith(Text::notATrack, path));
+    return false;
+  }
+  if (library.tracks().empty()) {
+    app.window.tellError(textWith(Text::noTracksInside, path));
+    return false;
+  }
+  std::vector<std::string> rows;
+  for (const TrackSummary& row : library.tracks()) {
+    rows.push_back(trackRowText(row, app.recorder.options.distanceUnit));
+  }
+  std::optional<size_t> chosen = 0;
+  if (rows.size() > 1) chosen = app.window.chooseRow(textOf(Text::chooseTrack), rows);
+  if (!chosen) return false;
+  const LibraryResult result = library.load(*chosen, app.settings.speedUnit, track);
+  if (result != LibraryResult::done) {
+    app.window.tellError(libraryMessage(result, path));
+    return false;
+  }
+  if (library.tracks()[*chosen].damaged) app.window.tell(textWith(Text::trackDamaged, path));
+  return true;
+}
+
+// The track of a file that the user chooses. False when there is none; that is told then.
 bool chooseTrack(Desktop& app, Track& track) {
-  const std::string path = app.window.chooseFile({.title = std::string(textOf(Text::chooseTrack)),
-                                                  .kind = std::string(textOf(Text::tracks)),
-                                                  .pattern = "*.xml"});
+  const std::string path =
+      app.window.chooseFile({.title = std::string(textOf(Text::chooseTrack)),
+                             .kind = std::string(textOf(Text::tracks)),
+                             .pattern = "*.xml",
+                             .folder = trackFolder(app.settings.trackStorePath, app.paths.folder)});
   if (path.empty()) return false;
   Window& window = app.window;
+  if (isLibraryFile(path)) return chooseFromLibrary(app, path, track);
   switch (loadTrackFile(path, app.settings.speedUnit, track)) {
     case TrackLoading::whole: return true;
     case TrackLoading::damaged: window.tell(textWith(Text::trackDamaged, path)); return true;
@@ -83,7 +116,7 @@ void openTrack(Desktop& app, Command) {
   Track chosen;
   if (!mayReplace(app) || !chooseTrack(app, chosen)) return;
   if (app.recorder.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
-  app.recorder.pointsSavedOrDiscarded();
+  app.recorder.discardTrack();
   app.recorder.track = std::move(chosen);
   showNotice(app, textWith(Text::trackRead, std::to_string(app.recorder.track.points.size())));
   repaintThrottled(app);
@@ -91,12 +124,45 @@ void openTrack(Desktop& app, Command) {
 
 void discardTrack(Desktop& app, Command) {
   if (!canEdit(app) || !askQuestion(app, Text::askToDiscard)) return;
-  app.recorder.pointsSavedOrDiscarded();
-  app.recorder.track = Track();
+  app.recorder.discardTrack();
   tellChanged(app);
 }
 
-// Sent by the program when the track has changed.
+void renameTrack(Desktop& app, Command) {
+  const std::string& old = app.recorder.lastSavedName();
+  if (old.empty()) return showNotice(app, textOf(Text::nothingSaved));
+  const std::optional<std::string> name = app.window.askText(textOf(Text::askTrackName), old);
+  if (!name) return;
+  const LibraryResult result = app.recorder.renameLastSaved(*name);
+  if (result != LibraryResult::done) {
+    return app.window.tellError(libraryMessage(result, app.recorder.library.path()));
+  }
+  showNotice(app, textWith(Text::trackRenamed, app.recorder.lastSavedName()));
+}
+
+void restoreDiscarded(Desktop& app, Command) {
+  const std::vector<DiscardedRecording> found = discardedRecordings(app.paths.folder);
+  if (found.empty()) return showNotice(app, textOf(Text::nothingDiscarded));
+  std::vector<std::string> rows;
+  for (const DiscardedRecording& one : found) {
+    TrackSummary summary = summaryOfDiscarded(one);
+    summary.name = startText(one.utc);
+    summary.startUtc = 0;
+    rows.push_back(trackRowText(summary, app.recorder.options.distanceUnit));
+  }
+  const std::optional<size_t> chosen = app.window.chooseRow(textOf(Text::chooseDiscarded), rows);
+  if (!chosen) return;
+  UnfinishedRecording unfinished(app.recorder.journalSettings());
+  const JournalResult result = unfinished.open(found[*chosen].path);
+  if (result != JournalResult::open) return app.window.tellError(unfinished.message(result));
+  const Keeping keeping = app.recorder.keepUnfinished(unfinished);
+  if (keeping.outcome != Keeping::Outcome::kept) unfinished.keepForLater();
+  tellKeeping(app, keeping);
+}
+
+bool hasSavedTrack(const AppState& app, Command) { return !app.recorder.lastSavedName().empty(); }
+
+// Sent to the screens that show the track.
 void trackChanged(Desktop& app, Command) { repaintThrottled(app); }
 
 bool hasFinishedTrack(const AppState& app, Command) {

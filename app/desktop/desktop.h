@@ -1,11 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "app/desktop/command.h"
+#include "app/desktop/window_place.h"
 #include "app/session/app_state.h"
 #include "platform/window.h"
 
@@ -13,9 +16,10 @@ namespace vgps {
 
 // How to ask the user for a file.
 struct FileChoice {
-  std::string title;    // of the dialog
-  std::string kind;     // describes the files: "Tracks"
-  std::string pattern;  // "*.xml"; several patterns separated by semicolons
+  std::string title;        // of the dialog
+  std::string kind;         // in words: "Tracks"
+  std::string pattern;      // "*.xml"; several with semicolons between
+  std::string folder = {};  // where it begins; empty: where the system likes
 };
 
 // The main window as seen by the desktop program: adds its size, its dialogs, and closing to what
@@ -27,12 +31,24 @@ class DesktopWindow : public Window {
   virtual void postTap(uint32_t) {}
   // Resizes the drawing area; in pixels at 96 dpi.
   virtual void resizeClient(int32_t, int32_t) {}
-  // Shows the dialog for the command and waits until it is closed. Returns false if there is no
+  // Where the window is while it is neither maximized nor an icon; of width 0 without a window.
+  virtual WindowPlace place() const { return {}; }
+  // Shows the dialog that the command opens and waits until it is closed. False when there is no
   // such dialog.
   virtual bool openDialog(Command) { return false; }
   // Lets the user choose an existing file and returns its path; empty if none was chosen.
   virtual std::string chooseFile(const FileChoice&) { return {}; }
-  // Posts a close request, like the close button of the frame; it is handled by `closeRequested`.
+  // Into the clipboard.
+  virtual void copyText(std::string_view) {}
+  // The place of the row that the user chose in a list; none when none.
+  virtual std::optional<size_t> chooseRow(std::string_view, std::span<const std::string>) {
+    return std::nullopt;
+  }
+  // One line of text that the user types, `text` at first; none when the user gave up.
+  virtual std::optional<std::string> askText(std::string_view, std::string_view) {
+    return std::nullopt;
+  }
+  // Posts a request to close, as the frame's button does; the answer is `closeRequested`.
   virtual void close() {}
   // Destroys the window with its menu and child windows and ends the message loop.
   virtual void destroy() {}
@@ -43,9 +59,10 @@ struct Desktop : AppState {
   Desktop(Platform platformToUse, DesktopWindow& windowToUse)
       : AppState(std::move(platformToUse)), window(windowToUse) {}
 
-  DesktopWindow& window;           // the same object as platform.window
-  bool commandFromHotKey = false;  // while such a command is running
-  uint32_t tapPoint = 0;           // of a pending tap, packed as in `DesktopWindow::postTap`
+  DesktopWindow& window;           // also the platform's
+  bool commandFromHotKey = false;  // while such a command runs
+  ColourScheme startScheme = ColourScheme::day;
+  uint32_t tapPoint = 0;  // of a tap that waits; packed as `DesktopWindow::postTap` says
 };
 
 }  // namespace vgps

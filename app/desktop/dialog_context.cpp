@@ -2,6 +2,7 @@
 
 #include "app/desktop/command.h"
 #include "app/session/apply_settings.h"
+#include "app/settings/settings_table.h"
 #include "gps/port_search.h"
 
 namespace vgps {
@@ -10,6 +11,11 @@ namespace {
 // The map follows the recording options a little later; everything else is shown immediately.
 void followDialog(AppState& app, const Dialog& dialog) {
   applySettings(app);
+  if (dialog.command == Command::firstRecording) {
+    app.settings.recordingExplained = true;
+    app.config.put(*Setting(&Settings::recordingExplained), app.settings);
+    app.config.save();
+  }
   const bool recording = dialog.command == Command::recordingOptions;
   if (recording) forgetThresholds(app.recorder.track);
   if (!recording || app.repaints.due(app.platform.clock.tick())) app.platform.window.repaint();
@@ -33,6 +39,7 @@ DialogContext dialogContextOf(AppState& app) {
       .settings = app.settings,
       .ports = app.platform.listPorts ? app.platform.listPorts() : std::vector<PortName>{},
       .saved = [&app](const Dialog& dialog) { followDialog(app, dialog); },
+      .night = app.scheme == ColourScheme::night,
       .beginPortSearch = [&app](uint32_t speed) { return beginSearch(app, speed); },
   };
 }

@@ -118,8 +118,11 @@ std::vector<DialogItem> portItems(const DialogContext& context) {
 }
 
 std::vector<DialogItem> speedItems(const DialogContext&) {
-  return {{"1200", "1200"}, {"2400", "2400"},   {"4800", "4800"},
-          {"9600", "9600"}, {"19200", "19200"}, {"38400", "38400"}};
+  constexpr const char* kSpeeds[] = {"1200",  "2400",   "4800",   "9600",   "19200", "38400",
+                                     "57600", "115200", "230400", "460800", "921600"};
+  std::vector<DialogItem> items;
+  for (const char* const speed : kSpeeds) items.push_back({speed, speed});
+  return items;
 }
 
 // While one of these sources is selected, the serial port and the other sources have no effect.
@@ -288,6 +291,23 @@ constexpr DialogAction kRecordActions[] = {
 };
 constexpr SettingGroup kRecordGroups[] = {SettingGroup::recording};
 
+// Before the first recording ever.
+constexpr DialogField kFirstRecordFields[] = {
+    aboveZero(CONTROL_RECORD_SPEED_STEP, Text::firstMinimumSpeed, &Settings::recordMinSpeed,
+              RecordingOptions{}.speed),
+    aboveZero(CONTROL_RECORD_ANGLE_STEP, Text::firstChangeOfCourse, &Settings::recordAngle,
+              RecordingOptions{}.angle),
+    aboveZero(CONTROL_RECORD_ALTITUDE_STEP, Text::firstChangeOfHeight, &Settings::recordAltitude,
+              RecordingOptions{}.altitude),
+    check(CONTROL_RECORD_TIME, Text::firstTime, &Settings::recordTime),
+    check(CONTROL_RECORD_SPEED, Text::firstSpeed, &Settings::recordSpeed),
+};
+constexpr DialogAction kFirstRecordActions[] = {
+    preset(CONTROL_PRESET_WALKING, Text::firstWalking, kRecordingPresets[0]),
+    preset(CONTROL_PRESET_DRIVING, Text::firstDriving, kRecordingPresets[1]),
+    preset(CONTROL_PRESET_FLYING, Text::firstFlying, kRecordingPresets[2]),
+};
+
 constexpr DialogField kTrackStoreFields[] = {
     text(CONTROL_TRACK_STORE, Text::storageFolder, &Settings::trackStorePath)};
 constexpr DialogAction kTrackStoreActions[] = {
@@ -427,6 +447,8 @@ constexpr Dialog kDialogs[] = {
     {Command::languages, "DIALOG_LANGUAGE", Text::languageDialog, kLanguageGroups, kLanguageFields,
      kLanguageActions},
     {Command::map3dOptions, "DIALOG_MAP3D", Text::map3dDialog, kMap3dGroups, kMap3dFields},
+    {Command::firstRecording, "DIALOG_FIRSTRECORDING", Text::firstDialog, kRecordGroups,
+     kFirstRecordFields, kFirstRecordActions},
 };
 
 constexpr bool commandsAscend() {

@@ -82,6 +82,8 @@ void tellKeeping(AppState& app, const Keeping& keeping) {
   }
   if (keeping.result != LibraryResult::done) {
     app.platform.window.tellError(libraryMessage(keeping.result, keeping.library.path));
+  } else if (keeping.damagedBackupPath.empty()) {
+    showNotice(app, textWith(Text::trackSavedAs, keeping.name));
   }
 }
 

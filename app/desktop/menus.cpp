@@ -33,7 +33,7 @@ constexpr auto kMenu = std::to_array<MenuRow>({
         item(Command::viewSpaceWaypoints), item(Command::viewFlight), item(Command::viewDrive),
         item(Command::viewSport), item(Command::viewAccelerometer),
       kEnd,
-      item(Command::viewRawLog), item(Command::nextScreen), kLine,
+      item(Command::viewRawLog), item(Command::nextScreen), item(Command::resetTrip), kLine,
       item(Command::dayColors), item(Command::nightColors), item(Command::customColors),
       item(Command::switchDayAndNight), kLine,
       popup(Text::menuWindowSize),
@@ -59,8 +59,8 @@ constexpr auto kMenu = std::to_array<MenuRow>({
       item(Command::wanderAround), item(Command::returnTrip), kLine,
       item(Command::openTrack), item(Command::saveTrack), item(Command::thinTrack),
       item(Command::reverseTrack), item(Command::joinTrack), item(Command::splitTrack),
-      item(Command::trimTrack),
-      item(Command::discardTrack),
+      item(Command::trimTrack), item(Command::renameTrack),
+      item(Command::discardTrack), item(Command::restoreDiscarded),
     kEnd,
     popup(Text::menuRoute),
       item(Command::playTrack), item(Command::goToWaypoint), item(Command::goToPoint),
@@ -92,7 +92,8 @@ constexpr auto kMenu = std::to_array<MenuRow>({
       item(Command::allOptions),
     kEnd,
     popup(Text::menuDebug),
-      item(Command::logOn), item(Command::logOff), item(Command::clearRawLog), kLine,
+      item(Command::logOn), item(Command::logOff), item(Command::clearRawLog),
+      item(Command::pauseRawLog), item(Command::copyRawLog), kLine,
       item(Command::simulateTapping), item(Command::simulateByTimer),
       item(Command::simulatePoint), item(Command::stepSimulation), kLine,
       item(Command::editSimulation), item(Command::loadSimulation), item(Command::saveSimulation),
@@ -144,6 +145,7 @@ std::vector<MenuRow> withoutUnavailable(std::span<const MenuRow> rows) {
   return kept;
 }
 
+constexpr uint16_t kPause = 0x13;
 constexpr uint16_t kF1 = 0x70;
 constexpr uint16_t functionKey(int number) { return static_cast<uint16_t>(kF1 + number - 1); }
 
@@ -160,6 +162,8 @@ constexpr auto kAccelerators = std::to_array<KeyRow>({
     {functionKey(9), false, true, false, Command::endRecording},
     {functionKey(11), false, false, false, Command::pauseOrResume},
     {functionKey(12), false, false, false, Command::markPoint},
+    {kPause, false, false, false, Command::pauseRawLog},
+    {'C', true, false, false, Command::copyRawLog},
     {'D', true, false, false, Command::dayColors},
     {'F', true, false, false, Command::findReceiver},
     {'G', true, false, false, Command::gpsSetup},
@@ -196,6 +200,7 @@ std::string keyText(const KeyRow& row) {
   if (row.control) text += textOf(Text::keyControl);
   if (row.alt) text += textOf(Text::keyAlt);
   if (row.shift) text += textOf(Text::keyShift);
+  if (row.key == kPause) return text + std::string(textOf(Text::keyPause));
   if (row.key >= kF1) return text + 'F' + std::to_string(row.key - kF1 + 1);
   return text + static_cast<char>(row.key);
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "app/session/connection.h"
+#include "app/session/fix_values.h"
+#include "app/session/recording_texts.h"
 #include "base/texts.h"
 #include "geo/units.h"
 
@@ -69,12 +71,24 @@ SceneStatistics statisticsOf(const AppState& app) {
   return {.totalSeconds = static_cast<double>(counted.totalSeconds),
           .connectedSeconds = static_cast<double>(counted.connectedSeconds),
           .recordingSeconds = static_cast<double>(counted.recordingSeconds),
-          .movingSeconds = counted.movingSeconds,
-          .stoppedSeconds = counted.stoppedSeconds,
-          .statSeconds = counted.statSeconds,
+          .movingSeconds = static_cast<double>(counted.tripMovingSeconds),
+          .stoppedSeconds = static_cast<double>(counted.tripStoppedSeconds),
           .distance = app.recorder.recording().distance(),
           .distance3d = app.recorder.recording().distance3d(),
           .distanceUnit = app.recorder.options.distanceUnit};
+}
+
+SceneRawLog rawLogOf(const RawLog& log) {
+  SceneRawLog shown = {.rows = {},
+                       .kept = log.size(),
+                       .matching = log.matching(),
+                       .newer = log.newer(),
+                       .filter = log.filter(),
+                       .paused = log.isPaused()};
+  for (RawLogRow& row : log.view(kMostRawLogRows)) {
+    shown.rows.push_back({std::move(row.time), std::move(row.text)});
+  }
+  return shown;
 }
 
 }  // namespace
@@ -84,15 +98,15 @@ Scene makeScene(const AppState& app) {
   const uint32_t now = app.platform.clock.tick();
   Scene scene;
   scene.fix = shown.fix;
-  if (shown.fix.fixStatus == 1 && isFresh(shown.arrivals.quality, now)) {
-    scene.fix.fixStatus = shown.quality;
-  }
+  scene.fix.fixStatus = currentQuality(shown, now);
+  if (app.settings.altitudeDecimals) scene.fix.altitude = shown.exactAltitude;
+  if (const auto accuracy = currentAccuracy(shown, now)) scene.accuracy = accuracy->horizontal;
   scene.satellites = shown.satellites;
   scene.satellitesInUseKnown = shown.satellitesInUseKnown;
   scene.view = shown.view;
   scene.stats = shown.stats;
-  scene.maxSpeed = shown.maxSpeed;
-  scene.maxAltitude = shown.maxAltitude;
+  scene.maxSpeed = speedInUnit(shown.fastest, app.gps.options.speedUnit);
+  scene.maxAltitude = shown.highest;
   scene.newMaxSpeed = app.pendingDisplay.maximumCountdown > 0 && app.pendingDisplay.newMaxSpeed;
   scene.newMaxAltitude =
       app.pendingDisplay.maximumCountdown > 0 && app.pendingDisplay.newMaxAltitude;
@@ -103,13 +117,15 @@ Scene makeScene(const AppState& app) {
   scene.fontFactor = app.settings.fontFactor;
   scene.utcOffsetMinutes = app.gps.options.utcOffsetMinutes;
   scene.state = stateOf(app, now);
-  scene.source = sourceName(app.link.source());
+  scene.source = sourceInUse(app);
   scene.notice = std::string(currentNotice(app));
   const bool noise = isFresh(shown.arrivals.noise, now);
   if (scene.state == ReceiverState::noData && noise && scene.notice.empty()) {
     scene.notice = textOf(Text::probablyWrongSpeed);
   }
   if (messageHolds(app)) scene.message = app.lastMessageText;
+  scene.logging = app.gps.options.logNmea;
+  scene.logBytes = app.logBytes;
   scene.fixSeen = shown.fixSeen;
   scene.fixAgeMs = now - shown.lastFixTick;
   scene.ages = agesOf(shown, now);
@@ -117,12 +133,13 @@ Scene makeScene(const AppState& app) {
   scene.trackPoints = app.recorder.track.points.size();
   scene.trackLength =
       distanceText(app.recorder.recording().distance(), app.recorder.options.distanceUnit);
+  scene.trackWaiting = waitingText(app.recorder);
   for (const KindStats& kind : shown.stats.kinds) {
     scene.sentencesPerSecond += kind.rate.perSecond(now);
   }
   scene.screen = app.currentScreen;
   scene.statistics = statisticsOf(app);
-  scene.rawLog = app.rawLog;
+  if (app.currentScreen == Screen::rawLog) scene.rawLog = rawLogOf(app.rawLog);
   scene.readoutDelayMicros = app.readoutDelayMicros;
   scene.palette = paletteOf(app);
   return scene;

@@ -38,7 +38,8 @@ bool closeRequested(Desktop& app) {
     runCommand(app, Command::endRecording);
   }
   if (!mayClose(app, state == kRecording)) return false;
-  app.fix.stopReaders(0);  // only signals them; the program waits for them later
+  rememberView(app);
+  app.fix.stopReaders(0);  // they end by themselves; who waits for them comes later
   app.window.destroy();
   return true;
 }

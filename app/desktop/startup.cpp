@@ -84,14 +84,17 @@ void startSettings(AppState& app, std::chrono::milliseconds patience) {
 void applyStartOptions(Desktop& app, const StartOptions& options) {
   if (options.installPocketPc) runInstaller(app, "VGPS-AS-WM2003.INI");
   if (options.installMobile5) runInstaller(app, "VGPS-AS-WM5.INI");
-  if (options.log) runCommand(app, Command::logOn);
+  // For this run: the setting stays as it is.
+  if (options.log) app.gps.options.logNmea = true;
   if (options.simulateTrack) simulateTrack(app, options);
   if (!options.unknownArguments.empty()) {
     showNotice(app, textWith(Text::unknownArguments, options.unknownArguments));
   }
   if (!options.connects()) return;
-  connectReceiver(app,
-                  {.port = options.port, .speed = options.speed, .simulate = options.simulate});
+  connectReceiver(app, {.port = options.port,
+                        .speed = options.speed,
+                        .simulate = options.simulate,
+                        .walk = options.simulate});
 }
 
 void remindOfUpdates(Desktop& app) {
@@ -122,9 +125,10 @@ bool endProgram(AppState& app) {
     app.platform.window.tellError(textOf(Text::pointsLost));
   }
   if (app.config.save()) return true;
-  // In a read-only folder the countdown can never be saved; the user need not be told at every
-  // exit.
-  if (!app.config.changedOnly(*Setting(&Settings::updateCountdown))) {
+  // In a folder that nobody may write to every start is counted in vain, and the window's place
+  // kept; the user need not hear of that at each end.
+  constexpr SettingGroup kSilent[] = {SettingGroup::update, SettingGroup::window};
+  if (!app.config.changedOnly(kSilent)) {
     app.config.tellSaveFailure([&](std::string_view text) { app.platform.window.tellError(text); });
   }
   return false;

@@ -2,8 +2,10 @@
 
 #include <utility>
 
+#include "app/session/recording_texts.h"
 #include "app/session/timers.h"
 #include "base/texts.h"
+#include "platform/files.h"
 
 namespace vgps {
 namespace {
@@ -29,12 +31,21 @@ AppState::AppState(Platform platformToUse, const XmlFiles& files)
 RecorderPlaces SessionRecorderHooks::places() const {
   return {.library = trackLibraryPath(app_.settings.trackStorePath, app_.paths.folder),
           .journal = app_.paths.journal,
-          .settings = app_.paths.settings};
+          .settings = app_.paths.settings,
+          .discarded = app_.paths.journal.empty() ? std::string() : app_.paths.folder};
 }
 
 ExclusiveOpener SessionRecorderHooks::opener() const { return app_.platform.disk.open; }
 
-bool SessionRecorderHooks::askToSave() { return askQuestion(app_, Text::askToSave); }
+bool SessionRecorderHooks::askToSave() {
+  const Recorder& recorder = app_.recorder;
+  app_.standingNotice =
+      textWith(Text::unsavedTrack, trackTotalsText(recorder.track, recorder.options.distanceUnit));
+  repaintNow(app_);
+  const bool wanted = askQuestion(app_, Text::askToSave);
+  app_.standingNotice.clear();
+  return wanted;
+}
 
 void SessionRecorderHooks::startTimer() {
   app_.platform.window.setTimer(kTurnTimer, kTurnRecordingMs);
@@ -50,6 +61,12 @@ void SessionRecorderHooks::journalRefused(const std::string& path) {
   showNotice(app_, textWith(Text::noJournal, path));
 }
 
+bool hasCurrentFix(const AppState& app) {
+  constexpr uint32_t kFixHoldsMs = 5000;
+  const uint32_t age = app.platform.clock.tick() - app.shown.lastFixTick;
+  return app.fix.running && app.shown.fixSeen && app.shown.fix.fixStatus != 0 && age <= kFixHoldsMs;
+}
+
 void showNotice(AppState& app, std::string_view text) {
   app.notice = text;
   app.noticeTick = app.platform.clock.tick();
@@ -57,6 +74,7 @@ void showNotice(AppState& app, std::string_view text) {
 }
 
 std::string_view currentNotice(const AppState& app) {
+  if (!app.standingNotice.empty()) return app.standingNotice;
   const bool fresh = app.platform.clock.tick() - app.noticeTick < kNoticeMs;
   return fresh ? std::string_view(app.notice) : std::string_view();
 }
@@ -73,6 +91,11 @@ bool repaintThrottled(AppState& app) {
 void repaintNow(AppState& app) {
   app.repaints.reset(app.platform.clock.tick());
   repaintThrottled(app);
+}
+
+void measureLog(AppState& app) {
+  FileStamp stamp;
+  app.logBytes = app.gps.options.logNmea && fileStamp(app.gps.log.path, stamp) ? stamp.size : 0;
 }
 
 void noteDrawn(AppState& app) {

@@ -3,12 +3,15 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "app/session/app_hooks.h"
+#include "app/session/line_notes.h"
 #include "app/session/link.h"
 #include "app/session/paths.h"
+#include "app/session/raw_log.h"
 #include "app/session/recorder.h"
 #include "app/session/repaint.h"
 #include "app/session/statistics.h"
@@ -16,6 +19,8 @@
 #include "app/settings/settings.h"
 #include "base/screens.h"
 #include "base/texts.h"
+#include "geo/units.h"
+#include "gps/accuracy.h"
 #include "gps/epoch.h"
 #include "gps/gps_fix.h"
 #include "library/track_library.h"
@@ -55,11 +60,12 @@ struct ArrivalTicks {
   Arrival motion;    // speed and course
   Arrival altitude;
   Arrival time;
-  Arrival used;      // number of satellites used
-  Arrival view;      // satellites in view
-  Arrival dilution;  // of precision (DOP values)
-  Arrival quality;   // fix quality, from a sentence that reports more than "valid"
-  Arrival noise;     // unrecognized bytes; reset with each connection, like `quality`
+  Arrival used;      // count of satellites
+  Arrival view;      // the satellites that are heard
+  Arrival dilution;  // of precision
+  Arrival quality;   // of the fix, as a sentence with more to say than "valid" gave it
+  Arrival errors;    // of the fix, as the receiver estimates them; of this connection
+  Arrival noise;     // bytes that are not understood; of this connection, like the quality
 };
 
 // The user interface's copy of the receiver data, taken while the reader is blocked. Drawing,
@@ -70,8 +76,13 @@ struct UiFix {
   std::vector<ViewedSatellite> view;
   uint32_t viewRevision = 0;
   SentenceStats stats;
-  double maxSpeed = 0;
-  double maxAltitude = 0;
+  double maxSpeed = 0;     // the parser's, in the unit chosen at the time
+  double maxAltitude = 0;  // the parser's
+  // Of this source, or since the trip was reset; whatever unit is chosen.
+  Speeds fastest{};
+  double highest = 0;            // metres
+  double exactAltitude = 0;      // with the decimals that GGA had
+  std::optional<GstReport> gst;  // the last one of this connection
   int32_t epochSentenceKind = 0;
   int32_t inputProtocol = kNmeaText;
   bool satellitesInUseKnown = false;
@@ -113,6 +124,8 @@ enum class Projection : int32_t {
   cartesian3d = 350,
   polar3d = 360
 };
+// What the simulation plays.
+enum class SimulationData : uint8_t { trip, walk, loaded };
 enum class ColourScheme : uint8_t { day, night, custom };
 
 // Display updates pending from handled receiver messages. Skipped messages add none.
@@ -124,7 +137,7 @@ struct PendingDisplay {
   int32_t maximumCountdown = 0;  // ...which of the maximum values are new
   bool newMaxSpeed = false;
   bool newMaxAltitude = false;
-  double maxSpeed = 0;  // when the last message was handled
+  double maxSpeed = 0;  // km/h, as last handled
   double maxAltitude = 0;
 };
 
@@ -189,17 +202,25 @@ struct AppState {
   int32_t frameCountdown = 0;
   PendingDisplay pendingDisplay;
 
-  std::string notice;  // one line shown in the status line for a while
+  bool searchOffered = false;  // in this connection, because of its speed
+  SimulationData simulationData = SimulationData::trip;
+  uint64_t logBytes = 0;       // of the log's file while it is written; measured now and then
+  std::string standingNotice;  // in front of every other one, as long as a question stands
+  std::string notice;          // one line that the status shows for a while
   uint32_t noticeTick = 0;
-  std::vector<std::string> rawLog;  // rows of the raw log screen, newest last
-  std::string lastMessageText;  // "Sirf msg ..." from binary input, "SENS msg: ..." from a sensor
+  LinesTold linesTold;
+  RawLog rawLog;                // of the raw log screen, while it shows
+  std::string lastMessageText;  // "Sirf msg ..." of binary input, "SENS msg: ..." of a sensor
 
   // From the last byte of the data until it was drawn.
   uint64_t readoutDelayMicros = 0;
   uint64_t drawnByteMicros = 0;  // the lastByteMicros it was measured for
 };
 
-// Shows one line in the status line for ten seconds.
+// Whether a fix has come within the last five seconds.
+bool hasCurrentFix(const AppState& app);
+
+// Shows one line in the status for ten seconds.
 void showNotice(AppState& app, std::string_view text);
 // The notice, or an empty text once its time is over.
 std::string_view currentNotice(const AppState& app);
@@ -212,7 +233,10 @@ bool repaintThrottled(AppState& app);
 // Redraws immediately, after a key or button press.
 void repaintNow(AppState& app);
 
-// Call this after drawing a screen that shows the fix.
+// Measures the log's file, for `logBytes`.
+void measureLog(AppState& app);
+
+// To be called when a screen that shows the fix has been drawn.
 void noteDrawn(AppState& app);
 
 }  // namespace vgps

@@ -30,6 +30,8 @@ RecordingOptions recordingOptionsOf(const Settings& settings) {
   options.recordTime = settings.recordTime;
   options.recordCourse = settings.recordCourse;
   options.everyNth = settings.recordEvery;
+  options.everySeconds = settings.recordEverySeconds;
+  options.everyMetres = settings.recordEveryMetres;
   options.bes = settings.recordBes;
   options.manual = settings.manualRecording;
   options.speedUnit = settings.speedUnit;

@@ -4,8 +4,10 @@
 #include <vector>
 
 #include "app/session/apply_settings.h"
+#include "app/session/line_notes.h"
 #include "base/texts.h"
 #include "gps/port_errors.h"
+#include "gps/town_walk.h"
 
 namespace vgps {
 namespace {
@@ -19,6 +21,50 @@ void tellReason(AppState& app) {
   if (error == PortError::none || error == PortError::notThere) return;
   const std::string text = portProblem(error, app.link.source().port);
   if (currentNotice(app).empty() || currentNotice(app) == text) showNotice(app, text);
+}
+
+void tellOddLines(AppState& app) {
+  if (!currentNotice(app).empty()) return;
+  const std::string news = newsOfLines(app.shown.stats, app.linesTold);
+  if (!news.empty()) showNotice(app, news);
+}
+
+// A source without a way of its own to it leaves the serial port, or nothing.
+void tellMissingSource(AppState& app, const SourceChoice& choice) {
+  if (choice.simulate) return;
+  if (choice.useSensorApi && app.gps.sensors != nullptr) {
+    if (!app.fix.running) showNotice(app, textOf(Text::sensorNotFound));
+  } else if (choice.useSensorApi) {
+    showNotice(app, textWith(Text::noLocationSensors, choice.port));
+  } else if (choice.useGpsApi) {
+    showNotice(app, textWith(Text::noGpsInterface, choice.port));
+  }
+}
+
+// Bytes come that no receiver means: most probably at another speed than this one. Once for each
+// connection.
+void offerSearchForSpeed(AppState& app) {
+  constexpr uint32_t kRecentMs = 5000;
+  const ArrivalTicks::Arrival& noise = app.shown.arrivals.noise;
+  const bool noisy = noise.ever && app.platform.clock.tick() - noise.tick <= kRecentMs;
+  if (app.searchOffered || app.shown.dataSeen || !noisy) return;
+  if (app.link.state() != Link::State::open) return;
+  app.searchOffered = true;
+  app.platform.window.offerSearch(textWith(Text::wrongSpeedOf, app.link.source().port));
+}
+
+// What the user has loaded is played whatever starts the simulation.
+void chooseSimulationData(AppState& app, bool walk) {
+  const SimulationData wanted = walk ? SimulationData::walk : SimulationData::trip;
+  if (app.simulationData == SimulationData::loaded || app.simulationData == wanted) return;
+  app.simulationData = wanted;
+  app.gps.simulation.setLines(walk ? townWalkLines() : builtInSimLines());
+}
+
+// Reconnecting to a receiver goes on with its maxima.
+bool isSameSource(const SourceChoice& one, const SourceChoice& other) {
+  return one.port == other.port && one.simulate == other.simulate && one.walk == other.walk &&
+         one.useSensorApi == other.useSensorApi;
 }
 
 }  // namespace
@@ -45,20 +91,39 @@ bool loadSimulationFrom(AppState& app, const std::string& path) {
   if (!app.extensions.simulationFrom || !app.extensions.simulationFrom(path, lines)) return false;
   if (lines.empty()) return false;
   app.gps.simulation.setLines(std::move(lines));
+  app.simulationData = SimulationData::loaded;
   return true;
 }
 
 void forgetSource(UiFix& shown) {
   shown.dataSeen = shown.fixSeen = false;
-  shown.arrivals.quality = shown.arrivals.noise = {};
+  shown.arrivals.quality = shown.arrivals.errors = shown.arrivals.noise = {};
+}
+
+void resetMaxima(AppState& app) {
+  app.shown.fastest = {};
+  app.shown.highest = 0;
+  app.pendingDisplay.maxSpeed = app.pendingDisplay.maxAltitude = 0;
+}
+
+void resetTrip(AppState& app) {
+  resetMaxima(app);
+  app.statistics.tripMovingSeconds = app.statistics.tripStoppedSeconds = 0;
 }
 
 bool connectReceiver(AppState& app, const SourceChoice& choice) {
   forgetSource(app.shown);
-  if (app.link.open(choice)) return true;
-  showNotice(app, choice.port.empty() ? std::string(textOf(Text::noReceiverChosen))
-                                      : portProblem(app.link.error(), choice.port));
-  app.platform.window.tellError(textOf(Text::openingFailed));
+  if (!isSameSource(app.link.source(), choice)) resetMaxima(app);
+  if (choice.simulate) chooseSimulationData(app, choice.walk);
+  app.searchOffered = false;
+  if (app.link.open(choice)) {
+    tellMissingSource(app, choice);
+    return true;
+  }
+  const std::string reason = choice.port.empty() ? std::string(textOf(Text::noReceiverChosen))
+                                                 : portProblem(app.link.error(), choice.port);
+  showNotice(app, reason);
+  app.platform.window.offerSearch(std::string(textOf(Text::openingFailed)) + "\n\n" + reason);
   return false;
 }
 
@@ -71,7 +136,16 @@ void checkConnection(AppState& app) {
                              link.source().port));
   } else if (link.state() == Link::State::lost) {
     tellReason(app);
+  } else {
+    offerSearchForSpeed(app);
   }
+  tellOddLines(app);
+}
+
+std::string sourceInUse(const AppState& app) {
+  SourceChoice source = app.link.source();
+  if (app.gps.sensors == nullptr) source.useSensorApi = false;
+  return sourceName(source);
 }
 
 int32_t measureUtcOffset(const DateTime& utc, const DateTime& local) {

@@ -9,6 +9,10 @@ namespace vgps {
 // "COM3, 9600 baud", "Simulation"; empty if none was chosen.
 std::string sourceName(const SourceChoice& source);
 
+// The name of the source that the link has opened; of a serial port that was opened in place of a
+// location sensor, which this computer does not have, the port's.
+std::string sourceInUse(const AppState& app);
+
 // The source in the settings as they are now, even if another program has just changed them.
 SourceChoice sourceOfSettings(AppState& app);
 
@@ -18,6 +22,11 @@ bool loadSimulationFrom(AppState& app, const std::string& path);
 
 // Resets what `shown` knows about the source: no data has arrived yet.
 void forgetSource(UiFix& shown);
+
+// Forgets the shown maxima.
+void resetMaxima(AppState& app);
+// Those, and the times of moving and standing.
+void resetTrip(AppState& app);
 
 // Opens the source, closing the previous one, and reports a failure to the user.
 bool connectReceiver(AppState& app, const SourceChoice& choice);

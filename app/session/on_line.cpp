@@ -1,5 +1,6 @@
 #include "app/session/on_line.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <utility>
@@ -12,9 +13,7 @@
 namespace vgps {
 namespace {
 
-constexpr int32_t kNewsMessages = 10;  // two or three seconds with a typical receiver
-constexpr size_t kRawRowBytes = 1000;  // wider than any screen
-constexpr size_t kRawRows = 500;       // kept for the raw log screen
+constexpr int32_t kNewsMessages = 10;  // two or three seconds of an ordinary receiver
 
 void copyFix(AppState& app) {
   UiFix& shown = app.shown;
@@ -28,6 +27,7 @@ void copyFix(AppState& app) {
   shown.stats = app.gps.stats;
   shown.maxSpeed = app.gps.maxSpeed;
   shown.maxAltitude = app.gps.maxAltitude;
+  shown.exactAltitude = app.gps.exactAltitude;
   shown.epochSentenceKind = app.gps.epochSentenceKind;
   shown.inputProtocol = app.gps.inputProtocol;
   shown.satellitesInUseKnown = app.gps.satellitesInUseKnown;
@@ -65,8 +65,7 @@ bool isSkipped(AppState& app) {
 
 void addRawRow(AppState& app, std::string_view text) {
   if (app.currentScreen != Screen::rawLog || text.empty()) return;
-  app.rawLog.push_back(validUtf8(text.substr(0, kRawRowBytes)));
-  if (app.rawLog.size() > kRawRows) app.rawLog.erase(app.rawLog.begin());
+  app.rawLog.add(app.platform.clock.local(), text);
 }
 
 // Shows messages that have no place of their own on the readout as text.
@@ -83,44 +82,31 @@ std::string textOfMessage(const SirfMessage& message) {
   return textWith(Text::sirfMessage, number, std::to_string(message.length));
 }
 
-// Notes which values the line reported, and when. Values of a fix count only while there is a fix;
-// the clock and the satellites do not depend on one.
-void noteArrivals(UiFix& shown, uint32_t said, uint32_t tick) {
-  const ArrivalTicks::Arrival now = {true, tick};
-  ArrivalTicks& arrivals = shown.arrivals;
-  const auto note = [&](uint32_t bits, ArrivalTicks::Arrival& arrival) {
-    if ((said & bits) != 0) arrival = now;
-  };
-  note(kSaidTime, arrivals.time);
-  note(kSaidUsedCount, arrivals.used);
-  note(kSaidInViewCount, arrivals.view);
-  note(kSaidPdop | kSaidHdop | kSaidVdop, arrivals.dilution);
-  // A receiver without GGA still lists the satellites that it uses in GSA.
-  if (shown.stats.of(SentenceType::gga).count == 0) note(kSaidUsed, arrivals.used);
-  if (shown.fix.fixStatus == 0) return;
-  note(kSaidPosition, arrivals.position);
-  note(kSaidSpeed | kSaidCourse, arrivals.motion);
-  note(kSaidAltitude, arrivals.altitude);
-  note(kSaidQuality, arrivals.quality);
-  // A following RMC only reports that the fix is valid, without its quality.
-  if ((said & kSaidQuality) != 0) shown.quality = shown.fix.fixStatus;
-  if ((said & kSaidPosition) == 0) return;
-  shown.fixSeen = true;
-  shown.lastFixTick = tick;
+// The shown maxima. A speed that is no longer its unit's when the unit changes would be nonsense,
+// so all units are kept.
+void noteGreatest(UiFix& shown, uint32_t said) {
+  const FixRecord& fix = shown.fix;
+  if (fix.fixStatus == 0) return;
+  if ((said & kSaidSpeed) != 0 && fix.speedKmh > shown.fastest.kmh) {
+    // The program's own sentence gives no knots.
+    const double knots = fix.speedKnots > 0 ? fix.speedKnots : fix.speedKmh / kKmhPerKnot;
+    shown.fastest = speedsFromKnots(knots);
+  }
+  if ((said & kSaidAltitude) != 0) shown.highest = std::max(shown.highest, fix.altitude);
 }
 
 // New maximum values are highlighted for a while.
 void noteMaxima(AppState& app) {
   PendingDisplay& pending = app.pendingDisplay;
   const UiFix& shown = app.shown;
-  const bool faster = shown.maxSpeed > pending.maxSpeed;
-  const bool higher = shown.maxAltitude > pending.maxAltitude;
+  const bool faster = shown.fastest.kmh > pending.maxSpeed;
+  const bool higher = shown.highest > pending.maxAltitude;
   if (pending.maximumCountdown == 0) pending.newMaxSpeed = pending.newMaxAltitude = false;
   if (faster || higher) pending.maximumCountdown = kNewsMessages;
   pending.newMaxSpeed |= faster;
   pending.newMaxAltitude |= higher;
-  pending.maxSpeed = shown.maxSpeed;
-  pending.maxAltitude = shown.maxAltitude;
+  pending.maxSpeed = shown.fastest.kmh;
+  pending.maxAltitude = shown.highest;
 }
 
 void handleForDisplays(AppState& app, const UiMessage& message) {
@@ -146,7 +132,8 @@ void onLine(AppState& app, const UiMessage& message) {
   const uint32_t now = app.platform.clock.tick();
   app.shown.dataSeen = true;
   app.shown.lastDataTick = now;
-  noteArrivals(app.shown, message.said, now);
+  noteArrivals(app.shown, message.text, message.said, now);
+  noteGreatest(app.shown, message.said);
   if (message.record == nullptr) offerEpoch(app, message);
   if (isSkipped(app)) return;
   handleForDisplays(app, message);
@@ -173,6 +160,34 @@ bool isOfAnotherSource(const AppState& app, const UiMessage& message) {
 }
 
 }  // namespace
+
+void noteArrivals(UiFix& shown, std::string_view line, uint32_t said, uint32_t tick) {
+  const ArrivalTicks::Arrival now = {true, tick};
+  ArrivalTicks& arrivals = shown.arrivals;
+  const auto note = [&](uint32_t bits, ArrivalTicks::Arrival& arrival) {
+    if ((said & bits) != 0) arrival = now;
+  };
+  if (const auto gst = gstOf(line)) {
+    shown.gst = gst;
+    arrivals.errors = now;
+  }
+  note(kSaidTime, arrivals.time);
+  note(kSaidUsedCount, arrivals.used);
+  note(kSaidInViewCount, arrivals.view);
+  note(kSaidPdop | kSaidHdop | kSaidVdop, arrivals.dilution);
+  // A receiver that sends no GGA still lists which satellites it uses.
+  if (shown.stats.of(SentenceType::gga).count == 0) note(kSaidUsed, arrivals.used);
+  if (shown.fix.fixStatus == 0) return;
+  note(kSaidPosition, arrivals.position);
+  note(kSaidSpeed | kSaidCourse, arrivals.motion);
+  note(kSaidAltitude, arrivals.altitude);
+  note(kSaidQuality, arrivals.quality);
+  // The next RMC says no more than that the fix is valid.
+  if ((said & kSaidQuality) != 0) shown.quality = shown.fix.fixStatus;
+  if ((said & kSaidPosition) == 0) return;
+  shown.fixSeen = true;
+  shown.lastFixTick = tick;
+}
 
 bool refreshDisplays(AppState& app) { return app.pendingDisplay.waiting && repaintThrottled(app); }
 

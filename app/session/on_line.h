@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "app/session/app_state.h"
 #include "platform/ui_thread.h"
 
@@ -12,5 +14,9 @@ void onUiMessage(AppState& app, const UiMessage& message);
 // sentences of a burst would be shown only with the next burst. Returns false if there was nothing
 // to draw.
 bool refreshDisplays(AppState& app);
+
+// When each value of the read-out came last, by what the line vouched for. Values of a fix are news
+// only while there is one; the clock and the satellites need none.
+void noteArrivals(UiFix& shown, std::string_view line, uint32_t said, uint32_t tick);
 
 }  // namespace vgps

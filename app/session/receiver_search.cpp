@@ -1,12 +1,16 @@
 #include "app/session/receiver_search.h"
 
 #include "app/session/connection.h"
+#include "app/settings/settings_table.h"
 
 namespace vgps {
 namespace {
 
-// Stores the source that the next start connects to, replacing any other.
-void keepChoice(AppState& app, const SourceChoice& choice) {
+// What the next start connects to, in place of any other source.
+void keepChoice(AppState& app, const FoundReceiver& found) {
+  const SourceChoice& choice = found.source;
+  app.settings.autoConnect = found.atEveryStart;
+  app.config.put(*Setting(&Settings::autoConnect), app.settings);
   app.settings.port = choice.port;
   app.settings.baudRate = static_cast<int32_t>(choice.speed);
   app.settings.simulate = false;
@@ -19,11 +23,11 @@ void keepChoice(AppState& app, const SourceChoice& choice) {
 
 void beginReceiverSearch(AppState& app) { app.link.hold(); }
 
-void endReceiverSearch(AppState& app, const std::optional<SourceChoice>& chosen) {
+void endReceiverSearch(AppState& app, const std::optional<FoundReceiver>& chosen) {
   if (!chosen.has_value()) return app.link.resume();
   keepChoice(app, *chosen);
   app.config.tellSaveFailure([&](std::string_view text) { app.platform.window.tellError(text); });
-  connectReceiver(app, *chosen);
+  connectReceiver(app, chosen->source);
 }
 
 }  // namespace vgps

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/texts.h"
+#include "library/discarded_recordings.h"
 #include "platform/files.h"
 #include "track/track_file.h"
 
@@ -98,8 +99,22 @@ Keeping Recorder::keepInLibrary(const std::function<LibraryResult()>& add) {
   const std::string backupBefore = library.backupPath();
   keeping.result = add();
   if (library.backupPath() != backupBefore) keeping.damagedBackupPath = library.backupPath();
-  if (keeping.result == LibraryResult::done) keeping.outcome = Keeping::Outcome::kept;
+  if (keeping.result != LibraryResult::done) return keeping;
+  keeping.outcome = Keeping::Outcome::kept;
+  keeping.name = lastSavedName_ = library.tracks().back().name;
   return keeping;
+}
+
+LibraryResult Recorder::renameLastSaved(std::string_view name) {
+  if (!openLibrary().usable()) return LibraryResult::unreadable;
+  library.refresh();
+  const auto tracks = library.tracks();
+  size_t at = tracks.size();
+  while (at > 0 && tracks[at - 1].name != lastSavedName_) --at;
+  if (at == 0) return LibraryResult::notThere;
+  const LibraryResult result = library.rename(at - 1, name);
+  if (result == LibraryResult::done) lastSavedName_ = library.tracks()[at - 1].name;
+  return result;
 }
 
 JournalSettings Recorder::journalSettings() {
@@ -134,12 +149,41 @@ void Recorder::flushPoints() {
   if (journal_->isOpen()) journal_->flush();
 }
 
+bool Recorder::askToSave() {
+  const bool wanted = hooks_.askToSave();
+  discarding_ = !wanted;
+  return wanted;
+}
+
 void Recorder::pointsSavedOrDiscarded() {
+  if (std::exchange(discarding_, false)) keepDiscarded();
   if (journal_->isOpen()) journal_->discard();
   inMemoryOnly_ = false;
 }
 
-// If the track was changed since, it no longer belongs to the journal, which is left as it is.
+// A journal that does not get its new name stays where it is, for the next start to ask about.
+void Recorder::keepDiscarded() {
+  const std::string folder = hooks_.places().discarded;
+  if (folder.empty() || (!journal_->isOpen() && !inMemoryOnly_)) return;
+  const std::string path = freeDiscardedPath(folder, clock_.utc());
+  if (path.empty()) return;
+  if (!journal_->isOpen()) {
+    if (journal_->create(path) != JournalResult::open) return;
+    for (const TrackPoint& point : track.points) journal_->append(point);
+    journal_->close();
+  } else if (!track.points.empty()) {
+    journal_->keepAs(path);
+  }
+  pruneDiscarded(folder, clock_.utc());
+}
+
+void Recorder::discardTrack() {
+  discarding_ = true;
+  pointsSavedOrDiscarded();
+  track = Track();
+}
+
+// A track that was changed since is another one than the journal's, which is left as it is.
 size_t Recorder::resumeJournal() {
   const std::string path = journal_->path();
   RecoveredTrack written;

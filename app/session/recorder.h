@@ -17,10 +17,11 @@ namespace vgps {
 
 // Where a recorder writes.
 struct RecorderPlaces {
-  std::string library = {};   // the track library
-  std::string journal = {};   // of the current recording; empty: none is kept
-  std::string settings = {};  // the settings document, which no track may overwrite
-  std::string file = {};      // not empty: tracks are saved to this file instead of the library
+  std::string library = {};    // the track library
+  std::string journal = {};    // of the track that is being recorded; empty: none is kept
+  std::string settings = {};   // the settings document, whose place no track may take
+  std::string discarded = {};  // folder of the recently discarded ones; empty: none are kept
+  std::string file = {};       // not empty: tracks go into this file instead of the library
 };
 
 // What the recorder needs from the program around it. Called on the recording thread unless stated
@@ -74,7 +75,8 @@ struct Keeping {
   Outcome outcome = Outcome::nothing;
   LibraryOpening library = {};
   LibraryResult result = LibraryResult::done;
-  std::string damagedBackupPath = {};  // the copy of a damaged library, if one was made
+  std::string name = {};               // of the track in the library, when it is kept there
+  std::string damagedBackupPath = {};  // the damaged library was copied there first; else empty
 };
 
 // How a recording ended in a program that cannot ask the user.
@@ -112,11 +114,22 @@ class Recorder : private RecordingHooks {
   void requestPoint() { recording_.requestPoint(); }
   const Recording& recording() const { return recording_; }
 
-  // Opens the library at its path; only once for each path.
+  // The track that was saved last in the library since the program started; empty: none.
+  const std::string& lastSavedName() const { return lastSavedName_; }
+  // `notThere` if the library has no track of that name any more.
+  LibraryResult renameLastSaved(std::string_view name);
+
+  // The library at its path, opened only once for each path.
   LibraryOpening openLibrary();
 
-  // Call this when the track was saved, replaced, or discarded: deletes its journal.
+  // Ends the current track, which is idle. Points that are nowhere else stay on the disk for a
+  // while: `discardedRecordings` has them.
+  void discardTrack();
+  // The track was replaced or opened: it is on the disk, and its journal goes.
   void pointsSavedOrDiscarded() override;
+  // Records the fix as it is, whatever the filter says. Returns false if no recording is running or
+  // the fix has no position.
+  bool recordNow(const FixRecord& fix) { return recording_.recordNow(fix); }
   // Whether the track has recorded points that were neither saved nor discarded and are in no
   // journal.
   bool inMemoryOnly() const { return inMemoryOnly_; }
@@ -147,13 +160,14 @@ class Recorder : private RecordingHooks {
   void appendToDrawnPath(double longitude, double latitude) override {
     drawnPath.emplace_back(longitude, latitude);
   }
-  bool askToSave() override { return !ask_ || hooks_.askToSave(); }
+  bool askToSave() override;
   bool save(Track& ended) override;
   Keeping keepInLibrary(const std::function<LibraryResult()>& add);
   void trackChanged(Track&) override { hooks_.trackChanged(); }
   void pointRecorded(const TrackPoint& point) override;
   void flushPoints() override;
   void beginJournal();
+  void keepDiscarded();
 
   RecorderHooks& hooks_;
   const Clock& clock_;
@@ -161,8 +175,9 @@ class Recorder : private RecordingHooks {
   std::unique_ptr<Journal> journal_;
   bool journalRefused_ = false;  // reported once per recording
   bool inMemoryOnly_ = false;
-  bool ask_ = true;
-  Keeping keeping_;  // result of the `stop` in progress
+  bool discarding_ = false;  // the points that are settled next are not wanted
+  std::string lastSavedName_;
+  Keeping keeping_;  // of the stop that is going on
 };
 
 }  // namespace vgps

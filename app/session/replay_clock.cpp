@@ -7,7 +7,15 @@
 namespace vgps {
 namespace {
 
-// hhmmss[.decimals] in milliseconds since midnight; -1 if invalid.
+// Real receivers put an RMC behind a GGA of the next second; what lies further back comes from
+// another run of a receiver.
+constexpr int32_t kDisorderMs = 5 * kSecondMs;
+// A time that fits behind the one before a jump shows that the jump was damage.
+constexpr int32_t kReturnMs = kMinuteMs;
+// Between the last time of a run and the first one of the next, as between two epochs.
+constexpr uint32_t kNewRunMs = 1000;
+
+// hhmmss[.decimals] in milliseconds since midnight, -1 when it is none.
 int32_t timeOfDay(std::string_view field) {
   constexpr int32_t kUnits[] = {10 * kHourMs, kHourMs,        10 * kMinuteMs,
                                 kMinuteMs,    10 * kSecondMs, kSecondMs};
@@ -44,9 +52,23 @@ void ReplayClock::advanceTo(std::string_view line) {
   const int32_t time = timeOfDayIn(line);
   if (time < 0) return;
   if (timeOfDay_ < 0) timeOfDay_ = time;
-  const int32_t step = shortestStep(timeOfDay_, time);
-  if (step <= 0) return;
-  tick_ += static_cast<uint32_t>(step);
+  int32_t step = shortestStep(timeOfDay_, time);
+  const bool jumps = step < -kDisorderMs || step > kDisorderMs;
+  if (jumps && beforeJump_ >= 0) {
+    const int32_t since = shortestStep(beforeJump_, time);
+    if (since >= -kDisorderMs && since <= kReturnMs) {
+      timeOfDay_ = beforeJump_;
+      step = since;
+    }
+  }
+  if (step < -kDisorderMs) {
+    beforeJump_ = timeOfDay_;
+    tick_ += kNewRunMs;
+  } else if (step > 0) {
+    tick_ += static_cast<uint32_t>(step);
+  } else {
+    return;
+  }
   timeOfDay_ = time;
 }
 

@@ -7,8 +7,11 @@ void countStatistics(Statistics& statistics, const StatisticsInput& now) {
   statistics.totalSeconds += step;
   if (now.connected) statistics.connectedSeconds += step;
   if (now.trackState != 0) statistics.recordingSeconds += step;
-  if (!statistics.fine) return;
   const bool moving = statistics.movingThreshold < now.speedKmh;
+  if (now.speedKnown) {
+    (moving ? statistics.tripMovingSeconds : statistics.tripStoppedSeconds) += step;
+  }
+  if (!statistics.fine) return;
   (moving ? statistics.movingSeconds : statistics.stoppedSeconds) += 1;
   statistics.statSeconds += 1;
 }

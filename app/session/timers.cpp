@@ -53,9 +53,11 @@ void onBackupTimer(AppState& app) {
 void onStatisticsTimer(AppState& app) {
   countStatistics(app.statistics, {.connected = app.fix.running,
                                    .trackState = app.recorder.track.state,
-                                   .speedKmh = app.shown.fix.speedKmh});
+                                   .speedKmh = app.shown.fix.speedKmh,
+                                   .speedKnown = hasCurrentFix(app)});
   ++app.shown.fix.ticksWithoutData;  // for display only
   if (app.insideForbiddenZone) app.platform.sounds.play("FORBIDDEN");
+  measureLog(app);
   checkConnection(app);
   if (app.recorderHooks.takeJournalFailure()) showNotice(app, textOf(Text::journalFailing));
   if (app.currentScreen == Screen::statistics) repaintThrottled(app);

@@ -1,5 +1,7 @@
 #include "app/settings/config_changes.h"
 
+#include <algorithm>
+
 #include <utility>
 
 #include "xml/profile.h"
@@ -22,6 +24,14 @@ void ConfigChanges::applyTo(XmlDocument& document) const {
   for (const auto& [key, text] : changes_) {
     XmlSetString(key.path, key.key, text, nullptr, &document);
   }
+}
+
+bool ConfigChanges::areOnlyOf(std::span<const SettingGroup> groups) const {
+  const auto isOne = [&](const auto& change) {
+    const SettingRow* const row = findSetting(change.first.path, change.first.key);
+    return row != nullptr && std::find(groups.begin(), groups.end(), row->group) != groups.end();
+  };
+  return !changes_.empty() && std::all_of(changes_.begin(), changes_.end(), isOne);
 }
 
 }  // namespace vgps

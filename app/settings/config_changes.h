@@ -28,10 +28,8 @@ class ConfigChanges {
   // Records a change of a key that is not in the table.
   void note(std::string path, std::string key, std::string text);
 
-  // Whether this setting is the only change.
-  bool isOnly(const SettingRow& row) const {
-    return changes_.size() == 1 && changes_.contains(keyOf(row));
-  }
+  // Whether something was changed, and only settings of these groups.
+  bool areOnlyOf(std::span<const SettingGroup> groups) const;
 
   // Whether another program seems to have written the file since.
   bool isFileAnother(const std::string& path) const {

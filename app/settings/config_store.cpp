@@ -9,16 +9,11 @@
 #include "base/texts.h"
 #include "files/bad_copies.h"
 #include "files/file_lock.h"
+#include "xml/foreign.h"
 #include "xml/profile.h"
 
 namespace vgps {
 namespace {
-
-// Bytes that no text has. A file of two bytes a character begins with a mark that says so.
-bool isBinary(std::string_view bytes) {
-  const bool wide = bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
-  return !wide && bytes.find('\0') != std::string_view::npos;
-}
 
 // Tags can be found in files of any kind: a document of another program, or a program.
 bool isForeign(const XmlDocument& document, std::string_view bytes) {

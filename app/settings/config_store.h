@@ -47,7 +47,9 @@ class ConfigStore {
   void set(const SettingRow& row, std::string_view value);
 
   bool changed() const { return changed_; }
-  bool changedOnly(const SettingRow& row) const { return changed_ && changes_.isOnly(row); }
+  bool changedOnly(std::span<const SettingGroup> groups) const {
+    return changed_ && changes_.areOnlyOf(groups);
+  }
 
   // Any value of the document in full length; "" if it does not exist. setOther does not update the
   // member of `Settings`; call `refreshSettings` for that.

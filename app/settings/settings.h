@@ -17,6 +17,7 @@ struct Settings {
   bool simulate{};                 // "simu"
   bool useGpsApi{};                // "gapi"
   bool reconnect{};                // "rcn"
+  bool altitudeDecimals{};         // "zdec": the read-out shows the decimals of the height
   int32_t useSensorApi{};          // "sapi"
   std::string sensorIdentifier{};  // "sapiid"
   int32_t epochSentenceSetting{};  // "bsm"
@@ -88,6 +89,8 @@ struct Settings {
   bool recordTime{};               // "rtc"
   bool recordCourse{};             // "rbc"
   int32_t recordEvery{};           // "res"
+  int32_t recordEverySeconds{};    // "reseconds"
+  int32_t recordEveryMetres{};     // "remeters"
   int32_t recordBem{};             // "bem"
   bool drawPath{};                 // "drp"
   bool viewCell{};                 // "vci"
@@ -132,7 +135,15 @@ struct Settings {
   bool manualRecording{};          // "mnr"
   std::string trackStorePath{};    // "tlp"
   int32_t talkers{};               // "tlk"
+  bool recordingExplained{};       // "asked": what is recorded was asked for once
   std::string updateSource{};      // "ups"
+  int32_t windowLeft{};            // "left", pixels, as the four below it
+  int32_t windowTop{};             // "top"
+  int32_t windowWidth{};           // "width"; 0 before the first end of the program
+  int32_t windowHeight{};          // "height"
+  bool windowMaximized{};          // "maximized"
+  int32_t windowScreen{};          // "screen": Screen
+  int32_t windowScheme{};          // "scheme": ColourScheme
 
   Settings();  // sets the defaults of the table
 };
@@ -171,6 +182,7 @@ enum class SettingGroup : uint8_t {
   colour,
   update,
   tripData,
+  window,
 };
 
 using SettingMember = std::variant<int32_t Settings::*, bool Settings::*, float Settings::*,

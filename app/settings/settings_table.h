@@ -124,6 +124,8 @@ inline constexpr auto kSettingRows = [] {
     flag("cfg\\vgps", "rtc", 0, &Settings::recordTime, SettingGroup::recording),
     flag("cfg\\vgps", "rbc", 0, &Settings::recordCourse, SettingGroup::recording),
     number("cfg\\vgps", "res", 0, &Settings::recordEvery, SettingGroup::recording),
+    number("cfg\\vgps", "reseconds", 0, &Settings::recordEverySeconds, SettingGroup::recording),
+    number("cfg\\vgps", "remeters", 0, &Settings::recordEveryMetres, SettingGroup::recording),
     number("cfg\\vgps", "bem", 0, &Settings::recordBem, SettingGroup::recording),
     flag("cfg\\vgps", "drp", 1, &Settings::drawPath, SettingGroup::recording),
     flag("cfg\\vgps", "vci", 1, &Settings::viewCell, SettingGroup::playback),
@@ -171,7 +173,16 @@ inline constexpr auto kSettingRows = [] {
     // Connection settings.
     number("cfg\\gps", "tlk", 0, &Settings::talkers, SettingGroup::gps),
     flag("cfg\\gps", "rcn", 1, &Settings::reconnect, SettingGroup::gps),
+    number("cfg\\window", "left", 0, &Settings::windowLeft, SettingGroup::window),
+    number("cfg\\window", "top", 0, &Settings::windowTop, SettingGroup::window),
+    number("cfg\\window", "width", 0, &Settings::windowWidth, SettingGroup::window),
+    number("cfg\\window", "height", 0, &Settings::windowHeight, SettingGroup::window),
+    flag("cfg\\window", "maximized", 0, &Settings::windowMaximized, SettingGroup::window),
+    number("cfg\\window", "screen", 1, &Settings::windowScreen, SettingGroup::window),
+    number("cfg\\window", "scheme", 0, &Settings::windowScheme, SettingGroup::window),
+    flag("cfg\\track", "asked", 0, &Settings::recordingExplained, SettingGroup::recording),
     text("cfg\\vgps", "ups", "", 200, &Settings::updateSource, SettingGroup::update),
+    flag("cfg\\vgps", "zdec", 0, &Settings::altitudeDecimals, SettingGroup::display),
       // clang-format on
   });
 }();

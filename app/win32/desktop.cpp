@@ -61,6 +61,7 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
   };
   startClocks(app);
   startSettings(app);
+  restoreView(app);
   const LanguageLibrary language(app.settings.languageFile);
   sounds.useFilesOf(app.settings);
 
@@ -68,7 +69,8 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
   if (handle == nullptr) return 1;
   startup.end();
   uiThread.open(handle, app.fix);
-  ShowWindow(handle, show);
+  const bool usual = show == SW_SHOWNORMAL || show == SW_SHOWDEFAULT;
+  ShowWindow(handle, usual && app.settings.windowMaximized ? SW_SHOWMAXIMIZED : show);
   UpdateWindow(handle);
   const auto isOpen = [&] { return IsWindow(handle) != FALSE; };
   if (startWork(app, parseStartOptions(arguments), isOpen)) {

@@ -119,6 +119,8 @@ void WindowDialogView::showNote(std::string_view text) {
                                     client.bottom, client.right - 2 * units.left, units.bottom,
                                     dialog_, nullptr, nullptr, nullptr);
   SendMessageW(line, WM_SETFONT, SendMessageW(dialog_, WM_GETFONT, 0, 0), FALSE);
+  // The first that a screen reader comes to.
+  SetWindowPos(line, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 std::optional<std::string> WindowDialogView::chooseFile(std::string_view kind,
@@ -157,7 +159,9 @@ bool WindowDialogView::drawColour(const DRAWITEMSTRUCT& item) {
   const bool focused = (item.itemState & ODS_FOCUS) != 0;
   const bool pressed = (item.itemState & ODS_SELECTED) != 0;
   RECT area = item.rcItem;
-  FillRect(item.hDC, &area, GetSysColorBrush(COLOR_BTNFACE));
+  const auto ground = SendMessageW(dialog_, WM_CTLCOLORBTN, reinterpret_cast<WPARAM>(item.hDC),
+                                   reinterpret_cast<LPARAM>(item.hwndItem));
+  FillRect(item.hDC, &area, reinterpret_cast<HBRUSH>(ground));
   FrameRect(item.hDC, &area, GetSysColorBrush(focused ? COLOR_HIGHLIGHT : COLOR_BTNSHADOW));
   const int margin = GetSystemMetrics(SM_CXEDGE) + (pressed ? 2 : 1);
   InflateRect(&area, -margin, -margin);

@@ -7,6 +7,7 @@
 #include "app/win32/dialog_view.h"
 #include "app/win32/main_window.h"
 #include "app/win32/message_parameter.h"
+#include "app/win32/night_look.h"
 #include "base/number.h"
 #include "base/texts.h"
 #include "platform/win32/wide.h"
@@ -83,6 +84,7 @@ void OpenDialog::open(HWND window) {
   fillDialog(rows_, *view_, context_);
   searchCaption_ = view_->text(CONTROL_SEARCH_PORTS);
   if (!context_.beginPortSearch) view_->enable(CONTROL_SEARCH_PORTS, false);
+  if (context_.night) darkenDialog(window);
   centreOverOwner(window);
 }
 

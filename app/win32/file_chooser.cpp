@@ -47,7 +47,7 @@ void beginIn(IFileOpenDialog& chooser, const std::string& folder) {
 
 std::optional<std::string> chooseExistingFile(HWND owner, std::string_view kind,
                                               std::string_view pattern, const std::string& current,
-                                              std::string_view title) {
+                                              std::string_view title, const std::string& folder) {
   const std::wstring caption = wideFromUtf8(title);
   const std::wstring filter = filterOf(kind, pattern);
   std::wstring path = fullPath(current);
@@ -58,6 +58,8 @@ std::optional<std::string> chooseExistingFile(HWND owner, std::string_view kind,
   choice.lpstrFilter = filter.c_str();
   choice.lpstrFile = path.data();
   choice.nMaxFile = static_cast<DWORD>(path.size());
+  const std::wstring begin = fullPath(folder);
+  if (!begin.empty()) choice.lpstrInitialDir = begin.c_str();
   if (!caption.empty()) choice.lpstrTitle = caption.c_str();
   choice.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
   BOOL chosen = GetOpenFileNameW(&choice);

@@ -6,6 +6,7 @@
 
 #include "app/win32/dialog_opening.h"
 #include "app/win32/message_parameter.h"
+#include "app/win32/night_look.h"
 #include "base/texts.h"
 #include "platform/win32/wide.h"
 #include "res/finder_ids.h"
@@ -16,8 +17,10 @@ namespace {
 constexpr UINT kChanged = WM_APP + 1;
 constexpr int kProgressRange = 1000;
 
-// In percent of the list's width.
-constexpr std::array kColumnShares = {12, 33, 55};
+// Of the list's width, in hundredths.
+constexpr std::array kColumnShares = {11, 26, 43, 20};
+constexpr std::array kColumnTitles = {Text::finderPortColumn, Text::finderDeviceColumn,
+                                      Text::finderAnswerColumn, Text::finderPositionColumn};
 
 class FinderDialog {
  public:
@@ -28,7 +31,7 @@ class FinderDialog {
 
   static INT_PTR CALLBACK procedure(HWND dialog, UINT message, WPARAM first, LPARAM second);
 
-  std::optional<SourceChoice> choice;
+  std::optional<FoundReceiver> choice;
 
  private:
   INT_PTR handle(UINT message, WPARAM first, LPARAM second);
@@ -90,11 +93,13 @@ INT_PTR FinderDialog::handle(UINT message, WPARAM first, LPARAM second) {
 
 void FinderDialog::begin() {
   translateDialog(dialog_, Text::finderDialog);
+  if (setup_.night) darkenDialog(dialog_);
   centreOverOwner(dialog_);
   list_ = control(FINDER_LIST);
   ListView_SetExtendedListViewStyle(list_, LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP);
   SendMessageW(control(FINDER_PROGRESS), PBM_SETRANGE32, 0, kProgressRange);
   addColumns();
+  CheckDlgButton(dialog_, FINDER_AT_START, BST_CHECKED);
   search();
 }
 
@@ -103,7 +108,7 @@ void FinderDialog::addColumns() {
   GetClientRect(list_, &client);
   const int width = client.right - GetSystemMetrics(SM_CXVSCROLL);
   for (size_t i = 0; i < kColumnShares.size(); ++i) {
-    std::wstring title = wideFromUtf8(textOf(Text::finderPortColumn + static_cast<uint32_t>(i)));
+    std::wstring title = wideFromUtf8(textOf(kColumnTitles[i]));
     LVCOLUMNW column{};
     column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
     column.pszText = title.data();
@@ -164,6 +169,7 @@ void FinderDialog::showRow(int row, const PortFinding& finding) {
   setCell(row, 0, finding.port.name);
   setCell(row, 1, finding.port.description);
   setCell(row, 2, findingText(finding));
+  setCell(row, 3, positionText(finding));
 }
 
 // Sets only a changed text, to avoid flicker.
@@ -216,8 +222,9 @@ void FinderDialog::use() {
   if (row < 0 || static_cast<size_t>(row) >= findings.size()) return;
   const PortFinding& finding = findings[static_cast<size_t>(row)];
   if (!finding.answered || finding.answer.result != ProbeResult::found) return;
-  finder_.stop();  // the port must be released first
-  choice = SourceChoice{.port = finding.port.name, .speed = finding.speed};
+  finder_.stop();  // the port has to be free
+  choice = FoundReceiver{{.port = finding.port.name, .speed = finding.speed},
+                         IsDlgButtonChecked(dialog_, FINDER_AT_START) == BST_CHECKED};
   EndDialog(dialog_, IDOK);
 }
 
@@ -233,7 +240,7 @@ std::wstring cellText(HWND list, int row, int column) {
   return text;
 }
 
-std::optional<SourceChoice> runFinder(HINSTANCE resources, HWND owner, const FinderSetup& setup) {
+std::optional<FoundReceiver> runFinder(HINSTANCE resources, HWND owner, const FinderSetup& setup) {
   FinderDialog dialog(setup);
   DialogBoxParamW(resources, MAKEINTRESOURCEW(DIALOG_FINDER), owner, FinderDialog::procedure,
                   reinterpret_cast<LPARAM>(&dialog));

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "app/desktop/commands.h"
 #include "app/desktop/menus.h"
+#include "app/desktop/raw_log_keys.h"
 #include "app/desktop/scene_of.h"
 #include "app/desktop/startup.h"
 #include "app/desktop/taps.h"
@@ -13,6 +15,7 @@
 #include "app/win32/dpi.h"
 #include "app/win32/main_menu.h"
 #include "app/win32/message_parameter.h"
+#include "app/win32/night_look.h"
 #include "app/win32/single_instance.h"
 #include "app/win32/window_messages.h"
 #include "app/win32/window_ui_thread.h"
@@ -62,7 +65,35 @@ bool registerClass(HINSTANCE instance, WNDPROC procedure) {
   return RegisterClassExW(&description) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
 }
 
-// Before a source was chosen, the readout has nothing to show.
+std::vector<WindowPlace> allScreens() {
+  std::vector<WindowPlace> screens;
+  EnumDisplayMonitors(
+      nullptr, nullptr,
+      [](HMONITOR monitor, HDC, LPRECT, LPARAM found) -> BOOL {
+        MONITORINFO info{};
+        info.cbSize = sizeof info;
+        if (GetMonitorInfoW(monitor, &info) == FALSE) return TRUE;
+        const RECT& area = info.rcWork;
+        const WindowPlace screen = {area.left, area.top, area.right - area.left,
+                                    area.bottom - area.top};
+        auto& known = *addressIn<std::vector<WindowPlace>>(found);
+        const bool primary = (info.dwFlags & MONITORINFOF_PRIMARY) != 0;
+        known.insert(primary ? known.begin() : known.end(), screen);
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&screens));
+  return screens;
+}
+
+// Where the last run left it, or wherever the system likes.
+WindowPlace firstPlace(const Desktop& app) {
+  const WindowPlace stored = storedPlace(app);
+  if (stored.width > 0) return reachablePlace(stored, allScreens());
+  const SIZE size = windowSizeFor(kFirstSize, WS_OVERLAPPEDWINDOW, true, dpiOf(nullptr));
+  return {CW_USEDEFAULT, CW_USEDEFAULT, size.cx, size.cy};
+}
+
+// Before a source was ever chosen there is nothing that the read-out could show.
 bool isFirstStart(const AppState& app) {
   const Settings& settings = app.settings;
   return app.currentScreen == Screen::gps && !app.fix.running && settings.port.empty() &&
@@ -87,10 +118,10 @@ HWND MainWindow::create(const WindowSetting& setting, Desktop& app) {
   if (!registerClass(setting.instance, procedure)) return nullptr;
   setting_ = setting;
   app_ = &app;
-  const SIZE size = windowSizeFor(kFirstSize, WS_OVERLAPPEDWINDOW, true, dpiOf(nullptr));
+  const WindowPlace place = firstPlace(app);
   CreateWindowExW(0, kMainWindowClass, programTitle().c_str(),
-                  WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, size.cx,
-                  size.cy, nullptr, createMainMenu(), setting.instance, this);
+                  WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, place.left, place.top, place.width,
+                  place.height, nullptr, createMainMenu(), setting.instance, this);
   if (window_ == nullptr) return nullptr;
   accelerators_ = createAccelerators();
   registerHotKeys(window_);
@@ -145,7 +176,15 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
       return 0;
     case WM_INITMENUPOPUP: updateMenu(addressIn<HMENU__>(first), *app_); return 0;
     case WM_TIMER: onTimer(first); return 0;
-    case WM_KEYDOWN: onKey(first); return 0;
+    case WM_KEYDOWN:
+      if (onKey(first)) return 0;
+      break;
+    case WM_CHAR:
+      if (onTyped(first)) return 0;
+      break;
+    case WM_MOUSEWHEEL:
+      if (onWheel(first)) return 0;
+      break;
     case TrayIcon::kTrayMessage: onTrayPress(second); return 0;
     case kTitleChanged: showTitle(); return 0;
     case kMessagesWaiting: showMessages(); return 0;
@@ -154,8 +193,9 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
     case WM_ENDSESSION:
       if (first != FALSE) onEndOfSession();
       return 0;
-    default: return handleFrame(message, first, second);
+    default: break;
   }
+  return handleFrame(message, first, second);
 }
 
 // Handles the window itself: drawing, size, creation, and destruction.
@@ -214,8 +254,19 @@ void MainWindow::onTimer(WPARAM timer) {
   followState();
 }
 
-void MainWindow::onKey(WPARAM key) {
+bool MainWindow::onKey(WPARAM key) {
   if (key == VK_SPACE) app_->gps.simulation.step();
+  return key == VK_SPACE || onRawLogKey(*app_, static_cast<uint16_t>(key));
+}
+
+bool MainWindow::onTyped(WPARAM unit) { return onRawLogTyped(*app_, static_cast<char32_t>(unit)); }
+
+// A fine wheel tells parts of a notch.
+bool MainWindow::onWheel(WPARAM turned) {
+  wheel_ += GET_WHEEL_DELTA_WPARAM(turned);
+  const int notches = wheel_ / WHEEL_DELTA;
+  wheel_ -= notches * WHEEL_DELTA;
+  return notches == 0 || onRawLogWheel(*app_, notches);
 }
 
 // Another close request may arrive while the question is shown.
@@ -232,6 +283,7 @@ void MainWindow::onClose() {
 // closed, because it would start another journal.
 void MainWindow::onEndOfSession() {
   app_->fix.stopReaders(0);
+  rememberView(*app_);
   endProgram(*app_);
 }
 
@@ -316,9 +368,27 @@ void MainWindow::followState() {
     startButtons_.show(window_, !startButtons_.areShown(), app_->settings.fontFactor);
     InvalidateRect(window_, nullptr, FALSE);
   }
+  followScheme();
   const bool simulating = app_->fix.running && app_->fix.simulate;
   if (simulating != titled_) showTitle();
   watchWhileTimePasses();
+}
+
+void MainWindow::followScheme() {
+  const bool night = app_->scheme == ColourScheme::night;
+  if (night == isNight_) return;
+  isNight_ = night;
+  darkenFrame(window_, night);
+}
+
+// While it is neither maximized nor an icon.
+WindowPlace MainWindow::place() const {
+  WINDOWPLACEMENT placement{};
+  placement.length = sizeof placement;
+  if (window_ == nullptr || GetWindowPlacement(window_, &placement) == FALSE) return {};
+  const RECT& area = placement.rcNormalPosition;
+  const bool maximized = IsZoomed(window_) != FALSE || (placement.flags & WPF_RESTORETOMAXIMIZED);
+  return {area.left, area.top, area.right - area.left, area.bottom - area.top, maximized};
 }
 
 void MainWindow::watchWhileTimePasses() {

@@ -54,6 +54,7 @@ class MainWindow : public DesktopWindow {
   void tellError(std::string_view text) override;
   bool shiftHeld() override;
   void pressSpace() override;
+  void offerSearch(std::string_view error) override;
   void tell(std::string_view text) override;
   bool ask(std::string_view question) override;
   size_t choose(std::string_view question, std::span<const std::string_view> answers) override;
@@ -61,8 +62,13 @@ class MainWindow : public DesktopWindow {
   void killTimer(uint32_t number) override;
   void postTap(uint32_t point) override;
   void resizeClient(int32_t width, int32_t height) override;
+  WindowPlace place() const override;
+  void copyText(std::string_view text) override;
   bool openDialog(Command command) override;
   std::string chooseFile(const FileChoice& choice) override;
+  std::optional<size_t> chooseRow(std::string_view title,
+                                  std::span<const std::string> rows) override;
+  std::optional<std::string> askText(std::string_view title, std::string_view text) override;
   void close() override;
   void destroy() override;
 
@@ -72,7 +78,9 @@ class MainWindow : public DesktopWindow {
   LRESULT handleFrame(UINT message, WPARAM first, LPARAM second);
   bool handleUiMessage(UINT message, WPARAM first, LPARAM second);
   void onTimer(WPARAM timer);
-  void onKey(WPARAM key);
+  bool onKey(WPARAM key);
+  bool onTyped(WPARAM unit);
+  bool onWheel(WPARAM turned);
   void onClose();
   void onDestroy();
   void onEndOfSession();
@@ -89,6 +97,7 @@ class MainWindow : public DesktopWindow {
   void forgetIcons();
   void paint();
   void drawInto(HDC target, int width, int height);
+  void followScheme();
   bool openFinder();
   bool openSettings(Command command);
   void drawStatusInto(HDC target, int width, int height);
@@ -104,7 +113,9 @@ class MainWindow : public DesktopWindow {
   StartButtons startButtons_;
   TrayIcon tray_;
   TimeDependentTexts paintedTexts_;
-  bool statusOnly_ = false;  // only the status line needs to be redrawn
+  int wheel_ = 0;            // turned, less than a notch
+  bool isNight_ = false;     // of the frame
+  bool statusOnly_ = false;  // nothing but the status line is to be drawn
   bool closing_ = false;
   bool dialogOpen_ = false;
   bool watching_ = false;  // the status timer is running
@@ -122,9 +133,9 @@ class MainWindow : public DesktopWindow {
 
   struct Message {
     std::wstring text;
-    UINT icon;
+    UINT style;  // icon and buttons; Yes opens the search for a receiver
   };
-  void queueMessage(std::string_view text, UINT icon);
+  void queueMessage(std::string_view text, UINT style);
 
   std::deque<Message> messages_;
   bool showingMessages_ = false;

@@ -3,6 +3,7 @@
 // The other headers need <windows.h> first.
 #include <commctrl.h>
 
+#include <cstring>
 #include <vector>
 
 #include "app/desktop/dialog_context.h"
@@ -11,6 +12,7 @@
 #include "app/win32/file_chooser.h"
 #include "app/win32/find_receiver.h"
 #include "app/win32/finder_dialog.h"
+#include "app/win32/prompt_dialogs.h"
 #include "app/win32/window_messages.h"
 #include "platform/win32/wide.h"
 #include "res/finder_ids.h"
@@ -42,17 +44,24 @@ void MainWindow::showTitle() {
     title = title_;
   }
   titled_ = app_->fix.running && app_->fix.simulate;
+  const bool walks = app_->simulationData == SimulationData::walk;
+  if (titled_ && walks) title = wideFromUtf8(textOf(Text::simulationTitle));
   SetWindowTextW(window_, titled_ && !title.empty() ? title.c_str() : programTitle().c_str());
 }
 
 // A message box waits for the user, but the caller may be a waiting reader.
 void MainWindow::tellError(std::string_view text) { queueMessage(text, MB_ICONERROR); }
 
+void MainWindow::offerSearch(std::string_view error) {
+  const std::string question = std::string(error) + "\n\n" + std::string(textOf(Text::searchNow));
+  queueMessage(question, MB_ICONERROR | MB_YESNO);
+}
+
 void MainWindow::tell(std::string_view text) { queueMessage(text, MB_ICONINFORMATION); }
 
-// Messages before the window exists are kept until it does.
-void MainWindow::queueMessage(std::string_view text, UINT icon) {
-  messages_.push_back({wideFromUtf8(text), icon});
+// What is said before there is a window waits for it.
+void MainWindow::queueMessage(std::string_view text, UINT style) {
+  messages_.push_back({wideFromUtf8(text), style});
   if (window_ != nullptr) PostMessageW(window_, kMessagesWaiting, 0, 0);
 }
 
@@ -62,7 +71,9 @@ void MainWindow::showMessages() {
   while (!messages_.empty() && window_ != nullptr) {
     const Message message = messages_.front();
     messages_.pop_front();
-    MessageBoxW(window_, message.text.c_str(), programTitle().c_str(), MB_OK | message.icon);
+    const int answer =
+        MessageBoxW(window_, message.text.c_str(), programTitle().c_str(), message.style);
+    if (answer == IDYES) PostMessageW(window_, WM_COMMAND, WPARAM(Command::findReceiver), 0);
   }
   showingMessages_ = false;
 }
@@ -70,7 +81,7 @@ void MainWindow::showMessages() {
 void MainWindow::showLastMessages() {
   for (const Message& message : messages_) {
     MessageBoxW(nullptr, message.text.c_str(), programTitle().c_str(),
-                MB_OK | MB_SETFOREGROUND | message.icon);
+                MB_SETFOREGROUND | (message.style & ~UINT{MB_YESNO}));
   }
   messages_.clear();
 }
@@ -154,6 +165,7 @@ bool MainWindow::openDialog(Command command) {
 bool MainWindow::openFinder() {
   FinderSetup setup;
   setup.makePort = app_->platform.makePort;
+  setup.night = app_->scheme == ColourScheme::night;
   const HINSTANCE resources =
       setting_.language != nullptr ? setting_.language->ofDialog(DIALOG_FINDER) : setting_.instance;
   findReceiver(*app_, resources, window_, setup);
@@ -167,7 +179,32 @@ bool MainWindow::openSettings(Command command) {
 }
 
 std::string MainWindow::chooseFile(const FileChoice& choice) {
-  return chooseExistingFile(window_, choice.kind, choice.pattern, {}, choice.title).value_or("");
+  return chooseExistingFile(window_, choice.kind, choice.pattern, {}, choice.title, choice.folder)
+      .value_or("");
+}
+
+std::optional<size_t> MainWindow::chooseRow(std::string_view title,
+                                            std::span<const std::string> rows) {
+  return chooseRowIn(window_, title, rows);
+}
+
+std::optional<std::string> MainWindow::askText(std::string_view title, std::string_view text) {
+  return askTextIn(window_, title, text);
+}
+
+void MainWindow::copyText(std::string_view text) {
+  const std::wstring wide = wideFromUtf8(text);
+  const size_t bytes = (wide.size() + 1) * sizeof(wchar_t);
+  if (OpenClipboard(window_) == FALSE) return showNotice(*app_, textOf(Text::clipboardBusy));
+  EmptyClipboard();
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes);
+  if (memory != nullptr) {
+    std::memcpy(GlobalLock(memory), wide.c_str(), bytes);
+    GlobalUnlock(memory);
+    // From then on it belongs to the system.
+    if (SetClipboardData(CF_UNICODETEXT, memory) == nullptr) GlobalFree(memory);
+  }
+  CloseClipboard();
 }
 
 void MainWindow::close() { PostMessageW(window_, WM_CLOSE, 0, 0); }

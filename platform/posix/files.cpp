@@ -35,6 +35,8 @@ bool flushFile(const std::string& path) {
   return flushed;
 }
 
+std::FILE* standardInput() { return stdin; }
+
 std::FILE* openFile(const std::string& path, const char* mode) {
   return std::fopen(path.c_str(), mode);
 }
@@ -54,6 +56,11 @@ std::string pathIn(std::string_view folder, std::string_view name) {
 bool isFolder(const std::string& path) {
   struct stat status {};
   return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool makeFolder(const std::string& path) {
+  constexpr mode_t kAsTheUserSays = 0777;
+  return ::mkdir(path.c_str(), kAsTheUserSays) == 0 || isFolder(path);
 }
 
 bool fileExists(const std::string& path) {

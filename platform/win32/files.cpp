@@ -1,5 +1,7 @@
 #include "platform/files.h"
 
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
 
 #include "platform/win32/handle.h"
@@ -29,6 +31,11 @@ std::wstring fullPath(const std::string& path) {
 
 }  // namespace
 
+std::FILE* standardInput() {
+  _setmode(_fileno(stdin), _O_BINARY);
+  return stdin;
+}
+
 std::FILE* openFile(const std::string& path, const char* mode) {
   return _wfopen(wideFromUtf8(path).c_str(), wideFromUtf8(mode).c_str());
 }
@@ -57,6 +64,10 @@ std::string pathIn(std::string_view folder, std::string_view name) {
 bool isFolder(const std::string& path) {
   const DWORD attributes = GetFileAttributesW(wideFromUtf8(path).c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool makeFolder(const std::string& path) {
+  return CreateDirectoryW(wideFromUtf8(path).c_str(), nullptr) != 0 || isFolder(path);
 }
 
 bool fileExists(const std::string& path) {
@@ -169,8 +180,7 @@ FileFault lastFileFault() {
     case ERROR_ACCESS_DENIED:
     case ERROR_WRITE_PROTECT: return FileFault::noPermission;
     case ERROR_DISK_FULL:
-    case ERROR_HANDLE_DISK_FULL:
-    case ERROR_DISK_QUOTA_EXCEEDED: return FileFault::noSpace;
+    case ERROR_HANDLE_DISK_FULL: return FileFault::noSpace;
     case ERROR_SHARING_VIOLATION:
     case ERROR_LOCK_VIOLATION: return FileFault::inUse;
     case ERROR_INVALID_NAME:

@@ -197,6 +197,11 @@ TEST(Readout, ZerosOfAReceiverWithoutFixAreDashes) {
   EXPECT_EQ(texts.course, kDashes) << "at rest there is no course";
   scene.fix.speedKmh = 0.5;
   EXPECT_EQ(readoutTexts(scene).course, "0.0°");
+  EXPECT_EQ(readoutTexts(scene).accuracy, "");
+  scene.accuracy = 5.2;
+  EXPECT_EQ(readoutTexts(scene).accuracy, "") << "no fix";
+  scene.state = ReceiverState::fix;
+  EXPECT_EQ(readoutTexts(scene).accuracy, "± 5.2 m est.");
 }
 
 TEST(Readout, SpeedInTheChosenUnitFirst) {
@@ -328,6 +333,18 @@ TEST(TextFit, CutsBetweenCharacters) {
   const std::string cut = shortened(canvas, "°°°°°°°°", font, 26);
   EXPECT_EQ(cut, "°°°°…");
   EXPECT_EQ(shortened(canvas, "text", font, 3), "");
+}
+
+// Across the end of a month the measured offset is a day too far.
+TEST(Readout, UtcOffsetsAreThoseOfZones) {
+  const std::pair<int32_t, std::string_view> rows[] = {{-120, "UTC+02:00"},    {-2400, "UTC-08:00"},
+                                                       {46 * 60, "UTC+02:00"}, {-840, "UTC+14:00"},
+                                                       {720, "UTC-12:00"},     {900, "UTC+09:00"}};
+  for (const auto& [minutes, text] : rows) {
+    Scene scene;
+    scene.utcOffsetMinutes = minutes;
+    EXPECT_EQ(readoutTexts(scene).offset, text);
+  }
 }
 
 }  // namespace

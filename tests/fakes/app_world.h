@@ -53,12 +53,20 @@ class FakeWindow : public DesktopWindow {
   void resizeClient(int32_t width, int32_t height) override { size = {width, height}; }
   bool openDialog(Command command) override {
     dialogs.push_back(command);
-    return dialogsExist;
+    if (onDialog) onDialog(command);
+    return dialogsExist && (command != Command::firstRecording || onDialog);
   }
   std::string chooseFile(const FileChoice& choice) override {
     choices.push_back(choice);
     return chosenFile;
   }
+  WindowPlace place() const override { return placeNow; }
+  void copyText(std::string_view text) override { copied = text; }
+  std::optional<size_t> chooseRow(std::string_view, std::span<const std::string> rows) override {
+    offeredRows.assign(rows.begin(), rows.end());
+    return chosenRow;
+  }
+  std::optional<std::string> askText(std::string_view, std::string_view) override { return typed; }
   void close() override { done.emplace_back("close"); }
   void destroy() override { done.emplace_back("destroy"); }
 
@@ -75,9 +83,15 @@ class FakeWindow : public DesktopWindow {
   std::vector<uint32_t> taps;
   std::vector<Command> dialogs;
   std::pair<int32_t, int32_t> size;
+  WindowPlace placeNow;
+  std::string copied;
   bool dialogsExist = true;
+  std::function<void(Command)> onDialog;  // what the user does with it
   std::vector<FileChoice> choices;
   std::string chosenFile;
+  std::vector<std::string> offeredRows;  // of the last list
+  std::optional<size_t> chosenRow;
+  std::optional<std::string> typed;
   std::vector<std::string> done;  // of the end, in their order
 };
 

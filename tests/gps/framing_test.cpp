@@ -44,6 +44,30 @@ TEST(Framing, LinesThatReachTheParser) {
   }
 }
 
+TEST(Framing, StrayCharactersInFrontOfASentence) {
+  const std::string line = kRmcLine + "\r\n";
+  struct {
+    std::vector<std::string> chunks;
+    uint64_t counted;
+    Lines lines;
+  } const rows[] = {
+      {{"$" + line}, 1, {kRmcLine}},
+      {{"#" + line, line}, 1, {kRmcLine, kRmcLine}},
+      {{"#$$" + line}, 1, {kRmcLine}},
+      {{"$", line}, 1, {kRmcLine}},
+      {{"$$", line.substr(1)}, 1, {kRmcLine}},
+      {{"$P,1,$", line}, 0, {"$P,1,$" + kRmcLine}},  // inside a line
+      {{"$$\r\n"}, 0, {"$$"}},
+      {{"##\r\n", "#x$A\r\n"}, 0, {}},
+  };
+  for (const auto& row : rows) {
+    GpsWorld world;
+    for (const std::string& chunk : row.chunks) world.fix.receiveLine(chunk);
+    EXPECT_EQ(world.hooks.lines, row.lines) << row.chunks[0];
+    EXPECT_EQ(world.state.stats.strayStarts, row.counted) << row.chunks[0];
+  }
+}
+
 TEST(Framing, TooLongACarryLosesItsStart) {
   GpsWorld world;
   world.fix.onReceive("$" + std::string(5999, 'x'));
@@ -103,6 +127,7 @@ TEST(Framing, TextFollowsBinary) {
 
 TEST(Framing, BlocksAreCutAtLineStarts) {
   const std::string binary = "\xA0\xA2\x01\n$x";
+  const std::string message = sirf("\n$");
   struct {
     const char* what;
     std::string block;
@@ -118,6 +143,17 @@ TEST(Framing, BlocksAreCutAtLineStarts) {
       {"binary being carried", "x\ny\n$A\r\n", '\xA0', false, {"x\ny\n$A\r\n"}},
       {"the rest of a damaged message", "x\n$y" + binary, 0, true, {"x\n$y", binary}},
       {"lines after binary", "!A\r\n$B\r\n", 0, true, {"!A\r\n", "$B\r\n"}},
+      {"whole messages and text",
+       message + "$A\r\n" + message,
+       0,
+       true,
+       {message, "$A\r\n", message}},
+      {"blank lines in a row",
+       "\n\r\n\n$A\r\n\r\n\r$B",
+       0,
+       false,
+       {"\n\r\n\n", "$A\r\n", "\r\n", "\r$B"}},
+      {"but not behind what is carried", "\r\n\r\n\r\n", '$', false, {"\r\n", "\r\n\r\n"}},
       {"nothing", "", 0, false, {}},
   };
   for (const auto& row : rows) {

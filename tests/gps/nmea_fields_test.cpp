@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "gps/accuracy.h"
 #include "tests/fakes/gps_world.h"
 
 // What a sentence that ends early still says: a value is read as soon as its last field is there.
@@ -156,6 +157,34 @@ TEST(NmeaFields, EachNewMaximumIsTold) {
     EXPECT_EQ(world.hooks.maxSpeedChanges, 0);
     world.parse(kRmcFields, apply);
     EXPECT_EQ(world.hooks.maxSpeedChanges, 1);
+  }
+}
+
+TEST(Accuracy, IsEstimatedFromWhatTheReceiverTells) {
+  const auto gst = gstOf("$GNGST,123519,1.2,0.9,0.7,12.0,0.3,0.4,0.8*5C");
+  ASSERT_TRUE(gst);
+  const struct {
+    int32_t quality;
+    double hdop, vdop;
+    std::optional<GstReport> gst;
+    double horizontal, vertical;  // 0: unknown
+  } rows[] = {
+      {1, 1.3, 2, {}, 5.2, 8},    {2, 1.3, 0, {}, 1.95, 0},   {0, 1.3, 2, gst, 0, 0},
+      {1, 0, 2, {}, 0, 0},        {1, 99.99, 99, {}, 0, 0},   {4, 0.6, 1, {}, 0, 0},
+      {4, 0.6, 1, gst, 0.5, 0.8}, {1, 1.3, 2, gst, 0.5, 0.8}, {6, 1, 1, {}, 0, 0},
+  };
+  for (const auto& row : rows) {
+    const auto found = estimateAccuracy(row.quality, row.hdop, row.vdop, row.gst);
+    EXPECT_NEAR(found ? found->horizontal : 0, row.horizontal, 1e-12) << row.quality;
+    EXPECT_NEAR(found ? found->vertical : 0, row.vertical, 1e-12) << row.quality;
+    if (found) {
+      EXPECT_EQ(found->byReceiver, row.gst.has_value());
+    }
+  }
+  for (const char* const line :
+       {"", "$", "$GP", "$GPGST", "$GPGST,1,,,,,,,*57", "$GPGSV,1,1,1,1,1,1,1,1",
+        "GPGST,1,1,1,1,1,1,1,1", "$GPGST,1,1,1,1,1,nan,1,1"}) {
+    EXPECT_FALSE(gstOf(line)) << line;
   }
 }
 

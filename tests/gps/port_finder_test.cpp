@@ -66,6 +66,19 @@ TEST(PortFinder, TheReceiverThatSaysMostIsTheBest) {
   EXPECT_EQ(bestFinding(findAll({})), nullptr);
 }
 
+// A position counts for more than sentences.
+TEST(PortFinder, TheOneThatHasAPositionIsTaken) {
+  const std::string noFix = "$GPRMC,101010,V,,,,,,,230394,,*2C\r\n";
+  const std::string fix = "$GPGGA,101010,4807.038,N,01131.000,E,1,09,0.9,545.4,M,46.9,M,,*47\r\n";
+  const std::string ais = "!AIVDM,1,1,,A,15M67FC000G?ufbE`FepT@3n00Sa,0*5C\r\n";
+  const std::vector<PortFinding> findings =
+      findAll({{"1", {9600, noFix + noFix + noFix}}, {"2", {9600, fix}}, {"3", {38400, ais}}});
+  EXPECT_EQ(bestFinding(findings)->port.name, "2");
+  EXPECT_EQ(positionText(findings[0]), "no fix yet");
+  EXPECT_EQ(positionText(findings[1]), "fix, 9 satellites");
+  EXPECT_EQ(positionText(findings[2]), "AIS");
+}
+
 // A port that opens slowly is not waited for, by the search nor by its end.
 TEST(PortFinder, WhatHasNotAnsweredInTimeIsSaid) {
   const SpeakingPort::Voices voices = {

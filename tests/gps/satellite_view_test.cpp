@@ -38,6 +38,7 @@ TEST(SatelliteView, SystemsAreToldByTalkerAndNumber) {
       {"$GAGSV,1,1,01,05,40,083,46*75", "Galileo 5 46"},
       {"$GBGSV,1,1,01,05,40,083,46*75", "BeiDou 5 46"},
       {"$BDGSV,1,1,01,05,40,083,46*75", "BeiDou 5 46"},
+      {"$PQGSV,1,1,01,05,40,083,46*75", "BeiDou 5 46"},
       {"$GQGSV,1,1,01,02,40,083,46*75", "QZSS 2 46"},
       {"$GIGSV,1,1,01,02,40,083,46*75", "NavIC 2 46"},
       {"$GNGSV,1,1,01,999,40,083,46*75", "unknown 999 46"},
@@ -91,6 +92,9 @@ TEST(SatelliteView, SignalsOfOneSatelliteStandSideBySide) {
   EXPECT_EQ(view.satellites()[2].snr, 30);
   EXPECT_TRUE(view.satellites()[0].positionKnown);
   EXPECT_FALSE(view.satellites()[1].positionKnown);
+  const std::vector<ViewedSatellite> counted = strongestSignals(view.satellites());
+  ASSERT_EQ(counted.size(), 2U);
+  EXPECT_EQ(counted[0].snr, 46);
 }
 
 TEST(SatelliteView, UsedSatellitesOfEverySystem) {
@@ -106,6 +110,7 @@ TEST(SatelliteView, UsedSatellitesOfEverySystem) {
        {"GLONASS 65 46*", "GPS 5 46*", "SBAS 33 40*"}},
       {{"$GNGSA,A,3,05,,,,,,,,,,,,1,2,3,3*00"}, {"Galileo 5 46*"}},
       {{"$GAGSA,A,3,05,,,,,,,,,,,,1,2,3*00"}, {"Galileo 5 46*"}},
+      {{"$GAGSA,A,3,05,,,,,,,,,,,,1,2,3,1.2*00"}, {"Galileo 5 46*"}},  // a fourth DOP
       // The next epoch lists anew.
       {{"$GPGSA,A,3,05,,,,,,,,,,,,1,2,3*00", "$GPRMC,1", "$GPGSA,A,3,33,,,,,,,,,,,,1,2,3*00"},
        {"SBAS 33 40*"}},

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <future>
 
+#include "gps/town_walk.h"
+#include "tests/fakes/gps_world.h"
 #include "tests/fakes/live_world.h"
 
 namespace vgps {
@@ -94,6 +97,36 @@ TEST(Simulation, HeldShiftStepsOnWhereAStepByStepSimulationStandsStill) {
     EXPECT_EQ(world.hooks.spaces, row.spaces)
         << row.simulate << static_cast<int>(row.mode) << row.shift << " " << row.speed;
   }
+}
+
+// Each second brings a position, as far from the one before as its speed says, and a height.
+TEST(Simulation, TheWalkThroughATownIsAWalk) {
+  GpsWorld world;
+  double latitude = 0;
+  double longitude = 0;
+  const auto checkSecond = [&](const std::string& line) {
+    const std::string_view text = line;
+    world.fix.onReceive(std::string(text) + "\r\n");
+    const FixRecord& fix = world.fix;
+    ASSERT_EQ(fix.fixStatus, 1) << line;
+    EXPECT_LT(fix.speedKmh, 7) << line;
+    EXPECT_GT(fix.altitude, 80);
+    EXPECT_LT(fix.altitude, 130);
+    if (latitude != 0) {
+      constexpr double kMetersPerDegree = 111320;
+      const double east = (fix.longitude - longitude) * std::cos(latitude * 3.14159265 / 180);
+      const double meters = kMetersPerDegree * std::hypot(east, fix.latitude - latitude);
+      EXPECT_NEAR(meters, fix.speedMps, 1.1) << line;
+    }
+    latitude = fix.latitude;
+    longitude = fix.longitude;
+  };
+  for (const std::string& line : townWalkLines()) checkSecond(line);
+  latitude = 0;
+  const double endLatitude = world.fix.latitude;
+  checkSecond(townWalkLines().front());
+  EXPECT_NEAR(world.fix.latitude, endLatitude, 0.0001) << "it ends where it begins";
+  EXPECT_EQ(world.fix.satellites->usedCount, 8);
 }
 
 }  // namespace

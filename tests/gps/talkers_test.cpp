@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/fakes/gps_world.h"
 
 namespace vgps {
@@ -14,19 +16,18 @@ std::string sentence(const std::string& talker, const std::string& kind) {
 struct Step {
   uint32_t tick;
   std::string line;
-  bool translated;
+  bool taken;  // parsed as one of GP
 };
 
-void walk(TalkerSetting setting, const std::vector<Step>& steps) {
-  TalkerTranslation talkers;
+void hear(TalkerSetting setting, const std::vector<Step>& steps, TalkerTranslation talkers = {}) {
   for (const Step& step : steps) {
-    const bool translated = talkers.standsInForGps(Sentence(step.line), step.tick, setting);
-    EXPECT_EQ(translated, step.translated) << step.line << " " << step.tick;
+    const TalkerVerdict verdict = talkers.judge(Sentence(step.line), step.tick, setting);
+    EXPECT_EQ(verdict.forGps, step.taken) << step.line << " " << step.tick;
   }
 }
 
 TEST(Talkers, AnotherTalkerTakesOverAfterThreeSecondsWithoutGps) {
-  walk(TalkerSetting::automatic, {
+  hear(TalkerSetting::automatic, {
                                      {1000, sentence("GN", "RMC"), false},
                                      {3999, sentence("GN", "GGA"), false},
                                      {4000, sentence("GN", "RMC"), true},
@@ -34,17 +35,19 @@ TEST(Talkers, AnotherTalkerTakesOverAfterThreeSecondsWithoutGps) {
                                      {4000, "$GNGSA,A,3,01,02,,,,,,,,,,,1,2,3*00", true},
                                      {4000, "$GNGSV,1,1,00", false},
                                      {4000, "$GNVTG,1", false},
-                                     {5000, sentence("GP", "GSA"), false},  // no position
+                                     {5000, sentence("GP", "GSA"), true},
+                                     {5000, "$GNGSA,A,3,01,02,,,,,,,,,,,1,2,3*00", false},
                                      {5000, sentence("GN", "RMC"), true},
-                                     {6000, sentence("GP", "RMC"), false},  // ends it
+                                     {6000, sentence("GP", "RMC"), true},  // ends it
                                      {6000, sentence("GN", "RMC"), false},
+                                     {6000, sentence("GN", "GGA"), true},  // of this kind only
                                      {8999, sentence("GN", "RMC"), false},
                                      {9000, sentence("GN", "RMC"), true},
                                  });
 }
 
 TEST(Talkers, TheMostCompleteTalkerSpeaks) {
-  walk(TalkerSetting::automatic, {
+  hear(TalkerSetting::automatic, {
                                      {1000, sentence("GL", "RMC"), false},
                                      {1000, sentence("GL", "GGA"), false},
                                      {1000, sentence("GA", "RMC"), false},
@@ -60,36 +63,80 @@ TEST(Talkers, TheMostCompleteTalkerSpeaks) {
                                  });
 }
 
-TEST(Talkers, PositionsCountMoreThanSatellites) {
+TEST(Talkers, EachKindComesFromTheBestThatSendsIt) {
   struct {
     std::vector<std::string> lines;  // all sent each second
-    std::string chosen;              // the talker that speaks for GPS
+    std::vector<std::string> taken;  // from the fourth second on
   } const rows[] = {
-      {{"GNGSA"}, ""},  // satellites without a position
-      {{"GNGSA", "GLRMC"}, "GL"},
-      {{"GNRMC", "GNGSA", "GLRMC", "GLGGA"}, "GL"},
-      {{"GNGGA", "GNGSA", "GQRMC", "GQGGA"}, "GQ"},
-      {{"GNRMC", "GLRMC", "GLGSA"}, "GL"},
-      {{"GNRMC", "GNGSA", "GLRMC", "GLGSA"}, "GN"},
-      {{"GLRMC", "GLGGA", "GLGSA", "GNRMC", "GNGGA"}, "GL"},
+      {{"GPGGA", "GNRMC"}, {"GPGGA", "GNRMC"}},
+      {{"GPRMC", "GPGGA", "GNGSA"}, {"GPRMC", "GPGGA", "GNGSA"}},
+      {{"GPRMC", "GAGSA"}, {"GPRMC"}},  // its satellites are numbered as those of GPS
+      {{"GNGSA", "GLRMC"}, {"GNGSA", "GLRMC"}},
+      {{"GNRMC", "GNGSA", "GLRMC", "GLGGA"}, {"GNGSA", "GLRMC", "GLGGA"}},
+      {{"GNGGA", "GNGSA", "GQRMC", "GQGGA"}, {"GNGSA", "GQRMC", "GQGGA"}},
+      {{"GNRMC", "GLRMC", "GLGSA"}, {"GLRMC", "GLGSA"}},
+      {{"GNRMC", "GNGSA", "GLRMC", "GLGSA"}, {"GNRMC", "GNGSA"}},
   };
   for (const auto& row : rows) {
     std::vector<Step> steps;
-    for (const uint32_t tick : {1000U, 2000U, 3000U, 4000U, 5000U}) {
+    for (uint32_t tick = 1000; tick <= 5000; tick += 1000) {
       for (const std::string& line : row.lines) {
-        const std::string talker = line.substr(0, 2);
-        steps.push_back(
-            {tick, sentence(talker, line.substr(2)), tick >= 4000 && talker == row.chosen});
+        const bool best = std::find(row.taken.begin(), row.taken.end(), line) != row.taken.end();
+        steps.push_back({tick, sentence(line.substr(0, 2), line.substr(2)),
+                         line.starts_with("GP") || (tick >= 4000 && best)});
       }
     }
-    walk(TalkerSetting::automatic, steps);
+    hear(TalkerSetting::automatic, steps);
   }
 }
 
+TEST(Talkers, ASentenceWithoutAFixDoesNotHideOneThatHasIt) {
+  const std::string noFix = "$GPRMC,120000,V,,,,,,,230324,,";
+  hear(TalkerSetting::automatic, {{1000, noFix, true},
+                                  {1000, sentence("GN", "RMC"), false},
+                                  {4000, noFix, true},  // the fix of GP may have gone just now
+                                  {4000, sentence("GN", "RMC"), true},
+                                  {5000, noFix, false},
+                                  {5000, sentence("GN", "RMC"), true},
+                                  {9000, noFix, true},
+                                  {9000, sentence("GP", "RMC"), true},
+                                  {9000, sentence("GN", "RMC"), false}});
+}
+
+TEST(Talkers, NobodyIsWaitedForInALogThatIsKnown) {
+  TalkerTranslation heard;
+  heard.listen(Sentence(sentence("GN", "RMC")), 1000);
+  heard.listen(Sentence(sentence("GP", "GGA")), 2000);
+  TalkerTranslation talkers;
+  talkers.expect(heard);
+  hear(TalkerSetting::automatic,
+       {{1000, sentence("GN", "RMC"), true},
+        {1000, sentence("GN", "GGA"), false},
+        {1000, sentence("GN", "GSA"), true}},
+       talkers);
+}
+
+TEST(Talkers, WhatIsLeftOutIsCountedWithTheReason) {
+  GpsWorld world;
+  const auto receive = [&](const std::string& line) { world.fix.receiveLine(line + "\r\n"); };
+  receive(sentence("GN", "RMC"));
+  receive(sentence("GP", "RMC"));
+  receive(sentence("GN", "RMC"));
+  receive(sentence("GN", "RMC"));
+  receive(sentence("II", "RMC"));
+  receive("$PMRMC,1");
+  const SentenceStats& stats = world.state.stats;
+  ASSERT_EQ(stats.leftOutKinds, 3U);
+  EXPECT_EQ(stats.leftOut[0].why.reason, LeftOutReason::waiting);
+  EXPECT_EQ(stats.leftOut[1].why.reason, LeftOutReason::another);
+  EXPECT_EQ(stats.leftOut[1].count, 2U);
+  EXPECT_EQ(stats.leftOut[2].why.reason, LeftOutReason::unknownTalker);
+}
+
 TEST(Talkers, AlwaysAndNeverDoNotWait) {
-  walk(TalkerSetting::always, {
+  hear(TalkerSetting::always, {
                                   {1000, sentence("GN", "RMC"), true},
-                                  {1000, sentence("GP", "RMC"), false},
+                                  {1000, sentence("GP", "RMC"), true},
                                   {1000, sentence("GQ", "GGA"), true},
                                   {1000, sentence("BD", "RMC"), true},
                                   {1000, sentence("GB", "RMC"), true},
@@ -98,15 +145,16 @@ TEST(Talkers, AlwaysAndNeverDoNotWait) {
                                   {1000, "$GNRM", false},
                                   {1000, "", false},
                               });
-  walk(TalkerSetting::never,
+  hear(TalkerSetting::never,
        {{1000, sentence("GN", "RMC"), false}, {9000, sentence("GN", "RMC"), false}});
 }
 
 TEST(Talkers, OnlyGsaOfGpsCounts) {
-  walk(TalkerSetting::always, {
+  hear(TalkerSetting::always, {
                                   {1000, "$GNGSA,A,3,01,02,,,,,,,,,,,1.1,2.2,3.3*00", true},
                                   {1000, "$GNGSA,A,3,01,02,,,,,,,,,,,1.1,2.2,3.3,1*00", true},
                                   {1000, "$GNGSA,A,3,01,02,,,,,,,,,,,1.1,2.2,3.3,*00", true},
+                                  {1000, "$GNGSA,A,3,01,02,,,,,,,,,,,1.1,2.2,3.3,1.2*00", true},
                                   {1000, "$GNGSA,A,3,01,02,,,,,,,,,,,1.1,2.2,3.3,3*00", false},
                                   {1000, "$GNGSA,A,3,01,02,,,,,,,,,,,1.1,2.2,3.3,2\r\n", false},
                               });

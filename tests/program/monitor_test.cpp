@@ -51,7 +51,7 @@ TEST(Monitor, DeliversEverySentenceAtOneFiveAndTenHertz) {
   for (const int perSecond : {1, 5, 10}) {
     runs.push_back(std::make_unique<Run>(perSecond));
     Run& run = *runs.back();
-    run.program.reset(new Program({"monitor", "--json", "--port", run.line.path()}));
+    run.program.reset(new Program({"monitor", "--json", "--all", "--port", run.line.path()}));
     run.receiver = std::thread([&run] { play(run.line, run.perSecond, 2 * run.perSecond); });
   }
   for (auto& run : runs) {
@@ -68,6 +68,14 @@ TEST(Monitor, DeliversEverySentenceAtOneFiveAndTenHertz) {
     EXPECT_EQ(state["fix"]["latitude"].get<double>(), 48.117300001780194);
     EXPECT_EQ(state["fix"]["portPath"], run->line.path());
     EXPECT_EQ(state["fix"]["running"], true);
+    EXPECT_EQ(state["link"], "fix");
+    EXPECT_LT(state["fixAgeMs"], 2500);
+    EXPECT_EQ(state["time"], "2024-03-23T12:35:19.000Z");
+    EXPECT_EQ(state["quality"], "GPS fix");
+    EXPECT_NEAR(state["accuracy"]["horizontal"].get<double>(), 5.2, 1e-6) << "HDOP 1.3";
+    EXPECT_EQ(state["fix"]["altitude"], 545);
+    EXPECT_EQ(state["fix"]["altitudeExact"], 545.4);
+    EXPECT_TRUE(state["satellites"]["inViewCount"].is_null()) << "no GSV has come";
     program.signal(SIGINT);
     EXPECT_EQ(program.finish(), 0);
   }
@@ -82,16 +90,29 @@ TEST(Monitor, UnpluggedItSaysSoAndGoesOnWhenPluggedInAgain) {
   EXPECT_TRUE(program.readUntil([&] { return counted(program, "rmc") == 1; }));
   line = nullptr;
   EXPECT_TRUE(program.readUntil([&] { return says(program.errors, "was unplugged"); }));
-  EXPECT_TRUE(program.readUntil([&] { return program.lastJson()["fix"]["running"] == false; }));
+  EXPECT_TRUE(program.readUntil([&] { return program.lastJson()["link"] == "unplugged"; }));
   line = std::make_unique<Pty>(path);
   EXPECT_TRUE(program.readUntil([&] {
     const json state = program.lastJson();
-    return state.is_object() && state["fix"]["running"] == true;
+    return state.is_object() && state["link"] != "unplugged";
   }));
   line->write(kGga + kRmc);
   EXPECT_TRUE(program.readUntil([&] { return counted(program, "total") == 3; })) << program.output;
   program.signal(SIGTERM);
   EXPECT_EQ(program.finish(), 0);
+}
+
+TEST(Monitor, NothingReceivedIsAFailure) {
+  Pty silent;
+  for (const std::string& port : {silent.path(), std::string("/dev/vgps-none")}) {
+    const Finished run = runProgram({"monitor", "--json", "--port", port, "--for", "1.2"});
+    EXPECT_EQ(run.status, 1) << port;
+    EXPECT_TRUE(says(run.errors, "nothing was received")) << run.errors;
+    const json state = json::parse(run.output, nullptr, false);
+    EXPECT_EQ(state["link"], port == silent.path() ? "waiting" : "notConnected");
+    EXPECT_TRUE(state["dataAgeMs"].is_null() && state["fix"]["latitude"].is_null()) << state;
+    EXPECT_FALSE(state["fix"].contains("portPath"));
+  }
 }
 
 TEST(Monitor, OneLineASecondAndTheLogHoldsWhatCame) {
@@ -129,7 +150,7 @@ TEST(Monitor, BinaryMessagesDoNotFreshenAnOldFix) {
 }
 
 TEST(Monitor, PlaysTheSimulation) {
-  Program program({"monitor", "--simulate", "--json", "--for", "2.2"});
+  Program program({"monitor", "--simulate", "--json", "--all", "--for", "2.2"});
   EXPECT_EQ(program.finish(), 0);
   EXPECT_GE(counted(program, "total"), 1);
   EXPECT_EQ(program.lastJson()["fix"]["simulate"], true);
@@ -197,7 +218,7 @@ TEST(Monitor, OnATerminalItKeepsToItsPlace) {
   EXPECT_TRUE(readUntil("waiting for data"));
   line.write(kGga + kRmc);
   EXPECT_TRUE(readUntil("Position    48.117300 N  11.516667 E"));
-  EXPECT_TRUE(readUntil("\x1b[16A")) << screen;
+  EXPECT_TRUE(readUntil("\x1b[17A")) << screen;
   EXPECT_FALSE(says(screen, "\x1b[?25h"));
   ASSERT_EQ(write(terminal, "\x03", 1), 1);
   EXPECT_TRUE(readUntil("\x1b[?25h"));

@@ -142,7 +142,7 @@ TEST(DenseLine, SentencesDoNotWaitForAPause) {
 // At 4800 baud an epoch takes longer than a block may last. GGA and RMC of 200 bytes come in two
 // blocks, more than 100 ms apart, so each opens a burst of its own; they still are one epoch.
 TEST(SlowLine, OffersOfASplitBurst) {
-  constexpr uint64_t kEpochs = 3;
+  static constexpr uint64_t kEpochs = 3;
   const std::string positions =
       "$GPGGA,123519.000,4807.03801234,N,01131.00001234,E,1,08,0.92,545.421,M,46.921,M,1.0,0001*"
       "47\r\n"

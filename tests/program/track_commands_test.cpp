@@ -78,7 +78,7 @@ TEST_F(TrackCommands, NothingIsWrittenOfNothing) {
        "settings file not found: " + path("none.xml")},
       {{"record", "--replay", log, "-o", out, "--settings", log}, log + " is not a settings file"},
       {{"record", "--replay", nowhere, "-o", nowhere}, "the track file must not overwrite the log"},
-      {{"record", "-o", out}, "--replay is required"},
+      {{"record", "-o", out}, "give --port DEV, --simulate, or --replay LOG"},
       {{"record", "--replay", nowhere, "-o", path("./nowhere")}, "must not overwrite the log"},
       {{"record", "--replay", path("link"), "-o", nowhere}, "must not overwrite the log"},
       {{"record", "--replay", log, "-o", settings, "--settings", path("./settings.xml")},
@@ -92,6 +92,35 @@ TEST_F(TrackCommands, NothingIsWrittenOfNothing) {
   }
   EXPECT_EQ(names(), (Words{"link", "nowhere", "settings.xml"}));
   EXPECT_EQ(fileBytes(settings), "<root/>");
+}
+
+TEST_F(TrackCommands, RecordsTheSimulationLive) {
+  const std::string track = path("live.xml");
+  const Finished run = runProgram({"record", "--simulate", "-o", track, "--for", "6"});
+  EXPECT_EQ(run.status, 0) << run.errors;
+  EXPECT_NE(run.output.find(track + ": "), std::string::npos) << run.output;
+  EXPECT_FALSE(std::filesystem::exists(track + ".journal")) << "the track is written";
+  EXPECT_EQ(runProgram({"info", track}).status, 0);
+  EXPECT_NE(oneLineError({"record", "-o", track}).find("--port DEV"), std::string::npos);
+}
+
+TEST_F(TrackCommands, InfoOfALibrary) {
+  const std::string library =
+      write("tracks.xml",
+            "<root><tracks><t n=\"A\" start=\"2010-07-05T07:03:04Z\"><p x=\"1\" y=\"2\" z=\"0\" "
+            "unknown=\"z\"/></t><t><p x=\"1\" y=\"2\" z=\"3\"/></t></tracks></root>");
+  const nlohmann::json all = nlohmann::json::parse(runProgram({"info", library, "--json"}).output);
+  ASSERT_EQ(all.size(), 2U);
+  EXPECT_EQ(all[0]["startUtc"], "2010-07-05T07:03:04Z");
+  EXPECT_TRUE(all[0]["climb"].is_null());
+  EXPECT_TRUE(all[0]["first"]["altitude"].is_null());
+  EXPECT_EQ(all[1]["first"]["altitude"], 3);
+  for (const char* which : {"2", "Track 2"}) {
+    const nlohmann::json one =
+        nlohmann::json::parse(runProgram({"info", library, "--track", which, "--json"}).output);
+    EXPECT_EQ(one["name"], "Track 2");
+  }
+  EXPECT_NE(oneLineError({"info", library, "--track", "B"}).find("no track B"), std::string::npos);
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "app/desktop/command_handlers.h"
+#include "app/desktop/raw_log_keys.h"
+#include "app/desktop/scene_of.h"
 #include "app/session/connection.h"
 #include "base/texts.h"
 #include "tests/fakes/program_world.h"
@@ -85,7 +87,8 @@ TEST(Commands, ConnectReadsTheSettingsAtThatMoment) {
   XmlSetString("cfg\\vgps", "smv", "1", world.app.config.path().c_str());
   runCommand(world.app, Command::connect);
   EXPECT_EQ(world.app.gps.options.speedUnit, 1);
-  EXPECT_EQ(world.window.errors, std::vector<std::string>{"GPS Opening failed"});
+  ASSERT_EQ(world.window.errors.size(), 1U);
+  EXPECT_TRUE(world.window.errors[0].starts_with("GPS Opening failed\n\n"));
 }
 
 TEST(Commands, TheLogIsSwitchedAndRemembered) {
@@ -133,23 +136,53 @@ TEST(Commands, GpsTimeToSystem) {
   expected.dayOfWeek = world.systemTimes[0].dayOfWeek;
   EXPECT_EQ(world.systemTimes[0], expected);
   EXPECT_EQ(currentNotice(world.app), "The computer's clock was set from the receiver.");
+  world.app.shown.fix.utcTime.day = 0;
+  runCommand(world.app, Command::gpsTimeToSystem);
+  EXPECT_EQ(world.systemTimes.size(), 1U) << "GGA alone gives no date";
+  EXPECT_NE(currentNotice(world.app).find("not sent a date"), std::string_view::npos);
+  world.app.shown.fix.utcTime.day = 23;
   world.clockCanBeSet = false;
   runCommand(world.app, Command::gpsTimeToSystem);
   EXPECT_NE(currentNotice(world.app).find("administrator"), std::string_view::npos);
 }
 
-TEST(Commands, TheRawLogKeepsItsNewestRowsAndCanBeCleared) {
+// A view that is scrolled or paused stays on its rows; a filter hides, and loses nothing.
+TEST(Commands, TheRawLogPausesScrollsFiltersAndIsCopied) {
   AppWorld world;
+  Desktop& app = world.app;
+  const auto lastRow = [&] { return makeScene(app).rawLog.rows.back().text; };
+  world.clock.localNow.hour = 12;
+  world.clock.localNow.millisecond = 40;
   world.receive("$GPGSA,A\r\n");
-  EXPECT_TRUE(world.app.rawLog.empty()) << "another screen shows";
-  runCommand(world.app, Command::viewRawLog);
+  EXPECT_TRUE(app.rawLog.empty()) << "another screen shows";
+  EXPECT_FALSE(onRawLogTyped(app, U'g'));
+  runCommand(app, Command::viewRawLog);
   world.receive("$GPGSA,B\r\n");
   world.receive("noise\r\n");
-  EXPECT_EQ(world.app.rawLog, (std::vector<std::string>{"$GPGSA,B", "noise\r\n"}));
-  for (int i = 0; i < 1000; ++i) world.receive("$GPGSA,C\r\n");
-  EXPECT_LE(world.app.rawLog.size(), 500U);
-  runCommand(world.app, Command::clearRawLog);
-  EXPECT_TRUE(world.app.rawLog.empty());
+  EXPECT_EQ(app.rawLog.text(), "12:00:00.040  $GPGSA,B\r\n12:00:00.040  noise\r\n");
+  runCommand(app, Command::pauseRawLog);
+  world.receive("$GPGSA,C\r\n");
+  EXPECT_EQ(lastRow(), "noise\r\n");
+  EXPECT_EQ(app.rawLog.newer(), 1U);
+  runCommand(app, Command::pauseRawLog);
+  EXPECT_EQ(lastRow(), "$GPGSA,C");
+  EXPECT_TRUE(onRawLogKey(app, 0x26));  // Up
+  world.receive("$GPGSA,D\r\n");
+  EXPECT_EQ(lastRow(), "noise\r\n");
+  EXPECT_TRUE(onRawLogKey(app, 0x23));  // End
+  EXPECT_EQ(lastRow(), "$GPGSA,D");
+  for (const char c : std::string_view("GsA,b")) onRawLogTyped(app, static_cast<char32_t>(c));
+  EXPECT_EQ(lastRow(), "$GPGSA,B");
+  runCommand(app, Command::copyRawLog);
+  EXPECT_EQ(world.window.copied, "12:00:00.040  $GPGSA,B\r\n");
+  EXPECT_FALSE(onRawLogTyped(app, U' ')) << "steps the simulation";
+  EXPECT_TRUE(onRawLogTyped(app, 27));
+  EXPECT_EQ(app.rawLog.matching(), 4U);
+  for (size_t i = 0; i < RawLog::kRows + 10; ++i) world.receive("$GPGSA,E\r\n");
+  EXPECT_EQ(app.rawLog.size(), RawLog::kRows);
+  EXPECT_EQ(app.rawLog.matching(), RawLog::kRows);
+  runCommand(app, Command::clearRawLog);
+  EXPECT_TRUE(app.rawLog.empty());
 }
 
 }  // namespace

@@ -1,9 +1,13 @@
 #include <gtest/gtest.h>
 
 #include "app/desktop/commands.h"
+#include "app/desktop/dialog_context.h"
 #include "app/desktop/keeping.h"
 #include "app/desktop/scene_of.h"
 #include "app/session/timers.h"
+#include "library/discarded_recordings.h"
+#include "res/dialog_ids.h"
+#include "tests/fakes/fake_dialog_view.h"
 #include "tests/fakes/program_world.h"
 #include "track/track_file.h"
 
@@ -62,6 +66,35 @@ TEST_F(RecordingCommands, ATripFromStartToEnd) {
   EXPECT_TRUE(app.recorder.track.points.empty());
   EXPECT_FALSE(world.window.timers.contains(kTurnTimer));
   EXPECT_FALSE(hasJournal()) << "the points are safe";
+}
+
+// Only once, and the defaults of the settings stay what they are.
+TEST_F(RecordingCommands, TheFirstOneEverAsksWhatIsRecorded) {
+  world.load("");
+  bool confirms = false;
+  world.window.onDialog = [&](Command) {
+    EXPECT_TRUE(app.settings.recordTime && app.settings.recordSpeed) << "ticked";
+    if (!confirms) return;
+    DialogContext context = dialogContextOf(app);
+    FakeDialogView view;
+    const Dialog& dialog = *findDialog(Command::firstRecording);
+    fillDialog(dialog, view, context);
+    pressControl(dialog, view, CONTROL_PRESET_WALKING);
+    confirmDialog(dialog, view, context);
+  };
+  run(kStart);
+  EXPECT_EQ(app.recorder.track.state, kIdle) << "given up";
+  EXPECT_FALSE(app.settings.recordTime);
+  confirms = true;
+  run(kStart);
+  EXPECT_EQ(app.recorder.track.state, kRecording);
+  EXPECT_TRUE(app.recorder.options.recordTime && app.recorder.options.recordSpeed);
+  EXPECT_EQ(app.recorder.options.speed, kRecordingPresets[0].speed);
+  run(kEnd);
+  startSettings(app);
+  run(kStart);
+  EXPECT_EQ(app.recorder.track.state, kRecording);
+  EXPECT_EQ(world.window.dialogs.size(), 2U) << "not asked again";
 }
 
 TEST_F(RecordingCommands, NoDiscardsTheTrack) {
@@ -270,6 +303,110 @@ TEST_F(RecordingCommands, OperationsOnAFinishedTrack) {
   world.window.chosenFile = world.folder / "bad.xml";
   run(Command::openTrack);
   EXPECT_EQ(world.window.errors.size(), 1U);
+}
+
+TEST_F(RecordingCommands, WhatNoDiscardedComesBack) {
+  run(kStart);
+  world.receiveFix();
+  std::string standing;
+  world.window.onAsk = [&] {
+    standing = currentNotice(app);
+    return false;
+  };
+  run(kEnd);
+  EXPECT_EQ(standing, "Not saved yet: 1 point, 0.00 Km");
+  EXPECT_EQ(notice(), "Not saved. To get it back, choose Track, Recently discarded.");
+  EXPECT_FALSE(hasJournal());
+  EXPECT_TRUE(app.recorder.track.points.empty());
+  run(Command::restoreDiscarded);
+  ASSERT_EQ(world.window.offeredRows.size(), 1U);
+  EXPECT_TRUE(world.savedPoints().empty()) << "nothing was chosen";
+  world.window.chosenRow = 0;
+  run(Command::restoreDiscarded);
+  EXPECT_EQ(world.savedPoints(), std::vector<uint64_t>{1});
+  EXPECT_TRUE(discardedRecordings(world.folder.path()).empty());
+}
+
+TEST_F(RecordingCommands, DiscardedOnesStayForAWhile) {
+  const auto write = [&](int day, int count) {
+    char name[80];
+    for (int i = 0; i < count; ++i) {
+      std::snprintf(name, sizeof name, "discarded-201007%02d-0900%02d.journal", day, i);
+      world.folder.write(name, "x");
+    }
+  };
+  const auto left = [&](uint16_t month, uint16_t day) {
+    pruneDiscarded(world.folder.path(), {.year = 2010, .month = month, .day = day});
+    return discardedRecordings(world.folder.path()).size();
+  };
+  write(1, 12);
+  write(20, 13);
+  EXPECT_EQ(left(7, 21), 20U);
+  EXPECT_EQ(left(8, 2), 13U) << "those of the 1st are too old";
+  EXPECT_EQ(left(12, 1), 1U) << "the newest one stays";
+}
+
+TEST_F(RecordingCommands, ASavedTrackIsNotContinuedUnasked) {
+  for (const bool adds : {false, true}) {
+    run(kStart);
+    world.receiveFix();
+    run(kEnd);
+    app.recorder.track.points.resize(3);  // as one that was opened
+    app.recorder.track.name = "Opened";
+    world.window.wanted = adds ? "&Add to this one" : "";
+    run(kStart);
+    EXPECT_EQ(world.window.offered, (std::vector<std::string>{"&Add to this one", "&New track"}));
+    EXPECT_EQ(app.recorder.track.points.size(), adds ? 3U : 0U);
+    EXPECT_EQ(app.recorder.track.name, adds ? "Opened" : "");
+    EXPECT_EQ(app.recorder.track.state, kRecording);
+    app.recorder.stop(false);
+    app.recorder.track = Track();
+  }
+}
+
+TEST_F(RecordingCommands, ThisPositionIsRecordedAtOnce) {
+  run(kStart);
+  run(Command::recordPointNow);
+  EXPECT_EQ(notice(), "No valid fix. Wait for a fix, then try again.");
+  world.receiveFix();
+  world.receiveFix();
+  EXPECT_EQ(app.recorder.track.points.size(), 1U) << "straight on";
+  run(Command::recordPointNow);
+  EXPECT_EQ(app.recorder.track.points.size(), 2U);
+  for (int i = 0; i < 11; ++i) world.receiveFix(1);
+  EXPECT_EQ(makeScene(app).trackWaiting, "waiting: slower than 5 km/h");
+  world.receiveFix();
+  EXPECT_EQ(makeScene(app).trackWaiting, "waiting: same course and altitude");
+  app.recorder.options.everySeconds = 5;
+  world.receiveFix();
+  EXPECT_EQ(app.recorder.track.points.size(), 3U);
+  EXPECT_EQ(makeScene(app).trackWaiting, "");
+  for (int i = 0; i < 4; ++i) world.receiveFix();
+  EXPECT_EQ(app.recorder.track.points.size(), 3U);
+  app.recorder.options.everyMetres = 1000;  // a minute of latitude is more
+  world.receiveFix();
+  EXPECT_EQ(app.recorder.track.points.size(), 4U);
+}
+
+TEST_F(RecordingCommands, WhatWasSavedIsRenamedAndOpened) {
+  world.window.answer = true;
+  for (int i = 0; i < 2; ++i) {
+    run(kStart);
+    world.receiveFix();
+    run(kEnd);
+  }
+  EXPECT_EQ(notice(), "Saved as Track 2. To rename it, choose Track, Rename last saved.");
+  world.window.typed = "Home";
+  run(Command::renameTrack);
+  EXPECT_EQ(notice(), "The track is called Home now.");
+  world.window.chosenFile = world.folder / "tracks.xml";
+  world.window.chosenRow = 1;
+  run(Command::openTrack);
+  EXPECT_EQ(world.window.choices.back().folder, world.folder.path());
+  ASSERT_EQ(world.window.offeredRows.size(), 2U);
+  EXPECT_EQ(world.window.offeredRows[1], "Home, 2094-03-23 12:35 UTC, 1 point, 0.00 Km");
+  EXPECT_EQ(app.recorder.track.name, "Home");
+  EXPECT_EQ(app.recorder.track.points.size(), 1U);
 }
 
 }  // namespace

@@ -164,6 +164,7 @@ TEST(Close, StaysOpenWhenTheJournalLacksPoints) {
   EXPECT_TRUE(world.window.done.empty());
   EXPECT_EQ(world.app.recorder.track.points.size(), 1U);
   full.disk.setRoom(SIZE_MAX);
+  world.window.wanted = "&Add to this one";
   runCommand(world.app, Command::startRecording);  // goes on in the same journal
   runCommand(world.app, Command::markPoint);
   world.receiveFix();

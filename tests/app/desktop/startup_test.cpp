@@ -238,7 +238,7 @@ TEST(Startup, OptionsOfTheCommandLine) {
     const std::string what = row.arguments.empty() ? "" : row.arguments[0];
     applyStartOptions(world.app, parseStartOptions(row.arguments));
     EXPECT_EQ(world.app.gps.options.logNmea, row.log) << what;
-    EXPECT_EQ(world.app.settings.logStream, row.log) << what << ": as the switch of the menu";
+    EXPECT_FALSE(world.app.settings.logStream) << what << ": for this run only";
     EXPECT_EQ(world.app.fix.running, row.running) << what;
     EXPECT_EQ(world.app.gps.simulation.mode(), row.mode) << what;
     EXPECT_EQ(asked, row.asked) << what;
@@ -297,6 +297,61 @@ TEST(Startup, WhatCannotBeDoneIsSaid) {
     applyStartOptions(world.app, parseStartOptions(std::vector<std::string>{option}));
     EXPECT_NE(currentNotice(world.app), "") << option;
     EXPECT_FALSE(world.app.fix.running) << option;
+  }
+}
+
+TEST(WindowPlaces, AreMovedToAScreenThatIsThere) {
+  constexpr WindowPlace kScreens[] = {{0, 0, 1920, 1040}, {-1280, 0, 1280, 1024}};
+  const struct {
+    const char* what;
+    WindowPlace stored, found;
+  } cases[] = {
+      {"on the first", {100, 50, 800, 520}, {100, 50, 800, 520}},
+      {"on the second", {-1200, 50, 800, 520}, {-1200, 50, 800, 520}},
+      {"half outside is the user's affair", {1700, 50, 800, 520}, {1700, 50, 800, 520}},
+      {"on one that is gone", {2500, 50, 800, 520}, {560, 260, 800, 520}},
+      {"caption above the screen", {100, -300, 800, 520}, {560, 260, 800, 520}},
+      {"larger than the screen", {0, 0, 3840, 2000}, {0, 0, 1920, 1040}},
+      {"maximized", {2500, 0, 800, 520, true}, {560, 260, 800, 520, true}},
+  };
+  for (const auto& row : cases) {
+    EXPECT_EQ(reachablePlace(row.stored, kScreens), row.found) << row.what;
+  }
+  EXPECT_EQ(reachablePlace(cases[3].stored, {}), cases[3].stored) << "no screen is known";
+}
+
+TEST(WindowPlaces, ScreenAndColorsComeBackAtTheNextStart) {
+  const auto startAt = [](ProgramWorld& world, uint16_t hour) {
+    world.clock.localNow.hour = hour;
+    startClocks(world.app);
+    startSettings(world.app);
+    restoreView(world.app);
+  };
+  const struct {
+    const char* what;
+    uint16_t first;  // hour of the start at which night colors are chosen, or the day's left
+    bool chooseNight;
+    uint16_t next;
+    ColourScheme found;
+  } cases[] = {
+      {"chosen by day", 12, true, 12, ColourScheme::night},
+      {"brought by the hour alone", 22, false, 12, ColourScheme::day},
+      {"night hours are dark whatever was chosen", 12, false, 22, ColourScheme::night},
+  };
+  for (const auto& row : cases) {
+    ProgramWorld world;
+    startAt(world, row.first);
+    world.window.placeNow = {10, 20, 700, 400};
+    if (row.chooseNight) world.app.scheme = ColourScheme::night;
+    world.app.currentScreen = Screen::statistics;
+    rememberView(world.app);
+    EXPECT_TRUE(endProgram(world.app));
+    ProgramWorld after;
+    after.app.paths = world.app.paths;
+    startAt(after, row.next);
+    EXPECT_EQ(after.app.scheme, row.found) << row.what;
+    EXPECT_EQ(after.app.currentScreen, Screen::statistics);
+    EXPECT_EQ(storedPlace(after.app), (WindowPlace{10, 20, 700, 400}));
   }
 }
 

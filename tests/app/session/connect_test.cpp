@@ -46,6 +46,58 @@ TEST(Connect, TheStatusSaysWhyAPortDoesNotOpen) {
   EXPECT_EQ(currentNotice(world.app), "No receiver selected yet.");
 }
 
+TEST(Connect, TheStatusSaysOnceWhichSentencesAreLeftOut) {
+  AppWorld world;
+  const auto epoch = [&] {
+    world.receive(kRmcLine + "\r\n");
+    world.receive("$GN" + kRmcLine.substr(3) + "\r\n");
+    checkConnection(world.app);
+  };
+  epoch();
+  EXPECT_EQ(currentNotice(world.app), "Sentences left out: GNRMC 1 (GP is used)");
+  world.clock.now += 60000;
+  epoch();
+  EXPECT_EQ(currentNotice(world.app), "");
+}
+
+// Neither is there on a computer without sensors: the port is opened instead, and that is told.
+TEST(Connect, ASourceThatCannotBeHadIsSaid) {
+  const struct {
+    SourceChoice source;
+    std::string_view notice;
+  } rows[] = {
+      {{.port = "COM3", .useGpsApi = true}, "The GPS interface is not available here."},
+      {{.port = "COM3", .useSensorApi = true}, "Location sensors are not available here."},
+  };
+  for (const auto& row : rows) {
+    AppWorld world;
+    FakeLine& line = world.ports.add(devicePath("COM3"));
+    EXPECT_TRUE(connectReceiver(world.app, row.source));
+    EXPECT_TRUE(currentNotice(world.app).starts_with(row.notice)) << currentNotice(world.app);
+    EXPECT_EQ(makeScene(world.app).source, "COM3, 9600 baud");
+    line.unplug();
+    EXPECT_TRUE(stopReceiver(world.app));
+  }
+}
+
+// In the box that tells why; and once for bytes that are no sentences.
+TEST(Connect, TheSearchIsOfferedWithTheReason) {
+  AppWorld world;
+  EXPECT_FALSE(connectReceiver(world.app, {.port = "COM99"}));
+  EXPECT_EQ(world.window.errors.back(), "GPS Opening failed\n\nPort COM99 was not found.");
+  FakeLine& line = world.ports.add(devicePath("COM3"));
+  EXPECT_TRUE(connectReceiver(world.app, {.port = "COM3"}));
+  checkConnection(world.app);
+  EXPECT_EQ(world.window.errors.size(), 1U) << "silence says nothing about the speed";
+  world.receive("\x80\xFE\x13\x80\xFE");
+  checkConnection(world.app);
+  checkConnection(world.app);
+  ASSERT_EQ(world.window.errors.size(), 2U) << "asked once";
+  EXPECT_TRUE(world.window.errors[1].starts_with("COM3 sends data, but not NMEA."));
+  line.unplug();
+  EXPECT_TRUE(stopReceiver(world.app));
+}
+
 TEST(Connect, NothingHasComeYetAfterAConnection) {
   for (const bool there : {true, false}) {
     AppWorld world;

@@ -129,8 +129,8 @@ TEST(OnLine, BinaryMessagesAndSensorReadingsAreShownAsText) {
   EXPECT_EQ(shown(), "Sirf msg (29): 2 bytes");
   world.uiThread.post({.event = UiEvent::sensor, .x = 11.51666, .y = 48.1173});
   EXPECT_EQ(shown(), "SENS msg: 11.517,48.117");
-  EXPECT_EQ(world.app.rawLog,
-            (std::vector<std::string>{"Sirf msg (29): 2 bytes", "SENS msg: 11.517,48.117"}));
+  ASSERT_EQ(world.app.rawLog.size(), 2U);
+  EXPECT_EQ(world.app.rawLog.view(1)[0].text, "SENS msg: 11.517,48.117");
   for (int line = 0; line < 9; ++line) world.receive(kRmcBytes);
   EXPECT_NE(shown(), "");
   world.receive(kRmcBytes);
@@ -175,6 +175,26 @@ TEST(OnLine, AFrameSkipThatWasChangedActsAtOnce) {
   world.app.frameSkip = 2;
   for (int i = 0; i < 2; ++i) world.receive(kRmcBytes);
   EXPECT_EQ(world.app.rawLog.size(), 1U);
+}
+
+// They are shown in the unit of the moment, and belong to one receiver.
+TEST(OnLine, MaximaFollowTheUnitAndStartAnewWithATripAndASource) {
+  AppWorld world;
+  AppState& app = world.app;
+  const auto shownMaximum = [&] { return std::lround(makeScene(app).maxSpeed * 100); };
+  world.receive(kRmcBytes);
+  EXPECT_EQ(shownMaximum(), 4148);
+  app.gps.options.speedUnit = kKnots;
+  EXPECT_EQ(shownMaximum(), 2240);
+  EXPECT_NEAR(app.gps.maxSpeed, 41.48, 0.01) << "the parser's is kept as it was";
+  resetTrip(app);
+  EXPECT_EQ(shownMaximum(), 0);
+  world.receive(kRmcBytes);
+  EXPECT_EQ(shownMaximum(), 2240);
+  app.gps.simulation.paceMs = 600000;
+  connectReceiver(app, {.simulate = true});
+  EXPECT_EQ(shownMaximum(), 0);
+  EXPECT_TRUE(app.fix.stopReaders(10000));
 }
 
 TEST(OnLine, EachValueIsAsOldAsTheSentenceThatGaveIt) {

@@ -25,7 +25,7 @@ TEST(ReceiverSearch, TheChosenReceiverIsConnectedAndKept) {
   SearchWorld world;
   beginReceiverSearch(world.app);
   EXPECT_TRUE(comes([&] { return world.used.number(&FakeLine::closes) == 1; })) << "given free";
-  endReceiverSearch(world.app, SourceChoice{.port = kFound, .speed = 38400});
+  endReceiverSearch(world.app, FoundReceiver{{.port = kFound, .speed = 38400}, true});
   EXPECT_EQ(sourceName(world.app.link.source()), "COM7, 38400 baud");
   EXPECT_EQ(world.found.baudRate, 38400U);
   ConfigStore next;
@@ -33,6 +33,7 @@ TEST(ReceiverSearch, TheChosenReceiverIsConnectedAndKept) {
   const Settings kept = loadSettings(next);
   EXPECT_EQ(kept.port, kFound);
   EXPECT_EQ(kept.baudRate, 38400);
+  EXPECT_TRUE(kept.autoConnect);
   EXPECT_FALSE(kept.simulate || kept.useGpsApi || kept.useSensorApi != 0);
   EXPECT_TRUE(world.window.errors.empty());
 }
@@ -42,7 +43,7 @@ TEST(ReceiverSearch, OneThatCannotBeKeptIsToldOnceAndConnected) {
   world.app.config.open(world.folder / "missing/vgps.xml");
   for (int round = 0; round < 2; ++round) {
     beginReceiverSearch(world.app);
-    endReceiverSearch(world.app, SourceChoice{.port = kFound});
+    endReceiverSearch(world.app, FoundReceiver{{.port = kFound}});
     EXPECT_EQ(sourceName(world.app.link.source()), "COM7, 9600 baud");
     ASSERT_EQ(world.window.errors.size(), 1U);
     EXPECT_TRUE(world.window.errors[0].starts_with("Cannot write the settings"));

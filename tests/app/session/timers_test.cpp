@@ -104,6 +104,9 @@ TEST(Timers, StatisticsCount) {
     app.fix.running = row.connected;
     app.recorder.track.state = row.trackState;
     app.shown.fix.speedKmh = row.kmh;
+    app.shown.fix.fixStatus = 1;
+    app.shown.fixSeen = true;
+    app.shown.lastFixTick = world.clock.tick();
     for (int i = 0; i < 10; ++i) onTimer(app, kStatisticsTimer);
     app.fix.running = false;
     const Statistics& now = app.statistics;
@@ -113,6 +116,9 @@ TEST(Timers, StatisticsCount) {
     EXPECT_EQ(now.movingSeconds, row.moving) << row.kmh;
     EXPECT_EQ(now.stoppedSeconds, row.stopped) << row.kmh;
     EXPECT_EQ(now.statSeconds, row.stat) << row.kmh;
+    // On every screen, where there is a speed.
+    EXPECT_EQ(now.tripMovingSeconds, row.kmh > 3 ? row.connectedSeconds : 0) << row.kmh;
+    EXPECT_EQ(now.tripMovingSeconds + now.tripStoppedSeconds, row.connectedSeconds);
     EXPECT_EQ(app.shown.fix.ticksWithoutData, 10U);
   }
 }

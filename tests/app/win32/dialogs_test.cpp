@@ -324,7 +324,7 @@ TEST_F(SettingsDialogs, ColourButtonsShowTheirColour) {
   const Picture picture = Picture::ofWindow(opened.window());
   for (const auto& [number, colour] : {std::pair{CONTROL_COLOUR_SUCCESS, Colour{0xFF0000}},
                                        std::pair{CONTROL_COLOUR_FAILURE, Colour{0x0000FF}},
-                                       std::pair{CONTROL_COLOUR_ZONE, Colour{0xFF00FF}}}) {
+                                       std::pair{CONTROL_COLOUR_GRAY, Colour{0x969696}}}) {
     RECT area{};
     GetWindowRect(opened.control(number), &area);
     MapWindowPoints(nullptr, opened.window(), reinterpret_cast<POINT*>(&area), 2);

@@ -55,7 +55,8 @@ HWND buttonOf(HWND window, Command command);
 void enterTestDesktop();
 
 // Settings of a program that was started before, and asks nothing when it starts.
-inline constexpr const char* kUsedBefore = R"(<root><cfg><vgps upd="20"/></cfg></root>)";
+inline constexpr const char* kUsedBefore =
+    R"(<root><cfg><vgps upd="20"/><track asked="1"/></cfg></root>)";
 
 // A folder for one run of the program, which is in it with its settings.
 class RunFolder : public TestFolder {

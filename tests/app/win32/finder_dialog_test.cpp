@@ -48,7 +48,7 @@ class FinderDialogTest : public testing::Test {
   }
 
   HWND dialog = nullptr;
-  std::optional<SourceChoice> choice;
+  std::optional<FoundReceiver> choice;
 
  private:
   std::thread thread_;
@@ -66,9 +66,9 @@ TEST_F(FinderDialogTest, TheReceiverFoundIsOfferedAndUsed) {
   EXPECT_EQ(cellText(GetDlgItem(dialog, FINDER_LIST), 2, 2), L"In use by another program");
   press(IDOK);
   ASSERT_TRUE(choice.has_value());
-  EXPECT_EQ(choice->port, "COM7");
-  EXPECT_EQ(choice->speed, 38400U);
-  EXPECT_FALSE(choice->simulate);
+  EXPECT_EQ(choice->source.port, "COM7");
+  EXPECT_EQ(choice->source.speed, 38400U);
+  EXPECT_TRUE(choice->atEveryStart);
 }
 
 TEST_F(FinderDialogTest, CancelDoesNotWaitForAPortThatIsBeingOpened) {

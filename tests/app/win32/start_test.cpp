@@ -31,7 +31,7 @@ TEST(FirstStart, TheSimulationIsOneKeyAway) {
   ASSERT_TRUE(isShown(window, Command::findReceiver));
   pressKey(buttonOf(window, Command::findReceiver), VK_TAB);
   pressKey(buttonOf(window, Command::startSimulation), VK_RETURN);
-  EXPECT_TRUE(waitFor([&] { return windowText(window).starts_with(L"Sim index: "); }));
+  EXPECT_TRUE(waitFor([&] { return windowText(window) == L"Simulation - Vexa GPS"; }));
   EXPECT_FALSE(isShown(window, Command::findReceiver)) << "a source was chosen";
   EXPECT_FALSE(isShown(window, Command::startSimulation));
   sendCommand(window, Command::disconnect);

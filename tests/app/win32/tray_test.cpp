@@ -102,7 +102,7 @@ TEST(Tray, TheIconComesFollowsTheRecordingAndGoes) {
 
 TEST(Tray, WhoWantsNoIconHasNone) {
   const TrayArea area;
-  const RunFolder folder{R"(<root><cfg><vgps upd="20" sti="0"/></cfg></root>)"};
+  const RunFolder folder{R"(<root><cfg><vgps upd="20" sti="0"/><track asked="1"/></cfg></root>)"};
   Program program(L"", &folder);
   const HWND window = program.window();
   ASSERT_NE(window, nullptr);

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vgps {
+
+// Takes bytes in their order; false when it cannot.
+using TextSink = std::function<bool(std::string_view)>;
+
+// Elements as a document saves them: each tag and each text on a line of its own, tabs in front of
+// tags, CR LF behind. It keeps no tree, and memory for what is handed on next only.
+//
+//   XmlText xml(sink);
+//   xml.open("trk"), xml.element("name", name), xml.close();
+class XmlText {
+ public:
+  // The first element is indented by `depth` tabs.
+  explicit XmlText(TextSink sink, size_t depth = 0);
+
+  void declaration();
+  // A tag whose attributes follow by `attribute`; then `endTag`.
+  void beginTag(std::string_view name);
+  void attribute(std::string_view name, std::string_view value);
+  void attribute(std::string_view name, double value, int decimals);
+  void endTag() { open_.back().pending = true; }
+  void open(std::string_view name) { beginTag(name), endTag(); }
+  // An element that nothing was put into closes in its own tag.
+  void close();
+
+  // An element with a text; without one when that is empty.
+  void element(std::string_view name, std::string_view text);
+  void element(std::string_view name, double value, int decimals);
+  void element(std::string_view name, uint32_t value);
+
+  // The text of the open element piece by piece, as it stands; `endText` behind the last one.
+  void piece(std::string_view text) { settle(), put(text); }
+  void piece(double value, int decimals) { settle(), putNumber(value, decimals); }
+  void endText() { put("\r\n"); }
+
+  // Whether everything was taken so far. `finish` hands on the rest.
+  bool good() const { return good_; }
+  bool finish();
+
+ private:
+  struct Open {
+    std::string name;
+    bool pending = false;  // its tag has no ">" yet
+  };
+
+  char* room(size_t size);
+  void put(std::string_view text);
+  void putEscaped(std::string_view text);
+  void putNumber(double value, int decimals);
+  void settle();
+  void beginLine(std::string_view mark, std::string_view name);
+
+  TextSink sink_;
+  std::vector<char> buffer_;
+  char* at_;
+  const size_t depth_;
+  std::vector<Open> open_;
+  bool good_ = true;
+};
+
+}  // namespace vgps
