@@ -7,7 +7,7 @@ BEGIN {
   # Libraries that a room may include besides: whole folders, or one header.
   library["cli CLI"] = library["cli nlohmann"] = 1
   library["files zlib.h"] = 1
-  library["geo GeographicLib"] = 1
+  library["geo GeographicLib"] = library["formats minizip"] = library["formats nlohmann"] = 1
   # Rooms that use the numbers of the resources, with those inside them.
   resourceRooms = "^(base|app|win32)(/|$)"
   platformMacro = "(^|[^A-Za-z0-9_])(_?_?(WIN32|WIN64|linux|unix|APPLE|MINGW32|MINGW64|CYGWIN|ANDROID" \

@@ -158,7 +158,7 @@ TEST(SlowLine, OffersOfASplitBurst) {
               {"GGA and RMC, GGA closes", true, 2}};
   std::vector<std::thread> lines;
   for (const auto& row : rows) {
-    lines.emplace_back([&positions, kEpochs, row] {
+    lines.emplace_back([&positions, row] {
       const std::string epoch = row.onlyPositions ? positions : burst(1);
       const auto sentences = static_cast<uint64_t>(std::count(epoch.begin(), epoch.end(), '$'));
       Pty line;
