@@ -7,6 +7,7 @@
 #include "app/settings/config_store.h"
 #include "cli/commands.h"
 #include "cli/log_file.h"
+#include "cli/log_track.h"
 #include "cli/track_input.h"
 #include "gps/epoch.h"
 #include "gps/gps_fix.h"
@@ -54,8 +55,9 @@ class LogRecorder {
     gps_.options.talkers = settings.talkers;
     gps_.options.utcOffsetMinutes = options.utcOffsetMinutes;
     lines_.line = [this] { offer(); };
-    recorder_.start();
   }
+
+  void start() { recorder_.start(); }
 
   void play(LogFile& log) {
     LogPiece piece;
@@ -68,6 +70,12 @@ class LogRecorder {
   bool save() { return recorder_.stop(false).outcome == Keeping::Outcome::kept; }
   size_t fixes() const { return fixes_; }
   size_t points() const { return recorder_.track.points.size(); }
+  Track& track() { return recorder_.track; }
+  // Without the thresholds: a negative one is below any change of the course.
+  void takeAll() {
+    recorder_.options.speed = 0;
+    recorder_.options.angle = -1;
+  }
 
  private:
   void offer() {
@@ -103,7 +111,25 @@ std::string countText(size_t count, const std::string& what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : plural);
 }
 
+std::string nothingRecorded(const std::string& log, size_t fixes) {
+  return fixes == 0 ? log + " contains no fix; no track was written"
+                    : "no fix in " + log + " passed the recording filter; no track was written";
+}
+
 }  // namespace
+
+std::string trackFromLog(const std::string& path, bool allPoints, Track& track) {
+  LogFile log(path);
+  const auto recorder =
+      std::make_unique<LogRecorder>(RecordOptions(), Settings(), firstDayOf(path));
+  if (allPoints) recorder->takeAll();
+  recorder->start();
+  recorder->play(log);
+  if (!log.complaint().empty()) return log.complaint();
+  if (recorder->points() == 0) return nothingRecorded(path, recorder->fixes());
+  track = std::move(recorder->track());
+  return {};
+}
 
 int runRecord(const RecordOptions& options) {
   if (isSameFile(options.output, options.log)) {
@@ -124,12 +150,11 @@ int runRecord(const RecordOptions& options) {
   }
   LogFile log(options.log);
   const auto recorder = std::make_unique<LogRecorder>(options, settings, firstDayOf(options.log));
+  recorder->start();
   recorder->play(log);
   if (!log.complaint().empty()) return fail(log.complaint());
   if (recorder->points() == 0) {
-    return fail(recorder->fixes() == 0 ? options.log + " contains no fix; no track was written"
-                                       : "no fix in " + options.log +
-                                             " passed the recording filter; no track was written");
+    return fail(nothingRecorded(options.log, recorder->fixes()));
   }
   if (!recorder->save()) return fail("cannot write " + options.output);
   std::printf("%s: %s of %s\n", options.output.c_str(),

@@ -91,6 +91,17 @@ void XmlText::element(std::string_view name, std::string_view text) {
   beginLine("</", name), put(">\r\n");
 }
 
+void XmlText::elementWithPlainText(std::string_view name, std::string_view text) {
+  settle(), beginLine("<", name), put(">\r\n");
+  for (size_t at = 0; at < text.size();) {
+    const size_t reference = std::min(text.find('&', at), text.size());
+    putEscaped(text.substr(at, reference - at));
+    if (reference < text.size()) put("&amp;");
+    at = reference + 1;
+  }
+  put("\r\n"), beginLine("</", name), put(">\r\n");
+}
+
 void XmlText::element(std::string_view name, double value, int decimals) {
   settle(), beginLine("<", name);
   put(">\r\n"), putNumber(value, decimals), put("\r\n");

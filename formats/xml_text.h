@@ -35,6 +35,8 @@ class XmlText {
   void element(std::string_view name, std::string_view text);
   void element(std::string_view name, double value, int decimals);
   void element(std::string_view name, uint32_t value);
+  // Of a text in which "&#" is no reference: elsewhere references by number pass as they are.
+  void elementWithPlainText(std::string_view name, std::string_view text);
 
   // The text of the open element piece by piece, as it stands; `endText` behind the last one.
   void piece(std::string_view text) { settle(), put(text); }
