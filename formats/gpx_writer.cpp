@@ -30,7 +30,7 @@ bool isPlainAscii(std::string_view text) {
 
 class Gpx11Writer : public ExchangeWriter {
  public:
-  explicit Gpx11Writer(TextSink sink) : xml_(std::move(sink)) {
+  explicit Gpx11Writer(TextSink sink) : xml_(std::move(sink), 0, XmlText::Texts::inTags) {
     xml_.declaration();
     xml_.beginTag("gpx");
     xml_.attribute("version", "1.1");
@@ -114,7 +114,7 @@ class Gpx11Writer : public ExchangeWriter {
     if (point.hasAltitude) xml_.element("ele", point.altitude, 3);
     if (point.utc.year != 0) {
       char text[32];
-      xml_.element("time", {text, static_cast<size_t>(writeIsoTime(text, point.utc) - text)});
+      xml_.elementAsItIs("time", {text, static_cast<size_t>(writeIsoTime(text, point.utc) - text)});
     }
     if (!point.name.empty()) textElement("name", point.name);
     if (point.speed || point.course) {

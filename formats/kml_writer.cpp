@@ -5,10 +5,10 @@ namespace vgps {
 namespace {
 
 // Places and lines as the document of everything has them, with the namespace that other programs
-// look for. A line holds no times.
+// look for, and with names as they read them. A line holds no times.
 class KmlWriter : public ExchangeWriter {
  public:
-  explicit KmlWriter(TextSink sink) : xml_(std::move(sink)) {
+  explicit KmlWriter(TextSink sink) : xml_(std::move(sink), 0, XmlText::Texts::inTags) {
     xml_.declaration();
     xml_.beginTag("kml"), xml_.attribute("xmlns", kKmlNamespace), xml_.endTag();
     xml_.open("Document");
