@@ -161,6 +161,31 @@ TEST_F(Imports, KmlQuestions) {
   EXPECT_EQ(kml("m.kml", many, true).message, "1 transport route imported (51 stations)");
 }
 
+TEST_F(Imports, MovingPositionsCountOnlyInACompleteImport) {
+  const std::string moving =
+      "<kml><Placemark><name>M</name><gx:Track><when>2010-07-15T10:00:00Z</when>"
+      "<gx:coord>1 2 3</gx:coord><gx:coord/><gx:coord>4 5 "
+      "6</gx:coord></gx:Track></Placemark></kml>";
+  EXPECT_EQ(kml("m.kml", moving, false).message,
+            "0 track(s) imported\nTracks of moving positions (gx:Track) not imported: 1, with 2 "
+            "points.");
+  const ImportResult complete =
+      ImportKml(folder / "m.kml", false, target(), hooks, {.complete = true, .clock = clock});
+  EXPECT_EQ(complete.message, "1 track imported (2 points)");
+  EXPECT_EQ(stored(0),
+            "M: 2.000000,1.000000,3.0,0.00,0.0,12:00, "
+            "5.000000,4.000000,6.0,0.00,0.0,00:00,");
+}
+
+TEST_F(Imports, StoppedInTheMiddleNothingIsImported) {
+  struct Impatient : ToldHooks {
+    bool progress(uint64_t done, uint64_t total) override { return done < total; }
+  } impatient;
+  const ImportResult result = ImportGpx(file("a.gpx", kTwoSegments), target(), impatient);
+  EXPECT_EQ(result.end, ReadingEnd::stopped);
+  EXPECT_TRUE(impatient.said.empty() && waypoints.waypoints().empty());
+}
+
 TEST_F(Imports, WhatCannotBeReadIsToldAndNothingIsAsked) {
   folder.write("many.zip", "PK\x05\x06");
   const struct {
