@@ -14,9 +14,9 @@ namespace vgps {
 struct CollectedPoint {
   double longitude = 0;  // degrees
   double latitude = 0;
-  double altitude = 0;  // metres
+  double altitude = 0;  // meters
   DateTime utc{};       // year 0: unknown
-  float speed = 0;      // metres per second, where `hasSpeed`
+  float speed = 0;      // meters per second, where `hasSpeed`
   float course = 0;     // degrees
   uint32_t name = 0;    // place in the list of names, from 1
   bool hasAltitude = false;

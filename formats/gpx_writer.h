@@ -7,7 +7,7 @@
 namespace vgps {
 
 // GPX 1.1: children in the order of its schema, values that are unknown left out, times in UTC,
-// speed in metres per second and course in degrees in each point's extensions:
+// speed in meters per second and course in degrees in each point's extensions:
 //
 //   <trkpt lat="48.1173000" lon="11.5166670">
 //     <ele>545</ele> <time>2010-07-15T10:00:00Z</time> <name>...</name>
