@@ -13,6 +13,7 @@ namespace vgps {
 using Chosen = std::function<int()>;
 
 void addRecordCommand(CLI::App& program, Chosen& chosen);
+void addConvertCommand(CLI::App& program, Chosen& chosen);
 void addInfoCommand(CLI::App& program, Chosen& chosen);
 void addTrackCommand(CLI::App& program, Chosen& chosen);
 void addGeoCommand(CLI::App& program, Chosen& chosen);

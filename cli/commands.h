@@ -73,6 +73,21 @@ struct RecordOptions {
 };
 int runRecord(const RecordOptions& options);
 
+// Files of any exchange format, logs and tracks into one file. The numbers of `as` are those of
+// ConvertAs.
+struct ConvertCommandOptions {
+  std::vector<std::string> inputs;
+  std::string output;  // "-": standard output
+  std::string to;      // a format by its extension; empty: that of the output
+  int as = 0;
+  int gpx = 11;  // 10 or 11
+  std::string name;
+  bool allPoints = false;
+  bool join = false;
+  bool report = false;
+};
+int runConvert(const ConvertCommandOptions& options);
+
 struct InfoOptions {
   std::string file;
   std::string track;      // of a library: the number, from 1, or name of one; empty: all

@@ -9,6 +9,7 @@
 #include "cli/commands.h"
 #include "cli/live_fixes.h"
 #include "cli/log_file.h"
+#include "cli/log_track.h"
 #include "cli/track_input.h"
 #include "gps/epoch.h"
 #include "gps/gps_fix.h"
@@ -72,8 +73,9 @@ class LogRecorder {
       offer(epochs_.take(fix_, said, gps_.epochSentenceKind, 0));
     };
     if (survey) gps_.talkers.expect(survey->talkers);
-    recorder_.start();
   }
+
+  void start() { recorder_.start(); }
 
   void play(LogFile& log) {
     LogPiece piece;
@@ -87,6 +89,12 @@ class LogRecorder {
   bool save() { return recorder_.stop(false).outcome == SaveResult::Outcome::saved; }
   size_t fixes() const { return fixes_; }
   size_t points() const { return recorder_.track.points.size(); }
+  Track& track() { return recorder_.track; }
+  // Without the thresholds: a negative one is below any change of the course.
+  void takeAll() {
+    recorder_.options.speed = 0;
+    recorder_.options.angle = -1;
+  }
 
  private:
   void offer(std::span<const FixRecord> fixes) {
@@ -134,10 +142,9 @@ class ProgressLine {
 };
 
 // `none` says that no fix came from the source.
-int noTrack(const std::string& source, const std::string& none, size_t fixes) {
-  const std::string what =
-      fixes == 0 ? none : "no fix in " + source + " passed the recording filter";
-  return fail(what + "; no track was written");
+std::string nothingRecorded(const std::string& source, const std::string& none, size_t fixes) {
+  return (fixes == 0 ? none : "no fix in " + source + " passed the recording filter") +
+         "; no track was written";
 }
 
 int tellRecorded(const RecordOptions& options, size_t points, size_t fixes) {
@@ -150,10 +157,12 @@ int recordLog(const RecordOptions& options, const Settings& settings) {
   LogFile log(options.log);
   const auto recorder =
       std::make_unique<LogRecorder>(options, settings, surveyLogFile(options.log, true));
+  recorder->start();
   recorder->play(log);
   if (!log.complaint().empty()) return fail(log.complaint());
-  if (recorder->points() == 0)
-    return noTrack(options.log, options.log + " contains no fix", recorder->fixes());
+  if (recorder->points() == 0) {
+    return fail(nothingRecorded(options.log, options.log + " contains no fix", recorder->fixes()));
+  }
   if (!recorder->save()) return fail("cannot write " + options.output);
   return tellRecorded(options, recorder->points(), recorder->fixes());
 }
@@ -193,7 +202,7 @@ int recordLive(const RecordOptions& options, const Settings& settings) {
   if (points == 0) {
     recorder.discardTrack();
     const std::string source = options.simulate ? "the simulation" : options.port;
-    return noTrack(source, "no fix came from " + source, fixes);
+    return fail(nothingRecorded(source, "no fix came from " + source, fixes));
   }
   if (keeping.outcome != SaveResult::Outcome::saved) {
     recorder.closeJournal();
@@ -220,6 +229,20 @@ bool readSettings(const std::string& path, Settings& settings) {
 }
 
 }  // namespace
+
+std::string trackFromLog(const std::string& path, bool allPoints, Track& track) {
+  LogFile log(path);
+  const auto recorder =
+      std::make_unique<LogRecorder>(RecordOptions(), Settings(), surveyLogFile(path, true));
+  if (allPoints) recorder->takeAll();
+  recorder->start();
+  recorder->play(log);
+  if (!log.complaint().empty()) return log.complaint();
+  if (recorder->points() == 0)
+    return nothingRecorded(path, path + " contains no fix", recorder->fixes());
+  track = std::move(recorder->track());
+  return {};
+}
 
 int runRecord(const RecordOptions& options) {
   if (options.log.empty() && options.port.empty() && !options.simulate) {

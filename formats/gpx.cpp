@@ -65,7 +65,7 @@ void writeGpxPoint(XmlText& xml, const GpxPoint& point, GpxPointKind kind) {
   DateTime time = point.time;
   time.millisecond = 0;
   char text[32];
-  xml.element("time", {text, static_cast<size_t>(writeIsoTime(text, time) - text)});
+  xml.elementAsItIs("time", {text, static_cast<size_t>(writeIsoTime(text, time) - text)});
   xml.element("speed", double{point.speed}, kDecimals);
   xml.element("course", double{point.course}, kDecimals);
   xml.close();

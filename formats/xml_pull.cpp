@@ -35,7 +35,11 @@ uint32_t hashOf(std::string_view name) {
 }
 
 constexpr bool isHigh(char c) { return static_cast<unsigned char>(c) >= 0x80; }
-bool isAscii(std::string_view text) { return std::none_of(text.begin(), text.end(), isHigh); }
+bool isAscii(std::string_view text) {
+  unsigned char all = 0;
+  for (const char c : text) all |= static_cast<unsigned char>(c);
+  return all < 0x80;
+}
 
 // Windows-1252 from 0x80 on; from 0xA0 on it is Latin-1, which is Unicode.
 constexpr char32_t kWindows1252[32] = {

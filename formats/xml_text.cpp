@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstring>
 
 #include "base/number.h"
 #include "xml/document.h"
@@ -15,26 +14,25 @@ constexpr size_t kTextBuffer = size_t{1} << 18;
 
 }  // namespace
 
-XmlText::XmlText(TextSink sink, size_t depth)
-    : sink_(std::move(sink)), buffer_(kTextBuffer), at_(buffer_.data()), depth_(depth) {}
+XmlText::XmlText(TextSink sink, size_t depth, Texts texts)
+    : sink_(std::move(sink)),
+      buffer_(kTextBuffer),
+      at_(buffer_.data()),
+      end_(at_ + buffer_.size()),
+      depth_(depth),
+      texts_(texts) {}
 
-char* XmlText::room(size_t size) {
+char* XmlText::roomAfterHanding(size_t size) {
   const auto used = static_cast<size_t>(at_ - buffer_.data());
-  if (used + size <= buffer_.size()) return at_;
   good_ = good_ && sink_({buffer_.data(), used});
   if (buffer_.size() < size) buffer_.resize(size);
+  end_ = buffer_.data() + buffer_.size();
   return at_ = buffer_.data();
 }
 
 bool XmlText::finish() {
-  room(buffer_.size());
+  roomAfterHanding(0);
   return good_;
-}
-
-void XmlText::put(std::string_view text) {
-  char* const to = room(text.size());
-  std::memcpy(to, text.data(), text.size());
-  at_ = to + text.size();
 }
 
 void XmlText::putEscaped(std::string_view text) {
@@ -53,6 +51,18 @@ void XmlText::settle() {
   if (open_.empty() || !open_.back().pending) return;
   open_.back().pending = false;
   put(">\r\n");
+}
+
+void XmlText::settleForText() {
+  if (!open_.back().pending) return;
+  if (texts_ == Texts::onLines) return settle();
+  open_.back().pending = false;
+  open_.back().inLine = true;
+  put(">");
+}
+
+void XmlText::endText() {
+  if (texts_ == Texts::onLines) put("\r\n");
 }
 
 // A tag up to its name.
@@ -81,20 +91,46 @@ void XmlText::close() {
   const Open last = std::move(open_.back());
   open_.pop_back();
   if (last.pending) return put("/>\r\n");
-  beginLine("</", last.name), put(">\r\n");
+  if (last.inLine) {
+    put("</"), put(last.name);
+  } else {
+    beginLine("</", last.name);
+  }
+  put(">\r\n");
+}
+
+void XmlText::beginElement(std::string_view name) {
+  settle(), beginLine("<", name);
+  put(texts_ == Texts::onLines ? ">\r\n" : ">");
+}
+
+void XmlText::endElement(std::string_view name) {
+  if (texts_ == Texts::onLines) {
+    put("\r\n"), beginLine("</", name);
+  } else {
+    put("</"), put(name);
+  }
+  put(">\r\n");
 }
 
 void XmlText::element(std::string_view name, std::string_view text) {
-  settle(), beginLine("<", name);
-  if (text.empty()) return put("/>\r\n");
-  put(">\r\n"), putEscaped(text), put("\r\n");
-  beginLine("</", name), put(">\r\n");
+  if (text.empty()) return settle(), beginLine("<", name), put("/>\r\n");
+  beginElement(name), putEscaped(text), endElement(name);
+}
+
+void XmlText::elementWithPlainText(std::string_view name, std::string_view text) {
+  beginElement(name);
+  for (size_t at = 0; at < text.size();) {
+    const size_t reference = std::min(text.find('&', at), text.size());
+    putEscaped(text.substr(at, reference - at));
+    if (reference < text.size()) put("&amp;");
+    at = reference + 1;
+  }
+  endElement(name);
 }
 
 void XmlText::element(std::string_view name, double value, int decimals) {
-  settle(), beginLine("<", name);
-  put(">\r\n"), putNumber(value, decimals), put("\r\n");
-  beginLine("</", name), put(">\r\n");
+  beginElement(name), putNumber(value, decimals), endElement(name);
 }
 
 void XmlText::element(std::string_view name, uint32_t value) {

@@ -5,9 +5,9 @@
 # The word names a function below; each builds what it runs.
 word_bench() {
   local name
-  [ $# -gt 0 ] || set -- nmea xml track start
+  [ $# -gt 0 ] || set -- nmea xml track formats start
   for name; do
-    [ "$(type -t "bench_$name")" = function ] || fail "no benchmark '$name'; there are: nmea xml track start"
+    [ "$(type -t "bench_$name")" = function ] || fail "no benchmark '$name'; there are: nmea xml track formats start"
   done
   need build bench
   for name; do "bench_$name"; done
@@ -22,6 +22,13 @@ bench_xml() {
 bench_track() {
   build_preset bench bench_track
   (cd build/bench && bin/bench_track)
+}
+
+# The files it converts are up to 250 MB each.
+bench_formats() {
+  build_preset native vgps
+  build_preset bench bench_formats
+  (cd build/bench && bin/bench_formats ../native/bin/vgps)
 }
 
 # The program's start beside a bare window's, in the same Wine.

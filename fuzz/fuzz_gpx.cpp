@@ -1,0 +1,8 @@
+#include "fuzz/exchange_input.h"
+
+// Any bytes as a GPX file, or as what stands inside of its root.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  const std::string bytes(reinterpret_cast<const char*>(data), size);
+  vgps::checkExchange(bytes.starts_with("<?xml") || size % 2 == 0 ? bytes : "<gpx>" + bytes);
+  return 0;
+}
