@@ -41,9 +41,9 @@ DateTime dateTimeOf(int64_t seconds);
 // Moved by so many minutes, over the ends of days and years. A time that no clock shows stays.
 DateTime plusMinutes(const DateTime& time, int64_t minutes);
 
-// Reads a text of this form, in which Y, M, D, h, m and s stand for one digit each of year, month,
-// day, hour, minute and second, and every other character for itself. False when it does not fit;
-// the numbers are not checked.
+// Reads `text` according to `form`, for example "YYYY-MM-DD hh:mm:ss": Y, M, D, h, m, and s each
+// stand for one digit, any other character for itself. Returns false if the text does not match.
+// The values are not range-checked.
 bool readDateTime(std::string_view text, std::string_view form, DateTime& out);
 
 // Milliseconds of the calendar since the start of 1970, without time zones or leap seconds; none
@@ -56,8 +56,8 @@ std::string isoUtcText(int64_t milliseconds);
 // False, and nothing changed, for every other form.
 bool readIsoUtc(std::string_view text, int64_t& milliseconds);
 
-// The time of day of `time` moved by -`offsetMinutes`, in hour and minute only, modulo 24 hours.
-// UTC minus the UTC offset of a place (minutes, negative east of Greenwich) is its local time.
+// Subtracts `offsetMinutes` from the time of day, modulo 24 hours; the date stays the same. With
+// UTC and a UTC offset (minutes, negative east of Greenwich) the result is the local time.
 DateTime timeOfDayMinusMinutes(const DateTime& time, int32_t offsetMinutes);
 
 }  // namespace vgps

@@ -19,7 +19,7 @@ struct MonitorOptions {
   std::string logPath;  // empty: no log
   bool json = false;
   bool all = false;    // with what only the program itself works with
-  double seconds = 0;  // 0: until it is stopped
+  double seconds = 0;  // 0: until stopped
 };
 int runMonitor(const MonitorOptions& options);
 
@@ -54,7 +54,7 @@ std::vector<std::string> withValueMarked(std::vector<std::string> words);
 
 struct XmlOptions {
   std::string file;
-  std::string output;    // empty: nothing is written
+  std::string output;    // empty: do not write
   bool lenient = false;  // as other programs write
 };
 int runXml(const XmlOptions& options);
@@ -76,7 +76,7 @@ int runRecord(const RecordOptions& options);
 struct InfoOptions {
   std::string file;
   std::string track;      // of a library: the number, from 1, or name of one; empty: all
-  int32_t speedUnit = 0;  // SpeedUnit of the file's speeds
+  int32_t speedUnit = 0;  // SpeedUnit of the speeds in the file
   bool asRecorded = false;
   bool json = false;
 };
@@ -105,7 +105,7 @@ struct GeoOptions {
   int digits = 0;                      // digits of each number of a grid reference
   int pairs = 0;                       // character pairs in a locator
   double course = 0;                   // degrees true
-  double way = 0;                      // in the unit
+  double way = 0;                      // distance, in `unit`
   bool asRecorded = false;             // on the sphere on which tracks are recorded
   bool json = false;
 };
@@ -117,8 +117,8 @@ struct RecoverOptions {
   std::string journal;     // of `record`, in place of the program's; empty: that
   bool discarded = false;  // works on the recently discarded ones
   uint32_t number = 0;     // of those; 0: all
-  std::string file;        // empty: vgps.xml beside the program
-  // Of continueRecording:
+  std::string file;        // empty: vgps.xml in the program's folder
+  // For continueRecording:
   std::string port;
   uint32_t speed = 9600;
   bool simulate = false;

@@ -254,7 +254,7 @@ int runMonitor(const MonitorOptions& options) {
   auto monitor = std::make_unique<Monitor>(options, mailbox);
   monitor->run();
   const bool heard = monitor->heard();
-  // What a reader could still touch must outlive it.
+  // If a reader is still running, the monitor must not be destroyed.
   if (!monitor->stop()) (void)monitor.release();
   const int written = finishOutput();
   return heard || options.simulate ? written

@@ -38,7 +38,7 @@ std::string statusText(const MonitorStatus& status, const UiFix& shown);
 // "fix".
 const char* linkName(const MonitorStatus& status, const UiFix& shown);
 
-// One line for a log or a pipe: the status, and the fix when there is one.
+// One line for a log or a pipe: the status and, if there is one, the fix.
 std::string monitorLine(const MonitorStatus& status, const UiFix& shown);
 
 // A block of text that a terminal updates in place: moves up by `previousRows` rows, overwrites

@@ -24,7 +24,7 @@ std::vector<PortName> portsToProbe(const PortsOptions& options) {
   return ports;
 }
 
-// All at once: one after the other thirty silent ports would take a minute and a half.
+// Probes all ports in parallel: one after another, thirty silent ports would take 90 seconds.
 std::vector<PortFinding> probeAll(const std::vector<PortName>& ports, uint32_t speed) {
   std::vector<PortFinding> answers(ports.size());
   std::vector<std::thread> threads;

@@ -45,7 +45,7 @@ void say(const std::string& text) { std::printf("%s\n", text.c_str()); }
 // The folder with the settings, the journals, and the library, and the recorder that uses them.
 class Place : public RecorderHooks {
  public:
-  // Unreadable settings count as default ones: the recording matters more.
+  // If the settings are unreadable, the defaults are used: the recording matters more.
   Place(const std::string& file, const std::string& journal) {
     std::string path = file.empty() ? programFolder() : file;
     if (isFolder(path)) path = pathIn(path, "vgps.xml");

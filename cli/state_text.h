@@ -19,7 +19,7 @@ std::string positionText(const FixRecord& fix);
 inline constexpr const char* kUnknown = "--";
 inline std::string orDashes(bool known, std::string text) { return known ? text : kUnknown; }
 
-// "2024-03-23 12:35:19.500", without the date while none has come.
+// "2024-03-23 12:35:19.500", without the date if none has been received.
 std::string timeText(const DateTime& time);
 
 // Fix, satellites and what came down the line; dashes for what was never said. `now` is the clock's

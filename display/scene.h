@@ -55,11 +55,11 @@ struct ValueAges {
 struct SceneStatistics {
   double totalSeconds = 0;
   double connectedSeconds = 0;
-  double recordingSeconds = 0;  // paused and playing count as well
+  double recordingSeconds = 0;  // including paused and playing
   double movingSeconds = 0;     // both while the receiver told a speed
   double stoppedSeconds = 0;
-  double distance = 0;    // of the recording, in `distanceUnit`
-  double distance3d = 0;  // of all recordings, likewise
+  double distance = 0;    // of this recording, in `distanceUnit`
+  double distance3d = 0;  // of all recordings, in `distanceUnit`
   int32_t distanceUnit = 0;
 };
 
@@ -91,7 +91,7 @@ struct Scene {
 
   double accuracy = 0;  // of the position, metres, an estimate; 0: unknown
 
-  bool newMaxSpeed = false;     // has just been reached
+  bool newMaxSpeed = false;     // set when it was just exceeded
   bool newMaxAltitude = false;  // likewise
 
   int32_t speedUnit = 0;
@@ -101,13 +101,13 @@ struct Scene {
   int32_t utmEllipsoid = 0;      // for UTM positions
 
   ReceiverState state = ReceiverState::notConnected;
-  std::string source;     // "COM3, 9600 baud", "Simulation"; empty when none was chosen
-  std::string notice;     // one line for the user, mostly empty
-  std::string message;    // what came in no sentence: of binary input, of a sensor; mostly empty
+  std::string source;     // "COM3, 9600 baud", "Simulation"; empty if none was chosen
+  std::string notice;     // one line for the user, usually empty
+  std::string message;    // received from a binary protocol or a sensor; usually empty
   bool logging = false;   // what is received is written to a file
   uint64_t logBytes = 0;  // that it has
-  bool fixSeen = false;   // a sentence with a fix has come since the connection was opened
-  uint32_t fixAgeMs = 0;  // since the last of them
+  bool fixSeen = false;   // a sentence with a fix was received since connecting
+  uint32_t fixAgeMs = 0;  // since the last such sentence
   ValueAges ages;
   double sentencesPerSecond = 0;
 
@@ -119,7 +119,7 @@ struct Scene {
   Screen screen = Screen::gps;
   SceneStatistics statistics;
   SceneRawLog rawLog;
-  uint64_t readoutDelayMicros = 0;  // from the last byte to the drawing; 0: not measured
+  uint64_t readoutDelayMicros = 0;  // from the last byte to drawing; 0: not measured
 
   Palette palette = dayPalette();
   float density = 1;     // of the screen: pixels per 1/96 inch

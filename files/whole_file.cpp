@@ -22,9 +22,9 @@ constexpr std::string_view kBesideBegin = "vgps-";
 constexpr std::string_view kBesideEnd = ".new";
 constexpr size_t kBesideDigits = 16;
 
-// "vgps-0123456789abcdef.new", beside the file: short, so that it fits wherever a name does.
-// Programs that start at the same moment lie at different places in memory; should a name be taken
-// all the same, the next one is another.
+// "vgps-0123456789abcdef.new" in the same folder: short enough for any file system. The number
+// includes a memory address, which differs between programs started at the same moment; if a name
+// is taken anyway, the next one differs.
 std::string nameBeside(const std::string& path) {
   static std::atomic<uint64_t> count = 0;
   const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
@@ -140,7 +140,7 @@ bool OutputFile::flush() {
     fault_ = lastFileFault();
     good_ = false;
   }
-  if (good_) file_.reset();  // some systems do not rename what is open
+  if (good_) file_.reset();  // some systems cannot rename an open file
   return good_;
 }
 

@@ -34,7 +34,8 @@ class OutputFile {
   bool finish();
   // Why something failed: ": permission denied" behind "cannot write NAME"; may be empty.
   std::string reason() const;
-  // Renames it to another name in the same folder unless that is taken; then it may be tried again.
+  // Renames it to another name in the same folder. If that name is taken, you can call this again
+  // with another one.
   RenameResult finishAs(const std::string& freePath);
 
  private:

@@ -39,7 +39,7 @@ enum class ExportResult {
   done,
   refused,     // the library keeps its tracks as files; that was told
   notRead,     // a track of the library; the file was not written
-  notWritten,  // the disk did not take it: nothing has changed
+  notWritten,  // a disk error; nothing has changed
   cancelled,
 };
 

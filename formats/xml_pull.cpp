@@ -231,7 +231,7 @@ bool XmlPull::passBang(Take take) {
   return true;
 }
 
-// The internal subset may hold tags, quoted text and comments, and in each of them ">" and "]".
+// The internal subset may contain tags, quoted text, and comments, each with ">" and "]" inside.
 bool XmlPull::passDoctype() {
   char* keep = at_;
   while (static_cast<size_t>(end() - at_) < kLongest && more(at_, at_) &&
@@ -353,7 +353,7 @@ char* XmlPull::readAttributes(char* p) {
     p = scanPast<' ', '\t', '\r', '\n'>(nameEnd);
     if (p >= end()) return nullptr;
     if (*p != '=') {
-      if (p == name) ++p;  // a quote or slash that belongs to nothing
+      if (p == name) ++p;  // a stray quote or slash
       continue;
     }
     p = scanPast<' ', '\t', '\r', '\n'>(p + 1);

@@ -115,7 +115,7 @@ class XmlPull {
   void endRun(std::string& run);
 
   XmlBytes bytes_;
-  std::vector<char> block_;  // longer than what it holds by what the scanning reads too far
+  std::vector<char> block_;  // larger than the data, so that scans may read past the end
   size_t filled_ = 0;
   char* at_ = nullptr;
   uint64_t passed_ = 0;  // bytes in front of the block

@@ -15,7 +15,7 @@ double geodesicKilometres(const Position& from, const Position& to);
 // The course to steer at `from`, degrees true, 0 <= course < 360; 0 when both are one.
 double geodesicBearing(const Position& from, const Position& to);
 
-// Where one arrives after `kilometres` on that course. Altitude is kept.
+// The position reached after `kilometres` on that course. The altitude stays the same.
 Position geodesicDestination(const Position& from, double bearingDegrees, double kilometres);
 
 // The area inside a closed track, the smaller part of the earth; the last point is joined to the

@@ -5,7 +5,7 @@
 namespace vgps {
 namespace {
 
-// In step mode a held Shift key walks on through the places where the simulation stands still.
+// In step mode, holding Shift steps on through the positions at which the simulation stands still.
 void stepWhileShiftHeld(GpsFix& fix) {
   if (!fix.simulate || fix.state.simulation.mode() != SimMode::tapping) return;
   if (fix.speedKmh == 0 && fix.state.hooks.shiftHeld()) fix.state.hooks.pressSpace();

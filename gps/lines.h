@@ -14,7 +14,7 @@ class Lines {
  public:
   explicit Lines(GpsFix& fix) : fix_(fix) {}
 
-  // Whole lines, or one whole binary message.
+  // Processes complete lines, or one complete binary message.
   void process(std::string_view bytes);
 
  private:

@@ -78,7 +78,7 @@ const PortFinding* bestFinding(const std::vector<PortFinding>& findings);
 // What is known of a position there: "fix, 9 satellites", "no fix yet", "AIS"; empty without any.
 std::string positionText(const PortFinding& finding);
 
-// What a probe at this speed has found, in words.
+// The result of a probe at this baud rate, as text.
 std::string answerText(const ProbeAnswer& answer, uint32_t speed);
 
 // The text for a port: "NMEA at 9600 baud, talker GN, 5.0 sentences/s".

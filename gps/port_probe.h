@@ -25,7 +25,7 @@ enum class ProbeResult {
 struct ProbeAnswer {
   ProbeResult result = ProbeResult::noData;
   std::string talker;             // of the position sentence: "GP", "GN"
-  double sentencesPerSecond = 0;  // of all kinds together
+  double sentencesPerSecond = 0;  // of all types together
   bool hasFix = false;            // a sentence with a position has come
   int32_t satellites = 0;         // used for it, as GGA counts them; 0: not told
   bool ais = false;               // ships' messages came

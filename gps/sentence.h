@@ -56,7 +56,7 @@ struct SentenceName {
   bool isMakersOwn() const {
     return (talker & 0xFF) == 'P' && (talker != kBeiDouPq || type == SentenceType::other);
   }
-  // "$G" begins one of a satellite receiver.
+  // "$G" marks a sentence from a satellite receiver.
   bool isOfSatellites() const { return (talker & 0xFF) == 'G'; }
   bool isPosition() const { return type == SentenceType::rmc || type == SentenceType::gga; }
 };

@@ -39,11 +39,11 @@ struct LeftOutSentences {
   uint64_t count = 0;
 };
 
-// What came down the line. Counting changes nothing in what is accepted.
+// Counts of received lines and messages. Counting does not affect what is accepted.
 struct SentenceStats {
   std::array<KindStats, kSentenceTypes> kinds;
-  uint64_t rejected = 0;     // lines that begin with no "$"
-  uint64_t binary = 0;       // whole binary messages
+  uint64_t rejected = 0;     // lines that do not start with "$"
+  uint64_t binary = 0;       // complete binary messages
   uint64_t strayStarts = 0;  // lines that had a stray character in front of their sentence
 
   // Of the current source; what has no place any more is not counted.

@@ -83,7 +83,7 @@ void addAttributes(RecordingOptions& writing, const RecordingOptions& other) {
   writing.recordCourse = writing.recordCourse || other.recordCourse;
 }
 
-// The first number that no split part has yet.
+// The first number that no split track uses yet.
 uint32_t freeSplitNumber(std::span<const TrackSummary> tracks) {
   for (uint32_t number = 1;; ++number) {
     const std::string name = "Split " + std::to_string(number);

@@ -15,7 +15,7 @@ std::FILE* openFile(const std::string& path, const char* mode);
 // Standard input, for bytes of any kind.
 std::FILE* standardInput();
 
-// The folder of the running program, without a separator at its end.
+// The folder of the running program, without a trailing separator.
 std::string programFolder();
 
 // The path of a file in a folder, joined with the system's separator.
@@ -26,7 +26,7 @@ bool isFolder(const std::string& path);
 // False when there is no such folder afterwards. The folder it is in must be there.
 bool makeFolder(const std::string& path);
 
-// Whether there is a file or folder of that name, even if it cannot be opened.
+// Whether a file or folder of that name exists, even if it cannot be opened.
 bool fileExists(const std::string& path);
 
 // Renames `from` to `to` in the same folder, replacing an existing `to`. One of the two files
@@ -68,7 +68,7 @@ bool removeFile(const std::string& path);
 bool flushFile(const std::string& path);
 void flushFolderOf(const std::string& path);
 
-// Identifies an unchanged file.
+// Used to tell whether a file has changed.
 struct FileStamp {
   uint64_t size = 0;  // bytes
   // The time of the last change, in system-specific units.
@@ -95,7 +95,7 @@ enum class FileFault {
 };
 FileFault lastFileFault();
 
-// The names of the files in a folder, not of its folders, in no order.
+// The names of the files in a folder (without subfolders), in no particular order.
 std::vector<std::string> filesIn(const std::string& folder);
 
 }  // namespace vgps

@@ -104,7 +104,7 @@ void Recording::discard(Track& track) {
   track.attachments.clear();
   track.pointNames.clear();
   track.startUtc = 0;
-  track.name.clear();  // the next recording is another track
+  track.name.clear();  // the next recording needs a name of its own
   hooks_.trackChanged(track);
 }
 

@@ -18,8 +18,8 @@ enum class RecordingRule : uint8_t {
   noChange,    // neither course nor altitude nor one of the intervals has passed its threshold
 };
 
-// What recording asks of the program around it, which need not do all of it. Called on the thread
-// that records.
+// What a recording needs from the program around it; each function is optional. Called on the
+// recording thread.
 class RecordingHooks {
  public:
   virtual ~RecordingHooks() = default;
@@ -78,8 +78,8 @@ class Recording {
   // `none` at all other times.
   RecordingRule waitingFor() const;
 
-  // The next point that can be recorded is marked with the next number: 1, 2, ... from each start.
-  // While a mark waits, asking again changes nothing. False when nothing is being recorded.
+  // Marks the next recorded point with the next number: 1, 2, ... from each start. Does nothing if
+  // a mark is already pending. Returns false if no recording is in progress.
   bool mark();
   // In manual mode: requests that the next fix be recorded.
   void requestPoint() { requested_ = true; }

@@ -18,7 +18,7 @@ struct TrackAttachment {
 };
 
 struct Track {
-  std::string name;  // empty until the user gives one, or a file of its own needs one
+  std::string name;  // empty until the user names it or it is saved to its own file
   // When its first point was recorded, milliseconds since 1970; 0: not known. The receiver's UTC,
   // that of the computer where the receiver has not told a date.
   int64_t startUtc = 0;
@@ -37,7 +37,7 @@ struct Track {
   float lastCourse = -1;      // degrees, of the last recorded point; -1: none since the start
   float lastAltitude = 0;     // metres, likewise; of the last point whose altitude is known
   bool lastAltitudeKnown = false;
-  uint32_t cellMode = 0;  // not 0: the next fix is recorded when cells are
+  uint32_t cellMode = 0;  // not 0: record the next fix if cells are recorded
   int32_t state = kIdle;  // TrackState
   int32_t bes = 0;        // the option of that name when recording started
 };
@@ -45,8 +45,8 @@ struct Track {
 // When a track began whose first point this is: `Track::startUtc`.
 int64_t startOf(const TrackPoint& first);
 
-// A point can stand there: it is on the earth, and it is not the 0,0 of a receiver that knows
-// nothing. Receivers have been seen to say 360 degrees north.
+// Whether a track point can be there: on the earth, and not the 0,0 of a receiver without a fix.
+// Some receivers report 360 degrees north.
 bool isPosition(double longitude, double latitude);
 
 struct Waypoint {

@@ -66,7 +66,7 @@ bool readUnknown(std::string_view text, uint32_t& unknown) {
   return true;
 }
 
-// One speed in all four units; the one that was read stays to its last digit.
+// Sets the speed in all four units. The unit that was read keeps its exact value.
 void setSpeeds(TrackPoint& point, double value, int32_t unit) {
   double knots = value;
   if (unit == kKmh) knots = value / kKmhPerKnot;

@@ -37,13 +37,13 @@ double slantDistance(double surfaceKm, const FixRecord& from, const FixRecord& t
 // How the way between two points is measured: as tracks are recorded, or on the ellipsoid.
 enum class Measure { asRecorded, geodesic };
 
-// Adds up way, bounds and times while points come one after another.
+// Sums up distance, bounds, and times from points added one by one.
 class TrackSums {
  public:
   explicit TrackSums(Measure measure = Measure::asRecorded) : measure_(measure) {}
 
-  // The surface distance from the point before, in kilometres; 0 for the first one. Looks at the
-  // position and the local time.
+  // Returns the surface distance from the previous point in kilometers; 0 for the first one. Uses
+  // only the position and the local time.
   double add(const TrackPoint& point);
 
   size_t points() const { return points_; }
@@ -84,7 +84,7 @@ struct TrackStatistics {
   double highest = 0;  // meters
   double lowest = 0;
   size_t knownAltitudes = 0;  // points whose altitude is known: only those count for all of these
-  double greatestKmh = 0;     // of the speeds that the receiver gave
+  double greatestKmh = 0;     // from the speeds reported by the receiver
 
   // km/h over the total time and over the moving time; 0 without times.
   double averageKmh() const;

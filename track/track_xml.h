@@ -48,8 +48,7 @@ XmlElement trackElement(XmlDocument& document, const Track& track, const Recordi
 bool isPointAttribute(std::string_view name, std::string_view value);
 bool isTrackAttribute(std::string_view name, std::string_view value);
 
-// A track that was written keeps no attachments but those of points that were left out: they are
-// in the file now.
+// Removes the attachments that are in the file now; those of omitted points stay.
 void dropWrittenAttachments(Track& track);
 
 // Replaces the track's name, points, and attachments by those of the element. Its speeds are

@@ -9,7 +9,8 @@
 // What is asked of documents that other programs wrote.
 namespace vgps {
 
-// Bytes that no text has. A file of two bytes a character begins with a mark that says so.
+// Whether there are bytes that never occur in text. UTF-16 files, which start with a mark, are
+// text.
 bool isBinary(std::string_view bytes);
 
 // A text in UTF-8 whose references to entities of its own document type ("<!ENTITY name "text">")

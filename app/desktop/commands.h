@@ -39,7 +39,7 @@ bool runCommand(Desktop& app, Command command);
 // answer.
 bool isAvailable(Command command);
 
-// A command that came from a hot key: its result is shown at once, whatever was drawn just now.
+// Runs a command from a hot key: its result is shown immediately, even right after a repaint.
 bool runHotKey(Desktop& app, Command command);
 
 // Handler for commands that are not implemented yet; shows a notice in the status line. Rows that

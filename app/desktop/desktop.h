@@ -17,8 +17,8 @@ namespace vgps {
 // How to ask the user for a file.
 struct FileChoice {
   std::string title;        // of the dialog
-  std::string kind;         // in words: "Tracks"
-  std::string pattern;      // "*.xml"; several with semicolons between
+  std::string kind;         // describes the files: "Tracks"
+  std::string pattern;      // "*.xml"; several patterns separated by semicolons
   std::string folder = {};  // where it begins; empty: where the system likes
 };
 
@@ -33,7 +33,7 @@ class DesktopWindow : public Window {
   virtual void resizeClient(int32_t, int32_t) {}
   // Where the window is while it is neither maximized nor an icon; of width 0 without a window.
   virtual WindowPlace place() const { return {}; }
-  // Shows the dialog that the command opens and waits until it is closed. False when there is no
+  // Shows the dialog for the command and waits until it is closed. Returns false if there is no
   // such dialog.
   virtual bool openDialog(Command) { return false; }
   // Lets the user choose an existing file and returns its path; empty if none was chosen.
@@ -48,7 +48,7 @@ class DesktopWindow : public Window {
   virtual std::optional<std::string> askText(std::string_view, std::string_view) {
     return std::nullopt;
   }
-  // Posts a request to close, as the frame's button does; the answer is `closeRequested`.
+  // Posts a close request, like the close button of the frame; it is handled by `closeRequested`.
   virtual void close() {}
   // Destroys the window with its menu and child windows and ends the message loop.
   virtual void destroy() {}
@@ -59,10 +59,10 @@ struct Desktop : AppState {
   Desktop(Platform platformToUse, DesktopWindow& windowToUse)
       : AppState(std::move(platformToUse)), window(windowToUse) {}
 
-  DesktopWindow& window;           // also the platform's
-  bool commandFromHotKey = false;  // while such a command runs
+  DesktopWindow& window;           // the same object as platform.window
+  bool commandFromHotKey = false;  // while such a command is running
   ColourScheme startScheme = ColourScheme::day;
-  uint32_t tapPoint = 0;  // of a tap that waits; packed as `DesktopWindow::postTap` says
+  uint32_t tapPoint = 0;  // of a pending tap, packed as in `DesktopWindow::postTap`
 };
 
 }  // namespace vgps

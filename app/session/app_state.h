@@ -60,12 +60,12 @@ struct ArrivalTicks {
   Arrival motion;    // speed and course
   Arrival altitude;
   Arrival time;
-  Arrival used;      // count of satellites
-  Arrival view;      // the satellites that are heard
-  Arrival dilution;  // of precision
-  Arrival quality;   // of the fix, as a sentence with more to say than "valid" gave it
+  Arrival used;      // number of satellites used
+  Arrival view;      // satellites in view
+  Arrival dilution;  // of precision (DOP values)
+  Arrival quality;   // fix quality, from a sentence that reports more than "valid"
   Arrival errors;    // of the fix, as the receiver estimates them; of this connection
-  Arrival noise;     // bytes that are not understood; of this connection, like the quality
+  Arrival noise;     // unrecognized bytes; reset with each connection, like `quality`
 };
 
 // The user interface's copy of the receiver data, taken while the reader is blocked. Drawing,
@@ -104,7 +104,7 @@ struct AppExtensions {
   std::function<bool(const std::string& path, std::vector<std::string>& lines)> simulationFrom;
   // Every complete fix, whatever is being done with it.
   std::function<void(const FixRecord&)> takeFix;
-  // A complete fix while a track is played.
+  // Called with each complete fix during playback.
   std::function<void(const UiFix&)> followRoute;
   // What timers 3 and 5 do, on worker threads.
   std::function<void()> reportPosition;
@@ -206,11 +206,11 @@ struct AppState {
   SimulationData simulationData = SimulationData::trip;
   uint64_t logBytes = 0;       // of the log's file while it is written; measured now and then
   std::string standingNotice;  // in front of every other one, as long as a question stands
-  std::string notice;          // one line that the status shows for a while
+  std::string notice;          // one line shown in the status line for a while
   uint32_t noticeTick = 0;
   LinesTold linesTold;
   RawLog rawLog;                // of the raw log screen, while it shows
-  std::string lastMessageText;  // "Sirf msg ..." of binary input, "SENS msg: ..." of a sensor
+  std::string lastMessageText;  // "Sirf msg ..." from binary input, "SENS msg: ..." from a sensor
 
   // From the last byte of the data until it was drawn.
   uint64_t readoutDelayMicros = 0;
@@ -220,7 +220,7 @@ struct AppState {
 // Whether a fix has come within the last five seconds.
 bool hasCurrentFix(const AppState& app);
 
-// Shows one line in the status for ten seconds.
+// Shows one line in the status line for ten seconds.
 void showNotice(AppState& app, std::string_view text);
 // The notice, or an empty text once its time is over.
 std::string_view currentNotice(const AppState& app);
@@ -236,7 +236,7 @@ void repaintNow(AppState& app);
 // Measures the log's file, for `logBytes`.
 void measureLog(AppState& app);
 
-// To be called when a screen that shows the fix has been drawn.
+// Call this after drawing a screen that shows the fix.
 void noteDrawn(AppState& app);
 
 }  // namespace vgps

@@ -15,8 +15,8 @@ void onUiMessage(AppState& app, const UiMessage& message);
 // to draw.
 bool refreshDisplays(AppState& app);
 
-// When each value of the read-out came last, by what the line vouched for. Values of a fix are news
-// only while there is one; the clock and the satellites need none.
+// Notes which values the line reported, and when. Values of a fix count only while there is a fix;
+// the clock and the satellites do not depend on one.
 void noteArrivals(UiFix& shown, std::string_view line, uint32_t said, uint32_t tick);
 
 }  // namespace vgps

@@ -9,7 +9,7 @@
 namespace vgps {
 namespace {
 
-constexpr size_t kRowBytes = 1000;  // more of a row than any screen shows
+constexpr size_t kRowBytes = 1000;  // wider than any screen
 
 std::string timeText(const DateTime& time) {
   char text[32];

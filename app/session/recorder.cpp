@@ -183,7 +183,7 @@ void Recorder::discardTrack() {
   track = Track();
 }
 
-// A track that was changed since is another one than the journal's, which is left as it is.
+// If the track was changed since, it no longer belongs to the journal, which is left as it is.
 size_t Recorder::resumeJournal() {
   const std::string path = journal_->path();
   RecoveredTrack written;

@@ -18,10 +18,10 @@ namespace vgps {
 // Where a recorder writes.
 struct RecorderPlaces {
   std::string library = {};    // the track library
-  std::string journal = {};    // of the track that is being recorded; empty: none is kept
-  std::string settings = {};   // the settings document, whose place no track may take
+  std::string journal = {};    // of the current recording; empty: none is kept
+  std::string settings = {};   // the settings document, which no track may overwrite
   std::string discarded = {};  // folder of the recently discarded ones; empty: none are kept
-  std::string file = {};       // not empty: tracks go into this file instead of the library
+  std::string file = {};       // not empty: tracks are saved to this file instead of the library
 };
 
 // What the recorder needs from the program around it. Called on the recording thread unless stated
@@ -76,7 +76,7 @@ struct Keeping {
   LibraryOpening library = {};
   LibraryResult result = LibraryResult::done;
   std::string name = {};               // of the track in the library, when it is kept there
-  std::string damagedBackupPath = {};  // the damaged library was copied there first; else empty
+  std::string damagedBackupPath = {};  // the copy of a damaged library, if one was made
 };
 
 // How a recording ended in a program that cannot ask the user.
@@ -119,7 +119,7 @@ class Recorder : private RecordingHooks {
   // `notThere` if the library has no track of that name any more.
   LibraryResult renameLastSaved(std::string_view name);
 
-  // The library at its path, opened only once for each path.
+  // Opens the library at its path; only once for each path.
   LibraryOpening openLibrary();
 
   // Ends the current track, which is idle. Points that are nowhere else stay on the disk for a
@@ -177,7 +177,7 @@ class Recorder : private RecordingHooks {
   bool inMemoryOnly_ = false;
   bool discarding_ = false;  // the points that are settled next are not wanted
   std::string lastSavedName_;
-  Keeping keeping_;  // of the stop that is going on
+  Keeping keeping_;  // result of the `stop` in progress
 };
 
 }  // namespace vgps

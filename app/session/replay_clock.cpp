@@ -15,7 +15,7 @@ constexpr int32_t kReturnMs = kMinuteMs;
 // Between the last time of a run and the first one of the next, as between two epochs.
 constexpr uint32_t kNewRunMs = 1000;
 
-// hhmmss[.decimals] in milliseconds since midnight, -1 when it is none.
+// hhmmss[.decimals] in milliseconds since midnight; -1 if invalid.
 int32_t timeOfDay(std::string_view field) {
   constexpr int32_t kUnits[] = {10 * kHourMs, kHourMs,        10 * kMinuteMs,
                                 kMinuteMs,    10 * kSecondMs, kSecondMs};

@@ -18,7 +18,7 @@ struct Statistics {
   uint64_t tripMovingSeconds = 0;
   uint64_t tripStoppedSeconds = 0;
 
-  float movingThreshold = 0;  // km/h; faster is moving
+  float movingThreshold = 0;  // km/h; anything faster counts as moving
   bool fine = false;
 };
 

@@ -36,7 +36,7 @@ class ConfigChanges {
     FileStamp now;
     return fileStamp(path, now) && !(fileExists_ && now == stamp_);
   }
-  // Makes the changes in another document.
+  // Applies the changes to another document.
   void applyTo(XmlDocument& document) const;
   void saved(const std::string& path) {
     changes_.clear();

@@ -15,7 +15,7 @@
 namespace vgps {
 namespace {
 
-// Tags can be found in files of any kind: a document of another program, or a program.
+// Files of any kind may contain tags: another program's document, or even an executable.
 bool isForeign(const XmlDocument& document, std::string_view bytes) {
   return document.GetRootElement().storedName() != "root" || isBinary(bytes);
 }
@@ -50,7 +50,7 @@ bool ConfigStore::open(const std::string& path) {
 bool ConfigStore::load() {
   changes_.begin(path());
   const SettingsFile::Reading reading = file_.read(bytes_);
-  // A file that another program holds for a moment is there all the same, and its settings must
+  // A file that another program is using for a moment exists all the same, and its settings must
   // not be overwritten with defaults.
   const XmlLoadResult result = document_.Load(bytes_, XmlLoadMode::text);
   readable_ =

@@ -27,14 +27,14 @@ SettingsFile::Reading SettingsFile::readBytes(std::string& bytes) const {
   return Reading::unreadable;
 }
 
-// Also what another program holds for a moment.
+// Retries, because another program may be using the file for a moment.
 SettingsFile::Reading SettingsFile::readSoon(std::string& bytes) const {
   Reading reading = Reading::unreadable;
   retry(kTries, kPause, [&] { return (reading = readBytes(bytes)) != Reading::unreadable; });
   return reading;
 }
 
-// Over the file, or as a new one.
+// Overwrites the file or creates it.
 bool SettingsFile::writeBytes(std::string_view bytes) const {
   void* const file = disk_.files->open(path_, XmlFiles::Access::overwrite);
   if (file == nullptr) return false;
@@ -68,7 +68,7 @@ bool SettingsFile::write(XmlDocument& document, std::string& text) {
   if (journal.keep(text) == RedoJournal::Keeping::failed) return false;
   const bool saved =
       document.Save(path_) != 0 && retry(kTries, kPause, [&] { return flushFile(path_); });
-  // A disk may take the first half and then fail: the old text is put back.
+  // If the disk fails halfway, the old text is restored.
   std::string now;
   const bool whole =
       saved || (before == Reading::missing

@@ -21,7 +21,7 @@ COLORREF halfway(COLORREF one, COLORREF other) {
              (GetBValue(one) + GetBValue(other)) / 2);
 }
 
-// The longest item decides, so that a port's name is not cut off; the box itself stays.
+// Widens only the drop-down list, to fit the longest item, so that port names are not cut off.
 void widenDropDown(HWND box, std::span<const std::string> items) {
   const HDC context = GetDC(box);
   if (context == nullptr) return;

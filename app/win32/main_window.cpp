@@ -93,7 +93,7 @@ WindowPlace firstPlace(const Desktop& app) {
   return {CW_USEDEFAULT, CW_USEDEFAULT, size.cx, size.cy};
 }
 
-// Before a source was ever chosen there is nothing that the read-out could show.
+// Before a source was chosen, the readout has nothing to show.
 bool isFirstStart(const AppState& app) {
   const Settings& settings = app.settings;
   return app.currentScreen == Screen::gps && !app.fix.running && settings.port.empty() &&

@@ -115,7 +115,7 @@ class MainWindow : public DesktopWindow {
   TimeDependentTexts paintedTexts_;
   int wheel_ = 0;            // turned, less than a notch
   bool isNight_ = false;     // of the frame
-  bool statusOnly_ = false;  // nothing but the status line is to be drawn
+  bool statusOnly_ = false;  // only the status line needs to be redrawn
   bool closing_ = false;
   bool dialogOpen_ = false;
   bool watching_ = false;  // the status timer is running

@@ -1,6 +1,6 @@
 #include "app/win32/night_look.h"
 
-// Behind <windows.h>, on which they build.
+// The other headers need <windows.h> first.
 #include <commctrl.h>
 #include <uxtheme.h>
 

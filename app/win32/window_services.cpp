@@ -59,7 +59,7 @@ void MainWindow::offerSearch(std::string_view error) {
 
 void MainWindow::tell(std::string_view text) { queueMessage(text, MB_ICONINFORMATION); }
 
-// What is said before there is a window waits for it.
+// Messages before the window exists are kept until it does.
 void MainWindow::queueMessage(std::string_view text, UINT style) {
   messages_.push_back({wideFromUtf8(text), style});
   if (window_ != nullptr) PostMessageW(window_, kMessagesWaiting, 0, 0);
