@@ -30,8 +30,8 @@ void tellChanged(Desktop& app) {
   repaintThrottled(app);
 }
 
-// The track of a library document that the user chooses; of one track that one. False when there is
-// none; what is not the user's choice is told then.
+// Returns the track that the user chooses from a library document, or its only track. Returns none
+// if there is none; any error has been reported then.
 bool chooseFromLibrary(Desktop& app, const std::string& path, Track& track) {
   TrackLibrary library;
   const LibraryState state = library.open(path);

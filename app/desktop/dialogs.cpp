@@ -164,7 +164,7 @@ void acceptField(const DialogField& field, DialogView& view, DialogContext& cont
 
 bool isUnused(const DialogField& field) { return !isInUse(*field.setting); }
 
-// Settings of features that do not exist yet are shown, but nothing could come of changing them.
+// Settings of missing features are shown, but changing them would have no effect.
 void disableUnused(const Dialog& dialog, DialogView& view) {
   const auto disable = [&](uint16_t control) {
     view.enable(control, false);

@@ -33,7 +33,7 @@ struct DialogContext {
   Settings& settings;                          // the current settings: shown, and changed by OK
   std::vector<PortName> ports{};               // the ports that exist
   std::function<void(const Dialog&)> saved{};  // called after OK has changed settings
-  bool night = false;                          // it is to be dark
+  bool night = false;                          // use night colors
   // Prepares a search at this baud rate, on the user-interface thread; the returned search itself
   // may run on another thread. Empty if no search is possible.
   std::function<PortSearch(uint32_t speed)> beginPortSearch{};
@@ -122,7 +122,7 @@ std::span<const Dialog> dialogs();
 // Returns null if the command does not open one of these dialogs.
 const Dialog* findDialog(Command command);
 
-// Whether the program does something with at least one of its settings.
+// Whether the program uses at least one of the dialog's settings.
 bool editsSettingsInUse(const Dialog& dialog);
 
 // Shows the current settings and enables the controls accordingly.

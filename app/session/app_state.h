@@ -64,7 +64,7 @@ struct ArrivalTicks {
   Arrival view;      // satellites in view
   Arrival dilution;  // of precision (DOP values)
   Arrival quality;   // fix quality, from a sentence that reports more than "valid"
-  Arrival errors;    // of the fix, as the receiver estimates them; of this connection
+  Arrival errors;    // the receiver's own error estimate (GST); reset with each connection
   Arrival noise;     // unrecognized bytes; reset with each connection, like `quality`
 };
 
@@ -76,13 +76,13 @@ struct UiFix {
   std::vector<ViewedSatellite> view;
   uint32_t viewRevision = 0;
   SentenceStats stats;
-  double maxSpeed = 0;     // the parser's, in the unit chosen at the time
-  double maxAltitude = 0;  // the parser's
-  // Of this source, or since the trip was reset; whatever unit is chosen.
+  double maxSpeed = 0;     // from the parser, in the unit selected at that time
+  double maxAltitude = 0;  // from the parser
+  // Since this source was opened or the trip was reset; independent of the selected unit.
   Speeds fastest{};
-  double highest = 0;            // metres
-  double exactAltitude = 0;      // with the decimals that GGA had
-  std::optional<GstReport> gst;  // the last one of this connection
+  double highest = 0;            // meters
+  double exactAltitude = 0;      // with the decimals of GGA
+  std::optional<GstReport> gst;  // the last one received on this connection
   int32_t epochSentenceKind = 0;
   int32_t inputProtocol = kNmeaText;
   bool satellitesInUseKnown = false;
@@ -102,7 +102,7 @@ struct AppExtensions {
   // Converts a track or GPX file to simulation lines; an empty path means the last track of the
   // library.
   std::function<bool(const std::string& path, std::vector<std::string>& lines)> simulationFrom;
-  // Every complete fix, whatever is being done with it.
+  // Called with every complete fix, whether it is recorded or not.
   std::function<void(const FixRecord&)> takeFix;
   // Called with each complete fix during playback.
   std::function<void(const UiFix&)> followRoute;
@@ -124,7 +124,7 @@ enum class Projection : int32_t {
   cartesian3d = 350,
   polar3d = 360
 };
-// What the simulation plays.
+// The simulation data.
 enum class SimulationData : uint8_t { trip, walk, loaded };
 enum class ColourScheme : uint8_t { day, night, custom };
 
@@ -137,7 +137,7 @@ struct PendingDisplay {
   int32_t maximumCountdown = 0;  // ...which of the maximum values are new
   bool newMaxSpeed = false;
   bool newMaxAltitude = false;
-  double maxSpeed = 0;  // km/h, as last handled
+  double maxSpeed = 0;  // km/h, when the last message was handled
   double maxAltitude = 0;
 };
 
@@ -202,14 +202,14 @@ struct AppState {
   int32_t frameCountdown = 0;
   PendingDisplay pendingDisplay;
 
-  bool searchOffered = false;  // in this connection, because of its speed
+  bool searchOffered = false;  // on this connection, because of a wrong baud rate
   SimulationData simulationData = SimulationData::trip;
-  uint64_t logBytes = 0;       // of the log's file while it is written; measured now and then
-  std::string standingNotice;  // in front of every other one, as long as a question stands
+  uint64_t logBytes = 0;       // size of the log file while it is written; updated occasionally
+  std::string standingNotice;  // takes precedence over `notice` while a question is open
   std::string notice;          // one line shown in the status line for a while
   uint32_t noticeTick = 0;
   LinesTold linesTold;
-  RawLog rawLog;                // of the raw log screen, while it shows
+  RawLog rawLog;                // filled while the raw log screen is shown
   std::string lastMessageText;  // "Sirf msg ..." from binary input, "SENS msg: ..." from a sensor
 
   // From the last byte of the data until it was drawn.
@@ -217,7 +217,7 @@ struct AppState {
   uint64_t drawnByteMicros = 0;  // the lastByteMicros it was measured for
 };
 
-// Whether a fix has come within the last five seconds.
+// Whether a fix was received within the last five seconds.
 bool hasCurrentFix(const AppState& app);
 
 // Shows one line in the status line for ten seconds.
@@ -233,7 +233,7 @@ bool repaintThrottled(AppState& app);
 // Redraws immediately, after a key or button press.
 void repaintNow(AppState& app);
 
-// Measures the log's file, for `logBytes`.
+// Updates `logBytes` with the size of the log file.
 void measureLog(AppState& app);
 
 // Call this after drawing a screen that shows the fix.

@@ -82,13 +82,13 @@ std::string textOfMessage(const SirfMessage& message) {
   return textWith(Text::sirfMessage, number, std::to_string(message.length));
 }
 
-// The shown maxima. A speed that is no longer its unit's when the unit changes would be nonsense,
-// so all units are kept.
+// The displayed maxima. All units are kept: a speed in the old unit would make no sense after the
+// unit changes.
 void noteGreatest(UiFix& shown, uint32_t said) {
   const FixRecord& fix = shown.fix;
   if (fix.fixStatus == 0) return;
   if ((said & kSaidSpeed) != 0 && fix.speedKmh > shown.fastest.kmh) {
-    // The program's own sentence gives no knots.
+    // The program's own sentence has no speed in knots.
     const double knots = fix.speedKnots > 0 ? fix.speedKnots : fix.speedKmh / kKmhPerKnot;
     shown.fastest = speedsFromKnots(knots);
   }

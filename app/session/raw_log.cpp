@@ -45,7 +45,7 @@ void RawLog::pause(bool paused) {
   if (!paused) newer_ = 0;
 }
 
-// The oldest row stays in view.
+// The oldest row stays visible.
 void RawLog::scroll(int rows) {
   const auto newest = static_cast<long long>(newer_) + rows;
   const auto most = static_cast<long long>(matching_ > 0 ? matching_ - 1 : 0);

@@ -6,10 +6,10 @@
 
 namespace vgps {
 
-// What the user took from the list of a search.
+// What the user chose from the search results.
 struct FoundReceiver {
   SourceChoice source;
-  bool atEveryStart = false;  // the program connects by itself from now on, or no longer
+  bool atEveryStart = false;  // whether the program connects automatically at startup from now on
 };
 
 // Begins a search for a receiver, which needs exclusive access to the ports: the port in use is

@@ -161,7 +161,7 @@ void Recorder::pointsSavedOrDiscarded() {
   inMemoryOnly_ = false;
 }
 
-// A journal that does not get its new name stays where it is, for the next start to ask about.
+// If renaming the journal fails, it stays where it is, and the next start asks about it.
 void Recorder::keepDiscarded() {
   const std::string folder = hooks_.places().discarded;
   if (folder.empty() || (!journal_->isOpen() && !inMemoryOnly_)) return;

@@ -17,7 +17,7 @@ SettingsFile::Reading SettingsFile::readBytes(std::string& bytes) const {
   bytes.clear();
   const FileKind kind = fileKind(path_);
   if (kind == FileKind::none) return Reading::missing;
-  // A pipe would make the reader wait for its writer.
+  // Reading a pipe would wait for its writer.
   if (kind == FileKind::other) return Reading::unreadable;
   void* const file = disk_.files->open(path_, XmlFiles::Access::read);
   if (file == nullptr) return Reading::unreadable;
@@ -42,7 +42,7 @@ bool SettingsFile::writeBytes(std::string_view bytes) const {
   return disk_.files->close(file) && whole && flushFile(path_);
 }
 
-// False, and `text` is what the file should hold, when it cannot be written.
+// Returns false, with `text` set to what the file should contain, if it cannot be written.
 bool SettingsFile::finishInterrupted(std::string& text) {
   RedoJournal journal(path_, disk_.open);
   const std::optional<std::string> interrupted = journal.interrupted();
@@ -64,7 +64,7 @@ bool SettingsFile::write(XmlDocument& document, std::string& text) {
   const Reading before = readSoon(old);
   if (before == Reading::unreadable || document.saveText(text) == 0) return false;
   RedoJournal journal(path_, disk_.open);
-  // In a folder that takes no new files the save in place is all that can be done.
+  // In a folder that does not accept new files, overwriting in place is the only option.
   if (journal.keep(text) == RedoJournal::Keeping::failed) return false;
   const bool saved =
       document.Save(path_) != 0 && retry(kTries, kPause, [&] { return flushFile(path_); });

@@ -14,7 +14,7 @@ struct FinderSetup {
   std::vector<PortName> (*listPorts)() = listSerialPorts;
   PortFinder::MakePort makePort = makeSerialPort;
   PortFinderTimes times{};
-  bool night = false;  // the dialog is to be dark
+  bool night = false;  // use night colors
 };
 
 // A cell of a list, up to 200 characters.

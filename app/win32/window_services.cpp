@@ -201,7 +201,7 @@ void MainWindow::copyText(std::string_view text) {
   if (memory != nullptr) {
     std::memcpy(GlobalLock(memory), wide.c_str(), bytes);
     GlobalUnlock(memory);
-    // From then on it belongs to the system.
+    // The system owns it from now on.
     if (SetClipboardData(CF_UNICODETEXT, memory) == nullptr) GlobalFree(memory);
   }
   CloseClipboard();
