@@ -52,7 +52,7 @@ class LiveFixes {
     }
   }
 
-  // The last fix may still have been waiting for a sentence.
+  // The last fix may still be waiting for a sentence.
   void finish() {
     for (const FixRecord& fix : app_.epochs.takeWaiting()) take_(fix);
   }

@@ -41,7 +41,7 @@ std::vector<PortFinding> probeAll(const std::vector<PortName>& ports, uint32_t s
   return answers;
 }
 
-// As the window's search does.
+// Like the search in the window.
 std::vector<PortFinding> searchAll(const std::vector<PortName>& ports) {
   std::mutex mutex;
   std::condition_variable changed;

@@ -36,8 +36,7 @@ class LineHooks : public GpsHooks {
   }
 };
 
-// The track goes into a separate file, without a question; the journal, where there is one, is
-// beside it.
+// Saves the track to a separate file, without asking. The journal, if any, is next to it.
 class FileHooks : public RecorderHooks {
  public:
   explicit FileHooks(std::string path, std::string journal = {})
@@ -112,7 +111,7 @@ std::string countText(size_t count, const std::string& what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : plural);
 }
 
-// Shows on a terminal how the recording goes, each second in the same line.
+// On a terminal, shows the progress of the recording every second in the same line.
 class ProgressLine {
  public:
   void show(const Recorder& recorder) {
@@ -133,7 +132,7 @@ class ProgressLine {
   size_t width_ = 0;
 };
 
-// `none` says that no fix came from the source.
+// `none` is the message if the source sent no fix.
 int noTrack(const std::string& source, const std::string& none, size_t fixes) {
   const std::string what =
       fixes == 0 ? none : "no fix in " + source + " passed the recording filter";
@@ -158,7 +157,8 @@ int recordLog(const RecordOptions& options, const Settings& settings) {
   return tellRecorded(options, recorder->points(), recorder->fixes());
 }
 
-// Records into the journal beside the track until it is stopped; then the track is written.
+// Records to the journal next to the track until stopped, then writes the track. Returns false
+// after one line on standard error.
 int recordLive(const RecordOptions& options, const Settings& settings) {
   const std::string journal = options.output + ".journal";
   for (const std::string& left : existingJournals(journal)) {

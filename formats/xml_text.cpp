@@ -55,7 +55,7 @@ void XmlText::settle() {
   put(">\r\n");
 }
 
-// A tag up to its name.
+// Writes a tag up to its name.
 void XmlText::beginLine(std::string_view mark, std::string_view name) {
   const size_t tabs = depth_ + open_.size();
   at_ = std::fill_n(room(tabs), tabs, '\t');
