@@ -21,7 +21,7 @@ void readGeoJson(ByteSource source, ExchangeSink& sink, ReadingNotes& notes);
 
 // Lines of values after a header line that names the columns:
 //
-//   lat,lon,ele,time,speed,course,name       degrees, metres, ISO 8601, m/s, degrees
+//   lat,lon,ele,time,speed,course,name       degrees, meters, ISO 8601, m/s, degrees
 //
 // in any order; only lat and lon are required. An empty line starts the next track.
 void readCsv(ByteSource source, ExchangeSink& sink, ReadingNotes& notes);

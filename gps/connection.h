@@ -19,7 +19,7 @@ struct GpsState;
 
 inline constexpr int kDefaultBaudRate = 9600;
 
-// Where the data come from, as it was chosen last, and how that is going.
+// The source that was chosen last, and its state.
 struct ConnectionStatus {
   std::string portPath;
   uint32_t baudRate = kDefaultBaudRate;
@@ -43,14 +43,14 @@ struct PortAttempt {
 };
 
 // The connection to the receiver: opens and closes the source, reads from it, and finds a serial
-// device again that has gone.
+// device again after it has disappeared.
 //
-// `setPort`, `open`, `close`, `requestPort`, `releasePort` and `portAttempt` belong to the
-// user-interface thread, `read`, `rememberDevice` and `reopenPort` to the reader of the generation
-// that they name.
+// Call `setPort`, `open`, `close`, `requestPort`, `releasePort`, and `portAttempt` on the
+// user-interface thread; `read`, `rememberDevice`, and `reopenPort` on the reader thread of the
+// given generation.
 class Connection {
  public:
-  // Keeps `fix.status` up to date; its readers fill the fix.
+  // Keeps `fix.status` up to date; the readers it starts update the fix.
   explicit Connection(GpsFix& fix);
 
   void setPort(std::string_view portName, uint32_t speed);
@@ -71,10 +71,10 @@ class Connection {
   // Closes the port until it is requested again, so that other programs can use it.
   void releasePort();
 
-  // One read from the current source.
+  // Reads once from the current source.
   PortRead read(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs);
 
-  // Notes which device is behind the port, to find it again.
+  // Remembers which device is behind the port, to find it again.
   void rememberDevice(uint32_t generation);
   // Opens the port that `requestPort` asked for. Returns false if nothing was requested.
   bool reopenPort(uint32_t generation);
@@ -98,7 +98,7 @@ class Connection {
     bool simulation = false;
     std::shared_ptr<SerialPort> port;  // not null: open, or opened but could not be configured
     std::shared_ptr<LocationSensor> sensor;
-    uint32_t openRequest = 0;  // number of the last one; an attempt for an older one is in vain
+    uint32_t openRequest = 0;  // number of the last request; older attempts are obsolete
   };
   // The device behind the port, to find it again.
   struct Device {

@@ -22,7 +22,7 @@ bool GpsFix::parseSentence(std::string_view text, NmeaSentence& out, bool apply)
 
 void GpsFix::receiveLine(std::string_view bytes) {
   if (framing.carried() == 1 && framing.carriedStart() == '$' && bytes.starts_with('$')) {
-    framing.dropCarried();  // of "$$" the blocks were cut between the two
+    framing.dropCarried();  // the blocks were split inside "$$"
     ++state.stats.strayStarts;
   }
   if (framing.carried() == 0) {

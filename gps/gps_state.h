@@ -42,7 +42,7 @@ struct ReaderControl {
   std::atomic<uint32_t> generation{0};  // of the source that may be read
   std::atomic<int32_t> liveReaders{0};
   std::atomic<int32_t> opening{0};         // readers that the system blocks while opening a port
-  std::atomic<bool> portRequested{false};  // the reader shall look for its device; under `mutex`
+  std::atomic<bool> portRequested{false};  // find the device; protected by `mutex`
   // Locked by the reader that handles a block: after reopening, two readers may have one.
   std::mutex deliveryMutex;
   std::atomic<uint32_t> deliveringGeneration{0};  // of the reader that holds the lock; 0: none
@@ -65,8 +65,8 @@ struct GpsState {
 
   // Written by the parsing thread. The user interface copies these while the reader waits.
   double maxSpeed = 0;       // in the speed unit selected at that time
-  double maxAltitude = 0;    // metres
-  double exactAltitude = 0;  // metres, of the fix: with the decimals that its record lacks
+  double maxAltitude = 0;    // meters
+  double exactAltitude = 0;  // meters, of the fix, with the decimals that the record lacks
   int32_t epochSentenceKind = 0;
   int32_t leadingSentenceKind = 0;
   SatelliteView view;

@@ -8,7 +8,7 @@ namespace vgps {
 
 struct GpsFix;
 
-// Whole lines, one after the other: logged, parsed into the fix, counted and handed to the user
+// Handles complete lines one by one: logs, parses, and counts them and sends them to the user
 // interface.
 class Lines {
  public:

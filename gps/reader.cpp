@@ -58,8 +58,8 @@ size_t lengthOfLine(std::string_view block) {
   return lineFeed == std::string_view::npos ? block.size() : lineFeed + 1;
 }
 
-// A line, a whole message, or the rest of the block behind the start of one. Line ends without a
-// line stay together: each chunk is handed to the user interface.
+// Returns a line, a complete message, or the rest of the block after the start of one. Consecutive
+// line ends stay together, because each chunk is sent to the user interface.
 size_t lengthOfChunk(std::string_view block) {
   if (block.starts_with(kSirfStart)) {
     const size_t length = sirfFrameLength(block);

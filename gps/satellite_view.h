@@ -24,8 +24,7 @@ struct ViewedSatellite {
   bool used = false;
 };
 
-// Each satellite once, with its strongest signal, although receivers list it for each that they
-// hear.
+// Lists each satellite once, with its strongest signal, although receivers list it once per signal.
 std::vector<ViewedSatellite> strongestSignals(std::span<const ViewedSatellite> view);
 
 // All satellites of all systems listed by GSV and GSA sentences of any talker, for the screens. The

@@ -28,7 +28,7 @@ const char* sentenceTypeName(SentenceType type);
 
 enum class Checksum : uint8_t { right, wrong, absent };
 
-// -1 when it is none.
+// -1 if it is not one.
 int hexDigit(char c);
 
 // The exclusive-or of the characters between the first one ("$") and the "*".
@@ -51,8 +51,8 @@ struct SentenceName {
   bool dollar = false;  // the line starts with "$", so it counts as a sentence
   bool whole = false;   // the type is followed by a comma: "$GPRMC," but not "$GPRMCX,"
 
-  // "$P" begins a maker's own sentence, whatever letters follow; only "PQ" is also the talker of
-  // BeiDou, in the sentences that everyone sends.
+  // "$P" starts a manufacturer's own sentence, whatever letters follow. Only "PQ" is also the
+  // talker of BeiDou, in standard sentences.
   bool isMakersOwn() const {
     return (talker & 0xFF) == 'P' && (talker != kBeiDouPq || type == SentenceType::other);
   }

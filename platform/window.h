@@ -21,7 +21,7 @@ class Window {
   // Shows an error or a notice to the user and returns without waiting for an answer.
   virtual void tellError(std::string_view) {}
   virtual void tell(std::string_view) {}
-  // An error that a search for the receiver may mend, which is offered in the same box.
+  // Shows an error that a receiver search may fix, and offers that search in the same message box.
   virtual void offerSearch(std::string_view error) { tellError(error); }
   // Asks a yes/no question and waits. Returns true for Yes. No is the default, and the answer of a
   // program that cannot ask.

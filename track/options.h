@@ -20,9 +20,9 @@ struct RecordingOptions {
   bool recordTime = false;
   bool recordCourse = false;
   int32_t everyNth = 0;  // if positive: the number of fixes skipped between two points
-  // A moving receiver is recorded at the latest after so many...
+  // A moving receiver is recorded at least every...
   int32_t everySeconds = 0;  // ...seconds; 0: off
-  int32_t everyMetres = 0;   // ...metres; 0: off
+  int32_t everyMetres = 0;   // ...meters; 0: off
   int32_t bes = 0;           // kept with the track
   bool manual = false;       // record only fixes that the user requests
 

@@ -19,8 +19,8 @@ struct TrackAttachment {
 
 struct Track {
   std::string name;  // empty until the user names it or it is saved to its own file
-  // When its first point was recorded, milliseconds since 1970; 0: not known. The receiver's UTC,
-  // that of the computer where the receiver has not told a date.
+  // When the first point was recorded, milliseconds since 1970; 0: unknown. The receiver's UTC, or
+  // the computer's if the receiver has not sent a date.
   int64_t startUtc = 0;
 
   // Thresholds of the recording filter; 0 is replaced by the option's value when recording starts.
@@ -35,14 +35,14 @@ struct Track {
   // Running values of the recording filter.
   float courseDeviation = 0;  // degrees
   float lastCourse = -1;      // degrees, of the last recorded point; -1: none since the start
-  float lastAltitude = 0;     // metres, likewise; of the last point whose altitude is known
+  float lastAltitude = 0;     // meters, of the last recorded point whose altitude is known
   bool lastAltitudeKnown = false;
   uint32_t cellMode = 0;  // not 0: record the next fix if cells are recorded
   int32_t state = kIdle;  // TrackState
   int32_t bes = 0;        // the option of that name when recording started
 };
 
-// When a track began whose first point this is: `Track::startUtc`.
+// When a track with this first point began; for `Track::startUtc`.
 int64_t startOf(const TrackPoint& first);
 
 // Whether a track point can be there: on the earth, and not the 0,0 of a receiver without a fix.

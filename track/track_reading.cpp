@@ -47,7 +47,7 @@ bool readTime(std::string_view text, DateTime& time) {
   return true;
 }
 
-// "z", "z spd", ...: the names of values as Unknown bits, each at most once.
+// "z", "z spd", ...: converts names of values to Unknown bits; each may occur once.
 bool readUnknown(std::string_view text, uint32_t& unknown) {
   uint32_t bits = 0;
   for (bool more = true; more;) {

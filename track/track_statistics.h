@@ -30,11 +30,11 @@ struct TrackTimes {
   double movingKm = 0;
 };
 
-// The distance between two points that are `surfaceKm` apart on the surface, with their altitudes
-// where both are known; kilometres.
+// The distance between two points that are `surfaceKm` apart on the surface, including their
+// altitudes if both are known; kilometers.
 double slantDistance(double surfaceKm, const FixRecord& from, const FixRecord& to);
 
-// How the way between two points is measured: as tracks are recorded, or on the ellipsoid.
+// How the distance between two points is measured: as when recording, or on the ellipsoid.
 enum class Measure { asRecorded, geodesic };
 
 // Sums up distance, bounds, and times from points added one by one.
@@ -83,7 +83,7 @@ struct TrackStatistics {
   double descent = 0;
   double highest = 0;  // meters
   double lowest = 0;
-  size_t knownAltitudes = 0;  // points whose altitude is known: only those count for all of these
+  size_t knownAltitudes = 0;  // points with a known altitude; only those count for all values here
   double greatestKmh = 0;     // from the speeds reported by the receiver
 
   // km/h over the total time and over the moving time; 0 without times.
