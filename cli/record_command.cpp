@@ -193,7 +193,7 @@ int recordLive(const RecordOptions& options, const Settings& settings) {
   if (points == 0) {
     recorder.discardTrack();
     const std::string source = options.simulate ? "the simulation" : options.port;
-    return noTrack(source, "no fix came from " + source, fixes);
+    return noTrack(source, "no fix received from " + source, fixes);
   }
   if (keeping.outcome != Keeping::Outcome::kept) {
     recorder.closeJournal();
@@ -223,7 +223,7 @@ bool readSettings(const std::string& path, Settings& settings) {
 
 int runRecord(const RecordOptions& options) {
   if (options.log.empty() && options.port.empty() && !options.simulate) {
-    return fail("nothing to record: give --port DEV, --simulate, or --replay LOG");
+    return fail("nothing to record: specify --port DEV, --simulate, or --replay LOG");
   }
   if (!options.log.empty() && isSameFile(options.output, options.log)) {
     return fail("the track file must not overwrite the log");

@@ -264,7 +264,7 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
       ->option_text("FILE");
   command
       ->add_option("--journal", options->journal,
-                   "Recording of vgps record that was cut short: TRACK.journal")
+                   "Interrupted recording of vgps record: TRACK.journal")
       ->check(nonEmptyName())
       ->option_text("JOURNAL");
   const auto action = [options](RecoverAction wanted) {
@@ -282,7 +282,7 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
   CLI::Option* const discarded = command->add_flag(
       "--discarded", options->discarded,
       "List the recently discarded recordings instead; with --save or --discard, all of them, or "
-      "the one that --number names");
+      "the one selected with --number");
   discarded->excludes(continueOption);
   command->add_option("--number", options->number, "Number of a discarded recording in the list")
       ->needs(discarded)

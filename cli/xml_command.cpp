@@ -46,7 +46,7 @@ int loadLeniently(const std::string& file, XmlDocument& document, XmlLoadResult&
   }
   if (isBinary(bytes)) return fail(file + " is a binary file, not text");
   std::string text;
-  if (!expandEntities(bytes, text)) return fail(file + ": its entities expand without end");
+  if (!expandEntities(bytes, text)) return fail(file + ": its entities expand without limit");
   result = document.Load(text, XmlLoadMode::text, {.lenient = true});
   return 0;
 }

@@ -315,7 +315,7 @@ TEST_F(RecordingCommands, WhatNoDiscardedComesBack) {
   };
   run(kEnd);
   EXPECT_EQ(standing, "Not saved yet: 1 point, 0.00 Km");
-  EXPECT_EQ(notice(), "Not saved. To get it back, choose Track, Recently discarded.");
+  EXPECT_EQ(notice(), "Not saved. To restore it, choose Track, Recently discarded.");
   EXPECT_FALSE(hasJournal());
   EXPECT_TRUE(app.recorder.track.points.empty());
   run(Command::restoreDiscarded);
@@ -398,7 +398,7 @@ TEST_F(RecordingCommands, WhatWasSavedIsRenamedAndOpened) {
   EXPECT_EQ(notice(), "Saved as Track 2. To rename it, choose Track, Rename last saved.");
   world.window.typed = "Home";
   run(Command::renameTrack);
-  EXPECT_EQ(notice(), "The track is called Home now.");
+  EXPECT_EQ(notice(), "Track renamed to Home.");
   world.window.chosenFile = world.folder / "tracks.xml";
   world.window.chosenRow = 1;
   run(Command::openTrack);
