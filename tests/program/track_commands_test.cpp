@@ -1,4 +1,4 @@
-// `vgps record` of a log.
+// `vgps record` with a log.
 #include <algorithm>
 #include <filesystem>
 

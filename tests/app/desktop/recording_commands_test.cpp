@@ -68,7 +68,7 @@ TEST_F(RecordingCommands, ATripFromStartToEnd) {
   EXPECT_FALSE(hasJournal()) << "the points are safe";
 }
 
-// Only once, and the defaults of the settings stay what they are.
+// Asked only once; the default settings stay the same.
 TEST_F(RecordingCommands, TheFirstOneEverAsksWhatIsRecorded) {
   world.load("");
   bool confirms = false;
@@ -351,7 +351,7 @@ TEST_F(RecordingCommands, ASavedTrackIsNotContinuedUnasked) {
     run(kStart);
     world.receiveFix();
     run(kEnd);
-    app.recorder.track.points.resize(3);  // as one that was opened
+    app.recorder.track.points.resize(3);  // like an opened track
     app.recorder.track.name = "Opened";
     world.window.wanted = adds ? "&Add to this one" : "";
     run(kStart);
