@@ -26,7 +26,7 @@ inline constexpr const char* kTrackLibraryName = "tracks.xml";
 // settings' folder unless absolute; by default kTrackLibraryName there.
 std::string trackLibraryPath(std::string_view setting, const std::string& settingsFolder);
 
-// The attributes that a track file needs for these points: those that are not zero in all of them.
+// The attributes that a track file needs for these points; one that is always zero is omitted.
 RecordingOptions attributesIn(const Track& track);
 // The folder of its files: the library's own, or the one that contains the document.
 std::string trackFolder(std::string_view setting, const std::string& settingsFolder);
