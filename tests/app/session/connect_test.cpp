@@ -93,7 +93,7 @@ TEST(Connect, TheSearchIsOfferedWithTheReason) {
   checkConnection(world.app);
   checkConnection(world.app);
   ASSERT_EQ(world.window.errors.size(), 2U) << "asked once";
-  EXPECT_TRUE(world.window.errors[1].starts_with("COM3 sends data, but not NMEA."));
+  EXPECT_TRUE(world.window.errors[1].starts_with("COM3 is sending data, but not NMEA."));
   line.unplug();
   EXPECT_TRUE(stopReceiver(world.app));
 }
