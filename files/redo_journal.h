@@ -15,12 +15,12 @@ class RedoJournal {
  public:
   explicit RedoJournal(const std::string& file, const ExclusiveOpener& open = openExclusive);
 
-  enum class Keeping {
+  enum class SaveResult {
     kept,        // flushed to disk
     impossible,  // the folder does not accept new files
     failed,      // the disk is full or faulty; nothing was saved
   };
-  Keeping keep(std::string_view text);
+  SaveResult keep(std::string_view text);
 
   // Returns the text of an interrupted save. A truncated journal is deleted: the file itself had
   // not been touched yet.

@@ -10,13 +10,13 @@
 // 87 (2013), accurate to nanometers. Altitudes are ignored.
 namespace vgps {
 
-double geodesicKilometres(const Position& from, const Position& to);
+double geodesicKilometers(const Position& from, const Position& to);
 
 // The initial course at `from`, degrees true, 0 <= course < 360; 0 if both positions are the same.
 double geodesicBearing(const Position& from, const Position& to);
 
-// The position reached after `kilometres` on that course. The altitude stays the same.
-Position geodesicDestination(const Position& from, double bearingDegrees, double kilometres);
+// The position reached after `kilometers` on that course. The altitude stays the same.
+Position geodesicDestination(const Position& from, double bearingDegrees, double kilometers);
 
 // The area inside a closed track, always the smaller part of the earth; the last point is joined to
 // the first. The square degrees are those of `enclosedArea`. 0 for fewer than three points.

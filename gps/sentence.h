@@ -53,11 +53,11 @@ struct SentenceName {
 
   // "$P" starts a manufacturer's own sentence, whatever letters follow. Only "PQ" is also the
   // talker of BeiDou, in standard sentences.
-  bool isMakersOwn() const {
+  bool isProprietary() const {
     return (talker & 0xFF) == 'P' && (talker != kBeiDouPq || type == SentenceType::other);
   }
   // "$G" marks a sentence from a satellite receiver.
-  bool isOfSatellites() const { return (talker & 0xFF) == 'G'; }
+  bool isFromGnss() const { return (talker & 0xFF) == 'G'; }
   bool isPosition() const { return type == SentenceType::rmc || type == SentenceType::gga; }
 };
 

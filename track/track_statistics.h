@@ -47,7 +47,7 @@ class TrackSums {
   double add(const TrackPoint& point);
 
   size_t points() const { return points_; }
-  double kilometres() const { return kilometres_; }
+  double kilometers() const { return kilometers_; }
   std::optional<TrackBounds> bounds() const;  // empty without points
   std::optional<TrackTimes> times() const;    // empty without two points with a time
   // Of the first point with a time; year 0 if there is none.
@@ -59,7 +59,7 @@ class TrackSums {
 
   Measure measure_;
   size_t points_ = 0;
-  double kilometres_ = 0;
+  double kilometers_ = 0;
   double longitude_ = 0, latitude_ = 0;  // of the last point
   double turns_ = 0;  // degrees; keeps longitudes continuous across the 180th meridian
   double west_ = 0, south_ = 0, east_ = 0, north_ = 0;
@@ -84,7 +84,7 @@ struct TrackStatistics {
   double highest = 0;  // meters
   double lowest = 0;
   size_t knownAltitudes = 0;  // points with a known altitude; only those count for all values here
-  double greatestKmh = 0;     // from the speeds reported by the receiver
+  double maxKmh = 0;          // from the speeds reported by the receiver
 
   // km/h over the total time and over the moving time; 0 without times.
   double averageKmh() const;

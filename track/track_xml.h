@@ -29,7 +29,7 @@
 namespace vgps {
 
 // Larger numbers are written as 0 and read as damage: no real value of a track comes close.
-inline constexpr double kGreatestNumber = 1e9;
+inline constexpr double kMaxNumber = 1e9;
 
 // The track's name in a library: its own, or "Track %u" if it has none.
 std::string libraryName(const Track& track, uint32_t number);

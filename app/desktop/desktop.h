@@ -61,7 +61,7 @@ struct Desktop : AppState {
 
   DesktopWindow& window;           // the same object as platform.window
   bool commandFromHotKey = false;  // while such a command is running
-  ColourScheme startScheme = ColourScheme::day;
+  ColorScheme startScheme = ColorScheme::day;
   uint32_t tapPoint = 0;  // of a pending tap, packed as in `DesktopWindow::postTap`
 };
 

@@ -17,6 +17,6 @@ bool refreshDisplays(AppState& app);
 
 // Notes which values the line reported, and when. Values of a fix count only while there is a fix;
 // the clock and the satellites do not depend on one.
-void noteArrivals(UiFix& shown, std::string_view line, uint32_t said, uint32_t tick);
+void noteReceived(UiFix& shown, std::string_view line, uint32_t said, uint32_t tick);
 
 }  // namespace vgps

@@ -28,7 +28,7 @@ SettingsFile::Reading SettingsFile::readBytes(std::string& bytes) const {
 }
 
 // Retries, because another program may be using the file for a moment.
-SettingsFile::Reading SettingsFile::readSoon(std::string& bytes) const {
+SettingsFile::Reading SettingsFile::readWithRetry(std::string& bytes) const {
   Reading reading = Reading::unreadable;
   retry(kTries, kPause, [&] { return (reading = readBytes(bytes)) != Reading::unreadable; });
   return reading;
@@ -61,11 +61,11 @@ SettingsFile::Reading SettingsFile::read(std::string& bytes) {
 bool SettingsFile::write(XmlDocument& document, std::string& text) {
   std::string old;
   if (!finishInterrupted(old)) return false;
-  const Reading before = readSoon(old);
+  const Reading before = readWithRetry(old);
   if (before == Reading::unreadable || document.saveText(text) == 0) return false;
   RedoJournal journal(path_, disk_.open);
   // In a folder that does not accept new files, overwriting in place is the only option.
-  if (journal.keep(text) == RedoJournal::Keeping::failed) return false;
+  if (journal.keep(text) == RedoJournal::SaveResult::failed) return false;
   const bool saved =
       document.Save(path_) != 0 && retry(kTries, kPause, [&] { return flushFile(path_); });
   // If the disk fails halfway, the old text is restored.
