@@ -32,32 +32,32 @@ struct DateTime {
 // 23:59:59.
 bool isCalendarTime(const DateTime& time);
 
-// Seconds since 1970-01-01 00:00:00 of the same clock; milliseconds are left out. Only of a time
-// that a clock shows.
+// Seconds since 1970-01-01 00:00:00 on the same clock, without the milliseconds. Requires a valid
+// time.
 int64_t secondsOf(const DateTime& time);
-// The reverse, for the years 1 to 9999; any other is the DateTime of zeroes.
+// The reverse, for the years 1 to 9999; returns an all-zero DateTime for anything else.
 DateTime dateTimeOf(int64_t seconds);
 
-// Moved by so many minutes, over the ends of days and years. A time that no clock shows stays.
+// Adds minutes, across days and years. An invalid time is returned unchanged.
 DateTime plusMinutes(const DateTime& time, int64_t minutes);
 
-// Reads a text of this form, in which Y, M, D, h, m and s stand for one digit each of year, month,
-// day, hour, minute and second, and every other character for itself. False when it does not fit;
-// the numbers are not checked.
+// Reads `text` according to `form`, for example "YYYY-MM-DD hh:mm:ss": Y, M, D, h, m, and s each
+// stand for one digit, any other character for itself. Returns false if the text does not match.
+// The values are not range-checked.
 bool readDateTime(std::string_view text, std::string_view form, DateTime& out);
 
-// Milliseconds of the calendar since the start of 1970, without time zones or leap seconds; none
-// for what is not a day of the calendar.
+// Milliseconds since the start of 1970 by the calendar, ignoring time zones and leap seconds; none
+// if the date is invalid.
 std::optional<int64_t> millisecondsOf(const DateTime& time);
 
-// A moment in UTC, milliseconds since 1970, as ISO 8601 has it: "2010-07-05T07:03:04Z", with
-// milliseconds ("07:03:04.250Z") where it has some.
+// A UTC time in milliseconds since 1970 in ISO 8601 format: "2010-07-05T07:03:04Z", with
+// milliseconds ("07:03:04.250Z") if there are any.
 std::string isoUtcText(int64_t milliseconds);
-// False, and nothing changed, for every other form.
+// Returns false, with nothing changed, for any other format.
 bool readIsoUtc(std::string_view text, int64_t& milliseconds);
 
-// The time of day of `time` moved by -`offsetMinutes`, in hour and minute only, modulo 24 hours.
-// UTC minus the UTC offset of a place (minutes, negative east of Greenwich) is its local time.
+// Subtracts `offsetMinutes` from the time of day, modulo 24 hours; the date stays the same. With
+// UTC and a UTC offset (minutes, negative east of Greenwich) the result is the local time.
 DateTime timeOfDayMinusMinutes(const DateTime& time, int32_t offsetMinutes);
 
 }  // namespace vgps

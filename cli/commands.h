@@ -8,8 +8,8 @@
 
 #include "gps/talkers.h"
 
-// The commands of `vgps`, one file each, and what the command line says to them. A command returns
-// the exit status: also 1 when a monitor heard nothing, no port has a receiver, or a log is none.
+// The commands of `vgps`, one file each, with their options. A command returns the exit status; it
+// is also 1 if a monitor received nothing, no port has a receiver, or a log is not one.
 namespace vgps {
 
 struct MonitorOptions {
@@ -18,8 +18,8 @@ struct MonitorOptions {
   bool simulate = false;
   std::string logPath;  // empty: no log
   bool json = false;
-  bool all = false;    // with what only the program itself works with
-  double seconds = 0;  // 0: until it is stopped
+  bool all = false;    // including internal values
+  double seconds = 0;  // 0: until stopped
 };
 int runMonitor(const MonitorOptions& options);
 
@@ -35,7 +35,7 @@ int runReplay(const ReplayOptions& options);
 struct PortsOptions {
   std::vector<std::string> ports;  // empty: all ports of the system
   uint32_t speed = 9600;
-  bool search = false;  // at all usual speeds instead of this one
+  bool search = false;  // try all common baud rates instead of this one
   bool json = false;
 };
 int runPorts(const PortsOptions& options);
@@ -54,19 +54,20 @@ std::vector<std::string> withValueMarked(std::vector<std::string> words);
 
 struct XmlOptions {
   std::string file;
-  std::string output;    // empty: nothing is written
-  bool lenient = false;  // as other programs write
+  std::string output;    // empty: do not write
+  bool lenient = false;  // by the rules of XML, for other programs' files
 };
 int runXml(const XmlOptions& options);
 
-// Fixes of a log, or of a receiver as they come, through the recording filter into a track file.
+// Records the fixes of a log, or live from a receiver, through the recording filter into a track
+// file.
 struct RecordOptions {
   std::string log;  // empty: live
   std::string port;
   uint32_t speed = 9600;
   bool simulate = false;
-  double seconds = 0;                                   // live; 0: until it is stopped
-  std::optional<TalkerSetting> talkers = std::nullopt;  // none: as the settings say
+  double seconds = 0;                                   // live only; 0: until stopped
+  std::optional<TalkerSetting> talkers = std::nullopt;  // none: from the settings
   std::string output;
   std::string settings;  // empty: default settings
   int32_t utcOffsetMinutes = 0;
@@ -90,8 +91,8 @@ int runConvert(const ConvertCommandOptions& options);
 
 struct InfoOptions {
   std::string file;
-  std::string track;      // of a library: the number, from 1, or name of one; empty: all
-  int32_t speedUnit = 0;  // SpeedUnit of the file's speeds
+  std::string track;      // number (from 1) or name of a track in a library; empty: all
+  int32_t speedUnit = 0;  // SpeedUnit of the speeds in the file
   bool asRecorded = false;
   bool json = false;
 };
@@ -120,8 +121,8 @@ struct GeoOptions {
   int digits = 0;                      // digits of each number of a grid reference
   int pairs = 0;                       // character pairs in a locator
   double course = 0;                   // degrees true
-  double way = 0;                      // in the unit
-  bool asRecorded = false;             // on the sphere on which tracks are recorded
+  double way = 0;                      // distance, in `unit`
+  bool asRecorded = false;             // measure on the sphere, as when recording
   bool json = false;
 };
 int runGeo(const GeoOptions& options);
@@ -129,11 +130,11 @@ int runGeo(const GeoOptions& options);
 struct RecoverOptions {
   enum class Action { tell, continueRecording, save, discard };
   Action action = Action::tell;
-  std::string journal;     // of `record`, in place of the program's; empty: that
-  bool discarded = false;  // works on the recently discarded ones
-  uint32_t number = 0;     // of those; 0: all
-  std::string file;        // empty: vgps.xml beside the program
-  // Of continueRecording:
+  std::string journal;     // journal of `record`; empty: the program's journal
+  bool discarded = false;  // use the recently discarded recordings
+  uint32_t number = 0;     // of the discarded recording; 0: all
+  std::string file;        // empty: vgps.xml in the program's folder
+  // For continueRecording:
   std::string port;
   uint32_t speed = 9600;
   bool simulate = false;

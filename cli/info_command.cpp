@@ -121,12 +121,12 @@ bool refuse(const std::string& why) {
   return false;
 }
 
-// Whether `wanted` names the track by its number, from 1, or by its name.
+// Whether `wanted` is the number (from 1) or the name of the track.
 bool isWanted(const std::string& wanted, size_t number, const std::string& name) {
   return wanted.empty() || wanted == name || wanted == std::to_string(number);
 }
 
-// The tracks of a library document that are wanted. Nothing is written beside it.
+// The requested tracks of a library document. Writes no files.
 bool readLibrary(const InfoOptions& options, std::vector<Track>& tracks) {
   InputFile file(options.file);
   const DocumentLayout layout = readLayout(file.source());

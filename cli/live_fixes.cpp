@@ -52,12 +52,12 @@ class LiveFixes {
     }
   }
 
-  // The last fix may still have been waiting for a sentence.
+  // The last fix may still be waiting for a sentence.
   void finish() {
     for (const FixRecord& fix : app_.epochs.takeWaiting()) take_(fix);
   }
 
-  // False: a reader still lives, and this must not be destroyed.
+  // Returns false if a reader is still running; then this object must not be destroyed.
   bool stop() {
     take_ = [](const FixRecord&) {};
     mailbox_->close();
@@ -102,7 +102,7 @@ void readLiveFixes(const LiveSource& source, const std::function<void(const FixR
   auto live = std::make_unique<LiveFixes>(source, mailbox, take, tell);
   live->run();
   live->finish();
-  // What a reader could still touch must outlive it.
+  // If a reader is still running, this must not be destroyed.
   if (!live->stop()) (void)live.release();
 }
 

@@ -15,9 +15,9 @@ struct LiveSource {
   std::string port;
   uint32_t speed = 9600;
   bool simulate = false;
-  double seconds = 0;                  // 0: until the user stops it
-  const Settings* settings = nullptr;  // of the receiver's side; null: the defaults
-  std::optional<TalkerSetting> talkers = std::nullopt;  // in place of the settings'
+  double seconds = 0;                                   // 0: until the user stops it
+  const Settings* settings = nullptr;                   // for the receiver; null: the defaults
+  std::optional<TalkerSetting> talkers = std::nullopt;  // overrides the settings
 };
 
 // Reads a receiver or the simulation until the user stops it or the time is up. Calls `take` with

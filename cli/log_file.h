@@ -9,7 +9,7 @@
 
 namespace vgps {
 
-// A log on the disk, or standard input for "-", read once from its start to its end.
+// A log file, or standard input for "-", read once from start to end.
 class LogFile {
  public:
   explicit LogFile(const std::string& path);
@@ -33,8 +33,8 @@ class LogFile {
   LogReader reader_;
 };
 
-// A first look through the log. Of what cannot be read twice (standard input, a pipe, a device)
-// there is none.
+// Reads ahead in the log. Returns nothing for input that cannot be read twice (standard input, a
+// pipe, a device).
 std::optional<LogSurvey> surveyLogFile(const std::string& path, bool untilDate);
 
 }  // namespace vgps

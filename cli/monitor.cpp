@@ -93,7 +93,7 @@ class Monitor {
   uint32_t dueTick_ = 0;  // when the state is shown next
   uint32_t shownTick_ = 0;
   bool changed_ = false;
-  bool heard_ = false;  // a line or message has come, of any connection
+  bool heard_ = false;  // a line or message was received, on any connection
   int blockRows_ = 0;
   std::string toldStatus_;
 };
@@ -181,7 +181,7 @@ void Monitor::tellStatus() {
     fail(window_.message);
     window_.message.clear();
   }
-  // The block has a row for it.
+  // The block has a row for this.
   const std::string news = newsOfLines(app_.shown.stats, app_.linesTold);
   if (output_ != Output::block && !news.empty()) warn(news);
   if (output_ != Output::json || status_.line == MonitorStatus::Line::open) {
@@ -254,7 +254,7 @@ int runMonitor(const MonitorOptions& options) {
   auto monitor = std::make_unique<Monitor>(options, mailbox);
   monitor->run();
   const bool heard = monitor->heard();
-  // What a reader could still touch must outlive it.
+  // If a reader is still running, the monitor must not be destroyed.
   if (!monitor->stop()) (void)monitor.release();
   const int written = finishOutput();
   return heard || options.simulate ? written

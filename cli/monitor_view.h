@@ -24,7 +24,7 @@ struct MonitorStatus {
   bool noiseSeen = false;  // recently received bytes that were not lines
   bool fixSeen = false;    // since it was opened
   uint32_t fixAgeMs = 0;   // since the last sentence with a fix
-  int32_t quality = 0;     // of the fix, as a GGA gave it lately; 0: none did
+  int32_t quality = 0;     // of the fix, from a recent GGA; 0: none
 };
 
 // The line status for a link. A silent link counts as open.
@@ -34,11 +34,11 @@ MonitorStatus::Line lineOf(const Link& link);
 // gone, no data for some time, no fix, or a fix and its age.
 std::string statusText(const MonitorStatus& status, const UiFix& shown);
 
-// The same in a word for programs: "notConnected", "unplugged", "silent", "waiting", "noFix",
+// The same as one word, for programs: "notConnected", "unplugged", "silent", "waiting", "noFix",
 // "fix".
 const char* linkName(const MonitorStatus& status, const UiFix& shown);
 
-// One line for a log or a pipe: the status, and the fix when there is one.
+// One line for a log or a pipe: the status and, if there is one, the fix.
 std::string monitorLine(const MonitorStatus& status, const UiFix& shown);
 
 // A block of text that a terminal updates in place: moves up by `previousRows` rows, overwrites

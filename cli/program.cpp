@@ -46,8 +46,8 @@ void addReplay(CLI::App& program, Chosen& chosen) {
                              "and print the final state.");
   command
       ->add_option("FILE", options->path,
-                   "Log file to read; - for standard input, which cannot be looked through first: "
-                   "talkers other than GP are then used after three seconds, as live")
+                   "Log file to read, or - for standard input; then talkers other than GP are only "
+                   "used after three seconds, as with a live receiver")
       ->required()
       ->option_text(" ");
   command->add_flag("--json", options->json, "Print the state as one JSON object");
@@ -122,7 +122,7 @@ void addXml(CLI::App& program, Chosen& chosen) {
       ->check(nonEmptyName())
       ->option_text("OUT");
   command->add_flag("--lenient", options->lenient,
-                    "Read what other programs write: values in single quotes, line breaks inside "
+                    "Accept other programs' files: values in single quotes, line breaks inside "
                     "tags, entities of the document type");
   command->callback([options, &chosen] { chosen = [options] { return runXml(*options); }; });
 }

@@ -37,8 +37,7 @@ class LineHooks : public GpsHooks {
   }
 };
 
-// The track goes into a separate file, without a question; the journal, where there is one, is
-// beside it.
+// Saves the track to a separate file, without asking. The journal, if any, is next to it.
 class FileHooks : public RecorderHooks {
  public:
   explicit FileHooks(std::string path, std::string journal = {})
@@ -120,7 +119,7 @@ std::string countText(size_t count, const std::string& what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : plural);
 }
 
-// Shows on a terminal how the recording goes, each second in the same line.
+// On a terminal, shows the progress of the recording every second in the same line.
 class ProgressLine {
  public:
   void show(const Recorder& recorder) {
@@ -167,7 +166,8 @@ int recordLog(const RecordOptions& options, const Settings& settings) {
   return tellRecorded(options, recorder->points(), recorder->fixes());
 }
 
-// Records into the journal beside the track until it is stopped; then the track is written.
+// Records to the journal next to the track until stopped, then writes the track. Returns false
+// after one line on standard error.
 int recordLive(const RecordOptions& options, const Settings& settings) {
   const std::string journal = options.output + ".journal";
   for (const std::string& left : existingJournals(journal)) {
@@ -202,7 +202,7 @@ int recordLive(const RecordOptions& options, const Settings& settings) {
   if (points == 0) {
     recorder.discardTrack();
     const std::string source = options.simulate ? "the simulation" : options.port;
-    return fail(nothingRecorded(source, "no fix came from " + source, fixes));
+    return fail(nothingRecorded(source, "no fix received from " + source, fixes));
   }
   if (keeping.outcome != SaveResult::Outcome::saved) {
     recorder.closeJournal();
@@ -246,7 +246,7 @@ std::string trackFromLog(const std::string& path, bool allPoints, Track& track) 
 
 int runRecord(const RecordOptions& options) {
   if (options.log.empty() && options.port.empty() && !options.simulate) {
-    return fail("nothing to record: give --port DEV, --simulate, or --replay LOG");
+    return fail("nothing to record: specify --port DEV, --simulate, or --replay LOG");
   }
   if (!options.log.empty() && isSameFile(options.output, options.log)) {
     return fail("the track file must not overwrite the log");

@@ -45,7 +45,7 @@ void say(const std::string& text) { std::printf("%s\n", text.c_str()); }
 // The folder with the settings, the journals, and the library, and the recorder that uses them.
 class Place : public RecorderHooks {
  public:
-  // Unreadable settings count as default ones: the recording matters more.
+  // If the settings are unreadable, the defaults are used: the recording matters more.
   Place(const std::string& file, const std::string& journal) {
     std::string path = file.empty() ? programFolder() : file;
     if (isFolder(path)) path = pathIn(path, "vgps.xml");
@@ -266,7 +266,7 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
       ->option_text("FILE");
   command
       ->add_option("--journal", options->journal,
-                   "Recording of vgps record that was cut short: TRACK.journal")
+                   "Interrupted recording of vgps record: TRACK.journal")
       ->check(nonEmptyName())
       ->option_text("JOURNAL");
   const auto action = [options](RecoverAction wanted) {
@@ -284,7 +284,7 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
   CLI::Option* const discarded = command->add_flag(
       "--discarded", options->discarded,
       "List the recently discarded recordings instead; with --save or --discard, all of them, or "
-      "the one that --number names");
+      "the one selected with --number");
   discarded->excludes(continueOption);
   command->add_option("--number", options->number, "Number of a discarded recording in the list")
       ->needs(discarded)

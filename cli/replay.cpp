@@ -41,7 +41,7 @@ class Replay {
     onUiMessage(app_, {.event = UiEvent::repaint});  // copies the fix
   }
 
-  // Whether anything in it came from a receiver.
+  // Whether anything in the log came from a receiver.
   bool wasLog() const { return app_.gps.stats.total() + app_.gps.stats.binary > 0; }
 
   void print() const {

@@ -76,7 +76,7 @@ Json viewJson(const std::vector<ViewedSatellite>& satellites) {
   return view;
 }
 
-// What a user of the fix has no use for.
+// Internal values, of no use to users of the fix.
 constexpr std::array<const char*, 8> kInternals = {"speedSpare",   "lastSentenceKind", "portPath",
                                                    "baudRate",     "simulate",         "useGpsApi",
                                                    "useSensorApi", "running"};

@@ -129,7 +129,7 @@ std::vector<TextRow> stateRows(const UiFix& shown, uint32_t now) {
   if (stats.strayStarts > 0) {
     rows.push_back({"Stray start", std::to_string(stats.strayStarts) +
                                        (stats.strayStarts == 1 ? " sentence" : " sentences") +
-                                       " with characters in front"});
+                                       " repaired"});
   }
   if (const std::string leftOut = leftOutText(stats); !leftOut.empty()) {
     rows.push_back({"Left out", leftOut});

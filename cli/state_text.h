@@ -19,11 +19,11 @@ std::string positionText(const FixRecord& fix);
 inline constexpr const char* kUnknown = "--";
 inline std::string orDashes(bool known, std::string text) { return known ? text : kUnknown; }
 
-// "2024-03-23 12:35:19.500", without the date while none has come.
+// "2024-03-23 12:35:19.500", without the date if none has been received.
 std::string timeText(const DateTime& time);
 
-// Fix, satellites and what came down the line; dashes for what was never said. `now` is the clock's
-// tick.
+// Rows about the fix, the satellites, and the received sentences; dashes for values that were never
+// reported. `now` is the clock's tick.
 std::vector<TextRow> stateRows(const UiFix& shown, uint32_t now);
 
 }  // namespace vgps

@@ -105,8 +105,7 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
   CLI::App* const command = program.add_subcommand(
       "record",
       "Record a track from a receiver until Ctrl+C, or from a log. The fixes pass through the "
-      "recording filter. What a receiver sends is on disk within seconds, in TRACK.journal, which "
-      "is "
+      "recording filter. Live points are on disk within seconds, in TRACK.journal, which is "
       "deleted when the track is written. With --replay, point times come from the UTC in the log, "
       "not from the computer's clock.");
   CLI::Option* const replay =
@@ -134,8 +133,8 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
       ->add_option_function<int>(
           "--talkers",
           [options](int value) { options->talkers = static_cast<TalkerSetting>(value); },
-          "Use RMC, GGA, and GSA from talkers other than GP: auto (only when GP is silent), "
-          "always, or never (default: as the settings say)")
+          "Use RMC, GGA, and GSA from talkers other than GP: auto (each kind that GP does not "
+          "send, or sends without a fix), always, or never (default: from the settings)")
       ->transform(oneOf({{"auto", 0}, {"always", 1}, {"never", 2}}))
       ->option_text("auto|always|never");
   command
@@ -162,11 +161,11 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
 
 void addInfoCommand(CLI::App& program, Chosen& chosen) {
   const auto options = std::make_shared<InfoOptions>();
-  CLI::App* const command =
-      program.add_subcommand("info",
-                             "Summarize a track file: points, length, duration, moving and stopped "
-                             "time, altitudes, bounds, speeds. Of a track library, every track, or "
-                             "the one that --track names.");
+  CLI::App* const command = program.add_subcommand(
+      "info",
+      "Summarize a track file: points, length, duration, moving and stopped "
+      "time, altitudes, bounds, speeds. For a track library: of every track, "
+      "or of the one selected with --track.");
   command->footer(
       "Time between two points counts as stopped when the speed between them is below 1 km/h. A "
       "climb or descent counts only after the altitude has reversed by more than 5 m, so that "
@@ -175,7 +174,7 @@ void addInfoCommand(CLI::App& program, Chosen& chosen) {
       ->required()
       ->check(nonEmptyName())
       ->option_text(" ");
-  command->add_option("--track", options->track, "Number or name of one track of a library")
+  command->add_option("--track", options->track, "Number or name of one track in a library")
       ->check(nonEmptyName())
       ->option_text("N|NAME");
   command
@@ -188,7 +187,7 @@ void addInfoCommand(CLI::App& program, Chosen& chosen) {
                     "ellipsoid)");
   command->add_flag(
       "--json", options->json,
-      "Print one JSON object, or an array for all tracks of a library; unknown values are "
+      "Print one JSON object, or an array for all tracks in a library; unknown values are "
       "null");
   command->callback([options, &chosen] { chosen = [options] { return runInfo(*options); }; });
 }

@@ -25,7 +25,8 @@ std::string complaint(const std::string& file, const XmlLoadResult& result) {
   return {};
 }
 
-// A pipe or a device is written into; a file gets the whole document or stays as it was.
+// Pipes and devices are written to directly; a file is either replaced completely or left
+// unchanged.
 int saveAs(XmlDocument& document, const std::string& path) {
   if (fileExists(path) && fileKind(path) == FileKind::other && !isFolder(path)) {
     return document.Save(path) != 0 ? 0 : fail("cannot write " + path);
@@ -37,7 +38,7 @@ int saveAs(XmlDocument& document, const std::string& path) {
   return fail("cannot write " + path + file.reason());
 }
 
-// A file of another program, by the rules of XML instead of those of this program's own files.
+// Reads another program's file by the rules of XML instead of those for this program's own files.
 int loadLeniently(const std::string& file, XmlDocument& document, XmlLoadResult& result) {
   std::string bytes;
   if (!readWholeFile(file, bytes)) {
@@ -45,12 +46,12 @@ int loadLeniently(const std::string& file, XmlDocument& document, XmlLoadResult&
   }
   if (isBinary(bytes)) return fail(file + " is a binary file, not text");
   std::string text;
-  if (!expandEntities(bytes, text)) return fail(file + ": its entities expand without end");
+  if (!expandEntities(bytes, text)) return fail(file + ": its entities expand without limit");
   result = document.Load(text, XmlLoadMode::text, {.lenient = true});
   return 0;
 }
 
-// Tells when what was read is not what the file's author meant.
+// Warns if the file was read differently from what its author meant.
 void warnOfChanges(const XmlOptions& options, const XmlDocument& document) {
   const std::string advice = options.lenient ? "" : "; try --lenient";
   const std::string fault = whyNotWellFormed(document);

@@ -1,5 +1,5 @@
-# embed(ROOM NAME FILE): the bytes of a file become `const std::string_view NAME` in the room's
-# library; a header of the room declares it.
+# embed(ROOM NAME FILE): embeds a file in the room's library as `const std::string_view NAME`, which a
+# header of the room declares.
 function(embed room name file)
   set(source ${CMAKE_BINARY_DIR}/embedded/${name}.cpp)
   set_property(DIRECTORY ${CMAKE_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS

@@ -1,5 +1,5 @@
-# The library `geodesic`: GeographicLib's geodesics on the ellipsoid. Here it is linked statically,
-# so that the program needs nothing at run time; for Windows its five sources are built.
+# The library `geodesic`: GeographicLib's geodesics on the ellipsoid. It is linked statically,
+# so that the program needs nothing at run time; for Windows its five sources are compiled.
 if(NOT WIN32)
   find_path(GEODESIC_INCLUDE GeographicLib/PolygonArea.hpp)
   find_library(GEODESIC_LIBRARY NAMES libGeographicLib.a)
@@ -27,7 +27,7 @@ file(CONFIGURE OUTPUT ${G}/include/GeographicLib/Config.h CONTENT
 #define GEOGRAPHICLIB_PRECISION 2
 #define GEOGRAPHICLIB_SHARED_LIB 0
 ")
-# Areas by other kinds of lines, which would need eight sources more.
+# Disables areas with other kinds of lines, which would need eight more sources.
 file(READ ${G}/src/PolygonArea.cpp text)
 string(REGEX REPLACE "template class [A-Z_]+ PolygonAreaT<(GeodesicExact|Rhumb)>;" "" text "${text}")
 file(CONFIGURE OUTPUT ${G}/PolygonArea.cpp CONTENT "${text}" @ONLY)

@@ -1,6 +1,6 @@
 #!/bin/sh
-# get-minizip.sh FOLDER: the sources of Debian's minizip package, with its patches, through the
-# package archive that this system is set up with. There is no package of it for cross builds.
+# get-minizip.sh FOLDER: gets the sources of Debian's minizip package, with its patches, from the
+# package archive configured on this system. There is no package for cross builds.
 set -eu
 [ -f "$1/zip.c" ] && exit 0
 work=$1.work

@@ -1,6 +1,6 @@
 #!/bin/sh
-# get-source.sh DEST PACKAGE: the sources of a Debian package, with its patches, through the system's
-# configured archive; for libraries that the system does not have built for Windows.
+# get-source.sh DEST PACKAGE: gets the sources of a Debian package, with its patches, from the package
+# archive configured on this system; for libraries without a package for Windows.
 set -eu
 [ -e "$1/.complete" ] && exit 0
 w=$1.work

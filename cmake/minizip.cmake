@@ -1,4 +1,4 @@
-# The ZIP container around zlib: the system's own, or for Windows built from the same sources.
+# The ZIP library on top of zlib: the system's own or, for Windows, built from the same sources.
 if(WIN32)
   enable_language(C)
   set(M ${CMAKE_BINARY_DIR}/minizip)

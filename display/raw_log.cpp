@@ -13,7 +13,7 @@ namespace vgps {
 namespace {
 
 constexpr double kMicrosOfAMs = 1000;
-// Pixels at 96 dots per inch. A larger window shows more rows, not larger ones.
+// Pixels at 96 dpi. A larger window shows more rows, not larger ones.
 constexpr float kRowText = 13;
 
 std::string delayText(const Scene& scene) {
@@ -22,7 +22,7 @@ std::string delayText(const Scene& scene) {
   return textWith(Text::displayDelay, fixedText(ms, 1));
 }
 
-// What is in view, and how to change that.
+// Describes the visible part and the keys that change it.
 std::string headline(const SceneRawLog& log) {
   std::string text;
   const auto add = [&](std::string_view part) {

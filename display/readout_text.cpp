@@ -36,8 +36,8 @@ std::string dateText(const DateTime& time) {
 
 std::string offsetText(int32_t utcOffsetMinutes) {
   constexpr int32_t kDay = 24 * 60;
-  constexpr int32_t kFarthest = 14 * 60;  // that any zone is ahead or behind
-  // Across the end of a month the days' numbers say nothing, and whole days too many come out.
+  constexpr int32_t kFarthest = 14 * 60;  // the largest UTC offset
+  // At the end of a month, the day numbers do not help; the result is off by whole days.
   int32_t ahead = -utcOffsetMinutes % kDay;
   if (ahead > kFarthest) ahead -= kDay;
   if (ahead < -kFarthest) ahead += kDay;

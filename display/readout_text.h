@@ -13,9 +13,9 @@ inline constexpr const char* kDashes = "--";
 struct ReadoutTexts {
   // "X: 11 31' 0.000''E", "Y: ..." and "Z: 545.00m"; or "no position" alone.
   std::array<std::string, 3> position;
-  std::string zone;      // of the grid, "32U"; empty in other formats
-  std::string quality;   // of the fix, in words
-  std::string accuracy;  // "± 4 m (estimate)", empty when unknown
+  std::string zone;      // UTM zone, "32U"; empty in other position formats
+  std::string quality;   // of the fix, such as "GPS fix"
+  std::string accuracy;  // "± 4 m est.", empty if unknown
 
   std::string speed;                       // in the chosen unit: "41.48 Km/H" or "-- Km/H"
   std::array<std::string, 3> otherSpeeds;  // the same in the other units

@@ -51,32 +51,32 @@ struct ValueAges {
   uint32_t dilution = 0;  // of precision (DOP values)
 };
 
-// What the program has counted since it started or the trip was reset.
+// Counters since the program started or the trip was reset.
 struct SceneStatistics {
   double totalSeconds = 0;
   double connectedSeconds = 0;
-  double recordingSeconds = 0;  // paused and playing count as well
-  double movingSeconds = 0;     // both while the receiver told a speed
+  double recordingSeconds = 0;  // including paused and playing
+  double movingSeconds = 0;     // both counted only while the receiver reports a speed
   double stoppedSeconds = 0;
-  double distance = 0;    // of the recording, in `distanceUnit`
-  double distance3d = 0;  // of all recordings, likewise
+  double distance = 0;    // of this recording, in `distanceUnit`
+  double distance3d = 0;  // of all recordings, in `distanceUnit`
   int32_t distanceUnit = 0;
 };
 
-// The part of the raw log that is in view.
+// The visible part of the raw log.
 struct SceneRawLog {
   struct Row {
     std::string time;
     std::string text;
   };
-  std::vector<Row> rows;  // the newest last
-  size_t kept = 0;        // rows in all
-  size_t matching = 0;    // that contain the filter
-  size_t newer = 0;       // of them, below the view
+  std::vector<Row> rows;  // newest last
+  size_t kept = 0;        // total rows
+  size_t matching = 0;    // rows that match the filter
+  size_t newer = 0;       // matching rows below the view
   std::string filter;
   bool paused = false;
 };
-inline constexpr size_t kMostRawLogRows = 300;  // more than fit on any screen
+inline constexpr size_t kMostRawLogRows = 300;  // more than fits on any screen
 
 // Everything a screen may draw: a snapshot, with no calls to the system. The same scene always
 // produces the same image.
@@ -91,8 +91,8 @@ struct Scene {
 
   double accuracy = 0;  // of the position, meters, an estimate; 0: unknown
 
-  bool newMaxSpeed = false;     // has just been reached
-  bool newMaxAltitude = false;  // likewise
+  bool newMaxSpeed = false;     // set when it was just exceeded
+  bool newMaxAltitude = false;  // set when it was just exceeded
 
   int32_t speedUnit = 0;
   int32_t altitudeUnit = 0;
@@ -101,25 +101,25 @@ struct Scene {
   int32_t utmEllipsoid = 0;      // for UTM positions
 
   ReceiverState state = ReceiverState::notConnected;
-  std::string source;     // "COM3, 9600 baud", "Simulation"; empty when none was chosen
-  std::string notice;     // one line for the user, mostly empty
-  std::string message;    // what came in no sentence: of binary input, of a sensor; mostly empty
-  bool logging = false;   // what is received is written to a file
-  uint64_t logBytes = 0;  // that it has
-  bool fixSeen = false;   // a sentence with a fix has come since the connection was opened
-  uint32_t fixAgeMs = 0;  // since the last of them
+  std::string source;     // "COM3, 9600 baud", "Simulation"; empty if none was chosen
+  std::string notice;     // one line for the user, usually empty
+  std::string message;    // received from a binary protocol or a sensor; usually empty
+  bool logging = false;   // received data is being written to a file
+  uint64_t logBytes = 0;  // size of that file
+  bool fixSeen = false;   // a sentence with a fix was received since connecting
+  uint32_t fixAgeMs = 0;  // since the last such sentence
   ValueAges ages;
   double sentencesPerSecond = 0;
 
   int32_t trackState = 0;  // 0 idle, 1 recording, 2 paused, 3 playing
   size_t trackPoints = 0;
   std::string trackLength;   // "4.56 Km"
-  std::string trackWaiting;  // why nothing is recorded; mostly empty
+  std::string trackWaiting;  // why nothing is being recorded; usually empty
 
   Screen screen = Screen::gps;
   SceneStatistics statistics;
   SceneRawLog rawLog;
-  uint64_t readoutDelayMicros = 0;  // from the last byte to the drawing; 0: not measured
+  uint64_t readoutDelayMicros = 0;  // from the last byte to drawing; 0: not measured
 
   Palette palette = dayPalette();
   float density = 1;     // of the screen: pixels per 1/96 inch

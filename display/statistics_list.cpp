@@ -21,7 +21,7 @@ std::string durationText(double seconds) {
   return hoursMinutesText(whole) + (ofMinute.size() < 2 ? ":0" : ":") + ofMinute;
 }
 
-// "01:20:07, 66.67%" of the time in which the receiver told a speed.
+// "01:20:07, 66.67%": a time and its share of the time in which the receiver reported a speed.
 std::string withShare(double seconds, double of) {
   const std::string time = durationText(seconds);
   return of > 0 ? time + ", " + shareText(100 * seconds / of) : time;

@@ -13,7 +13,7 @@ struct StatisticsRow {
   std::string value;
 };
 
-// Times as hours, minutes and seconds, the rest in the units that were chosen.
+// Times as hours, minutes, and seconds; everything else in the chosen units.
 std::vector<StatisticsRow> statisticsRows(const Scene& scene);
 
 void drawStatistics(Canvas& canvas, const Scene& scene);

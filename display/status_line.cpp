@@ -34,7 +34,7 @@ std::string recordingText(const Scene& scene) {
   return scene.trackWaiting.empty() ? text : text + ", " + scene.trackWaiting;
 }
 
-// "log 12.3 MB": it grows, by some 4 MB an hour at one fix a second.
+// "log 12.3 MB". At one fix per second, a log grows by about 4 MB an hour.
 std::string logText(const Scene& scene) {
   constexpr uint64_t kMegabyte = 1000 * 1000;
   if (!scene.logging) return {};

@@ -13,8 +13,8 @@ struct StatusTexts {
   std::string state;      // "3D fix", "no data", ...
   std::string age;        // "fix 3 s ago"; empty before the first fix
   std::string rate;       // "6.0 sentences/s"
-  std::string recording;  // "recording: 120 points, 4.56 Km"; empty while idle
-  std::string log;        // "log 1.2 MB"; empty while none is written
+  std::string recording;  // "recording: 120 points, 4.56 Km"; empty if idle
+  std::string log;        // "log 1.2 MB"; empty if none is being written
   std::string signal;     // "C/N0 max 46, mean 39, 8 used"; empty without signals
 };
 

@@ -6,8 +6,8 @@
 
 namespace vgps {
 
-// CRC-32 of the bytes (ISO-HDLC, as in ZIP and PNG), by which damage to a file is detected.
-// `before` is the CRC of the bytes in front of these, 0 if there are none.
+// CRC-32 of the bytes (ISO-HDLC, as in ZIP and PNG), used to detect damaged files. `before` is the
+// CRC of the preceding bytes, 0 if there are none.
 uint32_t crc32Of(std::span<const uint8_t> bytes, uint32_t before = 0);
 uint32_t crc32Of(std::string_view bytes, uint32_t before = 0);
 

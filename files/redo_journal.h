@@ -8,9 +8,9 @@
 
 namespace vgps {
 
-// The new text of a file that is overwritten in place, kept in "NAME.redo" beside it until the
-// writing is done. Whoever opens the file next finishes what a crash or a power cut interrupted.
-// Only for the holder of the file's lock.
+// Keeps the new text of a file that is overwritten in place in "NAME.redo" next to it until the
+// file is written. Whoever opens the file next completes a save that a crash or power failure
+// interrupted. Use this only while holding the file's lock.
 class RedoJournal {
  public:
   explicit RedoJournal(const std::string& file, const ExclusiveOpener& open = openExclusive);
@@ -22,11 +22,11 @@ class RedoJournal {
   };
   SaveResult keep(std::string_view text);
 
-  // The text of an interrupted save. A journal that is cut short says nothing about the file, which
-  // was not touched yet: it is removed.
+  // Returns the text of an interrupted save. A truncated journal is deleted: the file itself had
+  // not been touched yet.
   std::optional<std::string> interrupted();
 
-  // The file is whole, with its new text or its old one.
+  // Call this when the file is complete, with its new or old text.
   void remove();
 
  private:

@@ -13,7 +13,7 @@ namespace {
 
 constexpr size_t kBufferBytes = size_t{1} << 20;
 
-// With the separator behind it.
+// Includes the trailing separator.
 std::string folderOf(const std::string& path) {
   return path.substr(0, path.find_last_of("/\\") + 1);
 }
@@ -44,7 +44,7 @@ bool isNameBeside(std::string_view name) {
          name.find_first_not_of("0123456789abcdef") == std::string_view::npos;
 }
 
-// What is being written is locked, or a few seconds old.
+// Files that are being written are locked or a few seconds old.
 void removeLeftOvers(const std::string& path) {
   constexpr double kDay = 24 * 60 * 60;
   const std::string folder = folderOf(path);
@@ -140,7 +140,7 @@ bool OutputFile::flush() {
     fault_ = lastFileFault();
     good_ = false;
   }
-  if (good_) file_.reset();  // some systems do not rename what is open
+  if (good_) file_.reset();  // some systems cannot rename an open file
   return good_;
 }
 

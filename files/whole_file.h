@@ -23,7 +23,7 @@ class OutputFile {
   ~OutputFile();
 
   bool write(std::string_view bytes);
-  // Over bytes that were written, all of them; archives complete their headers so.
+  // Overwrites bytes that have already been written; archives complete their headers this way.
   bool writeOver(uint64_t offset, std::string_view bytes);
   uint64_t written() const { return written_; }
 
@@ -32,9 +32,10 @@ class OutputFile {
   // Renames the file to its target and replaces what is there. Returns false if nothing was
   // changed.
   bool finish();
-  // Why something failed: ": permission denied" behind "cannot write NAME"; may be empty.
+  // The reason of a failure, ": permission denied", to append to "cannot write NAME"; may be empty.
   std::string reason() const;
-  // Renames it to another name in the same folder unless that is taken; then it may be tried again.
+  // Renames it to another name in the same folder. If that name is taken, you can call this again
+  // with another one.
   RenameResult finishAs(const std::string& freePath);
 
  private:

@@ -12,10 +12,11 @@ namespace vgps {
 namespace {
 
 constexpr uLong kNamesAreUtf8 = 1U << 11;
-constexpr int kWindowBits = -MAX_WBITS;  // raw, as archives have it
+constexpr int kWindowBits = -MAX_WBITS;  // raw deflate, as in archives
 constexpr size_t kArchiveBlock = size_t{1} << 16;
 
-// The archive library writes one after the other, but goes back for the headers of its entries.
+// The archive library writes sequentially, except that it goes back to complete the headers of
+// entries.
 template <class Output>
 uLong writeOutput(voidpf, voidpf stream, const void* bytes, uLong size) {
   auto& out = *static_cast<Output*>(stream);
@@ -164,7 +165,7 @@ ByteSource ArchiveReader::source() {
   return [this](char* to, size_t size) { return read(to, size); };
 }
 
-// The size in the directory may lie.
+// The size in the directory may be wrong.
 size_t ArchiveReader::read(char* to, size_t size) {
   if (state_ != State::ready) return 0;
   const auto most = static_cast<unsigned>(std::min(size, kArchiveBlock));

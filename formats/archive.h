@@ -9,24 +9,24 @@
 #include "files/input_file.h"
 #include "files/whole_file.h"
 
-// ZIP archives, as KMZ files are.
+// ZIP archives; KMZ files are such archives.
 namespace vgps {
 
-// An entry that unpacks to more is refused: a few kilobytes can hold terabytes.
+// Larger unpacked entries are rejected: a few kilobytes can expand to terabytes.
 inline constexpr uint64_t kMostUnpacked = uint64_t{1} << 30;
 
-// Packs entries into a file that is being written. Names are UTF-8.
+// Adds compressed entries to a file that is being written. Names are UTF-8.
 class ArchiveWriter {
  public:
-  // `out` outlives it.
+  // `out` must outlive this object.
   explicit ArchiveWriter(OutputFile& out);
   ~ArchiveWriter();
   ArchiveWriter(const ArchiveWriter&) = delete;
   ArchiveWriter& operator=(const ArchiveWriter&) = delete;
 
-  // Deflated. False when the disk did not take it.
+  // Adds a deflated entry. Returns false if writing failed.
   bool add(const std::string& name, const ByteSource& bytes, const DateTime& local);
-  // The directory at the end; the file is the caller's to finish.
+  // Writes the directory at the end; the caller must finish the file.
   bool finish();
 
  private:
@@ -34,15 +34,15 @@ class ArchiveWriter {
   std::unique_ptr<Zip> zip_;
 };
 
-// Reads one entry of an archive. Nothing is ever unpacked to the disk, so the names in it lead
-// nowhere.
+// Reads one entry of an archive. Nothing is ever extracted to disk, so the names in the archive
+// cannot do any harm.
 class ArchiveReader {
  public:
   enum class State {
     ready,
     notOpened,  // no such file, or not an archive
     noEntry,
-    unreadable,  // damaged, encrypted or packed in another way
+    unreadable,  // damaged, encrypted, or an unsupported compression method
     tooLarge,    // more than kMostUnpacked
   };
 
@@ -51,9 +51,9 @@ class ArchiveReader {
   ArchiveReader(const ArchiveReader&) = delete;
   ArchiveReader& operator=(const ArchiveReader&) = delete;
 
-  // Opens the first entry whose name ends so, in letters of any case.
+  // Opens the first entry whose name has this ending, ignoring case.
   State openFirst(std::string_view ending);
-  // Of that entry. An end before the entry's is told by `state`.
+  // Reads from that entry. `state` tells if the data ended early.
   ByteSource source();
   State state() const { return state_; }
   const std::string& entryName() const { return name_; }

@@ -9,7 +9,7 @@
 namespace vgps {
 namespace {
 
-// Whether `text` begins with `word`, in letters of any case.
+// Whether `text` starts with `word`, ignoring case.
 bool beginsWith(std::string_view text, std::string_view word) {
   if (text.size() < word.size()) return false;
   for (size_t i = 0; i < word.size(); ++i) {
@@ -35,7 +35,7 @@ bool take(std::string_view& rest, std::string_view anyOf) {
   return true;
 }
 
-// "Z", "+02:00", "+0200" or nothing, in minutes.
+// "Z", "+02:00", "+0200", or nothing; returns minutes.
 bool readOffset(std::string_view rest, int32_t& minutes) {
   minutes = 0;
   if (rest.empty() || take(rest, "Zz")) return true;

@@ -19,7 +19,7 @@ constexpr const char* kIconPart = "vgpskmlicon.tmp";
 constexpr const char* kDocumentPart = "vgpskml.tmp";
 constexpr const char* kTracksFolder = "VGPS Tracks";
 
-// `write(xml)` says what became of it.
+// `write(xml)` returns the result.
 template <class Write>
 ExportResult writeXmlFile(const std::string& fileName, const ExportPlace& place, Write write) {
   OutputFile file(fileName, place.open);
@@ -51,7 +51,7 @@ bool isRefused(const TrackLibrary& tracks, ExchangeHooks& hooks) {
   return true;
 }
 
-// Each track of the library, loaded.
+// Loads each track of the library.
 ExportResult forEachTrack(TrackLibrary& tracks, ExchangeHooks& hooks,
                           const std::function<ExportResult(Track&)>& take) {
   const size_t count = tracks.tracks().size();
@@ -73,7 +73,7 @@ bool packAttachments(const Track& track, ArchiveWriter& archive, const DateTime&
   for (size_t i = 0; i < track.attachments.size(); ++i) {
     const std::string& path = track.attachments[i].path;
     InputFile file(path);
-    if (!file) continue;  // what is gone cannot be taken along
+    if (!file) continue;  // missing files cannot be included
     const std::string name = "ref" + std::to_string(i + 1) + "." + attachmentExtension(path);
     if (!archive.add(name, file.source(), local) || file.failed()) return false;
   }
@@ -121,7 +121,7 @@ ExportResult BackupTrackGpx(const Track& track, const std::string& fileName,
 ExportResult ExportAllGpx(const std::string& fileName, const WaypointLibrary& waypoints,
                           TrackLibrary& tracks, ExchangeHooks& hooks, const ExportPlace& place) {
   if (isRefused(tracks, hooks)) return ExportResult::refused;
-  // One answer for all of them, and one number.
+  // One question and one number for all of them.
   const bool asTrack = asTrackAsked(hooks);
   const int32_t offset = utcOffsetMinutes(place.clock);
   return writeGpxFile(fileName, place, [&](XmlText& xml) {
@@ -156,7 +156,7 @@ ExportResult ExportTrackKmz(const Track& track, const std::string& archiveName,
   const bool packed = packFile(archive, document, "doc.kml", local) &&
                       packFile(archive, icon, "icon1.png", local) &&
                       packAttachments(track, archive, local);
-  // Without an archive its parts stay, until the next export takes their names.
+  // If the archive fails, its parts stay until the next export overwrites them.
   if (!archive.finish() || !packed || !file.finish()) return ExportResult::notWritten;
   removeFile(icon);
   removeFile(document);

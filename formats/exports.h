@@ -11,47 +11,48 @@
 #include "platform/exclusive_file.h"
 #include "track/track.h"
 
-// Tracks and waypoints for other programs. Every file is written beside its place and then put
-// there: what was there before stays until the new one is whole.
+// Exports tracks and waypoints for other programs. Every file is written to a temporary file first,
+// so that an existing file stays until the new one is complete.
 namespace vgps {
 
 enum class Answer { yes, no, cancel };
 
-// How exports and imports speak to a person and use the system: a window, a terminal and a test
-// each fill in their own. By default every question is answered with no, and nothing is chosen.
+// How exports and imports talk to the user and the system: the window, the command line, and tests
+// each provide their own. By default, every question is answered with no, and nothing is chosen.
 class ExchangeHooks {
  public:
   virtual ~ExchangeHooks() = default;
   virtual Answer ask(const std::string& /*question*/, bool /*withCancel*/) { return Answer::no; }
-  // The places of the chosen names, ascending; `column` is the title of the list.
+  // Returns the indexes of the chosen names, ascending; `column` is the title of the list.
   virtual std::vector<size_t> choose(std::string_view /*caption*/, std::string_view /*column*/,
                                      const std::vector<std::string>& /*names*/) {
     return {};
   }
   virtual void tell(const std::string& /*message*/) {}
-  // With the program that the system has for it.
+  // Opens the file with the program that the system associates with it.
   virtual void openDocument(const std::string& /*path*/) {}
-  // What was read or written so far, of how much (bytes, tracks; 0 unknown). False: stop.
+  // The amount read or written so far and the total (bytes or tracks; 0: unknown). Returns false to
+  // stop.
   virtual bool progress(uint64_t /*done*/, uint64_t /*total*/) { return true; }
 };
 
 enum class ExportResult {
   done,
-  refused,     // the library keeps its tracks as files; that was told
-  notRead,     // a track of the library; the file was not written
-  notWritten,  // the disk did not take it: nothing has changed
+  refused,     // the library stores its tracks as files; the user has been told
+  notRead,     // a track of the library could not be read; the file was not written
+  notWritten,  // a disk error; nothing has changed
   cancelled,
 };
 
-// Where exports put what they write, and the time they write into it.
+// Where exports put their files, and the time they write to them.
 struct ExportPlace {
   const Clock& clock = systemClock();
   ExclusiveOpener open = openExclusive;
-  std::string temporaryFolder = ".";  // of the parts of a KMZ archive
+  std::string temporaryFolder = ".";  // for the parts of a KMZ archive
 };
 
-// GPX 1.0. Whether as a track or as a route is asked, once. GPX files are not opened afterwards,
-// the others are.
+// Exports GPX 1.0; asks once whether as a track or as a route. Unlike the others, GPX files are not
+// opened afterwards.
 ExportResult ExportWaypointGpx(const Waypoint& waypoint, const std::string& fileName,
                                const ExportPlace& place = {});
 ExportResult ExportTrackGpx(const Track& track, const std::string& fileName, ExchangeHooks& hooks,
@@ -59,7 +60,7 @@ ExportResult ExportTrackGpx(const Track& track, const std::string& fileName, Exc
 ExportResult ExportAllGpx(const std::string& fileName, const WaypointLibrary& waypoints,
                           TrackLibrary& tracks, ExchangeHooks& hooks,
                           const ExportPlace& place = {});
-// The track's backup while it is recorded: as a track, without a question.
+// The backup of the current recording: always as a track, without asking.
 ExportResult BackupTrackGpx(const Track& track, const std::string& fileName,
                             const ExportPlace& place = {});
 
@@ -77,8 +78,8 @@ ExportResult ExportWaypointLoc(const Waypoint& waypoint, const std::string& file
 ExportResult ExportAllLoc(const std::string& fileName, const WaypointLibrary& waypoints,
                           ExchangeHooks& hooks, const ExportPlace& place = {});
 
-// Every track of the library as a track file of its own, in the folder "VGPS Tracks" of
-// `documentsFolder`. Asked first. `written` counts them.
+// Exports every track of the library as a separate track file to the folder "VGPS Tracks" of
+// `documentsFolder`, after asking the user. `written` counts them.
 ExportResult ExportAllTracksAsFiles(const std::string& documentsFolder, TrackLibrary& tracks,
                                     ExchangeHooks& hooks, uint32_t& written,
                                     const ExportPlace& place = {});

@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::string_view kPointNames[] = {"wpt", "rtept", "trkpt"};
 
-// What `write` writes, as an element.
+// Returns what `write` writes as an element.
 template <class Write>
 XmlElement elementFrom(XmlDocument& document, Write write) {
   std::string text;

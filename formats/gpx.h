@@ -11,9 +11,9 @@
 
 // GPX 1.0 as this program writes it.
 //
-//   <trkpt lat="48.117300" lon="11.516667">      name in front of time, and every value of every
-//     <ele>545.000000</ele>                      point, zeroes too: those who read these files
-//     <name>p #1</name>                          know them so, whatever the schema says
+//   <trkpt lat="48.117300" lon="11.516667">      name before time, and all values of all points,
+//     <ele>545.000000</ele>                      even zeros: programs that read these files
+//     <name>p #1</name>                          expect this, whatever the schema says
 //     <time>2010-07-05T09:03:04Z</time>
 //     <speed>41.480000</speed>                   km/h
 //     <course>84.400002</course>                 degrees
@@ -38,22 +38,22 @@ struct GpxPoint {
   float speed = 0;      // km/h
 };
 
-// A waypoint has no time, course or speed: they are zero.
+// The time, course, and speed of a waypoint are zero.
 GpxPoint gpxPointOf(const Waypoint& waypoint);
-// `name` is put together in `nameRoom`. A point without a UTC time has its local one, moved by the
-// offset from UTC.
+// `name` is composed in `nameRoom`. A point without a UTC time has its local time, converted with
+// the UTC offset.
 GpxPoint gpxPointOf(const TrackPoint& point, size_t number, int32_t utcOffsetMinutes,
                     std::string& nameRoom);
 
-// As text, at the depth that `xml` is at.
+// Writes text, at the current depth of `xml`.
 void writeGpxRoot(XmlText& xml);
 void writeGpxPoint(XmlText& xml, const GpxPoint& point, GpxPointKind kind);
-// Points without a position are left out, and numbered all the same.
+// Points without a position are left out, but still counted in the numbering.
 void writeGpxTrack(XmlText& xml, const Track& track, uint32_t number, bool asTrack,
                    int32_t utcOffsetMinutes);
 
-// The same as documents and elements. The document is bound to the file; the elements are not
-// placed yet.
+// The same as documents and elements. The document is bound to the file; the elements have not been
+// inserted yet.
 XmlDocument NewGpxDocument(std::string_view fileName);
 XmlElement BuildGpxPoint(XmlDocument& document, const GpxPoint& point, GpxPointKind kind);
 XmlElement BuildGpxTrack(XmlDocument& document, const Track& track, uint32_t number, bool asTrack,

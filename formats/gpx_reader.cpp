@@ -9,7 +9,7 @@
 //   <trk> <name>...</name> <trkseg> <trkpt lat="" lon=""> ... </trkpt> </trkseg> </trk>
 // </gpx>
 //
-// A point of GPX 1.0 has speed and course as its own, one of 1.1 in its extensions.
+// In GPX 1.0, a point has speed and course itself; in 1.1, in its extensions.
 namespace vgps {
 namespace {
 
@@ -94,7 +94,7 @@ class GpxReader {
     return hand();
   }
 
-  // A coordinate that is missing is 0.
+  // A missing coordinate is 0.
   double number(std::string_view name) {
     const std::optional<std::string_view> text = xml_.attribute(name);
     if (!text) return 0;
@@ -137,7 +137,7 @@ class GpxReader {
     if (!isWord && std::isfinite(value) && !into) into = value;
   }
 
-  // Speed and course under any prefix: programs agree on the names and on the units.
+  // Any prefix is accepted for speed and course: programs use the same names and units.
   void readExtensions(uint32_t top) {
     constexpr uint32_t kDeepest = 8;
     uint32_t level = top;

@@ -11,18 +11,18 @@ namespace vgps {
 
 inline constexpr std::string_view kKmlNamespace = "http://earth.google.com/kml/2.1";
 
-// "jpg" of "a.b/photo.jpg": what stands behind the last "." of the file's own name; "bin" without.
+// "jpg" for "a.b/photo.jpg": the part after the last "." of the file name; "bin" if there is none.
 std::string attachmentExtension(std::string_view path);
 
-// The document of one track, whole: the template of res/path.kml filled in. With references, each
-// attachment is a place of its own with a picture "ref1.jpg" beside the document.
+// The complete document of one track: the template res/path.kml with its values. With references,
+// each attachment becomes a placemark of its own with an image "ref1.jpg" next to the document.
 std::string trackKml(const Track& track, bool withReferences);
 
-// A Placemark of the document of everything.
+// A Placemark in the document with everything.
 void writePlaceKml(XmlText& xml, const Waypoint& waypoint, std::string_view description,
                    int decimals, int altitudeDecimals);
 
-// Point by point: the coordinates stand on one line, a blank behind each.
+// Written point by point: all coordinates are on one line, each followed by a space.
 class LineKml {
  public:
   LineKml(XmlText& xml, std::string_view name, std::string_view description);

@@ -11,13 +11,13 @@
 //     </Placemark> <Placemark> ... <LineString> <coordinates>lon,lat,alt lon,lat,alt</coordinates>
 //     ... <Placemark> ... <gx:Track> <when>...</when> <gx:coord>lon lat alt</gx:coord> ...
 //
-// Elements are looked for at any depth, in documents of any root.
+// Elements are found at any depth, whatever the root is.
 namespace vgps {
 namespace {
 
 constexpr size_t kLongestNumber = 400;
 
-// One number of a text of coordinates and where it ends.
+// Parses one number of a coordinate text and returns where it ends.
 struct Part {
   double value = 0;
   bool isNumber = false;
@@ -36,7 +36,7 @@ Part takePart(std::string_view& rest) {
   return part;
 }
 
-// Over a comma and the blanks behind it.
+// Skips a comma and the spaces after it.
 bool takeComma(std::string_view& rest) {
   if (rest.empty() || rest[0] != ',') return false;
   rest.remove_prefix(1);
@@ -46,7 +46,7 @@ bool takeComma(std::string_view& rest) {
 
 enum class Triple { good, odd, bad };
 
-// "lon,lat,alt" or "lon,lat"; whatever is glued to it is passed over.
+// "lon,lat,alt" or "lon,lat"; any characters attached to it are skipped.
 Triple takeTriple(std::string_view& rest, ExchangePoint& point) {
   const Part longitude = takePart(rest);
   Part latitude;
@@ -75,7 +75,7 @@ class KmlReader {
   }
 
  private:
-  // Without recursion: folders lie in one another as deep as a file likes.
+  // Without recursion, because folders may be nested to any depth.
   bool readContainer(uint32_t top) {
     uint32_t level = top;
     uint32_t document = isNamed("Document") ? top : 0;
@@ -127,7 +127,7 @@ class KmlReader {
     return true;
   }
 
-  // The coordinates of the placemark's own point: what is no number of it is 0.
+  // The coordinates of the placemark's own point; anything that is not a number is 0.
   bool readPlace() {
     const std::string text(xml_.text());
     if (text.empty()) return true;
@@ -163,7 +163,7 @@ class KmlReader {
     times_.clear();
   }
 
-  // "lon lat alt"; an empty one is a moment without a position.
+  // "lon lat alt"; empty for a time without a position.
   bool readCoord() {
     std::string_view rest = xml_.text();
     const DateTime time = coords_ < times_.size() ? times_[coords_] : DateTime{};

@@ -33,7 +33,7 @@ bool readWaypoint(XmlPull& xml, ExchangeSink& sink, ReadingNotes& notes) {
     ++notes.badPositions;
     return true;
   }
-  // The id is what geocachers call the place by, and what this program writes.
+  // Geocachers identify places by the id, and this program writes it.
   point.name = id.empty() ? text : id;
   point.hasName = !point.name.empty();
   return sink.waypoint(point);

@@ -4,9 +4,9 @@
 
 namespace vgps {
 
-// res/path.kml: the document that a track is filled into.
+// res/path.kml: the template document for a track.
 extern const std::string_view kPathXml;
-// res/kml.png: the icon of a place with a file.
+// res/kml.png: the icon of a placemark with a file.
 extern const std::string_view kIconKml;
 
 }  // namespace vgps

@@ -12,7 +12,7 @@ namespace vgps {
 namespace {
 
 constexpr size_t kXmlBlock = size_t{1} << 17;
-constexpr size_t kLongest = size_t{1} << 26;  // of a tag
+constexpr size_t kLongest = size_t{1} << 26;  // maximum size of a tag
 constexpr size_t kMostNames = size_t{1} << 20;
 constexpr std::string_view kCdata = "<![CDATA[";
 constexpr std::string_view kComment = "<!--";
@@ -52,7 +52,7 @@ void appendSingleByte(std::string& out, char c) {
   appendUtf8(out, byte >= 0x80 && byte < 0xA0 ? kWindows1252[byte - 0x80] : byte);
 }
 
-// The bytes of the character that `text` begins with; 0 when it is not UTF-8.
+// The length of the first character of `text` in bytes; 0 if it is not UTF-8.
 size_t utf8Length(std::string_view text) {
   const auto lead = static_cast<unsigned char>(text[0]);
   const size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
@@ -60,7 +60,8 @@ size_t utf8Length(std::string_view text) {
   return validUtf8(bytes) == bytes ? length : 0;
 }
 
-// Files that say Latin-1 and hold UTF-8 are common; the reverse of it is not UTF-8 by chance.
+// Files that declare Latin-1 but contain UTF-8 are common; other text is almost never valid UTF-8
+// by chance.
 bool isUtf8Text(std::string_view block) {
   const auto lastAscii = std::find_if_not(block.rbegin(), block.rend(), isHigh);
   block.remove_suffix(static_cast<size_t>(lastAscii - block.rbegin()));
@@ -90,7 +91,7 @@ constexpr std::string_view kSingleByteNames[] = {"iso-8859-1",   "iso8859-1", "l
 XmlBytes::XmlBytes(ByteSource source)
     : source_(std::move(source)), decoder_(XmlSource{readMarked, this}) {}
 
-// In front of UTF-16 without a byte order mark one is put.
+// UTF-16 without a byte order mark gets one.
 size_t XmlBytes::readMarked(void* from, char* to, size_t size) {
   auto& self = *static_cast<XmlBytes*>(from);
   if (self.started_ || size < 4) return self.source_(to, size);
@@ -149,7 +150,7 @@ bool XmlPull::more(char*& p, const char* keep) {
     filled_ += got;
     allRead_ = got == 0;
   }
-  // Ends every scan.
+  // A sentinel that ends every scan.
   block_[filled_] = '<';
   block_[filled_ + 1] = '>';
   p = block_.data() + offset;
@@ -162,7 +163,7 @@ void XmlPull::broken(XmlDamage damage, const char* p) {
   damagePlace_ = passed_ + static_cast<uint64_t>(p - block_.data());
 }
 
-// Nothing more can be read: what is open stays half.
+// Nothing more can be read: open elements stay incomplete.
 XmlPull::Tag XmlPull::endAt(const char* p) {
   if (depth_ > 0) broken(XmlDamage::cutOff, p);
   at_ = end();
@@ -171,7 +172,8 @@ XmlPull::Tag XmlPull::endAt(const char* p) {
   return Tag::ended;
 }
 
-// The start of `mark` at or behind `p`, null when there is none. `keep` stays at hand.
+// The start of `mark` at or after `p`, null if there is none. The text from `keep` on stays in
+// memory.
 char* XmlPull::find(char* p, char*& keep, std::string_view mark) {
   for (;;) {
     const size_t found = between(p, end()).find(mark);
@@ -185,7 +187,7 @@ char* XmlPull::find(char* p, char*& keep, std::string_view mark) {
   }
 }
 
-// Hands on the text up to the next "<".
+// Passes on the text up to the next "<".
 template <class Take>
 bool XmlPull::passText(Take take) {
   for (;;) {
@@ -195,7 +197,7 @@ bool XmlPull::passText(Take take) {
       at_ = tag;
       return true;
     }
-    // A reference is not cut in two.
+    // References are never split.
     char* cut = end();
     const size_t reference = between(at_, cut).rfind('&');
     constexpr size_t kLongestReference = 16;
@@ -209,7 +211,7 @@ bool XmlPull::passText(Take take) {
   }
 }
 
-// Behind "<!": a comment, CDATA or a declaration.
+// After "<!": a comment, CDATA, or a declaration.
 template <class Take>
 bool XmlPull::passBang(Take take) {
   while (static_cast<size_t>(end() - at_) < kCdata.size() && more(at_, at_)) {
@@ -219,7 +221,7 @@ bool XmlPull::passBang(Take take) {
   const bool cdata = mark == kCdata;
   const bool comment = mark.starts_with(kComment);
   const std::string_view closing = cdata ? "]]>" : comment ? "-->" : ">";
-  if (!cdata) take({}, true);  // ends a run of text
+  if (!cdata) take({}, true);  // ends a piece of text
   at_ += cdata ? kCdata.size() : comment ? kComment.size() : 1;
   for (;;) {
     const size_t found = between(at_, end()).find(closing);
@@ -235,7 +237,7 @@ bool XmlPull::passBang(Take take) {
   return true;
 }
 
-// The internal subset may hold tags, quoted text and comments, and in each of them ">" and "]".
+// The internal subset may contain tags, quoted text, and comments, each with ">" and "]" inside.
 bool XmlPull::passDoctype() {
   char* keep = at_;
   while (static_cast<size_t>(end() - at_) < kLongest && more(at_, at_) &&
@@ -244,7 +246,7 @@ bool XmlPull::passDoctype() {
   char* p = at_;
   while (p < end() && *p != '[' && *p != '>') ++p;
   if (p < end() && *p == '[') {
-    // Where quotes do not pair, the tag ends at its first ">".
+    // If the quotes do not match, the tag ends at its first ">".
     keep = at_;
     constexpr size_t kMost = size_t{1} << 16;
     while (static_cast<size_t>(end() - keep) < kMost && more(p, keep)) keep = at_ = block_.data();
@@ -357,7 +359,7 @@ char* XmlPull::readAttributes(char* p) {
     p = scanPast<' ', '\t', '\r', '\n'>(nameEnd);
     if (p >= end()) return nullptr;
     if (*p != '=') {
-      if (p == name) ++p;  // a quote or slash that belongs to nothing
+      if (p == name) ++p;  // a stray quote or slash
       continue;
     }
     p = scanPast<' ', '\t', '\r', '\n'>(p + 1);
@@ -434,7 +436,7 @@ std::optional<std::string_view> XmlPull::attribute(std::string_view name) {
   return std::nullopt;
 }
 
-// Text and CDATA sections in a row make one text, which is trimmed.
+// Consecutive text and CDATA sections form one text, which is trimmed.
 void XmlPull::endRun(std::string& run) {
   text_ += trimmed(run);
   run.clear();
@@ -444,7 +446,7 @@ std::string_view XmlPull::text() {
   const uint32_t level = depth_;
   attributes_.clear();
   if (emptyOpen_ || level == 0) return {};
-  // Most texts are short, plain and followed by their closing tag.
+  // Most texts are short, plain, and followed by their closing tag.
   char* const p = scanTo<'<', '&'>(at_);
   if (p + 1 < end() && *p == '<' && p[1] == '/' && scanTo<'>'>(p) < end()) {
     const std::string_view plainText = trimmed(between(at_, p));
@@ -482,7 +484,7 @@ bool XmlPull::textPieces(const std::function<bool(std::string_view)>& take) {
   attributes_.clear();
   if (emptyOpen_ || level == 0) return true;
   bool wanted = true;
-  std::string rest;  // of the last piece, behind its last blank
+  std::string rest;  // of the last piece, after its last space
   const auto hand = [&](std::string_view piece, bool) {
     if (depth_ != level || !wanted) return;
     const size_t blank = piece.find_last_of(kXmlBlanks);

@@ -16,12 +16,12 @@ namespace vgps {
 enum class XmlDamage {
   none,
   cutOff,        // the text ends inside an element or a tag
-  wrongClosing,  // a closing tag of another name than the open element's
-  tooLong,       // a tag or text beyond all measure
+  wrongClosing,  // a closing tag whose name differs from the open element
+  tooLong,       // a tag or text of excessive length
 };
 
-// The bytes of an XML text as UTF-8 where they are UTF-16, with a byte order mark or without;
-// others as they are.
+// Returns the bytes of an XML text, converting UTF-16 (with or without a byte order mark) to UTF-8;
+// other text is returned unchanged.
 class XmlBytes {
  public:
   explicit XmlBytes(ByteSource source);
@@ -37,10 +37,11 @@ class XmlBytes {
   bool started_ = false;
 };
 
-// Walks over the elements of an XML text of any length without keeping them: memory for one tag or
-// one text at a time. Files of other programs are read as the document reader reads them leniently:
-// values in either quotes and with ">" inside, blanks around "=", references decoded, CDATA as
-// text, closing names not compared. What a cut text leaves half is not given.
+// Walks through the elements of an XML text of any length without storing them, with memory for one
+// tag or text at a time. Other programs' files are read like the document reader does leniently:
+// values in single or double quotes and with ">" inside, spaces around "=", references decoded,
+// CDATA as text, names of closing tags not compared. Incomplete elements of a truncated text are
+// not returned.
 //
 //   XmlPull xml(source);
 //   if (xml.nextChild(0)) ...                the root; its level is 1
@@ -48,40 +49,41 @@ class XmlBytes {
 //     if (xml.is("ele")) xml.text() ...      or nextChild(level + 1) for what is inside
 //   }
 //
-// Names and values are UTF-8 whatever the file holds: UTF-16, Latin-1 and Windows-1252 are
-// converted, and a byte that is not UTF-8 is taken for Windows-1252.
+// Names and values are always UTF-8: UTF-16, Latin-1, and Windows-1252 are converted, and bytes
+// that are not UTF-8 are treated as Windows-1252.
 class XmlPull {
  public:
   explicit XmlPull(ByteSource source) : bytes_(std::move(source)) {}
 
-  // On to the next child of the open element of `level`; false behind the last one, when that
-  // element is closed. What was not read of a child before is passed over.
+  // Moves to the next child of the open element at `level`. Returns false after the last one, when
+  // that element is closed. Unread parts of the previous child are skipped.
   bool nextChild(uint32_t level);
-  // Of the element that `nextChild` gave: 1 for the root.
+  // The level of the element that `nextChild` found: 1 for the root.
   uint32_t level() const { return depth_; }
 
-  // As it stands in the file, without the root's own prefix: in a text that begins with
-  // "<gpx:gpx" the name of "<gpx:wpt" is "wpt". Until the next call.
+  // The name as written, but without the prefix of the root: in a text that starts with "<gpx:gpx",
+  // the name of "<gpx:wpt" is "wpt". Valid until the next call.
   std::string_view name() const { return name_; }
   bool is(std::string_view name) const { return name_ == name; }
-  // Likewise without any prefix.
+  // The name without any prefix. Valid until the next call.
   std::string_view localName() const;
 
-  // The value of the first attribute of that name. Until the next call for a child or text.
+  // The value of the first attribute of that name. Valid until the next child or text is read.
   std::optional<std::string_view> attribute(std::string_view name);
-  // The element's own text, trimmed; it is closed then. Nothing when the file ends before it does.
-  // Until the next call.
+  // Returns the element's own text, trimmed, and closes the element. None if the file ends first.
+  // Valid until the next call.
   std::string_view text();
-  // Calls `take(piece)` with the text piece by piece, untrimmed and cut only behind blanks: for
-  // texts that are too long to be held. False when the file ends before the element does.
+  // Calls `take(piece)` with the text piece by piece, untrimmed and split only after spaces: for
+  // texts that are too long to keep in memory. Returns false if the file ends before the element
+  // does.
   bool textPieces(const std::function<bool(std::string_view)>& take);
 
-  // The first damage, and how many bytes of the text (as UTF-8) stand before it.
+  // The first damage, and the number of bytes of the text (as UTF-8) before it.
   XmlDamage damage() const { return damage_; }
   uint64_t damagePlace() const { return damagePlace_; }
-  // No text at all, or one without an element.
+  // No text, or text without an element.
   bool isEmpty() const { return !anyElement_; }
-  // An encoding that is not known here; its letters are taken for those of Windows-1252.
+  // An unknown encoding; its letters are read as Windows-1252.
   const std::string& unknownEncoding() const { return unknownEncoding_; }
 
  private:
@@ -91,11 +93,11 @@ class XmlPull {
   enum class Tag { open, empty, close, ended };
 
   void start();
-  // Takes in more text behind `keep`, which moves to the front, and `p` with it.
+  // Reads more text after `keep`, which moves to the start of the block, and `p` with it.
   bool more(char*& p, const char* keep);
   char* end() { return block_.data() + filled_; }
   char* find(char* p, char*& keep, std::string_view mark);
-  // The next tag; what stands in front of it goes to `take`, unless that is null.
+  // Finds the next tag. The text before it is passed to `take` unless that is null.
   template <class Take>
   Tag nextTag(Take take);
   template <class Take>
@@ -105,7 +107,7 @@ class XmlPull {
   bool passDoctype();
   Tag readTag();
   Tag openTag();
-  // Where the tag ends that `p` is in, behind its name; null when more text is needed.
+  // The end of the tag whose name ends at `p`; null if more text is needed.
   char* readAttributes(char* p);
   void closeTag();
   Tag endAt(const char* p);
@@ -115,19 +117,19 @@ class XmlPull {
   void endRun(std::string& run);
 
   XmlBytes bytes_;
-  std::vector<char> block_;  // longer than what it holds by what the scanning reads too far
+  std::vector<char> block_;  // larger than the data, so that scans may read past the end
   size_t filled_ = 0;
   char* at_ = nullptr;
-  uint64_t passed_ = 0;  // bytes in front of the block
+  uint64_t passed_ = 0;  // bytes before the block
   bool started_ = false;
   bool allRead_ = false;
   bool anyElement_ = false;
   bool singleByte_ = false;  // Latin-1 or Windows-1252
-  bool emptyOpen_ = false;   // the element at `depth_` closed itself
+  bool emptyOpen_ = false;   // the element at `depth_` has a self-closing tag
   uint32_t depth_ = 0;
   std::vector<uint32_t> openNames_;
   std::string_view name_;
-  std::string rootPrefix_;  // with its colon
+  std::string rootPrefix_;  // including its colon
   std::vector<Attribute> attributes_;
   std::string scratch_[4];
   size_t nextScratch_ = 0;
@@ -137,7 +139,7 @@ class XmlPull {
   std::string unknownEncoding_;
 };
 
-// The line and column of a byte of the text (as UTF-8) that `source` gives from its start.
+// The line and column of a byte of the text (as UTF-8) that `source` returns from its start.
 XmlPlace placeInText(ByteSource source, uint64_t offset);
 
 }  // namespace vgps

@@ -15,7 +15,7 @@ constexpr Root kRoots[] = {
     {"gpx", ExchangeFormat::gpx, readGpx},
     {"loc", ExchangeFormat::loc, readLoc},
     {"kml", ExchangeFormat::kml, readKml},
-    // Parts of a KML document that programs write as documents of their own.
+    // Parts of a KML document that some programs write as documents of their own.
     {"Document", ExchangeFormat::kml, readKml},
     {"Folder", ExchangeFormat::kml, readKml},
     {"Placemark", ExchangeFormat::kml, readKml},

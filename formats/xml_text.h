@@ -9,11 +9,11 @@
 
 namespace vgps {
 
-// Takes bytes in their order; false when it cannot.
+// Receives bytes in order; returns false on failure.
 using TextSink = std::function<bool(std::string_view)>;
 
-// Elements as a document saves them: each tag and each text on a line of its own, tabs in front of
-// tags, CR LF behind. It keeps no tree, and memory for what is handed on next only.
+// Writes elements in the layout of saved documents: every tag and text on a line of its own, tabs
+// before tags, CR LF at line ends. Keeps no tree in memory, only what has not been passed on yet.
 //
 //   XmlText xml(sink);
 //   xml.open("trk"), xml.element("name", name), xml.close();
@@ -27,16 +27,16 @@ class XmlText {
   explicit XmlText(TextSink sink, size_t depth = 0, Texts texts = Texts::onLines);
 
   void declaration();
-  // A tag whose attributes follow by `attribute`; then `endTag`.
+  // Starts a tag. Add its attributes with `attribute`, then call `endTag`.
   void beginTag(std::string_view name);
   void attribute(std::string_view name, std::string_view value);
   void attribute(std::string_view name, double value, int decimals);
   void endTag() { open_.back().pending = true; }
   void open(std::string_view name) { beginTag(name), endTag(); }
-  // An element that nothing was put into closes in its own tag.
+  // Closes the element; an empty one is written as a self-closing tag.
   void close();
 
-  // An element with a text; without one when that is empty.
+  // Writes an element with a text, or an empty element if the text is empty.
   void element(std::string_view name, std::string_view text);
   void element(std::string_view name, double value, int decimals);
   void element(std::string_view name, uint32_t value);
@@ -52,7 +52,7 @@ class XmlText {
   void piece(double value, int decimals) { settleForText(), putNumber(value, decimals); }
   void endText();
 
-  // Whether everything was taken so far. `finish` hands on the rest.
+  // Whether everything has been written so far. `finish` passes on the rest.
   bool good() const { return good_; }
   bool finish();
 

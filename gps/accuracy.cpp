@@ -20,7 +20,7 @@ bool isError(double meters) { return std::isfinite(meters) && meters > 0; }
 // $GPGST,time,rms,major,minor,orientation,latitude,longitude,altitude*hh
 //   0     1    2   3     4     5           6        7         8
 std::optional<GstReport> gstOf(std::string_view line) {
-  constexpr size_t kType = 3;  // behind "$" and the talker
+  constexpr size_t kType = 3;  // after "$" and the talker
   constexpr std::string_view kGst = "GST,";
   if (line.size() < kType || line[0] != '$' || !line.substr(kType).starts_with(kGst)) {
     return std::nullopt;
@@ -40,7 +40,7 @@ std::optional<Accuracy> estimateAccuracy(int32_t quality, double hdop, double vd
     return Accuracy{std::hypot(gst->latitude, gst->longitude),
                     isError(gst->altitude) ? gst->altitude : 0, true};
   }
-  // A receiver without a solution writes 99.99 and the like.
+  // Receivers without a solution report values like 99.99.
   constexpr double kUseless = 50;
   if (quality > kPps || !isError(hdop) || hdop >= kUseless) return std::nullopt;
   const double range = quality == kDifferential ? kRangeErrorCorrected : kRangeErrorAlone;

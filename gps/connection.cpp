@@ -46,7 +46,7 @@ bool Connection::open(bool simulation, bool gpsApi, bool sensorApi, bool probeOn
   return probeOnly ? probePort() : openPort();
 }
 
-// A sensor that is not there is no error: the program stays silently without a source.
+// A missing sensor is not an error: the program just has no source.
 bool Connection::openSensor() {
   status_.sensor = state_.sensors->open(state_.sensorIdentifier);
   if (status_.sensor == nullptr) return true;
@@ -90,12 +90,12 @@ void Connection::startReader() {
     device_.baudRate = status_.baudRate;
   }
   status_.running = true;
-  state_.simulation.wake();  // the reader before may be waiting for its next line
+  state_.simulation.wake();  // the previous reader may be waiting for its next line
   startReaderThread(fix_);
 }
 
-// Whatever a reader still does for the source is in vain from now on; a port that it is opening is
-// closed again when that is over. Returns the port, if there is one.
+// Makes any further work of the reader for the source obsolete; a port that it is opening will be
+// closed again. Returns the port, if there is one.
 std::shared_ptr<SerialPort> Connection::endSource() {
   const std::lock_guard lock(sourceMutex_);
   state_.readers.portRequested = false;
@@ -137,13 +137,15 @@ PortRead Connection::read(uint32_t generation, std::span<char> buffer, size_t& g
   if (source.simulation) return readSimulation(generation, buffer, got, timeoutMs);
   if (source.port == nullptr) return PortRead::closed;
   const PortRead result = source.port->read(buffer, got, timeoutMs);
-  // A read of a port that was taken away meanwhile says nothing about the one in its place.
+  // The failed read may belong to a port that was replaced meanwhile; then it says nothing about
+  // the new one.
   if (result == PortRead::failed && sourceOf(generation).port == source.port)
     status_.portFailed = true;
   return result;
 }
 
-// Paces itself, so a line is a burst of its own and there is nothing to wait for behind it.
+// The simulation sets its own pace, so each line is a burst of its own and nothing follows
+// immediately.
 PortRead Connection::readSimulation(uint32_t generation, std::span<char> buffer, size_t& got,
                                     int timeoutMs) {
   if (timeoutMs >= 0) return PortRead::silence;

@@ -19,17 +19,17 @@ struct GpsState;
 
 inline constexpr int kDefaultBaudRate = 9600;
 
-// Where the data come from, as it was chosen last, and how that is going.
+// The source that was chosen last, and its state.
 struct ConnectionStatus {
   std::string portPath;
   uint32_t baudRate = kDefaultBaudRate;
   std::shared_ptr<LocationSensor> sensor;
-  std::atomic<bool> simulate{false};  // the reader asks it too
+  std::atomic<bool> simulate{false};  // also read by the reader
   bool useGpsApi = false;
   bool useSensorApi = false;
   PortError portError = PortError::none;  // why the last `open` failed
   std::atomic<bool> running{false};
-  std::atomic<bool> portFailed{false};      // the device has reported an error to the reader
+  std::atomic<bool> portFailed{false};      // the reader got an error from the device
   std::atomic<uint64_t> lastByteMicros{0};  // when the end of the newest line was read
 };
 
@@ -38,42 +38,43 @@ struct PortAttempt {
   enum class State { none, waiting, opened, failed };
   State state = State::none;
   PortError error = PortError::none;  // why it failed
-  std::string newName = {};           // of the port, when the device has come back under another
+  std::string newName = {};           // of the port, if the device has come back under another name
   uint32_t tick = 0;
 };
 
 // The connection to the receiver: opens and closes the source, reads from it, and finds a serial
-// device again that has gone.
+// device again after it has disappeared.
 //
-// `setPort`, `open`, `close`, `requestPort`, `releasePort` and `portAttempt` belong to the
-// user-interface thread, `read`, `rememberDevice` and `reopenPort` to the reader of the generation
-// that they name.
+// Call `setPort`, `open`, `close`, `requestPort`, `releasePort`, and `portAttempt` on the
+// user-interface thread; `read`, `rememberDevice`, and `reopenPort` on the reader thread of the
+// given generation.
 class Connection {
  public:
-  // Keeps `fix.status` up to date; its readers fill the fix.
+  // Keeps `fix.status` up to date; the readers it starts update the fix.
   explicit Connection(GpsFix& fix);
 
   void setPort(std::string_view portName, uint32_t speed);
 
-  // Opens the simulation, the location sensor or the serial port and starts its reader thread.
-  // `probeOnly` opens the port, reads once and closes it: true when the bytes begin with "$GP".
+  // Opens the simulation, the location sensor, or the serial port and starts its reader thread.
+  // With `probeOnly`, opens the port, reads once, closes it, and returns whether the bytes start
+  // with "$GP".
   bool open(bool simulation, bool gpsApi, bool sensorApi, bool probeOnly);
 
   // Returns false if neither a sensor nor a serial port was open.
   bool close(bool silent);
 
-  // For a serial source whose device has gone, while `running` stays true and the same reader goes
-  // on: the reader lets go of the port, looks where the device is now and opens it there, however
-  // long that takes. Until then `read` reports nothing. No sound.
+  // For a serial source whose device has disappeared: the reader, which keeps running with
+  // `running` true, releases the port, finds out where the device is now, and opens it there,
+  // however long that takes. Until then `read` reports nothing. Plays no sound.
   void requestPort();
   PortAttempt portAttempt() const;
-  // Closes the port until it is requested again, so that other programs can open it.
+  // Closes the port until it is requested again, so that other programs can use it.
   void releasePort();
 
-  // One read from the current source.
+  // Reads once from the current source.
   PortRead read(uint32_t generation, std::span<char> buffer, size_t& got, int timeoutMs);
 
-  // Notes which device is behind the port, to find it again.
+  // Remembers which device is behind the port, to find it again.
   void rememberDevice(uint32_t generation);
   // Opens the port that `requestPort` asked for. Returns false if nothing was requested.
   bool reopenPort(uint32_t generation);
@@ -84,28 +85,28 @@ class Connection {
   // Whether the source is the simulation.
   bool simulating(uint32_t generation) const;
 
-  // Sets `readerStop`, wakes every reader and waits up to `timeoutMs` for all to end; for one that
-  // is blocked in opening a port only briefly. Returns false if one is still running: then nothing
-  // that it uses may be destroyed.
+  // Sets `readerStop`, wakes every reader, and waits up to `timeoutMs` for all to end, but only
+  // briefly for one that is blocked while opening a port. Returns false if one is still running:
+  // then nothing that it uses may be destroyed.
   bool stopReaders(int timeoutMs);
 
  private:
-  // What the reader of a generation reads from, so that it never looks at the fields that the
-  // user interface is changing.
+  // What the reader of a generation reads from, so that it never accesses the fields that the user
+  // interface changes.
   struct Source {
     uint32_t generation = 0;
     bool simulation = false;
-    std::shared_ptr<SerialPort> port;  // not null: open, or opened and refused to be set up
+    std::shared_ptr<SerialPort> port;  // not null: open, or opened but could not be configured
     std::shared_ptr<LocationSensor> sensor;
-    uint32_t openRequest = 0;  // number of the last one; an attempt for an older one is in vain
+    uint32_t openRequest = 0;  // number of the last request; older attempts are obsolete
   };
-  // What is behind the port, to find it again.
+  // The device behind the port, to find it again.
   struct Device {
     std::string path;
     uint32_t baudRate = 0;
-    std::string identity;  // empty when the system knows none
+    std::string identity;  // empty if the system provides none
     std::string make;
-    std::vector<std::string> others;  // of the same make, there from the beginning
+    std::vector<std::string> others;  // devices of the same make that were already present
   };
   void startReader();
   bool openSensor();

@@ -9,8 +9,8 @@ namespace {
 
 constexpr uint32_t kBurstGapMs = 100;
 
-// A receiver whose clock stands still goes on: its next epoch begins when a kind that has come
-// comes again so much later. No burst repeats a kind that late.
+// If the receiver's clock has stopped, the next epoch begins when the same kind of sentence is
+// repeated after this time. Within a burst, no kind is repeated this late.
 constexpr uint32_t kStoppedClockMs = 900;
 
 bool isSameTimeOfDay(const DateTime& a, const DateTime& b) {
@@ -46,7 +46,7 @@ std::span<const FixRecord> EpochFixes::take(const FixRecord& fix, uint32_t said,
   absent_ &= ~kind;
   const bool timed = (said & kSaidTime) != 0;
   if (!continuesEpoch(fix, timed)) beginEpoch(fix, timed);
-  if (fix.fixStatus == 0) absent_ = 0;  // a fix that is gained anew is waited for anew
+  if (fix.fixStatus == 0) absent_ = 0;  // after a new fix is acquired, wait again
   kinds_ |= kind;
   if (waits_) {
     if (fix.fixStatus != 0) waiting_ = fix;
@@ -86,8 +86,8 @@ void EpochFixes::beginEpoch(const FixRecord& fix, bool timed) {
   beginTick_ = fix.receiveTick;
 }
 
-// The kinds that may still bring what is not known. A course alone is not waited for: receivers
-// leave it empty while they stand.
+// The kinds of sentences that may still provide the unknown values. The course alone is not worth
+// waiting for: receivers leave it empty at rest.
 int32_t EpochFixes::missingKinds(const FixRecord& fix) const {
   const int32_t wanted =
       (fix.altitudeKnown() ? 0 : int32_t{kGga}) | (fix.speedKnown() ? 0 : int32_t{kRmc});

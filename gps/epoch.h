@@ -16,24 +16,25 @@ struct GpsState;
 // GGA, and to 0 on the leader and on any other line. `sinceLastLine` is in milliseconds.
 void followBurst(GpsState& state, int32_t kind, uint32_t sinceLastLine);
 
-// Whether a sentence of `kind` may complete the fix of an epoch: RMC and GGA do, those only that
-// `epochSentenceKind` (bits 1 RMC, 2 GGA) names when it is not 0.
+// Whether a sentence of `kind` may complete the fix of an epoch: RMC and GGA do, or only those
+// selected by `epochSentenceKind` (bits 1 RMC, 2 GGA) if that is not 0.
 bool closesEpoch(int32_t kind, int32_t epochSentenceKind);
 
-// Picks the complete fixes out of a receiver's lines, one for each epoch. Lines of one UTC time are
-// one epoch, however far apart they come; of lines without a time each kind opens the next one.
+// Picks the complete fixes from a receiver's lines, one per epoch. Lines with the same UTC time
+// belong to one epoch, however far apart they arrive; without times, each repeated kind of sentence
+// starts the next epoch.
 //
-// A fix whose altitude or speed the receiver has not given since it gained the fix waits for the
-// GGA or RMC of its epoch. Where that does not come, the fix is complete when the next epoch
-// begins, and the following ones do not wait for that kind until it comes again.
+// If the receiver has not reported altitude or speed since it acquired the fix, the fix waits for
+// the GGA or RMC of its epoch. If that does not arrive, the fix is complete when the next epoch
+// begins, and later fixes do not wait for that kind until it is received again.
 class EpochFixes {
  public:
-  // To be called for each line after it was applied to `fix`. `said` are the Said bits of the line,
-  // `source` is a number that changes with the source. Returns the fixes that are complete now, the
+  // Call this for each line after applying it to `fix`. `said` are the Said bits of the line,
+  // `source` is a number that changes with the source. Returns the fixes that are now complete,
   // oldest first: none, one, or two. Valid until the next call.
   std::span<const FixRecord> take(const FixRecord& fix, uint32_t said, int32_t epochSentenceKind,
                                   uint32_t source);
-  // After the last line: the fix that is still waiting.
+  // Call this after the last line: returns the fix that is still waiting.
   std::span<const FixRecord> takeWaiting();
 
  private:
@@ -44,15 +45,15 @@ class EpochFixes {
   void complete(const FixRecord& fix);
 
   uint32_t source_ = 0;
-  // The epoch that the last RMC or GGA belongs to.
-  int32_t kinds_ = 0;       // that have come, bits as in SentenceKind; 0: there is no epoch yet
-  bool timed_ = false;      // `time_` is known
+  // The epoch of the last RMC or GGA.
+  int32_t kinds_ = 0;       // received, bits as in SentenceKind; 0: no epoch yet
+  bool timed_ = false;      // whether `time_` is known
   DateTime time_;           // of day
   uint32_t beginTick_ = 0;  // milliseconds
-  bool picked_ = false;     // its fix is complete, or waits
+  bool picked_ = false;     // its fix is complete or waiting
   bool waits_ = false;
   FixRecord waiting_;
-  int32_t absent_ = 0;  // kinds that were waited for in vain and have not come since
+  int32_t absent_ = 0;  // kinds that did not arrive when waited for, and have not arrived since
   std::array<FixRecord, 2> ready_;
   size_t readyCount_ = 0;
 };

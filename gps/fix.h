@@ -29,8 +29,8 @@ struct SatelliteTable {
   std::array<SatelliteInfo, kSatelliteSlots> slots{};
 };
 
-// Values of a fix that the receiver has not given since it gained the fix, one bit each. The record
-// still has what was there before, or 0: a height of 0 m is not one that was measured.
+// Values that the receiver has not reported since it acquired the fix, one bit each. The record
+// still contains the previous value or 0, so an altitude of 0 m may not be measured.
 enum Unknown : uint32_t {
   kUnknownAltitude = 1U << 0,
   kUnknownSpeed = 1U << 1,
@@ -59,7 +59,7 @@ struct FixRecord {
   uint32_t previousReceiveTick = 0;
   uint32_t ticksWithoutData = 0;
   uint32_t unknown = 0;  // Unknown bits
-  // Of the second in `utcTime`, as decimals: a receiver's ".5" is 500 here and 5 there.
+  // Fraction of the second in `utcTime`, from the decimals: ".5" is 500 here, but 5 there.
   uint32_t utcMilliseconds = 0;
 
   bool altitudeKnown() const { return (unknown & kUnknownAltitude) == 0; }
@@ -91,7 +91,7 @@ enum Said : uint32_t {
   kSaidNewCycle = 1U << 14,  // GSV: a new list begins
   kSaidInView = 1U << 15,    // GSV: satellites listed
   kSaidInViewCount = 1U << 16,
-  // The field was there and had a number: an empty one is applied as 0, but says nothing.
+  // Set if the field contained a number. An empty field is applied as 0, but reports nothing.
   kGaveAltitude = 1U << 17,
   kGaveSpeed = 1U << 18,
   kGaveCourse = 1U << 19,

@@ -9,7 +9,7 @@
 
 namespace vgps {
 
-// Too much to carry is cut to its end: the start is lost then, and with it the line.
+// If too much is carried, only its end is kept; the start, and with it the line, is lost.
 void Framing::carryOver(std::string_view rest) {
   if (rest.size() > carry_.size()) rest.remove_prefix(rest.size() - carry_.size());
   std::memmove(carry_.data(), rest.data(), rest.size());
@@ -44,7 +44,7 @@ bool Framing::receive(std::string_view bytes) {
       work.remove_prefix(length);
       continue;
     }
-    // Neither text nor binary of a receiver, or the middle of something: shown and dropped whole.
+    // Not a supported protocol, or the middle of something: shown and dropped as a whole.
     state_.stats.rejected += static_cast<uint64_t>(std::count(work.begin(), work.end(), '\n'));
     state_.hooks.unknownBytes(work);
     return false;

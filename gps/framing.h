@@ -12,8 +12,8 @@ struct GpsState;
 
 inline constexpr size_t kCarrySize = 5000;
 
-// Received bytes into whole lines or whole binary messages. What is not whole yet is carried to the
-// next call.
+// Splits received bytes into complete lines or complete binary messages. Incomplete ones are kept
+// for the next call.
 //
 //   text    $GPGGA,...*47 CR LF $GPRMC,...           up to the last LF; the rest is carried
 //   binary  A0 A2 ... B0 B3                          gps/sirf.h
@@ -24,7 +24,7 @@ class Framing {
   // Returns true if the bytes ended as text.
   bool receive(std::string_view bytes);
 
-  // How much is carried, and of what kind its first byte is (0: nothing).
+  // The number of bytes kept, and the first of them (0: none).
   size_t carried() const { return carried_; }
   char carriedStart() const { return carried_ > 0 ? carry_[0] : '\0'; }
   void dropCarried() { carried_ = 0; }

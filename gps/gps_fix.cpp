@@ -5,7 +5,7 @@
 namespace vgps {
 namespace {
 
-// In step mode a held Shift key walks on through the places where the simulation stands still.
+// In step mode, holding Shift steps on through the positions at which the simulation stands still.
 void stepWhileShiftHeld(GpsFix& fix) {
   if (!fix.simulate || fix.state.simulation.mode() != SimMode::tapping) return;
   if (fix.speedKmh == 0 && fix.state.hooks.shiftHeld()) fix.state.hooks.pressSpace();
@@ -22,7 +22,7 @@ bool GpsFix::parseSentence(std::string_view text, NmeaSentence& out, bool apply)
 
 void GpsFix::receiveLine(std::string_view bytes) {
   if (framing.carried() == 1 && framing.carriedStart() == '$' && bytes.starts_with('$')) {
-    framing.dropCarried();  // of "$$" the blocks were cut between the two
+    framing.dropCarried();  // the blocks were split inside "$$"
     ++state.stats.strayStarts;
   }
   if (framing.carried() == 0) {

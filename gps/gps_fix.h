@@ -13,11 +13,10 @@
 
 namespace vgps {
 
-// The current fix, with the connection that fills it beside it. Created once, lives as long as the
-// program.
+// The current fix and its connection. Created once; exists as long as the program.
 //
-// The functions hand on to the parser (gps/nmea.h) and to the parts below, whose headers say what
-// they do and on which thread.
+// The functions forward to the parser (gps/nmea.h) and to the parts below; see their headers for
+// details and threads.
 struct GpsFix : FixRecord, ConnectionStatus {
   explicit GpsFix(GpsState& gpsState)
       : satellites(std::make_unique<SatelliteTable>()), state(gpsState) {
@@ -46,10 +45,11 @@ struct GpsFix : FixRecord, ConnectionStatus {
   }
   bool stopReaders(int timeoutMs) { return connection.stopReaders(timeoutMs); }
 
-  // On the reader thread, or the one thread of a replay: received bytes, and whole lines.
+  // Received bytes, and complete lines. Call these on the reader thread, or on the only thread of a
+  // replay.
   void onReceive(std::string_view bytes);
-  // Likewise, of one line at most: leaves out and counts stray characters in front of a sentence
-  // before the bytes go to `onReceive`.
+  // The same for at most one line: removes and counts stray characters before a sentence, then
+  // calls `onReceive`.
   void receiveLine(std::string_view bytes);
   void processLines(std::string_view bytes) { lines.process(bytes); }
 };

@@ -41,17 +41,17 @@ struct ReaderControl {
   std::atomic<bool> readerStop{false};  // set once, at the end of the program
   std::atomic<uint32_t> generation{0};  // of the source that may be read
   std::atomic<int32_t> liveReaders{0};
-  std::atomic<int32_t> opening{0};         // of these, held by the system in the opening of a port
-  std::atomic<bool> portRequested{false};  // the reader shall look for its device; under `mutex`
-  // Locked by the reader that handles a block: after a reopening two may have one.
+  std::atomic<int32_t> opening{0};         // readers that the system blocks while opening a port
+  std::atomic<bool> portRequested{false};  // find the device; protected by `mutex`
+  // Locked by the reader that handles a block: after reopening, two readers may have one.
   std::mutex deliveryMutex;
-  std::atomic<uint32_t> deliveringGeneration{0};  // of the reader that has the lock; 0: none
+  std::atomic<uint32_t> deliveringGeneration{0};  // of the reader that holds the lock; 0: none
   std::mutex mutex;
   std::condition_variable wake;
 };
 
-// The receiver state beside the fix: values that the parser and the reader keep for the whole
-// program, their options, and the services they use.
+// The state of the receiver code besides the fix: values that the parser and the reader keep while
+// the program runs, their options, and the services they use.
 struct GpsState {
   GpsState(GpsHooks& gpsHooks, const Clock& gpsClock) : hooks(gpsHooks), clock(gpsClock) {}
 
@@ -59,7 +59,7 @@ struct GpsState {
   GpsHooks& hooks;
   const Clock& clock;
   std::function<std::unique_ptr<SerialPort>()> makePort;
-  std::function<std::vector<PortName>()> listPorts;  // may be missing; called by readers
+  std::function<std::vector<PortName>()> listPorts;  // may be empty; called by readers
   LocationSensorManager* sensors = nullptr;
   std::string sensorIdentifier;  // a GUID as text
 

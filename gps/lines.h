@@ -8,13 +8,13 @@ namespace vgps {
 
 struct GpsFix;
 
-// Whole lines, one after the other: logged, parsed into the fix, counted and handed to the user
+// Handles complete lines one by one: logs, parses, and counts them and sends them to the user
 // interface.
 class Lines {
  public:
   explicit Lines(GpsFix& fix) : fix_(fix) {}
 
-  // Whole lines, or one whole binary message.
+  // Processes complete lines, or one complete binary message.
   void process(std::string_view bytes);
 
  private:

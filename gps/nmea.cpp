@@ -85,7 +85,7 @@ DateTime timeOf(std::string_view field) {
   return time;
 }
 
-// The decimals of hhmmss.sss as a part of the second.
+// The decimals of hhmmss.sss as a fraction of a second.
 uint32_t millisecondsOfTime(std::string_view field) {
   const size_t point = std::min(field.find('.'), field.size());
   uint32_t milliseconds = 0;
@@ -163,7 +163,7 @@ uint32_t readTime(std::string_view field, const GpsState& state, DateTime& utc, 
   return isMidnight(utc) ? 0U : kSaidTime;
 }
 
-// `bit` where a number begins in the field.
+// Returns `bit` if the field starts with a number, otherwise 0.
 uint32_t gaveNumber(std::string_view field, Said bit) {
   const bool number = !field.empty() && (isDigit(field[0]) || field[0] == '-' || field[0] == '.');
   return number ? bit : 0U;
@@ -196,7 +196,7 @@ uint32_t parseGga(const Fields& fields, GpsState& state, NmeaSentence::Quality& 
   // Some receivers leave field 9 empty or report their altitude in the geoid field.
   if (fields.has(11) && (out.altitude == 0 || state.options.altitudeFromGeoidField)) {
     out.altitude = leadingInt(fields[11]);
-    // Half a meter is a height too, which the record lacks.
+    // The record lacks the decimals, but 0.5 m is an altitude too.
     if (out.exactAltitude == 0 || state.options.altitudeFromGeoidField) {
       out.exactAltitude = leadingDouble(fields[11]);
     }
@@ -395,8 +395,8 @@ void markKnown(GpsFix& fix, Unknown value, bool given) {
   fix.unknown = given ? fix.unknown & ~value : fix.unknown | value;
 }
 
-// A sentence that ought to bring a value and does not leaves one that was not measured; without
-// a fix nothing is measured at all.
+// If a sentence should report a value but does not, the value is marked as not measured; without a
+// fix, nothing is measured.
 void applyMarks(GpsFix& fix, int32_t kind, uint32_t said) {
   if (kind == kGga) {
     markKnown(fix, kUnknownAltitude, (said & kGaveAltitude) != 0);

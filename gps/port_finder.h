@@ -71,11 +71,11 @@ class PortFinder {
   std::shared_ptr<Search> search_;  // shared with its threads
 };
 
-// The best finding: a receiver that has a position before one that has none, and of these the one
-// with the most sentences per second. Null if there is no receiver.
+// The best finding: receivers with a position come before those without, then the most sentences
+// per second counts. Null if there is no receiver.
 const PortFinding* bestFinding(const std::vector<PortFinding>& findings);
 
-// What is known of a position there: "fix, 9 satellites", "no fix yet", "AIS"; empty without any.
+// What is known about the position: "fix, 9 satellites", "no fix yet", "AIS"; empty if nothing.
 std::string positionText(const PortFinding& finding);
 
 // What a probe at this speed has found, in words.

@@ -52,7 +52,7 @@ bool isSentence(std::string_view line, const SentenceName& name) {
 
 bool isPosition(const SentenceName& name) { return name.isFromGnss() && name.isPosition(); }
 
-// What a position sentence says besides: an RMC that is valid, a GGA of some quality.
+// Further information in position sentences: a valid RMC, the quality of a GGA.
 //   $GPRMC,time,A,...    $GPGGA,time,lat,N,lon,E,quality,used,...
 void noteFix(const SentenceName& name, std::string_view line, ProbeReport& answer) {
   const Fields fields(line);

@@ -25,10 +25,10 @@ enum class ProbeResult {
 struct ProbeReport {
   ProbeResult result = ProbeResult::noData;
   std::string talker;             // of the position sentence: "GP", "GN"
-  double sentencesPerSecond = 0;  // of all kinds together
-  bool hasFix = false;            // a sentence with a position has come
-  int32_t satellites = 0;         // used for it, as GGA counts them; 0: not told
-  bool ais = false;               // ships' messages came
+  double sentencesPerSecond = 0;  // of all types together
+  bool hasFix = false;            // a sentence with a position was received
+  int32_t satellites = 0;         // used for the fix, from GGA; 0: unknown
+  bool ais = false;               // AIS messages of ships were received
 };
 
 // "found", "not there", ...

@@ -58,8 +58,8 @@ size_t lengthOfLine(std::string_view block) {
   return lineFeed == std::string_view::npos ? block.size() : lineFeed + 1;
 }
 
-// A line, a whole message, or the rest of the block behind the start of one. Line ends without a
-// line stay together: each chunk is handed to the user interface.
+// Returns a line, a complete message, or the rest of the block after the start of one. Consecutive
+// line ends stay together, because each chunk is sent to the user interface.
 size_t lengthOfChunk(std::string_view block) {
   if (block.starts_with(kSirfStart)) {
     const size_t length = sirfFrameLength(block);
@@ -72,8 +72,8 @@ size_t lengthOfChunk(std::string_view block) {
   return lineFeed == std::string_view::npos ? lengthOfLine(block) : lineFeed + 1;
 }
 
-// Whole lines, and behind them at most the front of a sentence, which framing carries. The front of
-// another line would be taken for bytes of no receiver.
+// Whether the block ends with a complete line or with the start of a sentence, which framing keeps.
+// The start of any other line would be taken for unknown bytes.
 bool endsWell(std::string_view block) {
   const size_t lineFeed = block.rfind('\n');
   if (lineFeed == std::string_view::npos) return false;
@@ -150,14 +150,15 @@ struct Reading {
 void handleBlock(Reading& reading, std::string_view block, size_t heldBefore) {
   GpsFix& fix = reading.fix;
   if (!reading.ownSource) beginSource(fix);
-  // The device was plugged in again: half a line of before is no front of its first one.
+  // After the device was plugged in again, half of an old line must not be joined with its first
+  // new line.
   if (reading.reopened) {
     fix.framing.dropCarried();
     fix.unknown = kAllUnknown;
   }
   reading.ownSource = true;
   reading.reopened = false;
-  // Half a sentence in front of a message is no use to either.
+  // Half a sentence before a binary message would spoil both.
   if (fix.framing.carriedStart() == '$' && block.starts_with(kSirfStart)) fix.framing.dropCarried();
   const bool binary = fix.state.inputProtocol == kSirfBinary;
   auto arrival = reading.arrivals.begin();

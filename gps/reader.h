@@ -7,12 +7,12 @@ namespace vgps {
 
 struct GpsFix;
 
-// Splits received blocks at line starts and around whole messages, so that each line reaches
+// Splits received blocks at line starts and around complete messages, so that each line reaches
 // `onReceive` separately and dropping a foreign line (AIS, noise) never drops a sentence with it.
-// Block borders are accidents of timing anyhow. A message that is not whole takes the rest of the
-// block with it; the damaged rest of one (`binary`: messages came last) ends where the next one
-// starts. Blank lines in a row stay together. `carriedStart`: the first byte of what `onReceive`
-// carries, 0 when nothing.
+// Block boundaries depend on timing anyway. An incomplete message extends to the end of the block;
+// the damaged rest of one (`binary`: the last data was binary) ends where the next message starts.
+// Consecutive blank lines stay together. `carriedStart` is the first byte that `onReceive` has
+// kept, 0 if there is none.
 void splitAtLineStarts(std::string_view block, char carriedStart, bool binary,
                        const std::function<void(std::string_view)>& take);
 

@@ -84,8 +84,8 @@ void Connection::rememberDevice(uint32_t generation) {
   if (source_.generation == generation) device_ = device;
 }
 
-// The port of a device among those that are there: the one that has its identity, else, of a make
-// without numbers, the only one that was plugged in since.
+// Finds the port of a device: the one with its identity or, for a make without serial numbers, the
+// only one that was plugged in since.
 const PortName* Connection::portOf(const Device& device, const std::vector<PortName>& present) {
   const PortName* found = nullptr;
   for (const PortName& port : present) {
@@ -101,8 +101,7 @@ const PortName* Connection::portOf(const Device& device, const std::vector<PortN
   return found;
 }
 
-// Puts the path under which the device is there now into it. False when another device has its old
-// one.
+// Sets the current path of the device. Returns false if another device uses its old path.
 bool Connection::findDevice(Device& device, std::string& newName) const {
   if (device.identity.empty() || !state_.listPorts) return true;
   const std::vector<PortName> present = state_.listPorts();
@@ -134,7 +133,8 @@ bool Connection::reopenPort(uint32_t generation) {
   // Close the old handle first: a device that is still there cannot be opened twice.
   if (source.port != nullptr) source.port->close();
   PortAttempt attempt{.state = PortAttempt::State::failed};
-  // Goes, and with it closes the port, outside the lock when nobody wants it any more.
+  // If the port is no longer wanted, this closes it at the end of the function, after the lock is
+  // released.
   std::shared_ptr<SerialPort> opened = state_.makePort();
   const bool free = findDevice(device, attempt.newName);
   attempt.error = free ? opened->open(device.path) : PortError::notFound;

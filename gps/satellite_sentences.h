@@ -42,7 +42,7 @@ struct GsvReport {
   std::array<Satellite, kGroups> satellites;
 };
 
-// The system number of a GSA, 0 when it has none: one hexadecimal digit. Some receivers write a
+// The system number of a GSA, one hexadecimal digit; 0 if there is none. Some receivers write a
 // fourth DOP there ("1.2").
 int systemIdOf(const Sentence& sentence);
 

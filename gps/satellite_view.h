@@ -24,13 +24,12 @@ struct ViewedSatellite {
   bool used = false;
 };
 
-// Each satellite once, with its strongest signal, although receivers list it for each that they
-// hear.
+// Lists each satellite once, with its strongest signal, although receivers list it once per signal.
 std::vector<ViewedSatellite> strongestSignals(std::span<const ViewedSatellite> view);
 
-// All satellites of all systems that GSV and GSA sentences of any talker list, for the screens.
-// Satellites of a talker and signal stay until that talker's next GSV cycle ends without them, or
-// until 30 seconds have passed without a word of it.
+// All satellites of all systems listed by GSV and GSA sentences of any talker, for the screens. The
+// satellites of a talker and signal remain until that talker's next GSV cycle ends without them, or
+// until it has been silent for 30 seconds.
 class SatelliteView {
  public:
   static constexpr size_t kCapacity = 160;  // further satellites are ignored

@@ -5,7 +5,8 @@
 namespace vgps {
 namespace {
 
-// The exclusive-or of all characters but the first, eight at a time, folded at the end.
+// The exclusive-or of all characters except the first, computed eight at a time and folded at the
+// end.
 uint8_t xorOf(std::string_view sentence) {
   if (!sentence.empty()) sentence.remove_prefix(1);
   uint64_t wide = 0;

@@ -28,7 +28,7 @@ const char* sentenceTypeName(SentenceType type);
 
 enum class Checksum : uint8_t { right, wrong, absent };
 
-// -1 when it is none.
+// -1 if it is not one.
 int hexDigit(char c);
 
 // The exclusive-or of the characters between the first one ("$") and the "*".

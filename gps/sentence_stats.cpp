@@ -24,7 +24,7 @@ double RateMeter::perSecond(uint32_t tick) const {
   if (tick - lastTick_ > kWindowMs) return 0;
   if (lastWindowRate_ >= 0) return lastWindowRate_;
   const uint32_t elapsed = lastTick_ - windowStart_;
-  // Within a single burst nothing is known: a kind that comes every five seconds would have
+  // A single burst tells nothing about the rate: a kind sent every five seconds would show
   // thousands a second.
   constexpr uint32_t kBurstMs = 500;
   return elapsed < kBurstMs ? 0 : (inWindow_ - 1) * 1000.0 / elapsed;

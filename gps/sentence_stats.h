@@ -31,7 +31,7 @@ struct KindStats {
   RateMeter rate;
 };
 
-// RMC, GGA and GSA of one talker that were not parsed for one reason.
+// The RMC, GGA, and GSA sentences of one talker that were not parsed, for one reason.
 struct LeftOutSentences {
   uint32_t talker = 0;  // letters as in SentenceName
   SentenceType type = SentenceType::other;
@@ -39,14 +39,14 @@ struct LeftOutSentences {
   uint64_t count = 0;
 };
 
-// What came down the line. Counting changes nothing in what is accepted.
+// Counts of received lines and messages. Counting does not affect what is accepted.
 struct SentenceStats {
   std::array<KindStats, kSentenceTypes> kinds;
-  uint64_t rejected = 0;     // lines that begin with no "$"
-  uint64_t binary = 0;       // whole binary messages
-  uint64_t strayStarts = 0;  // lines that had a stray character in front of their sentence
+  uint64_t rejected = 0;     // lines that do not start with "$"
+  uint64_t binary = 0;       // complete binary messages
+  uint64_t strayStarts = 0;  // lines with stray characters before the sentence
 
-  // Of the current source; what has no place any more is not counted.
+  // For the current source; not counted if there is no room left.
   std::array<LeftOutSentences, 12> leftOut;
   size_t leftOutKinds = 0;
 

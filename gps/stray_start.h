@@ -4,9 +4,8 @@
 
 namespace vgps {
 
-// A line without stray characters in front of its sentence: a real receiver sends "$$GPGGA", a
-// network logger writes "#$GPGGA". All other lines stay as they are. The front of a line that is
-// not whole yet will do.
+// Removes stray characters before a sentence: some receivers send "$$GPGGA", network loggers write
+// "#$GPGGA". All other lines are returned unchanged. The start of an incomplete line is enough.
 std::string_view withoutStrayStart(std::string_view line);
 
 }  // namespace vgps

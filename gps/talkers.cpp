@@ -9,7 +9,7 @@ namespace vgps {
 namespace {
 
 constexpr size_t kGpsTalker = 0;
-// In the order of preference between equally complete ones, behind GP.
+// After GP, in order of preference among equally complete talkers.
 constexpr std::array<uint64_t, 7> kTalkerKeys = {
     lettersKey("GP"), lettersKey("GN"), lettersKey("GL"), lettersKey("GA"),
     lettersKey("GB"), lettersKey("BD"), lettersKey("GQ")};
@@ -31,8 +31,8 @@ size_t kindOf(SentenceType type) {
   }
 }
 
-// Whether a GSA speaks of GPS satellites. Those of Galileo are numbered 1 to 36 as well and would
-// mark the GPS satellites of the same numbers as used.
+// Whether a GSA is about GPS satellites. Galileo satellites are numbered 1 to 36 too and would mark
+// GPS satellites with the same numbers as used.
 bool isGsaOfGps(const Sentence& sentence) {
   const int system = systemIdOf(sentence);
   return system == 0 || system == 1;
@@ -53,8 +53,8 @@ void TalkerTranslation::expect(const TalkerTranslation& heard) {
   logKnown_ = true;
 }
 
-// GP counts as heard at the beginning, so that it is waited for. Of a log that is known, everyone
-// who speaks at its beginning does.
+// GP counts as received at the beginning, so that it is waited for. In a log that was surveyed, so
+// do all talkers at its beginning.
 void TalkerTranslation::begin(uint32_t tick) {
   started_ = true;
   if (logKnown_) talkers_ = expected_;
@@ -98,7 +98,7 @@ TalkerVerdict TalkerTranslation::judge(const Sentence& sentence, uint32_t tick,
   }
   const size_t speaker = speakerOf(kind, tick);
   if (speaker == talker) return {.forGps = true};
-  // A GSA of one system beside that of another is no loss: the satellite view takes it.
+  // A GSA that is left out next to one of another system is not lost: the satellite view reads it.
   if (speaker == kTalkers || (kind == kGsaKind && !ofGps && sentence.name.talker != kCombined)) {
     return {};
   }
@@ -106,7 +106,7 @@ TalkerVerdict TalkerTranslation::judge(const Sentence& sentence, uint32_t tick,
   return {.reason = LeftOutReason::another, .instead = static_cast<uint32_t>(kTalkerKeys[speaker])};
 }
 
-// How complete a talker is: position sentences before all. GP goes before everyone.
+// How complete a talker is: position sentences count most. GP comes before all others.
 int TalkerTranslation::scoreOf(size_t talker, uint32_t tick) const {
   if (talker == kGpsTalker) return std::numeric_limits<int>::max();
   const auto sends = [&](size_t kind) {
@@ -114,13 +114,13 @@ int TalkerTranslation::scoreOf(size_t talker, uint32_t tick) const {
     return heard.ever && tick - heard.tick <= kTalkerSilenceMs ? 1 : 0;
   };
   const int positions = sends(kRmcKind) + sends(kGgaKind);
-  // Satellites of one other system, beside the positions of a receiver that sends them as another
-  // talker, are not those that the fix numbers.
+  // If another talker sends the positions, the satellites of this single system are not those
+  // numbered in the fix.
   if (positions == 0 && kTalkerKeys[talker] != kCombined) return 0;
   return 2 * positions + sends(kGsaKind);
 }
 
-// The best of those that have sent the kind lately: with a fix, or else at all. kTalkers: none.
+// The best talker that has sent the kind recently, preferably with a fix. kTalkers: none.
 size_t TalkerTranslation::speakerOf(size_t kind, uint32_t tick) const {
   for (const bool withFix : {true, false}) {
     size_t best = kTalkers;
@@ -128,7 +128,7 @@ size_t TalkerTranslation::speakerOf(size_t kind, uint32_t tick) const {
     for (size_t i = 0; i < kTalkers; ++i) {
       const Heard& heard = talkers_[i].kinds[kind];
       const uint32_t silentMs = tick - (withFix ? heard.fixTick : heard.tick);
-      // The sentence at hand is heard; 3 s after the one before the next talker takes its turn.
+      // The current sentence counts; 3 s after the previous one, the next talker takes over.
       if (!(withFix ? heard.everWithFix : heard.ever) || silentMs >= kTalkerSilenceMs) continue;
       const int score = scoreOf(i, tick);
       if (score <= bestScore) continue;

@@ -9,36 +9,37 @@ namespace vgps {
 
 enum class TalkerSetting : int32_t { automatic = 0, always = 1, never = 2 };
 
-// So long a talker counts as one that sends a kind of sentence, and so long GP is waited for.
+// How long a talker counts as sending a kind of sentence, and how long GP is waited for.
 inline constexpr uint32_t kTalkerSilenceMs = 3000;
 
-// Why an RMC, GGA or GSA that could be of use is not parsed.
+// Why a usable RMC, GGA, or GSA is not parsed.
 enum class LeftOutReason : uint8_t {
   none,
-  waiting,  // GP may speak yet
+  waiting,  // GP may still be received
   another,  // another talker's sentences of this kind are used
   turnedOff,
   unknownTalker,
 };
 
 struct TalkerVerdict {
-  bool forGps = false;  // the parser takes the sentence as one of GP
+  bool forGps = false;  // parse the sentence like one of GP
   LeftOutReason reason = LeftOutReason::none;
-  uint32_t instead = 0;  // whose sentences are used, when `reason` is `another`
+  uint32_t instead = 0;  // the talker that is used, if `reason` is `another`
 };
 
-// The parser knows the talker "GP" only. Receivers that combine systems answer as "GN", those of
-// one other system as GL, GA, GB, BD or GQ, and some mix them: GPGGA with GNRMC. This stage says
-// for each kind of sentence - RMC, GGA, GSA - whose count as if a GPS receiver had sent them.
+// The parser only accepts the talker "GP". Receivers that combine several systems use "GN", those
+// for another single system GL, GA, GB, BD, or GQ, and some mix them: GPGGA with GNRMC. This class
+// decides for each kind of sentence (RMC, GGA, GSA) which talker's sentences are treated like those
+// of a GPS receiver.
 class TalkerTranslation {
  public:
-  // Every line, of whatever kind. `tick`: when it came, milliseconds.
+  // Call this for every line, of any kind. `tick` is when it was received, in milliseconds.
   TalkerVerdict judge(const Sentence& sentence, uint32_t tick, TalkerSetting setting);
 
-  // Notes any line; `judge` does so too.
+  // Only notes the line; `judge` does that too.
   void listen(const Sentence& sentence, uint32_t tick);
 
-  // Of a log that was looked through before: who speaks at its beginning need not be waited for.
+  // For a log that was surveyed: the talkers at its beginning need not be waited for.
   void expect(const TalkerTranslation& heard);
 
   // Forgets all talkers, for a new connection.
@@ -52,7 +53,7 @@ class TalkerTranslation {
     bool ever = false;
     bool everWithFix = false;
     uint32_t tick = 0;
-    uint32_t fixTick = 0;  // of the last one that had a fix
+    uint32_t fixTick = 0;  // of the last one with a fix
   };
   struct Talker {
     std::array<Heard, kKinds> kinds;

@@ -21,7 +21,7 @@ constexpr std::string_view kWord = "discarded-";
 constexpr std::string_view kTimeForm = "YYYYMMDD-hhmmss";
 constexpr std::string_view kExtension = ".journal";
 
-// The time in the name of a file; behind it may be "-2" and so on.
+// The time in the name of a file, which may be followed by "-2" etc.
 std::optional<int64_t> discardedAt(std::string_view name) {
   DateTime time;
   if (!name.ends_with(kExtension)) return std::nullopt;
@@ -29,7 +29,7 @@ std::optional<int64_t> discardedAt(std::string_view name) {
   if (!readDateTime(name.substr(kWord.size(), kTimeForm.size()), kTimeForm, time)) {
     return std::nullopt;
   }
-  return millisecondsOf(time).value_or(0);  // of a computer whose clock had no date
+  return millisecondsOf(time).value_or(0);  // 0 if the computer's clock had no valid date
 }
 
 }  // namespace

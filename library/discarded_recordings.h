@@ -7,9 +7,9 @@
 #include "base/date_time.h"
 #include "library/track_store.h"
 
-// Recordings that were not wanted when they ended. Their journals stay for a while, because a No is
-// quickly pressed: "discarded-20100705-070304.journal" beside the settings, named by the UTC of the
-// computer. Everything that opens an unfinished recording opens these.
+// Recordings that the user discarded when they ended. Their journals are kept for a while, because
+// No is quickly pressed by mistake: "discarded-20100705-070304.journal" next to the settings, named
+// after the computer's UTC time. Anything that opens an unfinished recording can open them.
 namespace vgps {
 
 struct DiscardedRecording {
@@ -18,16 +18,17 @@ struct DiscardedRecording {
   uint64_t bytes = 0;
 };
 
-// Those in the folder, the newest first.
+// The recordings in the folder, newest first.
 std::vector<DiscardedRecording> discardedRecordings(const std::string& folder);
 
-// Its points; none when nothing in it can be read.
+// Loads the points; none if nothing is readable.
 TrackSummary summaryOfDiscarded(const DiscardedRecording& recording);
 
-// A free name for one more; empty if all that may be tried are taken.
+// An unused name for another one; empty if all names to try are taken.
 std::string freeDiscardedPath(const std::string& folder, const DateTime& utc);
 
-// Deletes what is older than 30 days, more than the newest 20, or beyond 200 MB; never the newest.
+// Deletes recordings older than 30 days, beyond the newest 20, or beyond 200 MB; never the newest
+// one.
 void pruneDiscarded(const std::string& folder, const DateTime& utc);
 
 }  // namespace vgps

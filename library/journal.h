@@ -75,8 +75,8 @@ class Journal {
   // Flushes and closes the file without deleting it. Returns false if some points could not be
   // written.
   bool close();
-  // Closes the file and gives it the name `path`, which is free. Returns false if the system
-  // refuses; it keeps its name then.
+  // Closes the file and renames it to `path`, which must be unused. Returns false, with the name
+  // unchanged, if the system refuses.
   bool keepAs(const std::string& path);
   // Deletes the file when the points are saved elsewhere or discarded. Returns false if the system
   // refuses.

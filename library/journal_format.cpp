@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view kMagic = "VGPSJRNL";
 constexpr uint32_t kVersion = 1;
 constexpr uint8_t kPoint = 1;
-constexpr uint8_t kNote = 2;  // about the point behind it; older programs pass over it
+constexpr uint8_t kNote = 2;  // about the next point; older versions skip it
 
 // Writes into a buffer that is known to be large enough.
 class Writer {
@@ -178,7 +178,7 @@ JournalContents readJournal(std::span<const uint8_t> bytes) {
   size_t at = good ? kJournalHeader : nextPoint(bytes, 0);
   contents.damaged = !good && bytes.size() > kJournalHeader;
   if (good) contents.goodEnd = kJournalHeader;
-  std::span<const uint8_t> note;  // the record before, where it is one
+  std::span<const uint8_t> note;  // the preceding record, if it is a note
   while (at < bytes.size()) {
     const std::span<const uint8_t> record = recordAt(bytes.subspan(at));
     if (!record.empty()) {

@@ -27,9 +27,9 @@
 //           93 16  course, magnetic variation
 //          109 12  m, s, c
 //
-//   body of  0  1  kind, 2; in front of a point that needs it
-//   a note   1  4  which values of the point are not known: Unknown bits
-//            5  8  UTC of the receiver, milliseconds since 1970; 0: not known
+//   body of  0  1  kind, 2; precedes the point that it describes
+//   a note   1  4  unknown values of the point: Unknown bits
+//            5  8  UTC of the receiver, milliseconds since 1970; 0: unknown
 namespace vgps {
 
 inline constexpr size_t kJournalHeader = 16;

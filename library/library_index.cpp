@@ -15,7 +15,7 @@ constexpr std::string_view kIndexMagic = "VGPSINDX";
 constexpr uint32_t kIndexVersion = 3;
 constexpr uint32_t kOther = 1;  // flags
 constexpr uint32_t kDamaged = 2;
-constexpr size_t kLeastEntry = 128;  // bytes; more entries than that many fit are none
+constexpr size_t kLeastEntry = 128;  // bytes; limits the number of entries that is believed
 
 class IndexWriter {
  public:

@@ -17,7 +17,7 @@
 //
 //   0  8  "VGPSINDX"
 //   8  4  version, 3
-//  12  8  size of the document, 0 of a folder
+//  12  8  size of the document, 0 for a folder
 //  20  8  its time
 //  28  8  where the next track goes
 //  36  4  number of entries

@@ -83,7 +83,7 @@ void addAttributes(RecordingOptions& writing, const RecordingOptions& other) {
   writing.recordCourse = writing.recordCourse || other.recordCourse;
 }
 
-// The first number that no split part has yet.
+// The first number that no split track uses yet.
 uint32_t freeSplitNumber(std::span<const TrackSummary> tracks) {
   for (uint32_t number = 1;; ++number) {
     const std::string name = "Split " + std::to_string(number);
@@ -127,7 +127,7 @@ std::string trackFolder(std::string_view setting, const std::string& settingsFol
 }
 
 bool isLibraryFile(const std::string& path) {
-  constexpr size_t kHead = 4096;  // a declaration and a comment fit
+  constexpr size_t kHead = 4096;  // room for a declaration and a comment
   InputFile file(path);
   FileStamp stamp;
   std::string head;
@@ -261,7 +261,7 @@ LibraryResult TrackLibrary::import(std::span<const XmlElement> elements) {
     if (result != LibraryResult::done) return result;
     all.texts.push_back(std::move(text));
     if (!isFolder()) continue;
-    // The next free name is known when this file is there.
+    // The next unused name is only known once this file exists.
     const LibraryResult added =
         change({std::exchange(all, TrackEdit{.index = count, .removes = false})});
     if (added != LibraryResult::done) return added;

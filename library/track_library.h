@@ -26,12 +26,12 @@ inline constexpr const char* kTrackLibraryName = "tracks.xml";
 // settings' folder unless absolute; by default kTrackLibraryName there.
 std::string trackLibraryPath(std::string_view setting, const std::string& settingsFolder);
 
-// What a track file has to hold for these points: the attributes that are not zero in all of them.
+// The attributes that a track file needs for these points; one that is always zero is omitted.
 RecordingOptions attributesIn(const Track& track);
-// The folder in which its files are: the library's own, or the one around the document.
+// The folder of its files: the library's own, or the one that contains the document.
 std::string trackFolder(std::string_view setting, const std::string& settingsFolder);
 
-// Whether the file has the root of a library document. Its first bytes are looked at.
+// Whether the file has the root of a library document. Reads only its first bytes.
 bool isLibraryFile(const std::string& path);
 
 struct Editable;
@@ -70,8 +70,8 @@ class TrackLibrary {
   LibraryResult add(Track& track, const RecordingOptions& options, const DateTime& local);
   // Adds a track element written by another program.
   LibraryResult import(XmlElement element);
-  // Several of them in one change: all or none. In a folder each is a file, and those in front of
-  // one that fails stay.
+  // Adds several tracks in one change: all or none. In a folder each is a file, and those written
+  // before a failure stay.
   LibraryResult import(std::span<const XmlElement> elements);
 
   LibraryResult rename(size_t index, std::string_view name);

@@ -21,18 +21,18 @@ class Clock {
 
 const Clock& systemClock();
 
-// Local time minus UTC in minutes, as it is now.
+// The current offset of local time from UTC, in minutes.
 inline int32_t utcOffsetMinutes(const Clock& clock) {
   const DateTime utc = clock.utc();
   const DateTime local = clock.local();
   if (!isCalendarTime(utc) || !isCalendarTime(local)) return 0;
-  constexpr int64_t kHalfMinute = 30;  // the two are not read at once
+  constexpr int64_t kHalfMinute = 30;  // the two clocks are not read at the same moment
   const int64_t seconds = secondsOf(local) - secondsOf(utc);
   return static_cast<int32_t>((seconds + (seconds < 0 ? -kHalfMinute : kHalfMinute)) / 60);
 }
 
-// Local time as UTC by the offset that holds now, whatever the date: the file-time calls of Windows
-// do so, and so a date in the other half of the year is off by its daylight saving time.
+// Converts local time to UTC with the current offset, whatever the date, like the file-time
+// functions of Windows: a date in the other half of the year is off by the daylight saving time.
 inline DateTime utcFromLocal(const DateTime& local, int32_t offsetMinutes) {
   return plusMinutes(local, -int64_t{offsetMinutes});
 }

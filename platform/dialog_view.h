@@ -39,7 +39,7 @@ class DialogView {
   virtual Color color(uint16_t control) = 0;
 
   virtual void enable(uint16_t control, bool enabled) = 0;
-  // A line below everything else; at most once for a dialog.
+  // Adds a line of text to the dialog; at most once per dialog.
   virtual void showNote(std::string_view text) = 0;
 
   // Lets the user choose an existing file and returns its path; empty if the user cancels. `kind`

@@ -12,10 +12,10 @@ namespace vgps {
 // fopen with a UTF-8 path; null when the system refuses.
 std::FILE* openFile(const std::string& path, const char* mode);
 
-// Standard input, for bytes of any kind.
+// Standard input in binary mode.
 std::FILE* standardInput();
 
-// The folder of the running program, without a separator at its end.
+// The folder of the running program, without a trailing separator.
 std::string programFolder();
 
 // The path of a file in a folder, joined with the system's separator.
@@ -23,10 +23,11 @@ std::string pathIn(std::string_view folder, std::string_view name);
 
 bool isFolder(const std::string& path);
 
-// False when there is no such folder afterwards. The folder it is in must be there.
+// Creates the folder if necessary. Returns false if it does not exist afterwards. Its parent folder
+// must exist.
 bool makeFolder(const std::string& path);
 
-// Whether there is a file or folder of that name, even if it cannot be opened.
+// Whether a file or folder of that name exists, even if it cannot be opened.
 bool fileExists(const std::string& path);
 
 // Renames `from` to `to` in the same folder, replacing an existing `to`. One of the two files
@@ -63,12 +64,12 @@ void copyPermissions(const std::string& from, const std::string& to);
 
 bool removeFile(const std::string& path);
 
-// Return when the disk itself has what was written to a file, or the names in its folder. The first
-// returns false if the system reports a fault; the second does what the system lets it do.
+// Flush a file, or the names in its folder, to disk. The first returns false if the system reports
+// an error; the second does what the system allows.
 bool flushFile(const std::string& path);
 void flushFolderOf(const std::string& path);
 
-// Identifies an unchanged file.
+// Used to tell whether a file has changed.
 struct FileStamp {
   uint64_t size = 0;  // bytes
   // The time of the last change, in system-specific units.
@@ -78,11 +79,12 @@ struct FileStamp {
 // Returns false if there is no such file or it is a folder.
 bool fileStamp(const std::string& path, FileStamp& stamp);
 
-// How long ago the file was changed last, in seconds by the system's clock; negative when its time
-// lies ahead, 0 when there is no such file.
+// The time since the file was last changed, in seconds by the system's clock; negative if it lies
+// in the future, 0 if there is no such file.
 double fileAge(const std::string& path);
 
-// Why the system refused something to this thread last. Valid directly behind the call that failed.
+// The reason of the last system error on this thread. Valid only directly after the call that
+// failed.
 enum class FileFault {
   unknown,
   noFolder,
@@ -95,7 +97,7 @@ enum class FileFault {
 };
 FileFault lastFileFault();
 
-// The names of the files in a folder, not of its folders, in no order.
+// The names of the files in a folder (without subfolders), in no particular order.
 std::vector<std::string> filesIn(const std::string& folder);
 
 }  // namespace vgps

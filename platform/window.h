@@ -21,10 +21,10 @@ class Window {
   // Shows an error or a notice to the user and returns without waiting for an answer.
   virtual void tellError(std::string_view) {}
   virtual void tell(std::string_view) {}
-  // An error that a search for the receiver may mend, which is offered in the same box.
+  // Shows an error that a receiver search may fix, and offers that search in the same message box.
   virtual void offerSearch(std::string_view error) { tellError(error); }
-  // A question that is answered with Yes or No; waits. True for Yes; No is the default, and the
-  // answer of a program that cannot ask.
+  // Asks a yes/no question and waits. Returns true for Yes. No is the default, and the answer of a
+  // program that cannot ask.
   virtual bool ask(std::string_view) { return false; }
   // Asks a question with several answers and waits. "&" marks the letter that selects an answer.
   // Returns the index of the chosen one. The last answer is the default and is returned if the user

@@ -11,7 +11,7 @@ import math
 import pathlib
 import random
 
-# Corners of the walk: meters east and north of the start, the height in meters, seconds of waiting.
+# Corners of the walk: meters east and north of the start, altitude in meters, seconds of waiting.
 CORNERS = [
     (0, 0, 92, 0), (38, 6, 92, 0), (52, 44, 94, 6), (96, 50, 97, 0), (104, 92, 104, 0),
     (80, 124, 112, 0), (42, 118, 119, 12), (24, 96, 113, 0), (-16, 104, 108, 0),
@@ -23,7 +23,7 @@ DATE = "140626"
 GEOID = 38.5
 METERS_PER_DEGREE = 111320.0
 
-# Number, elevation, azimuth, C/N0 (0: not heard), used.
+# Number, elevation, azimuth, C/N0 (0: not received), used.
 GPS = [(2, 61, 47, 44, 1), (5, 22, 120, 33, 1), (6, 35, 76, 39, 1), (12, 73, 301, 47, 1),
        (19, 11, 34, 24, 0), (24, 40, 215, 41, 1), (25, 52, 268, 43, 1), (29, 28, 309, 37, 1),
        (31, 18, 170, 30, 1)]

@@ -1,7 +1,7 @@
 #!/bin/bash
 # Renews the expected answers in tests/answers: the state to which each recorded log leads, and the
 # track of a log with recording settings beside it; menus and dialogs as text; and what the commands
-# of tests/answers/commands answer. Read the difference before committing it.
+# of tests/answers/commands answer. Review the difference before committing it.
 #
 #   tools/renew_answers.sh [PROGRAM]     PROGRAM: the vgps to ask, build/native/bin/vgps by default,
 #                                        with unit_tests and program_tests beside it
@@ -26,5 +26,5 @@ done
 VEXA_RENEW_ANSWERS=1 "$(dirname "$program")/unit_tests" --gtest_brief=1 \
   --gtest_filter=TextFrontEnd.*
 VEXA_RENEW_ANSWERS=1 "$(dirname "$program")/program_tests" --gtest_brief=1 \
-  --gtest_filter=Commands.* >/dev/null || true  # fails where an answer is another one
+  --gtest_filter=Commands.* >/dev/null || true  # fails if an answer has changed
 git --no-pager diff --stat -- tests/answers

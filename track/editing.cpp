@@ -29,7 +29,7 @@ void append(Track& to, const Track& from, size_t first, size_t end) {
   }
 }
 
-// When a point was recorded, milliseconds of UTC since 1970; 0: not known.
+// When the point was recorded, UTC in milliseconds since 1970; 0: unknown.
 int64_t utcOf(const Track& track, size_t index) {
   const TrackPoint& point = track.points[index];
   if (point.receiverUtc != 0 || track.startUtc == 0) return point.receiverUtc;

@@ -19,12 +19,12 @@ struct RecordingOptions {
   bool recordSpeed = false;
   bool recordTime = false;
   bool recordCourse = false;
-  int32_t everyNth = 0;  // above 0: that many fixes are left out between two points
-  // A moving receiver is recorded at the latest after so many...
+  int32_t everyNth = 0;  // if positive: the number of fixes skipped between two points
+  // A moving receiver is recorded at least every...
   int32_t everySeconds = 0;  // ...seconds; 0: off
   int32_t everyMeters = 0;   // ...meters; 0: off
   int32_t bes = 0;           // kept with the track
-  bool manual = false;       // only fixes that the user asks for are recorded
+  bool manual = false;       // record only fixes that the user requests
 
   // Display units, also used for a file's speeds and for the running distances.
   int32_t speedUnit = 0;     // SpeedUnit

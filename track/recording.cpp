@@ -15,8 +15,8 @@ constexpr uint32_t kFixesComeMs = 3000;
 
 Position positionOf(const FixRecord& fix) { return {fix.longitude, fix.latitude, fix.altitude}; }
 
-// The date is the last one that an RMC gave: behind midnight a GGA may come before the next. Then
-// the time lies a day behind the point before.
+// The date is from the last RMC: after midnight, a GGA may arrive before the next RMC. Then the
+// time would be a day before the previous point.
 int64_t receiverUtcOf(const FixRecord& fix, int64_t before) {
   if (!isCalendarTime(fix.utcTime)) return 0;
   DateTime second = fix.utcTime;
@@ -38,7 +38,7 @@ bool turned(const Track& track, double course) {
   return std::fabs(course - base) > track.angleThreshold;
 }
 
-// An altitude that was not measured says nothing about a climb.
+// An altitude that was not measured says nothing about climbing.
 bool climbed(const Track& track, const FixRecord& fix) {
   if (!fix.altitudeKnown() || !track.lastAltitudeKnown) return false;
   return std::fabs(track.lastAltitude - fix.altitude) > track.altitudeThreshold;
@@ -104,7 +104,7 @@ void Recording::discard(Track& track) {
   track.attachments.clear();
   track.pointNames.clear();
   track.startUtc = 0;
-  track.name.clear();  // the next recording is another track
+  track.name.clear();  // the next recording needs a name of its own
   hooks_.trackChanged(track);
 }
 
@@ -145,7 +145,7 @@ RecordingRule Recording::ruleAgainst(const FixRecord& fix, uint32_t force) {
   return noChange;
 }
 
-// Fixes come at whole seconds, and a little earlier or later.
+// Fixes arrive at whole seconds, but a little earlier or later.
 bool Recording::passesInterval(const FixRecord& fix) const {
   constexpr int64_t kJitterMs = 300;
   const int64_t passed = int64_t{clock_.tick() - lastRecordTick_} + kJitterMs;

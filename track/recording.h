@@ -11,15 +11,15 @@ namespace vgps {
 // Why a fix is not recorded.
 enum class RecordingRule : uint8_t {
   none,
-  noPosition,  // it stands at 0,0 or off the earth
-  manual,      // the user has not asked for it
-  everyNth,    // so many are left out
+  noPosition,  // position 0,0 or not on the earth
+  manual,      // the user has not requested it
+  everyNth,    // skipped by the "every Nth" setting
   tooSlow,     // below the speed threshold
-  noChange,    // neither course nor altitude nor one of the intervals has passed its threshold
+  noChange,    // course, altitude, and intervals are all below their thresholds
 };
 
-// What recording asks of the program around it, which need not do all of it. Called on the thread
-// that records.
+// What a recording needs from the program around it; each function is optional. Called on the
+// recording thread.
 class RecordingHooks {
  public:
   virtual ~RecordingHooks() = default;
@@ -69,17 +69,18 @@ class Recording {
   // The same, forced if a mark is pending.
   bool offer(const FixRecord& fix) { return offer(fix, pendingMark_); }
 
-  // Records the fix as it is. False when nothing is being recorded or it has no position.
+  // Records the fix regardless of the filter. Returns false if no recording is in progress or the
+  // fix has no position.
   bool recordNow(const FixRecord& fix);
 
-  // The rule that kept the last offered fix from being recorded; `none` when it was recorded.
+  // The rule that rejected the last fix; `none` if it was recorded.
   RecordingRule lastRule() const { return lastRule_; }
-  // The rule that has kept all fixes from being recorded for ten seconds while they go on coming;
-  // `none` at all other times.
+  // The rule that has rejected all fixes for ten seconds while they keep arriving; otherwise
+  // `none`.
   RecordingRule waitingFor() const;
 
-  // The next point that can be recorded is marked with the next number: 1, 2, ... from each start.
-  // While a mark waits, asking again changes nothing. False when nothing is being recorded.
+  // Marks the next recorded point with the next number: 1, 2, ... from each start. Does nothing if
+  // a mark is already pending. Returns false if no recording is in progress.
   bool mark();
   // In manual mode: requests that the next fix be recorded.
   void requestPoint() { requested_ = true; }
@@ -108,7 +109,7 @@ class Recording {
   bool requested_ = false;
   RecordingRule lastRule_ = RecordingRule::none;
   uint32_t lastOfferTick_ = 0;   // milliseconds
-  uint32_t lastRecordTick_ = 0;  // likewise; of the start before the first point
+  uint32_t lastRecordTick_ = 0;  // milliseconds; before the first point, of the start
   uint32_t lastMark_ = 0;
   uint32_t pendingMark_ = 0;
 };

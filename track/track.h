@@ -18,9 +18,9 @@ struct TrackAttachment {
 };
 
 struct Track {
-  std::string name;  // empty until the user gives one, or a file of its own needs one
-  // When its first point was recorded, milliseconds since 1970; 0: not known. The receiver's UTC,
-  // that of the computer where the receiver has not told a date.
+  std::string name;  // empty until the user names it or it is saved to its own file
+  // When the first point was recorded, milliseconds since 1970; 0: unknown. The receiver's UTC, or
+  // the computer's if the receiver has not sent a date.
   int64_t startUtc = 0;
 
   // Thresholds of the recording filter; 0 is replaced by the option's value when recording starts.
@@ -37,16 +37,16 @@ struct Track {
   float lastCourse = -1;      // degrees, of the last recorded point; -1: none since the start
   float lastAltitude = 0;     // meters, likewise; of the last point whose altitude is known
   bool lastAltitudeKnown = false;
-  uint32_t cellMode = 0;  // not 0: the next fix is recorded when cells are
+  uint32_t cellMode = 0;  // not 0: record the next fix if cells are recorded
   int32_t state = kIdle;  // TrackState
   int32_t bes = 0;        // the option of that name when recording started
 };
 
-// When a track began whose first point this is: `Track::startUtc`.
+// When a track with this first point began; for `Track::startUtc`.
 int64_t startOf(const TrackPoint& first);
 
-// A point can stand there: it is on the earth, and it is not the 0,0 of a receiver that knows
-// nothing. Receivers have been seen to say 360 degrees north.
+// Whether a track point can be there: on the earth, and not the 0,0 of a receiver without a fix.
+// Some receivers report 360 degrees north.
 bool isPosition(double longitude, double latitude);
 
 struct Waypoint {

@@ -8,14 +8,14 @@
 
 namespace vgps {
 
-// One recorded fix: the fix's values as they were, with the computer's clock in `utcTime` and
-// `localTime` and the receiver's beside it. A plain record without a pointer.
+// One recorded fix: its values, with the computer's clock in `utcTime` and `localTime` and the
+// receiver's time in `receiverUtc`. A plain record without pointers.
 struct TrackPoint : FixRecord {
-  uint32_t m = 0;           // mark number, 0 none
-  uint32_t s = 0;           // segment or status number, 0 none
-  uint32_t c = 0;           // identifier of the radio cell
-  uint32_t name = 0;        // place in the track's list of point names, from 1; 0 none
-  int64_t receiverUtc = 0;  // milliseconds since 1970; 0: the receiver did not say it
+  uint32_t m = 0;           // mark number; 0: none
+  uint32_t s = 0;           // segment or status number; 0: none
+  uint32_t c = 0;           // identifier of the mobile network cell
+  uint32_t name = 0;        // number in the track's list of point names, from 1; 0: none
+  int64_t receiverUtc = 0;  // milliseconds since 1970; 0: unknown
 };
 static_assert(sizeof(TrackPoint) <= 176 && std::is_trivially_copyable_v<TrackPoint>);
 

@@ -47,7 +47,7 @@ bool readTime(std::string_view text, DateTime& time) {
   return true;
 }
 
-// "z", "z spd", ...: the names of values as Unknown bits, each at most once.
+// "z", "z spd", ...: converts names of values to Unknown bits; each may occur once.
 bool readUnknown(std::string_view text, uint32_t& unknown) {
   uint32_t bits = 0;
   for (bool more = true; more;) {
@@ -66,7 +66,7 @@ bool readUnknown(std::string_view text, uint32_t& unknown) {
   return true;
 }
 
-// One speed in all four units; the one that was read stays to its last digit.
+// Sets the speed in all four units. The unit that was read keeps its exact value.
 void setSpeeds(TrackPoint& point, double value, int32_t unit) {
   double knots = value;
   if (unit == kKmh) knots = value / kKmhPerKnot;

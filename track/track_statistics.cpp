@@ -14,7 +14,8 @@ namespace {
 constexpr double kSlowestMovingKmh = 1;
 constexpr double kHeightNoise = 5;  // meters
 
-// The sums of rises and falls between the turns of the height; see TrackStatistics::climb.
+// The sums of climbs and descents between turning points of the altitude; see
+// TrackStatistics::climb.
 class Heights {
  public:
   void add(double height) {

@@ -34,10 +34,10 @@ struct TrackTimes {
 // where both are known; kilometers.
 double slantDistance(double surfaceKm, const FixRecord& from, const FixRecord& to);
 
-// How the way between two points is measured: as tracks are recorded, or on the ellipsoid.
+// How the distance between two points is measured: as when recording, or on the ellipsoid.
 enum class Measure { asRecorded, geodesic };
 
-// Adds up way, bounds and times while points come one after another.
+// Sums up distance, bounds, and times from points added one by one.
 class TrackSums {
  public:
   explicit TrackSums(Measure measure = Measure::asRecorded) : measure_(measure) {}

@@ -21,11 +21,11 @@
 //     </p>
 //   </t>
 //
-// s and m stand where they are not 0, n where the point has a name, c, spd, time (local) and br
-// where the options say so, time where the point has one. `utc` is the receiver's beside the
-// computer's `time`, with milliseconds where it has some; `unknown` names those of z, spd and br
-// that stand there although the receiver did not give them. `start` is left out where it is not
-// known. Points without a position are left out.
+// s and m are written if they are not 0, n if the point has a name; c, spd, time (local), and br if
+// the options say so, time only if the point has one. `utc` is the receiver's time, next to the
+// computer's `time`, with milliseconds if there are any; `unknown` lists those of z, spd, and br
+// that are written although the receiver did not report them. `start` is omitted if unknown. Points
+// without a position are left out.
 namespace vgps {
 
 // Larger numbers are written as 0 and read as damage: no real value of a track comes close.
@@ -43,13 +43,12 @@ std::string trackText(const Track& track, const RecordingOptions& options, std::
 XmlElement trackElement(XmlDocument& document, const Track& track, const RecordingOptions& options,
                         std::string_view name);
 
-// Whether a point's or a track's attribute is one of this program's. Those beside the oldest ones
-// are, as long as they have the form in which this program writes them.
+// Whether an attribute of a point or track is one of this program's. Newer attributes count only if
+// they have the form in which this program writes them.
 bool isPointAttribute(std::string_view name, std::string_view value);
 bool isTrackAttribute(std::string_view name, std::string_view value);
 
-// A track that was written keeps no attachments but those of points that were left out: they are
-// in the file now.
+// Removes the attachments that are in the file now; those of omitted points stay.
 void dropWrittenAttachments(Track& track);
 
 // Replaces the track's name, points, and attachments by those of the element. Its speeds are

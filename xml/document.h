@@ -33,7 +33,7 @@ enum class XmlLoadStatus {
 struct XmlLoadResult {
   XmlLoadStatus status = XmlLoadStatus::loaded;
   XmlPlace place;
-  bool rootEnds = false;  // the text holds the root to its end
+  bool rootEnds = false;  // the root element is complete
   explicit operator bool() const { return status == XmlLoadStatus::loaded; }
 };
 

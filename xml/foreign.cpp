@@ -30,8 +30,8 @@ std::string decoded(std::string_view bytes) {
   return text;
 }
 
-// <!ENTITY name "text">, with either quote; those of other files ("SYSTEM") and of the document
-// type itself ("%") are left alone.
+// <!ENTITY name "text">, with either kind of quote; external entities ("SYSTEM") and parameter
+// entities ("%") are ignored.
 Entities entitiesIn(std::string_view subset) {
   constexpr std::string_view kEntity = "<!ENTITY";
   Entities found;
@@ -82,7 +82,7 @@ class Expansion {
   size_t most_;
 };
 
-// Calls `visit` for each element in document order with its depth until that returns false.
+// Calls `visit` for each element, with its depth, in document order until it returns false.
 template <class Visit>
 void walk(const XmlDocument& document, Visit visit) {
   const XmlElement root = document.GetRootElement();
@@ -106,7 +106,7 @@ bool isName(std::string_view text) {
   return !text.empty() && isNameStart(text[0]) && std::all_of(text.begin(), text.end(), inside);
 }
 
-// For one line of a message.
+// Shortens the text to one line of a message.
 std::string shown(std::string_view stored) {
   std::string text = validUtf8(stored.substr(0, 60));
   std::replace_if(
@@ -120,7 +120,7 @@ bool isCharacterData(std::string_view text) {
          });
 }
 
-// What stands in a text or value: every "&" begins a reference that XML itself knows.
+// In texts and values, every "&" must begin a reference that XML itself defines.
 bool isStoredText(std::string_view text) {
   if (!isCharacterData(text) || text.find('<') != std::string_view::npos) return false;
   for (size_t at = 0; (at = text.find('&', at)) != std::string_view::npos; ++at) {

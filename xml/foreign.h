@@ -6,25 +6,26 @@
 
 #include "xml/document.h"
 
-// What is asked of documents that other programs wrote.
+// Functions for documents written by other programs.
 namespace vgps {
 
-// Bytes that no text has. A file of two bytes a character begins with a mark that says so.
+// Whether there are bytes that never occur in text. UTF-16 files, which start with a mark, are
+// text.
 bool isBinary(std::string_view bytes);
 
-// A text in UTF-8 whose references to entities of its own document type ("<!ENTITY name "text">")
-// are replaced by their text, also inside one another. False when that makes it larger than 64 MB
-// more or nests more than 16 deep: then it is not meant to be read.
+// Replaces references to entities of the text's own document type ("<!ENTITY name "text">") by
+// their text, also nested ones; the text is UTF-8. Returns false if this would add more than 64 MB
+// or exceed 16 levels of nesting: such a text is hostile.
 bool expandEntities(std::string_view bytes, std::string& text);
 
-// The tabs that the writer puts in front of lines, in bytes.
+// The number of bytes that the writer needs for indentation.
 uint64_t indentationOf(const XmlDocument& document);
 
-// Whether both have the same elements and attributes, by name and order.
+// Whether both have the same elements and attributes, in name and order.
 bool haveSameNames(const XmlDocument& a, const XmlDocument& b);
 
-// Why what the writer makes of the document is not well-formed (W3C, "Extensible Markup Language
-// (XML) 1.0", fifth edition); empty when it is. All characters above 127 pass as those of names.
+// Returns why the written document would not be well-formed (W3C, "Extensible Markup Language (XML)
+// 1.0", fifth edition); empty if it is. All characters above 127 are accepted in names.
 std::string whyNotWellFormed(const XmlDocument& document);
 
 }  // namespace vgps

@@ -101,7 +101,7 @@ class Reader {
       }
     }
     if (tree_.text.overflowed()) return fail();
-    // A tag that lacks its ">" ends at the mark behind the text.
+    // A tag without ">" ends at the sentinel after the text.
     outside_.rootEnds = root_ != kNoRow && open_ == kNoRow && p <= end_;
     if (root_ == kNoRow) passLines(end_);
     outside_.stray = lines_.place();

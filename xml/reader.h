@@ -33,8 +33,8 @@ struct XmlPlace {
 struct XmlPrologue {
   std::string declaration;  // "<?xml ... ?>" verbatim; empty if there is none
   std::vector<XmlComment> comments;
-  bool anyText = false;      // there was at least one byte
-  bool rootEnds = false;     // the root's own tags are whole, the closing one included
+  bool anyText = false;      // the source had at least one byte
+  bool rootEnds = false;     // both tags of the root element are complete
   bool outOfMemory = false;  // the text is larger than memory or the tree's TextStore
   XmlPlace stray;            // if there is no root: where an element was expected
 };

@@ -239,7 +239,7 @@ constexpr bool inOrderWithoutOverlap() {
 }
 static_assert(inOrderWithoutOverlap());
 
-// What a handler needs besides itself; handlers without a row need nothing.
+// What each handler needs to work; handlers without a row need nothing.
 struct NeedRow {
   CommandHandler handler;
   bool (*isThere)(Command command);

@@ -34,12 +34,11 @@ const CommandRow* findCommand(Command command);
 // Returns false if there is no such command.
 bool runCommand(Desktop& app, Command command);
 
-// Whether there is something behind the command that works: not so if its screen, its dialog or the
-// whole feature is missing. Menus leave such commands out; keys and other programs still get an
-// answer.
+// Returns false if the command has no function yet because its screen, dialog, or feature is
+// missing. Menus omit such commands; keys and other programs still get an answer.
 bool isAvailable(Command command);
 
-// A command that came from a hot key: its result is shown at once, whatever was drawn just now.
+// Runs a command from a hot key: its result is shown immediately, even right after a repaint.
 bool runHotKey(Desktop& app, Command command);
 
 // Handler for commands that are not implemented yet; shows a notice in the status line. Rows that

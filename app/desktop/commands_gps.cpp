@@ -27,7 +27,7 @@ DateTime systemTimeFrom(const DateTime& gpsUtc, DateTime systemUtc) {
 
 void connectFromSettings(Desktop& app, Command) { connectReceiver(app, sourceOfSettings(app)); }
 
-// For this run; what the settings choose stays.
+// For this run only; the settings do not change.
 void connectSimulation(Desktop& app, Command) {
   connectReceiver(app, {.simulate = true, .walk = true});
 }
@@ -92,7 +92,7 @@ void copyRawLog(Desktop& app, Command) { app.window.copyText(app.rawLog.text());
 bool isDisconnected(const AppState& app, Command) { return !app.fix.running; }
 bool isConnected(const AppState& app, Command) { return app.fix.running; }
 bool isSimulating(const AppState& app, Command) { return app.fix.running && app.fix.simulate; }
-// The time of a receiver that was unplugged an hour ago is an hour old.
+// A time from a receiver that was unplugged an hour ago would be an hour old.
 bool hasFix(const AppState& app, Command) { return hasCurrentFix(app); }
 bool isLogState(const AppState& app, Command command) {
   return app.gps.options.logNmea == (command == Command::logOn);

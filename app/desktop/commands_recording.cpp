@@ -14,8 +14,8 @@ bool samePreset(const RecordingPreset& preset, const RecordingOptions& options) 
          preset.altitude == options.altitude;
 }
 
-// A track that was opened or saved is another one than what is recorded next, unless the user says
-// so. False when a track is being recorded or played.
+// An opened or saved track is not continued by the next recording unless the user says so. Returns
+// false if a track is being recorded or played.
 bool readyToStart(Desktop& app) {
   Recorder& recorder = app.recorder;
   if (recorder.track.state != kIdle) return false;
@@ -23,14 +23,14 @@ bool readyToStart(Desktop& app) {
   const std::string_view answers[] = {textOf(Text::continueTrack), textOf(Text::newTrack)};
   const std::string totals = trackTotalsText(recorder.track, recorder.options.distanceUnit);
   const bool isNew = app.window.choose(textWith(Text::askToContinueTrack, totals), answers) == 1;
-  // While the question stood, another key may have begun something.
+  // Another key may have started something while the question was open.
   if (recorder.track.state != kIdle) return false;
   if (isNew) recorder.discardTrack();
   return true;
 }
 
-// Before the first recording ever: what most users want is not what the settings begin with.
-// Returns false if the user has thought better of it.
+// Asked before the very first recording, because the default settings do not suit most users.
+// Returns false if the user cancels.
 bool explainRecording(Desktop& app) {
   if (app.settings.recordingExplained || app.commandFromHotKey) return true;
   const bool time = std::exchange(app.settings.recordTime, true);

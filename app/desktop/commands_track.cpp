@@ -30,8 +30,8 @@ void tellChanged(Desktop& app) {
   repaintThrottled(app);
 }
 
-// The track of a library document that the user chooses; of one track that one. False when there is
-// none; what is not the user's choice is told then.
+// Returns the track that the user chooses from a library document, or its only track. Returns none
+// if there is none; any error has been reported then.
 bool chooseFromLibrary(Desktop& app, const std::string& path, Track& track) {
   TrackLibrary library;
   const LibraryState state = library.open(path);
@@ -59,7 +59,8 @@ bool chooseFromLibrary(Desktop& app, const std::string& path, Track& track) {
   return true;
 }
 
-// The track of a file that the user chooses. False when there is none; that is told then.
+// Loads a track from a file that the user chooses. Returns false if there is none; the user has
+// been told then.
 bool chooseTrack(Desktop& app, Track& track) {
   const std::string path =
       app.window.chooseFile({.title = std::string(textOf(Text::chooseTrack)),
@@ -162,7 +163,7 @@ void restoreDiscarded(Desktop& app, Command) {
 
 bool hasSavedTrack(const AppState& app, Command) { return !app.recorder.lastSavedName().empty(); }
 
-// Sent to the screens that show the track.
+// Sent by the program when the track has changed.
 void trackChanged(Desktop& app, Command) { repaintThrottled(app); }
 
 bool hasFinishedTrack(const AppState& app, Command) {

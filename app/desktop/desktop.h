@@ -17,9 +17,9 @@ namespace vgps {
 // How to ask the user for a file.
 struct FileChoice {
   std::string title;        // of the dialog
-  std::string kind;         // in words: "Tracks"
-  std::string pattern;      // "*.xml"; several with semicolons between
-  std::string folder = {};  // where it begins; empty: where the system likes
+  std::string kind;         // describes the files: "Tracks"
+  std::string pattern;      // "*.xml"; several patterns separated by semicolons
+  std::string folder = {};  // initial folder; empty: the system's choice
 };
 
 // The main window as seen by the desktop program: adds its size, its dialogs, and closing to what
@@ -31,24 +31,24 @@ class DesktopWindow : public Window {
   virtual void postTap(uint32_t) {}
   // Resizes the drawing area; in pixels at 96 dpi.
   virtual void resizeClient(int32_t, int32_t) {}
-  // Where the window is while it is neither maximized nor an icon; of width 0 without a window.
+  // The window's position while neither maximized nor minimized. Width 0 if there is no window.
   virtual WindowPlace place() const { return {}; }
-  // Shows the dialog that the command opens and waits until it is closed. False when there is no
+  // Shows the dialog for the command and waits until it is closed. Returns false if there is no
   // such dialog.
   virtual bool openDialog(Command) { return false; }
   // Lets the user choose an existing file and returns its path; empty if none was chosen.
   virtual std::string chooseFile(const FileChoice&) { return {}; }
-  // Into the clipboard.
+  // Copies the text to the clipboard.
   virtual void copyText(std::string_view) {}
-  // The place of the row that the user chose in a list; none when none.
+  // Lets the user choose from a list. Returns the index of the chosen row; none if canceled.
   virtual std::optional<size_t> chooseRow(std::string_view, std::span<const std::string>) {
     return std::nullopt;
   }
-  // One line of text that the user types, `text` at first; none when the user gave up.
+  // Lets the user edit one line of text, initially `text`. Returns none if canceled.
   virtual std::optional<std::string> askText(std::string_view, std::string_view) {
     return std::nullopt;
   }
-  // Posts a request to close, as the frame's button does; the answer is `closeRequested`.
+  // Posts a close request, like the close button of the frame; it is handled by `closeRequested`.
   virtual void close() {}
   // Destroys the window with its menu and child windows and ends the message loop.
   virtual void destroy() {}

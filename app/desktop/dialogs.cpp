@@ -164,7 +164,7 @@ void acceptField(const DialogField& field, DialogView& view, DialogContext& cont
 
 bool isUnused(const DialogField& field) { return !isInUse(*field.setting); }
 
-// Settings of features that do not exist yet are shown, but nothing could come of changing them.
+// Settings of missing features are shown, but changing them would have no effect.
 void disableUnused(const Dialog& dialog, DialogView& view) {
   const auto disable = [&](uint16_t control) {
     view.enable(control, false);
@@ -182,8 +182,8 @@ void disableUnused(const Dialog& dialog, DialogView& view) {
   }
 }
 
-// A checked box stays enabled whatever else is checked: a document that has two of them set would
-// otherwise leave the user with nothing to press.
+// A checked box stays enabled whatever else is checked: if a document has two of them set, the user
+// could otherwise not uncheck either.
 void enableControls(const Dialog& dialog, DialogView& view) {
   const auto isOff = [&](uint16_t control) {
     return std::any_of(dialog.fields.begin(), dialog.fields.end(), [&](const DialogField& field) {

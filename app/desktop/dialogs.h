@@ -29,13 +29,13 @@ using PortSearch =
 
 // The data that a dialog works on.
 struct DialogContext {
-  ConfigStore& store;                          // that OK saves into
-  Settings& settings;                          // in use: shown, and changed by OK
-  std::vector<PortName> ports{};               // that are really there
-  std::function<void(const Dialog&)> saved{};  // its settings have changed and are to be followed
-  bool night = false;                          // it is to be dark
-  // Makes ready for a search at this speed, on the user-interface thread; the search itself may
-  // run on another one. Empty: nothing can be searched here.
+  ConfigStore& store;                          // where OK saves
+  Settings& settings;                          // the current settings: shown, and changed by OK
+  std::vector<PortName> ports{};               // the ports that exist
+  std::function<void(const Dialog&)> saved{};  // called after OK has changed settings
+  bool night = false;                          // use night colors
+  // Prepares a search at this baud rate, on the user-interface thread; the returned search itself
+  // may run on another thread. Empty if no search is possible.
   std::function<PortSearch(uint32_t speed)> beginPortSearch{};
 };
 
@@ -122,10 +122,10 @@ std::span<const Dialog> dialogs();
 // Returns null if the command does not open one of these dialogs.
 const Dialog* findDialog(Command command);
 
-// Whether the program does something with at least one of its settings.
+// Whether the program uses at least one of the dialog's settings.
 bool editsSettingsInUse(const Dialog& dialog);
 
-// Shows the settings in use, and enables what they leave enabled.
+// Shows the current settings and enables the controls accordingly.
 void fillDialog(const Dialog& dialog, DialogView& view, const DialogContext& context);
 
 // OK: stores the controls' values, corrected, in the current settings and saves the dialog's

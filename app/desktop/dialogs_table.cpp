@@ -291,7 +291,7 @@ constexpr DialogAction kRecordActions[] = {
 };
 constexpr SettingGroup kRecordGroups[] = {SettingGroup::recording};
 
-// Before the first recording ever.
+// Shown before the very first recording.
 constexpr DialogField kFirstRecordFields[] = {
     aboveZero(CONTROL_RECORD_SPEED_STEP, Text::firstMinimumSpeed, &Settings::recordMinSpeed,
               RecordingOptions{}.speed),

@@ -116,7 +116,7 @@ constexpr auto kMenu = std::to_array<MenuRow>({
     // clang-format on
 });
 
-// A line stands between items only; a popup that holds nothing goes with its end.
+// Separators remain only between items; empty popups are removed together with their end.
 std::vector<MenuRow> withoutUnavailable(std::span<const MenuRow> rows) {
   std::vector<MenuRow> kept;
   const auto endsWith = [&](MenuRow::Kind kind) {

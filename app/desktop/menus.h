@@ -19,8 +19,7 @@ struct MenuRow {
   Command command{};  // for an item
 };
 std::span<const MenuRow> menuRows();
-// Without the commands that are not available, and without the popups and lines that lose their
-// sense by that.
+// Omits the commands that are not available, and popups and separators that this leaves empty.
 std::span<const MenuRow> offeredMenuRows();
 
 // Keys use the numbers of Windows virtual key codes on every system: letters and digits are ASCII

@@ -39,7 +39,7 @@ bool onRawLogKey(Desktop& app, uint16_t key) {
   return true;
 }
 
-// Sentences are of ASCII; the space bar steps the simulation.
+// Sentences are ASCII; the space bar steps the simulation.
 bool onRawLogTyped(Desktop& app, char32_t character) {
   constexpr char32_t kBackspace = 8;
   constexpr char32_t kEscape = 27;

@@ -6,14 +6,14 @@ namespace vgps {
 
 struct Desktop;
 
-// The keyboard and the wheel on the raw log screen. Each returns false where they mean nothing:
-// another screen shows, or the key has no use there.
+// Keyboard and mouse wheel on the raw log screen. All return false if the input has no effect:
+// another screen is shown, or the key is not used.
 
-// `key` as in the rows of keys: a virtual key code.
+// `key` is a virtual key code.
 bool onRawLogKey(Desktop& app, uint16_t key);
-// A typed character goes into the filter; backspace takes one back, escape all.
+// Adds a typed character to the filter; Backspace deletes the last one, Escape all of them.
 bool onRawLogTyped(Desktop& app, char32_t character);
-// Notches of the wheel, away from the user is positive.
+// In notches of the wheel; positive away from the user.
 bool onRawLogWheel(Desktop& app, int notches);
 
 }  // namespace vgps

@@ -39,7 +39,7 @@ bool closeRequested(Desktop& app) {
   }
   if (!confirmClose(app, state == kRecording)) return false;
   rememberView(app);
-  app.fix.stopReaders(0);  // they end by themselves; who waits for them comes later
+  app.fix.stopReaders(0);  // only signals them; the program waits for them later
   app.window.destroy();
   return true;
 }

@@ -84,7 +84,7 @@ void startSettings(AppState& app, std::chrono::milliseconds patience) {
 void applyStartOptions(Desktop& app, const StartOptions& options) {
   if (options.installPocketPc) runInstaller(app, "VGPS-AS-WM2003.INI");
   if (options.installMobile5) runInstaller(app, "VGPS-AS-WM5.INI");
-  // For this run: the setting stays as it is.
+  // For this run only; the setting does not change.
   if (options.log) app.gps.options.logNmea = true;
   if (options.simulateTrack) simulateTrack(app, options);
   if (!options.unknownArguments.empty()) {
@@ -125,8 +125,8 @@ bool endProgram(AppState& app) {
     app.platform.window.tellError(textOf(Text::pointsLost));
   }
   if (app.config.save()) return true;
-  // In a folder that nobody may write to every start is counted in vain, and the window's place
-  // kept; the user need not hear of that at each end.
+  // In a read-only folder the update countdown and the window position can never be saved; the user
+  // need not be told at every exit.
   constexpr SettingGroup kSilent[] = {SettingGroup::update, SettingGroup::window};
   if (!app.config.changedOnly(kSilent)) {
     app.config.reportSaveFailureOnce(

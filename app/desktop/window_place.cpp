@@ -9,7 +9,7 @@
 namespace vgps {
 namespace {
 
-// Of the caption, what must be on a screen to be grasped.
+// Part of the caption that must be on a screen for the user to drag the window.
 constexpr int32_t kGraspWidth = 100;
 constexpr int32_t kGraspHeight = 20;
 
@@ -24,7 +24,7 @@ bool canGrasp(const WindowPlace& place, const WindowPlace& screen) {
          sharedLength(place.top, kGraspHeight, screen.top, screen.height) == kGraspHeight;
 }
 
-// Large enough to be no accident of a damaged document.
+// Smaller sizes can only come from a damaged document.
 bool isSensible(const WindowPlace& place) {
   constexpr int32_t kFar = 100000;
   const auto near = [](int32_t value) { return value > -kFar && value < kFar; };
@@ -82,7 +82,7 @@ void rememberView(Desktop& app) {
     settings.windowMaximized = place.maximized;
   }
   settings.windowScreen = static_cast<int32_t>(app.currentScreen);
-  // Night colors that only the hour has brought are no choice of the user's.
+  // Night colors set by the time of day are not the user's choice.
   if (app.scheme != app.startScheme) settings.windowScheme = static_cast<int32_t>(app.scheme);
   for (const SettingRow& row : settingRows()) {
     const bool differs = numberOf(settings, row) != app.config.number(row);

@@ -60,12 +60,12 @@ struct LastReceived {
   Arrival motion;    // speed and course
   Arrival altitude;
   Arrival time;
-  Arrival used;      // count of satellites
-  Arrival view;      // the satellites that are heard
-  Arrival dilution;  // of precision
-  Arrival quality;   // of the fix, as a sentence with more to say than "valid" gave it
-  Arrival errors;    // of the fix, as the receiver estimates them; of this connection
-  Arrival noise;     // bytes that are not understood; of this connection, like the quality
+  Arrival used;      // number of satellites used
+  Arrival view;      // satellites in view
+  Arrival dilution;  // of precision (DOP values)
+  Arrival quality;   // fix quality, from a sentence that reports more than "valid"
+  Arrival errors;    // the receiver's own error estimate (GST); reset with each connection
+  Arrival noise;     // unrecognized bytes; reset with each connection, like `quality`
 };
 
 // The user interface's copy of the receiver data, taken while the reader is blocked. Drawing,
@@ -76,9 +76,9 @@ struct UiFix {
   std::vector<ViewedSatellite> view;
   uint32_t viewRevision = 0;
   SentenceStats stats;
-  double maxSpeed = 0;     // the parser's, in the unit chosen at the time
-  double maxAltitude = 0;  // the parser's
-  // Of this source, or since the trip was reset; whatever unit is chosen.
+  double maxSpeed = 0;     // from the parser, in the unit selected at that time
+  double maxAltitude = 0;  // from the parser
+  // Since this source was opened or the trip was reset; independent of the selected unit.
   Speeds fastest{};
   double highest = 0;            // meters
   double exactAltitude = 0;      // with the decimals that GGA had
@@ -102,9 +102,9 @@ struct AppExtensions {
   // Converts a track or GPX file to simulation lines; an empty path means the last track of the
   // library.
   std::function<bool(const std::string& path, std::vector<std::string>& lines)> simulationFrom;
-  // Every complete fix, whatever is being done with it.
+  // Called with every complete fix, whether it is recorded or not.
   std::function<void(const FixRecord&)> takeFix;
-  // A complete fix while a track is played.
+  // Called with each complete fix during playback.
   std::function<void(const UiFix&)> followRoute;
   // What timers 3 and 5 do, on worker threads.
   std::function<void()> reportPosition;
@@ -124,7 +124,7 @@ enum class Projection : int32_t {
   cartesian3d = 350,
   polar3d = 360
 };
-// What the simulation plays.
+// The simulation data.
 enum class SimulationData : uint8_t { trip, walk, loaded };
 enum class ColorScheme : uint8_t { day, night, custom };
 
@@ -137,7 +137,7 @@ struct PendingDisplay {
   int32_t maximumCountdown = 0;  // ...which of the maximum values are new
   bool newMaxSpeed = false;
   bool newMaxAltitude = false;
-  double maxSpeed = 0;  // km/h, as last handled
+  double maxSpeed = 0;  // km/h, when the last message was handled
   double maxAltitude = 0;
 };
 
@@ -202,25 +202,25 @@ struct AppState {
   int32_t frameCountdown = 0;
   PendingDisplay pendingDisplay;
 
-  bool searchOffered = false;  // in this connection, because of its speed
+  bool searchOffered = false;  // on this connection, because of a wrong baud rate
   SimulationData simulationData = SimulationData::trip;
-  uint64_t logBytes = 0;       // of the log's file while it is written; measured now and then
-  std::string standingNotice;  // in front of every other one, as long as a question stands
-  std::string notice;          // one line that the status shows for a while
+  uint64_t logBytes = 0;       // size of the log file while it is written; updated occasionally
+  std::string standingNotice;  // takes precedence over `notice` while a question is open
+  std::string notice;          // one line shown in the status line for a while
   uint32_t noticeTick = 0;
   LinesTold linesTold;
-  RawLog rawLog;                // of the raw log screen, while it shows
-  std::string lastMessageText;  // "Sirf msg ..." of binary input, "SENS msg: ..." of a sensor
+  RawLog rawLog;                // filled while the raw log screen is shown
+  std::string lastMessageText;  // "Sirf msg ..." from binary input, "SENS msg: ..." from a sensor
 
   // From the last byte of the data until it was drawn.
   uint64_t readoutDelayMicros = 0;
   uint64_t drawnByteMicros = 0;  // the lastByteMicros it was measured for
 };
 
-// Whether a fix has come within the last five seconds.
+// Whether a fix was received within the last five seconds.
 bool hasCurrentFix(const AppState& app);
 
-// Shows one line in the status for ten seconds.
+// Shows one line in the status line for ten seconds.
 void showNotice(AppState& app, std::string_view text);
 // The notice, or an empty text once its time is over.
 std::string_view currentNotice(const AppState& app);
@@ -233,10 +233,10 @@ bool repaintThrottled(AppState& app);
 // Redraws immediately, after a key or button press.
 void repaintNow(AppState& app);
 
-// Measures the log's file, for `logBytes`.
+// Updates `logBytes` with the size of the log file.
 void measureLog(AppState& app);
 
-// To be called when a screen that shows the fix has been drawn.
+// Call this after drawing a screen that shows the fix.
 void noteDrawn(AppState& app);
 
 }  // namespace vgps

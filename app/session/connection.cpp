@@ -29,7 +29,7 @@ void tellOddLines(AppState& app) {
   if (!news.empty()) showNotice(app, news);
 }
 
-// A source without a way of its own to it leaves the serial port, or nothing.
+// Sources that are not available here fall back to the serial port, if there is one.
 void tellMissingSource(AppState& app, const SourceChoice& choice) {
   if (choice.simulate) return;
   if (choice.useSensorApi && app.gps.sensors != nullptr) {
@@ -41,7 +41,7 @@ void tellMissingSource(AppState& app, const SourceChoice& choice) {
   }
 }
 
-// Bytes come that no receiver means: most probably at another speed than this one. Once for each
+// Unrecognized bytes arrive, most likely because of a wrong baud rate. Reported once per
 // connection.
 void offerSearchForSpeed(AppState& app) {
   constexpr uint32_t kRecentMs = 5000;
@@ -53,7 +53,7 @@ void offerSearchForSpeed(AppState& app) {
   app.platform.window.offerSearch(textWith(Text::wrongSpeedOf, app.link.source().port));
 }
 
-// What the user has loaded is played whatever starts the simulation.
+// Simulation data loaded by the user is always played, no matter what starts the simulation.
 void chooseSimulationData(AppState& app, bool walk) {
   const SimulationData wanted = walk ? SimulationData::walk : SimulationData::trip;
   if (app.simulationData == SimulationData::loaded || app.simulationData == wanted) return;
@@ -61,7 +61,7 @@ void chooseSimulationData(AppState& app, bool walk) {
   app.gps.simulation.setLines(walk ? townWalkLines() : builtInSimLines());
 }
 
-// Reconnecting to a receiver goes on with its maxima.
+// Reconnecting to the same receiver keeps the maxima.
 bool isSameSource(const SourceChoice& one, const SourceChoice& other) {
   return one.port == other.port && one.simulate == other.simulate && one.walk == other.walk &&
          one.useSensorApi == other.useSensorApi;

@@ -9,8 +9,8 @@ namespace vgps {
 // "COM3, 9600 baud", "Simulation"; empty if none was chosen.
 std::string sourceName(const SourceChoice& source);
 
-// The name of the source that the link has opened; of a serial port that was opened in place of a
-// location sensor, which this computer does not have, the port's.
+// The name of the source that the link has opened. If this computer has no location sensor and a
+// serial port was opened instead, the name of the port.
 std::string sourceInUse(const AppState& app);
 
 // The source in the settings as they are now, even if another program has just changed them.
@@ -23,9 +23,9 @@ bool loadSimulationFrom(AppState& app, const std::string& path);
 // Resets what `shown` knows about the source: no data has arrived yet.
 void resetSourceState(UiFix& shown);
 
-// Forgets the shown maxima.
+// Resets the displayed maxima.
 void resetMaxima(AppState& app);
-// Those, and the times of moving and standing.
+// Resets the maxima and the moving and standing times.
 void resetTrip(AppState& app);
 
 // Opens the source, closing the previous one, and reports a failure to the user.

@@ -38,7 +38,7 @@ KnownValues knownValues(const UiFix& shown) {
                       !isNoPosition(fix.longitude, fix.latitude),
           .altitude = fix.altitude != 0 || fix.altitudeKnown(),
           .speed = moves || fix.speedKnown(),
-          // A receiver at rest leaves the course empty, so 0 is north only in motion.
+          // A receiver at rest leaves the course empty, so 0 means north only while moving.
           .course = fix.course != 0 || (fix.courseKnown() && moves),
           .variation = fix.magneticVariation != 0,
           // Midnight is never stored as a time of day.

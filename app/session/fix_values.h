@@ -6,16 +6,16 @@
 #include "app/session/app_state.h"
 #include "gps/accuracy.h"
 
-// What the values of a fix are worth to a person. `now` is the clock's tick.
+// How to present the values of a fix to the user. `now` is the clock's tick.
 namespace vgps {
 
-// GGA's quality while a GGA says it; an RMC knows no more than that there is a fix.
+// The quality from GGA while GGA reports it; RMC only reports that there is a fix.
 int32_t currentQuality(const UiFix& shown, uint32_t now);
 
-// None without a fix, or when nothing tells.
+// None without a fix, or if nothing to estimate it from was received.
 std::optional<Accuracy> currentAccuracy(const UiFix& shown, uint32_t now);
 
-// Which values the receiver has ever given: a 0 of one that left the field empty is unknown.
+// Which values the receiver has ever reported: a 0 from one that left the field empty is unknown.
 struct KnownValues {
   bool status = false;  // whether there is a fix
   bool position = false;
@@ -25,7 +25,7 @@ struct KnownValues {
   bool variation = false;
   bool time = false;
   bool date = false;
-  bool used = false;  // counts of satellites
+  bool used = false;  // number of satellites used
   bool inView = false;
 };
 KnownValues knownValues(const UiFix& shown);

@@ -46,7 +46,7 @@ std::string newsOfLines(const SentenceStats& stats, LinesTold& told) {
           stats.strayStarts > 0};
   const std::string leftOut = leftOutText(stats, true);
   if (!leftOut.empty() && told.leftOutKinds > before.leftOutKinds) {
-    told.strayStarts = before.strayStarts;  // next time
+    told.strayStarts = before.strayStarts;  // reported next time
     return textWith(Text::sentencesLeftOut, leftOut);
   }
   if (!told.strayStarts || before.strayStarts) return {};

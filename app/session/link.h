@@ -12,7 +12,7 @@ struct SourceChoice {
   std::string port = {};  // "COM3", "/dev/ttyUSB0"
   uint32_t speed = kDefaultBaudRate;
   bool simulate = false;
-  bool walk = false;  // of the two built-in simulations the one to look at the program with
+  bool walk = false;  // use the town walk instead of the other built-in simulation
   bool useGpsApi = false;
   bool useSensorApi = false;
 };

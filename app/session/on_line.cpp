@@ -13,7 +13,7 @@
 namespace vgps {
 namespace {
 
-constexpr int32_t kNewsMessages = 10;  // two or three seconds of an ordinary receiver
+constexpr int32_t kNewsMessages = 10;  // two or three seconds with a typical receiver
 
 void copyFix(AppState& app) {
   UiFix& shown = app.shown;
@@ -54,7 +54,7 @@ void offerEpoch(AppState& app, const UiMessage& message) {
   }
 }
 
-// Whether the message is to be ignored: of N one is handled. N may change at any time.
+// Whether to ignore the message: only one of N is handled. N may change at any time.
 bool isSkipped(AppState& app) {
   if (app.frameSkip <= 0) return false;
   if (app.frameCountdown <= 0 || app.frameCountdown > app.frameSkip) {
@@ -82,13 +82,13 @@ std::string textOfMessage(const SirfMessage& message) {
   return textWith(Text::sirfMessage, number, std::to_string(message.length));
 }
 
-// The shown maxima. A speed that is no longer its unit's when the unit changes would be nonsense,
-// so all units are kept.
+// The displayed maxima. All units are kept: a speed in the old unit would make no sense after the
+// unit changes.
 void noteGreatest(UiFix& shown, uint32_t said) {
   const FixRecord& fix = shown.fix;
   if (fix.fixStatus == 0) return;
   if ((said & kSaidSpeed) != 0 && fix.speedKmh > shown.fastest.kmh) {
-    // The program's own sentence gives no knots.
+    // The program's own sentence has no speed in knots.
     const double knots = fix.speedKnots > 0 ? fix.speedKnots : fix.speedKmh / kKmhPerKnot;
     shown.fastest = speedsFromKnots(knots);
   }
@@ -175,14 +175,14 @@ void noteReceived(UiFix& shown, std::string_view line, uint32_t said, uint32_t t
   note(kSaidUsedCount, arrivals.used);
   note(kSaidInViewCount, arrivals.view);
   note(kSaidPdop | kSaidHdop | kSaidVdop, arrivals.dilution);
-  // A receiver that sends no GGA still lists which satellites it uses.
+  // A receiver without GGA still lists the satellites that it uses in GSA.
   if (shown.stats.of(SentenceType::gga).count == 0) note(kSaidUsed, arrivals.used);
   if (shown.fix.fixStatus == 0) return;
   note(kSaidPosition, arrivals.position);
   note(kSaidSpeed | kSaidCourse, arrivals.motion);
   note(kSaidAltitude, arrivals.altitude);
   note(kSaidQuality, arrivals.quality);
-  // The next RMC says no more than that the fix is valid.
+  // A following RMC only reports that the fix is valid, without its quality.
   if ((said & kSaidQuality) != 0) shown.quality = shown.fix.fixStatus;
   if ((said & kSaidPosition) == 0) return;
   shown.fixSeen = true;

@@ -9,7 +9,7 @@
 namespace vgps {
 namespace {
 
-constexpr size_t kRowBytes = 1000;  // more of a row than any screen shows
+constexpr size_t kRowBytes = 1000;  // wider than any screen
 
 std::string timeText(const DateTime& time) {
   char text[32];
@@ -45,7 +45,7 @@ void RawLog::pause(bool paused) {
   if (!paused) newer_ = 0;
 }
 
-// The oldest row stays in view.
+// The oldest row stays visible.
 void RawLog::scroll(int rows) {
   const auto newest = static_cast<long long>(newer_) + rows;
   const auto most = static_cast<long long>(matching_ > 0 ? matching_ - 1 : 0);

@@ -11,39 +11,40 @@
 namespace vgps {
 
 struct RawLogRow {
-  std::string time;  // "12:35:19.250", of the computer's clock
+  std::string time;  // "12:35:19.250", from the computer's clock
   std::string text;  // UTF-8
 };
 
-// What the receiver sends, row by row, and which of it the raw log screen shows: the newest, until
-// the user pauses or scrolls back. Then the view stays on its rows while new ones come.
+// The rows that the receiver sent, and which of them the raw log screen shows: the newest, until
+// the user pauses or scrolls back. From then on the view stays on the same rows while new ones
+// arrive.
 class RawLog {
  public:
   static constexpr size_t kRows = 5000;
 
-  // Long rows are cut, and bytes that are not UTF-8 replaced.
+  // Truncates long rows and replaces bytes that are not UTF-8.
   void add(const DateTime& local, std::string_view text);
   void clear();
 
   void pause(bool paused);
   bool isPaused() const { return paused_; }
-  // Towards older rows, or, negative, towards newer ones.
+  // Positive: toward older rows; negative: toward newer ones.
   void scroll(int rows);
   void showOldest();
-  void showNewest();  // and goes on
+  void showNewest();  // also resumes
 
-  // Only rows that contain this text are shown, whatever the case of its letters; empty: all.
+  // Shows only rows that contain this text, ignoring case; empty: all rows.
   void setFilter(std::string text);
   const std::string& filter() const { return filter_; }
 
-  // The rows of the view, oldest first, at most `most`.
+  // The visible rows, oldest first, at most `most`.
   std::vector<RawLogRow> view(size_t most) const;
-  // All that match the filter, a line each, for the clipboard.
+  // All rows that match the filter, one per line, for the clipboard.
   std::string text() const;
 
   size_t size() const { return rows_.size(); }
   size_t matching() const { return matching_; }
-  // Matching rows that are newer than the view.
+  // The number of matching rows that are newer than the view.
   size_t newer() const { return newer_; }
   bool empty() const { return rows_.empty(); }
 

@@ -6,7 +6,7 @@
 namespace vgps {
 namespace {
 
-// What the next start connects to, in place of any other source.
+// Stores the source that the next start connects to, replacing any other.
 void keepChoice(AppState& app, const FoundReceiver& found) {
   const SourceChoice& choice = found.source;
   app.settings.autoConnect = found.atEveryStart;

@@ -161,7 +161,7 @@ void Recorder::pointsSavedOrDiscarded() {
   inMemoryOnly_ = false;
 }
 
-// A journal that does not get its new name stays where it is, for the next start to ask about.
+// If renaming the journal fails, it stays where it is, and the next start asks about it.
 void Recorder::keepDiscarded() {
   const std::string folder = hooks_.places().discarded;
   if (folder.empty() || (!journal_->isOpen() && !inMemoryOnly_)) return;
@@ -183,7 +183,7 @@ void Recorder::discardTrack() {
   track = Track();
 }
 
-// A track that was changed since is another one than the journal's, which is left as it is.
+// If the track was changed since, it no longer belongs to the journal, which is left as it is.
 size_t Recorder::resumeJournal() {
   const std::string path = journal_->path();
   RecoveredTrack written;

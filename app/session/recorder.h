@@ -18,10 +18,10 @@ namespace vgps {
 // Where a recorder writes.
 struct RecorderPaths {
   std::string library = {};    // the track library
-  std::string journal = {};    // of the track that is being recorded; empty: none is kept
-  std::string settings = {};   // the settings document, whose place no track may take
-  std::string discarded = {};  // folder of the recently discarded ones; empty: none are kept
-  std::string file = {};       // not empty: tracks go into this file instead of the library
+  std::string journal = {};    // of the current recording; empty: none is kept
+  std::string settings = {};   // the settings document, which no track may overwrite
+  std::string discarded = {};  // folder of recently discarded recordings; empty: none are kept
+  std::string file = {};       // not empty: tracks are saved to this file instead of the library
 };
 
 // What the recorder needs from the program around it. Called on the recording thread unless stated
@@ -75,8 +75,8 @@ struct SaveResult {
   Outcome outcome = Outcome::nothing;
   LibraryOpening library = {};
   LibraryResult result = LibraryResult::done;
-  std::string name = {};               // of the track in the library, when it is kept there
-  std::string damagedBackupPath = {};  // the damaged library was copied there first; else empty
+  std::string name = {};               // of the track in the library, if saved there
+  std::string damagedBackupPath = {};  // the copy of a damaged library, if one was made
 };
 
 // How a recording ended in a program that cannot ask the user.
@@ -114,21 +114,21 @@ class Recorder : private RecordingHooks {
   void requestPoint() { recording_.requestPoint(); }
   const Recording& recording() const { return recording_; }
 
-  // The track that was saved last in the library since the program started; empty: none.
+  // The track last saved to the library since the program started; empty: none.
   const std::string& lastSavedName() const { return lastSavedName_; }
   // `notFound` if the library has no track of that name any more.
   LibraryResult renameLastSaved(std::string_view name);
 
-  // The library at its path, opened only once for each path.
+  // Opens the library at its path; only once for each path.
   LibraryOpening openLibrary();
 
-  // Ends the current track, which is idle. Points that are nowhere else stay on the disk for a
-  // while: `discardedRecordings` has them.
+  // Ends the current track, which must be idle. Points that were not saved stay on disk for a
+  // while: see `discardedRecordings`.
   void discardTrack();
-  // The track was replaced or opened: it is on the disk, and its journal goes.
+  // Call this when the track was replaced or opened: it is on disk, so its journal is deleted.
   void pointsSavedOrDiscarded() override;
-  // Records the fix as it is, whatever the filter says. Returns false if no recording is running or
-  // the fix has no position.
+  // Records the fix regardless of the filter. Returns false if no recording is in progress or the
+  // fix has no position.
   bool recordNow(const FixRecord& fix) { return recording_.recordNow(fix); }
   // Whether the track has recorded points that were neither saved nor discarded and are in no
   // journal.
@@ -175,7 +175,7 @@ class Recorder : private RecordingHooks {
   std::unique_ptr<Journal> journal_;
   bool journalRefused_ = false;  // reported once per recording
   bool inMemoryOnly_ = false;
-  bool discarding_ = false;  // the points that are settled next are not wanted
+  bool discarding_ = false;  // the user does not want to keep the points
   std::string lastSavedName_;
   SaveResult keeping_;  // of the stop that is going on
 };

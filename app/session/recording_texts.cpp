@@ -26,7 +26,7 @@ std::string lengthText(double kilometers, int32_t unit) {
   return distanceText(distanceInUnit(kilometers, unit), unit);
 }
 
-// Recorded points have the computer's clock, those of files the local time.
+// Recorded points have the time of the computer's clock, points from files the local time.
 std::optional<double> secondsOf(const Track& track) {
   const TrackPoint& first = track.points.front();
   const TrackPoint& last = track.points.back();

@@ -7,15 +7,15 @@
 namespace vgps {
 namespace {
 
-// Real receivers put an RMC behind a GGA of the next second; what lies further back comes from
-// another run of a receiver.
+// Real receivers may send an RMC after the GGA of the next second; anything further back comes from
+// another run of the receiver.
 constexpr int32_t kDisorderMs = 5 * kSecondMs;
-// A time that fits behind the one before a jump shows that the jump was damage.
+// If a time continues the run before a jump, the jump was damage.
 constexpr int32_t kReturnMs = kMinuteMs;
-// Between the last time of a run and the first one of the next, as between two epochs.
+// Between the last time of one run and the first of the next, as between two epochs.
 constexpr uint32_t kNewRunMs = 1000;
 
-// hhmmss[.decimals] in milliseconds since midnight, -1 when it is none.
+// hhmmss[.decimals] in milliseconds since midnight; -1 if invalid.
 int32_t timeOfDay(std::string_view field) {
   constexpr int32_t kUnits[] = {10 * kHourMs, kHourMs,        10 * kMinuteMs,
                                 kMinuteMs,    10 * kSecondMs, kSecondMs};

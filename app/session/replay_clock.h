@@ -22,11 +22,11 @@ class ReplayClock : public Clock {
  public:
   explicit ReplayClock(int32_t utcOffsetMinutes) : utcOffsetMinutes_(utcOffsetMinutes) {}
 
-  // To be called before the line is replayed. Without a time of day nothing changes. Of the two
-  // ways round the day the shorter one is meant: lines near midnight come in disorder like any
-  // others. A time that lies up to 5 s behind the latest one moves nothing. One that lies further
-  // back, and a pause of more than half a day, which cannot be told from it, begins a new run of
-  // the receiver 1 s after the one before; it ends where a time fits that one again.
+  // Call this before replaying the line. A line without a time of day changes nothing. Around
+  // midnight, the shorter way around the clock counts, because lines may be out of order there too.
+  // A time up to 5 s before the latest one changes nothing. An earlier one starts a new run of the
+  // receiver, 1 s after the previous run; so does a pause of more than half a day, which looks the
+  // same. The new run ends when a time continues the previous run.
   void advanceTo(std::string_view line);
 
   uint32_t tick() const override { return tick_; }
@@ -36,8 +36,8 @@ class ReplayClock : public Clock {
  private:
   int32_t utcOffsetMinutes_;
   uint32_t tick_ = 1000;
-  int32_t timeOfDay_ = -1;   // the latest of this run, in milliseconds; -1: none yet
-  int32_t beforeJump_ = -1;  // the latest of the run before
+  int32_t timeOfDay_ = -1;   // the latest in this run, in milliseconds; -1: none yet
+  int32_t beforeJump_ = -1;  // the latest in the previous run
 };
 
 }  // namespace vgps

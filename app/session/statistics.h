@@ -14,11 +14,11 @@ struct Statistics {
   float movingSeconds = 0;
   float stoppedSeconds = 0;
   float statSeconds = 0;
-  // The same, counted in every mode while the receiver tells a speed.
+  // The same, but counted in every mode while the receiver reports a speed.
   uint64_t tripMovingSeconds = 0;
   uint64_t tripStoppedSeconds = 0;
 
-  float movingThreshold = 0;  // km/h; faster is moving
+  float movingThreshold = 0;  // km/h; anything faster counts as moving
   bool fine = false;
 };
 
@@ -27,7 +27,7 @@ struct StatisticsInput {
   bool connected = false;
   int32_t trackState = 0;
   double speedKmh = 0;
-  bool speedKnown = false;  // it is of now, and of a fix
+  bool speedKnown = false;  // the speed is current and from a fix
 };
 
 // The time between two calls of countStatistics.

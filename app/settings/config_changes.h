@@ -28,15 +28,15 @@ class ConfigChanges {
   // Records a change of a key that is not in the table.
   void note(std::string path, std::string key, std::string text);
 
-  // Whether something was changed, and only settings of these groups.
+  // Whether there are changes, and only to settings in these groups.
   bool areOnlyOf(std::span<const SettingGroup> groups) const;
 
-  // Whether another program seems to have written the file since.
+  // Whether another program seems to have written the file since it was read.
   bool isFileAnother(const std::string& path) const {
     FileStamp now;
     return fileStamp(path, now) && !(fileExists_ && now == stamp_);
   }
-  // Makes the changes in another document.
+  // Applies the changes to another document.
   void applyTo(XmlDocument& document) const;
   void saved(const std::string& path) {
     changes_.clear();

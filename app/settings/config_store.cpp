@@ -15,7 +15,7 @@
 namespace vgps {
 namespace {
 
-// Tags can be found in files of any kind: a document of another program, or a program.
+// Files of any kind may contain tags: another program's document, or even an executable.
 bool isForeign(const XmlDocument& document, std::string_view bytes) {
   return document.GetRootElement().storedName() != "root" || isBinary(bytes);
 }
@@ -24,8 +24,9 @@ bool isForeign(const XmlDocument& document, std::string_view bytes) {
 
 ConfigStore::ConfigStore(const SettingsDisk& disk) : file_(disk), document_(*disk.files) {}
 
-// Between programs one at a time reads or changes the file. A folder that takes no lock file takes
-// no other change either. False when another program did not let go.
+// Locks the file against other programs that read or change it. If the folder does not accept a
+// lock file, nothing in it can be changed anyway. Returns false if another program did not release
+// the lock.
 template <class Work>
 bool ConfigStore::withLock(Work work) {
   const SettingsDisk& disk = file_.disk();
@@ -50,7 +51,7 @@ bool ConfigStore::open(const std::string& path) {
 bool ConfigStore::load() {
   changes_.begin(path());
   const SettingsFile::Reading reading = file_.read(bytes_);
-  // A file that another program holds for a moment is there all the same, and its settings must
+  // A file that another program is using for a moment exists all the same, and its settings must
   // not be overwritten with defaults.
   const XmlLoadResult result = document_.Load(bytes_, XmlLoadMode::text);
   readable_ =
@@ -135,8 +136,8 @@ void ConfigStore::put(const SettingRow& row, const Settings& settings) {
   }
 }
 
-// What another program has written since, with the changes that were made here. False when the file
-// is damaged; then the document stays as it is.
+// Reads what another program has written since and applies our changes to it. Returns false if the
+// file is damaged; the document is then unchanged.
 bool ConfigStore::mergeFile() {
   std::string now;
   if (file_.read(now) != SettingsFile::Reading::read || now == bytes_) return true;

@@ -17,18 +17,18 @@ class ConfigStore {
  public:
   explicit ConfigStore(const SettingsDisk& disk = {});
 
-  // Reads the file; from then on the store speaks of it. False when the file is there and is no
-  // whole document: empty, without an element, or cut off before its root ends. What can be read is
-  // used, other keys have their defaults, and the file is copied to "vgps.bad" beside it before it
-  // is overwritten ("vgps-2.bad" and on where there are earlier ones). So is one that can be read
-  // but is no document of settings. A missing file is none of that: a program that starts for the
-  // first time.
+  // Reads the file at `path`, which is used from then on. Returns false if the file exists but is
+  // not a complete document: it is empty, has no element, or ends before its root element does.
+  // Then the readable part is used, other keys have their defaults, and the file is copied to
+  // "vgps.bad" next to it ("vgps-2.bad" etc. if that exists) before it is overwritten. The same
+  // copy is made of a file that is readable but not a settings document. A missing file is normal:
+  // the first start of the program.
   bool open(const std::string& path);
 
   // Returns false if the file's contents could not be read: it is a folder, in use by another
   // program, or access is denied. Its contents may be intact.
   bool readable() const { return readable_; }
-  // Whether the last reading or saving waited in vain for another program to be done with the file.
+  // Whether the last load or save timed out because another program was using the file.
   bool heldByAnother() const { return heldByAnother_; }
 
   // Whether the file was read completely and is a settings document or empty.
@@ -66,10 +66,10 @@ class ConfigStore {
   // through `put`: another program has written the file, or `setOther` was called.
   bool hasExternalChanges();
 
-  // Writes the document when it was changed; what another program wrote meanwhile stays, but for
-  // the keys that were changed here. False when it could not be written, or another program did not
-  // let go of the file; it stays changed then, and the file is as it was. Nothing is written over a
-  // file that cannot be read.
+  // Writes the document if it was changed. Changes made by other programs meanwhile are kept,
+  // except for keys that were changed here too. Returns false if writing failed or another program
+  // did not release the file; then the file is unchanged and the changes are still pending. A file
+  // that cannot be read is never overwritten.
   bool save();
 
   // Reports that the last `save` failed, unless that was reported since the last success, so that
@@ -88,7 +88,7 @@ class ConfigStore {
 
   SettingsFile file_;
   XmlDocument document_;
-  std::string bytes_;  // the file as it was read or written last
+  std::string bytes_;  // the file's contents when last read or written
   ConfigChanges changes_;
   bool changed_ = false;
   bool news_ = false;

@@ -17,7 +17,7 @@ struct Settings {
   bool simulate{};                 // "simu"
   bool useGpsApi{};                // "gapi"
   bool reconnect{};                // "rcn"
-  bool altitudeDecimals{};         // "zdec": the read-out shows the decimals of the height
+  bool altitudeDecimals{};         // "zdec": the readout shows the decimals of the altitude
   int32_t useSensorApi{};          // "sapi"
   std::string sensorIdentifier{};  // "sapiid"
   int32_t epochSentenceSetting{};  // "bsm"
@@ -135,11 +135,11 @@ struct Settings {
   bool manualRecording{};          // "mnr"
   std::string trackStorePath{};    // "tlp"
   int32_t talkers{};               // "tlk"
-  bool recordingExplained{};       // "asked": what is recorded was asked for once
+  bool recordingExplained{};       // "asked": the question before the first recording was shown
   std::string updateSource{};      // "ups"
-  int32_t windowLeft{};            // "left", pixels, as the four below it
+  int32_t windowLeft{};            // "left", pixels, like the three below
   int32_t windowTop{};             // "top"
-  int32_t windowWidth{};           // "width"; 0 before the first end of the program
+  int32_t windowWidth{};           // "width"; 0 until the program has ended once
   int32_t windowHeight{};          // "height"
   bool windowMaximized{};          // "maximized"
   int32_t windowScreen{};          // "screen": Screen

@@ -17,7 +17,7 @@ SettingsFile::Reading SettingsFile::readBytes(std::string& bytes) const {
   bytes.clear();
   const FileKind kind = fileKind(path_);
   if (kind == FileKind::none) return Reading::missing;
-  // A pipe would make the reader wait for its writer.
+  // Reading a pipe would wait for its writer.
   if (kind == FileKind::other) return Reading::unreadable;
   void* const file = disk_.files->open(path_, XmlFiles::Access::read);
   if (file == nullptr) return Reading::unreadable;
@@ -34,7 +34,7 @@ SettingsFile::Reading SettingsFile::readWithRetry(std::string& bytes) const {
   return reading;
 }
 
-// Over the file, or as a new one.
+// Overwrites the file or creates it.
 bool SettingsFile::writeBytes(std::string_view bytes) const {
   void* const file = disk_.files->open(path_, XmlFiles::Access::overwrite);
   if (file == nullptr) return false;
@@ -42,7 +42,7 @@ bool SettingsFile::writeBytes(std::string_view bytes) const {
   return disk_.files->close(file) && whole && flushFile(path_);
 }
 
-// False, and `text` is what the file should hold, when it cannot be written.
+// Returns false, with `text` set to what the file should contain, if it cannot be written.
 bool SettingsFile::finishInterrupted(std::string& text) {
   RedoJournal journal(path_, disk_.open);
   const std::optional<std::string> interrupted = journal.interrupted();
@@ -68,7 +68,7 @@ bool SettingsFile::write(XmlDocument& document, std::string& text) {
   if (journal.keep(text) == RedoJournal::SaveResult::failed) return false;
   const bool saved =
       document.Save(path_) != 0 && retry(kTries, kPause, [&] { return flushFile(path_); });
-  // A disk may take the first half and then fail: the old text is put back.
+  // If the disk fails halfway, the old text is restored.
   std::string now;
   const bool whole =
       saved || (before == Reading::missing

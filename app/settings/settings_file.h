@@ -7,15 +7,15 @@
 
 namespace vgps {
 
-// What the settings' file is read and written with; a test lets it fail.
+// The operations for reading and writing the settings file; tests make them fail.
 struct SettingsDisk {
   const XmlFiles* files = &systemFiles();
   ExclusiveOpener open = openExclusive;
-  int waitForOthersMs = 5000;  // for another program that reads or writes the file
+  int waitForOthersMs = 5000;  // wait for another program that is using the file
 };
 
-// The bytes of vgps.xml. Programs that read or write them take turns by the file's lock, which the
-// caller holds; a save that was interrupted is finished before anything else.
+// The contents of vgps.xml. Programs take turns reading and writing it with a lock, which the
+// caller must hold. An interrupted save is completed before anything else.
 class SettingsFile {
  public:
   explicit SettingsFile(const SettingsDisk& disk) : disk_(disk) {}
@@ -27,8 +27,9 @@ class SettingsFile {
   enum class Reading { read, missing, unreadable };
   Reading read(std::string& bytes);
 
-  // Saves the document in place; `text` is then what the file holds. False when it could not be
-  // written: the file has its old text again, or gets one of the two from the next `read`.
+  // Saves the document in place and sets `text` to the contents of the file. Returns false if it
+  // could not be written: then the file has its old text again, or the next `read` restores the old
+  // or the new one.
   bool write(XmlDocument& document, std::string& text);
 
  private:

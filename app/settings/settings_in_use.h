@@ -4,8 +4,8 @@
 
 namespace vgps {
 
-// Whether the program does something with the setting. The others belong to features that do not
-// exist yet: they are loaded, shown and kept, but cannot be changed in the dialogs.
+// Whether the program uses the setting. The others belong to missing features: they are loaded,
+// shown, and saved, but cannot be changed in the dialogs.
 bool isInUse(const SettingRow& row);
 
 }  // namespace vgps

@@ -21,7 +21,7 @@ COLORREF halfway(COLORREF one, COLORREF other) {
              (GetBValue(one) + GetBValue(other)) / 2);
 }
 
-// The longest item decides, so that a port's name is not cut off; the box itself stays.
+// Widens only the drop-down list, to fit the longest item, so that port names are not cut off.
 void widenDropDown(HWND box, std::span<const std::string> items) {
   const HDC context = GetDC(box);
   if (context == nullptr) return;
@@ -104,9 +104,9 @@ void WindowDialogView::enable(uint16_t number, bool enabled) {
   EnableWindow(window, enabled ? TRUE : FALSE);
 }
 
-// The layout may be a language library's, so the dialog grows by the line that it needs.
+// The layout may come from a language library, so the dialog is enlarged by the line it needs.
 void WindowDialogView::showNote(std::string_view text) {
-  RECT units = {7, 0, 0, 12};  // margin, height of the line
+  RECT units = {7, 0, 0, 12};  // margin, line height
   MapDialogRect(dialog_, &units);
   RECT window{};
   RECT client{};
@@ -119,7 +119,7 @@ void WindowDialogView::showNote(std::string_view text) {
                                     client.bottom, client.right - 2 * units.left, units.bottom,
                                     dialog_, nullptr, nullptr, nullptr);
   SendMessageW(line, WM_SETFONT, SendMessageW(dialog_, WM_GETFONT, 0, 0), FALSE);
-  // The first that a screen reader comes to.
+  // First in the tab order, so that screen readers read it first.
   SetWindowPos(line, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 

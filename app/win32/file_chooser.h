@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-// The system's own dialogs for files and folders that exist. Nothing when the user gave up. They
-// begin where `current` lies, or in `folder`, and leave the program's current folder alone: names
-// like ".\maps" count from it.
+// The system's dialogs for choosing existing files and folders; the result is empty if the user
+// cancels. They start in the folder of `current`, or in `folder`, and do not change the current
+// folder, which paths like ".\maps" are relative to.
 namespace vgps {
 
 std::optional<std::string> chooseExistingFile(HWND owner, std::string_view kind,

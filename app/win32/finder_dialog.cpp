@@ -17,7 +17,7 @@ namespace {
 constexpr UINT kChanged = WM_APP + 1;
 constexpr int kProgressRange = 1000;
 
-// Of the list's width, in hundredths.
+// In percent of the list's width.
 constexpr std::array kColumnShares = {11, 26, 43, 20};
 constexpr std::array kColumnTitles = {Text::finderPortColumn, Text::finderDeviceColumn,
                                       Text::finderAnswerColumn, Text::finderPositionColumn};
@@ -222,7 +222,7 @@ void FinderDialog::use() {
   if (row < 0 || static_cast<size_t>(row) >= findings.size()) return;
   const PortFinding& finding = findings[static_cast<size_t>(row)];
   if (!finding.answered || finding.answer.result != ProbeResult::found) return;
-  finder_.stop();  // the port has to be free
+  finder_.stop();  // the port must be released first
   choice = FoundReceiver{{.port = finding.port.name, .speed = finding.speed},
                          IsDlgButtonChecked(dialog_, FINDER_AT_START) == BST_CHECKED};
   EndDialog(dialog_, IDOK);

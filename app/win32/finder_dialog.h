@@ -14,15 +14,14 @@ struct FinderSetup {
   std::vector<PortName> (*listPorts)() = listSerialPorts;
   PortFinder::MakePort makePort = makeSerialPort;
   PortFinderTimes times{};
-  bool night = false;  // the dialog is to be dark
+  bool night = false;  // use night colors
 };
 
 // A cell of a list, up to 200 characters.
 std::wstring cellText(HWND list, int row, int column);
 
-// Searches all ports for a receiver and lets the user choose among the answers. Empty when
-// nothing was chosen. The program's own connection has to be closed before: its port would be
-// busy.
+// Searches all ports for a receiver and lets the user choose among the results. Empty if nothing
+// was chosen. Close the program's own connection first: its port would be busy.
 std::optional<FoundReceiver> runFinder(HINSTANCE resources, HWND owner,
                                        const FinderSetup& setup = {});
 

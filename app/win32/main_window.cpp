@@ -85,7 +85,7 @@ std::vector<WindowPlace> allScreens() {
   return screens;
 }
 
-// Where the last run left it, or wherever the system likes.
+// At the position of the last run; otherwise the system chooses.
 WindowPlace firstPlace(const Desktop& app) {
   const WindowPlace stored = storedPlace(app);
   if (stored.width > 0) return reachablePlace(stored, allScreens());
@@ -93,7 +93,7 @@ WindowPlace firstPlace(const Desktop& app) {
   return {CW_USEDEFAULT, CW_USEDEFAULT, size.cx, size.cy};
 }
 
-// Before a source was ever chosen there is nothing that the read-out could show.
+// Before a source was chosen, the readout has nothing to show.
 bool isFirstStart(const AppState& app) {
   const Settings& settings = app.settings;
   return app.currentScreen == Screen::gps && !app.fix.running && settings.port.empty() &&
@@ -261,7 +261,7 @@ bool MainWindow::onKey(WPARAM key) {
 
 bool MainWindow::onTyped(WPARAM unit) { return onRawLogTyped(*app_, static_cast<char32_t>(unit)); }
 
-// A fine wheel tells parts of a notch.
+// High-resolution wheels report fractions of a notch.
 bool MainWindow::onWheel(WPARAM turned) {
   wheel_ += GET_WHEEL_DELTA_WPARAM(turned);
   const int notches = wheel_ / WHEEL_DELTA;
@@ -381,7 +381,7 @@ void MainWindow::followScheme() {
   darkenFrame(window_, night);
 }
 
-// While it is neither maximized nor an icon.
+// While neither maximized nor minimized.
 WindowPlace MainWindow::place() const {
   WINDOWPLACEMENT placement{};
   placement.length = sizeof placement;

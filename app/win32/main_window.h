@@ -113,9 +113,9 @@ class MainWindow : public DesktopWindow {
   StartButtons startButtons_;
   TrayIcon tray_;
   TimeDependentTexts paintedTexts_;
-  int wheel_ = 0;            // turned, less than a notch
-  bool isNight_ = false;     // of the frame
-  bool statusOnly_ = false;  // nothing but the status line is to be drawn
+  int wheel_ = 0;            // rotation of less than a notch
+  bool isNight_ = false;     // of the window frame
+  bool statusOnly_ = false;  // only the status line needs to be redrawn
   bool closing_ = false;
   bool dialogOpen_ = false;
   bool watching_ = false;  // the status timer is running
@@ -133,7 +133,7 @@ class MainWindow : public DesktopWindow {
 
   struct Message {
     std::wstring text;
-    UINT style;  // icon and buttons; Yes opens the search for a receiver
+    UINT style;  // icon and buttons; Yes opens the receiver search
   };
   void queueMessage(std::string_view text, UINT style);
 

@@ -1,6 +1,6 @@
 #include "app/win32/night_look.h"
 
-// Behind <windows.h>, on which they build.
+// The other headers need <windows.h> first.
 #include <commctrl.h>
 #include <uxtheme.h>
 
@@ -14,7 +14,7 @@ namespace {
 
 constexpr UINT_PTR kNightLook = 1;
 
-// The brush lives as long as the program: every dialog uses it again.
+// Never deleted, because every dialog reuses the brush.
 HBRUSH panelBrush() {
   static const HBRUSH kBrush = CreateSolidBrush(nightPalette().panel);
   return kBrush;
@@ -31,7 +31,7 @@ LRESULT paintedWith(WPARAM context, HBRUSH brush, Color ground) {
   return reinterpret_cast<LRESULT>(brush);
 }
 
-// A push button in the dialog's colors, as the system would draw it in its own.
+// Draws a push button like the system does, but in the colors of the dialog.
 void drawButton(const NMCUSTOMDRAW& draw) {
   const Palette& palette = nightPalette();
   const bool enabled = (draw.uItemState & CDIS_DISABLED) == 0;
@@ -60,7 +60,7 @@ bool isOfClass(HWND control, std::wstring_view name) {
          CSTR_EQUAL;
 }
 
-// -1 for what is no button.
+// Returns -1 if it is not a button.
 LONG buttonKind(HWND control) {
   return isOfClass(control, WC_BUTTONW) ? GetWindowLongW(control, GWL_STYLE) & BS_TYPEMASK : -1;
 }
@@ -70,7 +70,7 @@ bool isPushButton(HWND control) {
   return kind == BS_PUSHBUTTON || kind == BS_DEFPUSHBUTTON;
 }
 
-// A group box asks nobody for the color of its caption.
+// A group box does not ask its parent for the color of its caption.
 void drawGroup(HWND group) {
   const Palette& palette = nightPalette();
   PAINTSTRUCT paint;
@@ -128,7 +128,7 @@ LRESULT CALLBACK procedure(HWND dialog, UINT message, WPARAM first, LPARAM secon
 
 using SetWindowThemeFunction = HRESULT(WINAPI*)(HWND, LPCWSTR, LPCWSTR);
 
-// Controls in the system's theme take no color from the dialog; without it they do.
+// Themed controls ignore the colors of the dialog; unthemed ones use them.
 BOOL CALLBACK darkenControl(HWND control, LPARAM function) {
   const Palette& palette = nightPalette();
   if (isOfClass(control, WC_LISTVIEWW)) {
@@ -147,7 +147,7 @@ BOOL CALLBACK darkenControl(HWND control, LPARAM function) {
   return TRUE;
 }
 
-// A library of the system that not every version of it has; never let go again.
+// A library that not every version of the system has; never unloaded.
 template <typename Function>
 Function functionOf(const wchar_t* library, const char* name) {
   const HMODULE module = LoadLibraryExW(library, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);

@@ -4,13 +4,14 @@
 
 namespace vgps {
 
-// The night colors of the program on what the system draws. Menus and the system's own message
-// boxes keep the system's look: it has no documented way to darken them.
+// Night colors for what the system draws. Menus and the system's message boxes keep the system's
+// look: there is no documented way to darken them.
 
-// The caption and border of a window; nothing before Windows 11, which brought it.
+// Darkens the caption and border of a window; no effect before Windows 11.
 void darkenFrame(HWND window, bool dark);
 
-// A dialog with all its controls, for as long as it is open. Call it when the controls are there.
+// Darkens a dialog and its controls for as long as it is open. Call this after the controls have
+// been created.
 void darkenDialog(HWND dialog);
 
 }  // namespace vgps

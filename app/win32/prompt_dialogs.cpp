@@ -14,11 +14,11 @@ constexpr short kWidth = 240;  // dialog units
 constexpr short kMargin = 7;
 constexpr short kButtonWidth = 50;
 constexpr short kButtonHeight = 14;
-constexpr WORD kButtonClass = 0x80;  // as a template names the classes of the system
+constexpr WORD kButtonClass = 0x80;  // code of the button class in dialog templates
 constexpr WORD kEditClass = 0x81;
 constexpr WORD kListClass = 0x83;
 
-// A dialog template in memory: a field, OK and Cancel.
+// A dialog template in memory: a field, OK, and Cancel.
 class Template {
  public:
   Template(const std::wstring& title, WORD fieldClass, DWORD fieldStyle, short fieldHeight) {
@@ -31,7 +31,7 @@ class Template {
         .y = 0,
         .cx = kWidth,
         .cy = height});
-    add(WORD{0}), add(WORD{0});  // without a menu, of the usual class
+    add(WORD{0}), add(WORD{0});  // no menu, default class
     addText(title);
     add(WORD{8});
     addText(L"MS Shell Dlg");
@@ -71,13 +71,14 @@ class Template {
                         .id = id});
     add(WORD{0xFFFF}), add(kind);
     addText(text);
-    add(WORD{0});  // without data of its own
+    add(WORD{0});  // no creation data
   }
 
   std::vector<char> bytes_;
 };
 
-// What a prompt does with its field: at the beginning, and at OK. False there keeps it open.
+// What a prompt does with its field when it opens and at OK. Returning false at OK keeps the dialog
+// open.
 class Prompt {
  public:
   virtual ~Prompt() = default;

@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-// Two small questions that have no layout of their own: a list and a line of text. Nothing when the
-// user gave up.
+// Two small dialogs without a layout in the resources: a list and a line of text. They return none
+// if the user cancels.
 namespace vgps {
 
 std::optional<size_t> chooseRowIn(HWND owner, std::string_view title,

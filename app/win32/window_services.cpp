@@ -59,7 +59,7 @@ void MainWindow::offerSearch(std::string_view error) {
 
 void MainWindow::tell(std::string_view text) { queueMessage(text, MB_ICONINFORMATION); }
 
-// What is said before there is a window waits for it.
+// Messages before the window exists are kept until it does.
 void MainWindow::queueMessage(std::string_view text, UINT style) {
   messages_.push_back({wideFromUtf8(text), style});
   if (window_ != nullptr) PostMessageW(window_, kMessagesWaiting, 0, 0);
@@ -201,7 +201,7 @@ void MainWindow::copyText(std::string_view text) {
   if (memory != nullptr) {
     std::memcpy(GlobalLock(memory), wide.c_str(), bytes);
     GlobalUnlock(memory);
-    // From then on it belongs to the system.
+    // The system owns it from now on.
     if (SetClipboardData(CF_UNICODETEXT, memory) == nullptr) GlobalFree(memory);
   }
   CloseClipboard();

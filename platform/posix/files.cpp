@@ -19,7 +19,7 @@ std::string folderOf(const std::string& path) {
 
 }  // namespace
 
-// A new name is on the disk only when its folder is.
+// A new name is only on the disk once its folder is flushed.
 void flushFolderOf(const std::string& path) {
   const int fd = ::open(folderOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (fd < 0) return;  // writable but not readable: the system flushes it eventually

@@ -81,7 +81,7 @@ bool flushFile(const std::string& path) {
   return handle.isValid() && FlushFileBuffers(handle.get());
 }
 
-// Names are in the file system's own journal.
+// The file system's own journal protects the names.
 void flushFolderOf(const std::string&) {}
 
 bool replaceFile(const std::string& from, const std::string& to) {

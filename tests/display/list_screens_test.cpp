@@ -27,7 +27,8 @@ TEST(StatisticsScreen, TimesAreHoursMinutesAndSeconds) {
   EXPECT_EQ(rows[3].value, "00:01:30, 75.00%");
   EXPECT_EQ(rows[4].value, "00:00:30, 25.00%");
   EXPECT_EQ(rows[7].value, "509.15 Km");
-  scene.statistics.movingSeconds = scene.statistics.stoppedSeconds = 0;  // no share of nothing
+  scene.statistics.movingSeconds = scene.statistics.stoppedSeconds =
+      0;  // no total, so no percentages
   EXPECT_EQ(statisticsRows(scene)[3].value, "00:00:00");
 }
 

@@ -335,7 +335,7 @@ TEST(TextFit, CutsBetweenCharacters) {
   EXPECT_EQ(shortened(canvas, "text", font, 3), "");
 }
 
-// Across the end of a month the measured offset is a day too far.
+// At the end of a month, the measured offset is off by a day.
 TEST(Readout, UtcOffsetsAreThoseOfZones) {
   const std::pair<int32_t, std::string_view> rows[] = {{-120, "UTC+02:00"},    {-2400, "UTC-08:00"},
                                                        {46 * 60, "UTC+02:00"}, {-840, "UTC+14:00"},

@@ -19,7 +19,7 @@ inline bool overlap(const Rect& a, const Rect& b) {
          a.y + a.height > b.y + kSlack && b.y + b.height > a.y + kSlack;
 }
 
-// Everything drawn inside the canvas, no text cut off, too small or over another one.
+// Everything is inside the canvas, and no text is cut off, too small, or overlapped.
 inline void expectTidy(const RecordingCanvas& canvas) {
   for (const auto& fill : canvas.fills) {
     EXPECT_TRUE(isInside(fill.box, canvas.bounds()));

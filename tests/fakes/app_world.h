@@ -86,10 +86,10 @@ class FakeWindow : public DesktopWindow {
   WindowPlace placeNow;
   std::string copied;
   bool dialogsExist = true;
-  std::function<void(Command)> onDialog;  // what the user does with it
+  std::function<void(Command)> onDialog;  // what the user does in the dialog
   std::vector<FileChoice> choices;
   std::string chosenFile;
-  std::vector<std::string> offeredRows;  // of the last list
+  std::vector<std::string> offeredRows;  // rows of the last list
   std::optional<size_t> chosenRow;
   std::optional<std::string> typed;
   std::vector<std::string> done;  // of the end, in their order

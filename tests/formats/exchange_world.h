@@ -13,7 +13,7 @@
 
 namespace vgps {
 
-// A person who answers as told, and what was asked and shown.
+// A user who gives the prepared answers; records what was asked and shown.
 class ToldHooks : public ExchangeHooks {
  public:
   Answer ask(const std::string& question, bool) override {
@@ -31,7 +31,7 @@ class ToldHooks : public ExchangeHooks {
   void openDocument(const std::string& path) override { opened.push_back(path); }
 
   Answer answer = Answer::yes;
-  std::vector<Answer> answers;  // in front of `answer`
+  std::vector<Answer> answers;  // used before `answer`
   std::vector<size_t> chosen;
   std::vector<std::string> said, offered, opened;
 };
@@ -40,7 +40,7 @@ inline std::string expectedFile(const std::string& name) {
   return fileBytes(std::string(sourceFolder()) + "/tests/answers/exchange/" + name);
 }
 
-// Two points of a ride and one without a position between them; the clock is two hours east.
+// Two points of a ride with one without a position between them; the clock is two hours east.
 class ExchangeWorld : public testing::Test {
  protected:
   ExchangeWorld() {

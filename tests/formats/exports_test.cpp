@@ -12,7 +12,7 @@ namespace {
 
 class Exports : public ExchangeWorld {
  protected:
-  // The file is, byte for byte, the expected one.
+  // The file is byte for byte the expected one.
   void expectFile(const std::string& name, ExportResult result) {
     EXPECT_EQ(result, ExportResult::done) << name;
     const std::string written = folder.read(name);
@@ -72,7 +72,7 @@ TEST_F(Exports, ElementsAreThoseOfTheFile) {
   EXPECT_EQ(folder.read("new.gpx").substr(0, head.size()), head);
 }
 
-// The rules of one number or one name each.
+// Each tests the rules for one number or name.
 TEST_F(Exports, Numbers) {
   const auto kml = [](double x, double y, double z) {
     Track track;
@@ -120,7 +120,7 @@ TEST_F(Exports, AnArchiveHoldsDocumentIconAndReferences) {
   EXPECT_EQ(ArchiveReader(folder / "ride.kmz").openFirst("ref2.png"),
             ArchiveReader::State::noEntry);
   EXPECT_EQ(folder.names().size(), 3U) << "the parts of the archive are gone";
-  // Without a place for the archive they stay.
+  // If the archive cannot be created, they stay.
   EXPECT_EQ(ExportTrackKmz(ride, folder / "none/ride.kmz", hooks, place()),
             ExportResult::notWritten);
   EXPECT_TRUE(folder.has("vgpskml.tmp") && folder.has("vgpskmlicon.tmp"));
@@ -156,7 +156,7 @@ TEST_F(Exports, TracksAsFiles) {
   hooks.answer = Answer::no;
   EXPECT_EQ(ExportAllTracksAsFiles(folder.path(), tracks, hooks, written, place()),
             ExportResult::cancelled);
-  // Tracks that are files already are not exported all at once.
+  // Tracks that are already files are not exported all at once.
   TrackLibrary files;
   files.open(folder / "VGPS Tracks");
   EXPECT_EQ(ExportAllTracksAsFiles(folder.path(), files, hooks, written, place()),

@@ -7,7 +7,7 @@
 namespace vgps {
 namespace {
 
-// Lines of one epoch at `second`, as receivers order them; what comes in brackets is empty.
+// Lines of one epoch at `second`, in the order of real receivers; sentences in brackets are empty.
 std::string epochLine(const std::string& kind, int second) {
   const std::string time = "1200" + std::string(second < 10 ? "0" : "") + std::to_string(second);
   if (kind == "RMC") return "$GPRMC," + time + ",A,4807.0,N,01131.0,E,022.4,084.4,230324,,";
@@ -19,8 +19,8 @@ std::string epochLine(const std::string& kind, int second) {
   return "$GP" + kind + ",1";
 }
 
-// What becomes of lines that come `gapMs` after one another in bursts of a second: for each fix its
-// second, with "z" where its altitude is unknown and "v" where its speed is.
+// The result of lines that arrive `gapMs` apart in bursts of one second: the second of each fix,
+// with "z" if its altitude is unknown and "v" if its speed is.
 class EpochWorld : public GpsWorld {
  public:
   EpochWorld() {
@@ -75,10 +75,11 @@ TEST(EpochFixes, AFixWaitsForWhatItsEpochStillBrings) {
   } rows[] = {
       {{"RMC GGA", "RMC GGA"}, "1 2"},
       {{"GGA RMC", "GGA RMC"}, "1 2"},
-      {{"RMC GGA", "RMC-V", "RMC GGA"}, "1 3"},  // the height is not that before the tunnel
+      {{"RMC GGA", "RMC-V", "RMC GGA"}, "1 3"},  // not the altitude from before the tunnel
       {{"RMC GGA-", "RMC GGA"}, "1z 2"},
-      {{"RMC GGA", "RMC GGA-", "RMC"}, "1 2 3z"},        // without a height from the second GGA on
-      {{"RMC", "RMC", "RMC GGA", "RMC"}, "1z 2z 3z 4"},  // one epoch waits in vain, others do not
+      {{"RMC GGA", "RMC GGA-", "RMC"}, "1 2 3z"},  // no altitude from the second GGA on
+      {{"RMC", "RMC", "RMC GGA", "RMC"},
+       "1z 2z 3z 4"},  // one epoch waits in vain, later ones do not wait
       {{"GGA", "GGA", "GGA"}, "1v 2v 3v"},
       {{"RMC", "RMC-V", "RMC GGA"}, "1z 3"},
       {{"RMC"}, "1z"},

@@ -18,7 +18,7 @@
 namespace vgps {
 namespace {
 
-// The numbers of the satellites that have a mark.
+// The numbers of the marked satellites.
 std::string satellites(const GpsWorld& world, uint8_t SatelliteInfo::*mark) {
   std::string numbers;
   for (size_t i = 0; i < kSatelliteSlots; ++i) {

@@ -66,7 +66,7 @@ TEST(PortFinder, TheReceiverThatSaysMostIsTheBest) {
   EXPECT_EQ(bestFinding(findAll({})), nullptr);
 }
 
-// A position counts for more than sentences.
+// A position counts more than the number of sentences.
 TEST(PortFinder, TheOneThatHasAPositionIsTaken) {
   const std::string noFix = "$GPRMC,101010,V,,,,,,,230394,,*2C\r\n";
   const std::string fix = "$GPGGA,101010,4807.038,N,01131.000,E,1,09,0.9,545.4,M,46.9,M,,*47\r\n";

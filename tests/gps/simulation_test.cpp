@@ -99,7 +99,8 @@ TEST(Simulation, HeldShiftStepsOnWhereAStepByStepSimulationStandsStill) {
   }
 }
 
-// Each second brings a position, as far from the one before as its speed says, and a height.
+// Each second has a position, at a distance from the previous one that matches the speed, and an
+// altitude.
 TEST(Simulation, TheWalkThroughATownIsAWalk) {
   GpsWorld world;
   double latitude = 0;

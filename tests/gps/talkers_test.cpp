@@ -16,7 +16,7 @@ std::string sentence(const std::string& talker, const std::string& kind) {
 struct Step {
   uint32_t tick;
   std::string line;
-  bool taken;  // parsed as one of GP
+  bool taken;  // parsed like one of GP
 };
 
 void hear(TalkerSetting setting, const std::vector<Step>& steps, TalkerTranslation talkers = {}) {
@@ -40,7 +40,7 @@ TEST(Talkers, AnotherTalkerTakesOverAfterThreeSecondsWithoutGps) {
                                      {5000, sentence("GN", "RMC"), true},
                                      {6000, sentence("GP", "RMC"), true},  // ends it
                                      {6000, sentence("GN", "RMC"), false},
-                                     {6000, sentence("GN", "GGA"), true},  // of this kind only
+                                     {6000, sentence("GN", "GGA"), true},  // only this kind
                                      {8999, sentence("GN", "RMC"), false},
                                      {9000, sentence("GN", "RMC"), true},
                                  });
@@ -70,7 +70,7 @@ TEST(Talkers, EachKindComesFromTheBestThatSendsIt) {
   } const rows[] = {
       {{"GPGGA", "GNRMC"}, {"GPGGA", "GNRMC"}},
       {{"GPRMC", "GPGGA", "GNGSA"}, {"GPRMC", "GPGGA", "GNGSA"}},
-      {{"GPRMC", "GAGSA"}, {"GPRMC"}},  // its satellites are numbered as those of GPS
+      {{"GPRMC", "GAGSA"}, {"GPRMC"}},  // its satellite numbers are those of GPS satellites too
       {{"GNGSA", "GLRMC"}, {"GNGSA", "GLRMC"}},
       {{"GNRMC", "GNGSA", "GLRMC", "GLGGA"}, {"GNGSA", "GLRMC", "GLGGA"}},
       {{"GNGGA", "GNGSA", "GQRMC", "GQGGA"}, {"GNGSA", "GQRMC", "GQGGA"}},
@@ -94,7 +94,7 @@ TEST(Talkers, ASentenceWithoutAFixDoesNotHideOneThatHasIt) {
   const std::string noFix = "$GPRMC,120000,V,,,,,,,230324,,";
   hear(TalkerSetting::automatic, {{1000, noFix, true},
                                   {1000, sentence("GN", "RMC"), false},
-                                  {4000, noFix, true},  // the fix of GP may have gone just now
+                                  {4000, noFix, true},  // GP may just have lost its fix
                                   {4000, sentence("GN", "RMC"), true},
                                   {5000, noFix, false},
                                   {5000, sentence("GN", "RMC"), true},

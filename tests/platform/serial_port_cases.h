@@ -1,7 +1,7 @@
 #pragma once
 
-// What a serial port does on every system. Whoever includes this has a `TestLine` to run it on: the
-// far end of a line whose port is at `path()`, that can be unplugged and plugged in again.
+// Tests of serial ports on any system. The including file provides a `TestLine`: the far end of a
+// line whose port is at `path()`, which can be unplugged and plugged in again.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -29,7 +29,7 @@ class SerialPortOnALine : public testing::Test {
     text.assign(buffer.data(), got);
     return result;
   }
-  // Until so many bytes have come or the line is silent.
+  // Reads until this many bytes have arrived or the line is silent.
   std::string readAll(size_t length) {
     std::string all;
     while (all.size() < length && read(2000) == PortRead::data) all += text;

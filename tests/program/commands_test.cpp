@@ -1,6 +1,6 @@
-// Commands as a person types them, with all that they answer: each file of tests/answers/commands
-// is one session in a folder of its own. Behind "! " stands what was told as an error, in brackets
-// the status of a command that failed. tools/renew_answers.sh writes the answers anew.
+// Commands as a user types them, with their complete output: each file in tests/answers/commands is
+// one session in a folder of its own. "! " marks lines on standard error; brackets show the exit
+// status of a failed command. tools/renew_answers.sh renews the output.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
@@ -24,7 +24,7 @@ std::string linesAfter(const std::string& mark, const std::string& text) {
   return marked;
 }
 
-// The answer to what is typed in the folder; what it printed is kept outside of that.
+// The output of a command run in the folder; its output file is kept outside that folder.
 std::string answerTo(const std::string& typed, const TestFolder& folder) {
   const TestFolder outside;
   const std::string printed = outside / "printed", complaints = outside / "complaints";

@@ -66,7 +66,7 @@ std::string burst(int number) {
          std::to_string(number) + ",230324,,*00\r\n";
 }
 
-// The times of an epoch's sentences, so many seconds later; fewer than ten.
+// The sentences of an epoch, with times this many seconds later; fewer than ten.
 std::string later(std::string epoch, uint64_t seconds) {
   for (size_t at = epoch.find(",123519"); at != std::string::npos; at = epoch.find(",123519", at)) {
     epoch.replace(at, 7, ",12352" + std::to_string(seconds));

@@ -1,4 +1,4 @@
-// Several `vgps settings` at the same moment.
+// Several `vgps settings` at the same time.
 #include <memory>
 
 #include "app/settings/settings.h"

@@ -1,4 +1,4 @@
-// `vgps record` of a log.
+// `vgps record` with a log.
 #include <algorithm>
 #include <filesystem>
 
@@ -78,7 +78,7 @@ TEST_F(TrackCommands, NothingIsWrittenOfNothing) {
        "settings file not found: " + path("none.xml")},
       {{"record", "--replay", log, "-o", out, "--settings", log}, log + " is not a settings file"},
       {{"record", "--replay", nowhere, "-o", nowhere}, "the track file must not overwrite the log"},
-      {{"record", "-o", out}, "give --port DEV, --simulate, or --replay LOG"},
+      {{"record", "-o", out}, "specify --port DEV, --simulate, or --replay LOG"},
       {{"record", "--replay", nowhere, "-o", path("./nowhere")}, "must not overwrite the log"},
       {{"record", "--replay", path("link"), "-o", nowhere}, "must not overwrite the log"},
       {{"record", "--replay", log, "-o", settings, "--settings", path("./settings.xml")},

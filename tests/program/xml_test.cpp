@@ -50,7 +50,7 @@ TEST_F(XmlCommand, ForeignFilesAreReadLenientlyOrToldAbout) {
   const struct {
     std::string bytes;
     const char* says;
-  } rows[] = {{bomb + "]><a>&e11;</a>", "expand without end"},
+  } rows[] = {{bomb + "]><a>&e11;</a>", "expand without limit"},
               {std::string("\x7F"
                            "ELF\0<a/>",
                            9),

@@ -248,7 +248,7 @@ TEST(XmlElement, TextsCommentsAndSectionsKeepTheirPlace) {
 TEST(XmlElement, OneTextInEveryCompany) {
   const struct {
     void (*change)(XmlElement&);
-    std::string_view inside;  // between the lines of the tags
+    std::string_view inside;  // between the lines with the tags
   } rows[] = {
       {[](XmlElement&) {}, "text\r\n"},
       {[](XmlElement& n) { n.SetText("a\r\n"); }, "a\r\n\r\n"},

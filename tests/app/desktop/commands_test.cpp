@@ -146,7 +146,7 @@ TEST(Commands, GpsTimeToSystem) {
   EXPECT_NE(currentNotice(world.app).find("administrator"), std::string_view::npos);
 }
 
-// A view that is scrolled or paused stays on its rows; a filter hides, and loses nothing.
+// A scrolled or paused view stays on its rows; a filter hides rows without losing any.
 TEST(Commands, TheRawLogPausesScrollsFiltersAndIsCopied) {
   AppWorld world;
   Desktop& app = world.app;

@@ -72,7 +72,7 @@ class DialogRows : public testing::Test {
 TEST_F(DialogRows, EachSettingIsInOneDialogThatSavesItsGroup) {
   std::set<std::string> edited;
   for (const Dialog& dialog : dialogs()) {
-    if (dialog.command == Command::firstRecording) continue;  // some of the recording options
+    if (dialog.command == Command::firstRecording) continue;  // a subset of the recording options
     for (const DialogField& field : dialog.fields) {
       const SettingRow& row = *field.setting;
       EXPECT_TRUE(edited.insert(std::string(row.path) + "/" + row.key).second) << row.key;

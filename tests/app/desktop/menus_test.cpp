@@ -66,7 +66,7 @@ TEST(Menus, OfferWhatWorksAndNothingElse) {
     if (row.kind != MenuRow::item) continue;
     const auto number = static_cast<uint32_t>(row.command);
     if (offered.contains(row.command)) {
-      // What asks for a file needs the file reader that the entry of the program puts in.
+      // Commands that ask for a file need the file reader that the program's entry provides.
       if (row.command == Command::loadSimulation) continue;
       EXPECT_FALSE(menuItemEnabled(idle.app, row.command) && answersNotAvailable(row.command))
           << number;

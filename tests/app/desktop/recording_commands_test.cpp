@@ -68,7 +68,7 @@ TEST_F(RecordingCommands, ATripFromStartToEnd) {
   EXPECT_FALSE(hasJournal()) << "the points are safe";
 }
 
-// Only once, and the defaults of the settings stay what they are.
+// Asked only once; the default settings stay the same.
 TEST_F(RecordingCommands, TheFirstOneEverAsksWhatIsRecorded) {
   world.load("");
   bool confirms = false;
@@ -315,7 +315,7 @@ TEST_F(RecordingCommands, WhatNoDiscardedComesBack) {
   };
   run(kEnd);
   EXPECT_EQ(standing, "Not saved yet: 1 point, 0.00 Km");
-  EXPECT_EQ(notice(), "Not saved. To get it back, choose Track, Recently discarded.");
+  EXPECT_EQ(notice(), "Not saved. To restore it, choose Track, Recently discarded.");
   EXPECT_FALSE(hasJournal());
   EXPECT_TRUE(app.recorder.track.points.empty());
   run(Command::restoreDiscarded);
@@ -351,7 +351,7 @@ TEST_F(RecordingCommands, ASavedTrackIsNotContinuedUnasked) {
     run(kStart);
     world.receiveFix();
     run(kEnd);
-    app.recorder.track.points.resize(3);  // as one that was opened
+    app.recorder.track.points.resize(3);  // like an opened track
     app.recorder.track.name = "Opened";
     world.window.wanted = adds ? "&Add to this one" : "";
     run(kStart);
@@ -398,7 +398,7 @@ TEST_F(RecordingCommands, WhatWasSavedIsRenamedAndOpened) {
   EXPECT_EQ(notice(), "Saved as Track 2. To rename it, choose Track, Rename last saved.");
   world.window.typed = "Home";
   run(Command::renameTrack);
-  EXPECT_EQ(notice(), "The track is called Home now.");
+  EXPECT_EQ(notice(), "Track renamed to Home.");
   world.window.chosenFile = world.folder / "tracks.xml";
   world.window.chosenRow = 1;
   run(Command::openTrack);

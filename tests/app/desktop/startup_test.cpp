@@ -187,7 +187,7 @@ TEST(Startup, UpdatesAreRemindedOfEveryTwentyStarts) {
   EXPECT_EQ(world.window.questions, std::vector<std::string>{"Check for VGPS updates now?"});
   EXPECT_TRUE(world.window.told.empty()) << "No was the answer";
   world.window.answer = true;
-  for (const char* const source : {"no source is set", "https://updates.example/gps"}) {
+  for (const char* const source : {"Update source: not set", "https://updates.example/gps"}) {
     world.app.settings.updateCountdown = 0;
     remindOfUpdates(world.app);
     ASSERT_FALSE(world.window.told.empty()) << "command 197";
@@ -329,7 +329,7 @@ TEST(WindowPlaces, ScreenAndColorsComeBackAtTheNextStart) {
   };
   const struct {
     const char* what;
-    uint16_t first;  // hour of the start at which night colors are chosen, or the day's left
+    uint16_t first;  // hour of a start that selects night colors, or keeps those of the day
     bool chooseNight;
     uint16_t next;
     ColorScheme found;

@@ -142,8 +142,8 @@ std::string dialogsOf(const DialogContext& context) {
   return text;
 }
 
-// What each command that works does in a program just started: marks and grays that change, what is
-// said, asked and opened.
+// What each working command does right after startup: changes of checked and gray items, messages,
+// questions, and dialogs.
 std::string commands(const AppState& before) {
   std::string text;
   for (const CommandRow& row : commandRows()) {

@@ -60,7 +60,7 @@ TEST(Connect, TheStatusSaysOnceWhichSentencesAreLeftOut) {
   EXPECT_EQ(currentNotice(world.app), "");
 }
 
-// Neither is there on a computer without sensors: the port is opened instead, and that is told.
+// A computer without sensors has neither: the port is opened instead, and the user is told.
 TEST(Connect, ASourceThatCannotBeHadIsSaid) {
   const struct {
     SourceChoice source;
@@ -80,7 +80,7 @@ TEST(Connect, ASourceThatCannotBeHadIsSaid) {
   }
 }
 
-// In the box that tells why; and once for bytes that are no sentences.
+// Offered in the message with the reason, and once for bytes that are not sentences.
 TEST(Connect, TheSearchIsOfferedWithTheReason) {
   AppWorld world;
   EXPECT_FALSE(connectReceiver(world.app, {.port = "COM99"}));
@@ -93,7 +93,7 @@ TEST(Connect, TheSearchIsOfferedWithTheReason) {
   checkConnection(world.app);
   checkConnection(world.app);
   ASSERT_EQ(world.window.errors.size(), 2U) << "asked once";
-  EXPECT_TRUE(world.window.errors[1].starts_with("COM3 sends data, but not NMEA."));
+  EXPECT_TRUE(world.window.errors[1].starts_with("COM3 is sending data, but not NMEA."));
   line.unplug();
   EXPECT_TRUE(stopReceiver(world.app));
 }

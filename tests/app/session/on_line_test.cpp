@@ -36,7 +36,7 @@ TEST(OnLine, ACompleteFixIsOfferedOncePerBurstWhileRecordingOrPlaying) {
       {kPaused, 0, kRmcBytes + kGgaBytes, 0},
       {kRecording, 1, kRmcBytes + kGgaBytes, 3},
       {kRecording, 2, kRmcBytes + kGgaBytes, 3},
-      {kRecording, 3, kRmcBytes + kGgaBytes, 3},  // both close, and have one time
+      {kRecording, 3, kRmcBytes + kGgaBytes, 3},  // both complete an epoch, and have the same time
       {kRecording, 2, kRmcBytes, 0},
       {kRecording, 0, "$GPRMC,123519,V,4807.038,N,01131.000,E,,,,,\r\n", 0},
       {kRecording, 0, "$GPGSA,A,3,01\r\n", 0},
@@ -177,7 +177,7 @@ TEST(OnLine, AFrameSkipThatWasChangedActsAtOnce) {
   EXPECT_EQ(world.app.rawLog.size(), 1U);
 }
 
-// They are shown in the unit of the moment, and belong to one receiver.
+// They are shown in the current unit and belong to one receiver.
 TEST(OnLine, MaximaFollowTheUnitAndStartAnewWithATripAndASource) {
   AppWorld world;
   AppState& app = world.app;

@@ -116,7 +116,7 @@ TEST(Timers, StatisticsCount) {
     EXPECT_EQ(now.movingSeconds, row.moving) << row.kmh;
     EXPECT_EQ(now.stoppedSeconds, row.stopped) << row.kmh;
     EXPECT_EQ(now.statSeconds, row.stat) << row.kmh;
-    // On every screen, where there is a speed.
+    // On every screen, if there is a speed.
     EXPECT_EQ(now.tripMovingSeconds, row.kmh > 3 ? row.connectedSeconds : 0) << row.kmh;
     EXPECT_EQ(now.tripMovingSeconds + now.tripStoppedSeconds, row.connectedSeconds);
     EXPECT_EQ(app.shown.fix.ticksWithoutData, 10U);

@@ -253,7 +253,7 @@ TEST_F(ConfigFile, AWriteThatComesUpShortLeavesTheOldText) {
   }
 }
 
-// A document of settings that is cut off anywhere is damaged, also one of a single element.
+// A settings document truncated anywhere is damaged, even one with a single element.
 TEST_F(ConfigFile, ACutDocumentIsToldAndKept) {
   for (const std::string whole :
        {"<root>\r\n\t<cfg>\r\n\t\t<gps port=\"COM7\"/>\r\n\t</cfg>\r\n</root>", "<root a=\"1\"/>",
@@ -266,10 +266,10 @@ TEST_F(ConfigFile, ACutDocumentIsToldAndKept) {
   }
 }
 
-// A disk that stops for good after so many bytes and calls, as when the power fails or the program
-// is killed: everything after that has no effect.
+// A disk that stops permanently after this many bytes and calls, as when the power fails or the
+// program is killed: everything after that has no effect.
 struct StoppingDisk {
-  static inline size_t left;  // bytes; a call that changes names or sizes counts as one
+  static inline size_t left;  // bytes; a call that changes names or sizes counts as one byte
   static size_t take(size_t wanted) {
     const size_t taken = std::min(wanted, left);
     left -= taken;
@@ -317,7 +317,8 @@ TEST_F(ConfigFile, ASaveThatIsStoppedAtAnyByteLeavesTheOldSettingsOrTheNew) {
       ASSERT_LT(bytes, 2000U);
       SCOPED_TRACE(bytes);
       std::filesystem::remove_all(path() + ".redo");
-      write(old + (port.size() == 1 ? std::string(400, '\n') : ""));  // a shorter one needs a cut
+      write(old +
+            (port.size() == 1 ? std::string(400, '\n') : ""));  // a shorter one must be truncated
       ConfigStore store({.files = &files, .open = StoppingDisk::open});
       StoppingDisk::left = SIZE_MAX;
       ASSERT_TRUE(store.open(path()));
@@ -334,7 +335,7 @@ TEST_F(ConfigFile, ASaveThatIsStoppedAtAnyByteLeavesTheOldSettingsOrTheNew) {
   }
 }
 
-// A journal of which the disk has only a part, or bytes that were never written.
+// A journal that is only partly on disk, or contains bytes that were never written.
 TEST_F(ConfigFile, AJournalThatIsNotWholeChangesNothing) {
   RedoJournal journal(path());
   ASSERT_EQ(journal.keep("<root><cfg><gps port=\"COM3\"/></cfg></root>"),

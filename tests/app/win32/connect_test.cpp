@@ -14,12 +14,12 @@
 #include "tests/app/win32/drive.h"
 #include "tests/app/win32/line.h"
 
-// From the person's choice of a receiver to the read-out, through the program's real windows and a
+// From the user's choice of a receiver to the readout, through the program's real windows and a
 // real line.
 namespace vgps {
 namespace {
 
-// Where the read-out of the window has the position.
+// Where the readout of the window shows the position.
 Rect positionIn(HWND window) {
   RECT client{};
   GetClientRect(window, &client);

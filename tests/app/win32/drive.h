@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-// Behind <windows.h>, on which it builds.
+// Needs <windows.h> first.
 #include <psapi.h>
 
 #include <functional>

@@ -41,7 +41,7 @@ TEST(Program, ForeignMessagesDoNoHarm) {
   expectCleanEnd(program, window);
 }
 
-// What this process has used of the processor since it began, all its threads together.
+// The processor time of all threads of this process since it started.
 double processorSeconds() {
   FILETIME created, ended, kernel, user;
   GetProcessTimes(GetCurrentProcess(), &created, &ended, &kernel, &user);

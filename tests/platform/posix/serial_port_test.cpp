@@ -15,7 +15,7 @@
 namespace vgps {
 namespace {
 
-// A pseudo-terminal that comes back at the same place.
+// A pseudo-terminal that comes back under the same path.
 class TestLine {
  public:
   static constexpr std::chrono::milliseconds kFailureTakes{60};
