@@ -12,10 +12,13 @@
 // the exit status: also 1 when a monitor heard nothing, no port has a receiver, or a log is none.
 namespace vgps {
 
+// Which of the two built-in simulations takes the place of a receiver.
+enum class Simulated { none, walk, trip };
+
 struct MonitorOptions {
   std::string port;
   uint32_t speed = 9600;
-  bool simulate = false;
+  Simulated simulated = Simulated::none;
   std::string logPath;  // empty: no log
   bool json = false;
   bool all = false;    // with what only the program itself works with
@@ -64,7 +67,7 @@ struct RecordOptions {
   std::string log;  // empty: live
   std::string port;
   uint32_t speed = 9600;
-  bool simulate = false;
+  Simulated simulated = Simulated::none;
   double seconds = 0;                                   // live; 0: until it is stopped
   std::optional<TalkerSetting> talkers = std::nullopt;  // none: as the settings say
   std::string output;
@@ -121,7 +124,7 @@ struct RecoverOptions {
   // Of continueRecording:
   std::string port;
   uint32_t speed = 9600;
-  bool simulate = false;
+  Simulated simulated = Simulated::none;
   double seconds = 0;  // 0: until stopped
 };
 int runRecover(const RecoverOptions& options);

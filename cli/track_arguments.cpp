@@ -106,8 +106,8 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
       "record",
       "Record a track from a receiver until Ctrl+C, or from a log. The fixes pass through the "
       "recording filter. What a receiver sends is on disk within seconds, in TRACK.journal, which "
-      "is "
-      "deleted when the track is written. With --replay, point times come from the UTC in the log, "
+      "is deleted when the track is written. With --replay, point times come from the UTC in the "
+      "log, "
       "not from the computer's clock.");
   CLI::Option* const replay =
       command
@@ -119,7 +119,7 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
                                 ->check(nonEmptyName())
                                 ->option_text("DEV");
   CLI::Option* const simulate =
-      command->add_flag("--simulate", options->simulate, "Record the built-in trip");
+      addSimulate(*command, options->simulated, "Record a built-in simulation");
   replay->excludes(port)->excludes(simulate);
   port->excludes(simulate);
   command->add_option("--speed", options->speed, "Baud rate of the receiver")
@@ -130,14 +130,9 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
       ->excludes(replay)
       ->check(positiveNumber())
       ->option_text("SECONDS");
-  command
-      ->add_option_function<int>(
-          "--talkers",
-          [options](int value) { options->talkers = static_cast<TalkerSetting>(value); },
-          "Use RMC, GGA, and GSA from talkers other than GP: auto (only when GP is silent), "
-          "always, or never (default: as the settings say)")
-      ->transform(oneOf({{"auto", 0}, {"always", 1}, {"never", 2}}))
-      ->option_text("auto|always|never");
+  addTalkers(
+      *command, [options](TalkerSetting talkers) { options->talkers = talkers; },
+      " (default: as the settings say)");
   command
       ->add_option("-o", options->output, "Track file to write; written completely or not at all")
       ->required()

@@ -23,12 +23,11 @@ struct Accuracy {
   bool byReceiver = false;  // from its GST; otherwise from the dilution of precision
 };
 
-// The receiver's own figures where it sends them. Otherwise DOP times the error of one range, as in
-// E. D. Kaplan and C. J. Hegarty (editors), "Understanding GPS" (2006), section 7.3. For a fix
-// without corrections the range error is 4 m: the errors of 8 m horizontal and 13 m vertical (95 %,
-// two deviations) of the "GPS Standard Positioning Service Performance Standard" (2020) at their
-// usual DOPs of 1.0 and 1.6. Corrected fixes (quality 2) count with 1.5 m, a cautious figure of our
-// own. A dilution says nothing about RTK, dead reckoning and simulated fixes: none without GST.
+// The receiver's own figures where it sends them. Otherwise DOP times the error of one range, the
+// usual product: a DOP is by definition the ratio of the two. The range errors are assumptions of
+// ours, not measured: 4 m for a fix without corrections, which makes 8 m (95 %, two deviations) at
+// an HDOP of 1, and 1.5 m for corrected ones (quality 2). A dilution says nothing about RTK, dead
+// reckoning and simulated fixes: none without GST.
 // `quality` is GGA's; a dilution of 0 is unknown.
 std::optional<Accuracy> estimateAccuracy(int32_t quality, double hdop, double vdop,
                                          const std::optional<GstReport>& gst);

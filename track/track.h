@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "geo/distance.h"
 #include "track/track_point.h"
 
 namespace vgps {
@@ -44,10 +45,6 @@ struct Track {
 
 // When a track began whose first point this is: `Track::startUtc`.
 int64_t startOf(const TrackPoint& first);
-
-// A point can stand there: it is on the earth, and it is not the 0,0 of a receiver that knows
-// nothing. Receivers have been seen to say 360 degrees north.
-bool isPosition(double longitude, double latitude);
 
 struct Waypoint {
   std::string name;

@@ -9,15 +9,13 @@
 
 namespace vgps {
 
-// What a first look through a log tells about its beginning, which a live receiver would tell only
-// later.
+// What a first look through a log tells, which a live receiver would tell only later.
 struct LogSurvey {
   std::optional<int64_t> firstDay;  // of the first line, in days since 1970
-  TalkerTranslation talkers;        // who spoke in the first seconds
+  TalkerTimeline talkers;
 };
 
-// Reads as far as is necessary: to the end of the first seconds and, with `untilDate`, to the first
-// date. `next` gives the pieces of the log, false at its end.
-LogSurvey surveyLog(const std::function<bool(LogPiece&)>& next, bool untilDate);
+// `next` gives the pieces of the log, false at its end.
+LogSurvey surveyLog(const std::function<bool(LogPiece&)>& next);
 
 }  // namespace vgps
