@@ -79,6 +79,10 @@ std::string textWith(Text text, std::string_view first, std::string_view second)
   return filled;
 }
 
+std::string textOfCount(uint64_t count, Text one, Text several) {
+  return count == 1 ? std::string(textOf(one)) : textWith(several, std::to_string(count));
+}
+
 std::span<const Text> allTexts() {
   static constexpr auto kAll = [] {
     std::array<Text, std::size(kTexts)> texts{};

@@ -31,6 +31,9 @@ std::string_view textOf(Text text);
 std::string textWith(Text text, std::string_view value);
 std::string textWith(Text text, std::string_view first, std::string_view second);
 
+// "1 point", "7 points": `one` as it is, or `several` with the count.
+std::string textOfCount(uint64_t count, Text one, Text several);
+
 // Looks up the text from `first` to `last` whose English version is `english` and returns it in the
 // current language; empty if there is none.
 std::string_view translationOf(std::string_view english, Text first, Text last);

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "cli/commands.h"
+
 // The command-line definitions of each family of commands. When a command is recognized, its action
 // is stored in `chosen`.
 namespace vgps {
@@ -23,6 +25,11 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen);
 CLI::Validator positiveNumber();
 // Rejects an empty name, such as from an unset shell variable.
 CLI::Validator nonEmptyName();
+// --simulate, alone or with "=walk" or "=trip"; `purpose` begins its help.
+CLI::Option* addSimulate(CLI::App& command, Simulated& simulated, const std::string& purpose);
+// --talkers; `defaultText` ends its help.
+void addTalkers(CLI::App& command, std::function<void(TalkerSetting)> set,
+                const std::string& defaultText);
 // Accepts one of these words and replaces it by its number.
 CLI::Validator oneOf(std::vector<std::pair<std::string, int>> words);
 

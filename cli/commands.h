@@ -12,10 +12,13 @@
 // is also 1 if a monitor received nothing, no port has a receiver, or a log is not one.
 namespace vgps {
 
+// Which of the two built-in simulations takes the place of a receiver.
+enum class Simulated { none, walk, trip };
+
 struct MonitorOptions {
   std::string port;
   uint32_t speed = 9600;
-  bool simulate = false;
+  Simulated simulated = Simulated::none;
   std::string logPath;  // empty: no log
   bool json = false;
   bool all = false;    // including internal values
@@ -65,9 +68,9 @@ struct RecordOptions {
   std::string log;  // empty: live
   std::string port;
   uint32_t speed = 9600;
-  bool simulate = false;
-  double seconds = 0;                                   // live only; 0: until stopped
-  std::optional<TalkerSetting> talkers = std::nullopt;  // none: from the settings
+  Simulated simulated = Simulated::none;
+  double seconds = 0;                                   // live; 0: until it is stopped
+  std::optional<TalkerSetting> talkers = std::nullopt;  // none: as the settings say
   std::string output;
   std::string settings;  // empty: default settings
   int32_t utcOffsetMinutes = 0;
@@ -137,7 +140,7 @@ struct RecoverOptions {
   // For continueRecording:
   std::string port;
   uint32_t speed = 9600;
-  bool simulate = false;
+  Simulated simulated = Simulated::none;
   double seconds = 0;  // 0: until stopped
 };
 int runRecover(const RecoverOptions& options);

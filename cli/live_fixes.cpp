@@ -6,9 +6,11 @@
 
 #include "app/session/apply_settings.h"
 #include "app/session/connection.h"
+#include "app/session/line_notes.h"
 #include "app/session/on_line.h"
 #include "app/session/ui_mailbox.h"
 #include "cli/monitor_view.h"
+#include "gps/port_errors.h"
 #include "platform/console.h"
 
 namespace vgps {
@@ -40,10 +42,13 @@ class LiveFixes {
   void run() {
     const uint32_t start = clock_.tick();
     const double limitMs = source_.seconds > 0 ? source_.seconds * 1000 : HUGE_VAL;
-    app_.link.open({.port = source_.port, .speed = source_.speed, .simulate = source_.simulate});
+    openSource(app_, source_.port, source_.speed, source_.simulated);
     for (;;) {
       app_.link.check(true);
       say(linkText());
+      if (const auto news = newsOfLines(app_.shown.stats, app_.linesTold); !news.empty()) {
+        tell_(news);
+      }
       const double left = limitMs - (clock_.tick() - start);
       if (left <= 0) return;
       const auto handler = [this](const UiMessage& message) { onUiMessage(app_, message); };
@@ -70,8 +75,9 @@ class LiveFixes {
     const std::string& port = app_.link.source().port;
     switch (lineOf(app_.link)) {
       case MonitorStatus::Line::open:
-        return "reading " + (source_.simulate ? "the simulation" : port);
-      case MonitorStatus::Line::failed: return "cannot open " + port + "; retrying";
+        return "reading " + (app_.link.source().simulate ? "the simulation" : port);
+      case MonitorStatus::Line::failed:
+        return port + " " + wordsOf(app_.link.error()).predicate + "; retrying";
       case MonitorStatus::Line::gone: return port + " was disconnected; trying to reconnect";
     }
     return {};
@@ -94,6 +100,13 @@ class LiveFixes {
 };
 
 }  // namespace
+
+void openSource(AppState& app, const std::string& port, uint32_t speed, Simulated simulated) {
+  const bool simulate = simulated != Simulated::none;
+  const bool walk = simulated == Simulated::walk;
+  if (simulate) chooseSimulationData(app, walk);
+  app.link.open({.port = port, .speed = speed, .simulate = simulate, .walk = walk});
+}
 
 void readLiveFixes(const LiveSource& source, const std::function<void(const FixRecord&)>& take,
                    const std::function<void(const std::string&)>& tell) {

@@ -18,6 +18,13 @@ class LogFile {
   bool next(LogPiece& piece);
   // The error message; empty if there is none.
   const std::string& complaint() const { return complaint_; }
+  // Whether a sentence or a message of a receiver has come. Programs and pictures have lines that
+  // begin with "$" too.
+  bool isLog() const { return isLog_; }
+  // The error message of a log that is none.
+  std::string notALog() const {
+    return path_ + " is not a log: no sentence and no receiver message was found";
+  }
 
  private:
   struct CloseFile {
@@ -30,11 +37,12 @@ class LogFile {
   std::string path_;
   std::unique_ptr<std::FILE, CloseFile> file_;
   std::string complaint_;
+  bool isLog_ = false;
   LogReader reader_;
 };
 
-// Reads ahead in the log. Returns nothing for input that cannot be read twice (standard input, a
-// pipe, a device).
-std::optional<LogSurvey> surveyLogFile(const std::string& path, bool untilDate);
+// A first look through the log. Of what cannot be read twice (standard input, a pipe, a device)
+// there is none.
+std::optional<LogSurvey> surveyLogFile(const std::string& path);
 
 }  // namespace vgps

@@ -10,6 +10,7 @@
 #include "app/session/ui_mailbox.h"
 #include "base/date_time.h"
 #include "cli/commands.h"
+#include "cli/live_fixes.h"
 #include "cli/monitor_view.h"
 #include "cli/state_json.h"
 #include "cli/state_text.h"
@@ -23,8 +24,10 @@ namespace {
 constexpr uint32_t kRefreshMs = 200;
 constexpr uint32_t kNoiseMs = 3000;
 
+bool isSimulated(const MonitorOptions& options) { return options.simulated != Simulated::none; }
+
 std::string sourceOf(const MonitorOptions& options) {
-  return options.simulate ? "the simulation" : options.port;
+  return isSimulated(options) ? "the simulation" : options.port;
 }
 
 enum class Output { block, lines, json };
@@ -70,6 +73,8 @@ class Monitor {
  private:
   void followLink();
   void handle(const UiMessage& message);
+  UiMailbox::WaitResult handleNext(int timeoutMs);
+  bool finishBurst();
   MonitorStatus statusNow() const;
   Json stateNow(const MonitorStatus& status) const;
   bool takeDue();
@@ -103,7 +108,7 @@ void Monitor::followLink() {
   const Link& link = app_.link;
   const MonitorStatus::Line before = std::exchange(status_.line, lineOf(link));
   changed_ |= std::exchange(status_.error, link.error()) != link.error();
-  status_.source = options_.simulate ? sourceOf(options_) : link.source().port;
+  status_.source = isSimulated(options_) ? sourceOf(options_) : link.source().port;
   if (status_.line == before) return;
   changed_ = true;
   if (status_.line == MonitorStatus::Line::open) {
@@ -203,11 +208,28 @@ uint32_t Monitor::msToNextStep() const {
   return wait;
 }
 
+UiMailbox::WaitResult Monitor::handleNext(int timeoutMs) {
+  return mailbox_->wait(timeoutMs, [this](const UiMessage& message) { handle(message); });
+}
+
+// The sentences of one second come together and are shown together. Returns false when the user
+// stops the program.
+bool Monitor::finishBurst() {
+  constexpr int kPauseMs = 20;
+  constexpr uint32_t kLongestMs = 150;
+  const uint32_t begin = clock_.tick();
+  auto result = UiMailbox::WaitResult::handled;
+  while (result == UiMailbox::WaitResult::handled && since(begin) < kLongestMs) {
+    result = handleNext(kPauseMs);
+  }
+  return result != UiMailbox::WaitResult::closed;
+}
+
 void Monitor::run() {
   const uint32_t start = clock_.tick();
   const double limitMs = options_.seconds > 0 ? options_.seconds * 1000 : HUGE_VAL;
   if (output_ == Output::block) std::fputs("\x1b[?25l", stdout);
-  app_.link.open({.port = options_.port, .speed = options_.speed, .simulate = options_.simulate});
+  openSource(app_, options_.port, options_.speed, options_.simulated);
   // A pipe gets its first line later, so that some data can arrive.
   dueTick_ = start + (output_ == Output::block ? 0 : kSecondMs);
   for (;;) {
@@ -215,12 +237,13 @@ void Monitor::run() {
     followLink();
     tellStatus();
     const bool fresh = output_ == Output::block && changed_ && since(shownTick_) >= kRefreshMs;
-    if (takeDue() || fresh) show();
+    const bool due = takeDue();
+    if (due && !finishBurst()) break;
+    if (due || fresh) show();
     const double left = limitMs - since(start);
     if (left <= 0) break;
     const double wait = std::min<double>(msToNextStep(), std::ceil(left));
-    const auto handler = [this](const UiMessage& message) { handle(message); };
-    if (mailbox_->wait(static_cast<int>(wait), handler) == UiMailbox::WaitResult::closed) break;
+    if (handleNext(static_cast<int>(wait)) == UiMailbox::WaitResult::closed) break;
   }
   if (output_ == Output::block) std::fputs("\x1b[?25h", stdout);
 }
@@ -245,7 +268,7 @@ bool canAppend(const std::string& path) {
 }  // namespace
 
 int runMonitor(const MonitorOptions& options) {
-  if (options.port.empty() && !options.simulate) return fail(whatToGive());
+  if (options.port.empty() && !isSimulated(options)) return fail(whatToGive());
   if (!options.logPath.empty() && !canAppend(options.logPath)) {
     return fail("cannot write the log file " + options.logPath);
   }
@@ -257,8 +280,8 @@ int runMonitor(const MonitorOptions& options) {
   // If a reader is still running, the monitor must not be destroyed.
   if (!monitor->stop()) (void)monitor.release();
   const int written = finishOutput();
-  return heard || options.simulate ? written
-                                   : fail("nothing was received from " + sourceOf(options));
+  return heard || isSimulated(options) ? written
+                                       : fail("nothing was received from " + sourceOf(options));
 }
 
 }  // namespace vgps

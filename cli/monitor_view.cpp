@@ -78,13 +78,14 @@ std::string monitorLine(const MonitorStatus& status, const UiFix& shown) {
       status.line == MonitorStatus::Line::open && status.dataSeen && hasFix(status, shown);
   if (fixShown) {
     const KnownValues known = knownValues(shown);
+    const int32_t used = shown.satellites.usedCount;
     line = orDashes(known.time, timeText(fix.utcTime)) + "  " +
            orDashes(known.position, positionText(fix)) + "  " +
            orDashes(known.altitude, fixedText(fix.altitude, 0)) + " m  " +
            orDashes(known.speed, fixedText(fix.speedKmh, 2)) + " km/h  " +
            orDashes(known.course, fixedText(fix.course, 1)) + " deg  " +
-           orDashes(known.used, std::to_string(shown.satellites.usedCount)) + " satellites  " +
-           line;
+           orDashes(known.used, std::to_string(used)) +
+           (known.used && used == 1 ? " satellite  " : " satellites  ") + line;
   }
   return line + "\n";
 }

@@ -26,7 +26,7 @@ void addMonitor(CLI::App& program, Chosen& chosen) {
   command->add_option("--speed", options->speed, "Baud rate")
       ->check(positiveNumber())
       ->option_text("N (9600)");
-  command->add_flag("--simulate", options->simulate, "Use the built-in trip instead of a receiver");
+  addSimulate(*command, options->simulated, "Use a built-in simulation instead of a receiver");
   command->add_option("--log", options->logPath, "Append all received data to this file")
       ->option_text("FILE");
   CLI::Option* const json =
@@ -52,12 +52,9 @@ void addReplay(CLI::App& program, Chosen& chosen) {
       ->option_text(" ");
   command->add_flag("--json", options->json, "Print the state as one JSON object");
   command->add_flag("--lines", options->lines, "Print one JSON object per line of the log");
-  command
-      ->add_option("--talkers", options->talkers,
-                   "Use RMC, GGA, and GSA from talkers other than GP: auto (each kind that GP does "
-                   "not send, or sends without a fix), always, or never")
-      ->transform(oneOf({{"auto", 0}, {"always", 1}, {"never", 2}}))
-      ->option_text("auto|always|never");
+  addTalkers(
+      *command, [options](TalkerSetting talkers) { options->talkers = talkers; },
+      " (default: auto)");
   command
       ->add_option("--utc-offset", options->utcOffsetMinutes,
                    "UTC minus local time in minutes, for example -120 for UTC+2")
@@ -180,6 +177,34 @@ CLI::Validator nonEmptyName() {
             return text.empty() ? std::string("the file name must not be empty") : std::string();
           },
           ""};
+}
+
+void addTalkers(CLI::App& command, std::function<void(TalkerSetting)> set,
+                const std::string& defaultText) {
+  command
+      .add_option_function<int>(
+          "--talkers",
+          [set = std::move(set)](int value) { set(static_cast<TalkerSetting>(value)); },
+          "Use RMC, GGA, and GSA from talkers other than GP: auto (each kind that GP does not "
+          "send, or sends without a fix), always, or never" +
+              defaultText)
+      ->transform(oneOf({{"auto", 0}, {"always", 1}, {"never", 2}}))
+      ->option_text("auto|always|never");
+}
+
+CLI::Option* addSimulate(CLI::App& command, Simulated& simulated, const std::string& purpose) {
+  const auto choose =
+      [names = oneOf({{"walk", static_cast<int>(Simulated::walk)},
+                      {"trip", static_cast<int>(Simulated::trip)}})](std::string& text) {
+        if (text == "true") text = "walk";  // without a value
+        return names(text);
+      };
+  return command
+      .add_flag(
+          "--simulate", simulated,
+          purpose + ": a walk through a town, or with --simulate=trip a trip around the globe")
+      ->transform(CLI::Validator(choose, ""))
+      ->option_text("[=walk|trip]");
 }
 
 CLI::Validator oneOf(std::vector<std::pair<std::string, int>> words) {

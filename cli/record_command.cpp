@@ -2,14 +2,17 @@
 #include <memory>
 
 #include "app/session/apply_settings.h"
+#include "app/session/line_notes.h"
 #include "app/session/log_clock.h"
 #include "app/session/recorder.h"
 #include "app/session/recording_texts.h"
 #include "app/settings/config_store.h"
+#include "base/texts.h"
 #include "cli/commands.h"
 #include "cli/live_fixes.h"
 #include "cli/log_file.h"
 #include "cli/log_track.h"
+#include "cli/text_rows.h"
 #include "cli/track_input.h"
 #include "gps/epoch.h"
 #include "gps/gps_fix.h"
@@ -68,9 +71,7 @@ class LogRecorder {
     gps_.options.talkers =
         options.talkers ? static_cast<int32_t>(*options.talkers) : settings.talkers;
     gps_.options.utcOffsetMinutes = options.utcOffsetMinutes;
-    lines_.line = [this](uint32_t said) {
-      offer(epochs_.take(fix_, said, gps_.epochSentenceKind, 0));
-    };
+    lines_.line = [this](uint32_t said) { offer(epochs_.take(fix_, said, epochRuleOf(gps_), 0)); };
     if (survey) gps_.talkers.expect(survey->talkers);
   }
 
@@ -86,6 +87,7 @@ class LogRecorder {
   }
   // Returns false if the track could not be written; a track without points was not.
   bool save() { return recorder_.stop(false).outcome == SaveResult::Outcome::saved; }
+  std::string leftOut() const { return leftOutText(gps_.stats, true); }
   size_t fixes() const { return fixes_; }
   size_t points() const { return recorder_.track.points.size(); }
   Track& track() { return recorder_.track; }
@@ -113,13 +115,7 @@ class LogRecorder {
   size_t fixes_ = 0;
 };
 
-// "1 point", "2 fixes"
-std::string countText(size_t count, const std::string& what) {
-  const char* const plural = what.ends_with('x') ? "es" : "s";
-  return std::to_string(count) + " " + what + (count == 1 ? "" : plural);
-}
-
-// On a terminal, shows the progress of the recording every second in the same line.
+// Shows on a terminal how the recording goes, each second in the same line.
 class ProgressLine {
  public:
   void show(const Recorder& recorder) {
@@ -155,10 +151,14 @@ int tellRecorded(const RecordOptions& options, size_t points, size_t fixes) {
 int recordLog(const RecordOptions& options, const Settings& settings) {
   LogFile log(options.log);
   const auto recorder =
-      std::make_unique<LogRecorder>(options, settings, surveyLogFile(options.log, true));
+      std::make_unique<LogRecorder>(options, settings, surveyLogFile(options.log));
   recorder->start();
   recorder->play(log);
   if (!log.complaint().empty()) return fail(log.complaint());
+  if (!log.isLog()) return fail(log.notALog());
+  if (const std::string leftOut = recorder->leftOut(); !leftOut.empty()) {
+    warn(textWith(Text::sentencesLeftOut, leftOut));
+  }
   if (recorder->points() == 0) {
     return fail(nothingRecorded(options.log, options.log + " contains no fix", recorder->fixes()));
   }
@@ -183,7 +183,7 @@ int recordLive(const RecordOptions& options, const Settings& settings) {
   readLiveFixes(
       {.port = options.port,
        .speed = options.speed,
-       .simulate = options.simulate,
+       .simulated = options.simulated,
        .seconds = options.seconds,
        .settings = &settings,
        .talkers = options.talkers},
@@ -201,7 +201,8 @@ int recordLive(const RecordOptions& options, const Settings& settings) {
   const SaveResult keeping = recorder.stop(false);
   if (points == 0) {
     recorder.discardTrack();
-    const std::string source = options.simulate ? "the simulation" : options.port;
+    const bool simulated = options.simulated != Simulated::none;
+    const std::string source = simulated ? "the simulation" : options.port;
     return fail(nothingRecorded(source, "no fix received from " + source, fixes));
   }
   if (keeping.outcome != SaveResult::Outcome::saved) {
@@ -233,7 +234,7 @@ bool readSettings(const std::string& path, Settings& settings) {
 std::string trackFromLog(const std::string& path, bool allPoints, Track& track) {
   LogFile log(path);
   const auto recorder =
-      std::make_unique<LogRecorder>(RecordOptions(), Settings(), surveyLogFile(path, true));
+      std::make_unique<LogRecorder>(RecordOptions(), Settings(), surveyLogFile(path));
   if (allPoints) recorder->takeAll();
   recorder->start();
   recorder->play(log);
@@ -245,7 +246,7 @@ std::string trackFromLog(const std::string& path, bool allPoints, Track& track) 
 }
 
 int runRecord(const RecordOptions& options) {
-  if (options.log.empty() && options.port.empty() && !options.simulate) {
+  if (options.log.empty() && options.port.empty() && options.simulated == Simulated::none) {
     return fail("nothing to record: specify --port DEV, --simulate, or --replay LOG");
   }
   if (!options.log.empty() && isSameFile(options.output, options.log)) {

@@ -16,6 +16,7 @@
 #include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/live_fixes.h"
+#include "cli/text_rows.h"
 #include "library/discarded_recordings.h"
 #include "platform/clock.h"
 #include "platform/console.h"
@@ -78,10 +79,6 @@ int failedWith(JournalResult result, const UnfinishedRecording& unfinished) {
   return result == JournalResult::inUse ? kInUse : status;
 }
 
-std::string pointsText(size_t count) {
-  return std::to_string(count) + (count == 1 ? " point" : " points");
-}
-
 // A path for use at the end of a sentence: "./.." plus a period would be misread.
 std::string shownPath(std::string path) {
   const auto isSeparator = [](char c) { return c == '/' || c == '\\'; };
@@ -115,7 +112,7 @@ int tellSaved(const SaveResult& keeping, size_t points, const std::string& path)
   if (!keeping.damagedBackupPath.empty()) {
     fail("the damaged library was saved as " + keeping.damagedBackupPath);
   }
-  say("Saved " + pointsText(points) + " in " + shownPath(keeping.library.path) + ".");
+  say("Saved " + countText(points, "point") + " in " + shownPath(keeping.library.path) + ".");
   return fileExists(path) ? fail("cannot delete " + path + "; the recording was saved anyway") : 0;
 }
 
@@ -142,12 +139,12 @@ class Ending {
     if (isOver()) return status_;
     deferNextStopRequest();
     fail(refusalOf(end_.keeping));
-    fail("cannot write to disk: " + pointsText(end_.unsavedPoints) +
+    fail("cannot write to disk: " + countText(end_.unsavedPoints, "point") +
          " not saved; retrying every 3 seconds. Press Ctrl+C to give up");
     do {
       for (int waited = 0; waited < kTryAgainMs; waited += kStopCheckMs) {
         if (stopRequestWasDeferred())
-          return fail("gave up: " + pointsText(end_.unsavedPoints) + " lost");
+          return fail("gave up: " + countText(end_.unsavedPoints, "point") + " lost");
         std::this_thread::sleep_for(std::chrono::milliseconds(kStopCheckMs));
       }
     } while (!isOver());
@@ -187,14 +184,14 @@ int continueRecording(UnfinishedRecording& unfinished, Recorder& recorder,
                       const RecoverOptions& options) {
   recorder.continueFrom(unfinished);
   const size_t before = recorder.track.points.size();
-  say("Continuing after " + pointsText(before) + "; press Ctrl+C to stop and save.");
+  say("Continuing after " + countText(before, "point") + "; press Ctrl+C to stop and save.");
   std::fflush(stdout);
   readLiveFixes(
-      {options.port, options.speed, options.simulate, options.seconds},
+      {options.port, options.speed, options.simulated, options.seconds},
       [&](const FixRecord& fix) { recorder.offer(fix); },
       [](const std::string& text) { fail(text); });
   const size_t more = recorder.track.points.size() - before;
-  say("Recorded " + std::to_string(more) + (more == 1 ? " more point." : " more points."));
+  say("Recorded " + countText(more, "more point") + ".");
   return Ending(recorder, unfinished.path()).run();
 }
 
@@ -207,7 +204,7 @@ int answer(UnfinishedRecording& unfinished, Recorder& recorder, const RecoverOpt
     case RecoverAction::save: return saveRecording(unfinished, recorder);
     case RecoverAction::discard:
       if (!unfinished.discard()) return fail("cannot delete " + unfinished.path());
-      say("Discarded " + pointsText(unfinished.points()) + ".");
+      say("Discarded " + countText(unfinished.points(), "point") + ".");
       return 0;
     case RecoverAction::continueRecording: return continueRecording(unfinished, recorder, options);
   }
@@ -297,7 +294,7 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
       ->needs(continueOption)
       ->check(positiveNumber())
       ->option_text("N (9600)");
-  command->add_flag("--simulate", options->simulate, "Continue with the built-in trip")
+  addSimulate(*command, options->simulated, "Continue with a built-in simulation")
       ->needs(continueOption);
   command->add_option("--for", options->seconds, "Stop after this many seconds")
       ->needs(continueOption)
@@ -308,7 +305,7 @@ void addRecoverCommand(CLI::App& program, Chosen& chosen) {
 
 int runRecover(const RecoverOptions& options) {
   if (options.action == RecoverAction::continueRecording && options.port.empty() &&
-      !options.simulate) {
+      options.simulated == Simulated::none) {
     return fail("--continue requires --port DEV or --simulate");
   }
   Place place(options.file, options.journal);

@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 #include "app/session/app_state.h"
 #include "app/session/direct_ui_thread.h"
@@ -28,7 +29,7 @@ class Replay {
     uiThread_.setHandler([this](const UiMessage& message) { handle(message); });
   }
 
-  void expect(const TalkerTranslation& talkers) { app_.gps.talkers.expect(talkers); }
+  void expect(TalkerTimeline talkers) { app_.gps.talkers.expect(std::move(talkers)); }
 
   void play(LogFile& log) {
     LogPiece piece;
@@ -40,9 +41,6 @@ class Replay {
     }
     onUiMessage(app_, {.event = UiEvent::repaint});  // copies the fix
   }
-
-  // Whether anything in the log came from a receiver.
-  bool wasLog() const { return app_.gps.stats.total() + app_.gps.stats.binary > 0; }
 
   void print() const {
     const uint32_t now = clock_.tick();
@@ -86,13 +84,12 @@ class Replay {
 int runReplay(const ReplayOptions& options) {
   LogFile log(options.path);
   const auto replay = std::make_unique<Replay>(options);
-  if (const auto survey = surveyLogFile(options.path, false)) replay->expect(survey->talkers);
+  if (auto survey = surveyLogFile(options.path)) replay->expect(std::move(survey->talkers));
   replay->play(log);
   if (!log.complaint().empty()) return fail(log.complaint());
   if (!options.lines) replay->print();
   const int written = finishOutput();
-  if (written != 0 || replay->wasLog()) return written;
-  return fail(options.path + " is not a log: no sentence and no receiver message was found");
+  return written != 0 || log.isLog() ? written : fail(log.notALog());
 }
 
 }  // namespace vgps

@@ -4,10 +4,12 @@
 #include <array>
 #include <cstdio>
 #include <limits>
+#include <span>
 #include <utility>
 #include <vector>
 
 #include "app/session/fix_values.h"
+#include "app/session/line_notes.h"
 #include "cli/state_text.h"
 
 namespace vgps {
@@ -29,6 +31,24 @@ Json timeJson(const DateTime& time) {
           {"second", time.second},       {"millisecond", time.millisecond}};
 }
 
+const char* reasonName(LeftOutReason reason) {
+  constexpr std::array<const char*, 5> kNames = {"none", "waitingForGps", "anotherTalker",
+                                                 "turnedOff", "unknownTalker"};
+  return kNames[static_cast<size_t>(reason)];
+}
+
+Json leftOutJson(const SentenceStats& stats) {
+  Json list = Json::array();
+  for (const LeftOutSentences& one : std::span(stats.leftOut).first(stats.leftOutKinds)) {
+    Json entry = {{"sentence", nameOfTalker(one.talker) + sentenceTypeName(one.type)},
+                  {"count", one.count},
+                  {"reason", reasonName(one.why.reason)}};
+    if (one.why.reason == LeftOutReason::another) entry["used"] = nameOfTalker(one.why.instead);
+    list.push_back(std::move(entry));
+  }
+  return list;
+}
+
 Json sentencesJson(const SentenceStats& stats) {
   const auto count = [&](SentenceType kind) { return stats.of(kind).count; };
   return {{"total", stats.total()},
@@ -41,7 +61,9 @@ Json sentencesJson(const SentenceStats& stats) {
           {"binary", stats.binary},
           {"checksumRight", stats.sum(&KindStats::checksumRight)},
           {"checksumWrong", stats.sum(&KindStats::checksumWrong)},
-          {"checksumAbsent", stats.sum(&KindStats::checksumAbsent)}};
+          {"checksumAbsent", stats.sum(&KindStats::checksumAbsent)},
+          {"strayStarts", stats.strayStarts},
+          {"leftOut", leftOutJson(stats)}};
 }
 
 Json satellitesJson(const SatelliteTable& table) {

@@ -85,7 +85,6 @@ std::string fixStatusText(int32_t fixStatus) {
 }
 
 std::string positionText(const FixRecord& fix) {
-  if (isNoPosition(fix.longitude, fix.latitude)) return "none";
   return degreesText(fix.latitude, "N", "S") + "  " + degreesText(fix.longitude, "E", "W");
 }
 
@@ -127,9 +126,8 @@ std::vector<TextRow> stateRows(const UiFix& shown, uint32_t now) {
                         std::to_string(stats.sum(&KindStats::checksumAbsent)) + " missing"},
   };
   if (stats.strayStarts > 0) {
-    rows.push_back({"Stray start", std::to_string(stats.strayStarts) +
-                                       (stats.strayStarts == 1 ? " sentence" : " sentences") +
-                                       " repaired"});
+    rows.push_back(
+        {"Stray start", countText(stats.strayStarts, "sentence") + " repaired"});
   }
   if (const std::string leftOut = leftOutText(stats); !leftOut.empty()) {
     rows.push_back({"Left out", leftOut});

@@ -4,6 +4,11 @@
 
 namespace vgps {
 
+std::string countText(uint64_t count, const std::string& noun) {
+  const char* const plural = noun.ends_with('x') ? "es" : "s";
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : plural);
+}
+
 std::string alignedText(const std::vector<TextRow>& rows) {
   size_t width = 0;
   for (const TextRow& row : rows) width = std::max(width, row.label.size());

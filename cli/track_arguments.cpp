@@ -118,7 +118,7 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
                                 ->check(nonEmptyName())
                                 ->option_text("DEV");
   CLI::Option* const simulate =
-      command->add_flag("--simulate", options->simulate, "Record the built-in trip");
+      addSimulate(*command, options->simulated, "Record a built-in simulation");
   replay->excludes(port)->excludes(simulate);
   port->excludes(simulate);
   command->add_option("--speed", options->speed, "Baud rate of the receiver")
@@ -129,14 +129,9 @@ void addRecordCommand(CLI::App& program, Chosen& chosen) {
       ->excludes(replay)
       ->check(positiveNumber())
       ->option_text("SECONDS");
-  command
-      ->add_option_function<int>(
-          "--talkers",
-          [options](int value) { options->talkers = static_cast<TalkerSetting>(value); },
-          "Use RMC, GGA, and GSA from talkers other than GP: auto (each kind that GP does not "
-          "send, or sends without a fix), always, or never (default: from the settings)")
-      ->transform(oneOf({{"auto", 0}, {"always", 1}, {"never", 2}}))
-      ->option_text("auto|always|never");
+  addTalkers(
+      *command, [options](TalkerSetting talkers) { options->talkers = talkers; },
+      " (default: from the settings)");
   command
       ->add_option("-o", options->output, "Track file to write; written completely or not at all")
       ->required()

@@ -87,8 +87,9 @@ int runXml(const XmlOptions& options) {
   }
   warnOfChanges(options, document);
   XmlElement root = document.GetRootElement();
-  std::printf("%s: <%s> with %zu children\n", options.file.c_str(), root.GetElementName().c_str(),
-              root.GetChildrenNum());
+  const size_t children = root.GetChildrenNum();
+  std::printf("%s: <%s> with %zu %s\n", options.file.c_str(), root.GetElementName().c_str(),
+              children, children == 1 ? "child" : "children");
   return finishOutput();
 }
 

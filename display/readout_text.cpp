@@ -167,10 +167,7 @@ std::string_view compassPoint(double degrees) {
   return textOf(Text::north + static_cast<uint32_t>(sixteenths) % 16);
 }
 
-bool hasPosition(const FixRecord& fix) {
-  if (!std::isfinite(fix.latitude) || !std::isfinite(fix.longitude)) return false;
-  return !isNoPosition(fix.longitude, fix.latitude);
-}
+bool hasPosition(const FixRecord& fix) { return isPosition(fix.longitude, fix.latitude); }
 
 int32_t distinctSatellites(std::span<const ViewedSatellite> view) {
   return static_cast<int32_t>(strongestSignals(view).size());

@@ -30,7 +30,7 @@ std::string recordingText(const Scene& scene) {
   if (scene.trackState < 1 || scene.trackState > 3) return {};
   const std::string text =
       textWith(Text::stateRecording + (static_cast<uint32_t>(scene.trackState) - 1),
-               std::to_string(scene.trackPoints), scene.trackLength);
+               textOfCount(scene.trackPoints, Text::onePoint, Text::points), scene.trackLength);
   return scene.trackWaiting.empty() ? text : text + ", " + scene.trackWaiting;
 }
 

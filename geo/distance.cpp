@@ -36,6 +36,11 @@ bool isNoPosition(double longitude, double latitude) {
   return std::fabs(longitude) <= kNoPositionDegrees && std::fabs(latitude) <= kNoPositionDegrees;
 }
 
+bool isPosition(double longitude, double latitude) {
+  const bool onEarth = std::fabs(longitude) <= 360 && std::fabs(latitude) <= 90;
+  return onEarth && !isNoPosition(longitude, latitude);
+}
+
 double surfaceDistance(float lon1, float lat1, float lon2, float lat2, int32_t unit,
                        int32_t displayUnit) {
   return inUnit(kilometersBetween(lon1, lat1, lon2, lat2), unit, displayUnit);

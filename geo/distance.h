@@ -23,6 +23,10 @@ inline constexpr int32_t kDisplayUnit = -1;
 // drawn, or written.
 bool isNoPosition(double longitude, double latitude);
 
+// On the earth, and not the 0,0 of a receiver that knows nothing. Receivers have been seen to say
+// 360 degrees north; east and west may count on to 360.
+bool isPosition(double longitude, double latitude);
+
 // Surface distance by the haversine formula, except that it uses the square of the first latitude's
 // cosine instead of the product of both cosines (Sinnott, "Virtues of the Haversine"). The distance
 // therefore depends slightly on the order of the points. Takes degrees. Returns the distance in

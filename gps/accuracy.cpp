@@ -8,6 +8,7 @@
 namespace vgps {
 namespace {
 
+// Meters, assumed.
 constexpr double kRangeErrorAlone = 4;
 constexpr double kRangeErrorCorrected = 1.5;
 constexpr int32_t kDifferential = 2;

@@ -31,13 +31,17 @@ void followBurst(GpsState& state, int32_t kind, uint32_t sinceLastLine) {
   }
 }
 
+EpochRule epochRuleOf(const GpsState& state) {
+  return {state.epochSentenceKind, state.options.epochSentenceSetting == 0};
+}
+
 bool closesEpoch(int32_t kind, int32_t epochSentenceKind) {
   if (kind != kRmc && kind != kGga) return false;
   return epochSentenceKind == 0 || (kind & epochSentenceKind) != 0;
 }
 
-std::span<const FixRecord> EpochFixes::take(const FixRecord& fix, uint32_t said,
-                                            int32_t epochSentenceKind, uint32_t source) {
+std::span<const FixRecord> EpochFixes::take(const FixRecord& fix, uint32_t said, EpochRule rule,
+                                            uint32_t source) {
   readyCount_ = 0;
   if (source != source_) *this = {};
   source_ = source;
@@ -51,8 +55,10 @@ std::span<const FixRecord> EpochFixes::take(const FixRecord& fix, uint32_t said,
   if (waits_) {
     if (fix.fixStatus != 0) waiting_ = fix;
     if (fix.fixStatus == 0 || missingKinds(fix) == 0) release();
-  } else if (!picked_ && fix.fixStatus != 0 && closesEpoch(kind, epochSentenceKind)) {
+  } else if (const bool closes = closesEpoch(kind, rule.kind);
+             !picked_ && fix.fixStatus != 0 && (closes || rule.automatic)) {
     picked_ = true;
+    leader_ = closes ? 0 : rule.kind;
     waits_ = missingKinds(fix) != 0;
     waiting_ = fix;
     if (!waits_) complete(fix);
@@ -90,7 +96,7 @@ void EpochFixes::beginEpoch(const FixRecord& fix, bool timed) {
 // waiting for: receivers leave it empty at rest.
 int32_t EpochFixes::missingKinds(const FixRecord& fix) const {
   const int32_t wanted =
-      (fix.altitudeKnown() ? 0 : int32_t{kGga}) | (fix.speedKnown() ? 0 : int32_t{kRmc});
+      leader_ | (fix.altitudeKnown() ? 0 : int32_t{kGga}) | (fix.speedKnown() ? 0 : int32_t{kRmc});
   return wanted & ~kinds_ & ~absent_;
 }
 

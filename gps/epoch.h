@@ -16,8 +16,16 @@ struct GpsState;
 // GGA, and to 0 on the leader and on any other line. `sinceLastLine` is in milliseconds.
 void followBurst(GpsState& state, int32_t kind, uint32_t sinceLastLine);
 
-// Whether a sentence of `kind` may complete the fix of an epoch: RMC and GGA do, or only those
-// selected by `epochSentenceKind` (bits 1 RMC, 2 GGA) if that is not 0.
+// What `epochSentenceKind` says of a line, and whether a burst's leader says it or the user's
+// setting.
+struct EpochRule {
+  int32_t kind = 0;
+  bool automatic = true;
+};
+EpochRule epochRuleOf(const GpsState& state);
+
+// Whether a sentence of `kind` may complete the fix of an epoch: RMC and GGA do, those only that
+// `epochSentenceKind` (bits 1 RMC, 2 GGA) names when it is not 0.
 bool closesEpoch(int32_t kind, int32_t epochSentenceKind);
 
 // Picks the complete fixes from a receiver's lines, one per epoch. Lines with the same UTC time
@@ -32,7 +40,7 @@ class EpochFixes {
   // Call this for each line after applying it to `fix`. `said` are the Said bits of the line,
   // `source` is a number that changes with the source. Returns the fixes that are now complete,
   // oldest first: none, one, or two. Valid until the next call.
-  std::span<const FixRecord> take(const FixRecord& fix, uint32_t said, int32_t epochSentenceKind,
+  std::span<const FixRecord> take(const FixRecord& fix, uint32_t said, EpochRule rule,
                                   uint32_t source);
   // Call this after the last line: returns the fix that is still waiting.
   std::span<const FixRecord> takeWaiting();
@@ -53,7 +61,8 @@ class EpochFixes {
   bool picked_ = false;     // its fix is complete or waiting
   bool waits_ = false;
   FixRecord waiting_;
-  int32_t absent_ = 0;  // kinds that did not arrive when waited for, and have not arrived since
+  int32_t leader_ = 0;  // the kind that is to close the epoch whose fix waits; 0: any
+  int32_t absent_ = 0;  // kinds that were waited for in vain and have not come since
   std::array<FixRecord, 2> ready_;
   size_t readyCount_ = 0;
 };

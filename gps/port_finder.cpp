@@ -217,7 +217,8 @@ std::string positionText(const PortFinding& finding) {
     return std::string(textOf(Text::finderNoFixYet));
   }
   if (answer.hasFix && answer.satellites > 0) {
-    return textWith(Text::finderFixOf, std::to_string(answer.satellites));
+    return textOfCount(static_cast<uint64_t>(answer.satellites), Text::finderFixOfOne,
+                       Text::finderFixOf);
   }
   if (answer.hasFix) return std::string(textOf(Text::finderFix));
   return std::string(answer.ais ? textOf(Text::finderAis) : "");

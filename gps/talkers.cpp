@@ -1,6 +1,7 @@
 #include "gps/talkers.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 
 #include "gps/satellite_sentences.h"
@@ -9,8 +10,8 @@ namespace vgps {
 namespace {
 
 constexpr size_t kGpsTalker = 0;
-// After GP, in order of preference among equally complete talkers.
-constexpr std::array<uint64_t, 7> kTalkerKeys = {
+// In the order of preference between equally complete ones, behind GP.
+constexpr std::array<uint64_t, kTalkers> kTalkerKeys = {
     lettersKey("GP"), lettersKey("GN"), lettersKey("GL"), lettersKey("GA"),
     lettersKey("GB"), lettersKey("BD"), lettersKey("GQ")};
 constexpr uint32_t kCombined = static_cast<uint32_t>(lettersKey("GN"));
@@ -48,36 +49,43 @@ bool tellsFix(const Sentence& sentence, size_t kind) {
 
 }  // namespace
 
-void TalkerTranslation::expect(const TalkerTranslation& heard) {
-  expected_ = heard.talkers_;
-  logKnown_ = true;
+void TalkerTimeline::extend(Stretches& stretches, uint32_t tick) {
+  if (stretches.empty() || tick - stretches.back().end >= kTalkerSilenceMs) {
+    stretches.push_back({tick, tick});
+  }
+  stretches.back().end = tick;
 }
 
-// GP counts as received at the beginning, so that it is waited for. In a log that was surveyed, so
-// do all talkers at its beginning.
+void TalkerTimeline::listen(const Sentence& sentence, uint32_t tick) {
+  const size_t kind = kindOf(sentence.name.type);
+  const size_t talker = talkerIndex(sentence.name.talker);
+  if (kind == kOtherKind || talker == kTalkers) return;
+  if (talker != kGpsTalker && kind == kGsaKind && !isGsaOfGps(sentence)) return;
+  Heard& heard = heard_[talker][kind];
+  extend(heard.any, tick);
+  if (tellsFix(sentence, kind)) extend(heard.withFix, tick);
+}
+
+bool TalkerTimeline::sends(size_t talker, size_t kind, bool withFix, uint32_t tick) const {
+  const Heard& heard = heard_[talker][kind];
+  const Stretches& stretches = withFix ? heard.withFix : heard.any;
+  const auto after = std::upper_bound(stretches.begin(), stretches.end(), tick,
+                                      [](uint32_t at, const Stretch& s) { return at < s.begin; });
+  return after != stretches.begin() && tick <= std::prev(after)->end;
+}
+
+// Live, GP counts as heard at the beginning, so that it is waited for.
 void TalkerTranslation::begin(uint32_t tick) {
   started_ = true;
-  if (logKnown_) talkers_ = expected_;
-  if (!logKnown_) talkers_[kGpsTalker].kinds.fill({.ever = true, .everWithFix = true});
-  for (Talker& talker : talkers_) {
-    for (Heard& heard : talker.kinds) heard.tick = heard.fixTick = tick;
-  }
+  talkers_[kGpsTalker].fill({.ever = true, .everWithFix = true, .tick = tick, .fixTick = tick});
 }
 
 void TalkerTranslation::note(size_t talker, size_t kind, bool hasFix, uint32_t tick) {
-  Heard& heard = talkers_[talker].kinds[kind];
+  Heard& heard = talkers_[talker][kind];
   heard.ever = true;
   heard.tick = tick;
   if (hasFix) heard.everWithFix = true, heard.fixTick = tick;
   if (talker == kGpsTalker) gpsSpoke_[kind] = true;
-}
-
-void TalkerTranslation::listen(const Sentence& sentence, uint32_t tick) {
-  const size_t kind = kindOf(sentence.name.type);
-  const size_t talker = talkerIndex(sentence.name.talker);
-  if (kind == kOtherKind || talker == kTalkers) return;
-  if (kind == kGsaKind && !isGsaOfGps(sentence)) return;
-  note(talker, kind, tellsFix(sentence, kind), tick);
 }
 
 TalkerVerdict TalkerTranslation::judge(const Sentence& sentence, uint32_t tick,
@@ -106,18 +114,24 @@ TalkerVerdict TalkerTranslation::judge(const Sentence& sentence, uint32_t tick,
   return {.reason = LeftOutReason::another, .instead = static_cast<uint32_t>(kTalkerKeys[speaker])};
 }
 
-// How complete a talker is: position sentences count most. GP comes before all others.
+// Whether the talker has sent the kind lately. In a known log it is known when it stops, too.
+bool TalkerTranslation::sends(size_t talker, size_t kind, bool withFix, uint32_t tick) const {
+  if (known_) return known_->sends(talker, kind, withFix, tick);
+  const Heard& heard = talkers_[talker][kind];
+  // The sentence at hand is heard; 3 s after the one before the next talker takes its turn.
+  return withFix ? heard.everWithFix && tick - heard.fixTick < kTalkerSilenceMs
+                 : heard.ever && tick - heard.tick < kTalkerSilenceMs;
+}
+
+// How complete a talker is: position sentences before all. GP goes before everyone.
 int TalkerTranslation::scoreOf(size_t talker, uint32_t tick) const {
   if (talker == kGpsTalker) return std::numeric_limits<int>::max();
-  const auto sends = [&](size_t kind) {
-    const Heard& heard = talkers_[talker].kinds[kind];
-    return heard.ever && tick - heard.tick <= kTalkerSilenceMs ? 1 : 0;
-  };
-  const int positions = sends(kRmcKind) + sends(kGgaKind);
-  // If another talker sends the positions, the satellites of this single system are not those
-  // numbered in the fix.
+  const auto points = [&](size_t kind) { return sends(talker, kind, false, tick) ? 1 : 0; };
+  const int positions = points(kRmcKind) + points(kGgaKind);
+  // Satellites of one other system, beside the positions of a receiver that sends them as another
+  // talker, are not those that the fix numbers.
   if (positions == 0 && kTalkerKeys[talker] != kCombined) return 0;
-  return 2 * positions + sends(kGsaKind);
+  return 2 * positions + points(kGsaKind);
 }
 
 // The best talker that has sent the kind recently, preferably with a fix. kTalkers: none.
@@ -126,10 +140,7 @@ size_t TalkerTranslation::speakerOf(size_t kind, uint32_t tick) const {
     size_t best = kTalkers;
     int bestScore = 0;
     for (size_t i = 0; i < kTalkers; ++i) {
-      const Heard& heard = talkers_[i].kinds[kind];
-      const uint32_t silentMs = tick - (withFix ? heard.fixTick : heard.tick);
-      // The current sentence counts; 3 s after the previous one, the next talker takes over.
-      if (!(withFix ? heard.everWithFix : heard.ever) || silentMs >= kTalkerSilenceMs) continue;
+      if (!sends(i, kind, withFix, tick)) continue;
       const int score = scoreOf(i, tick);
       if (score <= bestScore) continue;
       best = i;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "geo/distance.h"
+#include "geo/geodesic.h"
 #include "geo/units.h"
 #include "track/track_statistics.h"
 
@@ -58,6 +59,7 @@ bool Recording::start() {
   current_.state = kRecording;
   current_.bes = options_.bes;
   lastRule_ = RecordingRule::none;
+  lastPlace_.reset();
   lastRecordTick_ = clock_.tick();
   lastMark_ = 0;
   pendingMark_ = 0;
@@ -110,11 +112,25 @@ void Recording::discard(Track& track) {
 
 bool Recording::offer(const FixRecord& fix, uint32_t force) {
   if (current_.state != kRecording) return false;
-  lastRule_ = ruleAgainst(fix, force);
+  const FixRecord moved = withMotion(fix);
+  lastRule_ = ruleAgainst(moved, force);
   lastOfferTick_ = clock_.tick();
+  lastPlace_.reset();
+  if (isPosition(fix.longitude, fix.latitude)) lastPlace_ = positionOf(fix);
   if (lastRule_ != RecordingRule::none) return false;
   record(fix, force);
+  current_.lastCourse = static_cast<float>(moved.course);
   return true;
+}
+
+// A receiver without RMC gives no speed, which would leave out every fix but the first.
+FixRecord Recording::withMotion(FixRecord fix) const {
+  const uint32_t passed = clock_.tick() - lastOfferTick_;
+  if (fix.speedKnown() || !lastPlace_ || passed == 0 || passed > kFixesComeMs) return fix;
+  const Position place = positionOf(fix);
+  fix.speedKmh = geodesicKilometers(*lastPlace_, place) * kHourMs / passed;
+  if (!fix.courseKnown()) fix.course = geodesicBearing(*lastPlace_, place);
+  return fix;
 }
 
 bool Recording::recordNow(const FixRecord& fix) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "platform/clock.h"
 #include "track/options.h"
@@ -92,6 +93,9 @@ class Recording {
   double distance3d() const { return distance3d_; }
 
  private:
+  // The fix for the filter: where the receiver gives no speed, with speed and course from the place
+  // of the fix before.
+  FixRecord withMotion(FixRecord fix) const;
   RecordingRule ruleAgainst(const FixRecord& fix, uint32_t force);
   bool passesInterval(const FixRecord& fix) const;
   bool passesCountdown();
@@ -108,8 +112,9 @@ class Recording {
   int32_t countdown_ = 0;
   bool requested_ = false;
   RecordingRule lastRule_ = RecordingRule::none;
-  uint32_t lastOfferTick_ = 0;   // milliseconds
-  uint32_t lastRecordTick_ = 0;  // milliseconds; before the first point, of the start
+  uint32_t lastOfferTick_ = 0;         // milliseconds
+  std::optional<Position> lastPlace_;  // of the fix that was offered then
+  uint32_t lastRecordTick_ = 0;        // likewise; of the start before the first point
   uint32_t lastMark_ = 0;
   uint32_t pendingMark_ = 0;
 };

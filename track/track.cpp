@@ -1,19 +1,10 @@
 #include "track/track.h"
 
-#include <cmath>
-
-#include "geo/distance.h"
-
 namespace vgps {
 
 int64_t startOf(const TrackPoint& first) {
   if (first.receiverUtc != 0) return first.receiverUtc;
   return isCalendarTime(first.utcTime) ? millisecondsOf(first.utcTime).value_or(0) : 0;
-}
-
-bool isPosition(double longitude, double latitude) {
-  const bool onEarth = std::fabs(longitude) <= 360 && std::fabs(latitude) <= 90;
-  return onEarth && !isNoPosition(longitude, latitude);
 }
 
 std::string_view pointName(const Track& track, const TrackPoint& point) {

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "geo/distance.h"
 #include "track/track_point.h"
 
 namespace vgps {
@@ -44,10 +45,6 @@ struct Track {
 
 // When a track with this first point began; for `Track::startUtc`.
 int64_t startOf(const TrackPoint& first);
-
-// Whether a track point can be there: on the earth, and not the 0,0 of a receiver without a fix.
-// Some receivers report 360 degrees north.
-bool isPosition(double longitude, double latitude);
 
 struct Waypoint {
   std::string name;

@@ -83,7 +83,6 @@ struct UiFix {
   double highest = 0;            // meters
   double exactAltitude = 0;      // with the decimals that GGA had
   std::optional<GstReport> gst;  // the last one of this connection
-  int32_t epochSentenceKind = 0;
   int32_t inputProtocol = kNmeaText;
   bool satellitesInUseKnown = false;
   bool dataSeen = false;      // a line has been received since connecting

@@ -53,15 +53,7 @@ void offerSearchForSpeed(AppState& app) {
   app.platform.window.offerSearch(textWith(Text::wrongSpeedOf, app.link.source().port));
 }
 
-// Simulation data loaded by the user is always played, no matter what starts the simulation.
-void chooseSimulationData(AppState& app, bool walk) {
-  const SimulationData wanted = walk ? SimulationData::walk : SimulationData::trip;
-  if (app.simulationData == SimulationData::loaded || app.simulationData == wanted) return;
-  app.simulationData = wanted;
-  app.gps.simulation.setLines(walk ? townWalkLines() : builtInSimLines());
-}
-
-// Reconnecting to the same receiver keeps the maxima.
+// Reconnecting to a receiver goes on with its maxima.
 bool isSameSource(const SourceChoice& one, const SourceChoice& other) {
   return one.port == other.port && one.simulate == other.simulate && one.walk == other.walk &&
          one.useSensorApi == other.useSensorApi;
@@ -84,6 +76,13 @@ SourceChoice sourceOfSettings(AppState& app) {
           .simulate = settings.simulate,
           .useGpsApi = settings.useGpsApi,
           .useSensorApi = settings.useSensorApi != 0};
+}
+
+void chooseSimulationData(AppState& app, bool walk) {
+  const SimulationData wanted = walk ? SimulationData::walk : SimulationData::trip;
+  if (app.simulationData == SimulationData::loaded || app.simulationData == wanted) return;
+  app.simulationData = wanted;
+  app.gps.simulation.setLines(walk ? townWalkLines() : builtInSimLines());
 }
 
 bool loadSimulationFrom(AppState& app, const std::string& path) {

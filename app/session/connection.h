@@ -28,6 +28,9 @@ void resetMaxima(AppState& app);
 // Resets the maxima and the moving and standing times.
 void resetTrip(AppState& app);
 
+// Puts the walk or the trip into the simulation, unless the user has loaded something else.
+void chooseSimulationData(AppState& app, bool walk);
+
 // Opens the source, closing the previous one, and reports a failure to the user.
 bool connectReceiver(AppState& app, const SourceChoice& choice);
 

@@ -1,7 +1,5 @@
 #include "app/session/fix_values.h"
 
-#include <cmath>
-
 #include "geo/distance.h"
 
 namespace vgps {
@@ -34,8 +32,7 @@ KnownValues knownValues(const UiFix& shown) {
   const bool moves = fix.speedKnots != 0 || fix.speedMps != 0 || fix.speedKmh != 0;
   const DateTime& utc = fix.utcTime;
   return {.status = heard(SentenceType::rmc) || heard(SentenceType::gga),
-          .position = std::isfinite(fix.latitude) && std::isfinite(fix.longitude) &&
-                      !isNoPosition(fix.longitude, fix.latitude),
+          .position = isPosition(fix.longitude, fix.latitude),
           .altitude = fix.altitude != 0 || fix.altitudeKnown(),
           .speed = moves || fix.speedKnown(),
           // A receiver at rest leaves the course empty, so 0 means north only while moving.

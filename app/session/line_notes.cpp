@@ -8,10 +8,6 @@
 namespace vgps {
 namespace {
 
-std::string nameOfTalker(uint32_t talker) {
-  return {static_cast<char>(talker & 0xFF), static_cast<char>(talker >> 8 & 0xFF)};
-}
-
 std::string reasonText(const TalkerVerdict& why) {
   switch (why.reason) {
     case LeftOutReason::none: break;
@@ -24,6 +20,10 @@ std::string reasonText(const TalkerVerdict& why) {
 }
 
 }  // namespace
+
+std::string nameOfTalker(uint32_t talker) {
+  return {static_cast<char>(talker & 0xFF), static_cast<char>(talker >> 8 & 0xFF)};
+}
 
 std::string leftOutText(const SentenceStats& stats, bool lastingOnly) {
   std::string text;

@@ -6,8 +6,11 @@
 
 namespace vgps {
 
-// "GNRMC 6 (GP is used), IIRMC 3 (unknown talker)": the sentences that were not parsed, and why;
-// empty if all were parsed. `lastingOnly` omits those that were waiting for GP.
+// "GP"
+std::string nameOfTalker(uint32_t talker);
+
+// "GNRMC 6 (GP is used), IIRMC 3 (unknown talker)": which sentences were not parsed and why; empty
+// when all were. `lastingOnly` leaves out those that were waiting for GP.
 std::string leftOutText(const SentenceStats& stats, bool lastingOnly = false);
 
 // What the user has been told about the lines of the source.

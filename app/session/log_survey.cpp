@@ -5,20 +5,18 @@
 
 namespace vgps {
 
-LogSurvey surveyLog(const std::function<bool(LogPiece&)>& next, bool untilDate) {
+LogSurvey surveyLog(const std::function<bool(LogPiece&)>& next) {
   LogSurvey survey;
   LogClock clock(0);
-  const uint32_t start = clock.tick();
   LogPiece piece;
-  bool beginning = true;
-  while ((beginning || (untilDate && !clock.firstDay())) && next(piece)) {
+  while (next(piece)) {
     if (piece.binary) continue;
     const std::string_view line = withoutStrayStart(piece.text);
     clock.advanceTo(line);
-    beginning = beginning && clock.tick() - start < kTalkerSilenceMs;
-    if (beginning) survey.talkers.listen(Sentence(line), clock.tick());
+    survey.talkers.listen(Sentence(line), clock.tick());
+    // Of the first date: those of later runs in the same file count from their own beginning.
+    if (!survey.firstDay) survey.firstDay = clock.firstDay();
   }
-  survey.firstDay = clock.firstDay();
   return survey;
 }
 

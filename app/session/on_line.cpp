@@ -28,7 +28,6 @@ void copyFix(AppState& app) {
   shown.maxSpeed = app.gps.maxSpeed;
   shown.maxAltitude = app.gps.maxAltitude;
   shown.exactAltitude = app.gps.exactAltitude;
-  shown.epochSentenceKind = app.gps.epochSentenceKind;
   shown.inputProtocol = app.gps.inputProtocol;
   shown.satellitesInUseKnown = app.gps.satellitesInUseKnown;
   shown.lastByteMicros = app.fix.lastByteMicros;
@@ -47,9 +46,8 @@ void offer(AppState& app, const FixRecord& fix) {
 }
 
 void offerEpoch(AppState& app, const UiMessage& message) {
-  const UiFix& shown = app.shown;
   for (const FixRecord& fix :
-       app.epochs.take(shown.fix, message.said, shown.epochSentenceKind, message.generation)) {
+       app.epochs.take(app.shown.fix, message.said, epochRuleOf(app.gps), message.generation)) {
     offer(app, fix);
   }
 }

@@ -12,14 +12,10 @@
 namespace vgps {
 namespace {
 
-std::string counted(uint64_t count, Text one, Text several) {
-  return count == 1 ? std::string(textOf(one)) : textWith(several, std::to_string(count));
-}
-
 std::string durationText(double seconds) {
   const auto minutes = static_cast<uint64_t>(std::llround(seconds / 60));
-  if (minutes > 0) return counted(minutes, Text::oneMinute, Text::minutes);
-  return counted(static_cast<uint64_t>(seconds), Text::oneSecond, Text::seconds);
+  if (minutes > 0) return textOfCount(minutes, Text::oneMinute, Text::minutes);
+  return textOfCount(static_cast<uint64_t>(seconds), Text::oneSecond, Text::seconds);
 }
 
 std::string lengthText(double kilometers, int32_t unit) {
@@ -41,7 +37,7 @@ std::optional<double> secondsOf(const Track& track) {
 }  // namespace
 
 std::string trackTotalsText(const Track& track, int32_t distanceUnit) {
-  std::string text = counted(track.points.size(), Text::onePoint, Text::points);
+  std::string text = textOfCount(track.points.size(), Text::onePoint, Text::points);
   if (track.points.empty()) return text;
   text += ", " + lengthText(statisticsOf(track).distanceKm, distanceUnit);
   const std::optional<double> seconds = secondsOf(track);
@@ -72,7 +68,7 @@ std::string startText(int64_t utc) {
 std::string trackRowText(const TrackSummary& track, int32_t distanceUnit) {
   std::string text = track.name;
   if (track.startUtc != 0) text += ", " + startText(track.startUtc);
-  return text + ", " + counted(track.points, Text::onePoint, Text::points) + ", " +
+  return text + ", " + textOfCount(track.points, Text::onePoint, Text::points) + ", " +
          lengthText(track.kilometers, distanceUnit);
 }
 

@@ -25,7 +25,7 @@ class EpochWorld : public GpsWorld {
  public:
   EpochWorld() {
     hooks.onLine = [this](const ReceivedLine& line) {
-      take(epochs.take(fix, line.said, state.epochSentenceKind, source));
+      take(epochs.take(fix, line.said, epochRuleOf(state), source));
     };
   }
   void burst(std::string_view kinds, int second, uint32_t gapMs) {
@@ -91,6 +91,18 @@ TEST(EpochFixes, AFixWaitsForWhatItsEpochStillBrings) {
     world.take(world.epochs.takeWaiting());
     EXPECT_EQ(world.taken, row.taken) << row.bursts.size() << row.bursts[0];
   }
+}
+
+TEST(EpochFixes, AKindThatLedTheBurstsAndStopsIsWaitedForOnce) {
+  EpochWorld world;
+  for (int second = 1; second <= 2; ++second) world.burst("RMC GSA GGA", second, 20);
+  for (int second = 3; second <= 5; ++second) world.burst("GSA GGA", second, 20);
+  EXPECT_EQ(world.taken, "1 2 3 4 5");
+  for (int second = 6; second <= 7; ++second) world.burst("GSA GGA RMC", second, 20);
+  EXPECT_EQ(world.taken, "1 2 3 4 5 6 7");
+  world.state.options.epochSentenceSetting = kRmc;  // what the user wants is not given up
+  for (int second = 8; second <= 9; ++second) world.burst("GSA GGA", second, 20);
+  EXPECT_EQ(world.taken, "1 2 3 4 5 6 7");
 }
 
 TEST(EpochFixes, ClocksThatStandAndSourcesThatChange) {

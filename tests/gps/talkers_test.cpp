@@ -104,16 +104,22 @@ TEST(Talkers, ASentenceWithoutAFixDoesNotHideOneThatHasIt) {
 }
 
 TEST(Talkers, NobodyIsWaitedForInALogThatIsKnown) {
-  TalkerTranslation heard;
-  heard.listen(Sentence(sentence("GN", "RMC")), 1000);
-  heard.listen(Sentence(sentence("GP", "GGA")), 2000);
+  const std::string noFix = "$GPRMC,120000,V,,,,,,,230324,,";
+  const std::vector<Step> steps = {{1000, noFix, true},
+                                   {2000, noFix, false},
+                                   {2000, sentence("GN", "RMC"), true},
+                                   {2000, sentence("GN", "GSA"), true},
+                                   {3000, sentence("GP", "RMC"), true},
+                                   {3000, sentence("GN", "RMC"), false},
+                                   {5999, sentence("GP", "RMC"), true},  // the last one
+                                   {5999, sentence("GN", "RMC"), false},
+                                   {6000, sentence("GN", "RMC"), true},
+                                   {9000, sentence("GP", "RMC"), true}};
+  TalkerTimeline heard;
+  for (const Step& step : steps) heard.listen(Sentence(step.line), step.tick);
   TalkerTranslation talkers;
   talkers.expect(heard);
-  hear(TalkerSetting::automatic,
-       {{1000, sentence("GN", "RMC"), true},
-        {1000, sentence("GN", "GGA"), false},
-        {1000, sentence("GN", "GSA"), true}},
-       talkers);
+  hear(TalkerSetting::automatic, steps, talkers);
 }
 
 TEST(Talkers, WhatIsLeftOutIsCountedWithTheReason) {

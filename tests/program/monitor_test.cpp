@@ -150,11 +150,15 @@ TEST(Monitor, BinaryMessagesDoNotFreshenAnOldFix) {
 }
 
 TEST(Monitor, PlaysTheSimulation) {
-  Program program({"monitor", "--simulate", "--json", "--all", "--for", "2.2"});
-  EXPECT_EQ(program.finish(), 0);
-  EXPECT_GE(counted(program, "total"), 1);
-  EXPECT_EQ(program.lastJson()["fix"]["simulate"], true);
-  EXPECT_EQ(std::count(program.output.begin(), program.output.end(), '\n'), 2);
+  for (const char* const which : {"--simulate", "--simulate=walk", "--simulate=trip"}) {
+    Program program({"monitor", which, "--json", "--all", "--for", "2.2"});
+    EXPECT_EQ(program.finish(), 0);
+    EXPECT_GE(counted(program, "total"), 1);
+    const bool walks = std::string_view(which) != "--simulate=trip";
+    EXPECT_EQ(program.lastJson()["fix"]["altitude"].is_number(), walks) << which;
+    EXPECT_EQ(program.lastJson()["fix"]["simulate"], true);
+    EXPECT_EQ(std::count(program.output.begin(), program.output.end(), '\n'), 2);
+  }
 }
 
 TEST(Monitor, StopsWhenAskedUnlessItWasStartedToIgnoreThat) {

@@ -103,7 +103,7 @@ TEST_F(Recover, WordsThatDoNotGoTogether) {
 
 TEST_F(Recover, AJournalThatIsGoneInTheEndCostsNoPoint) {
   leave(5);
-  Program program({"recover", "--file", folder_ / "vgps.xml", "--continue", "--simulate"});
+  Program program({"recover", "--file", folder_ / "vgps.xml", "--continue", "--simulate=trip"});
   ASSERT_TRUE(program.readUntil([&] { return says(program.errors, "reading the simulation"); }));
   std::filesystem::remove(journal_);
   program.signal(SIGINT);
@@ -118,7 +118,7 @@ TEST_F(Recover, AFullDiskIsTriedAgainUntilThePersonGivesUp) {
     std::filesystem::remove(library_);
     leave(5);
     const std::string before = fileBytes(journal_);
-    Program program({"recover", "--file", folder_ / "vgps.xml", "--continue", "--simulate"});
+    Program program({"recover", "--file", folder_ / "vgps.xml", "--continue", "--simulate=trip"});
     program.limitFiles(100);
     const auto told = [&](const char* part) {
       return program.readUntil([&] { return says(program.errors, part); });
@@ -171,7 +171,7 @@ TEST_F(Recover, PlacesAreNamedClearly) {
 TEST_F(Recover, AKilledContinuationCanBeRecoveredAgain) {
   leave(5);
   {
-    Program program({"recover", "--file", folder_ / "vgps.xml", "--continue", "--simulate"});
+    Program program({"recover", "--file", folder_ / "vgps.xml", "--continue", "--simulate=trip"});
     EXPECT_TRUE(
         program.readUntil([&] { return says(program.output, "Continuing after 5 points"); }));
     EXPECT_EQ(run({"--save"}).status, 2);

@@ -20,6 +20,27 @@ std::string offered(RecordingWorld& world, const std::vector<FixAt>& fixes, uint
   return result;
 }
 
+TEST(Recording, WithoutASpeedTheWayTellsIt) {
+  constexpr double kTenMeters = 10 / 111200.0;  // of latitude
+  RecordingWorld world;
+  world.recording.start();
+  FixRecord fix = FixAt{.kmh = 0};
+  fix.unknown = kUnknownSpeed | kUnknownCourse;
+  std::string recorded;
+  const auto go = [&](double north, double east) {
+    fix.latitude += north;
+    fix.longitude += east;
+    recorded += world.recording.offer(fix) ? 'R' : '.';
+    world.clock.now += 1000;
+  };
+  for (int i = 0; i < 3; ++i) go(0, 0);                 // at rest: the first one only
+  for (int i = 0; i < 3; ++i) go(kTenMeters, 0);        // 36 km/h to the north, as the course 0
+  for (int i = 0; i < 3; ++i) go(0, 1.5 * kTenMeters);  // to the east
+  EXPECT_EQ(recorded, "R.....R..");
+  EXPECT_FALSE(world.track.points.back().speedKnown());
+  EXPECT_EQ(world.track.points.back().speedKmh, 0);
+}
+
 TEST(Recording, WhichFixesBecomePoints) {
   struct {
     const char* what;

@@ -55,7 +55,7 @@ TEST(Close, YesEndsTheRecordingAndSavesTheTrack) {
 }
 
 constexpr const char* kLoseOnePoint =
-    "The last 1 points could not be saved: the disk is full. Close anyway?";
+    "The disk is full. Points that could not be saved: 1. Close anyway?";
 
 // A folder that takes neither the track nor a journal, as that of a program without its rights.
 struct RefusingFolder : ProgramWorld {
