@@ -89,6 +89,10 @@ SourceChoice sourceOfSettings(AppState& app) {
 bool loadSimulationFrom(AppState& app, const std::string& path) {
   std::vector<std::string> lines;
   if (!app.extensions.simulationFrom || !app.extensions.simulationFrom(path, lines)) return false;
+  return setSimulation(app, std::move(lines));
+}
+
+bool setSimulation(AppState& app, std::vector<std::string> lines) {
   if (lines.empty()) return false;
   app.gps.simulation.setLines(std::move(lines));
   app.simulationData = SimulationData::loaded;
@@ -104,6 +108,7 @@ void resetMaxima(AppState& app) {
   app.shown.fastest = {};
   app.shown.highest = 0;
   app.pendingDisplay.maxSpeed = app.pendingDisplay.maxAltitude = 0;
+  app.pendingDisplay.maximumCountdown = 0;
 }
 
 void resetTrip(AppState& app) {

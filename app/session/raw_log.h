@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <deque>
 #include <string>
@@ -27,14 +28,18 @@ class RawLog {
 
   void pause(bool paused);
   bool isPaused() const { return paused_; }
-  // Towards older rows, or, negative, towards newer ones.
+  // Towards older rows, or, negative, towards newer ones. The view stays full.
   void scroll(int rows);
+  void scrollPages(int pages);
   void showOldest();
   void showNewest();  // and goes on
 
   // Only rows that contain this text are shown, whatever the case of its letters; empty: all.
   void setFilter(std::string text);
   const std::string& filter() const { return filter_; }
+
+  // How many the screen has room for; until it tells, one.
+  void setRoom(size_t rows) { room_ = std::max<size_t>(rows, 1); }
 
   // The rows of the view, oldest first, at most `most`.
   std::vector<RawLogRow> view(size_t most) const;
@@ -54,6 +59,7 @@ class RawLog {
   std::string filter_;
   size_t matching_ = 0;
   size_t newer_ = 0;
+  size_t room_ = 1;
   bool paused_ = false;
 };
 
