@@ -27,8 +27,8 @@ class Window {
   // answer of a program that cannot ask.
   virtual bool ask(std::string_view) { return false; }
   // Asks a question with several answers and waits. "&" marks the letter that selects an answer.
-  // Returns the index of the chosen one; Enter chooses `standard`. The last answer is returned if the
-  // user just closes the question, so it must be harmless.
+  // Returns the index of the chosen one; Enter chooses `standard`. The last answer is returned if
+  // the user just closes the question, so it must be harmless.
   virtual size_t choose(std::string_view, std::span<const std::string_view> answers,
                         size_t /*standard*/) {
     return answers.size() - 1;

@@ -469,8 +469,7 @@ Scene MainWindow::scene() const {
 
 void MainWindow::drawInto(HDC target, int width, int height) {
   GdiplusCanvas canvas(target, width, height, fonts_);
-  app_->rawLog.setRoom(
-      rawLogRoom(canvas.bounds(), densityOf(window_), app_->settings.fontFactor));
+  app_->rawLog.setRoom(rawLogRoom(canvas.bounds(), densityOf(window_), app_->settings.fontFactor));
   const Scene drawn = scene();
   drawScreen(canvas, drawn);
   if (startButtons_.areShown()) startButtons_.drawWords(canvas, drawn.palette);

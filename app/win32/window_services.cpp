@@ -194,7 +194,8 @@ std::optional<size_t> MainWindow::chooseRow(std::string_view title,
 
 std::optional<std::string> MainWindow::askText(std::string_view title, std::string_view text) {
   const bool night = app_->scheme == ColourScheme::night;
-  return vgps::askText(window_, textOf(Text::programName), title, std::string(text), {layouts(), night});
+  return vgps::askText(window_, textOf(Text::programName), title, std::string(text),
+                       {layouts(), night});
 }
 
 void MainWindow::copyText(std::string_view text) {

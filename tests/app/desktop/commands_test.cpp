@@ -111,8 +111,8 @@ TEST(Commands, SimulationDataComeFromATrackFile) {
     const char* const points = whole ? R"(<p x="23.7" y="37.9" z="80" />)" : "";
     world.folder.write("trip.xml", std::string(R"(<t n="Trip">)") + points + "</t>");
     runCommand(world.app, Command::loadSimulation);
-    EXPECT_EQ(currentNotice(world.app), whole ? "Simulation data loaded from Trip"
-                                              : "No simulation data found in Trip");
+    EXPECT_EQ(currentNotice(world.app),
+              whole ? "Simulation data loaded from Trip" : "No simulation data found in Trip");
     EXPECT_EQ(world.app.simulationData == SimulationData::loaded, whole);
   }
 }
