@@ -13,6 +13,7 @@ namespace vgps {
 namespace {
 
 constexpr int32_t kMin3dSatellites = 4;
+constexpr float kShortest = 4;  // ems of a text that is cut
 
 std::string stateText(const Scene& scene) {
   const Text word = Text::stateNotConnected + static_cast<uint32_t>(scene.state);
@@ -133,8 +134,10 @@ class TextRowLayout {
   }
 
   void left(const std::string& text, Colour colour) {
-    if (text.empty() || rest_.width < gap_) return;
-    const float width = std::min(std::ceil(canvas_.textWidth(text, font_)) + 1, rest_.width);
+    const float wanted = std::ceil(canvas_.textWidth(text, font_)) + 1;
+    const float width = std::min(wanted, rest_.width);
+    // A letter or two with an ellipsis tell nothing.
+    if (text.empty() || (width < wanted && width < kShortest * font_.size)) return;
     drawShortened(canvas_, text, {rest_.x, rest_.y, width, rest_.height}, font_, colour,
                   Align::left);
     rest_.x += width + gap_;
