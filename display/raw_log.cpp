@@ -16,6 +16,22 @@ constexpr double kMicrosOfAMs = 1000;
 // Pixels at 96 dpi. A larger window shows more rows, not larger ones.
 constexpr float kRowText = 13;
 
+struct RawLogLayout {
+  float size, line;  // of the text
+  Rect panel, room;
+  float head;  // where the rows begin
+};
+
+RawLogLayout layoutRawLog(const ReadoutLayout& layout, float density, float fontFactor) {
+  RawLogLayout found;
+  found.size = kRowText * density * fontFactor;
+  found.line = std::ceil(found.size * kLineHeight);
+  found.panel = contentArea(layout);
+  found.room = inset(found.panel, std::floor(layout.padding / 2));
+  found.head = found.room.y + found.line * 1.5f;
+  return found;
+}
+
 std::string delayText(const Scene& scene) {
   if (scene.readoutDelayMicros == 0) return {};
   const double ms = static_cast<double>(scene.readoutDelayMicros) / kMicrosOfAMs;
@@ -49,12 +65,10 @@ std::string_view withoutLineEnd(std::string_view text) {
 void drawRawLog(Canvas& canvas, const Scene& scene) {
   const ReadoutLayout layout = layoutReadout(canvas.bounds(), {scene.density, scene.fontFactor});
   const Palette& palette = scene.palette;
-  const float size = kRowText * scene.density * scene.fontFactor;
+  const auto [size, line, panel, room, head] =
+      layoutRawLog(layout, scene.density, scene.fontFactor);
   const Font font = {.family = "Courier New", .size = size};
   const Font words = {.size = size};
-  const float line = std::ceil(size * kLineHeight);
-  const Rect panel = contentArea(layout);
-  const Rect room = inset(panel, std::floor(layout.padding / 2));
   canvas.clear(palette.background);
   canvas.fillRect(panel, palette.panel);
 
@@ -66,7 +80,6 @@ void drawRawLog(Canvas& canvas, const Scene& scene) {
                 palette.label, Align::right);
 
   float foot = room.y + room.height;
-  const float head = room.y + line * 1.5f;
   if (scene.rawLog.kept == 0) {
     drawShortened(canvas, textOf(Text::nothingReceived), {room.x, head, room.width, line}, words,
                   palette.staleValue, Align::left);
@@ -83,6 +96,13 @@ void drawRawLog(Canvas& canvas, const Scene& scene) {
                   Align::left);
   }
   drawStatusLine(canvas, {layout.status, layout.smallText}, scene);
+}
+
+size_t rawLogRoom(const Rect& bounds, float density, float fontFactor) {
+  const RawLogLayout layout =
+      layoutRawLog(layoutReadout(bounds, {density, fontFactor}), density, fontFactor);
+  const float rows = (layout.room.y + layout.room.height - layout.head) / layout.line;
+  return rows < 0 ? 0 : static_cast<size_t>(rows);
 }
 
 }  // namespace vgps

@@ -9,4 +9,7 @@ namespace vgps {
 // last byte to showing it.
 void drawRawLog(Canvas& canvas, const Scene& scene);
 
+// How many rows it has room for on a screen of these bounds.
+size_t rawLogRoom(const Rect& bounds, float density, float fontFactor);
+
 }  // namespace vgps

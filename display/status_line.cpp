@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <vector>
 
 #include "base/number.h"
 #include "base/texts.h"
@@ -12,6 +13,7 @@ namespace vgps {
 namespace {
 
 constexpr int32_t kMin3dSatellites = 4;
+constexpr float kShortest = 4;  // ems of a text that is cut
 
 std::string stateText(const Scene& scene) {
   const Text word = Text::stateNotConnected + static_cast<uint32_t>(scene.state);
@@ -28,10 +30,9 @@ std::string stateText(const Scene& scene) {
 
 std::string recordingText(const Scene& scene) {
   if (scene.trackState < 1 || scene.trackState > 3) return {};
-  const std::string text =
-      textWith(Text::stateRecording + (static_cast<uint32_t>(scene.trackState) - 1),
-               textOfCount(scene.trackPoints, Text::onePoint, Text::points), scene.trackLength);
-  return scene.trackWaiting.empty() ? text : text + ", " + scene.trackWaiting;
+  const uint32_t state = static_cast<uint32_t>(scene.trackState) - 1;
+  return textWith(Text::stateRecording + state,
+                  textOfCount(scene.trackPoints, Text::onePoint, Text::points), scene.trackLength);
 }
 
 // "log 12.3 MB". At one fix per second, a log grows by about 4 MB an hour.
@@ -73,6 +74,45 @@ Color stateColor(const Scene& scene) {
   return scene.palette.good;
 }
 
+// The text in as many rows as it needs; a word that is wider than a row has one of its own.
+std::vector<std::string> wrapped(Canvas& canvas, std::string_view text, const Font& font,
+                                 float width) {
+  std::vector<std::string> rows;
+  while (!text.empty()) {
+    const size_t end = std::min(text.find(' '), text.size());
+    const std::string word(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+    const std::string longer = rows.empty() ? word : rows.back() + ' ' + word;
+    if (rows.empty() || canvas.textWidth(longer, font) > width) {
+      rows.push_back(word);
+    } else {
+      rows.back() = longer;
+    }
+  }
+  return rows;
+}
+
+// What is too long for the bar stands above it for its few seconds.
+void drawNoticeAbove(Canvas& canvas, const StatusBar& place, const Scene& scene) {
+  const Font font = {.size = place.textSize};
+  const float margin = std::round(place.textSize * 0.6f);
+  const float line = std::ceil(place.textSize * kLineHeight);
+  const float width = place.bar.width - 2 * margin;
+  std::vector<std::string> rows = wrapped(canvas, scene.notice, font, width);
+  const float room = place.bar.y - 2 * margin;
+  rows.resize(std::min(rows.size(), static_cast<size_t>(std::max(room / line, 0.f))));
+  if (rows.empty()) return;
+  const float height = static_cast<float>(rows.size()) * line + 2 * margin;
+  const float top = place.bar.y - height;
+  canvas.fillRect({place.bar.x, top, place.bar.width, height}, scene.palette.grid);
+  float y = top + margin;
+  for (const std::string& row : rows) {
+    drawShortened(canvas, row, {place.bar.x + margin, y, width, line}, font, scene.palette.value,
+                  Align::left);
+    y += line;
+  }
+}
+
 // Places texts at both ends of a bar until it is full.
 class TextRowLayout {
  public:
@@ -88,9 +128,15 @@ class TextRowLayout {
     rest_.width -= width + gap_;
   }
 
+  bool hasRoomFor(const std::string& text) const {
+    return canvas_.textWidth(text, font_) + 1 <= rest_.width;
+  }
+
   void left(const std::string& text, Color color) {
-    if (text.empty() || rest_.width < gap_) return;
-    const float width = std::min(std::ceil(canvas_.textWidth(text, font_)) + 1, rest_.width);
+    const float wanted = std::ceil(canvas_.textWidth(text, font_)) + 1;
+    const float width = std::min(wanted, rest_.width);
+    // A letter or two with an ellipsis tell nothing.
+    if (text.empty() || (width < wanted && width < kShortest * font_.size)) return;
     drawShortened(canvas_, text, {rest_.x, rest_.y, width, rest_.height}, font_, color,
                   Align::left);
     rest_.x += width + gap_;
@@ -110,6 +156,7 @@ StatusTexts statusTexts(const Scene& scene) {
   StatusTexts texts;
   texts.state = stateText(scene);
   texts.recording = recordingText(scene);
+  if (!texts.recording.empty()) texts.waiting = scene.trackWaiting;
   texts.log = logText(scene);
   if (scene.state == ReceiverState::notConnected) return texts;
   const bool flowing = scene.state == ReceiverState::noFix || scene.state == ReceiverState::fix;
@@ -131,24 +178,30 @@ void drawStatusLine(Canvas& canvas, const StatusBar& place, const Scene& scene) 
   const float top = bar.y + std::round((bar.height - line) / 2);
   TextRowLayout placer(canvas, {bar.x + mark + gap, top, bar.width - mark - 2 * gap, line},
                        {.size = place.textSize}, gap);
+  const std::string recording =
+      texts.waiting.empty() ? texts.recording : texts.recording + ", " + texts.waiting;
+  // A bar without room for both tells why nothing is recorded.
+  placer.left(placer.hasRoomFor(recording) || texts.waiting.empty() ? recording : texts.waiting,
+              palette.value);
+  const bool noticeFits = placer.hasRoomFor(scene.notice);
+  if (noticeFits) placer.left(scene.notice, palette.caution);
   placer.right(texts.age, palette.label);
   placer.right(texts.signal, freshnessOf(scene.ages.view) == Freshness::current
                                  ? palette.label
                                  : palette.staleValue);
-  placer.left(texts.recording, palette.value);  // first, as the most important text
-  placer.left(scene.notice, palette.caution);
   placer.left(scene.source, palette.value);
   placer.left(texts.log, palette.label);
   placer.left(scene.message, palette.value);
   placer.right(texts.rate, palette.label);
+  if (!noticeFits) drawNoticeAbove(canvas, place, scene);
 }
 
 TimeDependentTexts timeDependentTexts(const Scene& scene) {
   const StatusTexts texts = statusTexts(scene);
   const ValueAges& ages = scene.ages;
   TimeDependentTexts passing;
-  passing.status = texts.age + '\n' + texts.rate + '\n' + scene.notice + '\n' + texts.log;
-  passing.values = texts.state + '\n';
+  passing.status = texts.age + '\n' + texts.rate + '\n' + texts.log;
+  passing.values = texts.state + '\n' + scene.notice + '\n';
   for (const uint32_t age : {ages.position, ages.motion, ages.altitude, ages.time, ages.used,
                              ages.view, ages.dilution}) {
     passing.values += static_cast<char>('0' + static_cast<int>(freshnessOf(age)));

@@ -27,9 +27,10 @@ class Window {
   // program that cannot ask.
   virtual bool ask(std::string_view) { return false; }
   // Asks a question with several answers and waits. "&" marks the letter that selects an answer.
-  // Returns the index of the chosen one. The last answer is the default and is returned if the user
-  // just closes the question, so it must be harmless.
-  virtual size_t choose(std::string_view, std::span<const std::string_view> answers) {
+  // Returns the index of the chosen one; Enter chooses `standard`. The last answer is returned if
+  // the user just closes the question, so it must be harmless.
+  virtual size_t choose(std::string_view, std::span<const std::string_view> answers,
+                        size_t /*standard*/) {
     return answers.size() - 1;
   }
   // Stepping through the simulation with Shift and Space; from any thread.

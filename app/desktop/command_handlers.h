@@ -67,7 +67,7 @@ void wanderAround(Desktop& app, Command command);
 bool isIdle(const AppState& app, Command command);
 bool isNotIdle(const AppState& app, Command command);
 bool isNotPlaying(const AppState& app, Command command);
-bool isRecording(const AppState& app, Command command);
+bool canRecordPoint(const AppState& app, Command command);
 bool isPaused(const AppState& app, Command command);
 bool takesMarks(const AppState& app, Command command);
 bool isPreset(const AppState& app, Command command);

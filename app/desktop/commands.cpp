@@ -157,7 +157,7 @@ constexpr auto kRows = std::to_array<CommandRow>({
     one(Command::openTrack, openTrack, nullptr, isIdle),
     one(Command::discardTrack, discardTrack, nullptr, hasFinishedTrack),
     one(Command::markPoint, markPoint, nullptr, takesMarks),
-    one(Command::recordPointNow, recordPointNow, nullptr, isRecording),
+    one(Command::recordPointNow, recordPointNow, nullptr, canRecordPoint),
     missing(Command::trimTrack),
     missing(Command::playTrack),
     missing(Command::recordingReserved, Command::recordingReservedLast),

@@ -59,17 +59,6 @@ void chooseSimulationMode(Desktop& app, Command command) {
   repaintNow(app);
 }
 
-void loadSimulation(Desktop& app, Command) {
-  if (!app.extensions.simulationFrom) return showNotice(app, textOf(Text::notAvailable));
-  const std::string path =
-      app.window.chooseFile({.title = std::string(textOf(Text::chooseSimulation)),
-                             .kind = std::string(textOf(Text::tracks)),
-                             .pattern = "*.xml;*.gpx"});
-  if (path.empty()) return;
-  const bool loaded = loadSimulationFrom(app, path);
-  showNotice(app, textWith(loaded ? Text::simulationLoaded : Text::noSimulationData, path));
-}
-
 void stepSimulation(Desktop& app, Command) { app.gps.simulation.step(); }
 
 void clearRawLog(Desktop& app, Command) {

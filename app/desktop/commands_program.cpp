@@ -16,7 +16,7 @@ constexpr Size kSizes[] = {{240, 320}, {320, 240}, {240, 240}, {320, 320}, {640,
 
 }  // namespace
 
-void showAbout(Desktop& app, Command) { app.window.tell(textOf(Text::aboutProgram)); }
+void showAbout(Desktop& app, Command) { app.window.tell(textWith(Text::aboutProgram, kVersion)); }
 
 void closeProgram(Desktop& app, Command) { app.window.close(); }
 

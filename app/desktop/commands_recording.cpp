@@ -20,12 +20,16 @@ bool readyToStart(Desktop& app) {
   Recorder& recorder = app.recorder;
   if (recorder.track.state != kIdle) return false;
   if (recorder.track.points.empty()) return true;
-  const std::string_view answers[] = {textOf(Text::continueTrack), textOf(Text::newTrack)};
+  constexpr size_t kNew = 1;
+  constexpr size_t kCancel = 2;
+  const std::string_view answers[] = {textOf(Text::continueTrack), textOf(Text::newTrack),
+                                      textOf(Text::cancel)};
   const std::string totals = trackTotalsText(recorder.track, recorder.options.distanceUnit);
-  const bool isNew = app.window.choose(textWith(Text::askToContinueTrack, totals), answers) == 1;
-  // Another key may have started something while the question was open.
-  if (recorder.track.state != kIdle) return false;
-  if (isNew) recorder.discardTrack();
+  const size_t chosen =
+      app.window.choose(textWith(Text::askToContinueTrack, totals), answers, kNew);
+  // While the question stood, another key may have begun something.
+  if (chosen == kCancel || recorder.track.state != kIdle) return false;
+  if (chosen == kNew) recorder.discardTrack();
   return true;
 }
 
@@ -47,7 +51,7 @@ bool explainRecording(Desktop& app) {
 void startRecording(Desktop& app, Command) {
   const bool idle = app.recorder.track.state == kIdle;
   if (idle && !explainRecording(app)) return;
-  if (!readyToStart(app)) return showNotice(app, textOf(Text::alreadyRecording));
+  if (idle && !readyToStart(app)) return;
   if (!app.recorder.start()) return showNotice(app, textOf(Text::alreadyRecording));
   repaintNow(app);
 }
@@ -74,7 +78,10 @@ void markPoint(Desktop& app, Command) {
 void recordPointNow(Desktop& app, Command) {
   if (app.recorder.track.state != kRecording) return showNotice(app, textOf(Text::notRecording));
   if (app.recorder.options.manual) return app.recorder.requestPoint();
-  if (!app.recorder.recordNow(app.shown.fix)) return showNotice(app, textOf(Text::noValidFix));
+  // Not where the receiver was when it was unplugged.
+  if (!hasCurrentFix(app) || !app.recorder.recordNow(app.shown.fix)) {
+    return showNotice(app, textOf(Text::noValidFix));
+  }
   showNotice(app,
              textWith(Text::positionRecorded, std::to_string(app.recorder.track.points.size())));
 }
@@ -103,7 +110,11 @@ void wanderAround(Desktop& app, Command command) {
 bool isIdle(const AppState& app, Command) { return app.recorder.track.state == kIdle; }
 bool isNotIdle(const AppState& app, Command) { return app.recorder.track.state != kIdle; }
 bool isNotPlaying(const AppState& app, Command) { return app.recorder.track.state != kPlaying; }
-bool isRecording(const AppState& app, Command) { return app.recorder.track.state == kRecording; }
+// In manual mode the next fix is recorded, whenever it comes.
+bool canRecordPoint(const AppState& app, Command) {
+  if (app.recorder.track.state != kRecording) return false;
+  return app.recorder.options.manual || hasCurrentFix(app);
+}
 bool isPaused(const AppState& app, Command) { return app.recorder.track.state == kPaused; }
 bool takesMarks(const AppState& app, Command) {
   return app.recorder.track.state == kRecording || app.recorder.track.state == kPaused;

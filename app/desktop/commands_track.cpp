@@ -1,12 +1,14 @@
 #include "app/desktop/command_handlers.h"
 #include "app/desktop/commands.h"
 #include "app/desktop/save_messages.h"
+#include "app/session/connection.h"
 #include "app/session/recording_texts.h"
 #include "base/texts.h"
 #include "library/discarded_recordings.h"
 #include "track/editing.h"
 #include "track/thinning.h"
 #include "track/track_file.h"
+#include "track/track_simulation.h"
 
 // Commands for the current track while not recording.
 namespace vgps {
@@ -30,9 +32,9 @@ void tellChanged(Desktop& app) {
   repaintThrottled(app);
 }
 
-// Returns the track that the user chooses from a library document, or its only track. Returns none
-// if there is none; any error has been reported then.
-bool chooseFromLibrary(Desktop& app, const std::string& path, Track& track) {
+// The track of a library document that the user chooses; of one track that one. False when there is
+// none; what is not the user's choice is told then.
+bool chooseFromLibrary(Desktop& app, Text title, const std::string& path, Track& track) {
   TrackLibrary library;
   const LibraryState state = library.open(path);
   if (state != LibraryState::whole && state != LibraryState::damaged) {
@@ -48,7 +50,7 @@ bool chooseFromLibrary(Desktop& app, const std::string& path, Track& track) {
     rows.push_back(trackRowText(row, app.recorder.options.distanceUnit));
   }
   std::optional<size_t> chosen = 0;
-  if (rows.size() > 1) chosen = app.window.chooseRow(textOf(Text::chooseTrack), rows);
+  if (rows.size() > 1) chosen = app.window.chooseRow(textOf(title), rows);
   if (!chosen) return false;
   const LibraryResult result = library.load(*chosen, app.settings.speedUnit, track);
   if (result != LibraryResult::done) {
@@ -59,17 +61,16 @@ bool chooseFromLibrary(Desktop& app, const std::string& path, Track& track) {
   return true;
 }
 
-// Loads a track from a file that the user chooses. Returns false if there is none; the user has
-// been told then.
-bool chooseTrack(Desktop& app, Track& track) {
+// The track of a file that the user chooses. False when there is none; that is told then.
+bool chooseTrack(Desktop& app, Text title, Track& track) {
   const std::string path =
-      app.window.chooseFile({.title = std::string(textOf(Text::chooseTrack)),
+      app.window.chooseFile({.title = std::string(textOf(title)),
                              .kind = std::string(textOf(Text::tracks)),
                              .pattern = "*.xml",
                              .folder = trackFolder(app.settings.trackStorePath, app.paths.folder)});
   if (path.empty()) return false;
   Window& window = app.window;
-  if (isLibraryFile(path)) return chooseFromLibrary(app, path, track);
+  if (isLibraryFile(path)) return chooseFromLibrary(app, title, path, track);
   switch (loadTrackFile(path, app.settings.speedUnit, track)) {
     case TrackLoading::whole: return true;
     case TrackLoading::damaged: window.tell(textWith(Text::trackDamaged, path)); return true;
@@ -101,7 +102,7 @@ void reverseTrack(Desktop& app, Command) {
 
 void joinTrack(Desktop& app, Command) {
   Track other;
-  if (!canEdit(app) || !chooseTrack(app, other) || !canEdit(app)) return;
+  if (!canEdit(app) || !chooseTrack(app, Text::chooseTrack, other) || !canEdit(app)) return;
   join(app.recorder.track, other);
   tellChanged(app);
 }
@@ -115,12 +116,20 @@ void saveTrack(Desktop& app, Command) {
 void openTrack(Desktop& app, Command) {
   if (app.recorder.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
   Track chosen;
-  if (!mayReplace(app) || !chooseTrack(app, chosen)) return;
+  if (!mayReplace(app) || !chooseTrack(app, Text::chooseTrack, chosen)) return;
   if (app.recorder.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
   app.recorder.discardTrack();
   app.recorder.track = std::move(chosen);
   showNotice(app, textWith(Text::trackRead, std::to_string(app.recorder.track.points.size())));
   repaintThrottled(app);
+}
+
+// The speeds of the file are in the unit in use, like those of a track that is opened.
+void loadSimulation(Desktop& app, Command) {
+  Track chosen;
+  if (!chooseTrack(app, Text::chooseSimulation, chosen)) return;
+  const bool loaded = setSimulation(app, simulationLines(chosen));
+  showNotice(app, textWith(loaded ? Text::simulationLoaded : Text::noSimulationData, chosen.name));
 }
 
 void discardTrack(Desktop& app, Command) {

@@ -259,6 +259,7 @@ constexpr DialogField kDisplayFields[] = {
     check(CONTROL_SAVE_ON_LOW_BATTERY, Text::settingsSaveWhenBatteryLow,
           &Settings::saveOnLowBattery),
     check(CONTROL_LED_FONT, Text::settingsLedDigits, &Settings::useLedFont),
+    check(CONTROL_ALTITUDE_DECIMALS, Text::settingsAltitudeDecimals, &Settings::altitudeDecimals),
 };
 constexpr SettingGroup kDisplayGroups[] = {SettingGroup::display};
 
@@ -271,6 +272,9 @@ constexpr DialogField kRecordFields[] = {
               RecordingOptions{}.angle),
     aboveZero(CONTROL_RECORD_ALTITUDE_STEP, Text::recordChangeOfHeight, &Settings::recordAltitude,
               RecordingOptions{}.altitude),
+    number(CONTROL_EVERY_SECONDS, Text::recordAtLeastEvery, &Settings::recordEverySeconds,
+           {.lowest = 0}),
+    number(CONTROL_EVERY_METRES, Text::recordOrEvery, &Settings::recordEveryMeters, {.lowest = 0}),
     aboveZero(CONTROL_NORMALIZE_METRES, Text::recordThinOutMeters, &Settings::normalizeMeters,
               RecordingOptions{}.normalizeMeters),
     switched(CONTROL_EVERY, Text::recordFixesLeftOut, &Settings::recordEvery, CONTROL_EVERY_ON),

@@ -10,7 +10,6 @@ namespace {
 
 constexpr int kOneRow = 1;
 constexpr int kWheelRows = 3;
-constexpr int kPageRows = 20;
 constexpr size_t kFilterBytes = 60;
 
 struct KeyDuty {
@@ -18,12 +17,12 @@ struct KeyDuty {
   void (*act)(RawLog& log);
 };
 constexpr KeyDuty kKeys[] = {
-    {0x21, [](RawLog& log) { log.scroll(kPageRows); }},   // Page Up
-    {0x22, [](RawLog& log) { log.scroll(-kPageRows); }},  // Page Down
-    {0x23, [](RawLog& log) { log.showNewest(); }},        // End
-    {0x24, [](RawLog& log) { log.showOldest(); }},        // Home
-    {0x26, [](RawLog& log) { log.scroll(kOneRow); }},     // Up
-    {0x28, [](RawLog& log) { log.scroll(-kOneRow); }},    // Down
+    {0x21, [](RawLog& log) { log.scrollPages(1); }},    // Page Up
+    {0x22, [](RawLog& log) { log.scrollPages(-1); }},   // Page Down
+    {0x23, [](RawLog& log) { log.showNewest(); }},      // End
+    {0x24, [](RawLog& log) { log.showOldest(); }},      // Home
+    {0x26, [](RawLog& log) { log.scroll(kOneRow); }},   // Up
+    {0x28, [](RawLog& log) { log.scroll(-kOneRow); }},  // Down
 };
 
 bool isShown(const Desktop& app) { return app.currentScreen == Screen::rawLog; }

@@ -29,7 +29,7 @@ Answer ask(AppState& app, const UnfinishedRecording& unfinished) {
   const std::span<const AnswerRow> rows = std::span(kAnswers).subspan(free ? 0 : 1);
   std::vector<std::string_view> texts;
   for (const AnswerRow& row : rows) texts.push_back(textOf(row.text));
-  return rows[app.platform.window.choose(unfinished.question(), texts)].answer;
+  return rows[app.platform.window.choose(unfinished.question(), texts, texts.size() - 1)].answer;
 }
 
 void save(AppState& app, UnfinishedRecording& unfinished) {

@@ -86,6 +86,7 @@ void applyStartOptions(Desktop& app, const StartOptions& options) {
   if (options.installMobile5) runInstaller(app, "VGPS-AS-WM5.INI");
   // For this run only; the setting does not change.
   if (options.log) app.gps.options.logNmea = true;
+  measureLog(app);
   if (options.simulateTrack) simulateTrack(app, options);
   if (!options.unknownArguments.empty()) {
     showNotice(app, textWith(Text::unknownArguments, options.unknownArguments));

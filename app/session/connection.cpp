@@ -88,6 +88,10 @@ void chooseSimulationData(AppState& app, bool walk) {
 bool loadSimulationFrom(AppState& app, const std::string& path) {
   std::vector<std::string> lines;
   if (!app.extensions.simulationFrom || !app.extensions.simulationFrom(path, lines)) return false;
+  return setSimulation(app, std::move(lines));
+}
+
+bool setSimulation(AppState& app, std::vector<std::string> lines) {
   if (lines.empty()) return false;
   app.gps.simulation.setLines(std::move(lines));
   app.simulationData = SimulationData::loaded;
@@ -103,6 +107,7 @@ void resetMaxima(AppState& app) {
   app.shown.fastest = {};
   app.shown.highest = 0;
   app.pendingDisplay.maxSpeed = app.pendingDisplay.maxAltitude = 0;
+  app.pendingDisplay.maximumCountdown = 0;
 }
 
 void resetTrip(AppState& app) {

@@ -16,7 +16,10 @@ std::string sourceInUse(const AppState& app);
 // The source in the settings as they are now, even if another program has just changed them.
 SourceChoice sourceOfSettings(AppState& app);
 
-// Loads simulation lines from a track or GPX file, or from the last track of the library if `path`
+// Replays these lines instead of the built-in ones. Returns false, and keeps those in use, if there
+// are none.
+bool setSimulation(AppState& app, std::vector<std::string> lines);
+// Loads simulation lines from a track file, or from the last track of the library if `path`
 // is empty. Returns false if there are none or the file cannot be read.
 bool loadSimulationFrom(AppState& app, const std::string& path);
 

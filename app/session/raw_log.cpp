@@ -48,8 +48,13 @@ void RawLog::pause(bool paused) {
 // The oldest row stays visible.
 void RawLog::scroll(int rows) {
   const auto newest = static_cast<long long>(newer_) + rows;
-  const auto most = static_cast<long long>(matching_ > 0 ? matching_ - 1 : 0);
+  const auto most = static_cast<long long>(matching_ > room_ ? matching_ - room_ : 0);
   newer_ = static_cast<size_t>(std::clamp(newest, 0LL, most));
+}
+
+// One row of the last page stays in view, where the eye left it.
+void RawLog::scrollPages(int pages) {
+  scroll(pages * static_cast<int>(std::max<size_t>(room_ - 1, 1)));
 }
 
 void RawLog::showOldest() { scroll(static_cast<int>(kRows)); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <deque>
 #include <string>
@@ -30,6 +31,7 @@ class RawLog {
   bool isPaused() const { return paused_; }
   // Positive: toward older rows; negative: toward newer ones.
   void scroll(int rows);
+  void scrollPages(int pages);
   void showOldest();
   void showNewest();  // also resumes
 
@@ -37,7 +39,10 @@ class RawLog {
   void setFilter(std::string text);
   const std::string& filter() const { return filter_; }
 
-  // The visible rows, oldest first, at most `most`.
+  // How many the screen has room for; until it tells, one.
+  void setRoom(size_t rows) { room_ = std::max<size_t>(rows, 1); }
+
+  // The rows of the view, oldest first, at most `most`.
   std::vector<RawLogRow> view(size_t most) const;
   // All rows that match the filter, one per line, for the clipboard.
   std::string text() const;
@@ -55,6 +60,7 @@ class RawLog {
   std::string filter_;
   size_t matching_ = 0;
   size_t newer_ = 0;
+  size_t room_ = 1;
   bool paused_ = false;
 };
 

@@ -132,17 +132,33 @@ struct OpenPrompt {
   std::string_view caption;
   std::string_view prompt;
   std::string text;
+  bool night = false;
 };
+
+// A list and the row that was chosen in it.
+struct OpenRows {
+  std::string_view caption;
+  std::span<const std::string> rows;
+  bool night = false;
+  std::optional<size_t> chosen;
+};
+
+void beginPrompt(HWND window, std::string_view caption, bool night) {
+  translateDialog(window, Text{});
+  SetWindowTextW(window, wideFromUtf8(caption).c_str());
+  if (night) darkenDialog(window);
+  centerOverOwner(window);
+}
 
 INT_PTR CALLBACK promptProcedure(HWND window, UINT message, WPARAM first, LPARAM second) {
   if (message == WM_INITDIALOG) {
     SetWindowLongPtrW(window, DWLP_USER, second);
     const OpenPrompt& asked = *addressIn<const OpenPrompt>(second);
-    translateDialog(window, Text{});
-    SetWindowTextW(window, wideFromUtf8(asked.caption).c_str());
+    beginPrompt(window, asked.caption, asked.night);
     WindowDialogView view(window);
     view.setText(CONTROL_PROMPT, asked.prompt);
     view.setText(CONTROL_PROMPT_TEXT, asked.text);
+    SendDlgItemMessageW(window, CONTROL_PROMPT_TEXT, EM_SETSEL, 0, -1);
     centerOverOwner(window);
     return TRUE;
   }
@@ -153,11 +169,36 @@ INT_PTR CALLBACK promptProcedure(HWND window, UINT message, WPARAM first, LPARAM
   return TRUE;
 }
 
+void fillRows(HWND window, const OpenRows& asked) {
+  beginPrompt(window, asked.caption, asked.night);
+  const HWND list = GetDlgItem(window, CONTROL_ROWS);
+  for (const std::string& row : asked.rows) {
+    SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wideFromUtf8(row).c_str()));
+  }
+  SendMessageW(list, LB_SETCURSEL, 0, 0);
+}
+
+INT_PTR CALLBACK rowsProcedure(HWND window, UINT message, WPARAM first, LPARAM second) {
+  if (message == WM_INITDIALOG) {
+    SetWindowLongPtrW(window, DWLP_USER, second);
+    fillRows(window, *addressIn<const OpenRows>(second));
+    return TRUE;
+  }
+  if (message != WM_COMMAND) return FALSE;
+  const bool twice = LOWORD(first) == CONTROL_ROWS && HIWORD(first) == LBN_DBLCLK;
+  if (LOWORD(first) == IDCANCEL) return EndDialog(window, IDCANCEL);
+  if (LOWORD(first) != IDOK && !twice) return FALSE;
+  const LRESULT row = SendDlgItemMessageW(window, CONTROL_ROWS, LB_GETCURSEL, 0, 0);
+  auto& asked = *addressIn<OpenRows>(GetWindowLongPtrW(window, DWLP_USER));
+  if (row >= 0) asked.chosen = static_cast<size_t>(row);
+  return EndDialog(window, IDOK);
+}
+
 int runHiddenOption(HWND owner, DialogContext& context, HMODULE layouts) {
   const bool edited = editHiddenOption(
       context.store,
       [&](std::string_view caption, std::string_view prompt, const std::string& text) {
-        return askText(owner, caption, prompt, text, layouts);
+        return askText(owner, caption, prompt, text, {layouts, context.night});
       },
       [&](std::string_view text) {
         MessageBoxW(owner, wideFromUtf8(text).c_str(), programTitle().c_str(),
@@ -178,13 +219,20 @@ int runDialog(HWND owner, DialogContext& context, Command command, HMODULE layou
 }
 
 std::optional<std::string> askText(HWND owner, std::string_view caption, std::string_view prompt,
-                                   const std::string& text, HMODULE layouts) {
-  OpenPrompt asked{caption, prompt, text};
-  if (openLayout(owner, "DIALOG_PROMPT", layouts, promptProcedure,
+                                   const std::string& text, const PromptLook& look) {
+  OpenPrompt asked{caption, prompt, text, look.night};
+  if (openLayout(owner, "DIALOG_PROMPT", look.layouts, promptProcedure,
                  reinterpret_cast<LPARAM>(&asked)) != IDOK) {
     return std::nullopt;
   }
   return asked.text;
+}
+
+std::optional<size_t> chooseRow(HWND owner, std::string_view caption,
+                                std::span<const std::string> rows, const PromptLook& look) {
+  OpenRows asked{caption, rows, look.night, std::nullopt};
+  openLayout(owner, "DIALOG_ROWS", look.layouts, rowsProcedure, reinterpret_cast<LPARAM>(&asked));
+  return asked.chosen;
 }
 
 }  // namespace vgps

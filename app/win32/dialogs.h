@@ -2,7 +2,9 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -15,8 +17,18 @@ namespace vgps {
 // the system refuses. `layouts` is a language library whose layout is used if it has one.
 int runDialog(HWND owner, DialogContext& context, Command command, HMODULE layouts = nullptr);
 
+// How a small question looks.
+struct PromptLook {
+  HMODULE layouts = nullptr;  // of a language library
+  bool night = false;
+};
+
 // Asks for one line of text; empty if the user cancels.
 std::optional<std::string> askText(HWND owner, std::string_view caption, std::string_view prompt,
-                                   const std::string& text, HMODULE layouts = nullptr);
+                                   const std::string& text, const PromptLook& look = {});
+
+// Lets the user choose one of the rows; empty if the user cancels.
+std::optional<size_t> chooseRow(HWND owner, std::string_view caption,
+                                std::span<const std::string> rows, const PromptLook& look = {});
 
 }  // namespace vgps

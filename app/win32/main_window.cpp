@@ -16,10 +16,12 @@
 #include "app/win32/main_menu.h"
 #include "app/win32/message_parameter.h"
 #include "app/win32/night_look.h"
+#include "app/win32/night_menu.h"
 #include "app/win32/single_instance.h"
 #include "app/win32/window_messages.h"
 #include "app/win32/window_ui_thread.h"
 #include "base/texts.h"
+#include "display/raw_log.h"
 #include "display/readout_layout.h"
 #include "display/screens.h"
 #include "platform/win32/wide.h"
@@ -209,7 +211,13 @@ LRESULT MainWindow::handleFrame(UINT message, WPARAM first, LPARAM second) {
       drawInto(addressIn<HDC__>(first), client.right, client.bottom);
       return 0;
     }
+    case WM_MEASUREITEM:
+      return measureNightMenuItem(window_, *addressIn<MEASUREITEMSTRUCT>(second)) ? TRUE : FALSE;
+    case WM_MENUCHAR:
+      if (!isNight_ || HIWORD(first) == MF_SYSMENU) break;
+      return itemOfMenuCharacter(addressIn<HMENU__>(second), static_cast<wchar_t>(LOWORD(first)));
     case WM_DRAWITEM:
+      if (drawNightMenuItem(window_, *addressIn<const DRAWITEMSTRUCT>(second))) return TRUE;
       startButtons_.drawButton(*addressIn<const DRAWITEMSTRUCT>(second), makeScene(*app_).palette);
       return TRUE;
     case WM_SIZE: startButtons_.place(); return 0;
@@ -227,8 +235,9 @@ LRESULT MainWindow::handleFrame(UINT message, WPARAM first, LPARAM second) {
     }
     default:
       if (message == TrayIcon::areaCreatedMessage() && message != 0) tray_.restore();
-      return DefWindowProcW(window_, message, first, second);
+      break;
   }
+  return DefWindowProcW(window_, message, first, second);
 }
 
 bool MainWindow::handleUiMessage(UINT message, WPARAM first, LPARAM second) {
@@ -379,6 +388,8 @@ void MainWindow::followScheme() {
   if (night == isNight_) return;
   isNight_ = night;
   darkenFrame(window_, night);
+  darkenMenu(GetMenu(window_), night);
+  DrawMenuBar(window_);
 }
 
 // While neither maximized nor minimized.
@@ -457,8 +468,9 @@ Scene MainWindow::scene() const {
 }
 
 void MainWindow::drawInto(HDC target, int width, int height) {
-  const Scene drawn = scene();
   GdiplusCanvas canvas(target, width, height, fonts_);
+  app_->rawLog.setRoom(rawLogRoom(canvas.bounds(), densityOf(window_), app_->settings.fontFactor));
+  const Scene drawn = scene();
   drawScreen(canvas, drawn);
   if (startButtons_.areShown()) startButtons_.drawWords(canvas, drawn.palette);
   paintedTexts_ = timeDependentTexts(drawn);

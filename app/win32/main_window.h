@@ -57,7 +57,8 @@ class MainWindow : public DesktopWindow {
   void offerSearch(std::string_view error) override;
   void tell(std::string_view text) override;
   bool ask(std::string_view question) override;
-  size_t choose(std::string_view question, std::span<const std::string_view> answers) override;
+  size_t choose(std::string_view question, std::span<const std::string_view> answers,
+                size_t standard) override;
   void setTimer(uint32_t number, uint32_t ms) override;
   void killTimer(uint32_t number) override;
   void postTap(uint32_t point) override;
@@ -100,6 +101,7 @@ class MainWindow : public DesktopWindow {
   void followScheme();
   bool openFinder();
   bool openSettings(Command command);
+  HMODULE layouts() const;
   void drawStatusInto(HDC target, int width, int height);
   void showTitle();
   void showMessages();

@@ -4,9 +4,11 @@
 #include <commctrl.h>
 #include <uxtheme.h>
 
+#include <algorithm>
 #include <string_view>
 
 #include "app/win32/message_parameter.h"
+#include "app/win32/painting.h"
 #include "display/palette.h"
 
 namespace vgps {
@@ -38,11 +40,9 @@ void drawButton(const NMCUSTOMDRAW& draw) {
   const bool pressed = (draw.uItemState & CDIS_SELECTED) != 0;
   const bool focused = (draw.uItemState & CDIS_FOCUS) != 0;
   RECT area = draw.rc;
-  SetDCBrushColor(draw.hdc, focused ? palette.label : palette.idle);
-  FillRect(draw.hdc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+  fillArea(draw.hdc, area, focused ? palette.label : palette.idle);
   InflateRect(&area, -1, -1);
-  SetDCBrushColor(draw.hdc, pressed ? palette.background : palette.grid);
-  FillRect(draw.hdc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+  fillArea(draw.hdc, area, pressed ? palette.background : palette.grid);
   wchar_t text[100] = L"";
   GetWindowTextW(draw.hdr.hwndFrom, text, static_cast<int>(std::size(text)));
   SetBkMode(draw.hdc, TRANSPARENT);
@@ -86,8 +86,7 @@ void drawGroup(HWND group) {
   DrawTextW(context, text, -1, &caption, DT_SINGLELINE | DT_CALCRECT);
   RECT frame = area;
   frame.top += caption.bottom / 2;
-  SetDCBrushColor(context, palette.idle);
-  FrameRect(context, &frame, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+  frameArea(context, frame, palette.idle);
   OffsetRect(&caption, caption.bottom / 2 + 2, 0);
   SetBkColor(context, palette.panel);
   SetTextColor(context, palette.label);
@@ -96,12 +95,105 @@ void drawGroup(HWND group) {
   EndPaint(group, &paint);
 }
 
-LRESULT CALLBACK groupProcedure(HWND group, UINT message, WPARAM first, LPARAM second, UINT_PTR,
-                                DWORD_PTR) {
-  if (message == WM_NCDESTROY) RemoveWindowSubclass(group, groupProcedure, kNightLook);
-  if (message != WM_PAINT) return DefSubclassProc(group, message, first, second);
-  drawGroup(group);
+void drawHeaderItem(HDC context, HWND header, int index) {
+  const Palette& palette = nightPalette();
+  RECT area{};
+  if (Header_GetItemRect(header, index, &area) == FALSE) return;
+  RECT line = {area.right - 1, area.top, area.right, area.bottom};
+  fillArea(context, line, palette.idle);
+  wchar_t text[100] = L"";
+  HDITEMW item{};
+  item.mask = HDI_TEXT;
+  item.pszText = text;
+  item.cchTextMax = static_cast<int>(std::size(text));
+  SendMessageW(header, HDM_GETITEMW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
+  InflateRect(&area, -3 * GetSystemMetrics(SM_CXEDGE), 0);
+  DrawTextW(context, item.pszText, -1, &area, DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS);
+}
+
+// The names of a list's columns; the header, too, asks nobody for its colors.
+void drawHeader(HWND header) {
+  const Palette& palette = nightPalette();
+  PAINTSTRUCT paint;
+  const HDC context = BeginPaint(header, &paint);
+  if (context == nullptr) return;
+  RECT area{};
+  GetClientRect(header, &area);
+  fillArea(context, area, palette.grid);
+  SetBkMode(context, TRANSPARENT);
+  SetTextColor(context, palette.value);
+  const HGDIOBJ before =
+      SelectObject(context, reinterpret_cast<HFONT>(SendMessageW(header, WM_GETFONT, 0, 0)));
+  for (int i = 0; i < Header_GetItemCount(header); ++i) drawHeaderItem(context, header, i);
+  SelectObject(context, before);
+  EndPaint(header, &paint);
+}
+
+// In the system's theme it takes no colors, and without it not everywhere.
+void drawProgress(HWND bar) {
+  const Palette& palette = nightPalette();
+  PAINTSTRUCT paint;
+  const HDC context = BeginPaint(bar, &paint);
+  if (context == nullptr) return;
+  PBRANGE range{};
+  SendMessageW(bar, PBM_GETRANGE, FALSE, reinterpret_cast<LPARAM>(&range));
+  const int done = static_cast<int>(SendMessageW(bar, PBM_GETPOS, 0, 0)) - range.iLow;
+  RECT area{};
+  GetClientRect(bar, &area);
+  fillArea(context, area, palette.grid);
+  area.right = MulDiv(area.right, done, std::max(range.iHigh - range.iLow, 1));
+  fillArea(context, area, palette.good);
+  EndPaint(bar, &paint);
+}
+
+// Controls that are drawn here; the last parameter is their function.
+struct DrawnControl {
+  std::wstring_view name;
+  LONG kind;  // of a button
+  void (*draw)(HWND control);
+};
+constexpr DrawnControl kDrawn[] = {
+    {WC_BUTTONW, BS_GROUPBOX, drawGroup},
+    {WC_HEADERW, -1, drawHeader},
+    {PROGRESS_CLASSW, -1, drawProgress},
+};
+
+const DrawnControl* findDrawn(HWND control) {
+  const auto* const found =
+      std::find_if(std::begin(kDrawn), std::end(kDrawn), [control](const DrawnControl& row) {
+        return isOfClass(control, row.name) && buttonKind(control) == row.kind;
+      });
+  return found == std::end(kDrawn) ? nullptr : found;
+}
+
+LRESULT CALLBACK drawnProcedure(HWND control, UINT message, WPARAM first, LPARAM second, UINT_PTR,
+                                DWORD_PTR row) {
+  if (message == WM_NCDESTROY) RemoveWindowSubclass(control, drawnProcedure, kNightLook);
+  if (message != WM_PAINT) return DefSubclassProc(control, message, first, second);
+  reinterpret_cast<const DrawnControl*>(row)->draw(control);
   return 0;
+}
+
+// The row that is selected is bright in the system's colors.
+LRESULT drawListRow(NMLVCUSTOMDRAW& draw) {
+  if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+  if (draw.nmcd.dwDrawStage != CDDS_ITEMPREPAINT) return CDRF_DODEFAULT;
+  const HWND list = draw.nmcd.hdr.hwndFrom;
+  const auto row = static_cast<int>(draw.nmcd.dwItemSpec);
+  const bool selected = (ListView_GetItemState(list, row, LVIS_SELECTED) & LVIS_SELECTED) != 0;
+  draw.nmcd.uItemState &= ~UINT{CDIS_SELECTED | CDIS_FOCUS};
+  draw.clrText = nightPalette().value;
+  draw.clrTextBk = selected ? nightPalette().idle : nightPalette().background;
+  return CDRF_NEWFONT;
+}
+
+LRESULT drawPart(NMCUSTOMDRAW& draw) {
+  if (isOfClass(draw.hdr.hwndFrom, WC_LISTVIEWW)) {
+    return drawListRow(reinterpret_cast<NMLVCUSTOMDRAW&>(draw));
+  }
+  if (!isPushButton(draw.hdr.hwndFrom) || draw.dwDrawStage != CDDS_PREPAINT) return CDRF_DODEFAULT;
+  drawButton(draw);
+  return CDRF_SKIPDEFAULT;
 }
 
 LRESULT CALLBACK procedure(HWND dialog, UINT message, WPARAM first, LPARAM second, UINT_PTR,
@@ -114,11 +206,9 @@ LRESULT CALLBACK procedure(HWND dialog, UINT message, WPARAM first, LPARAM secon
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORLISTBOX: return paintedWith(first, backgroundBrush(), palette.background);
     case WM_NOTIFY: {
-      const auto& draw = *addressIn<const NMCUSTOMDRAW>(second);
-      if (draw.hdr.code != NM_CUSTOMDRAW || !isPushButton(draw.hdr.hwndFrom)) break;
-      if (draw.dwDrawStage != CDDS_PREPAINT) break;
-      drawButton(draw);
-      return CDRF_SKIPDEFAULT;
+      auto& draw = *addressIn<NMCUSTOMDRAW>(second);
+      if (draw.hdr.code != NM_CUSTOMDRAW) break;
+      return drawPart(draw);
     }
     case WM_NCDESTROY: RemoveWindowSubclass(dialog, procedure, kNightLook); break;
     default: break;
@@ -135,14 +225,10 @@ BOOL CALLBACK darkenControl(HWND control, LPARAM function) {
     ListView_SetBkColor(control, palette.background);
     ListView_SetTextBkColor(control, palette.background);
     ListView_SetTextColor(control, palette.value);
-  } else if (buttonKind(control) == BS_GROUPBOX) {
-    SetWindowSubclass(control, groupProcedure, kNightLook, 0);
+  } else if (const DrawnControl* const drawn = findDrawn(control)) {
+    SetWindowSubclass(control, drawnProcedure, kNightLook, reinterpret_cast<DWORD_PTR>(drawn));
   } else if (!isPushButton(control)) {
     reinterpret_cast<SetWindowThemeFunction>(function)(control, L"", L"");
-    if (isOfClass(control, PROGRESS_CLASSW)) {
-      SendMessageW(control, PBM_SETBKCOLOR, 0, palette.background);
-      SendMessageW(control, PBM_SETBARCOLOR, 0, palette.good);
-    }
   }
   return TRUE;
 }

@@ -7,6 +7,7 @@
 #include "app/desktop/command.h"
 #include "app/win32/dpi.h"
 #include "app/win32/message_parameter.h"
+#include "app/win32/painting.h"
 #include "base/texts.h"
 #include "display/readout_layout.h"
 #include "display/text_fit.h"
@@ -92,11 +93,6 @@ void drawLine(Canvas& canvas, std::string_view text, const Rect& box, const Font
   canvas.text(shown, box, font, color, Align::center);
 }
 
-void fill(HDC target, const RECT& area, Color color) {
-  SetDCBrushColor(target, color);
-  FillRect(target, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
-}
-
 }  // namespace
 
 bool StartButtons::create(HWND parent) {
@@ -163,9 +159,9 @@ void StartButtons::drawButton(const DRAWITEMSTRUCT& item, const Palette& palette
   const int thin = std::max(static_cast<int>(item.rcItem.bottom) / 40, 1);
   const int border = hasKeyboard ? 3 * thin : thin;
   RECT inner = item.rcItem;
-  fill(item.hDC, inner, hasKeyboard ? palette.good : palette.label);
+  fillArea(item.hDC, inner, hasKeyboard ? palette.good : palette.label);
   InflateRect(&inner, -border, -border);
-  fill(item.hDC, inner, pressed ? palette.grid : palette.panel);
+  fillArea(item.hDC, inner, pressed ? palette.grid : palette.panel);
   if (pressed) OffsetRect(&inner, thin, thin);
   const HGDIOBJ before = SelectObject(item.hDC, font_);
   SetBkMode(item.hDC, TRANSPARENT);

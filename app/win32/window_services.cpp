@@ -12,7 +12,6 @@
 #include "app/win32/file_chooser.h"
 #include "app/win32/find_receiver.h"
 #include "app/win32/finder_dialog.h"
-#include "app/win32/prompt_dialogs.h"
 #include "app/win32/window_messages.h"
 #include "platform/win32/wide.h"
 #include "res/finder_ids.h"
@@ -97,7 +96,8 @@ bool MainWindow::ask(std::string_view question) {
 
 // Disables the window meanwhile, like a message box. Escape and the close box press the last
 // button, because that one cancels.
-size_t MainWindow::choose(std::string_view question, std::span<const std::string_view> answers) {
+size_t MainWindow::choose(std::string_view question, std::span<const std::string_view> answers,
+                          size_t standard) {
   std::vector<std::wstring> words;
   words.reserve(answers.size());
   for (const std::string_view answer : answers) words.push_back(wideFromUtf8(answer));
@@ -119,7 +119,7 @@ size_t MainWindow::choose(std::string_view question, std::span<const std::string
   buttons.back().nButtonID = IDCANCEL;
   dialog.cButtons = static_cast<UINT>(buttons.size());
   dialog.pButtons = buttons.data();
-  dialog.nDefaultButton = IDCANCEL;
+  dialog.nDefaultButton = standard < buttons.size() ? buttons[standard].nButtonID : IDCANCEL;
   int pressed = 0;
   if (TaskDialogIndirect(&dialog, &pressed, nullptr, nullptr) != S_OK) pressed = 0;
   const size_t chosen = static_cast<size_t>(pressed - kFirstAnswer);
@@ -174,8 +174,11 @@ bool MainWindow::openFinder() {
 
 bool MainWindow::openSettings(Command command) {
   DialogContext context = dialogContextOf(*app_);
-  const HMODULE layouts = setting_.language != nullptr ? setting_.language->module() : nullptr;
-  return runDialog(window_, context, command, layouts) != 0;
+  return runDialog(window_, context, command, layouts()) != 0;
+}
+
+HMODULE MainWindow::layouts() const {
+  return setting_.language != nullptr ? setting_.language->module() : nullptr;
 }
 
 std::string MainWindow::chooseFile(const FileChoice& choice) {
@@ -185,11 +188,14 @@ std::string MainWindow::chooseFile(const FileChoice& choice) {
 
 std::optional<size_t> MainWindow::chooseRow(std::string_view title,
                                             std::span<const std::string> rows) {
-  return chooseRowIn(window_, title, rows);
+  const bool night = app_->scheme == ColorScheme::night;
+  return vgps::chooseRow(window_, title, rows, {layouts(), night});
 }
 
 std::optional<std::string> MainWindow::askText(std::string_view title, std::string_view text) {
-  return askTextIn(window_, title, text);
+  const bool night = app_->scheme == ColorScheme::night;
+  return vgps::askText(window_, textOf(Text::programName), title, std::string(text),
+                       {layouts(), night});
 }
 
 void MainWindow::copyText(std::string_view text) {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "display/raw_log.h"
 #include "display/screens.h"
 #include "display/statistics_list.h"
@@ -48,6 +50,11 @@ TEST(ListScreens, FitEverySize) {
       drawScreen(canvas, scene);
       EXPECT_GT(canvas.texts.size(), 9U);
       expectTidy(canvas);
+      const auto rows = std::count_if(
+          canvas.texts.begin(), canvas.texts.end(),
+          [](const RecordingCanvas::Text& text) { return text.text.starts_with("$GPRMC"); });
+      const size_t room = rawLogRoom(canvas.bounds(), scene.density, scene.fontFactor);
+      if (screen == Screen::rawLog) EXPECT_EQ(static_cast<size_t>(rows), room);
     }
   }
 }

@@ -35,7 +35,8 @@ class FakeWindow : public DesktopWindow {
     questions.emplace_back(question);
     return onAsk ? onAsk() : answer;
   }
-  size_t choose(std::string_view question, std::span<const std::string_view> answers) override {
+  size_t choose(std::string_view question, std::span<const std::string_view> answers,
+                size_t) override {
     questions.emplace_back(question);
     offered.assign(answers.begin(), answers.end());
     const auto found = std::find(offered.begin(), offered.end(), wanted);

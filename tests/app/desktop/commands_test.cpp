@@ -103,21 +103,18 @@ TEST(Commands, TheLogIsSwitchedAndRemembered) {
   }
 }
 
-TEST(Commands, SimulationDataComeFromAFile) {
-  AppWorld world;
-  world.window.chosenFile = "trip.gpx";
-  runCommand(world.app, Command::loadSimulation);
-  EXPECT_EQ(currentNotice(world.app), kNotAvailable);
-  std::string asked;
-  world.app.extensions.simulationFrom = [&](const std::string& path,
-                                            std::vector<std::string>& lines) {
-    asked = path;
-    lines = {"$GPRMC,1"};
-    return true;
-  };
-  runCommand(world.app, Command::loadSimulation);
-  EXPECT_EQ(asked, "trip.gpx");
-  EXPECT_EQ(currentNotice(world.app), "Simulation data loaded from trip.gpx");
+TEST(Commands, SimulationDataComeFromATrackFile) {
+  ProgramWorld world;
+  world.load("");
+  world.window.chosenFile = world.folder / "trip.xml";
+  for (const bool whole : {false, true}) {
+    const char* const points = whole ? R"(<p x="23.7" y="37.9" z="80" />)" : "";
+    world.folder.write("trip.xml", std::string(R"(<t n="Trip">)") + points + "</t>");
+    runCommand(world.app, Command::loadSimulation);
+    EXPECT_EQ(currentNotice(world.app),
+              whole ? "Simulation data loaded from Trip" : "No simulation data found in Trip");
+    EXPECT_EQ(world.app.simulationData == SimulationData::loaded, whole);
+  }
 }
 
 // The year and the milliseconds stay the computer's.
@@ -181,6 +178,11 @@ TEST(Commands, TheRawLogPausesScrollsFiltersAndIsCopied) {
   for (size_t i = 0; i < RawLog::kRows + 10; ++i) world.receive("$GPGSA,E\r\n");
   EXPECT_EQ(app.rawLog.size(), RawLog::kRows);
   EXPECT_EQ(app.rawLog.matching(), RawLog::kRows);
+  app.rawLog.setRoom(20);
+  EXPECT_TRUE(onRawLogKey(app, 0x24));  // Home
+  EXPECT_EQ(app.rawLog.newer(), RawLog::kRows - 20) << "a whole page is in view";
+  EXPECT_TRUE(onRawLogKey(app, 0x22));  // Page Down
+  EXPECT_EQ(app.rawLog.newer(), RawLog::kRows - 39);
   runCommand(app, Command::clearRawLog);
   EXPECT_TRUE(app.rawLog.empty());
 }

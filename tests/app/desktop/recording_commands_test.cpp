@@ -353,9 +353,13 @@ TEST_F(RecordingCommands, ASavedTrackIsNotContinuedUnasked) {
     run(kEnd);
     app.recorder.track.points.resize(3);  // like an opened track
     app.recorder.track.name = "Opened";
-    world.window.wanted = adds ? "&Add to this one" : "";
+    world.window.wanted = "";
     run(kStart);
-    EXPECT_EQ(world.window.offered, (std::vector<std::string>{"&Add to this one", "&New track"}));
+    EXPECT_EQ(app.recorder.track.state, kIdle) << "the user closed the question";
+    EXPECT_EQ(world.window.offered,
+              (std::vector<std::string>{"&Add to this one", "&New track", "Cancel"}));
+    world.window.wanted = adds ? "&Add to this one" : "&New track";
+    run(kStart);
     EXPECT_EQ(app.recorder.track.points.size(), adds ? 3U : 0U);
     EXPECT_EQ(app.recorder.track.name, adds ? "Opened" : "");
     EXPECT_EQ(app.recorder.track.state, kRecording);

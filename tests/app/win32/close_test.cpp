@@ -45,9 +45,11 @@ class RecordingProgram : public testing::Test {
     ASSERT_TRUE(waitFor([&] { return journalPoints() == static_cast<uintmax_t>(epochs); }));
   }
 
+  // The receiver's UTC stands in a note in front of each.
   uintmax_t journalPoints() const {
+    constexpr uintmax_t kPoint = kJournalPoint + kJournalRecordHead + kJournalNoteBody;
     const auto size = folder.size(kJournalName);
-    return size < kJournalHeader ? 0 : (size - kJournalHeader) / kJournalPoint;
+    return size < kJournalHeader ? 0 : (size - kJournalHeader) / kPoint;
   }
 
   HWND askToClose() {

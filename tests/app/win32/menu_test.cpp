@@ -4,6 +4,7 @@
 
 #include "app/desktop/menus.h"
 #include "app/win32/message_parameter.h"
+#include "display/palette.h"
 #include "tests/app/win32/drive.h"
 
 // The menu bar of the real window, in the same process: another's menus cannot be read.
@@ -50,6 +51,46 @@ class Menu : public testing::Test {
   ProgramInProcess program{{}};
   std::vector<Command> items;
 };
+
+bool isDrawnByTheWindow(HMENU menu) {
+  MENUITEMINFOW item{};
+  item.cbSize = sizeof item;
+  item.fMask = MIIM_FTYPE;
+  return GetMenuItemInfoW(menu, 0, TRUE, &item) != FALSE && (item.fType & MFT_OWNERDRAW) != 0;
+}
+
+// At night the window draws the items, and the system no longer looks for their letters.
+TEST_F(Menu, IsDarkAtNightAndKeepsItsLetters) {
+  const HMENU bar = GetMenu(program.window());
+  const HMENU view = GetSubMenu(bar, 1);
+  postCommand(program.window(), Command::dayColors);
+  ASSERT_TRUE(waitFor([&] { return !isDrawnByTheWindow(view); }));
+  postCommand(program.window(), Command::nightColors);
+  ASSERT_TRUE(waitFor([&] { return isDrawnByTheWindow(bar) && isDrawnByTheWindow(view); }));
+  EXPECT_EQ(SendMessageW(program.window(), WM_MENUCHAR, 'v', reinterpret_cast<LPARAM>(bar)),
+            MAKELRESULT(1, MNC_EXECUTE));
+
+  const HDC context = CreateCompatibleDC(nullptr);
+  const HBITMAP picture = CreateBitmap(200, 20, 1, 32, nullptr);
+  const HGDIOBJ before = SelectObject(context, picture);
+  DRAWITEMSTRUCT item{};
+  item.CtlType = ODT_MENU;
+  item.itemID = GetMenuItemID(view, 0);
+  item.hDC = context;
+  item.rcItem = {0, 0, 200, 20};
+  item.itemData = reinterpret_cast<ULONG_PTR>(view);
+  EXPECT_NE(SendMessageW(program.window(), WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&item)), 0);
+  int ink = 0;
+  for (int i = 0; i < 200 * 20; ++i) {
+    ink += GetPixel(context, i % 200, i / 200) != nightPalette().panel;
+  }
+  EXPECT_TRUE(ink > 20 && ink < 2000) << ink;
+  SelectObject(context, before);
+  DeleteObject(picture);
+  DeleteDC(context);
+  postCommand(program.window(), Command::dayColors);
+  EXPECT_TRUE(waitFor([&] { return !isDrawnByTheWindow(bar); }));
+}
 
 // Dialogs and questions that open are given up; nothing may hang or end the program.
 TEST_F(Menu, EveryItemAnswers) {
