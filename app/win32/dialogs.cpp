@@ -159,7 +159,6 @@ INT_PTR CALLBACK promptProcedure(HWND window, UINT message, WPARAM first, LPARAM
     view.setText(CONTROL_PROMPT, asked.prompt);
     view.setText(CONTROL_PROMPT_TEXT, asked.text);
     SendDlgItemMessageW(window, CONTROL_PROMPT_TEXT, EM_SETSEL, 0, -1);
-    centerOverOwner(window);
     return TRUE;
   }
   if (message != WM_COMMAND || (LOWORD(first) != IDOK && LOWORD(first) != IDCANCEL)) return FALSE;

@@ -68,9 +68,9 @@ TEST_F(Imports, GpxAsItIs) {
             "0.000000,10.000000,0.0,0.00,0.0,00:00,");
   EXPECT_EQ(result.lines,
             (std::vector<std::string>{
-                "Further segments not imported: 1, with 1 points.", "Times not imported: 2",
+                "Additional segments not imported: 1, with 1 points.", "Times not imported: 2",
                 "Speeds not imported: 1", "Courses not imported: 1",
-                "Points left out because their position is not on the earth: 3",
+                "Points not imported because their position is not on the earth: 3",
                 "Coordinates that are not numbers, read as 0: 1"}));
 }
 
@@ -192,13 +192,13 @@ TEST_F(Imports, WhatCannotBeReadIsToldAndNothingIsAsked) {
     const char *name, *text, *message;
   } kRows[] = {
       {"a.xml", "<html><body/></html>",
-       "Cannot import this file: it holds \"html\", not GPX, KML, LOC or a track."},
+       "Cannot import this file: it contains \"html\", not GPX, KML, LOC, or a track."},
       {"b.kmz", "PK not an archive", "Cannot read "},
-      {"c.kml", "", "Nothing was found to import in "},
+      {"c.kml", "", "Nothing to import was found in "},
       {"d.kml",
        "<kml><Placemark><LineString><coordinates>1,2 3,4</coordinates></LineString></Place",
-       "1 track imported (2 points)\nThe file is damaged from line 1, column 76. What could be "
-       "read was imported."},
+       "1 track imported (2 points)\nThe file is damaged from line 1, column 76. Only the readable "
+       "part was imported."},
   };
   for (const auto& row : kRows) {
     hooks.said.clear();
