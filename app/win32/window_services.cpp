@@ -165,7 +165,7 @@ bool MainWindow::openDialog(Command command) {
 bool MainWindow::openFinder() {
   FinderSetup setup;
   setup.makePort = app_->platform.makePort;
-  setup.night = app_->scheme == ColourScheme::night;
+  setup.night = app_->scheme == ColorScheme::night;
   const HINSTANCE resources =
       setting_.language != nullptr ? setting_.language->ofDialog(DIALOG_FINDER) : setting_.instance;
   findReceiver(*app_, resources, window_, setup);
@@ -188,12 +188,12 @@ std::string MainWindow::chooseFile(const FileChoice& choice) {
 
 std::optional<size_t> MainWindow::chooseRow(std::string_view title,
                                             std::span<const std::string> rows) {
-  const bool night = app_->scheme == ColourScheme::night;
+  const bool night = app_->scheme == ColorScheme::night;
   return vgps::chooseRow(window_, title, rows, {layouts(), night});
 }
 
 std::optional<std::string> MainWindow::askText(std::string_view title, std::string_view text) {
-  const bool night = app_->scheme == ColourScheme::night;
+  const bool night = app_->scheme == ColorScheme::night;
   return vgps::askText(window_, textOf(Text::programName), title, std::string(text),
                        {layouts(), night});
 }
