@@ -54,9 +54,7 @@ TEST(ListScreens, FitEverySize) {
           canvas.texts.begin(), canvas.texts.end(),
           [](const RecordingCanvas::Text& text) { return text.text.starts_with("$GPRMC"); });
       const size_t room = rawLogRoom(canvas.bounds(), scene.density, scene.fontFactor);
-      if (screen == Screen::rawLog) {
-        EXPECT_EQ(static_cast<size_t>(rows), room);
-      }
+      EXPECT_TRUE(screen != Screen::rawLog || static_cast<size_t>(rows) == room) << rows;
     }
   }
 }

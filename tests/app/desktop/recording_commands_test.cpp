@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "app/desktop/command_handlers.h"
 #include "app/desktop/commands.h"
 #include "app/desktop/dialog_context.h"
 #include "app/desktop/save_messages.h"
@@ -375,6 +376,10 @@ TEST_F(RecordingCommands, ThisPositionIsRecordedAtOnce) {
   world.receiveFix();
   world.receiveFix();
   EXPECT_EQ(app.recorder.track.points.size(), 1U) << "straight on";
+  run(Command::recordPointNow);
+  EXPECT_EQ(app.recorder.track.points.size(), 1U) << "the receiver was unplugged";
+  EXPECT_FALSE(canRecordPoint(app, Command::recordPointNow));
+  app.fix.running = true;
   run(Command::recordPointNow);
   EXPECT_EQ(app.recorder.track.points.size(), 2U);
   for (int i = 0; i < 11; ++i) world.receiveFix(1);

@@ -123,6 +123,7 @@ TEST(Close, ATrackInMemoryIsAskedForUntilItIsSettled) {
        [](auto& w) {
          runCommand(w.app, Command::endRecording);
          w.app.paths.journal = w.folder / "vgpstrack.journal";
+         w.window.wanted = "&New track";
          runCommand(w.app, Command::startRecording), runCommand(w.app, Command::pauseOrResume);
        },
        false},

@@ -36,13 +36,14 @@ class RecordingProgram : public testing::Test {
     }
   }
 
-  // Some points for the track, which are on the disk afterwards.
+  // Some points for the track, which are on the disk afterwards. The very first fix waits for its
+  // course, which comes behind its position; the second one still has it and adds no point.
   void drive() {
     std::string bytes;
     for (int i = 0; i < 6; ++i) bytes += epochText(++epochs);
     ASSERT_NO_FATAL_FAILURE(handOver(bytes));
     for (int i = 0; i < 2; ++i) sendCommand(window, Command::pauseOrResume);  // a pause writes them
-    ASSERT_TRUE(waitFor([&] { return journalPoints() == static_cast<uintmax_t>(epochs); }));
+    ASSERT_TRUE(waitFor([&] { return journalPoints() == static_cast<uintmax_t>(epochs - 1); }));
   }
 
   // The receiver's UTC stands in a note in front of each.
@@ -118,7 +119,7 @@ TEST_F(RecordingProgram, LoggingOffAsksNothingAndKeepsThePoints) {
 TEST_F(RecordingProgram, AfterACrashItIsOfferedAndGoesOn) {
   const HWND question = crashAndStart();
   ASSERT_NE(question, nullptr);
-  EXPECT_NE(childWith(question, L"An unfinished recording was found. Points: 6."), nullptr);
+  EXPECT_NE(childWith(question, L"An unfinished recording was found. Points: 5."), nullptr);
   EXPECT_FALSE(IsWindowEnabled(window)) << "keys from elsewhere wait";
   const HWND button = childWith(question, L"&Continue");
   ASSERT_NE(button, nullptr);
