@@ -160,6 +160,7 @@ int recordLog(const RecordOptions& options, const Settings& settings) {
 
 // Records into the journal beside the track until it is stopped; then the track is written.
 int recordLive(const RecordOptions& options, const Settings& settings) {
+  const auto mailbox = stoppableMailbox();
   const std::string journal = options.output + ".journal";
   for (const std::string& left : existingJournals(journal)) {
     warn("an earlier recording was cut short; to save it, use vgps recover --journal " + left +
@@ -172,6 +173,7 @@ int recordLive(const RecordOptions& options, const Settings& settings) {
   size_t fixes = 0;
   ProgressLine progress;
   readLiveFixes(
+      mailbox,
       {.port = options.port,
        .speed = options.speed,
        .simulated = options.simulated,

@@ -12,10 +12,14 @@ namespace vgps {
 // GGA's quality while a GGA says it; an RMC knows no more than that there is a fix.
 int32_t currentQuality(const UiFix& shown, uint32_t now);
 
+// In the fix, as GGA counts them or GSA lists them.
+int32_t usedSatellites(const UiFix& shown);
+
 // None without a fix, or when nothing tells.
 std::optional<Accuracy> currentAccuracy(const UiFix& shown, uint32_t now);
 
-// Which values the receiver has ever given: a 0 of one that left the field empty is unknown.
+// Which values stand for something that the receiver said. `FixRecord` marks what a fix lacks; what
+// is not 0 was said even without one, and a 0 counts only when a fix vouches for it.
 struct KnownValues {
   bool status = false;  // whether there is a fix
   bool position = false;
