@@ -36,7 +36,7 @@ std::string textOfCount(uint64_t count, Text one, Text several);
 
 // Looks up the text from `first` to `last` whose English version is `english` and returns it in the
 // current language; empty if there is none.
-std::string_view textLike(std::string_view english, Text first, Text last);
+std::string_view translationOf(std::string_view english, Text first, Text last);
 
 // Every text, ascending by number.
 std::span<const Text> allTexts();

@@ -21,7 +21,7 @@ std::string offered(RecordingWorld& world, const std::vector<FixAt>& fixes, uint
 }
 
 TEST(Recording, WithoutASpeedTheWayTellsIt) {
-  constexpr double kTenMetres = 10 / 111200.0;  // of latitude
+  constexpr double kTenMeters = 10 / 111200.0;  // of latitude
   RecordingWorld world;
   world.recording.start();
   FixRecord fix = FixAt{.kmh = 0};
@@ -34,8 +34,8 @@ TEST(Recording, WithoutASpeedTheWayTellsIt) {
     world.clock.now += 1000;
   };
   for (int i = 0; i < 3; ++i) go(0, 0);                 // at rest: the first one only
-  for (int i = 0; i < 3; ++i) go(kTenMetres, 0);        // 36 km/h to the north, as the course 0
-  for (int i = 0; i < 3; ++i) go(0, 1.5 * kTenMetres);  // to the east
+  for (int i = 0; i < 3; ++i) go(kTenMeters, 0);        // 36 km/h to the north, as the course 0
+  for (int i = 0; i < 3; ++i) go(0, 1.5 * kTenMeters);  // to the east
   EXPECT_EQ(recorded, "R.....R..");
   EXPECT_FALSE(world.track.points.back().speedKnown());
   EXPECT_EQ(world.track.points.back().speedKmh, 0);
@@ -58,7 +58,7 @@ TEST(Recording, WhichFixesBecomePoints) {
       {"across north", {{359}, {1}}, "RR"},
       {"last course is cut", {{84.9}, {94.5}}, "RR"},
       {"last course is cut", {{84.9}, {74.5}}, "R."},
-      {"more than thirty metres", {{.altitude = 500}, {.altitude = 530}, {.altitude = 470}}, "R.."},
+      {"more than thirty meters", {{.altitude = 500}, {.altitude = 530}, {.altitude = 470}}, "R.."},
       {"up or down", {{.altitude = 500}, {.altitude = 530.5}, {.altitude = 500}}, "RRR"},
       {"below 5 km/h not", {{90}, {.course = 180, .kmh = 4.999}, {.course = 180, .kmh = 5}}, "R.R"},
       {"a slow fix leaves the deviation", {{90}, {.course = 70, .kmh = 4}, {95}}, "R.."},
