@@ -108,10 +108,15 @@ void openSource(AppState& app, const std::string& port, uint32_t speed, Simulate
   app.link.open({.port = port, .speed = speed, .simulate = simulate, .walk = walk});
 }
 
-void readLiveFixes(const LiveSource& source, const std::function<void(const FixRecord&)>& take,
-                   const std::function<void(const std::string&)>& tell) {
-  const auto mailbox = std::make_shared<UiMailbox>();
+std::shared_ptr<UiMailbox> stoppableMailbox() {
+  auto mailbox = std::make_shared<UiMailbox>();
   onStopRequest([mailbox] { mailbox->close(); });
+  return mailbox;
+}
+
+void readLiveFixes(const std::shared_ptr<UiMailbox>& mailbox, const LiveSource& source,
+                   const std::function<void(const FixRecord&)>& take,
+                   const std::function<void(const std::string&)>& tell) {
   auto live = std::make_unique<LiveFixes>(source, mailbox, take, tell);
   live->run();
   live->finish();

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -26,10 +27,17 @@ struct LiveSource {
 // Opens the port, or the simulation in its place, without a message.
 void openSource(AppState& app, const std::string& port, uint32_t speed, Simulated simulated);
 
+class UiMailbox;
+
+// Lets the user end `readLiveFixes`. Make it before anything starts a thread, a journal for
+// instance, which would be given the signal and die of it; and only once.
+std::shared_ptr<UiMailbox> stoppableMailbox();
+
 // Reads a receiver or the simulation until the user stops it or the time is up. Calls `take` with
 // every complete fix and `tell` with a message when the receiver cannot be opened, is lost, or is
-// back, and when sentences are left out; both on this thread. Call this only once.
-void readLiveFixes(const LiveSource& source, const std::function<void(const FixRecord&)>& take,
+// back, and when sentences are left out; both on this thread.
+void readLiveFixes(const std::shared_ptr<UiMailbox>& mailbox, const LiveSource& source,
+                   const std::function<void(const FixRecord&)>& take,
                    const std::function<void(const std::string&)>& tell);
 
 }  // namespace vgps

@@ -21,7 +21,7 @@ class LogFile {
   // Whether a sentence or a message of a receiver has come. Programs and pictures have lines that
   // begin with "$" too.
   bool isLog() const { return isLog_; }
-  // The error message of a log that is none.
+  // The error message for a file that is not a log.
   std::string notALog() const {
     return path_ + " is not a log: no sentence and no receiver message was found";
   }

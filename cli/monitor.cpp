@@ -272,8 +272,7 @@ int runMonitor(const MonitorOptions& options) {
   if (!options.logPath.empty() && !canAppend(options.logPath)) {
     return fail("cannot write the log file " + options.logPath);
   }
-  const auto mailbox = std::make_shared<UiMailbox>();
-  onStopRequest([mailbox] { mailbox->close(); });
+  const auto mailbox = stoppableMailbox();
   auto monitor = std::make_unique<Monitor>(options, mailbox);
   monitor->run();
   const bool heard = monitor->heard();

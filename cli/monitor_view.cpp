@@ -78,7 +78,7 @@ std::string monitorLine(const MonitorStatus& status, const UiFix& shown) {
       status.line == MonitorStatus::Line::open && status.dataSeen && hasFix(status, shown);
   if (fixShown) {
     const KnownValues known = knownValues(shown);
-    const int32_t used = shown.satellites.usedCount;
+    const int32_t used = usedSatellites(shown);
     line = orDashes(known.time, timeText(fix.utcTime)) + "  " +
            orDashes(known.position, positionText(fix)) + "  " +
            orDashes(known.altitude, fixedText(fix.altitude, 0)) + " m  " +

@@ -169,6 +169,7 @@ int recordLog(const RecordOptions& options, const Settings& settings) {
 // Records to the journal next to the track until stopped, then writes the track. Returns false
 // after one line on standard error.
 int recordLive(const RecordOptions& options, const Settings& settings) {
+  const auto mailbox = stoppableMailbox();
   const std::string journal = options.output + ".journal";
   for (const std::string& left : existingJournals(journal)) {
     warn("an earlier recording was cut short; to save it, use vgps recover --journal " + left +
@@ -181,6 +182,7 @@ int recordLive(const RecordOptions& options, const Settings& settings) {
   size_t fixes = 0;
   ProgressLine progress;
   readLiveFixes(
+      mailbox,
       {.port = options.port,
        .speed = options.speed,
        .simulated = options.simulated,

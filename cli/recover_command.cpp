@@ -182,12 +182,13 @@ class Ending {
 // Records into the journal until stopped, then saves the whole track.
 int continueRecording(UnfinishedRecording& unfinished, Recorder& recorder,
                       const RecoverOptions& options) {
+  const auto mailbox = stoppableMailbox();
   recorder.continueFrom(unfinished);
   const size_t before = recorder.track.points.size();
   say("Continuing after " + countText(before, "point") + "; press Ctrl+C to stop and save.");
   std::fflush(stdout);
   readLiveFixes(
-      {options.port, options.speed, options.simulated, options.seconds},
+      mailbox, {options.port, options.speed, options.simulated, options.seconds},
       [&](const FixRecord& fix) { recorder.offer(fix); },
       [](const std::string& text) { fail(text); });
   const size_t more = recorder.track.points.size() - before;
@@ -225,13 +226,14 @@ int recoverDiscarded(Place& place, const RecoverOptions& options) {
     return fail("discarded recording " + std::to_string(options.number) +
                 " does not exist; number of discarded recordings: " + std::to_string(found.size()));
   }
+  const bool tells = options.action == RecoverAction::tell;
   if (found.empty())
     say("No recently discarded recording was found in " + shownPath(place.folder) + ".");
   int worst = 0;
   for (size_t number = 1; number <= found.size(); ++number) {
     if (options.number != 0 && options.number != number) continue;
     const DiscardedRecording& one = found[number - 1];
-    if (options.action == RecoverAction::tell) {
+    if (tells) {
       sayDiscarded(one, number, place.recorder.options.distanceUnit);
       continue;
     }
@@ -242,6 +244,7 @@ int recoverDiscarded(Place& place, const RecoverOptions& options) {
                                                      : failedWith(result, unfinished);
     if (worst == 0) worst = status;
   }
+  if (tells && !found.empty()) say("To get one back, add --save --number N.");
   const int written = finishOutput();
   return worst != 0 ? worst : written;
 }
@@ -330,6 +333,9 @@ int runRecover(const RecoverOptions& options) {
     if (worst == 0) worst = status;
     continued = options.action == RecoverAction::continueRecording &&
                 result == JournalResult::open;  // one is enough
+  }
+  if (found > 0 && worst == 0 && options.action == RecoverAction::tell) {
+    say("Add --save, --continue, or --discard.");
   }
   if (found == 0) {
     say("No unfinished recording was found in " +

@@ -66,14 +66,15 @@ Json sentencesJson(const SentenceStats& stats) {
           {"leftOut", leftOutJson(stats)}};
 }
 
-Json satellitesJson(const SatelliteTable& table) {
+Json satellitesJson(const UiFix& shown) {
+  const SatelliteTable& table = shown.satellites;
   Json visible = Json::array();
   Json used = Json::array();
   for (size_t prn = 0; prn < table.slots.size(); ++prn) {
     if (table.slots[prn].visible != 0) visible.push_back(prn);
     if (table.slots[prn].used != 0) used.push_back(prn);
   }
-  return {{"usedCount", table.usedCount},
+  return {{"usedCount", usedSatellites(shown)},
           {"inViewCount", table.inViewCount},
           {"pdop", orNull(table.pdop != 0, table.pdop)},
           {"hdop", orNull(table.hdop != 0, table.hdop)},
@@ -176,7 +177,7 @@ Json stateJson(const UiFix& shown, const GpsFix& connection, uint32_t now, bool 
   if (!internals) {
     for (const char* const name : kInternals) state["fix"].erase(name);
   }
-  state["satellites"] = satellitesJson(shown.satellites);
+  state["satellites"] = satellitesJson(shown);
   for (const auto& [name, isKnown] :
        {std::pair{"usedCount", known.used}, {"inViewCount", known.inView}}) {
     if (!isKnown) state["satellites"][name] = nullptr;

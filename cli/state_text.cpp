@@ -114,7 +114,7 @@ std::vector<TextRow> stateRows(const UiFix& shown, uint32_t now) {
       {"Maximum", orDashes(shown.maxSpeed > 0 || known.speed, fixedText(shown.maxSpeed, 2)) +
                       " km/h, " + orDashes(shown.maxAltitude > 0, fixedText(shown.maxAltitude, 0)) +
                       " m"},
-      {"Satellites", orDashes(known.used, std::to_string(table.usedCount)) + " used, " +
+      {"Satellites", orDashes(known.used, std::to_string(usedSatellites(shown))) + " used, " +
                          orDashes(known.inView, std::to_string(table.inViewCount)) + " in view"},
       {"DOP", "position " + dop(table.pdop) + ", horizontal " + dop(table.hdop) + ", vertical " +
                   dop(table.vdop)},

@@ -1,7 +1,5 @@
 #include "display/scene.h"
 
-#include <algorithm>
-
 #include "base/texts.h"
 
 namespace vgps {
@@ -28,13 +26,7 @@ std::string_view fixQualityText(int32_t fixStatus) {
 }
 
 int32_t usedSatellites(const Scene& scene) {
-  const SatelliteTable& table = scene.satellites;
-  const bool counted = scene.stats.of(SentenceType::gga).count > 0;
-  // A receiver without GGA still lists the satellites that it uses in GSA.
-  if (table.usedCount != 0 || counted || !scene.satellitesInUseKnown) return table.usedCount;
-  return static_cast<int32_t>(
-      std::count_if(table.slots.begin(), table.slots.end(),
-                    [](const SatelliteInfo& satellite) { return satellite.used != 0; }));
+  return usedSatellites(scene.satellites, scene.stats, scene.satellitesInUseKnown);
 }
 
 }  // namespace vgps

@@ -35,7 +35,8 @@ enum Unknown : uint32_t {
   kUnknownAltitude = 1U << 0,
   kUnknownSpeed = 1U << 1,
   kUnknownCourse = 1U << 2,
-  kAllUnknown = kUnknownAltitude | kUnknownSpeed | kUnknownCourse,
+  kUnknownDate = 1U << 3,  // cold receivers tell one that is years off before they have a fix
+  kAllUnknown = kUnknownAltitude | kUnknownSpeed | kUnknownCourse | kUnknownDate,
 };
 
 // The values of a fix: everything that is drawn, recorded, and timed. A plain copyable record.
@@ -65,6 +66,7 @@ struct FixRecord {
   bool altitudeKnown() const { return (unknown & kUnknownAltitude) == 0; }
   bool speedKnown() const { return (unknown & kUnknownSpeed) == 0; }
   bool courseKnown() const { return (unknown & kUnknownCourse) == 0; }
+  bool dateKnown() const { return (unknown & kUnknownDate) == 0; }
 };
 
 // GSA and GSV share a number; SentenceType tells them apart.

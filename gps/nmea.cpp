@@ -404,6 +404,7 @@ void applyMarks(GpsFix& fix, int32_t kind, uint32_t said) {
     markKnown(fix, kUnknownSpeed, (said & kGaveSpeed) != 0);
     markKnown(fix, kUnknownCourse, (said & kGaveCourse) != 0);
     if ((said & kGaveAltitude) != 0) markKnown(fix, kUnknownAltitude, true);
+    if ((said & kSaidDate) != 0) markKnown(fix, kUnknownDate, true);
   }
   if (fix.fixStatus == 0) fix.unknown = kAllUnknown;
 }

@@ -272,4 +272,13 @@ bool SatelliteView::isUsed(const ViewedSatellite& satellite) const {
   return false;
 }
 
+int32_t usedSatellites(const SatelliteTable& table, const SentenceStats& stats, bool listed) {
+  if (table.usedCount != 0 || stats.of(SentenceType::gga).count > 0 || !listed) {
+    return table.usedCount;
+  }
+  return static_cast<int32_t>(
+      std::count_if(table.slots.begin(), table.slots.end(),
+                    [](const SatelliteInfo& satellite) { return satellite.used != 0; }));
+}
+
 }  // namespace vgps

@@ -5,7 +5,9 @@
 #include <span>
 #include <vector>
 
+#include "gps/fix.h"
 #include "gps/satellite_sentences.h"
+#include "gps/sentence_stats.h"
 
 namespace vgps {
 
@@ -100,5 +102,9 @@ class SatelliteView {
   uint32_t sweptTick_ = 0;
   uint32_t revision_ = 0;
 };
+
+// The number of satellites used in the fix: as GGA counts them, or of a receiver without GGA, as
+// many as its GSA lists; `listed` says that one has come. 0 if unknown.
+int32_t usedSatellites(const SatelliteTable& table, const SentenceStats& stats, bool listed);
 
 }  // namespace vgps

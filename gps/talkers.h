@@ -67,7 +67,7 @@ class TalkerTranslation {
   // Call this for every line, of any kind. `tick` is when it was received, in milliseconds.
   TalkerVerdict judge(const Sentence& sentence, uint32_t tick, TalkerSetting setting);
 
-  // Of a log that was looked through before: nobody is waited for there.
+  // Of a log that was looked through before: no talker is waited for there.
   void expect(TalkerTimeline timeline) { known_ = std::move(timeline); }
 
   // Forgets all talkers, for a new connection.

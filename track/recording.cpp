@@ -19,7 +19,7 @@ Position positionOf(const FixRecord& fix) { return {fix.longitude, fix.latitude,
 // The date is from the last RMC: after midnight, a GGA may arrive before the next RMC. Then the
 // time would be a day before the previous point.
 int64_t receiverUtcOf(const FixRecord& fix, int64_t before) {
-  if (!isCalendarTime(fix.utcTime)) return 0;
+  if (!fix.dateKnown() || !isCalendarTime(fix.utcTime)) return 0;
   DateTime second = fix.utcTime;
   second.millisecond = 0;
   const int64_t utc = millisecondsOf(second).value_or(0) + fix.utcMilliseconds;

@@ -25,6 +25,10 @@ std::optional<Accuracy> currentAccuracy(const UiFix& shown, uint32_t now) {
                           diluted ? shown.satellites.vdop : 0, gst);
 }
 
+int32_t usedSatellites(const UiFix& shown) {
+  return usedSatellites(shown.satellites, shown.stats, shown.satellitesInUseKnown);
+}
+
 KnownValues knownValues(const UiFix& shown) {
   const FixRecord& fix = shown.fix;
   const auto heard = [&](SentenceType type) { return shown.stats.of(type).count > 0; };
@@ -40,7 +44,7 @@ KnownValues knownValues(const UiFix& shown) {
           .variation = fix.magneticVariation != 0,
           // Midnight is never stored as a time of day.
           .time = utc.hour != 0 || utc.minute != 0 || utc.second != 0 || utc.millisecond != 0,
-          .date = utc.day != 0,
+          .date = utc.day != 0 && (fix.fixStatus == 0 || fix.dateKnown()),
           .used = arrivals.used.ever,
           .inView = arrivals.view.ever};
 }

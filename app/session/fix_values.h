@@ -12,7 +12,10 @@ namespace vgps {
 // The quality from GGA while GGA reports it; RMC only reports that there is a fix.
 int32_t currentQuality(const UiFix& shown, uint32_t now);
 
-// None without a fix, or if nothing to estimate it from was received.
+// In the fix, as GGA counts them or GSA lists them.
+int32_t usedSatellites(const UiFix& shown);
+
+// None without a fix, or when nothing tells.
 std::optional<Accuracy> currentAccuracy(const UiFix& shown, uint32_t now);
 
 // Which values the receiver has ever reported: a 0 from one that left the field empty is unknown.
