@@ -8,7 +8,9 @@
 namespace vgps {
 
 LogFile::LogFile(const std::string& path)
-    : path_(path), reader_([this](std::span<char> buffer) {
+    : path_(path),
+      ends_(fileKind(path) == FileKind::regular),
+      reader_([this](std::span<char> buffer) {
         return file_ == nullptr ? 0 : std::fread(buffer.data(), 1, buffer.size(), file_.get());
       }) {
   errno = 0;
@@ -21,7 +23,14 @@ LogFile::LogFile(const std::string& path)
 }
 
 bool LogFile::next(LogPiece& piece) {
-  if (reader_.next(piece)) return true;
+  if (!complaint_.empty()) return false;
+  if (reader_.next(piece)) {
+    const bool isLine = piece.binary || piece.text.size() < LogReader::kLongestLine;
+    anyLine_ = anyLine_ || isLine;
+    if (isLine || (ends_ && anyLine_)) return true;
+    complaint_ = (path_ == "-" ? "standard input" : path_) + " is not a log";
+    return false;
+  }
   if (file_ != nullptr && std::ferror(file_.get()) != 0) complain();
   return false;
 }

@@ -36,6 +36,8 @@ enum Unknown : uint32_t {
   kUnknownSpeed = 1U << 1,
   kUnknownCourse = 1U << 2,
   kAllUnknown = kUnknownAltitude | kUnknownSpeed | kUnknownCourse,
+  // Not of that kind, and not kept with a point: the position came with a wrong checksum.
+  kDoubtfulPosition = 1U << 3,
 };
 
 // The values of a fix: everything that is drawn, recorded, and timed. A plain copyable record.
@@ -64,6 +66,7 @@ struct FixRecord {
 
   bool altitudeKnown() const { return (unknown & kUnknownAltitude) == 0; }
   bool speedKnown() const { return (unknown & kUnknownSpeed) == 0; }
+  bool positionDoubtful() const { return (unknown & kDoubtfulPosition) != 0; }
   bool courseKnown() const { return (unknown & kUnknownCourse) == 0; }
 };
 

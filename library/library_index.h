@@ -16,14 +16,14 @@
 // their bytes:
 //
 //   0  8  "VGPSINDX"
-//   8  4  version, 3
+//   8  4  version, 4
 //  12  8  size of the document, 0 of a folder
 //  20  8  its time
 //  28  8  where the next track goes
 //  36  4  number of entries
 //  40     entries: file name, size and time (of a folder's), blanks, begin, end, checksum (of a
-//         document's), flags, points, kilometres, seconds, date (8 x 16 bits), start, west, south,
-//         east, north, name
+//         document's), flags, points, kilometres, seconds, date (8 x 16 bits), start, recording,
+//         west, south, east, north, name
 //  end 4  CRC-32 of everything before
 namespace vgps {
 
@@ -49,6 +49,8 @@ std::string indexText(const LibraryIndex& index);
 // unchanged.
 void writeIndex(const std::string& path, const LibraryIndex& index, const LibraryDisk& disk);
 void dropIndex(const std::string& path);
+// No index is larger: a million tracks.
+inline constexpr uint64_t kLargestIndex = uint64_t{256} << 20;
 // Returns false if the bytes are not a complete index.
 bool readIndex(std::string_view bytes, LibraryIndex& index);
 

@@ -24,6 +24,7 @@ struct RecordingOptions {
   int32_t everySeconds = 0;  // ...seconds; 0: off
   int32_t everyMetres = 0;   // ...metres; 0: off
   int32_t bes = 0;           // kept with the track
+  bool jumpFilter = false;   // fixes that cannot have been reached are left out
   bool manual = false;       // only fixes that the user asks for are recorded
 
   // Display units, also used for a file's speeds and for the running distances.

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "platform/clock.h"
+#include "track/jump_filter.h"
 #include "track/options.h"
 #include "track/track.h"
 
@@ -12,6 +14,7 @@ namespace vgps {
 enum class RecordingRule : uint8_t {
   none,
   noPosition,  // it stands at 0,0 or off the earth
+  jump,        // out of reach, see JumpFilter
   manual,      // the user has not asked for it
   everyNth,    // so many are left out
   tooSlow,     // below the speed threshold
@@ -78,6 +81,9 @@ class Recording {
   // `none` at all other times.
   RecordingRule waitingFor() const;
 
+  // How many fixes the jump filter has kept from being recorded since the start.
+  size_t jumps() const { return jumps_; }
+
   // The next point that can be recorded is marked with the next number: 1, 2, ... from each start.
   // While a mark waits, asking again changes nothing. False when nothing is being recorded.
   bool mark();
@@ -104,6 +110,8 @@ class Recording {
   const Clock& clock_;
   double distance_ = 0;
   double distance3d_ = 0;
+  JumpFilter jumpFilter_;
+  size_t jumps_ = 0;
   int32_t countdown_ = 0;
   bool requested_ = false;
   RecordingRule lastRule_ = RecordingRule::none;

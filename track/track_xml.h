@@ -11,7 +11,8 @@
 
 // A track as an element:
 //
-//   <t n="Ride" start="2010-07-05T07:03:04Z">             n only in the library
+//   <t n="Ride" start="2010-07-05T07:03:04Z"              n only in the library
+//      recording="0123456789abcdef">
 //     <p x="11.516667" y="48.117300" z="545.000000"       degrees, metres
 //        s="2" c="0" spd="41.48" time="05-07-2010 09:03:04" br="84.4" m="1" n="Gate"
 //        utc="2010-07-05T07:03:04Z" unknown="z">
@@ -24,8 +25,8 @@
 // s and m stand where they are not 0, n where the point has a name, c, spd, time (local) and br
 // where the options say so, time where the point has one. `utc` is the receiver's beside the
 // computer's `time`, with milliseconds where it has some; `unknown` names those of z, spd and br
-// that stand there although the receiver did not give them. `start` is left out where it is not
-// known. Points without a position are left out.
+// that stand there although the receiver did not give them. `start` and `recording` are left
+// out where they are not known. Points without a position are left out.
 namespace vgps {
 
 // Larger numbers are written as 0 and read as damage: no real value of a track comes close.

@@ -98,9 +98,9 @@ TEST_F(JournalOnDisk, ADamagedEndIsCutAndKeptBeside) {
   EXPECT_EQ(found.points.size(), 3U);
   EXPECT_TRUE(found.damaged);
   EXPECT_EQ(found.backupPath, bad);
-  EXPECT_EQ(std::filesystem::file_size(bad), kJournalHeader + 4 * kJournalPoint);
+  EXPECT_EQ(std::filesystem::file_size(bad), kJournalStart + 4 * kJournalPoint);
   journal.close();  // Later: nothing has changed
-  EXPECT_EQ(std::filesystem::file_size(path_), kJournalHeader + 4 * kJournalPoint);
+  EXPECT_EQ(std::filesystem::file_size(path_), kJournalStart + 4 * kJournalPoint);
   ASSERT_EQ(journal.recover(path_, found), JournalResult::open);
   journal.append(point(3));
   EXPECT_TRUE(journal.close());
