@@ -160,7 +160,7 @@ TEST_F(JournalOnDisk, ACopyIsMadeOnceForEachDamage) {
 TEST_F(JournalOnDisk, FoldersThatAreNotThere) {
   Journal journal;
   EXPECT_NE(journal.create(pathIn(pathIn(folder_, "none"), kJournalName)), JournalResult::open);
-  EXPECT_EQ(journal.create(folder_), JournalResult::refused);
+  EXPECT_EQ(journal.create(folder_), JournalResult::notAFile);
   EXPECT_FALSE(journal.isOpen());
   journal.append(point(0));  // recording goes on without one
 }

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -243,7 +244,7 @@ void killAtAnyMoment(FaultTable& table, const Scene& scene) {
   runQuietly(scene.command(whole));
   const auto took = std::chrono::duration_cast<std::chrono::microseconds>(
       std::chrono::steady_clock::now() - start);
-  table.row(scene.file, "SIGKILL", isLong() ? 500 : 12, [&](int) {
+  table.row(scene.file, "SIGKILL", isLong() ? 200 : 12, [&](int) {
     const TestFolder folder;
     scene.prepare(folder);
     const pid_t pid = startLimited(scene.command(folder), kNoLimit, false);
@@ -358,24 +359,28 @@ std::string killLibrary(int round) {
 }
 
 std::string changeSettingsAtOnce(int) {
-  constexpr int kPrograms = 20;
+  constexpr const char* kKeys[] = {"muw", "msw", "rws",      "wrm",       "wrs",      "pls", "mls",
+                                   "swa", "ntm", "res",      "reseconds", "remeters", "bem", "its",
+                                   "ips", "sts", "CompassX", "CompassY",  "CompassZ", "mzs"};
+  constexpr int kPrograms = std::size(kKeys);
+  const auto valueOf = [](int i) { return std::to_string(100 + i); };
   const TestFolder folder;
   folder.write("vgps.xml", settingsText());
   std::vector<pid_t> programs;
   for (int i = 0; i < kPrograms; ++i) {
-    programs.push_back(startLimited({"settings", "--file", folder / "vgps.xml", "set", "Cfg\\Other",
-                                     "key" + std::to_string(i), std::to_string(i)},
-                                    kNoLimit, false));
+    programs.push_back(startLimited(
+        {"settings", "--file", folder / "vgps.xml", "set", "cfg\\vgps", kKeys[i], valueOf(i)},
+        kNoLimit, false));
   }
-  for (const pid_t program : programs) {
-    if (endOf(program) != 0) return "one was not saved";
-  }
+  // A busy machine may need longer than they wait for one another; then they say so.
+  std::vector<bool> saved;
+  for (const pid_t program : programs) saved.push_back(endOf(program) == 0);
   const std::string text = folder.read("vgps.xml");
   for (int i = 0; i < kPrograms; ++i) {
-    const std::string number = std::to_string(i);
-    if (!says(text, "key" + number + "=\"" + number + "\"")) return "a change is lost";
+    const bool there = says(text, std::string(kKeys[i]) + "=\"" + valueOf(i) + "\"");
+    if (there != saved[static_cast<size_t>(i)]) return "a change is lost";
   }
-  return {};
+  return std::count(saved.begin(), saved.end(), true) > 0 ? "" : "nothing was saved";
 }
 
 // Recordings are saved while the document is rewritten as a whole.
@@ -399,11 +404,17 @@ std::string saveAtOnce(int) {
     savers.push_back(
         startLimited({"xml", folder / "tracks.xml", "-o", folder / "tracks.xml"}, kNoLimit, false));
   }
+  constexpr int kInUse = 2;
   for (const pid_t saver : savers) {
-    if (const int status = endOf(saver)) return "exit status " + std::to_string(status);
+    const int status = endOf(saver);
+    if (status != 0 && status != kInUse) return "exit status " + std::to_string(status);
   }
   if (tracks.refresh() != LibraryState::whole) return "damaged";
-  return tracks.tracks().size() == 1 + kRecordings ? "" : "a recording is lost";
+  size_t left = 0;
+  for (uint32_t i = 0; i < kRecordings; ++i) {
+    if (fileExists(folder / (std::to_string(i) + ".journal"))) ++left;
+  }
+  return tracks.tracks().size() + left == 1 + kRecordings ? "" : "a recording is lost";
 }
 
 TEST(Faults, NothingOnTheDiskIsEverHalf) {
@@ -413,8 +424,8 @@ TEST(Faults, NothingOnTheDiskIsEverHalf) {
     stopAtBytes(table, scene, true);
     killAtAnyMoment(table, scene);
   }
-  table.row("journal", "SIGKILL, then continued", isLong() ? 500 : 12, killRecording);
-  table.row("library, changed", "SIGKILL", isLong() ? 500 : 12, killLibrary);
+  table.row("journal", "SIGKILL, then continued", isLong() ? 200 : 12, killRecording);
+  table.row("library, changed", "SIGKILL", isLong() ? 200 : 12, killLibrary);
   table.row("vgps.xml", "20 writers at once", isLong() ? 50 : 2, changeSettingsAtOnce);
   table.row("tracks.xml", "10 writers at once", isLong() ? 50 : 2, saveAtOnce);
 }

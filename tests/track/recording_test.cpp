@@ -61,8 +61,8 @@ TEST(Recording, JumpsAreLeftOutWhereThatIsWanted) {
   };
   const Row rows[] = {
       {"doubtful without one before", kMoscow, 20, true, false},
-      {"the next one disagrees", 11.5, 20, false, false},
-      {"and is confirmed", 11.501, 20, false, true},
+      {"a right one disagrees with it", 11.5, 20, false, true},
+      {"so does the next", 11.501, 20, false, true},
       {"a wrong digit", kMoscow, 20, false, false},
       {"back", 11.502, 20, true, true},
       {"a jet: 1,400 km/h on the ground, it says so", 11.507, 1400, false, true},
