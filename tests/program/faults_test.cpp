@@ -361,7 +361,7 @@ std::string killLibrary(int round) {
 std::string changeSettingsAtOnce(int) {
   constexpr const char* kKeys[] = {"muw", "msw", "rws",      "wrm",       "wrs",      "pls", "mls",
                                    "swa", "ntm", "res",      "reseconds", "remeters", "bem", "its",
-                                   "ips", "sts", "CompassX", "CompassY",  "CompassZ", "mzs"};
+                                   "ips", "sts", "CompassX", "CompassY",  "CompassZ", "gfs"};
   constexpr int kPrograms = std::size(kKeys);
   const auto valueOf = [](int i) { return std::to_string(100 + i); };
   const TestFolder folder;
