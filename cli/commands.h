@@ -145,6 +145,9 @@ struct RecoverOptions {
 };
 int runRecover(const RecoverOptions& options);
 
+// "cannot read FILE", or "FILE is not a regular file".
+std::string cannotRead(const std::string& file);
+
 // Prints one line to standard error and returns the exit status for failure.
 int fail(std::string_view message);
 

@@ -25,7 +25,9 @@ bool isSentence(std::string_view line) {
 }  // namespace
 
 LogFile::LogFile(const std::string& path)
-    : path_(path), reader_([this](std::span<char> buffer) {
+    : path_(path),
+      ends_(fileKind(path) == FileKind::regular),
+      reader_([this](std::span<char> buffer) {
         return file_ == nullptr ? 0 : std::fread(buffer.data(), 1, buffer.size(), file_.get());
       }) {
   errno = 0;
@@ -38,10 +40,15 @@ LogFile::LogFile(const std::string& path)
 }
 
 bool LogFile::next(LogPiece& piece) {
+  if (!complaint_.empty()) return false;
   if (reader_.next(piece)) {
     isLog_ = isLog_ || (piece.binary ? piece.text.ends_with(kSirfEnd)
                                      : isSentence(withoutStrayStart(piece.text)));
-    return true;
+    const bool isLine = piece.binary || piece.text.size() < LogReader::kLongestLine;
+    anyLine_ = anyLine_ || isLine;
+    if (isLine || (ends_ && anyLine_)) return true;
+    complaint_ = notALog();
+    return false;
   }
   if (file_ != nullptr && std::ferror(file_.get()) != 0) complain();
   return false;

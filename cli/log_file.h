@@ -14,7 +14,8 @@ class LogFile {
  public:
   explicit LogFile(const std::string& path);
 
-  // Returns false at the end of the log or on a read error.
+  // Returns false at the end of the log, on a read error, or after a megabyte without a line in
+  // what never had one or may never end.
   bool next(LogPiece& piece);
   // The error message; empty if there is none.
   const std::string& complaint() const { return complaint_; }
@@ -35,6 +36,8 @@ class LogFile {
   void complain();
 
   std::string path_;
+  bool ends_;  // a regular file: a hole in it has an end
+  bool anyLine_ = false;
   std::unique_ptr<std::FILE, CloseFile> file_;
   std::string complaint_;
   bool isLog_ = false;

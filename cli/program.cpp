@@ -4,11 +4,14 @@
 #include <algorithm>
 #include <cstdio>
 #include <memory>
+#include <new>
 
+#include "base/allocation.h"
 #include "base/number.h"
 #include "base/version.h"
 #include "cli/arguments.h"
 #include "cli/commands.h"
+#include "platform/files.h"
 
 namespace vgps {
 namespace {
@@ -110,7 +113,9 @@ void addSettings(CLI::App& program, Chosen& chosen) {
 void addXml(CLI::App& program, Chosen& chosen) {
   const auto options = std::make_shared<XmlOptions>();
   CLI::App* const command = program.add_subcommand(
-      "xml", "Read an XML file. With -o, save it in the program's own layout.");
+      "xml",
+      "Read an XML file. With -o, save it in the program's own layout; exits with status 2 when "
+      "another program is changing that file.");
   command->add_option("FILE", options->file, "File to read")
       ->required()
       ->check(nonEmptyName())
@@ -232,12 +237,18 @@ int fail(std::string_view message) {
   return 1;
 }
 
+std::string cannotRead(const std::string& file) {
+  return isNotAFile(file) ? file + " is not a regular file" : "cannot read " + file;
+}
+
 int finishOutput() {
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return 0;
   return fail("cannot write to standard output");
 }
 
-int runProgram(std::vector<std::string> arguments) {
+namespace {
+
+int runArguments(std::vector<std::string> arguments) {
   CLI::App program(
       "Reads GPS receivers and logs, records and edits tracks, and calculates with positions.",
       "vgps");
@@ -262,6 +273,20 @@ int runProgram(std::vector<std::string> arguments) {
   }
   return chosen ? chosen()
                 : fail("no command given; choose " + listed(commandNames(program)) + help);
+}
+
+void tellOutOfMemory() { std::fputs("vgps: out of memory\n", stderr); }
+
+}  // namespace
+
+int runProgram(std::vector<std::string> arguments) {
+  endWithoutMemory(tellOutOfMemory);
+  try {
+    return runArguments(std::move(arguments));
+  } catch (const std::bad_alloc&) {
+    tellOutOfMemory();
+    return 1;
+  }
 }
 
 }  // namespace vgps

@@ -52,6 +52,7 @@ class FileHooks : public RecorderHooks {
   void journalFailed() override {
     fail("cannot write points to disk; recording continues in memory");
   }
+  void journalWorks() override { warn("points are written to disk again"); }
 
  private:
   const std::string path_;
@@ -89,6 +90,7 @@ class LogRecorder {
   bool save() { return recorder_.stop(false).outcome == SaveResult::Outcome::saved; }
   std::string leftOut() const { return leftOutText(gps_.stats, true); }
   size_t fixes() const { return fixes_; }
+  size_t jumps() const { return recorder_.recording().jumps(); }
   size_t points() const { return recorder_.track.points.size(); }
   Track& track() { return recorder_.track; }
   // Without the thresholds: a negative one is below any change of the course.
@@ -142,7 +144,8 @@ std::string nothingRecorded(const std::string& source, const std::string& none, 
          "; no track was written";
 }
 
-int tellRecorded(const RecordOptions& options, size_t points, size_t fixes) {
+int tellRecorded(const RecordOptions& options, size_t points, size_t fixes, size_t jumps) {
+  if (jumps > 0) warn("left out because the position jumped: " + countText(jumps, "fix"));
   std::printf("%s: %s of %s\n", options.output.c_str(), countText(points, "point").c_str(),
               countText(fixes, "fix").c_str());
   return finishOutput();
@@ -163,7 +166,7 @@ int recordLog(const RecordOptions& options, const Settings& settings) {
     return fail(nothingRecorded(options.log, options.log + " contains no fix", recorder->fixes()));
   }
   if (!recorder->save()) return fail("cannot write " + options.output);
-  return tellRecorded(options, recorder->points(), recorder->fixes());
+  return tellRecorded(options, recorder->points(), recorder->fixes(), recorder->jumps());
 }
 
 // Records to the journal next to the track until stopped, then writes the track. Returns false
@@ -212,7 +215,7 @@ int recordLive(const RecordOptions& options, const Settings& settings) {
     return fail("cannot write " + options.output + "; the points are still in " + options.output +
                 ".journal");
   }
-  return tellRecorded(options, points, fixes);
+  return tellRecorded(options, points, fixes, recorder.recording().jumps());
 }
 
 // False after one line on standard error.
@@ -221,7 +224,7 @@ bool readSettings(const std::string& path, Settings& settings) {
   if (!fileExists(path)) {
     fail("settings file not found: " + path);
   } else if (const bool good = store.open(path); !store.readable()) {
-    fail("cannot read " + path);
+    fail(cannotRead(path));
   } else if (!good) {
     fail(path + " is not a settings file");
   } else {

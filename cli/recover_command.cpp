@@ -51,7 +51,7 @@ class Place : public RecorderHooks {
     std::string path = file.empty() ? programFolder() : file;
     if (isFolder(path)) path = pathIn(path, "vgps.xml");
     ConfigStore store;
-    if (!store.open(path)) fail(path + " cannot be read; using default settings");
+    if (!store.open(path)) fail(cannotRead(path) + "; using default settings");
     const Settings settings = loadSettings(store);
     folder = folderOf(path);
     places_ = {.library = trackLibraryPath(settings.trackStorePath, folder),
@@ -66,6 +66,7 @@ class Place : public RecorderHooks {
   void journalFailed() override {
     fail("cannot write points to disk; recording continues in memory");
   }
+  void journalWorks() override { warn("points are written to disk again"); }
 
   std::string folder;
   Recorder recorder{*this, systemClock()};
@@ -100,7 +101,9 @@ std::string refusalOf(const SaveResult& keeping) {
 }
 
 int statusOf(const SaveResult& keeping) {
-  return keeping.result == LibraryResult::inUse ? kInUse : 1;
+  const bool busy =
+      keeping.result == LibraryResult::inUse || keeping.result == LibraryResult::changed;
+  return busy ? kInUse : 1;
 }
 
 // Reports that the points of the journal at `path` were saved to the library. Returns the exit

@@ -165,7 +165,7 @@ int runSettings(const SettingsOptions& options) {
   const std::string path = options.file.empty() ? programFolder() + "/vgps.xml" : options.file;
   ConfigStore store;
   const bool good = store.open(path);
-  if (!store.readable()) return fail(store.heldByAnother() ? inUse(path) : "cannot read " + path);
+  if (!store.readable()) return fail(store.heldByAnother() ? inUse(path) : cannotRead(path));
   if (!good) {
     std::fprintf(stderr, "vgps: %s: %s\n", path.c_str(),
                  std::string(textOf(Text::settingsDamaged)).c_str());

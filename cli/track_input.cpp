@@ -78,8 +78,10 @@ bool readTrackInput(const std::string& path, int32_t speedUnit, TrackInput& inpu
                                            : " readable points are used"));
       return true;
     case TrackLoading::notATrack: fail(path + " is not a track file"); return false;
-    case TrackLoading::noFile: fail("file not found: " + path); return false;
-    case TrackLoading::unreadable: fail("cannot read " + path); return false;
+    case TrackLoading::noFile:
+      fail(isNotAFile(path) ? cannotRead(path) : "file not found: " + path);
+      return false;
+    case TrackLoading::unreadable: fail(cannotRead(path)); return false;
   }
   return false;
 }

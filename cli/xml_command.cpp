@@ -2,8 +2,10 @@
 #include <string>
 
 #include "cli/commands.h"
+#include "files/file_lock.h"
 #include "files/input_file.h"
 #include "files/whole_file.h"
+#include "library/track_library.h"
 #include "platform/files.h"
 #include "xml/document.h"
 #include "xml/foreign.h"
@@ -65,10 +67,9 @@ void warnOfChanges(const XmlOptions& options, const XmlDocument& document) {
   warn(options.file + ": names of elements or attributes are lost or changed" + advice);
 }
 
-}  // namespace
-
-int runXml(const XmlOptions& options) {
+int rewriteXml(const XmlOptions& options) {
   constexpr uint64_t kMostIndentation = uint64_t{64} << 20;
+  if (isNotAFile(options.file)) return fail(options.file + " is not a regular file");
   XmlDocument document;
   XmlLoadResult result;
   if (options.lenient) {
@@ -91,6 +92,19 @@ int runXml(const XmlOptions& options) {
   std::printf("%s: <%s> with %zu %s\n", options.file.c_str(), root.GetElementName().c_str(),
               children, children == 1 ? "child" : "children");
   return finishOutput();
+}
+
+}  // namespace
+
+// Between reading a library or the settings and replacing them no other program may change them.
+int runXml(const XmlOptions& options) {
+  constexpr int kWaitMs = 5000;
+  constexpr int kInUse = 2;  // exit status
+  if (options.output.empty() || !isLibraryFile(options.output)) return rewriteXml(options);
+  const FileLock lock(lockPathOf(options.output), openExclusive, kWaitMs);
+  if (lock.state() != FileOpening::inUse) return rewriteXml(options);
+  fail(options.output + " is in use by another program");
+  return kInUse;
 }
 
 }  // namespace vgps

@@ -12,7 +12,9 @@ constexpr size_t kFirstRoom = size_t{1} << 16;
 
 }  // namespace
 
-InputFile::InputFile(const std::string& path) : file_(openFile(path, "rb")) {
+InputFile::InputFile(const std::string& path) {
+  if (fileKind(path) != FileKind::regular) return;
+  file_.reset(openFile(path, "rb"));
   if (file_ != nullptr)
     std::setvbuf(file_.get(), nullptr, _IONBF, 0);  // callers read in large blocks
 }
@@ -70,10 +72,10 @@ void readToEnd(const ByteSource& source, std::string& out) {
   out.resize(used);
 }
 
-bool readWholeFile(const std::string& path, std::string& out) {
-  if (fileKind(path) != FileKind::regular) return false;
+bool readWholeFile(const std::string& path, std::string& out, uint64_t most) {
   InputFile file(path);
-  if (!file) return false;
+  FileStamp stamp;
+  if (!file || !fileStamp(path, stamp) || stamp.size > most) return false;
   readToEnd(file.source(), out);
   return !file.failed();
 }

@@ -14,7 +14,8 @@ namespace vgps {
 // Fills the given buffer as far as possible; returns 0 at the end.
 using ByteSource = std::function<size_t(char*, size_t)>;
 
-// A file opened for reading. The destructor closes it.
+// A file opened for reading, unless it is not a regular one: reading a pipe would wait for its
+// writer. The destructor closes it.
 class InputFile {
  public:
   explicit InputFile(const std::string& path);
@@ -40,8 +41,8 @@ class InputFile {
 // Reads the rest of the source.
 void readToEnd(const ByteSource& source, std::string& out);
 
-// Returns false if it is not a regular file (reading a pipe would wait for its writer) or cannot be
-// read to its end.
-bool readWholeFile(const std::string& path, std::string& out);
+// Returns false if it is not a regular file, has more than `most` bytes, or cannot be read to its
+// end.
+bool readWholeFile(const std::string& path, std::string& out, uint64_t most = UINT64_MAX);
 
 }  // namespace vgps

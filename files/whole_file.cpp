@@ -1,12 +1,12 @@
 #include "files/whole_file.h"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <span>
 
 #include "files/retry.h"
+#include "files/unique_number.h"
 
 namespace vgps {
 namespace {
@@ -23,13 +23,9 @@ constexpr std::string_view kBesideEnd = ".new";
 constexpr size_t kBesideDigits = 16;
 
 // "vgps-0123456789abcdef.new", beside the file: short, so that it fits wherever a name does.
-// Programs that start at the same moment lie at different places in memory; should a name be taken
-// all the same, the next one is another.
+// Should a name be taken, the next one is another.
 std::string temporaryName(const std::string& path) {
-  static std::atomic<uint64_t> count = 0;
-  const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
-  const uint64_t number =
-      static_cast<uint64_t>(now) ^ reinterpret_cast<uintptr_t>(&count) << 20 ^ ++count << 56;
+  const uint64_t number = uniqueNumber();
   char digits[kBesideDigits + 1];
   std::snprintf(digits, sizeof digits, "%08x%08x", static_cast<unsigned>(number >> 32),
                 static_cast<unsigned>(number & 0xFFFFFFFF));

@@ -37,6 +37,8 @@ enum Unknown : uint32_t {
   kUnknownCourse = 1U << 2,
   kUnknownDate = 1U << 3,  // cold receivers tell one that is years off before they have a fix
   kAllUnknown = kUnknownAltitude | kUnknownSpeed | kUnknownCourse | kUnknownDate,
+  // Not of that kind, and not kept with a point: the position came with a wrong checksum.
+  kDoubtfulPosition = 1U << 4,
 };
 
 // The values of a fix: everything that is drawn, recorded, and timed. A plain copyable record.
@@ -65,6 +67,7 @@ struct FixRecord {
 
   bool altitudeKnown() const { return (unknown & kUnknownAltitude) == 0; }
   bool speedKnown() const { return (unknown & kUnknownSpeed) == 0; }
+  bool positionDoubtful() const { return (unknown & kDoubtfulPosition) != 0; }
   bool courseKnown() const { return (unknown & kUnknownCourse) == 0; }
   bool dateKnown() const { return (unknown & kUnknownDate) == 0; }
 };

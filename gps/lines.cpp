@@ -38,6 +38,11 @@ void Lines::processLine(std::string_view line) {
   sentence.forGps = verdict.forGps;
   const uint32_t said = parseRecord(decoded, state, sentence_);
   applyRecord(decoded, sentence_, said, fix_);
+  if ((said & kSaidPosition) != 0) {
+    const bool doubtful = sentence.checksum() == Checksum::wrong;
+    fix_.unknown =
+        (fix_.unknown & ~kDoubtfulPosition) | (doubtful ? uint32_t{kDoubtfulPosition} : 0);
+  }
   followBurst(state, sentence_.kind, fix_.receiveTick - fix_.previousReceiveTick);
   fix_.lastSentenceKind = sentence_.kind;
   fix_.previousReceiveTick = fix_.receiveTick;

@@ -49,12 +49,9 @@ std::vector<DiscardedRecording> discardedRecordings(const std::string& folder) {
 }
 
 TrackSummary summaryOfDiscarded(const DiscardedRecording& recording) {
-  std::string bytes;
   Track track;
-  if (recording.bytes <= kMostBytes && readWholeFile(recording.path, bytes)) {
-    track.points =
-        readJournal({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()}).points;
-  }
+  InputFile file(recording.path);
+  if (file && recording.bytes <= kMostBytes) track.points = readJournal(file.source()).points;
   if (!track.points.empty()) track.startUtc = startOf(track.points.front());
   return summaryOf(track);
 }

@@ -124,6 +124,7 @@ class LayoutReader {
     TrackSummary summary = summaryOf(track_->points);
     summary.name = head.name;
     summary.startUtc = head.startUtc;
+    summary.recording = head.recording;
     return summary;
   }
 

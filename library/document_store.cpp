@@ -133,7 +133,7 @@ bool DocumentStore::readFile() {
 bool DocumentStore::readIndexFile() {
   std::string bytes;
   LibraryIndex index;
-  if (!readWholeFile(indexPath_, bytes) || !readIndex(bytes, index)) return false;
+  if (!readWholeFile(indexPath_, bytes, kLargestIndex) || !readIndex(bytes, index)) return false;
   if (!(index.document == stamp_) || !isSound(index)) return false;
   for (IndexEntry& entry : index.entries) {
     layout_.places.push_back({.blanksBegin = entry.blanksBegin,

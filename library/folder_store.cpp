@@ -12,6 +12,7 @@
 #include "track/file_names.h"
 #include "track/track_file.h"
 #include "xml/document.h"
+#include "xml/tags.h"
 
 namespace vgps {
 namespace {
@@ -28,10 +29,26 @@ bool isXmlName(std::string_view name) {
   });
 }
 
+// A large file of another kind is not read for its name alone.
+bool mayBeTrack(const std::string& path, const FileStamp& stamp) {
+  constexpr uint64_t kReadAnyway = uint64_t{16} << 20;
+  constexpr uint64_t kLargest = uint64_t{1} << 30;
+  constexpr uint64_t kFirstBytes = 4096;
+  if (stamp.size <= kReadAnyway) return true;
+  std::string head;
+  InputFile file(path);
+  if (stamp.size > kLargest || !file || !file.readAt(0, kFirstBytes, head)) return false;
+  TagReader tags(head);
+  TagMark tag;
+  return tags.next(tag) && (tag.name == "t" || tag.name == "p");
+}
+
 // The list entry of a file; `other` if it is not a track. A file that is in use is listed without a
 // stamp, so that it is read again next time.
 IndexEntry entryOf(const std::string& path, const std::string& name, const FileStamp& stamp) {
   IndexEntry entry{.file = name, .stamp = stamp};
+  entry.other = !mayBeTrack(path, stamp);
+  if (entry.other) return entry;
   Track track;
   bool foreign = false;
   const TrackLoading loading = loadTrackFile(path, 0, track, &foreign);
@@ -82,7 +99,7 @@ bool FolderStore::look() {
 LibraryState FolderStore::refresh() {
   std::string bytes;
   LibraryIndex index;
-  if (!looked_ && readWholeFile(indexPath_, bytes) && readIndex(bytes, index)) {
+  if (!looked_ && readWholeFile(indexPath_, bytes, kLargestIndex) && readIndex(bytes, index)) {
     files_ = std::move(index.entries);
     std::sort(files_.begin(), files_.end(),
               [](const IndexEntry& a, const IndexEntry& b) { return a.file < b.file; });
@@ -145,6 +162,7 @@ LibraryResult FolderStore::collectEdit(const TrackEdit& edit, std::vector<FileCh
     FileChange added{.path = back ? text.file : freeTrackPath(folder_, text.name),
                      .bytes = std::move(bytes),
                      .stays = true};
+    if (added.path.empty()) added.path = laterTrackPath(folder_, text.name);
     const auto same = [&](const FileChange& file) { return file.path == added.path; };
     if (added.path.empty() || std::any_of(files.begin(), files.end(), same)) {
       return LibraryResult::noFreeName;

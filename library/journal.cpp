@@ -1,10 +1,12 @@
 #include "library/journal.h"
 
+#include <algorithm>
 #include <span>
 #include <string_view>
 #include <utility>
 
 #include "files/bad_copies.h"
+#include "files/unique_number.h"
 #include "files/whole_file.h"
 #include "library/journal_format.h"
 #include "platform/files.h"
@@ -13,6 +15,10 @@ namespace vgps {
 namespace {
 
 constexpr int kMostJournals = 9;
+// Ten million points. What lies behind is not read, and a damaged journal larger than the second
+// is not copied: whoever saves its points renames it.
+constexpr uint64_t kLargestJournal = uint64_t{2} << 30;
+constexpr uint64_t kLargestCopy = uint64_t{256} << 20;
 
 using SteadyClock = std::chrono::steady_clock;
 
@@ -21,6 +27,7 @@ JournalResult resultOf(FileOpening opening) {
     case FileOpening::opened: return JournalResult::open;
     case FileOpening::missing: return JournalResult::missing;
     case FileOpening::inUse: return JournalResult::inUse;
+    case FileOpening::notAFile: return JournalResult::notAFile;
     case FileOpening::refused: break;
   }
   return JournalResult::refused;
@@ -46,11 +53,12 @@ JournalResult Journal::create(const std::string& path) {
   FileOpening opening{};
   file_ = settings_.open(path, OpenMode::orCreate, opening);
   if (file_ == nullptr) return resultOf(opening);
-  if (file_->size() > kJournalHeader) {  // a shorter file cannot contain a point
+  if (file_->size() > kJournalStart) {
     file_.reset();
     return JournalResult::left;
   }
   path_ = path;
+  recording_ = uniqueNumber();
   end_ = 0;
   truncateBeforeWrite_ = true;
   startWriter();
@@ -62,25 +70,43 @@ JournalResult Journal::recover(const std::string& path, RecoveredTrack& out) {
   FileOpening opening{};
   file_ = settings_.open(path, OpenMode::existing, opening);
   if (file_ == nullptr) return resultOf(opening);
-  std::vector<uint8_t> bytes(file_->size());
-  if (file_->readAt(0, bytes) < bytes.size()) {  // a disk error, not the end of the journal
+  const uint64_t size = file_->size();
+  uint64_t at = 0;
+  bool failed = false;  // by a disk error, not at the end of the journal
+  JournalContents contents = readJournal([&](char* to, size_t room) {
+    const auto wanted =
+        static_cast<size_t>(std::min<uint64_t>(room, std::min(size, kLargestJournal) - at));
+    const size_t got = file_->readAt(at, {reinterpret_cast<uint8_t*>(to), wanted});
+    failed = failed || got < wanted;
+    at += got;
+    return got;
+  });
+  if (failed) {
     file_.reset();
     return JournalResult::refused;
   }
-  JournalContents contents = readJournal(bytes);
+  if (size > kLargestJournal) contents.damaged = true;
   if (contents.damaged && contents.points.empty()) {
     file_.reset();
     out = {.points = {}, .damaged = true, .backupPath = renameToBad(path)};
     return JournalResult::notAJournal;
   }
   path_ = path;
+  recording_ = contents.id;
   end_ = contents.goodEnd;
   truncateBeforeWrite_ = true;
   out.points = std::move(contents.points);
+  out.recording = contents.id;
   out.damaged = contents.damaged;
-  out.backupPath =
-      contents.damaged ? saveBadCopy(path, textOf(bytes), settings_.open) : std::string();
+  out.backupPath = contents.damaged ? backUp() : std::string();
   return JournalResult::open;
+}
+
+std::string Journal::backUp() {
+  if (file_->size() > kLargestCopy) return {};
+  std::vector<uint8_t> bytes(file_->size());
+  bytes.resize(file_->readAt(0, bytes));
+  return saveBadCopy(path_, textOf(bytes), settings_.open);
 }
 
 void Journal::append(const TrackPoint& point) {
@@ -127,7 +153,10 @@ bool Journal::discard() {
 }
 
 void Journal::startWriter() {
-  if (end_ == 0) writeJournalHeader(pending_);
+  if (end_ == 0) {
+    writeJournalHeader(pending_);
+    writeJournalId(recording_, pending_);
+  }
   due_ = SteadyClock::now() + settings_.flushAfter;
   stopping_ = false;
   urgent_ = false;
@@ -168,20 +197,27 @@ void Journal::writeOnce(std::unique_lock<std::mutex>& lock) {
   }
   lock.lock();
   const bool wasFailing = std::exchange(failing_, !written);
-  if (written) return;
+  if (written) return wasFailing ? tell(settings_.works, lock) : void();
   // The batch is written again from its start, with everything that was added since.
   batch.insert(batch.end(), pending_.begin(), pending_.end());
   pending_ = std::move(batch);
   due_ = SteadyClock::now() + settings_.retryAfter;
-  if (wasFailing || !settings_.failed) return;
+  if (!wasFailing) tell(settings_.failed, lock);
+}
+
+void Journal::tell(const std::function<void()>& news, std::unique_lock<std::mutex>& lock) {
+  if (!news) return;
   lock.unlock();
-  settings_.failed();
+  news();
   lock.lock();
 }
 
 JournalResult createFreeJournal(Journal& journal, const std::string& path) {
   JournalResult result = JournalResult::left;
-  for (int number = 1; number <= kMostJournals && result == JournalResult::left; ++number) {
+  const auto isTaken = [&] {
+    return result == JournalResult::left || result == JournalResult::notAFile;
+  };
+  for (int number = 1; number <= kMostJournals && isTaken(); ++number) {
     result = journal.create(numberedPath(path, number));
   }
   return result;

@@ -28,7 +28,9 @@ struct JournalSettings {
   ExclusiveOpener open = openExclusive;
   // Called when the points cannot be written; recording continues in memory and the journal keeps
   // trying. Called once until writing works again, on the journal's own thread.
-  std::function<void()> failed;
+  std::function<void()> failed = {};
+  // Called when it works again, likewise.
+  std::function<void()> works = {};
 };
 
 enum class JournalResult {
@@ -37,6 +39,7 @@ enum class JournalResult {
   left,     // `create`: there is an unfinished recording, and the user has not decided about it yet
   inUse,    // open in another running program
   refused,  // no permission, or a disk error
+  notAFile,  // a folder, pipe, or device of that name, which is left alone
   // `recover`: the file is damaged and contains no readable point. It has been renamed to ".bad";
   // if that failed, it is unchanged.
   notAJournal,
@@ -44,6 +47,7 @@ enum class JournalResult {
 
 struct RecoveredTrack {
   PointList points;
+  uint64_t recording = 0;  // Track::recording
   // Whether the journal could only be read partially or not at all. Then the whole file is also
   // saved as `backupPath`, which ends in ".bad"; empty if that failed too.
   bool damaged = false;
@@ -67,6 +71,8 @@ class Journal {
   JournalResult recover(const std::string& path, RecoveredTrack& out);
 
   bool isOpen() const { return file_ != nullptr; }
+  // Track::recording of its points, while it is open.
+  uint64_t recording() const { return recording_; }
   // Also valid after closing.
   const std::string& path() const { return path_; }
   void append(const TrackPoint& point);
@@ -87,9 +93,12 @@ class Journal {
   void stopWriter();
   void writeUntilStopped();
   void writeOnce(std::unique_lock<std::mutex>& lock);
+  static void tell(const std::function<void()>& news, std::unique_lock<std::mutex>& lock);
+  std::string backUp();
 
   const JournalSettings settings_;
   std::string path_;
+  uint64_t recording_ = 0;
   std::unique_ptr<ExclusiveFile> file_;  // used by the writer thread while it runs
   uint64_t end_ = 0;                     // of the data that is surely on disk; used like file_
   bool truncateBeforeWrite_ = false;     // there is damaged data after end_; used like file_

@@ -13,7 +13,10 @@ namespace {
 constexpr std::string_view kMagic = "VGPSJRNL";
 constexpr uint32_t kVersion = 1;
 constexpr uint8_t kPoint = 1;
-constexpr uint8_t kNote = 2;  // about the next point; older versions skip it
+constexpr uint8_t kNote = 2;  // about the point behind it; older programs pass over it
+constexpr uint8_t kId = 3;    // likewise
+constexpr size_t kLongestRecord = kJournalRecordHead + kJournalLongestBody;
+constexpr uint64_t kLongestHole = uint64_t{64} << 20;
 
 // Writes into a buffer that is known to be large enough.
 class Writer {
@@ -97,6 +100,10 @@ bool isPoint(std::span<const uint8_t> record) {
   return record.size() == kJournalPoint && record[kJournalRecordHead] == kPoint;
 }
 
+bool isId(std::span<const uint8_t> record) {
+  return record.size() == kJournalRecordHead + kJournalIdBody && record[kJournalRecordHead] == kId;
+}
+
 uint32_t recordChecksum(std::span<const uint8_t> record) {
   return crc32Of(record.subspan(kJournalRecordHead), crc32Of(record.first(4)));
 }
@@ -107,19 +114,70 @@ std::span<const uint8_t> recordAt(std::span<const uint8_t> bytes) {
   Reader head(bytes.data());
   const auto length = head.number<uint32_t>();
   const auto crc = head.number<uint32_t>();
-  if (length == 0 || length > bytes.size() - kJournalRecordHead) return {};
+  if (length == 0 || length > kJournalLongestBody) return {};
+  if (length > bytes.size() - kJournalRecordHead) return {};
   const auto record = bytes.first(kJournalRecordHead + length);
   return recordChecksum(record) == crc ? record : std::span<const uint8_t>();
 }
 
-// The position of the next valid point; the size of `bytes` if there is none. Computes checksums
-// only where the length and kind are those of a point, so that noise is skipped in linear time.
-size_t nextPoint(std::span<const uint8_t> bytes, size_t from) {
-  for (size_t at = from; at + kJournalPoint <= bytes.size(); ++at) {
-    if (Reader(bytes.data() + at).number<uint32_t>() != kJournalPointBody) continue;
-    if (isPoint(recordAt(bytes.subspan(at, kJournalPoint)))) return at;
+// The bytes of a journal from the current place on, read in blocks.
+class JournalWindow {
+ public:
+  explicit JournalWindow(const ByteSource& source) : source_(source), buffer_(kRoom) {}
+
+  // At least `size` bytes, fewer only at the end.
+  std::span<const uint8_t> ahead(size_t size) {
+    if (end_ - begin_ < size && !ended_) fill(size);
+    return std::span(buffer_).subspan(begin_, end_ - begin_);
   }
-  return bytes.size();
+  void skip(size_t size) {
+    begin_ += size;
+    place_ += size;
+  }
+  uint64_t place() const { return place_; }
+
+ private:
+  static constexpr size_t kRoom = size_t{1} << 18;
+
+  void fill(size_t size) {
+    std::copy(buffer_.begin() + static_cast<ptrdiff_t>(begin_),
+              buffer_.begin() + static_cast<ptrdiff_t>(end_), buffer_.begin());
+    end_ -= begin_;
+    begin_ = 0;
+    while (end_ < size && !ended_) {
+      const size_t got = source_(reinterpret_cast<char*>(&buffer_[end_]), buffer_.size() - end_);
+      ended_ = got == 0;
+      end_ += got;
+    }
+  }
+
+  const ByteSource& source_;
+  std::vector<uint8_t> buffer_;
+  size_t begin_ = 0;
+  size_t end_ = 0;
+  uint64_t place_ = 0;
+  bool ended_ = false;
+};
+
+// Goes to the next valid point, or to the end, and returns how many bytes were passed over.
+// Computes checksums only where the length and kind are those of a point, so that noise is skipped
+// in linear time.
+uint64_t skipToPoint(JournalWindow& in) {
+  const uint64_t begin = in.place();
+  while (in.place() - begin <= kLongestHole) {
+    const std::span<const uint8_t> bytes = in.ahead(kJournalPoint);
+    size_t at = 0;
+    for (; at + kJournalPoint <= bytes.size(); ++at) {
+      if (Reader(bytes.data() + at).number<uint32_t>() != kJournalPointBody) continue;
+      if (!isPoint(recordAt(bytes.subspan(at, kJournalPoint)))) continue;
+      in.skip(at);
+      return in.place() - begin;
+    }
+    if (bytes.size() < kJournalPoint) at = bytes.size();
+    in.skip(at);
+    if (at == 0) break;
+  }
+  return in.place() - begin;
 }
 
 bool headerIsGood(std::span<const uint8_t> bytes) {
@@ -151,6 +209,16 @@ void writeJournalHeader(std::vector<uint8_t>& out) {
   out.insert(out.end(), header.begin(), header.end());
 }
 
+void writeJournalId(uint64_t id, std::vector<uint8_t>& out) {
+  std::array<uint8_t, kJournalRecordHead + kJournalIdBody> record{};
+  Writer(record.data()).number(uint32_t{kJournalIdBody});
+  Writer writer(&record[kJournalRecordHead]);
+  writer.number(kId);
+  writer.number(id);
+  Writer(&record[4]).number(recordChecksum(record));
+  out.insert(out.end(), record.begin(), record.end());
+}
+
 void writeJournalPoint(const TrackPoint& point, std::vector<uint8_t>& out) {
   if (point.unknown != 0 || point.receiverUtc != 0) writeNote(point, out);
   std::array<uint8_t, kJournalPoint> record{};
@@ -172,31 +240,52 @@ void writeJournalPoint(const TrackPoint& point, std::vector<uint8_t>& out) {
   out.insert(out.end(), record.begin(), record.end());
 }
 
-JournalContents readJournal(std::span<const uint8_t> bytes) {
+JournalContents readJournal(const ByteSource& source) {
   JournalContents contents;
-  const bool good = headerIsGood(bytes);
-  size_t at = good ? kJournalHeader : nextPoint(bytes, 0);
-  contents.damaged = !good && bytes.size() > kJournalHeader;
-  if (good) contents.goodEnd = kJournalHeader;
-  std::span<const uint8_t> note;  // the preceding record, if it is a note
-  while (at < bytes.size()) {
-    const std::span<const uint8_t> record = recordAt(bytes.subspan(at));
-    if (!record.empty()) {
-      if (isPoint(record)) {
-        contents.points.push_back(pointFrom(record.data() + kJournalRecordHead));
-        if (!note.empty()) takeNote(note, contents.points.back());
-      }
-      note = isNote(record) ? record : std::span<const uint8_t>();
-      at += record.size();
-      contents.goodEnd = at;
+  JournalWindow in(source);
+  const bool good = headerIsGood(in.ahead(kJournalHeader));
+  if (good) {
+    in.skip(kJournalHeader);
+    contents.goodEnd = kJournalHeader;
+  } else if (skipToPoint(in) > kLongestHole) {
+    contents.damaged = true;
+    return contents;
+  }
+  std::array<uint8_t, kJournalRecordHead + kJournalNoteBody> note{};
+  bool hasNote = false;  // the record before is one
+  for (;;) {
+    const std::span<const uint8_t> bytes = in.ahead(kLongestRecord);
+    if (bytes.empty()) break;
+    const std::span<const uint8_t> record = recordAt(bytes);
+    if (record.empty()) {
+      hasNote = false;
+      const uint64_t skipped = skipToPoint(in);
+      const bool ended = in.ahead(1).empty();
+      if (!ended || skipped >= kJournalPoint) contents.damaged = true;
+      if (skipped > kLongestHole) break;
       continue;
     }
-    note = {};
-    const size_t next = nextPoint(bytes, at + 1);
-    if (next < bytes.size() || bytes.size() - at >= kJournalPoint) contents.damaged = true;
-    at = next;
+    if (isPoint(record)) {
+      contents.points.push_back(pointFrom(record.data() + kJournalRecordHead));
+      if (hasNote) takeNote(note, contents.points.back());
+    }
+    if (isId(record)) contents.id = Reader(&record[kJournalRecordHead + 1]).number<uint64_t>();
+    hasNote = isNote(record);
+    if (hasNote) std::copy(record.begin(), record.end(), note.begin());
+    in.skip(record.size());
+    if (!hasNote) contents.goodEnd = in.place();
   }
+  if (!good && in.place() > kJournalHeader) contents.damaged = true;
   return contents;
+}
+
+JournalContents readJournal(std::span<const uint8_t> bytes) {
+  return readJournal([&bytes](char* to, size_t size) {
+    const size_t count = std::min(size, bytes.size());
+    std::copy_n(bytes.begin(), count, to);
+    bytes = bytes.subspan(count);
+    return count;
+  });
 }
 
 }  // namespace vgps

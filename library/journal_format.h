@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "files/input_file.h"
 #include "track/track.h"
 
 // The file format of a journal. All numbers are little-endian, times are eight 16-bit fields in the
@@ -36,20 +37,30 @@ inline constexpr size_t kJournalHeader = 16;
 inline constexpr size_t kJournalRecordHead = 8;
 inline constexpr size_t kJournalPointBody = 121;
 inline constexpr size_t kJournalNoteBody = 13;
+inline constexpr size_t kJournalIdBody = 9;
+// No kind of record is longer: reading past a damaged length stays cheap.
+inline constexpr size_t kJournalLongestBody = 4096;
 inline constexpr size_t kJournalPoint = kJournalRecordHead + kJournalPointBody;
+// A journal of this size or less has no point.
+inline constexpr size_t kJournalStart = kJournalHeader + kJournalRecordHead + kJournalIdBody;
 
-// Both functions append to `out`.
+// These functions append to `out`.
 void writeJournalHeader(std::vector<uint8_t>& out);
+void writeJournalId(uint64_t id, std::vector<uint8_t>& out);
 void writeJournalPoint(const TrackPoint& point, std::vector<uint8_t>& out);
 
 struct JournalContents {
   PointList points;
-  uint64_t goodEnd = 0;  // end of the last good record, or of the header; 0: not a journal
+  uint64_t id = 0;  // Track::recording; 0: written before journals had one
+  // End of the last good record, or of the header; 0: not a journal. A note counts with its point.
+  uint64_t goodEnd = 0;
   // Set if there is damage other than a truncated last record, which is normal after a crash.
   bool damaged = false;
 };
 
-// Reads every readable record. After a damaged one, it searches for the next good point.
+// Reads every readable record, in blocks. After a damaged one, it searches for the next good point,
+// but not further than 64 MB: what follows such a hole was never written by this program.
+JournalContents readJournal(const ByteSource& source);
 JournalContents readJournal(std::span<const uint8_t> bytes);
 
 }  // namespace vgps

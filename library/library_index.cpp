@@ -12,10 +12,10 @@ namespace vgps {
 namespace {
 
 constexpr std::string_view kIndexMagic = "VGPSINDX";
-constexpr uint32_t kIndexVersion = 3;
+constexpr uint32_t kIndexVersion = 4;
 constexpr uint32_t kOther = 1;  // flags
 constexpr uint32_t kDamaged = 2;
-constexpr size_t kLeastEntry = 128;  // bytes; limits the number of entries that is believed
+constexpr size_t kLeastEntry = 136;  // bytes; more entries than that many fit are none
 
 class IndexWriter {
  public:
@@ -109,6 +109,7 @@ void writeEntry(IndexWriter& out, const IndexEntry& entry) {
   out.number(static_cast<uint64_t>(summary.seconds));
   writeDate(out, summary.date);
   out.number(static_cast<uint64_t>(summary.startUtc));
+  out.number(summary.recording);
   const TrackBounds& bounds = summary.bounds;
   for (const double edge : {bounds.west, bounds.south, bounds.east, bounds.north}) {
     out.decimal(edge);
@@ -132,6 +133,7 @@ IndexEntry readEntry(IndexReader& in) {
   summary.seconds = static_cast<int64_t>(in.number<uint64_t>());
   readDate(in, summary.date);
   summary.startUtc = static_cast<int64_t>(in.number<uint64_t>());
+  summary.recording = in.number<uint64_t>();
   TrackBounds& bounds = summary.bounds;
   for (double* edge : {&bounds.west, &bounds.south, &bounds.east, &bounds.north}) {
     *edge = in.decimal();

@@ -49,6 +49,8 @@ std::string indexText(const LibraryIndex& index);
 // unchanged.
 void writeIndex(const std::string& path, const LibraryIndex& index, const LibraryDisk& disk);
 void dropIndex(const std::string& path);
+// No index is larger: a million tracks.
+inline constexpr uint64_t kLargestIndex = uint64_t{256} << 20;
 // Returns false if the bytes are not a complete index.
 bool readIndex(std::string_view bytes, LibraryIndex& index);
 

@@ -1,6 +1,7 @@
 #include "base/texts.h"
 #include "library/track_library.h"
 #include "library/unfinished_recording.h"
+#include "platform/files.h"
 
 namespace vgps {
 namespace {
@@ -37,10 +38,16 @@ Text textFor(LibraryState state) {
 }  // namespace
 
 std::string libraryMessage(LibraryResult result, const std::string& path) {
+  if (result == LibraryResult::unreadable && isNotAFile(path)) {
+    return textWith(Text::notAFile, path);
+  }
   return textWith(textFor(result), path);
 }
 
 std::string libraryMessage(LibraryState state, const std::string& path) {
+  if (state == LibraryState::unreadable && isNotAFile(path)) {
+    return textWith(Text::notAFile, path);
+  }
   return textWith(textFor(state), path);
 }
 
@@ -51,6 +58,7 @@ std::string journalMessage(JournalResult result, const std::string& path,
     case JournalResult::missing: break;
     case JournalResult::left: return textWith(Text::recordingFound, path);
     case JournalResult::inUse: return textWith(Text::inUse, path);
+    case JournalResult::notAFile: return textWith(Text::notAFile, path);
     case JournalResult::refused: return textWith(Text::unreadable, path);
     case JournalResult::notAJournal:
       return backupPath.empty() ? textWith(Text::journalUnreadable, path)

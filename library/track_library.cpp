@@ -1,6 +1,7 @@
 #include "library/track_library.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <optional>
 #include <utility>
@@ -97,6 +98,15 @@ std::string savedText(XmlElement element) {
   document.SetRootElement(element);
   const XmlBuffer text = document.saveToMemory();
   return text ? std::string(text.view()) : std::string();
+}
+
+// Another program may change the library between reading and writing it.
+template <class Change>
+LibraryResult whileOthersChange(Change change) {
+  constexpr int kAttempts = 10;
+  LibraryResult result = LibraryResult::changed;
+  for (int i = 0; i < kAttempts && result == LibraryResult::changed; ++i) result = change();
+  return result;
 }
 
 }  // namespace
@@ -231,19 +241,57 @@ TrackText TrackLibrary::edited(const Editable& old) const {
   return text;
 }
 
+// The last track of a recording; the number of tracks if there is none.
+size_t TrackLibrary::indexOf(uint64_t recording) const {
+  size_t index = tracks().size();
+  if (recording == 0) return index;
+  while (index > 0 && tracks()[index - 1].recording != recording) --index;
+  return index > 0 ? index - 1 : tracks().size();
+}
+
+// Whether the points of a stored track are the first ones of `track`. One that was thinned or split
+// meanwhile is not.
+bool TrackLibrary::isBeginning(size_t index, const Track& track) {
+  constexpr double kWritten = 1e-6;  // degrees
+  Track stored;
+  if (load(index, 0, stored) != LibraryResult::done) return false;
+  if (stored.points.size() > track.points.size()) return false;
+  const auto isSame = [](const TrackPoint& a, const TrackPoint& b) {
+    return std::fabs(a.longitude - b.longitude) < kWritten &&
+           std::fabs(a.latitude - b.latitude) < kWritten;
+  };
+  return std::equal(stored.points.begin(), stored.points.end(), track.points.begin(), isSame);
+}
+
 LibraryResult TrackLibrary::add(Track& track, const RecordingOptions& options,
                                 const DateTime& local) {
   if (store_ == nullptr) return LibraryResult::notFound;
+  return whileOthersChange([&] { return addOnce(track, options, local); });
+}
+
+LibraryResult TrackLibrary::addOnce(Track& track, const RecordingOptions& options,
+                                    const DateTime& local) {
   refresh();
   const size_t count = tracks().size();
-  std::string name = cleanName(track.name);
+  const size_t before = indexOf(track.recording);
+  if (before < count && tracks()[before].points >= track.points.size()) {
+    addedName_ = tracks()[before].name;
+    dropWrittenAttachments(track);
+    return LibraryResult::done;
+  }
+  const bool replaces = before < count && isBeginning(before, track);
+  std::string name = replaces ? tracks()[before].name : cleanName(track.name);
   if (name.empty()) {
     name =
         isFolder() ? trackNameFromTime(local) : libraryName({}, static_cast<uint32_t>(count + 1));
   }
-  const LibraryResult result =
-      change({{.index = count, .removes = false, .texts = {rendered(track, options, name)}}});
-  if (result == LibraryResult::done) dropWrittenAttachments(track);
+  const LibraryResult result = change({{.index = replaces ? before : count,
+                                        .removes = replaces,
+                                        .texts = {rendered(track, options, name)}}});
+  if (result != LibraryResult::done) return result;
+  dropWrittenAttachments(track);
+  const size_t added = indexOf(track.recording);
+  addedName_ = tracks()[std::min(added, tracks().size() - 1)].name;
   return result;
 }
 
@@ -251,6 +299,16 @@ LibraryResult TrackLibrary::import(XmlElement element) { return import({&element
 
 LibraryResult TrackLibrary::import(std::span<const XmlElement> elements) {
   if (store_ == nullptr) return LibraryResult::notFound;
+  if (!isFolder()) return whileOthersChange([&] { return importOnce(elements); });
+  LibraryResult result = LibraryResult::done;
+  // The next free name is known when this file is there.
+  for (; !elements.empty() && result == LibraryResult::done; elements = elements.subspan(1)) {
+    result = whileOthersChange([&] { return importOnce(elements.first(1)); });
+  }
+  return result;
+}
+
+LibraryResult TrackLibrary::importOnce(std::span<const XmlElement> elements) {
   refresh();
   const size_t count = tracks().size();
   TrackEdit all{.index = count, .removes = false};
@@ -260,11 +318,6 @@ LibraryResult TrackLibrary::import(std::span<const XmlElement> elements) {
     const LibraryResult result = imported(element, static_cast<uint32_t>(number), text);
     if (result != LibraryResult::done) return result;
     all.texts.push_back(std::move(text));
-    if (!isFolder()) continue;
-    // The next unused name is only known once this file exists.
-    const LibraryResult added =
-        change({std::exchange(all, TrackEdit{.index = count, .removes = false})});
-    if (added != LibraryResult::done) return added;
   }
   return all.texts.empty() ? LibraryResult::done : change({std::move(all)});
 }

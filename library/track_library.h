@@ -66,8 +66,12 @@ class TrackLibrary {
   LibraryResult load(size_t index, int32_t speedUnit, Track& track);
 
   // Appends a track under its name or, without one, as "Track NUMBER"; in a folder, under a name
-  // made from the time `local`. Removes the attachments that were written from `track`.
+  // made from the time `local`. Removes the attachments that were written from `track`. A recording
+  // that is there already is not added again; if it was shorter then, it is replaced. When another
+  // program changes the library meanwhile, it is read again, up to ten times.
   LibraryResult add(Track& track, const RecordingOptions& options, const DateTime& local);
+  // The name under which the last track was added.
+  const std::string& addedName() const { return addedName_; }
   // Adds a track element written by another program.
   LibraryResult import(XmlElement element);
   // Adds several tracks in one change: all or none. In a folder each is a file, and those written
@@ -94,6 +98,10 @@ class TrackLibrary {
   using Edit = std::function<void(Track&)>;
 
   LibraryResult change(const LibraryChange& change);
+  LibraryResult addOnce(Track& track, const RecordingOptions& options, const DateTime& local);
+  LibraryResult importOnce(std::span<const XmlElement> elements);
+  size_t indexOf(uint64_t recording) const;
+  bool isBeginning(size_t index, const Track& track);
   LibraryResult imported(XmlElement element, uint32_t number, TrackText& text) const;
   LibraryResult readForEditing(size_t index, Editable& out);
   TrackText rendered(const Track& track, const RecordingOptions& writing, std::string name) const;
@@ -102,6 +110,7 @@ class TrackLibrary {
 
   LibraryDisk disk_;
   std::unique_ptr<TrackStore> store_;
+  std::string addedName_;
   LibraryChange undo_;
   uint64_t undoRevision_ = 0;  // the store's revision when `undo_` was recorded
 };

@@ -50,12 +50,13 @@ constexpr LibraryResult lockResult(FileOpening opening) {
 struct TrackSummary {
   std::string name;
   uint64_t points = 0;
-  double kilometers = 0;  // on the surface, along the points
-  int64_t seconds = 0;    // from the first time to the last; 0 without times
-  DateTime date;          // local time of the first point that has one; otherwise year 0
-  int64_t startUtc = 0;   // milliseconds since 1970; 0: unknown
-  TrackBounds bounds;     // all 0 without points
-  bool damaged = false;   // the track is incomplete; these values are from its readable points
+  double kilometers = 0;   // on the surface, along the points
+  int64_t seconds = 0;     // from the first time to the last; 0 without times
+  DateTime date;           // local time of the first point that has one; year 0 without
+  int64_t startUtc = 0;    // milliseconds since 1970; 0: not known
+  uint64_t recording = 0;  // Track::recording
+  TrackBounds bounds;      // all 0 without points
+  bool damaged = false;    // the track is incomplete; these values are from its readable points
 };
 
 // The returned summary has no name.

@@ -19,6 +19,7 @@ TrackSummary summaryOf(const Track& track) {
   TrackSummary summary = summaryOf(sums);
   summary.name = track.name;
   summary.startUtc = track.startUtc;
+  summary.recording = track.recording;
   return summary;
 }
 

@@ -14,6 +14,7 @@ JournalResult UnfinishedRecording::open(const std::string& path) {
   const JournalResult result = journal->recover(path, found);
   damaged_ = found.damaged;
   backupPath_ = found.backupPath;
+  recording_ = found.recording;
   if (result != JournalResult::open) return result;
   if (found.points.empty()) {
     journal->discard();
@@ -46,6 +47,7 @@ std::unique_ptr<Journal> UnfinishedRecording::continueInto(Track& current) {
 
 LibraryResult UnfinishedRecording::save(TrackLibrary& library, const RecordingOptions& options,
                                         const DateTime& local) {
+  track_.recording = recording_;
   const LibraryResult result = library.add(track_, options, local);
   if (result != LibraryResult::done) return result;
   if (damaged_ && backupPath_.empty()) {

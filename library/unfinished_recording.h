@@ -51,6 +51,7 @@ class UnfinishedRecording {
   std::string path_;
   std::string backupPath_;
   bool damaged_ = false;
+  uint64_t recording_ = 0;  // Track::recording
   Track track_;
   std::unique_ptr<Journal> journal_;
 };

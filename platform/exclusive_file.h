@@ -13,9 +13,10 @@ namespace vgps {
 
 enum class FileOpening {
   opened,
-  missing,  // no such file or folder
-  inUse,    // open in another program, or elsewhere in this one
-  refused,  // no permission, no space, or a folder of that name
+  missing,   // no such file or folder
+  inUse,     // open in another program, or elsewhere in this one
+  refused,   // no permission, or no space
+  notAFile,  // a folder, pipe, or device, which is not opened
 };
 
 enum class OpenMode {

@@ -52,6 +52,9 @@ enum class FileKind {
 };
 FileKind fileKind(const std::string& path);
 
+// Whether a folder, device, or pipe has this name, which must not be opened as a file.
+bool isNotAFile(const std::string& path);
+
 // The path of the actual file after following all links (it need not exist). Empty if the links
 // lead nowhere.
 std::string resolveLinks(const std::string& path);
@@ -76,7 +79,7 @@ struct FileStamp {
   int64_t time = 0;
   bool operator==(const FileStamp&) const = default;
 };
-// Returns false if there is no such file or it is a folder.
+// Returns false if there is no such regular file.
 bool fileStamp(const std::string& path, FileStamp& stamp);
 
 // The time since the file was last changed, in seconds by the system's clock; negative if it lies

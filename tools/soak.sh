@@ -6,6 +6,12 @@ SENTENCES_PER_CYCLE=4000
 
 word_soak() {
   local cycles=$SOAK_CYCLES
+  if [ "${1:-}" = --faults ]; then
+    shift
+    no_more "$@"
+    soak_faults
+    return
+  fi
   while [ $# -gt 0 ]; do
     case $1 in
       --cycles)
@@ -25,4 +31,11 @@ word_soak() {
   export VGPS_SOAK_CYCLES=$cycles VGPS_SOAK_SENTENCES=$SENTENCES_PER_CYCLE
   GROUP_LIMIT=$((cycles * 40 + 600))
   in_wine window_tests.exe '--gtest_filter=Soak.*'
+}
+
+# Kills, writes that stop at every byte, full disks and several writers: the table.
+soak_faults() {
+  need build test
+  build_preset native
+  VGPS_SOAK_FAULTS=1 build/native/bin/program_tests --gtest_brief=1 '--gtest_filter=Faults.*'
 }

@@ -1,6 +1,8 @@
 #include "track/file_names.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 #include "base/number.h"
 #include "platform/files.h"
@@ -30,9 +32,22 @@ bool isDevice(std::string_view name) {
   for (const char* device : {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"}) {
     if (stem == device) return true;
   }
-  constexpr size_t kNumbered = 4;
-  return stem.size() == kNumbered && isDigit(stem.back()) &&
-         (stem.starts_with("COM") || stem.starts_with("LPT"));
+  constexpr size_t kFront = 3;
+  if (!stem.starts_with("COM") && !stem.starts_with("LPT")) return false;
+  const std::string_view number = std::string_view(stem).substr(kFront);
+  constexpr std::string_view kSuperscripts[] = {"\u00B9", "\u00B2", "\u00B3"};
+  return (number.size() == 1 && isDigit(number[0])) ||
+         std::find(std::begin(kSuperscripts), std::end(kSuperscripts), number) !=
+             std::end(kSuperscripts);
+}
+
+// File systems take 255 bytes; the rest is for a number and the extension.
+std::string_view shortened(std::string_view name) {
+  constexpr size_t kLongest = 200;
+  if (name.size() <= kLongest) return name;
+  size_t end = kLongest;
+  while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80) --end;
+  return name.substr(0, end);
 }
 
 }  // namespace
@@ -46,7 +61,7 @@ std::string trackNameFromTime(const DateTime& local) {
 }
 
 std::string fileNameFrom(std::string_view name) {
-  std::string file(name);
+  std::string file(shortened(name));
   for (char& c : file) {
     const auto byte = static_cast<unsigned char>(c);
     if (byte < 0x20 || std::string_view("<>:\"/\\|?*").find(c) != std::string_view::npos) c = '_';
@@ -56,6 +71,10 @@ std::string fileNameFrom(std::string_view name) {
 
 std::string freeTrackPath(std::string_view folder, std::string_view name) {
   return firstFree(folder, name, " - ", 0, 9);
+}
+
+std::string laterTrackPath(std::string_view folder, std::string_view name) {
+  return firstFree(folder, name, " - ", 10, 999);
 }
 
 std::string freeImportPath(std::string_view folder, std::string_view name) {

@@ -24,7 +24,8 @@ struct RecordingOptions {
   int32_t everySeconds = 0;  // ...seconds; 0: off
   int32_t everyMeters = 0;   // ...meters; 0: off
   int32_t bes = 0;           // kept with the track
-  bool manual = false;       // record only fixes that the user requests
+  bool jumpFilter = false;   // fixes that cannot have been reached are left out
+  bool manual = false;       // only fixes that the user asks for are recorded
 
   // Display units, also used for a file's speeds and for the running distances.
   int32_t speedUnit = 0;     // SpeedUnit

@@ -60,6 +60,8 @@ bool Recording::start() {
   current_.bes = options_.bes;
   lastRule_ = RecordingRule::none;
   lastPlace_.reset();
+  jumpFilter_ = {};
+  jumps_ = 0;
   lastRecordTick_ = clock_.tick();
   lastMark_ = 0;
   pendingMark_ = 0;
@@ -150,6 +152,10 @@ RecordingRule Recording::waitingFor() const {
 RecordingRule Recording::ruleAgainst(const FixRecord& fix, uint32_t force) {
   using enum RecordingRule;
   if (!isPosition(fix.longitude, fix.latitude)) return noPosition;
+  if (options_.jumpFilter && jumpFilter_.isJump(fix, clock_.tick())) {
+    ++jumps_;
+    return jump;
+  }
   if (options_.manual) return std::exchange(requested_, false) ? none : manual;
   if (options_.everyNth > 0) return passesCountdown() ? none : everyNth;
   if (current_.cellMode != 0 && options_.recordCell) return none;
@@ -194,6 +200,7 @@ void Recording::addDistance(const FixRecord& last, const FixRecord& fix) {
 void Recording::record(const FixRecord& fix, uint32_t force) {
   if (!current_.points.empty()) addDistance(current_.points.back(), fix);
   TrackPoint point{fix};
+  point.unknown &= kAllUnknown;
   point.receiverUtc =
       receiverUtcOf(fix, current_.points.empty() ? 0 : current_.points.back().receiverUtc);
   point.utcTime = clock_.utc();

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 
 #include "platform/clock.h"
+#include "track/jump_filter.h"
 #include "track/options.h"
 #include "track/track.h"
 
@@ -12,9 +14,10 @@ namespace vgps {
 // Why a fix is not recorded.
 enum class RecordingRule : uint8_t {
   none,
-  noPosition,  // position 0,0 or not on the earth
-  manual,      // the user has not requested it
-  everyNth,    // skipped by the "every Nth" setting
+  noPosition,  // it stands at 0,0 or off the earth
+  jump,        // out of reach, see JumpFilter
+  manual,      // the user has not asked for it
+  everyNth,    // so many are left out
   tooSlow,     // below the speed threshold
   noChange,    // course, altitude, and intervals are all below their thresholds
 };
@@ -80,8 +83,11 @@ class Recording {
   // `none`.
   RecordingRule waitingFor() const;
 
-  // Marks the next recorded point with the next number: 1, 2, ... from each start. Does nothing if
-  // a mark is already pending. Returns false if no recording is in progress.
+  // How many fixes the jump filter has kept from being recorded since the start.
+  size_t jumps() const { return jumps_; }
+
+  // The next point that can be recorded is marked with the next number: 1, 2, ... from each start.
+  // While a mark waits, asking again changes nothing. False when nothing is being recorded.
   bool mark();
   // In manual mode: requests that the next fix be recorded.
   void requestPoint() { requested_ = true; }
@@ -109,6 +115,8 @@ class Recording {
   const Clock& clock_;
   double distance_ = 0;
   double distance3d_ = 0;
+  JumpFilter jumpFilter_;
+  size_t jumps_ = 0;
   int32_t countdown_ = 0;
   bool requested_ = false;
   RecordingRule lastRule_ = RecordingRule::none;

@@ -23,6 +23,9 @@ struct Track {
   // When the first point was recorded, milliseconds since 1970; 0: unknown. The receiver's UTC, or
   // the computer's if the receiver has not sent a date.
   int64_t startUtc = 0;
+  // Which recording it is, by a number that its journal has too, so that what is saved twice stays
+  // one track in a library; 0: not known.
+  uint64_t recording = 0;
 
   // Thresholds of the recording filter; 0 is replaced by the option's value when recording starts.
   float angleThreshold = 0;     // degrees

@@ -134,6 +134,7 @@ TrackLoading loadTrackFile(const std::string& path, int32_t speedUnit, Track& tr
   if (!named && read.points.empty()) return TrackLoading::notATrack;
   track.name = std::move(read.name);
   track.startUtc = read.startUtc;
+  track.recording = read.recording;
   track.points = std::move(read.points);
   track.attachments = std::move(read.attachments);
   track.pointNames = std::move(read.pointNames);

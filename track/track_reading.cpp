@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <string>
 #include <string_view>
@@ -318,9 +319,18 @@ bool isPointAttribute(std::string_view name, std::string_view value) {
          std::end(kPointAttributes);
 }
 
+// 16 hexadecimal digits.
+bool readRecording(std::string_view text, uint64_t& number) {
+  constexpr size_t kDigits = 16;
+  const char* const end = text.data() + text.size();
+  return text.size() == kDigits && std::from_chars(text.data(), end, number, 16).ptr == end;
+}
+
 bool isTrackAttribute(std::string_view name, std::string_view value) {
   int64_t utc = 0;
-  return name == "n" || (name == "start" && readIsoUtc(value, utc));
+  uint64_t recording = 0;
+  return name == "n" || (name == "start" && readIsoUtc(value, utc)) ||
+         (name == "recording" && readRecording(value, recording));
 }
 
 bool readTrack(XmlElement element, int32_t speedUnit, Track& track, bool* foreign) {
@@ -328,6 +338,10 @@ bool readTrack(XmlElement element, int32_t speedUnit, Track& track, bool* foreig
   track.startUtc = 0;
   if (const XmlAttribute start = element.FindAttribute("start")) {
     readIsoUtc(start.storedValue(), track.startUtc);
+  }
+  track.recording = 0;
+  if (const XmlAttribute recording = element.FindAttribute("recording")) {
+    readRecording(recording.storedValue(), track.recording);
   }
   track.points.clear();
   track.attachments.clear();

@@ -2,6 +2,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <vector>
 
 #include "base/number.h"
@@ -129,6 +130,12 @@ class TrackWriter {
     if (track_.startUtc != 0) {
       text_.add(" start=\""), text_.add(isoUtcText(track_.startUtc)), text_.add("\"");
     }
+    if (track_.recording != 0) {
+      char number[kRecordingDigits + 1];
+      std::snprintf(number, sizeof number, "%016llx",
+                    static_cast<unsigned long long>(track_.recording));
+      text_.add(" recording=\""), text_.add(number), text_.add("\"");
+    }
     const bool empty = std::all_of(track_.points.begin(), track_.points.end(), isNowhere);
     text_.add(empty ? "/>\r\n" : ">\r\n");
     for (size_t i = 0; i < track_.points.size(); ++i) {
@@ -140,6 +147,7 @@ class TrackWriter {
 
  private:
   static constexpr size_t kUsualHead = 1000;
+  static constexpr size_t kRecordingDigits = 16;
   static size_t usualPoint(const RecordingOptions& options) {
     return options.recordTime || options.recordSpeed || options.recordCourse ? 112 : 64;
   }

@@ -47,6 +47,9 @@ void* openFile(const std::string& path, XmlFiles::Access access) {
   file->path = systemPath(path);
   file->stream.rdbuf()->pubsetbuf(nullptr, 0);
   if (access == XmlFiles::Access::read) {
+    std::error_code error;
+    // Reading a pipe would wait for its writer.
+    if (!std::filesystem::is_regular_file(file->path, error)) return nullptr;
     file->stream.open(file->path, std::ios::in | std::ios::binary);
   } else if (!openInPlace(*file)) {
     file->stream.clear();

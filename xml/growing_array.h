@@ -7,6 +7,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "base/allocation.h"
+
 namespace vgps {
 
 // An array of plain rows that grows by chunks. Rows are rarely copied, and memory pages without
@@ -49,12 +51,12 @@ class GrowingArray {
   static void resize(T*& rows, uint64_t count) {
     // NOLINTNEXTLINE(bugprone-sizeof-expression): rows of addresses are meant
     void* const resized = std::realloc(rows, count * sizeof(T));
-    if (resized == nullptr) std::abort();
+    if (resized == nullptr) failAllocation();
     rows = static_cast<T*>(resized);
   }
 
   void grow() {
-    if (size_ == UINT32_MAX - kRows + 1) std::abort();
+    if (size_ == UINT32_MAX - kRows + 1) failAllocation();
     const uint32_t chunk = size_ / kRows;
     if ((chunk & (chunk - 1)) == 0 && size_ % kRows == 0) {
       resize(chunks_, chunk == 0 ? 1 : uint64_t{chunk} * 2);

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstdlib>
+
+#include "base/allocation.h"
 
 namespace vgps {
 
@@ -16,10 +17,10 @@ XmlSpan TextStore::add(std::string_view text) {
   if (open_) return addToBlock(text);
   while (sideUsed_ + text.size() > chunkStart(chunk_ + 1)) {
     sideUsed_ = chunkStart(++chunk_);
-    if (sideBase_ + sideUsed_ + text.size() > kLimit) std::abort();
+    if (sideBase_ + sideUsed_ + text.size() > kLimit) failAllocation();
   }
   XmlBuffer& chunk = chunks_[chunk_];
-  if (!chunk && !chunk.resize(chunkStart(chunk_ + 1) - chunkStart(chunk_))) std::abort();
+  if (!chunk && !chunk.resize(chunkStart(chunk_ + 1) - chunkStart(chunk_))) failAllocation();
   const XmlSpan span{static_cast<uint32_t>(sideBase_ + sideUsed_),
                      static_cast<uint32_t>(text.size())};
   overwrite(span.offset, text);
@@ -33,7 +34,8 @@ XmlSpan TextStore::addToBlock(std::string_view text) {
     overflowed_ = overflowed_ || needed > kLimit;
     if (overflowed_) return {};
     const uint64_t grown = std::max<uint64_t>(needed, block_.size() * 2) + kFirstChunk;
-    if (!block_.resize(std::min(grown, kLimit))) std::abort();
+    overflowed_ = !block_.resize(std::min(grown, kLimit));
+    if (overflowed_) return {};
   }
   if (!text.empty()) std::memcpy(block_.data() + used_, text.data(), text.size());
   used_ += text.size();
@@ -44,7 +46,7 @@ void TextStore::seal() {
   open_ = false;
   // One extra byte, so that an empty string at the end still has an offset inside the block.
   sideBase_ = static_cast<uint32_t>(used_ + 1);
-  if (!block_.resize(used_ + 1)) std::abort();
+  if (!block_.resize(used_ + 1)) failAllocation();
 }
 
 }  // namespace vgps

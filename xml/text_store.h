@@ -28,7 +28,7 @@ class TextStore {
   }
   std::string_view view(XmlSpan span) const { return {at(span.offset), span.length}; }
 
-  // If a sealed store is full, the program ends, as after any failed allocation.
+  // A sealed store that is full counts as a failed allocation.
   XmlSpan add(std::string_view text);
   // For a string with XmlBuffer::kTail readable bytes after it.
   XmlSpan addFromWindow(const char* from, size_t length) {
@@ -50,8 +50,8 @@ class TextStore {
     if (!text.empty()) std::memmove(const_cast<char*>(at(offset)), text.data(), text.size());
   }
 
-  // Starts the growing block; only in an empty store. A text that would exceed kLimit is then
-  // dropped, and `overflowed` returns true.
+  // Starts the growing block; only in an empty store. A text that would exceed kLimit or the
+  // memory is then dropped, and `overflowed` returns true.
   void open() {
     open_ = true;
     sideBase_ = UINT32_MAX;

@@ -1,7 +1,8 @@
 #include "xml/tree.h"
 
 #include <bit>
-#include <cstdlib>
+
+#include "base/allocation.h"
 
 namespace vgps {
 namespace {
@@ -140,7 +141,7 @@ uint32_t XmlTree::lastItemUpTo(uint32_t element, uint32_t after) const {
 }
 
 uint32_t XmlTree::newItem(XmlItemKind kind, XmlSpan stored, uint32_t after) {
-  if (items.size() > kMostItems) std::abort();
+  if (items.size() > kMostItems) failAllocation();
   XmlItemRow row{stored.offset, stored.length, after, 0, 0};
   row.kind = static_cast<uint32_t>(kind) & 3U;
   return items.push(row);

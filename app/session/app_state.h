@@ -157,13 +157,17 @@ class SessionRecorderHooks : public RecorderHooks {
   void trackChanged() override;
   void journalRefused(const std::string& path) override;
   void journalFailed() override { journalFailed_ = true; }
+  void journalWorks() override { journalWorks_ = true; }
 
   // Whether the disk has refused points since the last call.
   bool takeJournalFailure() { return journalFailed_.exchange(false); }
+  // Whether it takes them again since the last call.
+  bool takeJournalWorks() { return journalWorks_.exchange(false); }
 
  private:
   AppState& app_;
   std::atomic<bool> journalFailed_{false};
+  std::atomic<bool> journalWorks_{false};
 };
 
 // The complete application state. Created once at program entry and passed down from there.
@@ -208,8 +212,9 @@ struct AppState {
   std::string notice;          // one line shown in the status line for a while
   uint32_t noticeTick = 0;
   LinesTold linesTold;
-  RawLog rawLog;                // filled while the raw log screen is shown
-  std::string lastMessageText;  // "Sirf msg ..." from binary input, "SENS msg: ..." from a sensor
+  size_t jumpsTold = 0;
+  RawLog rawLog;                // of the raw log screen, while it shows
+  std::string lastMessageText;  // "Sirf msg ..." of binary input, "SENS msg: ..." of a sensor
 
   // From the last byte of the data until it was drawn.
   uint64_t readoutDelayMicros = 0;

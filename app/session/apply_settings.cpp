@@ -32,6 +32,7 @@ RecordingOptions recordingOptionsOf(const Settings& settings) {
   options.everyNth = settings.recordEvery;
   options.everySeconds = settings.recordEverySeconds;
   options.everyMeters = settings.recordEveryMeters;
+  options.jumpFilter = settings.jumpFilter;
   options.bes = settings.recordBes;
   options.manual = settings.manualRecording;
   options.speedUnit = settings.speedUnit;

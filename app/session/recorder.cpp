@@ -83,6 +83,7 @@ LibraryOpening Recorder::openLibrary() {
 bool Recorder::save(Track& ended) {
   const std::string file = hooks_.places().file;
   if (file.empty()) {
+    ended.recording = journal_->isOpen() ? journal_->recording() : 0;
     keeping_ = saveToLibrary([&] { return library.add(ended, options, clock_.local()); });
   } else {
     const bool written = writeTrackFile(ended, file, options);
@@ -101,7 +102,7 @@ SaveResult Recorder::saveToLibrary(const std::function<LibraryResult()>& add) {
   if (library.backupPath() != backupBefore) keeping.damagedBackupPath = library.backupPath();
   if (keeping.result != LibraryResult::done) return keeping;
   keeping.outcome = SaveResult::Outcome::saved;
-  keeping.name = lastSavedName_ = library.tracks().back().name;
+  keeping.name = lastSavedName_ = library.addedName();
   return keeping;
 }
 
@@ -118,7 +119,9 @@ LibraryResult Recorder::renameLastSaved(std::string_view name) {
 }
 
 JournalSettings Recorder::journalSettings() {
-  return {.open = hooks_.opener(), .failed = [this] { hooks_.journalFailed(); }};
+  return {.open = hooks_.opener(),
+          .failed = [this] { hooks_.journalFailed(); },
+          .works = [this] { hooks_.journalWorks(); }};
 }
 
 void Recorder::beginJournal() {

@@ -44,6 +44,8 @@ class RecorderHooks {
   // The disk refuses the journal's points, which stay in memory until it accepts them. Called once
   // until writing works again, on the journal's own thread.
   virtual void journalFailed() {}
+  // The disk has the points again that it refused. On the journal's own thread, too.
+  virtual void journalWorks() {}
 };
 
 // The result of opening the track library to save a track.

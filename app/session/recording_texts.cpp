@@ -49,6 +49,7 @@ std::string waitingText(const Recorder& recorder) {
   switch (recorder.recording().waitingFor()) {
     case RecordingRule::none: break;
     case RecordingRule::noPosition: return std::string(textOf(Text::waitsForPosition));
+    case RecordingRule::jump: return std::string(textOf(Text::waitsForReach));
     case RecordingRule::manual: return std::string(textOf(Text::waitsForUser));
     case RecordingRule::everyNth:
       return textWith(Text::waitsForCount, std::to_string(options.everyNth));

@@ -1,6 +1,7 @@
 #include "app/session/timers.h"
 
 #include <array>
+#include <utility>
 
 #include "app/session/app_state.h"
 #include "app/session/connection.h"
@@ -60,6 +61,11 @@ void onStatisticsTimer(AppState& app) {
   measureLog(app);
   checkConnection(app);
   if (app.recorderHooks.takeJournalFailure()) showNotice(app, textOf(Text::journalFailing));
+  if (app.recorderHooks.takeJournalWorks()) showNotice(app, textOf(Text::journalWorks));
+  const size_t jumps = app.recorder.recording().jumps();
+  if (std::exchange(app.jumpsTold, jumps) < jumps) {
+    showNotice(app, textWith(Text::jumpsLeftOut, std::to_string(jumps)));
+  }
   if (app.currentScreen == Screen::statistics) repaintThrottled(app);
 }
 

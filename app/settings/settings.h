@@ -91,6 +91,7 @@ struct Settings {
   int32_t recordEvery{};           // "res"
   int32_t recordEverySeconds{};    // "reseconds"
   int32_t recordEveryMeters{};     // "remeters"
+  bool jumpFilter{};               // "rejumps"
   int32_t recordBem{};             // "bem"
   bool drawPath{};                 // "drp"
   bool viewCell{};                 // "vci"

@@ -9,6 +9,7 @@ namespace vgps {
 namespace {
 
 constexpr int kTries = 10;
+constexpr uint64_t kLargestSettings = uint64_t{64} << 20;
 constexpr std::chrono::milliseconds kPause(20);
 
 }  // namespace
@@ -19,6 +20,8 @@ SettingsFile::Reading SettingsFile::readBytes(std::string& bytes) const {
   if (kind == FileKind::none) return Reading::missing;
   // Reading a pipe would wait for its writer.
   if (kind == FileKind::other) return Reading::unreadable;
+  FileStamp stamp;
+  if (fileStamp(path_, stamp) && stamp.size > kLargestSettings) return Reading::unreadable;
   void* const file = disk_.files->open(path_, XmlFiles::Access::read);
   if (file == nullptr) return Reading::unreadable;
   readToEnd([&](char* to, size_t size) { return disk_.files->read(file, to, size); }, bytes);

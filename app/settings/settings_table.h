@@ -126,6 +126,7 @@ inline constexpr auto kSettingRows = [] {
     number("cfg\\vgps", "res", 0, &Settings::recordEvery, SettingGroup::recording),
     number("cfg\\vgps", "reseconds", 0, &Settings::recordEverySeconds, SettingGroup::recording),
     number("cfg\\vgps", "remeters", 0, &Settings::recordEveryMeters, SettingGroup::recording),
+    flag("cfg\\vgps", "rejumps", 0, &Settings::jumpFilter, SettingGroup::recording),
     number("cfg\\vgps", "bem", 0, &Settings::recordBem, SettingGroup::recording),
     flag("cfg\\vgps", "drp", 1, &Settings::drawPath, SettingGroup::recording),
     flag("cfg\\vgps", "vci", 1, &Settings::viewCell, SettingGroup::playback),

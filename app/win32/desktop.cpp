@@ -11,10 +11,12 @@
 #include "app/win32/device_installer.h"
 #include "app/win32/language_library.h"
 #include "app/win32/main_window.h"
+#include "app/win32/out_of_memory.h"
 #include "app/win32/program_font.h"
 #include "app/win32/program_sounds.h"
 #include "app/win32/single_instance.h"
 #include "app/win32/window_ui_thread.h"
+#include "base/allocation.h"
 #include "platform/files.h"
 #include "track/track_simulation.h"
 
@@ -40,6 +42,7 @@ class OleSession {
 }  // namespace
 
 int runDesktop(HINSTANCE instance, int show, std::span<const std::string> arguments) {
+  endWithoutMemory([] { tellOutOfMemory(nullptr); });
   const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_STANDARD_CLASSES | ICC_WIN95_CLASSES};
   InitCommonControlsEx(&controls);
   StartupLock startup;

@@ -1,5 +1,7 @@
 #include "app/win32/dialogs.h"
 
+#include <new>
+
 #include "app/desktop/command.h"
 #include "app/desktop/dialog_hidden_option.h"
 #include "app/win32/dialog_opening.h"
@@ -8,6 +10,7 @@
 #include "app/win32/main_window.h"
 #include "app/win32/message_parameter.h"
 #include "app/win32/night_look.h"
+#include "app/win32/out_of_memory.h"
 #include "base/number.h"
 #include "base/texts.h"
 #include "platform/win32/wide.h"
@@ -40,7 +43,13 @@ class OpenDialog {
   static INT_PTR CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARAM second) {
     if (message == WM_INITDIALOG) SetWindowLongPtrW(window, DWLP_USER, second);
     auto* const self = addressIn<OpenDialog>(GetWindowLongPtrW(window, DWLP_USER));
-    return self == nullptr ? FALSE : self->handle(window, message, first, second);
+    if (self == nullptr) return FALSE;
+    try {
+      return self->handle(window, message, first, second);
+    } catch (const std::bad_alloc&) {
+      tellOutOfMemory(window);
+      return FALSE;
+    }
   }
 
  private:

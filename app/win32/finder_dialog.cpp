@@ -3,10 +3,12 @@
 #include <commctrl.h>
 
 #include <array>
+#include <new>
 
 #include "app/win32/dialog_opening.h"
 #include "app/win32/message_parameter.h"
 #include "app/win32/night_look.h"
+#include "app/win32/out_of_memory.h"
 #include "base/texts.h"
 #include "platform/win32/wide.h"
 #include "res/finder_ids.h"
@@ -65,7 +67,13 @@ INT_PTR CALLBACK FinderDialog::procedure(HWND dialog, UINT message, WPARAM first
     addressIn<FinderDialog>(second)->dialog_ = dialog;
   }
   auto* const self = addressIn<FinderDialog>(GetWindowLongPtrW(dialog, DWLP_USER));
-  return self == nullptr ? FALSE : self->handle(message, first, second);
+  if (self == nullptr) return FALSE;
+  try {
+    return self->handle(message, first, second);
+  } catch (const std::bad_alloc&) {
+    tellOutOfMemory(dialog);
+    return FALSE;
+  }
 }
 
 INT_PTR FinderDialog::handle(UINT message, WPARAM first, LPARAM second) {

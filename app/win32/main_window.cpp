@@ -1,6 +1,7 @@
 #include "app/win32/main_window.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -17,6 +18,7 @@
 #include "app/win32/message_parameter.h"
 #include "app/win32/night_look.h"
 #include "app/win32/night_menu.h"
+#include "app/win32/out_of_memory.h"
 #include "app/win32/single_instance.h"
 #include "app/win32/window_messages.h"
 #include "app/win32/window_ui_thread.h"
@@ -159,7 +161,12 @@ LRESULT CALLBACK MainWindow::procedure(HWND window, UINT message, WPARAM first, 
   }
   auto* const self = addressIn<MainWindow>(GetWindowLongPtrW(window, GWLP_USERDATA));
   if (self == nullptr) return DefWindowProcW(window, message, first, second);
-  return self->handle(message, first, second);
+  try {
+    return self->handle(message, first, second);
+  } catch (const std::bad_alloc&) {  // of the whole operation; the program goes on
+    tellOutOfMemory(window);
+    return 0;
+  }
 }
 
 // Handles input, timers, and messages from the reader.

@@ -73,6 +73,12 @@ bool isStillNamed(int fd, const std::string& path) {
          held.st_dev == named.st_dev && held.st_ino == named.st_ino;
 }
 
+// Opening a pipe or device may wait for its other end or start something there.
+bool isSpecial(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
+
 int flagsOf(OpenMode mode) {
   switch (mode) {
     case OpenMode::existing: break;
@@ -87,7 +93,11 @@ int flagsOf(OpenMode mode) {
 std::unique_ptr<ExclusiveFile> openExclusive(const std::string& path, OpenMode mode,
                                              FileOpening& opening) {
   for (;;) {
-    const int fd = ::open(path.c_str(), O_RDWR | O_CLOEXEC | flagsOf(mode), 0666);
+    if (mode != OpenMode::createNew && isSpecial(path)) {
+      opening = FileOpening::notAFile;
+      return nullptr;
+    }
+    const int fd = ::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK | flagsOf(mode), 0666);
     if (fd < 0) {
       opening = openingOf(errno);
       return nullptr;

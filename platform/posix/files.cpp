@@ -96,6 +96,10 @@ FileKind fileKind(const std::string& path) {
   return errno == ENOENT ? FileKind::none : FileKind::other;
 }
 
+bool isNotAFile(const std::string& path) {
+  return fileKind(path) == FileKind::other && fileExists(path);
+}
+
 std::string resolveLinks(const std::string& path) {
   constexpr int kMostLinks = 40;  // the limit of the system itself
   std::string at = path;
@@ -139,7 +143,7 @@ bool removeFile(const std::string& path) { return ::unlink(path.c_str()) == 0; }
 bool fileStamp(const std::string& path, FileStamp& stamp) {
   constexpr int64_t kNanoseconds = 1000000000;
   struct stat status {};
-  if (::stat(path.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) return false;
+  if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
   stamp.size = static_cast<uint64_t>(status.st_size);
   stamp.time = int64_t{status.st_mtim.tv_sec} * kNanoseconds + status.st_mtim.tv_nsec;
   return true;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/files.h"
 #include "platform/win32/handle.h"
 #include "platform/win32/wide.h"
 
@@ -108,7 +109,12 @@ std::unique_ptr<ExclusiveFile> openExclusive(const std::string& path, OpenMode m
                             kNotShared, nullptr, dispositionOf(mode), FILE_ATTRIBUTE_NORMAL,
                             nullptr));
   if (!handle.isValid()) {
-    opening = openingOf(GetLastError());
+    const DWORD error = GetLastError();
+    opening = isFolder(path) ? FileOpening::notAFile : openingOf(error);
+    return nullptr;
+  }
+  if (GetFileType(handle.get()) != FILE_TYPE_DISK) {
+    opening = FileOpening::notAFile;
     return nullptr;
   }
   opening = FileOpening::opened;

@@ -112,6 +112,10 @@ FileKind fileKind(const std::string& path) {
   return missing ? FileKind::none : FileKind::other;
 }
 
+bool isNotAFile(const std::string& path) {
+  return fileKind(path) == FileKind::other && fileExists(path);
+}
+
 std::string resolveLinks(const std::string& path) {
   const DWORD attributes = GetFileAttributesW(wideFromUtf8(path).c_str());
   const bool link =

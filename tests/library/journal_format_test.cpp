@@ -57,6 +57,40 @@ TEST(JournalFormat, EveryFieldComesBack) {
   EXPECT_EQ(std::memcmp(&points[4], &wanted, sizeof wanted), 0) << "the note is for one point";
 }
 
+TEST(JournalFormat, ANoteBelongsToThePointBehindItOnly) {
+  std::vector<uint8_t> bytes = journalOf(1);
+  writeJournalId(4711, bytes);
+  const size_t good = bytes.size();
+  TrackPoint noted = numberedPoint(1);
+  noted.receiverUtc = 1237811719250;
+  writeJournalPoint(noted, bytes);
+  bytes.resize(bytes.size() - 1);
+  const JournalContents contents = readJournal(bytes);
+  EXPECT_EQ(contents.id, 4711U);
+  EXPECT_EQ(contents.goodEnd, good) << "the next point must not get its note";
+}
+
+// 8 MB of lengths that reach to the end, each with a good point in front, and a hole of 100 GB.
+TEST(JournalFormat, DamageCostsTimeInProportion) {
+  std::vector<uint8_t> bytes;
+  writeJournalHeader(bytes);
+  std::vector<uint8_t> piece;
+  writeJournalPoint(numberedPoint(7), piece);
+  piece.insert(piece.end(), {0, 0, 0x40, 0, 1, 2, 3, 4});
+  constexpr size_t kPieces = 60000;
+  for (size_t i = 0; i < kPieces; ++i) bytes.insert(bytes.end(), piece.begin(), piece.end());
+  EXPECT_EQ(readJournal(bytes).points.size(), kPieces);
+
+  uint64_t read = 0;
+  const JournalContents hole = readJournal([&](char* to, size_t size) {
+    std::fill_n(to, size, '\0');
+    read += size;
+    return size;  // without end
+  });
+  EXPECT_TRUE(hole.damaged);
+  EXPECT_LT(read, uint64_t{100} << 20);
+}
+
 TEST(JournalFormat, StartsAsDrawn) {
   const std::vector<uint8_t> bytes = journalOf(1);
   const uint8_t start[] = {'V', 'G', 'P', 'S', 'J', 'R', 'N', 'L', 1, 0, 0, 0};

@@ -98,9 +98,9 @@ TEST_F(JournalOnDisk, ADamagedEndIsCutAndKeptBeside) {
   EXPECT_EQ(found.points.size(), 3U);
   EXPECT_TRUE(found.damaged);
   EXPECT_EQ(found.backupPath, bad);
-  EXPECT_EQ(std::filesystem::file_size(bad), kJournalHeader + 4 * kJournalPoint);
+  EXPECT_EQ(std::filesystem::file_size(bad), kJournalStart + 4 * kJournalPoint);
   journal.close();  // Later: nothing has changed
-  EXPECT_EQ(std::filesystem::file_size(path_), kJournalHeader + 4 * kJournalPoint);
+  EXPECT_EQ(std::filesystem::file_size(path_), kJournalStart + 4 * kJournalPoint);
   ASSERT_EQ(journal.recover(path_, found), JournalResult::open);
   journal.append(point(3));
   EXPECT_TRUE(journal.close());
@@ -160,7 +160,7 @@ TEST_F(JournalOnDisk, ACopyIsMadeOnceForEachDamage) {
 TEST_F(JournalOnDisk, FoldersThatAreNotThere) {
   Journal journal;
   EXPECT_NE(journal.create(pathIn(pathIn(folder_, "none"), kJournalName)), JournalResult::open);
-  EXPECT_EQ(journal.create(folder_), JournalResult::refused);
+  EXPECT_EQ(journal.create(folder_), JournalResult::notAFile);
   EXPECT_FALSE(journal.isOpen());
   journal.append(point(0));  // recording goes on without one
 }

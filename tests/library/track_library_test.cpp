@@ -30,6 +30,26 @@ INSTANTIATE_TEST_SUITE_P(Library, EitherLibrary, testing::Bool(),
 
 const char* const kThree = "A 1,2,3 | B 11,12,13,14 | C 21,22";
 
+// A program that was killed behind saving saves its recording again.
+TEST_P(EitherLibrary, ARecordingIsOneTrackHoweverOftenItIsSaved) {
+  addThree();
+  Track first = walkingTrack("D", 2, 31);
+  first.recording = 0xABCD;
+  Track longer = walkingTrack("", 4, 31);
+  longer.recording = first.recording;
+  for (Track* const track : {&first, &first, &longer, &first}) {
+    ASSERT_EQ(library_.add(*track, {}, kAddedAt), LibraryResult::done);
+    EXPECT_EQ(library_.addedName(), "D");
+  }
+  EXPECT_EQ(contentsAt(path_), std::string(kThree) + " | D 31,32,33,34");
+  ASSERT_EQ(library_.reverse(3, {}), LibraryResult::done);
+  Track still = walkingTrack("E", 5, 31);
+  still.recording = first.recording;
+  ASSERT_EQ(library_.add(still, {}, kAddedAt), LibraryResult::done);
+  EXPECT_EQ(contentsAt(path_), std::string(kThree) + " | D 34,33,32,31 | E 31,32,33,34,35")
+      << "what was edited is another track";
+}
+
 struct Change {
   const char* what;
   std::function<LibraryResult(TrackLibrary&)> change;

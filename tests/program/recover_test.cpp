@@ -1,10 +1,12 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 
 #include "library/journal.h"
+#include "library/journal_format.h"
 #include "tests/library/library_world.h"
 #include "tests/program/program.h"
 
@@ -54,6 +56,34 @@ TEST_F(Recover, SavesIntoTheLibrary) {
   EXPECT_TRUE(says(done.output, "Saved 12 points in " + library_)) << done.output;
   EXPECT_EQ(contentsAt(library_), "Track 1 1,2,3,4,5,6,7,8,9,10,11,12 | Track 2 1,2,3");
   EXPECT_EQ(existingJournals(journal_), std::vector<std::string>());
+}
+
+// Reading them would wait, and removing them is not for this program to do.
+TEST_F(Recover, OnlyFilesAreTakenForFiles) {
+  const std::function<void(const std::string&)> makes[] = {
+      [](const std::string& path) { ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0); },
+      [](const std::string& path) { std::filesystem::create_symlink("/dev/zero", path); },
+      [](const std::string& path) { std::filesystem::create_directory(path); },
+  };
+  for (const auto& make : makes) {
+    for (const char* const word : {"--save", "--discard"}) {
+      make(journal_);
+      const Finished done = run({word});
+      EXPECT_EQ(done.status, 1);
+      EXPECT_EQ(done.errors, "vgps: " + journal_ + " is not a regular file.\n");
+      EXPECT_TRUE(fileExists(journal_));
+      std::filesystem::remove(journal_);
+    }
+    make(library_);
+    if (isFolder(library_)) continue;  // a library of files
+    leave(3);
+    const Finished done = run({"--save"});
+    EXPECT_EQ(done.status, 1);
+    EXPECT_TRUE(says(done.errors, library_ + " is not a regular file.")) << done.errors;
+    EXPECT_TRUE(fileExists(library_));
+    std::filesystem::remove(library_);
+    std::filesystem::remove(journal_);
+  }
 }
 
 TEST_F(Recover, SavesWhereTheSettingsSay) {
@@ -175,8 +205,9 @@ TEST_F(Recover, AKilledContinuationCanBeRecoveredAgain) {
     EXPECT_TRUE(
         program.readUntil([&] { return says(program.output, "Continuing after 5 points"); }));
     EXPECT_EQ(run({"--save"}).status, 2);
-    // Header and points.
-    const auto enough = [&] { return std::filesystem::file_size(journal_) > 16 + 5 * 129; };
+    const auto enough = [&] {
+      return std::filesystem::file_size(journal_) > kJournalStart + 5 * kJournalPoint;
+    };
     EXPECT_TRUE(program.readUntil(enough));
   }  // killed
   EXPECT_EQ(run({"--save"}).status, 0);

@@ -86,6 +86,12 @@ TEST(Replay, AgreesWithTheFactsOfTheRecordedLogs) {
   EXPECT_EQ(logs, 23U);
 }
 
+TEST(Replay, WhatNeverEndsIsNotALog) {
+  const Finished done = runProgram({"replay", "/dev/zero"});
+  EXPECT_EQ(done.status, 1);
+  EXPECT_EQ(done.errors, "vgps: /dev/zero is not a log\n");
+}
+
 TEST(Replay, ALogOfSeveralRunsGivesEachInFull) {
   const TestFolder folder;
   const std::string run = fileBytes(sourcePath("tests/logs/talkers.nmea"));

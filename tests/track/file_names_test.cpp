@@ -41,11 +41,15 @@ TEST_F(FileNames, NamesOfPeople) {
   EXPECT_EQ(trackNameFromTime({2010, 7, 1, 5, 9, 3, 59, 999}), "Track05_07_2010_09_03");
   EXPECT_EQ(trackNameFromTime({10, 12, 1, 25, 19, 30, 0, 0}), "Track25_12_10_19_30");
   EXPECT_EQ(fileNameFrom("a/b\\c:\"d\"\n<*?>|"), "a_b_c__d_______");
-  for (const char* device : {"CON", "nul", "Aux.a", "com1", "LPT9 .x"}) {
+  for (const char* device :
+       {"CON", "nul", "Aux.a", "com1", "LPT9 .x", "COM\u00B9", "lpt\u00B3.x"}) {
     EXPECT_EQ(fileNameFrom(device), std::string("_") + device);
   }
   for (const char* name : {"CONE", "COM", "COM12", "a.CON", ""})
     EXPECT_EQ(fileNameFrom(name), name);
+  std::string mountains;
+  for (int i = 0; i < 100; ++i) mountains += "山";
+  EXPECT_EQ(fileNameFrom(mountains), mountains.substr(0, 198)) << "never half a character";
   EXPECT_EQ(freeTrackPath(folder_, "Höhe – 山"), pathIn(folder_, "Höhe – 山.XML"));
 }
 

@@ -71,6 +71,46 @@ TEST(Recording, WhichFixesBecomePoints) {
   }
 }
 
+TEST(Recording, JumpsAreLeftOutWhereThatIsWanted) {
+  constexpr double kMoscow = 37.6;
+  struct Row {
+    const char* what;
+    double longitude;
+    double kmh;
+    bool doubtful;
+    bool recorded;
+  };
+  const Row rows[] = {
+      {"doubtful without one before", kMoscow, 20, true, false},
+      {"a right one disagrees with it", 11.5, 20, false, true},
+      {"so does the next", 11.501, 20, false, true},
+      {"a wrong digit", kMoscow, 20, false, false},
+      {"back", 11.502, 20, true, true},
+      {"a jet: 1,400 km/h on the ground, it says so", 11.507, 1400, false, true},
+      {"the speed of a doubtful one is not believed", 11.6, 90000, true, false},
+      {"by ship to Moscow", kMoscow, 20, false, false},
+      {"arrived", kMoscow, 20, false, true},
+  };
+  for (const bool wanted : {true, false}) {
+    RecordingWorld world;
+    world.options.jumpFilter = wanted;
+    world.options.everyMeters = 1;
+    ASSERT_TRUE(world.recording.start());
+    size_t left = 0;
+    for (const Row& row : rows) {
+      SCOPED_TRACE(row.what);
+      FixRecord fix = FixAt{.kmh = row.kmh, .longitude = row.longitude};
+      if (row.doubtful) fix.unknown |= kDoubtfulPosition;
+      world.clock.now += 1000;
+      const bool recorded = world.recording.offer(fix);
+      EXPECT_TRUE(!wanted || recorded == row.recorded);
+      left += row.recorded ? 0 : 1;
+      for (const TrackPoint& point : world.track.points) EXPECT_FALSE(point.positionDoubtful());
+    }
+    EXPECT_EQ(world.recording.jumps(), wanted ? left : 0);
+  }
+}
+
 TEST(Recording, OrderOfTheTests) {
   const FixAt moving{.course = 90};
   const FixAt standing{.course = 90, .kmh = 1};
