@@ -126,8 +126,7 @@ std::vector<TextRow> stateRows(const UiFix& shown, uint32_t now) {
                         std::to_string(stats.sum(&KindStats::checksumAbsent)) + " missing"},
   };
   if (stats.strayStarts > 0) {
-    rows.push_back(
-        {"Stray start", countText(stats.strayStarts, "sentence") + " repaired"});
+    rows.push_back({"Stray start", countText(stats.strayStarts, "sentence") + " repaired"});
   }
   if (const std::string leftOut = leftOutText(stats); !leftOut.empty()) {
     rows.push_back({"Left out", leftOut});
