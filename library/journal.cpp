@@ -70,7 +70,7 @@ JournalResult Journal::recover(const std::string& path, RecoveredTrack& out) {
   JournalContents contents = readJournal(bytes);
   if (contents.damaged && contents.points.empty()) {
     file_.reset();
-    out = {.points = {}, .damaged = true, .backupPath = moveAsBad(path)};
+    out = {.points = {}, .damaged = true, .backupPath = renameToBad(path)};
     return JournalResult::notAJournal;
   }
   path_ = path;
@@ -79,7 +79,7 @@ JournalResult Journal::recover(const std::string& path, RecoveredTrack& out) {
   out.points = std::move(contents.points);
   out.damaged = contents.damaged;
   out.backupPath =
-      contents.damaged ? keepAsBad(path, textOf(bytes), settings_.open) : std::string();
+      contents.damaged ? saveBadCopy(path, textOf(bytes), settings_.open) : std::string();
   return JournalResult::open;
 }
 

@@ -183,7 +183,7 @@ std::string TrackLibrary::message() const {
 }
 
 LibraryResult TrackLibrary::load(size_t index, int32_t speedUnit, Track& track) {
-  if (store_ == nullptr) return LibraryResult::notThere;
+  if (store_ == nullptr) return LibraryResult::notFound;
   TrackText text;
   const LibraryResult result = store_->read(index, text);
   if (result != LibraryResult::done) return result;
@@ -208,7 +208,7 @@ bool TrackLibrary::canUndo() const {
 }
 
 LibraryResult TrackLibrary::undo() {
-  if (!canUndo()) return LibraryResult::notThere;
+  if (!canUndo()) return LibraryResult::notFound;
   LibraryChange inverse;
   const LibraryResult result = store_->apply(undo_, inverse);
   // After a disk error, the undo can be tried again.
@@ -233,7 +233,7 @@ TrackText TrackLibrary::edited(const Editable& old) const {
 
 LibraryResult TrackLibrary::add(Track& track, const RecordingOptions& options,
                                 const DateTime& local) {
-  if (store_ == nullptr) return LibraryResult::notThere;
+  if (store_ == nullptr) return LibraryResult::notFound;
   refresh();
   const size_t count = tracks().size();
   std::string name = cleanName(track.name);
@@ -250,7 +250,7 @@ LibraryResult TrackLibrary::add(Track& track, const RecordingOptions& options,
 LibraryResult TrackLibrary::import(XmlElement element) { return import({&element, 1}); }
 
 LibraryResult TrackLibrary::import(std::span<const XmlElement> elements) {
-  if (store_ == nullptr) return LibraryResult::notThere;
+  if (store_ == nullptr) return LibraryResult::notFound;
   refresh();
   const size_t count = tracks().size();
   TrackEdit all{.index = count, .removes = false};
@@ -295,7 +295,7 @@ LibraryResult TrackLibrary::rename(size_t index, std::string_view name) {
   TrackText text;
   const std::string clean = cleanName(name);
   if (clean.empty()) return LibraryResult::noName;
-  if (store_ == nullptr) return LibraryResult::notThere;
+  if (store_ == nullptr) return LibraryResult::notFound;
   if (index < tracks().size() && tracks()[index].name == clean) return LibraryResult::done;
   const LibraryResult result = store_->read(index, text);
   if (result != LibraryResult::done) return result;
@@ -313,12 +313,12 @@ LibraryResult TrackLibrary::rename(size_t index, std::string_view name) {
 }
 
 LibraryResult TrackLibrary::remove(size_t index) {
-  if (index >= tracks().size()) return LibraryResult::notThere;
+  if (index >= tracks().size()) return LibraryResult::notFound;
   return change({{.index = index}});
 }
 
 LibraryResult TrackLibrary::readForEditing(size_t index, Editable& out) {
-  if (store_ == nullptr) return LibraryResult::notThere;
+  if (store_ == nullptr) return LibraryResult::notFound;
   TrackText text;
   const LibraryResult result = store_->read(index, text);
   if (result != LibraryResult::done) return result;
@@ -341,7 +341,7 @@ LibraryResult TrackLibrary::rewrite(size_t index, const RecordingOptions& option
 }
 
 LibraryResult TrackLibrary::join(size_t index, size_t other, const RecordingOptions& options) {
-  if (index == other) return LibraryResult::notThere;
+  if (index == other) return LibraryResult::notFound;
   Editable first{.track = {}, .writing = options};
   Editable second{.track = {}, .writing = options};
   LibraryResult result = readForEditing(index, first);
@@ -363,7 +363,7 @@ LibraryResult TrackLibrary::split(size_t index, size_t point, const RecordingOpt
   const LibraryResult result = readForEditing(index, old);
   if (result != LibraryResult::done) return result;
   const std::optional<Track> second = vgps::split(old.track, point, freeSplitNumber(tracks()));
-  if (!second) return LibraryResult::notThere;
+  if (!second) return LibraryResult::notFound;
   TrackText behind = rendered(*second, old.writing, second->name);
   behind.text = withForeignParts(behind.text, *second, old.foreign, false);
   return change({{.index = index, .texts = {edited(old), std::move(behind)}}});

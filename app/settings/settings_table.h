@@ -36,9 +36,9 @@ constexpr SettingRow text(const char* path, const char* key, const char* standar
   return {path, key, SettingType::string, 0, standard, characters, member, group, RangeRule::none};
 }
 
-constexpr SettingRow colour(const char* path, const char* key, uint32_t standard,
-                            uint32_t Settings::*member, SettingGroup group) {
-  return {path, key, SettingType::colour, double(standard), "", 0, member, group, RangeRule::none};
+constexpr SettingRow color(const char* path, const char* key, uint32_t standard,
+                           uint32_t Settings::*member, SettingGroup group) {
+  return {path, key, SettingType::color, double(standard), "", 0, member, group, RangeRule::none};
 }
 
 }  // namespace setting_rows
@@ -112,26 +112,26 @@ inline constexpr auto kSettingRows = [] {
     flag("cfg\\vgps", "cpc", 1, &Settings::centrePosition, SettingGroup::playback),
     flag("cfg\\vgps", "swt", 1, &Settings::warnTurns, SettingGroup::playback),
     number("cfg\\vgps", "swa", 45, &Settings::warnAngle, SettingGroup::playback),
-    number("cfg\\vgps", "muw", 300, &Settings::warnMetres, SettingGroup::playback),
+    number("cfg\\vgps", "muw", 300, &Settings::warnMeters, SettingGroup::playback),
     number("cfg\\vgps", "msw", 10, &Settings::warnSeconds, SettingGroup::playback),
     text("cfg\\vgps", "itu", "", 200, &Settings::trackingUrl, SettingGroup::tracking),
     text("cfg\\vgps", "ipu", "", 200, &Settings::pursueUrl, SettingGroup::pursue),
     text("cfg\\vgps", "stt", "", 200, &Settings::smsText, SettingGroup::smsTracking),
     text("cfg\\vgps", "stn", "", 200, &Settings::smsNumber, SettingGroup::smsTracking),
-    number("cfg\\vgps", "ntm", 0, &Settings::normalizeMetres, SettingGroup::recording),
+    number("cfg\\vgps", "ntm", 0, &Settings::normalizeMeters, SettingGroup::recording),
     flag("cfg\\vgps", "rci", 1, &Settings::recordCell, SettingGroup::recording),
     flag("cfg\\vgps", "rsc", 0, &Settings::recordSpeed, SettingGroup::recording),
     flag("cfg\\vgps", "rtc", 0, &Settings::recordTime, SettingGroup::recording),
     flag("cfg\\vgps", "rbc", 0, &Settings::recordCourse, SettingGroup::recording),
     number("cfg\\vgps", "res", 0, &Settings::recordEvery, SettingGroup::recording),
     number("cfg\\vgps", "reseconds", 0, &Settings::recordEverySeconds, SettingGroup::recording),
-    number("cfg\\vgps", "remeters", 0, &Settings::recordEveryMetres, SettingGroup::recording),
+    number("cfg\\vgps", "remeters", 0, &Settings::recordEveryMeters, SettingGroup::recording),
     number("cfg\\vgps", "bem", 0, &Settings::recordBem, SettingGroup::recording),
     flag("cfg\\vgps", "drp", 1, &Settings::drawPath, SettingGroup::recording),
     flag("cfg\\vgps", "vci", 1, &Settings::viewCell, SettingGroup::playback),
     flag("cfg\\vgps", "uaa", 1, &Settings::useAltitude, SettingGroup::playback),
     number("cfg\\vgps", "rws", 3, &Settings::recalculateWaypoints, SettingGroup::playback),
-    number("cfg\\vgps", "wrm", 0, &Settings::reachMetres, SettingGroup::playback),
+    number("cfg\\vgps", "wrm", 0, &Settings::reachMeters, SettingGroup::playback),
     number("cfg\\vgps", "wrs", 10, &Settings::reachSeconds, SettingGroup::playback),
     number("cfg\\vgps", "pls", 5, &Settings::pathLineSize, SettingGroup::playback),
     number("cfg\\vgps", "mls", 2, &Settings::mapLineSize, SettingGroup::playback),
@@ -139,7 +139,7 @@ inline constexpr auto kSettingRows = [] {
     number("cfg\\camera", "right", 98, &Settings::cameraRight, SettingGroup::camera),
     number("cfg\\camera", "top", 2, &Settings::cameraTop, SettingGroup::camera),
     number("cfg\\camera", "bottom", 20, &Settings::cameraBottom, SettingGroup::camera),
-    colour("cfg\\camera", "color", 255, &Settings::cameraColour, SettingGroup::camera),
+    color("cfg\\camera", "color", 255, &Settings::cameraColor, SettingGroup::camera),
     number("cfg\\camera", "align", 0, &Settings::cameraAlign, SettingGroup::camera),
     number("cfg\\vgps", "cut", 0, &Settings::utmEllipsoid, SettingGroup::display),
     number("cfg\\track", "angle", 10, &Settings::recordAngle, SettingGroup::recording),
@@ -148,13 +148,13 @@ inline constexpr auto kSettingRows = [] {
     number("cfg\\vgps", "CompassZ", 0, &Settings::compassZ, SettingGroup::compass),
     number("cfg\\vgps", "CompassX", 0, &Settings::compassX, SettingGroup::compass),
     number("cfg\\vgps", "CompassY", 0, &Settings::compassY, SettingGroup::compass),
-    colour("cfg\\cc", "c1", 0, &Settings::colourInform, SettingGroup::colour),
-    colour("cfg\\cc", "c2", 0xE9E9E9, &Settings::colourBackground, SettingGroup::colour),
-    colour("cfg\\cc", "c3", 0xFF0000, &Settings::colourSuccess, SettingGroup::colour),
-    colour("cfg\\cc", "c4", 0x0000FF, &Settings::colourFailure, SettingGroup::colour),
-    colour("cfg\\cc", "c5", 0x969696, &Settings::colourGray, SettingGroup::colour),
-    colour("cfg\\cc", "c6", 0xBEBEBE, &Settings::colourLightGray, SettingGroup::colour),
-    colour("cfg\\cc", "c7", 0xFF00FF, &Settings::colourZone, SettingGroup::colour),
+    color("cfg\\cc", "c1", 0, &Settings::colorInform, SettingGroup::color),
+    color("cfg\\cc", "c2", 0xE9E9E9, &Settings::colorBackground, SettingGroup::color),
+    color("cfg\\cc", "c3", 0xFF0000, &Settings::colorSuccess, SettingGroup::color),
+    color("cfg\\cc", "c4", 0x0000FF, &Settings::colorFailure, SettingGroup::color),
+    color("cfg\\cc", "c5", 0x969696, &Settings::colorGray, SettingGroup::color),
+    color("cfg\\cc", "c6", 0xBEBEBE, &Settings::colorLightGray, SettingGroup::color),
+    color("cfg\\cc", "c7", 0xFF00FF, &Settings::colorZone, SettingGroup::color),
     countdown("cfg\\vgps", "upd", 0, &Settings::updateCountdown, SettingGroup::update),
     flag("cfg\\vgps", "tde", 0, &Settings::tripDataOn, SettingGroup::tripData),
     flag("cfg\\tdp", "c1", 1, &Settings::tripDataPosition, SettingGroup::tripData),

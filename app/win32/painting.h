@@ -6,13 +6,13 @@
 
 namespace vgps {
 
-inline void fillArea(HDC context, const RECT& area, Colour colour) {
-  SetDCBrushColor(context, colour);
+inline void fillArea(HDC context, const RECT& area, Color color) {
+  SetDCBrushColor(context, color);
   FillRect(context, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 
-inline void frameArea(HDC context, const RECT& area, Colour colour) {
-  SetDCBrushColor(context, colour);
+inline void frameArea(HDC context, const RECT& area, Color color) {
+  SetDCBrushColor(context, color);
   FrameRect(context, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 

@@ -115,7 +115,7 @@ size_t MainWindow::choose(std::string_view question, std::span<const std::string
   dialog.dwFlags = TDF_USE_HICON_MAIN | TDF_ALLOW_DIALOG_CANCELLATION | TDF_SIZE_TO_CONTENT;
   // Over a window that is small and at the edge, the system would place it partly off the screen.
   dialog.pfCallback = [](HWND box, UINT event, WPARAM, LPARAM, LONG_PTR) -> HRESULT {
-    if (event == TDN_CREATED) centreOverOwner(box);
+    if (event == TDN_CREATED) centerOverOwner(box);
     return S_OK;
   };
   dialog.pszWindowTitle = title.c_str();
@@ -170,7 +170,7 @@ bool MainWindow::openDialog(Command command) {
 bool MainWindow::openFinder() {
   FinderSetup setup;
   setup.makePort = app_->platform.makePort;
-  setup.night = app_->scheme == ColourScheme::night;
+  setup.night = app_->scheme == ColorScheme::night;
   const HINSTANCE resources =
       setting_.language != nullptr ? setting_.language->ofDialog(DIALOG_FINDER) : setting_.instance;
   findReceiver(*app_, resources, window_, setup);
@@ -193,12 +193,12 @@ std::string MainWindow::chooseFile(const FileChoice& choice) {
 
 std::optional<size_t> MainWindow::chooseRow(std::string_view title,
                                             std::span<const std::string> rows) {
-  const bool night = app_->scheme == ColourScheme::night;
+  const bool night = app_->scheme == ColorScheme::night;
   return vgps::chooseRow(window_, title, rows, {layouts(), night});
 }
 
 std::optional<std::string> MainWindow::askText(std::string_view title, std::string_view text) {
-  const bool night = app_->scheme == ColourScheme::night;
+  const bool night = app_->scheme == ColorScheme::night;
   return vgps::askText(window_, textOf(Text::programName), title, std::string(text),
                        {layouts(), night});
 }
