@@ -106,7 +106,7 @@ Scene makeScene(const AppState& app) {
   scene.view = shown.view;
   scene.stats = shown.stats;
   scene.maxSpeed = speedInUnit(shown.fastest, app.gps.options.speedUnit);
-  scene.maxAltitude = shown.highest;
+  scene.maxAltitude = app.settings.altitudeDecimals ? shown.exactHighest : shown.highest;
   scene.newMaxSpeed = app.pendingDisplay.maximumCountdown > 0 && app.pendingDisplay.newMaxSpeed;
   scene.newMaxAltitude =
       app.pendingDisplay.maximumCountdown > 0 && app.pendingDisplay.newMaxAltitude;

@@ -82,6 +82,7 @@ struct UiFix {
   Speeds fastest{};
   double highest = 0;            // meters
   double exactAltitude = 0;      // with the decimals that GGA had
+  double exactHighest = 0;       // likewise
   std::optional<GstReport> gst;  // the last one of this connection
   int32_t inputProtocol = kNmeaText;
   bool satellitesInUseKnown = false;

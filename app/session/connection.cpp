@@ -105,7 +105,7 @@ void resetSourceState(UiFix& shown) {
 
 void resetMaxima(AppState& app) {
   app.shown.fastest = {};
-  app.shown.highest = 0;
+  app.shown.highest = app.shown.exactHighest = 0;
   app.pendingDisplay.maxSpeed = app.pendingDisplay.maxAltitude = 0;
   app.pendingDisplay.maximumCountdown = 0;
 }

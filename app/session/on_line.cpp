@@ -90,7 +90,9 @@ void noteGreatest(UiFix& shown, uint32_t said) {
     const double knots = fix.speedKnots > 0 ? fix.speedKnots : fix.speedKmh / kKmhPerKnot;
     shown.fastest = speedsFromKnots(knots);
   }
-  if ((said & kSaidAltitude) != 0) shown.highest = std::max(shown.highest, fix.altitude);
+  if ((said & kSaidAltitude) == 0) return;
+  shown.highest = std::max(shown.highest, fix.altitude);
+  shown.exactHighest = std::max(shown.exactHighest, shown.exactAltitude);
 }
 
 // New maximum values are highlighted for a while.

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/desktop/dialog_context.h"
+#include "app/win32/dialog_opening.h"
 #include "app/win32/dialogs.h"
 #include "app/win32/dpi.h"
 #include "app/win32/file_chooser.h"
@@ -111,8 +112,12 @@ size_t MainWindow::choose(std::string_view question, std::span<const std::string
   TASKDIALOGCONFIG dialog{};
   dialog.cbSize = sizeof dialog;
   dialog.hwndParent = window_;
-  dialog.dwFlags = TDF_USE_HICON_MAIN | TDF_ALLOW_DIALOG_CANCELLATION |
-                   TDF_POSITION_RELATIVE_TO_WINDOW | TDF_SIZE_TO_CONTENT;
+  dialog.dwFlags = TDF_USE_HICON_MAIN | TDF_ALLOW_DIALOG_CANCELLATION | TDF_SIZE_TO_CONTENT;
+  // Over a window that is small and at the edge, the system would place it partly off the screen.
+  dialog.pfCallback = [](HWND box, UINT event, WPARAM, LPARAM, LONG_PTR) -> HRESULT {
+    if (event == TDN_CREATED) centerOverOwner(box);
+    return S_OK;
+  };
   dialog.pszWindowTitle = title.c_str();
   dialog.hMainIcon = LoadIconW(nullptr, IDI_QUESTION);
   dialog.pszContent = text.c_str();

@@ -143,7 +143,18 @@ TEST(Commands, GpsTimeToSystem) {
   EXPECT_NE(currentNotice(world.app).find("administrator"), std::string_view::npos);
 }
 
-// A scrolled or paused view stays on its rows; a filter hides rows without losing any.
+// A view that is scrolled or paused stays on its rows; a filter hides, and loses nothing.
+TEST(Commands, TheAltitudeAndItsMaximumHaveTheSameDecimals) {
+  AppWorld world;
+  world.receive("$GPGGA,120001,4801.000,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,\r\n");
+  for (const bool decimals : {false, true}) {
+    world.app.settings.altitudeDecimals = decimals;
+    const Scene scene = makeScene(world.app);
+    EXPECT_EQ(scene.fix.altitude, decimals ? 545.4 : 545);
+    EXPECT_EQ(scene.maxAltitude, scene.fix.altitude);
+  }
+}
+
 TEST(Commands, TheRawLogPausesScrollsFiltersAndIsCopied) {
   AppWorld world;
   Desktop& app = world.app;
