@@ -19,13 +19,13 @@ double anyLeadingDouble(std::string_view text);
 // The whole number at the start of `text`: blanks, a sign, digits. Returns 0 without digits, and
 // the nearest 32-bit value if the number is out of range.
 inline int32_t leadingInt(std::string_view text) {
-  constexpr size_t kSurelyInRange = 9;  // digits that always fit 32 bits
+  constexpr size_t kAlwaysInRange = 9;  // digits that always fit 32 bits
   uint32_t value = 0;
   size_t digits = 0;
   for (; digits < text.size() && isDigit(text[digits]); ++digits) {
     value = value * 10 + static_cast<uint32_t>(text[digits] - '0');
   }
-  if (digits == 0 || digits > kSurelyInRange) return anyLeadingInt(text);
+  if (digits == 0 || digits > kAlwaysInRange) return anyLeadingInt(text);
   return static_cast<int32_t>(value);
 }
 

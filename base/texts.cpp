@@ -60,7 +60,7 @@ std::string_view textOf(Text text) {
   return found == std::end(kTexts) || found->text != text ? std::string_view() : inLanguage(*found);
 }
 
-std::string_view textLike(std::string_view english, Text first, Text last) {
+std::string_view translationOf(std::string_view english, Text first, Text last) {
   for (const Row* row = firstFrom(first); row != std::end(kTexts) && row->text <= last; ++row) {
     if (row->english == english) return inLanguage(*row);
   }

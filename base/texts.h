@@ -33,7 +33,7 @@ std::string textWith(Text text, std::string_view first, std::string_view second)
 
 // Looks up the text from `first` to `last` whose English version is `english` and returns it in the
 // current language; empty if there is none.
-std::string_view textLike(std::string_view english, Text first, Text last);
+std::string_view translationOf(std::string_view english, Text first, Text last);
 
 // Every text, ascending by number.
 std::span<const Text> allTexts();

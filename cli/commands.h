@@ -90,7 +90,7 @@ struct TrackOptions {
   std::string output;
   std::string secondOutput;  // for a split
   uint32_t at = 0;           // for a split: the first point of the second part
-  double metres = 0;         // for thinning; 0: the program's default
+  double meters = 0;         // for thinning; 0: the program's default
   double angle = 0;          // for thinning, degrees; 0: the program's default
   std::string from, to;      // for trimming: a point number or local time; empty: the track's end
 };

@@ -73,7 +73,7 @@ void addUnit(CLI::App& command, const Shared& options) {
   command
       .add_option("--unit", options->unit,
                   "Kilometers, statute miles, or nautical miles (default: km)")
-      ->transform(oneOf({{"km", kKilometres}, {"mi", kMiles}, {"nmi", kNauticalMiles}}))
+      ->transform(oneOf({{"km", kKilometers}, {"mi", kMiles}, {"nmi", kNauticalMiles}}))
       ->option_text("km|mi|nmi");
 }
 

@@ -33,7 +33,7 @@ std::string unitName(int32_t unit) {
 Answer distanceAnswer(const Position& from, const Position& to, const GeoOptions& options) {
   const int32_t unit = options.unit;
   const double distance = options.asRecorded ? pointDistance(from, to, unit, unit, false)
-                                             : distanceInUnit(geodesicKilometres(from, to), unit);
+                                             : distanceInUnit(geodesicKilometers(from, to), unit);
   return {fixedText(distance, kDecimals) + " " + unitName(unit),
           {{"distance", distance}, {"unit", unitName(unit)}},
           {}};
@@ -49,16 +49,16 @@ Answer areaAnswer(const std::vector<Position>& corners, bool asRecorded) {
   std::string text = areaText(area);
   std::erase(text, '\r');  // the terminal has its own line endings
   return {std::move(text),
-          {{"squareDegrees", area.squareDegrees}, {"squareMetres", area.squareMetres}},
+          {{"squareDegrees", area.squareDegrees}, {"squareMeters", area.squareMeters}},
           {}};
 }
 
-double kilometresIn(double way, int32_t unit) { return way / distanceInUnit(1, unit); }
+double kilometersIn(double way, int32_t unit) { return way / distanceInUnit(1, unit); }
 
 Answer destinationAnswer(const Position& from, const GeoOptions& options) {
-  const double kilometres = kilometresIn(options.way, options.unit);
-  const Position to = options.asRecorded ? destination(from, options.course, kilometres)
-                                         : geodesicDestination(from, options.course, kilometres);
+  const double kilometers = kilometersIn(options.way, options.unit);
+  const Position to = options.asRecorded ? destination(from, options.course, kilometers)
+                                         : geodesicDestination(from, options.course, kilometers);
   return {fixedText(to.y, kDecimals) + "," + fixedText(to.x, kDecimals),
           {{"latitude", to.y}, {"longitude", to.x}},
           {}};

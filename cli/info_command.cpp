@@ -60,7 +60,7 @@ Json infoJson(const Track& track, const TrackStatistics& all) {
                {"movingSeconds", nullptr},
                {"climb", orNull(heights, all.climb)},
                {"descent", orNull(heights, all.descent)},
-               {"maxSpeedKmh", orNull(all.greatestKmh > 0, all.greatestKmh)},
+               {"maxSpeedKmh", orNull(all.maxKmh > 0, all.maxKmh)},
                {"bounds", nullptr},
                {"first", nullptr},
                {"last", nullptr}};
@@ -100,16 +100,16 @@ std::vector<TextRow> infoRows(const Track& track, const TrackStatistics& all) {
   rows.push_back({"Points", std::to_string(all.points)});
   if (!all.bounds) return rows;
   const bool heights = all.knownAltitudes > 0;
-  const auto metres = [heights](double value) {
+  const auto meters = [heights](double value) {
     return orDashes(heights, fixedText(value, 0)) + " m";
   };
   rows.push_back({"Length", fixedText(all.distanceKm, 3) + " km, with altitude " +
                                 orDashes(heights, fixedText(all.distance3dKm, 3)) + " km"});
   addTimes(all, rows);
-  const bool speeds = all.greatestKmh > 0;
-  rows.push_back({"Maximum speed", orDashes(speeds, fixedText(all.greatestKmh, 2)) + " km/h"});
-  rows.push_back({"Altitude", metres(all.lowest) + " to " + metres(all.highest) + ", climb " +
-                                  metres(all.climb) + ", descent " + metres(all.descent)});
+  const bool speeds = all.maxKmh > 0;
+  rows.push_back({"Maximum speed", orDashes(speeds, fixedText(all.maxKmh, 2)) + " km/h"});
+  rows.push_back({"Altitude", meters(all.lowest) + " to " + meters(all.highest) + ", climb " +
+                                  meters(all.climb) + ", descent " + meters(all.descent)});
   const TrackBounds& bounds = *all.bounds;
   rows.push_back({"Southwest", fixedText(bounds.south, 6) + "," + fixedText(bounds.west, 6)});
   rows.push_back({"Northeast", fixedText(bounds.north, 6) + "," + fixedText(bounds.east, 6)});

@@ -27,7 +27,7 @@ class LiveFixes {
         tell_(tell),
         mailbox_(std::move(mailbox)),
         app_({clock_, sounds_, *mailbox_, window_, makeSerialPort, nullptr, listSerialPorts}) {
-    app_.link.times = kUnattendedTimes;
+    app_.link.times = kHeadlessLinkTimes;
     if (source_.settings != nullptr) {
       app_.settings = *source_.settings;
       applySettings(app_);

@@ -49,7 +49,7 @@ class Monitor {
         mailbox_(std::move(mailbox)),
         app_({clock_, sounds_, *mailbox_, window_, makeSerialPort, locationSensorManager(),
               listSerialPorts}) {
-    app_.link.times = kUnattendedTimes;
+    app_.link.times = kHeadlessLinkTimes;
     status_.speed = options.speed;
     app_.gps.options.utcOffsetMinutes = measureUtcOffset(clock_.utc(), clock_.local());
     if (options.logPath.empty()) return;
@@ -109,7 +109,7 @@ void Monitor::followLink() {
   if (status_.line == MonitorStatus::Line::open) {
     openedTick_ = clock_.tick();
   } else {
-    forgetSource(app_.shown);
+    resetSourceState(app_.shown);
     noiseSeen_ = false;
   }
 }

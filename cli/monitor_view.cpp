@@ -44,7 +44,7 @@ MonitorStatus::Line lineOf(const Link& link) {
   if (link.state() != Link::State::lost) return MonitorStatus::Line::open;
   switch (link.error()) {
     case PortError::none: return MonitorStatus::Line::open;
-    case PortError::notThere: return MonitorStatus::Line::gone;
+    case PortError::notFound: return MonitorStatus::Line::gone;
     default: return MonitorStatus::Line::failed;
   }
 }

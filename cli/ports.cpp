@@ -59,7 +59,7 @@ std::vector<PortFinding> searchAll(const std::vector<PortName>& ports) {
 void printJson(const std::vector<PortFinding>& findings) {
   Json list = Json::array();
   for (const PortFinding& finding : findings) {
-    const ProbeAnswer& answer = finding.answer;
+    const ProbeReport& answer = finding.answer;
     list.push_back({{"port", finding.port.name},
                     {"description", finding.port.description},
                     {"speed", finding.speed},

@@ -42,7 +42,7 @@ class FileHooks : public RecorderHooks {
  public:
   explicit FileHooks(std::string path, std::string journal = {})
       : path_(std::move(path)), journal_(std::move(journal)) {}
-  RecorderPlaces places() const override { return {.journal = journal_, .file = path_}; }
+  RecorderPaths places() const override { return {.journal = journal_, .file = path_}; }
   void journalRefused(const std::string& path) override {
     fail("cannot create " + path + "; the recording is kept in memory only");
   }
@@ -85,7 +85,7 @@ class LogRecorder {
     offer(epochs_.takeWaiting());
   }
   // Returns false if the track could not be written; a track without points was not.
-  bool save() { return recorder_.stop(false).outcome == Keeping::Outcome::kept; }
+  bool save() { return recorder_.stop(false).outcome == SaveResult::Outcome::saved; }
   size_t fixes() const { return fixes_; }
   size_t jumps() const { return recorder_.recording().jumps(); }
   size_t points() const { return recorder_.track.points.size(); }
@@ -192,13 +192,13 @@ int recordLive(const RecordOptions& options, const Settings& settings) {
       });
   progress.end();
   const size_t points = recorder.track.points.size();
-  const Keeping keeping = recorder.stop(false);
+  const SaveResult keeping = recorder.stop(false);
   if (points == 0) {
     recorder.discardTrack();
     const std::string source = options.simulate ? "the simulation" : options.port;
     return noTrack(source, "no fix came from " + source, fixes);
   }
-  if (keeping.outcome != Keeping::Outcome::kept) {
+  if (keeping.outcome != SaveResult::Outcome::saved) {
     recorder.closeJournal();
     return fail("cannot write " + options.output + "; the points are still in " + options.output +
                 ".journal");

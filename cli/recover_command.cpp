@@ -61,7 +61,7 @@ class Place : public RecorderHooks {
     recorder.options.manual = false;  // no one can request points
   }
 
-  RecorderPlaces places() const override { return places_; }
+  RecorderPaths places() const override { return places_; }
   void journalFailed() override {
     fail("cannot write points to disk; recording continues in memory");
   }
@@ -71,7 +71,7 @@ class Place : public RecorderHooks {
   Recorder recorder{*this, systemClock()};
 
  private:
-  RecorderPlaces places_;
+  RecorderPaths places_;
 };
 
 int failedWith(JournalResult result, const UnfinishedRecording& unfinished) {
@@ -94,7 +94,7 @@ std::string shownPath(std::string path) {
   return path.back() == '.' ? '"' + path + '"' : path;
 }
 
-std::string refusalOf(const Keeping& keeping) {
+std::string refusalOf(const SaveResult& keeping) {
   const LibraryOpening& library = keeping.library;
   const std::string place = placeMessage(library);
   if (!place.empty()) return place;
@@ -103,7 +103,7 @@ std::string refusalOf(const Keeping& keeping) {
                                                      : libraryMessage(keeping.result, library.path);
 }
 
-int statusOf(const Keeping& keeping) {
+int statusOf(const SaveResult& keeping) {
   const bool busy =
       keeping.result == LibraryResult::inUse || keeping.result == LibraryResult::changed;
   return busy ? kInUse : 1;
@@ -111,7 +111,7 @@ int statusOf(const Keeping& keeping) {
 
 // Reports that the points of the journal at `path` were saved to the library. Returns the exit
 // status.
-int tellSaved(const Keeping& keeping, size_t points, const std::string& path) {
+int tellSaved(const SaveResult& keeping, size_t points, const std::string& path) {
   if (keeping.library.isNew && keeping.library.state == LibraryState::damaged) {
     fail(libraryMessage(LibraryState::damaged, keeping.library.path));
   }
@@ -124,8 +124,8 @@ int tellSaved(const Keeping& keeping, size_t points, const std::string& path) {
 
 int saveRecording(UnfinishedRecording& unfinished, Recorder& recorder) {
   const size_t points = unfinished.points();
-  const Keeping keeping = recorder.keepUnfinished(unfinished);
-  if (keeping.outcome == Keeping::Outcome::kept) {
+  const SaveResult keeping = recorder.saveUnfinished(unfinished);
+  if (keeping.outcome == SaveResult::Outcome::saved) {
     if (!unfinished.backupPath().empty())
       fail("the damaged recording was saved as " + unfinished.backupPath());
     return tellSaved(keeping, points, unfinished.path());
@@ -167,7 +167,7 @@ class Ending {
                                                   : journalMessage(end_.journal, path_));
       fail("using the copy of the track in memory");
     }
-    if (end_.keeping.outcome == Keeping::Outcome::kept) {
+    if (end_.keeping.outcome == SaveResult::Outcome::saved) {
       status_ = tellSaved(end_.keeping, points, path_);
       return true;
     }

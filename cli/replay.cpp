@@ -58,7 +58,7 @@ class Replay {
     if (message.event != UiEvent::line) return;
     lineCame_ = true;
     app_.shown.fix.fixStatus = app_.fix.fixStatus;
-    noteArrivals(app_.shown, message.text, message.said, clock_.tick());
+    noteReceived(app_.shown, message.text, message.said, clock_.tick());
     if (options_.lines && message.record != nullptr) onUiMessage(app_, message);
   }
 

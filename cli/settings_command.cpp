@@ -19,7 +19,7 @@ namespace vgps {
 namespace {
 
 const char* typeName(SettingType type) {
-  constexpr std::array<const char*, 5> kNames = {"int", "flag", "float", "string", "colour"};
+  constexpr std::array<const char*, 5> kNames = {"int", "flag", "float", "string", "color"};
   return kNames[static_cast<size_t>(type)];
 }
 
@@ -99,7 +99,7 @@ bool isFlag(const SettingRow& row) { return std::holds_alternative<bool Settings
 
 // Returns what is allowed if the value is invalid for the row; empty if it is valid.
 std::string whatIsAllowed(const SettingRow& row, std::string_view text) {
-  constexpr double kLargestColour = 0xFFFFFF;
+  constexpr double kLargestColor = 0xFFFFFF;
   constexpr double kLargestReal = 1e9;  // far beyond any use, and still exact when read back
   const double value = leadingDouble(text);
   switch (row.type) {
@@ -113,8 +113,8 @@ std::string whatIsAllowed(const SettingRow& row, std::string_view text) {
       if (isFlag(row)) return isNumber(text, true) && (value == 0 || value == 1) ? "" : "0 or 1";
       if (isNumber(text, true) && value >= INT32_MIN && value <= INT32_MAX) return {};
       return "a whole number";
-    case SettingType::colour:
-      if (isNumber(text, true) && value >= 0 && value <= kLargestColour) return {};
+    case SettingType::color:
+      if (isNumber(text, true) && value >= 0 && value <= kLargestColor) return {};
       return "a color from 0 to 16777215";
   }
   return {};

@@ -31,12 +31,12 @@ std::string speedsText(const FixRecord& fix, bool known) {
 std::string accuracyText(const UiFix& shown, uint32_t now) {
   const auto accuracy = currentAccuracy(shown, now);
   if (!accuracy) return kUnknown;
-  const auto metres = [](double value) {
+  const auto meters = [](double value) {
     return value < 1 ? fixedText(std::max(value, 0.01), 2) : fixedText(value, 1);
   };
   const std::string vertical =
-      accuracy->vertical > 0 ? ", vertical " + metres(accuracy->vertical) + " m" : "";
-  return "about " + metres(accuracy->horizontal) + " m" + vertical + " (estimated from " +
+      accuracy->vertical > 0 ? ", vertical " + meters(accuracy->vertical) + " m" : "";
+  return "about " + meters(accuracy->horizontal) + " m" + vertical + " (estimated from " +
          (accuracy->byReceiver ? "GST)" : "DOP)");
 }
 

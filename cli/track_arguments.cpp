@@ -66,7 +66,7 @@ void addThin(CLI::App& track, const Shared& options, Chosen& chosen) {
   addFile(*command, options);
   addOutput(*command, options);
   command
-      ->add_option("--meters,--metres", options->metres,
+      ->add_option("--meters,--meters", options->meters,
                    "Remove a point when the distances to its two neighbors and between them add up "
                    "to no more than this (default: 15)")
       ->check(positiveNumber())

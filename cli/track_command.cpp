@@ -54,16 +54,16 @@ int splitFile(const TrackOptions& options, std::span<TrackInput> inputs) {
 }
 
 int thinFile(const TrackOptions& options, std::span<TrackInput> inputs) {
-  constexpr double kMostMetres = 1000000;
+  constexpr double kMostMeters = 1000000;
   constexpr double kMostDegrees = 180;
   Track& track = inputs[0].track;
   RecordingOptions thinning;
-  const bool whole = options.metres == std::floor(options.metres);
-  if (!whole || options.metres > kMostMetres) {
+  const bool whole = options.meters == std::floor(options.meters);
+  if (!whole || options.meters > kMostMeters) {
     return fail("--meters must be a whole number from 1 to 1000000");
   }
   if (!(options.angle <= kMostDegrees)) return fail("--angle must not exceed 180 degrees");
-  if (options.metres > 0) thinning.normalizeMetres = static_cast<int32_t>(options.metres);
+  if (options.meters > 0) thinning.normalizeMeters = static_cast<int32_t>(options.meters);
   track.angleThreshold = static_cast<float>(options.angle);
   normalize(track, thinning);
   return writeTrackOutput({track, options.output}, kUnit, inputs);

@@ -60,7 +60,7 @@ bool isDamagedInput(const std::string& bytes, std::span<const TrackInput> inputs
 bool keepDamaged(const std::string& path, std::span<const TrackInput> inputs) {
   const std::optional<std::string> before = bytesOf(path);
   if (!before || !isDamagedInput(*before, inputs)) return true;
-  const std::string kept = keepAsBad(path, *before);
+  const std::string kept = saveBadCopy(path, *before);
   if (!kept.empty()) warn("the damaged file was saved as " + kept);
   return !kept.empty();
 }

@@ -22,14 +22,14 @@ const Palette& dayPalette() {
   return kDay;
 }
 
-Palette customPalette(const CustomColours& colours) {
+Palette customPalette(const CustomColors& colors) {
   Palette palette = dayPalette();
-  palette.background = palette.panel = colours.background;
-  palette.value = palette.label = colours.inform;
-  palette.staleValue = palette.idle = colours.gray;
-  palette.grid = colours.lightGray;
-  palette.good = colours.success;
-  palette.alarm = colours.failure;
+  palette.background = palette.panel = colors.background;
+  palette.value = palette.label = colors.inform;
+  palette.staleValue = palette.idle = colors.gray;
+  palette.grid = colors.lightGray;
+  palette.good = colors.success;
+  palette.alarm = colors.failure;
   return palette;
 }
 

@@ -42,11 +42,11 @@ class Painter {
     drawSpeed();
     const std::string point = texts_.courseDetail.substr(0, texts_.courseDetail.find(','));
     drawValue(layout_.altitude, Text::altitude, texts_.altitude, ages.altitude,
-              {{texts_.maxAltitude}, maximumColour(scene_.newMaxAltitude)});
+              {{texts_.maxAltitude}, maximumColor(scene_.newMaxAltitude)});
     drawValue(layout_.course, Text::course, texts_.course, ages.motion,
-              {{texts_.courseDetail, point}, detailColour(ages.motion)});
+              {{texts_.courseDetail, point}, detailColor(ages.motion)});
     drawValue(layout_.utc, Text::utc, texts_.utc, ages.time,
-              {{texts_.date}, detailColour(ages.time)});
+              {{texts_.date}, detailColor(ages.time)});
     drawValue(layout_.local, Text::localTime, texts_.local, ages.time,
               {{texts_.offset}, palette_.label});
     drawSatellites();
@@ -57,7 +57,7 @@ class Painter {
   // A small line that belongs to a value: shows the first of `texts` that fits.
   struct Detail {
     std::vector<std::string> texts;
-    Colour colour;
+    Color color;
   };
 
   Font smallFont(bool bold = false) const { return {.size = layout_.smallText, .bold = bold}; }
@@ -66,15 +66,15 @@ class Painter {
 
   static bool isCurrent(uint32_t ageMs) { return freshnessOf(ageMs) == Freshness::current; }
   // Unknown values are shown as dashes, in gray.
-  Colour colourOf(std::string_view text, uint32_t ageMs) const {
+  Color colorOf(std::string_view text, uint32_t ageMs) const {
     return text.ends_with(kDashes) || text.starts_with(kDashes) || !isCurrent(ageMs)
                ? palette_.staleValue
                : palette_.value;
   }
-  Colour detailColour(uint32_t ageMs) const {
+  Color detailColor(uint32_t ageMs) const {
     return isCurrent(ageMs) ? palette_.label : palette_.staleValue;
   }
-  Colour maximumColour(bool isNew) const { return isNew ? palette_.good : palette_.label; }
+  Color maximumColor(bool isNew) const { return isNew ? palette_.good : palette_.label; }
 
   // A large font that fills the available space, or less of it if the user wants smaller texts.
   Font largeFont(std::string_view longest, float width, float height) {
@@ -83,8 +83,8 @@ class Painter {
     return font;
   }
 
-  void line(std::string_view text, const Rect& box, const Font& font, Colour colour, Align align) {
-    drawShortened(canvas_, text, box, font, colour, align);
+  void line(std::string_view text, const Rect& box, const Font& font, Color color, Align align) {
+    drawShortened(canvas_, text, box, font, color, align);
   }
 
   // Draws a panel with its name. Returns the space below the name, and where the name ends in
@@ -106,7 +106,7 @@ class Painter {
     return {from, room.y - smallLine(), std::max(room.x + room.width - from, 0.f), smallLine()};
   }
 
-  Colour qualityColour() const {
+  Color qualityColor() const {
     if (scene_.state != ReceiverState::fix) return palette_.idle;
     // Values that do not come from satellites: dead reckoning, manual input, simulation.
     return scene_.fix.fixStatus > kLastSatelliteQuality ? palette_.caution : palette_.good;
@@ -123,11 +123,11 @@ class Painter {
     const Rect between = {nameEnd + layout_.smallText, room.y - smallLine(),
                           badge - nameEnd - layout_.smallText, smallLine()};
     if (canvas_.textWidth(texts_.accuracy, smallFont()) <= between.width) {
-      line(texts_.accuracy, between, smallFont(), detailColour(scene_.ages.position), Align::left);
+      line(texts_.accuracy, between, smallFont(), detailColor(scene_.ages.position), Align::left);
     }
     drawBadge(canvas_, texts_.quality,
               {badge, room.y - smallLine(), room.width * 0.6f, smallLine()}, layout_.smallText,
-              qualityColour(), palette_.badgeText, true);
+              qualityColor(), palette_.badgeText, true);
     const bool known = !texts_.position[1].empty();
     const bool withHeight = room.height >= 3 * smallLine() * 1.25f;
     const float rows = withHeight ? 3 : 2;
@@ -140,7 +140,7 @@ class Painter {
       const std::string& text = texts_.position[i];
       const uint32_t age = i < 2 ? scene_.ages.position : scene_.ages.altitude;
       line(text, {room.x, top, room.width, font.size * kLineHeight}, font,
-           known ? colourOf(text, age) : palette_.staleValue, Align::left);
+           known ? colorOf(text, age) : palette_.staleValue, Align::left);
     }
   }
 
@@ -154,7 +154,7 @@ class Painter {
     const float bigHeight = big.size * kLineHeight;
     const float top = room.y + (room.height - bigHeight) / 2;
     const float width = std::min(std::ceil(canvas_.textWidth(number, big)) + 1, room.width);
-    line(number, {room.x, top, width, bigHeight}, big, colourOf(number, scene_.ages.motion),
+    line(number, {room.x, top, width, bigHeight}, big, colorOf(number, scene_.ages.motion),
          Align::left);
     const float unitX = room.x + width + small.size * 0.35f;
     line(unit,
@@ -191,7 +191,7 @@ class Painter {
       const bool isMaximum = value == &texts_.maxSpeed;
       if (narrow && !isMaximum && value != all[0]) continue;
       line(*value, {x, y, width - 2, rowHeight}, smallFont(),
-           isMaximum ? maximumColour(scene_.newMaxSpeed) : detailColour(scene_.ages.motion),
+           isMaximum ? maximumColor(scene_.newMaxSpeed) : detailColor(scene_.ages.motion),
            Align::left);
       x += width;
       if (x < room.x + room.width - 1) continue;
@@ -207,7 +207,7 @@ class Painter {
       const bool fits = canvas_.textWidth(text, smallFont()) <= box.width;
       const bool last = &text == &detail.texts.back();
       if (!fits && !(last && mayShorten)) continue;
-      line(text, box, smallFont(), detail.colour, align);
+      line(text, box, smallFont(), detail.color, align);
       return;
     }
   }
@@ -223,7 +223,7 @@ class Painter {
     const Font font = largeFont(kLongestValue, room.width, std::max(height * 0.95f, 1.f));
     const float textHeight = font.size * kLineHeight;
     line(value, {room.x, room.y + (height - textHeight) / 2, room.width, textHeight}, font,
-         colourOf(value, ageMs), Align::left);
+         colorOf(value, ageMs), Align::left);
     if (low) {
       drawDetail(detail, besideName(room, nameEnd), Align::right, false);
     } else {
@@ -245,7 +245,7 @@ class Painter {
       line(textOf(Text::pdop + i), {box.x, top, nameWidth, height}, font, palette_.label,
            Align::left);
       line(*values[i], {box.x + nameWidth, top, std::max(box.width - nameWidth, 0.f), height}, font,
-           colourOf(*values[i], scene_.ages.dilution), Align::left);
+           colorOf(*values[i], scene_.ages.dilution), Align::left);
     }
   }
 
@@ -268,12 +268,12 @@ class Painter {
     const float width =
         std::min(std::ceil(canvas_.textWidth(widest, font)) + 1, room.width * 0.45f);
     if (low) {
-      line(counts, besideName(room, nameEnd), smallFont(), colourOf(counts, countsAge),
+      line(counts, besideName(room, nameEnd), smallFont(), colorOf(counts, countsAge),
            Align::right);
     } else {
       const float height = font.size * kLineHeight;
       line(counts, {room.x, room.y + (row - height) / 2, width, height}, font,
-           colourOf(counts, countsAge), Align::left);
+           colorOf(counts, countsAge), Align::left);
     }
     drawDilutions({room.x, room.y + (low ? 0 : row), width, 3 * row}, row, font);
     drawBars(room, room.x + width + 2 * layout_.padding, low);

@@ -96,8 +96,8 @@ bool isAltitudeKnown(const Scene& scene) {
 }
 
 void fillAltitude(const Scene& scene, ReadoutTexts& texts) {
-  const auto text = [&](double metres) {
-    return altitudeText(altitudeInUnit(metres, scene.altitudeUnit), scene.altitudeUnit);
+  const auto text = [&](double meters) {
+    return altitudeText(altitudeInUnit(meters, scene.altitudeUnit), scene.altitudeUnit);
   };
   texts.altitude = isAltitudeKnown(scene) ? text(scene.fix.altitude) : kDashes;
   texts.maxAltitude =

@@ -89,7 +89,7 @@ struct Scene {
   double maxSpeed = 0;     // in `speedUnit`
   double maxAltitude = 0;  // meters
 
-  double accuracy = 0;  // of the position, metres, an estimate; 0: unknown
+  double accuracy = 0;  // of the position, meters, an estimate; 0: unknown
 
   bool newMaxSpeed = false;     // has just been reached
   bool newMaxAltitude = false;  // likewise

@@ -29,9 +29,9 @@ void keepStrongest(std::vector<ViewedSatellite>& satellites, size_t most) {
   satellites.resize(most);
 }
 
-Colour pale(Colour colour, Colour towards) {
+Color pale(Color color, Color towards) {
   const auto mix = [&](int shift) {
-    const uint32_t a = colour >> shift & 0xFF;
+    const uint32_t a = color >> shift & 0xFF;
     const uint32_t b = towards >> shift & 0xFF;
     return (a * 9 + b * 11) / 20 << shift;
   };
@@ -99,7 +99,7 @@ float drawBar(Canvas& canvas, const Rect& column, const ViewedSatellite& satelli
   const float share = std::clamp(satellite.snr / kFullScale, 0.f, 1.f);
   const float height = std::max(std::round(column.height * share), 1.f);
   const float top = column.y + column.height - height;
-  const Colour full = palette.systems[static_cast<size_t>(satellite.system)];
+  const Color full = palette.systems[static_cast<size_t>(satellite.system)];
   canvas.fillRect({column.x + gap, top, std::max(column.width - 2 * gap, 1.f), height},
                   satellite.used ? full : pale(full, palette.panel));
   return top;
@@ -114,7 +114,7 @@ void drawSignalBars(Canvas& canvas, const Rect& box, std::span<const ViewedSatel
     const float line = textSize * kLineHeight;
     canvas.text(textOf(Text::noSatellites),
                 {box.x, box.y + (box.height - line) / 2, box.width, line}, font, palette.staleValue,
-                Align::centre);
+                Align::center);
     return;
   }
   const auto most = static_cast<size_t>(std::max(box.width / kNarrowestBar, 1.f));
@@ -137,11 +137,11 @@ void drawSignalBars(Canvas& canvas, const Rect& box, std::span<const ViewedSatel
     const float top = drawBar(canvas, {left, scale.y, width, scale.height}, satellite, palette);
     if (names.empty()) continue;
     canvas.text(names[i], {left, scale.y + scale.height, width, line}, font,
-                satellite.used ? palette.value : palette.label, Align::centre);
+                satellite.used ? palette.value : palette.label, Align::center);
     if (satellite.snr <= 0 || !withStrengths) continue;
     const long strength = std::lround(std::clamp(satellite.snr, 0.f, 99.f));
     canvas.text(std::to_string(strength), {left, top - line, width, line}, font, palette.label,
-                Align::centre);
+                Align::center);
   }
 }
 

@@ -62,7 +62,7 @@ std::string signalText(const Scene& scene) {
   return textWith(Text::signalStrength, whole(strongest), whole(sum / static_cast<float>(heard)));
 }
 
-Colour stateColour(const Scene& scene) {
+Color stateColor(const Scene& scene) {
   switch (scene.state) {
     case ReceiverState::notConnected: return scene.palette.idle;
     case ReceiverState::noData:
@@ -80,18 +80,18 @@ class TextRowLayout {
       : canvas_(canvas), rest_(room), font_(font), gap_(gap) {}
 
   // Omitted if it would take too much space from the others.
-  void right(const std::string& text, Colour colour) {
+  void right(const std::string& text, Color color) {
     const float width = std::ceil(canvas_.textWidth(text, font_)) + 1;
     if (text.empty() || width > rest_.width * 0.6f) return;
     drawShortened(canvas_, text, {rest_.x + rest_.width - width, rest_.y, width, rest_.height},
-                  font_, colour, Align::right);
+                  font_, color, Align::right);
     rest_.width -= width + gap_;
   }
 
-  void left(const std::string& text, Colour colour) {
+  void left(const std::string& text, Color color) {
     if (text.empty() || rest_.width < gap_) return;
     const float width = std::min(std::ceil(canvas_.textWidth(text, font_)) + 1, rest_.width);
-    drawShortened(canvas_, text, {rest_.x, rest_.y, width, rest_.height}, font_, colour,
+    drawShortened(canvas_, text, {rest_.x, rest_.y, width, rest_.height}, font_, color,
                   Align::left);
     rest_.x += width + gap_;
     rest_.width = std::max(rest_.width - width - gap_, 0.f);
@@ -124,7 +124,7 @@ void drawStatusLine(Canvas& canvas, const StatusBar& place, const Scene& scene) 
   const Palette& palette = scene.palette;
   const Rect& bar = place.bar;
   canvas.fillRect(bar, palette.panel);
-  const float mark = drawBadge(canvas, texts.state, bar, place.textSize, stateColour(scene),
+  const float mark = drawBadge(canvas, texts.state, bar, place.textSize, stateColor(scene),
                                palette.badgeText, false);
   const float gap = std::round(place.textSize * 0.8f);
   const float line = std::ceil(place.textSize * kLineHeight);

@@ -38,16 +38,16 @@ std::string shortened(Canvas& canvas, std::string_view text, const Font& font, f
 }
 
 void drawShortened(Canvas& canvas, std::string_view text, const Rect& box, const Font& font,
-                   Colour colour, Align align) {
+                   Color color, Align align) {
   if (text.empty()) return;
   const std::string shown = shortened(canvas, text, font, box.width);
   if (shown.empty()) return;
   const float height = std::min(std::ceil(font.size * kLineHeight), box.height);
-  canvas.text(shown, {box.x, box.y, box.width, height}, font, colour, align);
+  canvas.text(shown, {box.x, box.y, box.width, height}, font, color, align);
 }
 
 float drawBadge(Canvas& canvas, std::string_view text, const Rect& box, float textSize,
-                Colour ground, Colour colour, bool atRight) {
+                Color ground, Color color, bool atRight) {
   const Font font = {.size = textSize, .bold = true};
   const float margin = std::round(textSize * 0.6f);
   const float width = std::min(std::ceil(canvas.textWidth(text, font)) + 2 * margin, box.width);
@@ -56,7 +56,7 @@ float drawBadge(Canvas& canvas, std::string_view text, const Rect& box, float te
   const float top = mark.y + std::round((mark.height - font.size * kLineHeight) / 2);
   drawShortened(canvas, text,
                 {mark.x + margin, std::max(top, mark.y), width - 2 * margin + 1, mark.height}, font,
-                colour, Align::left);
+                color, Align::left);
   return width;
 }
 

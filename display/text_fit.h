@@ -21,10 +21,10 @@ std::string shortened(Canvas& canvas, std::string_view text, const Font& font, f
 
 // Draws one line at the top of `box`, shortened with an ellipsis if necessary.
 void drawShortened(Canvas& canvas, std::string_view text, const Rect& box, const Font& font,
-                   Colour colour, Align align);
+                   Color color, Align align);
 
 // Draws text on a colored background, at the left or right end of `box`. Returns its width.
 float drawBadge(Canvas& canvas, std::string_view text, const Rect& box, float textSize,
-                Colour ground, Colour colour, bool atRight);
+                Color ground, Color color, bool atRight);
 
 }  // namespace vgps

@@ -62,20 +62,20 @@ RenameResult copyTo(const std::string& bad, const std::string& path, const Exclu
 
 }  // namespace
 
-std::string keepAsBad(const std::string& path, std::string_view bytes,
-                      const ExclusiveOpener& open) {
+std::string saveBadCopy(const std::string& path, std::string_view bytes,
+                        const ExclusiveOpener& open) {
   return firstBadPath(
       path, [&](const std::string& bad) { return hasBytes(bad, bytes); },
       [&](const std::string& bad) { return writeFreeFile(bad, bytes, open); });
 }
 
-std::string copyAsBad(const std::string& path, const ExclusiveOpener& open) {
+std::string copyToBad(const std::string& path, const ExclusiveOpener& open) {
   return firstBadPath(
       path, [&](const std::string& bad) { return hasBytesOf(bad, path); },
       [&](const std::string& bad) { return copyTo(bad, path, open); });
 }
 
-std::string moveAsBad(const std::string& path) {
+std::string renameToBad(const std::string& path) {
   return firstBadPath(
       path, [](const std::string&) { return false; },
       [&](const std::string& bad) { return renameUnlessTaken(path, bad); });

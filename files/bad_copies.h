@@ -11,9 +11,9 @@ namespace vgps {
 // extension, or "NAME-2.bad" to "NAME-99.bad" if those names are taken. An identical copy that
 // exists already is used. Return its path, empty on failure. The first two leave the damaged file
 // in place; the third renames it.
-std::string keepAsBad(const std::string& path, std::string_view bytes,
-                      const ExclusiveOpener& open = openExclusive);
-std::string copyAsBad(const std::string& path, const ExclusiveOpener& open = openExclusive);
-std::string moveAsBad(const std::string& path);
+std::string saveBadCopy(const std::string& path, std::string_view bytes,
+                        const ExclusiveOpener& open = openExclusive);
+std::string copyToBad(const std::string& path, const ExclusiveOpener& open = openExclusive);
+std::string renameToBad(const std::string& path);
 
 }  // namespace vgps

@@ -36,17 +36,17 @@ std::string readText(ExclusiveFile& file, uint64_t offset, size_t size) {
 RedoJournal::RedoJournal(const std::string& file, const ExclusiveOpener& open)
     : path_(resolveLinks(file) + ".redo"), open_(open) {}
 
-RedoJournal::Keeping RedoJournal::keep(std::string_view text) {
+RedoJournal::SaveResult RedoJournal::keep(std::string_view text) {
   FileOpening opening = FileOpening::refused;
   const auto file = open_(path_, OpenMode::orCreate, opening);
-  if (file == nullptr) return Keeping::impossible;
+  if (file == nullptr) return SaveResult::impossible;
   const std::string header = headerOf(text);
   const bool kept = text.size() <= kLargestText && file->cutAt(0) &&
                     file->writeAt(0, bytesOf(header)) &&
                     file->writeAt(kHeaderBytes, bytesOf(text)) && file->flush();
   if (kept) flushFolderOf(path_);
   if (!kept) file->remove();
-  return kept ? Keeping::kept : Keeping::failed;
+  return kept ? SaveResult::kept : SaveResult::failed;
 }
 
 std::optional<std::string> RedoJournal::interrupted() {

@@ -15,12 +15,12 @@ class RedoJournal {
  public:
   explicit RedoJournal(const std::string& file, const ExclusiveOpener& open = openExclusive);
 
-  enum class Keeping {
+  enum class SaveResult {
     kept,        // on the disk itself
     impossible,  // the folder takes no new files
     failed,      // the disk is full or faulty; nothing was kept
   };
-  Keeping keep(std::string_view text);
+  SaveResult keep(std::string_view text);
 
   // The text of an interrupted save. A journal that is cut short says nothing about the file, which
   // was not touched yet: it is removed.

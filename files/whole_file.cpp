@@ -24,7 +24,7 @@ constexpr size_t kBesideDigits = 16;
 
 // "vgps-0123456789abcdef.new", beside the file: short, so that it fits wherever a name does.
 // Should a name be taken, the next one is another.
-std::string nameBeside(const std::string& path) {
+std::string temporaryName(const std::string& path) {
   const uint64_t number = uniqueNumber();
   char digits[kBesideDigits + 1];
   std::snprintf(digits, sizeof digits, "%08x%08x", static_cast<unsigned>(number >> 32),
@@ -55,7 +55,7 @@ void removeLeftOvers(const std::string& path) {
 
 // A virus scanner or indexer may have the new file open for a moment, so renaming is retried.
 template <class Place>
-RenameResult placePatiently(const std::string& from, Place place) {
+RenameResult renameWithRetry(const std::string& from, Place place) {
   constexpr int kAttempts = 20;
   RenameResult result = RenameResult::refused;
   retry(kAttempts, std::chrono::milliseconds(25), [&] {
@@ -78,19 +78,19 @@ OutputFile::OutputFile(const std::string& path, const ExclusiveOpener& open)
   constexpr int kAttempts = 10;
   FileOpening opening = FileOpening::inUse;
   for (int i = 0; i < kAttempts && opening == FileOpening::inUse; ++i) {
-    beside_ = nameBeside(path_);
-    file_ = open(beside_, OpenMode::createNew, opening);
+    temporaryPath_ = temporaryName(path_);
+    file_ = open(temporaryPath_, OpenMode::createNew, opening);
   }
   good_ = file_ != nullptr;
   if (!good_) fault_ = lastFileFault();
-  if (good_ && fileKind(path_) == FileKind::regular) copyPermissions(path_, beside_);
+  if (good_ && fileKind(path_) == FileKind::regular) copyPermissions(path_, temporaryPath_);
 }
 
 OutputFile::~OutputFile() {
   if (file_ != nullptr) {
     file_->remove();
   } else if (good_) {
-    removeFile(beside_);
+    removeFile(temporaryPath_);
   }
 }
 
@@ -143,11 +143,11 @@ bool OutputFile::flush() {
 bool OutputFile::finish() {
   if (!flush() || fileKind(path_) == FileKind::other) return false;
   const auto place = [this] {
-    if (replaceFile(beside_, path_)) return RenameResult::renamed;
+    if (replaceFile(temporaryPath_, path_)) return RenameResult::renamed;
     fault_ = lastFileFault();
     return RenameResult::refused;
   };
-  if (placePatiently(beside_, place) != RenameResult::renamed) return false;
+  if (renameWithRetry(temporaryPath_, place) != RenameResult::renamed) return false;
   good_ = false;  // the temporary file is gone
   return true;
 }
@@ -169,7 +169,7 @@ std::string OutputFile::reason() const {
 RenameResult OutputFile::finishAs(const std::string& freePath) {
   if (!flush()) return RenameResult::refused;
   const RenameResult result =
-      placePatiently(beside_, [&] { return renameUnlessTaken(beside_, freePath); });
+      renameWithRetry(temporaryPath_, [&] { return renameUnlessTaken(temporaryPath_, freePath); });
   if (result == RenameResult::renamed) good_ = false;
   return result;
 }

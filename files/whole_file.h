@@ -40,8 +40,8 @@ class OutputFile {
  private:
   bool send(std::string_view bytes);
 
-  std::string path_;    // after following links
-  std::string beside_;  // the temporary file
+  std::string path_;           // after following links
+  std::string temporaryPath_;  // the temporary file
   std::unique_ptr<ExclusiveFile> file_;
   std::string buffer_;
   uint64_t sent_ = 0;     // bytes

@@ -16,11 +16,11 @@ namespace vgps {
 struct ExchangePoint {
   double longitude = 0;  // degrees
   double latitude = 0;
-  double altitude = 0;  // metres
+  double altitude = 0;  // meters
   bool hasAltitude = false;
   bool hasName = false;
   DateTime utc{};                  // year 0: unknown
-  std::optional<double> speed{};   // metres per second
+  std::optional<double> speed{};   // meters per second
   std::optional<double> course{};  // degrees
   std::string_view name{};         // while it is handed over
 };

@@ -32,7 +32,7 @@ struct GpxPoint {
   std::string_view name;
   double longitude = 0;  // degrees
   double latitude = 0;
-  double altitude = 0;  // metres
+  double altitude = 0;  // meters
   DateTime time{};      // UTC
   float course = 0;     // degrees
   float speed = 0;      // km/h

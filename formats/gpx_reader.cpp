@@ -19,7 +19,7 @@ class GpxReader {
  public:
   GpxReader(XmlPull& xml, ExchangeSink& sink, ReadingNotes& notes)
       : xml_(xml), sink_(sink), notes_(notes) {
-    // Our own 1.0 files hold kilometres per hour, those of others metres per second.
+    // Our own 1.0 files hold kilometers per hour, those of others meters per second.
     const std::optional<std::string_view> creator = xml.attribute("creator");
     const bool own = creator && *creator == kOwnCreator;
     const std::optional<std::string_view> version = xml.attribute("version");

@@ -20,7 +20,7 @@ void readGeoJson(ByteSource source, ExchangeSink& sink, ReadingNotes& notes);
 
 // Lines of values under a header that names the columns:
 //
-//   lat,lon,ele,time,speed,course,name       degrees, metres, ISO 8601, m/s, degrees
+//   lat,lon,ele,time,speed,course,name       degrees, meters, ISO 8601, m/s, degrees
 //
 // in any order, lat and lon at least. An empty line begins the next track.
 void readCsv(ByteSource source, ExchangeSink& sink, ReadingNotes& notes);

@@ -53,7 +53,7 @@ void checkBounded(const XmlTree& tree, size_t size) {
 void load(std::string_view text, bool lenient, size_t window) {
   XmlTree tree;
   tree.text.open();
-  XmlOutside outside;
+  XmlPrologue outside;
   std::string_view rest = text;
   tree.root = readXml(tree, {readPiece, &rest}, window, {lenient}, outside);
   tree.text.seal();

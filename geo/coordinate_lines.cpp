@@ -10,9 +10,9 @@
 namespace vgps {
 namespace {
 
-std::string wholeMetres(double metres) {
+std::string wholeMeters(double meters) {
   constexpr double kMost = 4294967295.0;  // latitudes beyond the poles can exceed it
-  return std::to_string(metres > 0 ? static_cast<uint32_t>(std::min(metres, kMost)) : 0U);
+  return std::to_string(meters > 0 ? static_cast<uint32_t>(std::min(meters, kMost)) : 0U);
 }
 
 }  // namespace
@@ -22,8 +22,8 @@ CoordinateLines coordinateLines(double longitude, double latitude, double altitu
   CoordinateLines lines;
   if (format == kUtmGrid) {
     const UtmPosition utm = utmFromDegrees(ellipsoid, latitude, longitude);
-    lines.x = wholeMetres(utm.easting);
-    lines.y = wholeMetres(utm.northing);
+    lines.x = wholeMeters(utm.easting);
+    lines.y = wholeMeters(utm.northing);
   } else if (format == kDecimalDegrees) {
     lines.x = fixedText(longitude, 7);
     lines.y = fixedText(latitude, 7);

@@ -15,7 +15,7 @@ float radians(float degrees) { return static_cast<float>(degrees * kRadiansPerDe
 
 double square(double value) { return value * value; }
 
-double kilometresBetween(float lon1, float lat1, float lon2, float lat2) {
+double kilometersBetween(float lon1, float lat1, float lon2, float lat2) {
   const double phi1 = radians(lat1);
   const double dPhi = radians(lat2) - phi1;
   const double dLambda = static_cast<double>(radians(lon2)) - radians(lon1);
@@ -26,8 +26,8 @@ double kilometresBetween(float lon1, float lat1, float lon2, float lat2) {
   return 2 * std::atan2(std::sqrt(a), std::sqrt(rest)) * kEarthRadiusKm;
 }
 
-double inUnit(double kilometres, int32_t unit, int32_t displayUnit) {
-  return distanceInUnit(kilometres, unit == kDisplayUnit ? displayUnit : unit);
+double inUnit(double kilometers, int32_t unit, int32_t displayUnit) {
+  return distanceInUnit(kilometers, unit == kDisplayUnit ? displayUnit : unit);
 }
 
 }  // namespace
@@ -38,18 +38,18 @@ bool isNoPosition(double longitude, double latitude) {
 
 double surfaceDistance(float lon1, float lat1, float lon2, float lat2, int32_t unit,
                        int32_t displayUnit) {
-  return inUnit(kilometresBetween(lon1, lat1, lon2, lat2), unit, displayUnit);
+  return inUnit(kilometersBetween(lon1, lat1, lon2, lat2), unit, displayUnit);
 }
 
 double distance3d(float x1, float y1, float z1, float x2, float y2, float z2, int32_t unit,
                   int32_t displayUnit) {
-  return inUnit(slantKilometres(kilometresBetween(x1, y1, x2, y2), z1, z2), unit, displayUnit);
+  return inUnit(slantKilometers(kilometersBetween(x1, y1, x2, y2), z1, z2), unit, displayUnit);
 }
 
-double slantKilometres(double surfaceKilometres, float z1, float z2) {
+double slantKilometers(double surfaceKilometers, float z1, float z2) {
   const double height =
       static_cast<float>(std::fabs(static_cast<double>(z1) - static_cast<double>(z2)) / 1000);
-  return std::sqrt(square(surfaceKilometres) + square(height));
+  return std::sqrt(square(surfaceKilometers) + square(height));
 }
 
 double pointDistance(const Position& first, const Position& second, int32_t unit,
@@ -63,9 +63,9 @@ double pointDistance(const Position& first, const Position& second, int32_t unit
                     displayUnit);
 }
 
-int64_t secondsToGo(double kilometres, double metresPerSecond) {
-  if (metresPerSecond == 0) return -1;
-  const double seconds = kilometres * 1000 / metresPerSecond;
+int64_t secondsToGo(double kilometers, double metersPerSecond) {
+  if (metersPerSecond == 0) return -1;
+  const double seconds = kilometers * 1000 / metersPerSecond;
   constexpr double kLimit = 9223372036854774784.0;  // the largest double below 2^63
   if (std::isnan(seconds)) return -1;
   if (seconds >= kLimit) return std::numeric_limits<int64_t>::max();

@@ -36,13 +36,13 @@ double distance3d(float x1, float y1, float z1, float x2, float y2, float z2, in
 
 // The same as distance3d, for callers that already have the surface distance. Takes kilometers and
 // altitudes in meters; returns kilometers.
-double slantKilometres(double surfaceKilometres, float z1, float z2);
+double slantKilometers(double surfaceKilometers, float z1, float z2);
 
 double pointDistance(const Position& first, const Position& second, int32_t unit,
                      int32_t displayUnit, bool withAltitude);
 
-// Whole seconds to cover `kilometres` at `metresPerSecond`, truncated; -1 if not moving. A time
+// Whole seconds to cover `kilometers` at `metersPerSecond`, truncated; -1 if not moving. A time
 // that does not fit 64 bits is clamped.
-int64_t secondsToGo(double kilometres, double metresPerSecond);
+int64_t secondsToGo(double kilometers, double metersPerSecond);
 
 }  // namespace vgps

@@ -10,13 +10,13 @@
 // Journal of Geodesy 87 (2013), good to nanometers. Altitudes count for nothing.
 namespace vgps {
 
-double geodesicKilometres(const Position& from, const Position& to);
+double geodesicKilometers(const Position& from, const Position& to);
 
 // The course to steer at `from`, degrees true, 0 <= course < 360; 0 when both are one.
 double geodesicBearing(const Position& from, const Position& to);
 
-// Where one arrives after `kilometres` on that course. Altitude is kept.
-Position geodesicDestination(const Position& from, double bearingDegrees, double kilometres);
+// Where one arrives after `kilometers` on that course. Altitude is kept.
+Position geodesicDestination(const Position& from, double bearingDegrees, double kilometers);
 
 // The area inside a closed track, the smaller part of the earth; the last point is joined to the
 // first. The square degrees are those of `enclosedArea`. 0 for fewer than three points.

@@ -39,8 +39,8 @@ double initialBearing(const Position& from, const Position& to) {
   return between0And360(std::atan2(y, x) / kRadian);
 }
 
-Position destination(const Position& from, double bearingDegrees, double kilometres) {
-  const double delta = kilometres / kEarthRadiusKm;
+Position destination(const Position& from, double bearingDegrees, double kilometers) {
+  const double delta = kilometers / kEarthRadiusKm;
   const double theta = bearingDegrees * kRadian;
   const double phi = from.y * kRadian;
   const double sinPhi =
@@ -76,16 +76,16 @@ Area enclosedArea(std::span<const Position> points) {
     spherical += step * kRadian * (2 + std::sin(a.y * kRadian) + std::sin(b.y * kRadian));
     x += step;
   }
-  constexpr double kRadiusMetres = kEarthRadiusKm * 1000;
+  constexpr double kRadiusMeters = kEarthRadiusKm * 1000;
   area.squareDegrees = std::fabs(flat) / 2;
-  area.squareMetres = std::fabs(spherical) * kRadiusMetres * kRadiusMetres / 2;
+  area.squareMeters = std::fabs(spherical) * kRadiusMeters * kRadiusMeters / 2;
   return area;
 }
 
 std::string areaText(const Area& area) {
   constexpr int kDecimals = 3;
   return fixedText(area.squareDegrees, kDecimals) + " deg^2\r\n" +
-         fixedText(area.squareMetres, kDecimals) + " m^2";
+         fixedText(area.squareMeters, kDecimals) + " m^2";
 }
 
 }  // namespace vgps

@@ -12,8 +12,8 @@ namespace vgps {
 // The course to steer from `from` to `to`, degrees true, 0 <= course < 360; 0 if both are the same.
 double initialBearing(const Position& from, const Position& to);
 
-// The position reached after `kilometres` on that course. The altitude stays the same.
-Position destination(const Position& from, double bearingDegrees, double kilometres);
+// The position reached after `kilometers` on that course. The altitude stays the same.
+Position destination(const Position& from, double bearingDegrees, double kilometers);
 
 struct TrackOffset {
   double acrossKm = 0;  // positive to the right of the course
@@ -25,7 +25,7 @@ TrackOffset offsetFromLeg(const Position& start, const Position& end, const Posi
 
 struct Area {
   double squareDegrees = 0;  // in a plain longitude-latitude plane
-  double squareMetres = 0;   // on the sphere
+  double squareMeters = 0;   // on the sphere
 };
 
 // The area inside a closed track, whose last point connects to the first. Handles tracks across the

@@ -17,8 +17,8 @@ constexpr std::string_view kLetters = "ABCDEFGHJKLMNPQRSTUVWXYZ";
 constexpr size_t kColumnsPerZone = 8;
 constexpr size_t kRows = 20;
 
-std::string figures(double metres, int digits) {
-  const auto whole = static_cast<uint32_t>(metres);
+std::string figures(double meters, int digits) {
+  const auto whole = static_cast<uint32_t>(meters);
   std::string text = std::to_string(whole);
   text.insert(0, 5 - std::min<size_t>(5, text.size()), '0');
   return text.substr(0, static_cast<size_t>(digits));

@@ -30,17 +30,17 @@ double speedInUnit(const Speeds& speeds, int32_t unit) {
   return unit < 0 || unit > kMph ? 0 : values[static_cast<size_t>(unit)];
 }
 
-double distanceInUnit(double kilometres, int32_t unit) {
-  if (unit == kKilometres) return kilometres;
-  if (unit == kMiles) return kilometres / kKmPerMile;
-  if (unit == kNauticalMiles) return kilometres / kKmhPerKnot;
+double distanceInUnit(double kilometers, int32_t unit) {
+  if (unit == kKilometers) return kilometers;
+  if (unit == kMiles) return kilometers / kKmPerMile;
+  if (unit == kNauticalMiles) return kilometers / kKmhPerKnot;
   return 0;
 }
 
-double altitudeInUnit(double metres, int32_t unit) {
-  if (unit == kMetres) return metres;
-  if (unit == kInches) return metres * kInchesPerMetre;
-  if (unit == kFeet) return metres * kFeetPerMetre;
+double altitudeInUnit(double meters, int32_t unit) {
+  if (unit == kMeters) return meters;
+  if (unit == kInches) return meters * kInchesPerMeter;
+  if (unit == kFeet) return meters * kFeetPerMeter;
   return 0;
 }
 

@@ -13,12 +13,12 @@ inline constexpr double kMpsPerKnot = 0.5144444108009338;
 inline constexpr double kKmhPerKnot = 1.8519999980926514;  // also kilometers per nautical mile
 inline constexpr double kKmPerMile = 1.6093440055847168;   // also km/h per mph
 inline constexpr double kKmhPerMps = 3.5999999046325684;
-inline constexpr double kInchesPerMetre = 39.369998931884766;
-inline constexpr double kFeetPerMetre = 3.2799999713897705;
+inline constexpr double kInchesPerMeter = 39.369998931884766;
+inline constexpr double kFeetPerMeter = 3.2799999713897705;
 
 enum SpeedUnit : int32_t { kKmh = 0, kKnots = 1, kMps = 2, kMph = 3 };
-enum DistanceUnit : int32_t { kKilometres = 0, kMiles = 1, kNauticalMiles = 2 };
-enum AltitudeUnit : int32_t { kMetres = 0, kInches = 1, kFeet = 2 };
+enum DistanceUnit : int32_t { kKilometers = 0, kMiles = 1, kNauticalMiles = 2 };
+enum AltitudeUnit : int32_t { kMeters = 0, kInches = 1, kFeet = 2 };
 
 // A speed in the four units that a fix stores.
 struct Speeds {
@@ -34,10 +34,10 @@ Speeds speedsFromKnots(double knots);
 double speedInUnit(const Speeds& speeds, int32_t unit);
 
 // Converts kilometers to `unit`; 0 for an unknown unit.
-double distanceInUnit(double kilometres, int32_t unit);
+double distanceInUnit(double kilometers, int32_t unit);
 
 // Converts meters to `unit`; 0 for an unknown unit.
-double altitudeInUnit(double metres, int32_t unit);
+double altitudeInUnit(double meters, int32_t unit);
 
 // Texts for values that are already in `unit`: "41.48 Km/H", "5.14 m/s", "509.15 Km", "545.00m".
 // Empty for an unknown unit.

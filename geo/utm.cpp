@@ -14,12 +14,12 @@ constexpr double kFalseEasting = 500000;
 constexpr double kFalseNorthing = 10000000;  // meters, added south of the equator
 constexpr std::string_view kBands = "CDEFGHJKLMNPQRSTUVWX";
 
-double normalisedLongitude(double longitude) {
+double normalizedLongitude(double longitude) {
   double turned = longitude + 180;
   // A longitude far out of range (from a damaged file) must still map to some place on the earth.
   if (std::fabs(turned) > 1e9) turned = std::fmod(turned, 360);
-  const double normalised = turned - 360 * std::trunc(turned / 360) - 180;
-  return normalised < -180 ? normalised + 360 : normalised;
+  const double normalized = turned - 360 * std::trunc(turned / 360) - 180;
+  return normalized < -180 ? normalized + 360 : normalized;
 }
 
 // Zones of irregular width, around Bergen and on Svalbard.
@@ -93,15 +93,15 @@ std::string UtmPosition::zoneText() const {
 }
 
 UtmPosition utmFromDegrees(int32_t ellipsoid, double latitude, double longitude) {
-  const double lambda = normalisedLongitude(longitude);
+  const double lambda = normalizedLongitude(longitude);
   UtmPosition utm;
   utm.zone = zoneOf(latitude, lambda);
   utm.band = bandOf(latitude);
   const double centralMeridian = (utm.zone - 1) * 6 - 180 + 3;
   const double phi = latitude * kRadiansPerDegree;
   const Meridian m = meridianAt(ellipsoidOf(ellipsoid), phi);
-  const double fromCentre = lambda * kRadiansPerDegree - centralMeridian * kRadiansPerDegree;
-  const double a1 = m.cosine * fromCentre;
+  const double fromCenter = lambda * kRadiansPerDegree - centralMeridian * kRadiansPerDegree;
+  const double a1 = m.cosine * fromCenter;
   const double a2 = a1 * a1;
   const double a3 = a2 * a1;
   const double a4 = a2 * a2;

@@ -13,7 +13,7 @@ constexpr double kRangeErrorCorrected = 1.5;
 constexpr int32_t kDifferential = 2;
 constexpr int32_t kPps = 3;
 
-bool isError(double metres) { return std::isfinite(metres) && metres > 0; }
+bool isError(double meters) { return std::isfinite(meters) && meters > 0; }
 
 }  // namespace
 

@@ -72,7 +72,7 @@ bool Connection::openPort() {
 }
 
 bool Connection::probePort() {
-  return answersAsGps(*state_.makePort(), status_.portPath, status_.baudRate, status_.portError);
+  return sendsGps(*state_.makePort(), status_.portPath, status_.baudRate, status_.portError);
 }
 
 void Connection::startReader() {

@@ -115,7 +115,7 @@ struct NmeaSentence {
     double longitude, latitude, altitude;
     DateTime utc, local;
     int32_t usedCount;
-    double exactAltitude;  // `altitude` is cut to whole metres
+    double exactAltitude;  // `altitude` is cut to whole meters
   };
   struct Active {  // GSA: `used` flags
     float pdop, hdop, vdop;

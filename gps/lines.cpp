@@ -47,7 +47,7 @@ void Lines::processLine(std::string_view line) {
   fix_.lastSentenceKind = sentence_.kind;
   fix_.previousReceiveTick = fix_.receiveTick;
   fix_.ticksWithoutData = 0;
-  const bool leftOut = verdict.reason != LeftOutReason::none && !sentence.name.isMakersOwn();
+  const bool leftOut = verdict.reason != LeftOutReason::none && !sentence.name.isProprietary();
   if (leftOut) state.stats.countLeftOut(sentence.name, verdict);
   if (sentence.name.dollar) {
     state.stats.countLine(sentence, fix_.receiveTick);

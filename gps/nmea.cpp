@@ -142,9 +142,9 @@ void ddmmToDegrees(std::string_view field, int32_t* milliseconds, double* degree
 
 namespace {
 
-void noteAltitude(GpsState& state, double metres) {
-  if (metres <= state.maxAltitude) return;
-  state.maxAltitude = metres;
+void noteAltitude(GpsState& state, double meters) {
+  if (meters <= state.maxAltitude) return;
+  state.maxAltitude = meters;
   state.hooks.maxAltitudeChanged();
 }
 

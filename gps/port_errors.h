@@ -17,7 +17,7 @@ struct PortErrorWords {
 };
 
 inline constexpr std::array<PortErrorWords, 5> kPortErrors = {{
-    {PortError::notThere, Text::portMissing, Text::finderNoPort, "was not found"},
+    {PortError::notFound, Text::portMissing, Text::finderNoPort, "was not found"},
     {PortError::busy, Text::portBusy, Text::finderBusy, "is in use by another program"},
     {PortError::noPermission, Text::portForbidden, Text::finderForbidden,
      "cannot be opened: permission denied"},

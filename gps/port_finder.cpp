@@ -38,7 +38,7 @@ constexpr ResultRow kResults[] = {
     {ProbeResult::noPosition, 7, true, Text::finderNoPosition},
     {ProbeResult::busy, 6, true, wordsOf(PortError::busy).answer},
     {ProbeResult::noPermission, 6, true, wordsOf(PortError::noPermission).answer},
-    {ProbeResult::notThere, 6, true, wordsOf(PortError::notThere).answer},
+    {ProbeResult::notFound, 6, true, wordsOf(PortError::notFound).answer},
     // Not every port supports every baud rate.
     {ProbeResult::cannotOpen, 0, false, wordsOf(PortError::other).answer},
     {ProbeResult::notNmea, 3, false, Text::finderNoNmea},
@@ -155,13 +155,13 @@ bool PortFinder::Search::tryAt(size_t index, uint32_t speed) {
   uint32_t positionMs = 0;
   const auto enough = [&](std::string_view bytes, uint32_t ms) {
     if (noteOpen(index)) return true;
-    const ProbeResult result = judgeBytes(bytes, ms).result;
+    const ProbeResult result = classifyBytes(bytes, ms).result;
     if (result == ProbeResult::found && positionMs == 0) positionMs = std::max(ms, 1U);
     if (positionMs != 0) return ms >= positionMs + times.countMs;
     return result == ProbeResult::wrongSpeed && bytes.size() >= kEnoughNoise;
   };
   const std::unique_ptr<SerialPort> port = makePort();
-  const ProbeAnswer answer = probePort(*port, path, speed, times.listenMs, enough);
+  const ProbeReport answer = probePort(*port, path, speed, times.listenMs, enough);
   const ResultRow& row = rowOf(answer.result);
 
   const std::lock_guard lock(mutex);
@@ -211,7 +211,7 @@ std::vector<PortFinding> PortFinder::findings() const {
 }
 
 std::string positionText(const PortFinding& finding) {
-  const ProbeAnswer& answer = finding.answer;
+  const ProbeReport& answer = finding.answer;
   if (!finding.answered) return {};
   if (answer.result == ProbeResult::found && !answer.hasFix) {
     return std::string(textOf(Text::finderNoFixYet));
@@ -235,7 +235,7 @@ const PortFinding* bestFinding(const std::vector<PortFinding>& findings) {
   return best;
 }
 
-std::string answerText(const ProbeAnswer& answer, uint32_t speed) {
+std::string reportText(const ProbeReport& answer, uint32_t speed) {
   std::string text = textWith(rowOf(answer.result).text, std::to_string(speed));
   if (answer.result != ProbeResult::found) return text;
   for (const std::string& part : {answer.talker, rateText(answer.sentencesPerSecond)}) {
@@ -257,7 +257,7 @@ std::string findingText(const PortFinding& finding) {
     const bool silent = !finding.answered || finding.answer.result == ProbeResult::noData;
     if (silent) return std::string(textOf(Text::finderUnfinished));
   }
-  return answerText(finding.answer, finding.speed);
+  return reportText(finding.answer, finding.speed);
 }
 
 }  // namespace vgps

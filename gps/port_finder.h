@@ -18,7 +18,7 @@ struct PortFinding {
   bool done = false;       // nothing more will be tried
   bool triedAll = false;   // tried every baud rate, or got an answer
   bool answered = false;   // `answer` and `speed` are valid
-  ProbeAnswer answer;      // the best so far
+  ProbeReport answer;      // the best so far
   uint32_t speed = 0;      // baud rate of that answer
 };
 
@@ -79,7 +79,7 @@ const PortFinding* bestFinding(const std::vector<PortFinding>& findings);
 std::string positionText(const PortFinding& finding);
 
 // What a probe at this speed has found, in words.
-std::string answerText(const ProbeAnswer& answer, uint32_t speed);
+std::string reportText(const ProbeReport& answer, uint32_t speed);
 
 // The text for a port: "NMEA at 9600 baud, talker GN, 5.0 sentences/s".
 std::string findingText(const PortFinding& finding);

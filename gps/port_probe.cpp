@@ -50,11 +50,11 @@ bool isSentence(std::string_view line, const SentenceName& name) {
                      [](char c) { return (c >= 'A' && c <= 'Z') || isDigit(c); });
 }
 
-bool isPosition(const SentenceName& name) { return name.isOfSatellites() && name.isPosition(); }
+bool isPosition(const SentenceName& name) { return name.isFromGnss() && name.isPosition(); }
 
 // What a position sentence says besides: an RMC that is valid, a GGA of some quality.
 //   $GPRMC,time,A,...    $GPGGA,time,lat,N,lon,E,quality,used,...
-void noteFix(const SentenceName& name, std::string_view line, ProbeAnswer& answer) {
+void noteFix(const SentenceName& name, std::string_view line, ProbeReport& answer) {
   const Fields fields(line);
   if (name.type == SentenceType::rmc) {
     answer.hasFix |= fields.has(2) && fields[2].starts_with('A');
@@ -66,7 +66,7 @@ void noteFix(const SentenceName& name, std::string_view line, ProbeAnswer& answe
 
 ProbeResult openResult(PortError error) {
   switch (error) {
-    case PortError::notThere: return ProbeResult::notThere;
+    case PortError::notFound: return ProbeResult::notFound;
     case PortError::busy: return ProbeResult::busy;
     case PortError::noPermission: return ProbeResult::noPermission;
     default: return ProbeResult::cannotOpen;
@@ -99,7 +99,7 @@ const char* probeResultName(ProbeResult result) {
   switch (result) {
     case ProbeResult::found: return "found";
     case ProbeResult::noPosition: return "no position";
-    case ProbeResult::notThere: return "not there";
+    case ProbeResult::notFound: return "not there";
     case ProbeResult::busy: return "busy";
     case ProbeResult::noPermission: return "no permission";
     case ProbeResult::cannotOpen: return "cannot open";
@@ -111,8 +111,8 @@ const char* probeResultName(ProbeResult result) {
   return "";
 }
 
-ProbeAnswer judgeBytes(std::string_view bytes, uint32_t ms) {
-  ProbeAnswer answer;
+ProbeReport classifyBytes(std::string_view bytes, uint32_t ms) {
+  ProbeReport answer;
   if (bytes.empty()) return answer;
   size_t sentences = 0;
   for (std::string_view rest = bytes; !rest.empty();) {
@@ -142,7 +142,7 @@ ProbeAnswer judgeBytes(std::string_view bytes, uint32_t ms) {
   return answer;
 }
 
-ProbeAnswer probePort(SerialPort& port, const std::string& path, uint32_t speed, uint32_t limitMs,
+ProbeReport probePort(SerialPort& port, const std::string& path, uint32_t speed, uint32_t limitMs,
                       const ProbeEnd& end) {
   const PortError error = port.open(path);
   if (error != PortError::none) return {openResult(error), {}, 0};
@@ -150,11 +150,11 @@ ProbeAnswer probePort(SerialPort& port, const std::string& path, uint32_t speed,
   uint32_t heardMs = 0;
   const std::string bytes = listen(port, limitMs, end, heardMs);
   port.close();
-  return judgeBytes(bytes, heardMs);
+  return classifyBytes(bytes, heardMs);
 }
 
-bool answersAsGps(SerialPort& port, const std::string& path, uint32_t speed, PortError& error,
-                  const std::function<bool()>& cancelled) {
+bool sendsGps(SerialPort& port, const std::string& path, uint32_t speed, PortError& error,
+              const std::function<bool()>& cancelled) {
   error = port.open(path);
   if (error == PortError::none && !port.setUp(speed)) error = PortError::settings;
   if (error != PortError::none) return false;

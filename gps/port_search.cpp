@@ -13,8 +13,8 @@ std::vector<uint32_t> scanPorts(const std::function<std::unique_ptr<SerialPort>(
   for (uint32_t number = 0; number < kSearchedPorts && !cancelled(number); ++number) {
     const std::string path = devicePath("COM" + std::to_string(number));
     PortError error = PortError::none;
-    if (answersAsGps(*makePort(), path, speed == 0 ? kDefaultSearchSpeed : speed, error,
-                     [&] { return cancelled(number); })) {
+    if (sendsGps(*makePort(), path, speed == 0 ? kDefaultSearchSpeed : speed, error,
+                 [&] { return cancelled(number); })) {
       answered.push_back(number);
     }
   }

@@ -137,7 +137,7 @@ bool Connection::reopenPort(uint32_t generation) {
   // Goes, and with it closes the port, outside the lock when nobody wants it any more.
   std::shared_ptr<SerialPort> opened = state_.makePort();
   const bool free = findDevice(device, attempt.newName);
-  attempt.error = free ? opened->open(device.path) : PortError::notThere;
+  attempt.error = free ? opened->open(device.path) : PortError::notFound;
   if (attempt.error == PortError::none && !opened->setUp(device.baudRate)) {
     attempt.error = PortError::settings;
   }

@@ -97,7 +97,7 @@ std::vector<ViewedSatellite> strongestSignals(std::span<const ViewedSatellite> v
 void SatelliteView::take(const DecodedSentence& decoded, uint32_t tick) {
   if (tick - sweptTick_ >= kSweepMs) forgetSilentSources(tick);
   const SentenceName& name = decoded.sentence.name;
-  const bool counts = name.whole && !name.isMakersOwn();
+  const bool counts = name.whole && !name.isProprietary();
   const bool isGsa = counts && name.type == SentenceType::gsa;
   if (isGsa && !lastWasGsa_) ++gsaRun_;
   lastWasGsa_ = isGsa;

@@ -53,11 +53,11 @@ struct SentenceName {
 
   // "$P" begins a maker's own sentence, whatever letters follow; only "PQ" is also the talker of
   // BeiDou, in the sentences that everyone sends.
-  bool isMakersOwn() const {
+  bool isProprietary() const {
     return (talker & 0xFF) == 'P' && (talker != kBeiDouPq || type == SentenceType::other);
   }
   // "$G" begins one of a satellite receiver.
-  bool isOfSatellites() const { return (talker & 0xFF) == 'G'; }
+  bool isFromGnss() const { return (talker & 0xFF) == 'G'; }
   bool isPosition() const { return type == SentenceType::rmc || type == SentenceType::gga; }
 };
 

@@ -173,7 +173,7 @@ LibraryResult DocumentStore::reread() {
 }
 
 LibraryResult DocumentStore::read(size_t index, TrackText& out) {
-  if (index >= layout_.places.size()) return LibraryResult::notThere;
+  if (index >= layout_.places.size()) return LibraryResult::notFound;
   const TrackRange& place = layout_.places[index];
   FileStamp now;
   if (!fileStamp(path_, now) || !(now == stamp_)) {
@@ -206,7 +206,7 @@ LibraryResult DocumentStore::prepare() {
 // Backs up the damaged document and writes an undamaged one with its tracks in the same order.
 LibraryResult DocumentStore::repair() {
   if (backupPath_.empty() || !(backedUpStamp_ == stamp_))
-    backupPath_ = copyAsBad(path_, disk_.open);
+    backupPath_ = copyToBad(path_, disk_.open);
   if (backupPath_.empty()) return LibraryResult::backupFailed;
   backedUpStamp_ = stamp_;
   DocumentWriter writer(path_, disk_.open);
@@ -337,7 +337,7 @@ LibraryResult DocumentStore::apply(const LibraryChange& change, LibraryChange& i
   LibraryResult result = lockResult(lock.state());
   if (result == LibraryResult::done) result = prepare();
   if (result != LibraryResult::done || change.empty()) return result;
-  if (!fits(change, layout_.places.size())) return LibraryResult::notThere;
+  if (!fits(change, layout_.places.size())) return LibraryResult::notFound;
   result = invert(change, inverse);
   if (result != LibraryResult::done) return result;
   if (!endIsWhereItWas()) return reread();

@@ -126,7 +126,7 @@ LibraryState FolderStore::refresh() {
 }
 
 LibraryResult FolderStore::read(size_t index, TrackText& out) {
-  if (index >= trackFiles_.size()) return LibraryResult::notThere;
+  if (index >= trackFiles_.size()) return LibraryResult::notFound;
   const IndexEntry& entry = files_[trackFiles_[index]];
   FileStamp now;
   if (!fileStamp(pathOf(entry), now) || !(now == entry.stamp)) {
@@ -190,7 +190,7 @@ LibraryResult FolderStore::collect(const LibraryChange& change, std::vector<File
 LibraryResult FolderStore::keepDamaged(const LibraryChange& change) {
   for (const TrackEdit& edit : change) {
     if (!edit.removes || !tracks_[edit.index].damaged) continue;
-    backupPath_ = copyAsBad(pathOf(files_[trackFiles_[edit.index]]), disk_.open);
+    backupPath_ = copyToBad(pathOf(files_[trackFiles_[edit.index]]), disk_.open);
     if (backupPath_.empty()) return LibraryResult::backupFailed;
   }
   return LibraryResult::done;

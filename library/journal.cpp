@@ -88,7 +88,7 @@ JournalResult Journal::recover(const std::string& path, RecoveredTrack& out) {
   if (size > kLargestJournal) contents.damaged = true;
   if (contents.damaged && contents.points.empty()) {
     file_.reset();
-    out = {.points = {}, .damaged = true, .backupPath = moveAsBad(path)};
+    out = {.points = {}, .damaged = true, .backupPath = renameToBad(path)};
     return JournalResult::notAJournal;
   }
   path_ = path;
@@ -106,7 +106,7 @@ std::string Journal::backUp() {
   if (file_->size() > kLargestCopy) return {};
   std::vector<uint8_t> bytes(file_->size());
   bytes.resize(file_->readAt(0, bytes));
-  return keepAsBad(path_, textOf(bytes), settings_.open);
+  return saveBadCopy(path_, textOf(bytes), settings_.open);
 }
 
 void Journal::append(const TrackPoint& point) {

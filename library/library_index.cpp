@@ -105,7 +105,7 @@ void writeEntry(IndexWriter& out, const IndexEntry& entry) {
   out.number(entry.checksum);
   out.number((entry.other ? kOther : 0) | (summary.damaged ? kDamaged : 0));
   out.number(summary.points);
-  out.decimal(summary.kilometres);
+  out.decimal(summary.kilometers);
   out.number(static_cast<uint64_t>(summary.seconds));
   writeDate(out, summary.date);
   out.number(static_cast<uint64_t>(summary.startUtc));
@@ -129,7 +129,7 @@ IndexEntry readEntry(IndexReader& in) {
   entry.other = (flags & kOther) != 0;
   summary.damaged = (flags & kDamaged) != 0;
   summary.points = in.number<uint64_t>();
-  summary.kilometres = in.decimal();
+  summary.kilometers = in.decimal();
   summary.seconds = static_cast<int64_t>(in.number<uint64_t>());
   readDate(in, summary.date);
   summary.startUtc = static_cast<int64_t>(in.number<uint64_t>());

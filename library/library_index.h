@@ -22,7 +22,7 @@
 //  28  8  where the next track goes
 //  36  4  number of entries
 //  40     entries: file name, size and time (of a folder's), blanks, begin, end, checksum (of a
-//         document's), flags, points, kilometres, seconds, date (8 x 16 bits), start, recording,
+//         document's), flags, points, kilometers, seconds, date (8 x 16 bits), start, recording,
 //         west, south, east, north, name
 //  end 4  CRC-32 of everything before
 namespace vgps {

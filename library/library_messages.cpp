@@ -11,7 +11,7 @@ namespace {
 Text textFor(LibraryResult result) {
   switch (result) {
     case LibraryResult::done: break;
-    case LibraryResult::notThere: return Text::noSuchEntry;
+    case LibraryResult::notFound: return Text::noSuchEntry;
     case LibraryResult::noName: return Text::nameNeeded;
     case LibraryResult::changed: return Text::changedElsewhere;
     case LibraryResult::inUse: return Text::inUse;

@@ -193,7 +193,7 @@ std::string TrackLibrary::message() const {
 }
 
 LibraryResult TrackLibrary::load(size_t index, int32_t speedUnit, Track& track) {
-  if (store_ == nullptr) return LibraryResult::notThere;
+  if (store_ == nullptr) return LibraryResult::notFound;
   TrackText text;
   const LibraryResult result = store_->read(index, text);
   if (result != LibraryResult::done) return result;
@@ -218,7 +218,7 @@ bool TrackLibrary::canUndo() const {
 }
 
 LibraryResult TrackLibrary::undo() {
-  if (!canUndo()) return LibraryResult::notThere;
+  if (!canUndo()) return LibraryResult::notFound;
   LibraryChange inverse;
   const LibraryResult result = store_->apply(undo_, inverse);
   // After a disk error, the undo can be tried again.
@@ -265,7 +265,7 @@ bool TrackLibrary::isBeginning(size_t index, const Track& track) {
 
 LibraryResult TrackLibrary::add(Track& track, const RecordingOptions& options,
                                 const DateTime& local) {
-  if (store_ == nullptr) return LibraryResult::notThere;
+  if (store_ == nullptr) return LibraryResult::notFound;
   return whileOthersChange([&] { return addOnce(track, options, local); });
 }
 
@@ -298,7 +298,7 @@ LibraryResult TrackLibrary::addOnce(Track& track, const RecordingOptions& option
 LibraryResult TrackLibrary::import(XmlElement element) { return import({&element, 1}); }
 
 LibraryResult TrackLibrary::import(std::span<const XmlElement> elements) {
-  if (store_ == nullptr) return LibraryResult::notThere;
+  if (store_ == nullptr) return LibraryResult::notFound;
   if (!isFolder()) return whileOthersChange([&] { return importOnce(elements); });
   LibraryResult result = LibraryResult::done;
   // The next free name is known when this file is there.
@@ -348,7 +348,7 @@ LibraryResult TrackLibrary::rename(size_t index, std::string_view name) {
   TrackText text;
   const std::string clean = cleanName(name);
   if (clean.empty()) return LibraryResult::noName;
-  if (store_ == nullptr) return LibraryResult::notThere;
+  if (store_ == nullptr) return LibraryResult::notFound;
   if (index < tracks().size() && tracks()[index].name == clean) return LibraryResult::done;
   const LibraryResult result = store_->read(index, text);
   if (result != LibraryResult::done) return result;
@@ -366,12 +366,12 @@ LibraryResult TrackLibrary::rename(size_t index, std::string_view name) {
 }
 
 LibraryResult TrackLibrary::remove(size_t index) {
-  if (index >= tracks().size()) return LibraryResult::notThere;
+  if (index >= tracks().size()) return LibraryResult::notFound;
   return change({{.index = index}});
 }
 
 LibraryResult TrackLibrary::readForEditing(size_t index, Editable& out) {
-  if (store_ == nullptr) return LibraryResult::notThere;
+  if (store_ == nullptr) return LibraryResult::notFound;
   TrackText text;
   const LibraryResult result = store_->read(index, text);
   if (result != LibraryResult::done) return result;
@@ -394,7 +394,7 @@ LibraryResult TrackLibrary::rewrite(size_t index, const RecordingOptions& option
 }
 
 LibraryResult TrackLibrary::join(size_t index, size_t other, const RecordingOptions& options) {
-  if (index == other) return LibraryResult::notThere;
+  if (index == other) return LibraryResult::notFound;
   Editable first{.track = {}, .writing = options};
   Editable second{.track = {}, .writing = options};
   LibraryResult result = readForEditing(index, first);
@@ -416,7 +416,7 @@ LibraryResult TrackLibrary::split(size_t index, size_t point, const RecordingOpt
   const LibraryResult result = readForEditing(index, old);
   if (result != LibraryResult::done) return result;
   const std::optional<Track> second = vgps::split(old.track, point, freeSplitNumber(tracks()));
-  if (!second) return LibraryResult::notThere;
+  if (!second) return LibraryResult::notFound;
   TrackText behind = rendered(*second, old.writing, second->name);
   behind.text = withForeignParts(behind.text, *second, old.foreign, false);
   return change({{.index = index, .texts = {edited(old), std::move(behind)}}});

@@ -23,7 +23,7 @@ enum class LibraryState {
 
 enum class LibraryResult {
   done,
-  notThere,      // no such track or point, or nothing to undo
+  notFound,      // no such track or point, or nothing to undo
   noName,        // the name is empty
   changed,       // another program has changed the library: call `refresh` first
   inUse,         // another program is changing it right now
@@ -50,7 +50,7 @@ constexpr LibraryResult lockResult(FileOpening opening) {
 struct TrackSummary {
   std::string name;
   uint64_t points = 0;
-  double kilometres = 0;   // on the surface, along the points
+  double kilometers = 0;   // on the surface, along the points
   int64_t seconds = 0;     // from the first time to the last; 0 without times
   DateTime date;           // local time of the first point that has one; year 0 without
   int64_t startUtc = 0;    // milliseconds since 1970; 0: not known

@@ -6,7 +6,7 @@ namespace vgps {
 TrackSummary summaryOf(const TrackSums& sums) {
   TrackSummary summary;
   summary.points = sums.points();
-  summary.kilometres = sums.kilometres();
+  summary.kilometers = sums.kilometers();
   summary.date = sums.firstTime();
   if (const auto times = sums.times()) summary.seconds = static_cast<int64_t>(times->seconds);
   if (const auto bounds = sums.bounds()) summary.bounds = *bounds;

@@ -52,7 +52,7 @@ LibraryResult UnfinishedRecording::save(TrackLibrary& library, const RecordingOp
   if (result != LibraryResult::done) return result;
   if (damaged_ && backupPath_.empty()) {
     journal_.reset();
-    backupPath_ = moveAsBad(path_);
+    backupPath_ = renameToBad(path_);
   } else {
     discard();
   }

@@ -198,7 +198,7 @@ LibraryResult WaypointLibrary::prepare() {
   if (changed) return LibraryResult::changed;
   if (state_ != LibraryState::damaged) return LibraryResult::done;
   if (backupPath_.empty() || !(backedUpStamp_ == stamp_))
-    backupPath_ = copyAsBad(path_, disk_.open);
+    backupPath_ = copyToBad(path_, disk_.open);
   if (backupPath_.empty()) return LibraryResult::backupFailed;
   backedUpStamp_ = stamp_;
   return LibraryResult::done;
@@ -241,7 +241,7 @@ LibraryResult WaypointLibrary::add(std::span<const StoredWaypoint> waypoints) {
   return change([&] {
     for (const StoredWaypoint& stored : waypoints) {
       if (stored.category != kNoCategory && stored.category >= categories_.size()) {
-        return LibraryResult::notThere;
+        return LibraryResult::notFound;
       }
       setWaypoint(parentFor(stored.category).AddElement("w"), stored.waypoint);
     }
@@ -251,7 +251,7 @@ LibraryResult WaypointLibrary::add(std::span<const StoredWaypoint> waypoints) {
 
 LibraryResult WaypointLibrary::edit(size_t index, const Waypoint& waypoint) {
   return change([&] {
-    if (index >= elements_.size()) return LibraryResult::notThere;
+    if (index >= elements_.size()) return LibraryResult::notFound;
     setWaypoint(elements_[index], waypoint);
     return LibraryResult::done;
   });
@@ -259,7 +259,7 @@ LibraryResult WaypointLibrary::edit(size_t index, const Waypoint& waypoint) {
 
 LibraryResult WaypointLibrary::remove(size_t index) {
   return change([&] {
-    if (index >= elements_.size()) return LibraryResult::notThere;
+    if (index >= elements_.size()) return LibraryResult::notFound;
     elements_[index].Remove();
     return LibraryResult::done;
   });
@@ -268,7 +268,7 @@ LibraryResult WaypointLibrary::remove(size_t index) {
 LibraryResult WaypointLibrary::move(size_t index, size_t category) {
   return change([&] {
     const bool known = category == kNoCategory || category < categories_.size();
-    if (index >= elements_.size() || !known) return LibraryResult::notThere;
+    if (index >= elements_.size() || !known) return LibraryResult::notFound;
     parentFor(category).AddElement(elements_[index]);
     return LibraryResult::done;
   });
@@ -285,7 +285,7 @@ LibraryResult WaypointLibrary::addCategory(std::string_view name) {
 LibraryResult WaypointLibrary::renameCategory(size_t index, std::string_view name) {
   if (name.empty()) return LibraryResult::noName;
   return change([&] {
-    if (index >= categoryElements_.size()) return LibraryResult::notThere;
+    if (index >= categoryElements_.size()) return LibraryResult::notFound;
     setAttribute(categoryElements_[index], "n", validUtf8(name));
     return LibraryResult::done;
   });
@@ -293,7 +293,7 @@ LibraryResult WaypointLibrary::renameCategory(size_t index, std::string_view nam
 
 LibraryResult WaypointLibrary::removeCategory(size_t index, bool withWaypoints) {
   return change([&] {
-    if (index >= categoryElements_.size()) return LibraryResult::notThere;
+    if (index >= categoryElements_.size()) return LibraryResult::notFound;
     XmlElement category = categoryElements_[index];
     if (!withWaypoints) {
       const auto children = category.GetChildren();

@@ -21,10 +21,10 @@ struct Rect {
 };
 
 // 0x00BBGGRR, as in Windows and in the settings: 0x0000FF is red.
-using Colour = uint32_t;
+using Color = uint32_t;
 
 struct Pen {
-  Colour colour = 0;
+  Color color = 0;
   float width = 1;
 };
 
@@ -34,21 +34,21 @@ struct Font {
   bool bold = false;
 };
 
-enum class Align { left, centre, right };
+enum class Align { left, center, right };
 
 class Canvas {
  public:
   virtual ~Canvas() = default;
   virtual Rect bounds() const = 0;
-  virtual void clear(Colour colour) = 0;
+  virtual void clear(Color color) = 0;
   virtual void line(Point from, Point to, const Pen& pen) = 0;
   virtual void polyline(std::span<const Point> points, const Pen& pen) = 0;
-  virtual void fillRect(const Rect& rect, Colour colour) = 0;
-  virtual void fillPolygon(std::span<const Point> points, Colour colour) = 0;
+  virtual void fillRect(const Rect& rect, Color color) = 0;
+  virtual void fillPolygon(std::span<const Point> points, Color color) = 0;
   virtual void ellipse(const Rect& box, const Pen& pen) = 0;
-  virtual void fillEllipse(const Rect& box, Colour colour) = 0;
+  virtual void fillEllipse(const Rect& box, Color color) = 0;
   // One line of UTF-8 text: at the top of the box, aligned horizontally in it, and clipped to it.
-  virtual void text(std::string_view text, const Rect& box, const Font& font, Colour colour,
+  virtual void text(std::string_view text, const Rect& box, const Font& font, Color color,
                     Align align) = 0;
   virtual float textWidth(std::string_view text, const Font& font) = 0;
 };

@@ -35,8 +35,8 @@ class DialogView {
   virtual int selected(uint16_t control) = 0;
 
   // A button that shows a color.
-  virtual void setColour(uint16_t control, Colour colour) = 0;
-  virtual Colour colour(uint16_t control) = 0;
+  virtual void setColor(uint16_t control, Color color) = 0;
+  virtual Color color(uint16_t control) = 0;
 
   virtual void enable(uint16_t control, bool enabled) = 0;
   // A line below everything else; at most once for a dialog.
@@ -47,7 +47,7 @@ class DialogView {
   virtual std::optional<std::string> chooseFile(std::string_view kind, std::string_view pattern,
                                                 const std::string& current) = 0;
   virtual std::optional<std::string> chooseFolder(const std::string& current) = 0;
-  virtual std::optional<Colour> chooseColour(Colour current) = 0;
+  virtual std::optional<Color> chooseColor(Color current) = 0;
   // Plays the file or, if `file` is empty, the program's own sound `name`.
   virtual void playSound(const std::string& file, const char* name) = 0;
   // Shows a message and waits for OK.

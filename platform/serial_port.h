@@ -12,7 +12,7 @@ namespace vgps {
 
 enum class PortError {
   none,
-  notThere,
+  notFound,
   busy,          // open in another program
   noPermission,  // the user lacks the permission
   settings,      // opened, but could not be configured

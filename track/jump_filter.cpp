@@ -16,7 +16,7 @@ bool JumpFilter::reaches(const Place& from, const FixRecord& fix, uint32_t tick)
   const double hours = std::max<uint32_t>(tick - from.tick, 1000) / kHour;
   const double km =
       pointDistance({from.longitude, from.latitude, 0}, {fix.longitude, fix.latitude, 0},
-                    kKilometres, kKilometres, false);
+                    kKilometers, kKilometers, false);
   return km <= std::max(kFastest, stated) * hours;
 }
 

@@ -13,7 +13,7 @@ struct RecordingOptions {
   int32_t speed = 5;             // km/h; slower fixes are not recorded
   int32_t angle = 10;            // degrees
   int32_t altitude = 30;         // meters
-  int32_t normalizeMetres = 15;  // for thinning; 0 means 15
+  int32_t normalizeMeters = 15;  // for thinning; 0 means 15
   bool recordCell = false;
   bool drawPath = false;
   bool recordSpeed = false;
@@ -22,7 +22,7 @@ struct RecordingOptions {
   int32_t everyNth = 0;  // above 0: that many fixes are left out between two points
   // A moving receiver is recorded at the latest after so many...
   int32_t everySeconds = 0;  // ...seconds; 0: off
-  int32_t everyMetres = 0;   // ...metres; 0: off
+  int32_t everyMeters = 0;   // ...meters; 0: off
   int32_t bes = 0;           // kept with the track
   bool jumpFilter = false;   // fixes that cannot have been reached are left out
   bool manual = false;       // only fixes that the user asks for are recorded

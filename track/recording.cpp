@@ -158,10 +158,10 @@ bool Recording::passesInterval(const FixRecord& fix) const {
   if (options_.everySeconds > 0 && passed >= int64_t{options_.everySeconds} * kSecondMs) {
     return true;
   }
-  if (options_.everyMetres <= 0 || current_.points.empty()) return false;
-  const double km = pointDistance(positionOf(current_.points.back()), positionOf(fix), kKilometres,
-                                  kKilometres, false);
-  return km * 1000 >= options_.everyMetres;
+  if (options_.everyMeters <= 0 || current_.points.empty()) return false;
+  const double km = pointDistance(positionOf(current_.points.back()), positionOf(fix), kKilometers,
+                                  kKilometers, false);
+  return km * 1000 >= options_.everyMeters;
 }
 
 bool Recording::passesCountdown() {
@@ -175,7 +175,7 @@ bool Recording::passesCountdown() {
 
 void Recording::addDistance(const FixRecord& last, const FixRecord& fix) {
   const double surface =
-      pointDistance(positionOf(last), positionOf(fix), kKilometres, kKilometres, false);
+      pointDistance(positionOf(last), positionOf(fix), kKilometers, kKilometers, false);
   const double slant = slantDistance(surface, last, fix);
   distance_ += distanceInUnit(surface, options_.distanceUnit);
   distance3d_ += distanceInUnit(slant, options_.distanceUnit);

@@ -11,13 +11,13 @@
 namespace vgps {
 namespace {
 
-constexpr int32_t kStandardMetres = 15;
+constexpr int32_t kStandardMeters = 15;
 
 Position positionOf(const TrackPoint& point) {
   return {point.longitude, point.latitude, point.altitude};
 }
 
-double kilometres(const TrackPoint& a, const TrackPoint& b) {
+double kilometers(const TrackPoint& a, const TrackPoint& b) {
   return pointDistance(positionOf(a), positionOf(b), 0, 0, false);
 }
 
@@ -43,11 +43,11 @@ void removeInterior(Track& track, Removable removable) {
 }
 
 bool crowded(const TrackPoint& previous, const TrackPoint& point, const TrackPoint& next,
-             double mostKilometres) {
+             double mostKilometers) {
   if (previous.c != point.c || point.c != next.c) return false;
   const double around =
-      kilometres(previous, point) + kilometres(point, next) + kilometres(previous, next);
-  return around <= mostKilometres;
+      kilometers(previous, point) + kilometers(point, next) + kilometers(previous, next);
+  return around <= mostKilometers;
 }
 
 // The change of course at `point`, 0 to pi.
@@ -68,10 +68,10 @@ std::vector<bool> pointsWithAttachments(const Track& track) {
 }  // namespace
 
 void normalize(Track& track, const RecordingOptions& options) {
-  const int32_t metres = options.normalizeMetres == 0 ? kStandardMetres : options.normalizeMetres;
+  const int32_t meters = options.normalizeMeters == 0 ? kStandardMeters : options.normalizeMeters;
   removeInterior(track,
                  [&](const TrackPoint& previous, const TrackPoint& point, const TrackPoint& next,
-                     size_t) { return crowded(previous, point, next, metres / 1000.0); });
+                     size_t) { return crowded(previous, point, next, meters / 1000.0); });
   const double degrees = track.angleThreshold != 0 ? double{track.angleThreshold} : options.angle;
   const std::vector<bool> attached = pointsWithAttachments(track);
   removeInterior(track, [&](const TrackPoint& previous, const TrackPoint& point,

@@ -38,7 +38,7 @@ struct Track {
   // Running values of the recording filter.
   float courseDeviation = 0;  // degrees
   float lastCourse = -1;      // degrees, of the last recorded point; -1: none since the start
-  float lastAltitude = 0;     // metres, likewise; of the last point whose altitude is known
+  float lastAltitude = 0;     // meters, likewise; of the last point whose altitude is known
   bool lastAltitudeKnown = false;
   uint32_t cellMode = 0;  // not 0: the next fix is recorded when cells are
   int32_t state = kIdle;  // TrackState

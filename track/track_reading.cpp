@@ -20,7 +20,7 @@ constexpr bool isOfNumber(char c) {
 bool readNumber(std::string_view text, double& value) {
   const double number = leadingDouble(text);
   if (text.empty() || !std::all_of(text.begin(), text.end(), isOfNumber)) return false;
-  if (std::fabs(number) > kGreatestNumber) return false;
+  if (std::fabs(number) > kMaxNumber) return false;
   value = number;
   return true;
 }

@@ -61,8 +61,8 @@ class Heights {
   double high_ = 0;  // likewise
 };
 
-double kmhOf(double kilometres, double seconds) {
-  return seconds > 0 ? kilometres * 3600 / seconds : 0;
+double kmhOf(double kilometers, double seconds) {
+  return seconds > 0 ? kilometers * 3600 / seconds : 0;
 }
 
 double onEarth(double longitude) {
@@ -76,11 +76,11 @@ double TrackSums::add(const TrackPoint& point) {
   if (points_++ > 0) {
     step =
         measure_ == Measure::geodesic
-            ? geodesicKilometres({longitude_, latitude_, 0}, {point.longitude, point.latitude, 0})
+            ? geodesicKilometers({longitude_, latitude_, 0}, {point.longitude, point.latitude, 0})
             : surfaceDistance(static_cast<float>(longitude_), static_cast<float>(latitude_),
                               static_cast<float>(point.longitude),
-                              static_cast<float>(point.latitude), kKilometres, kKilometres);
-    kilometres_ += step;
+                              static_cast<float>(point.latitude), kKilometers, kKilometers);
+    kilometers_ += step;
   }
   addBounds(point);
   addTime(point.localTime);
@@ -110,17 +110,17 @@ void TrackSums::addTime(const DateTime& time) {
   if (timed_++ == 0) {
     times_.first = time;
     firstMs_ = lastMs_ = *now;
-    timedKm_ = kilometres_;
+    timedKm_ = kilometers_;
   }
   const double seconds = static_cast<double>(*now - lastMs_) / 1000;
-  const double km = kilometres_ - timedKm_;
+  const double km = kilometers_ - timedKm_;
   // Two points in the same second are not a stop, and a clock that was set back gives no valid
   // time.
   if (seconds >= 0 && km * 3600 >= kSlowestMovingKmh * seconds) {
     times_.movingSeconds += seconds;
     times_.movingKm += km;
   }
-  timedKm_ = kilometres_;
+  timedKm_ = kilometers_;
   lastMs_ = *now;
   times_.last = time;
 }
@@ -147,7 +147,7 @@ double TrackStatistics::movingKmh() const {
 
 double slantDistance(double surfaceKm, const FixRecord& from, const FixRecord& to) {
   if (!from.altitudeKnown() || !to.altitudeKnown()) return surfaceKm;
-  return slantKilometres(surfaceKm, static_cast<float>(from.altitude),
+  return slantKilometers(surfaceKm, static_cast<float>(from.altitude),
                          static_cast<float>(to.altitude));
 }
 
@@ -167,13 +167,13 @@ TrackStatistics statisticsOf(const Track& track, Measure measure) {
       all.highest = first ? point.altitude : std::max(all.highest, point.altitude);
       all.lowest = first ? point.altitude : std::min(all.lowest, point.altitude);
     }
-    if (point.speedKnown()) all.greatestKmh = std::max(all.greatestKmh, point.speedKmh);
+    if (point.speedKnown()) all.maxKmh = std::max(all.maxKmh, point.speedKmh);
     last = &point;
   }
   heights.end();
   all.climb = heights.climb;
   all.descent = heights.descent;
-  all.distanceKm = sums.kilometres();
+  all.distanceKm = sums.kilometers();
   all.bounds = sums.bounds();
   all.times = sums.times();
   return all;

@@ -31,7 +31,7 @@ struct TrackTimes {
 };
 
 // The distance between two points that are `surfaceKm` apart on the surface, with their altitudes
-// where both are known; kilometres.
+// where both are known; kilometers.
 double slantDistance(double surfaceKm, const FixRecord& from, const FixRecord& to);
 
 // How the way between two points is measured: as tracks are recorded, or on the ellipsoid.
@@ -42,12 +42,12 @@ class TrackSums {
  public:
   explicit TrackSums(Measure measure = Measure::asRecorded) : measure_(measure) {}
 
-  // The surface distance from the point before, in kilometres; 0 for the first one. Looks at the
+  // The surface distance from the point before, in kilometers; 0 for the first one. Looks at the
   // position and the local time.
   double add(const TrackPoint& point);
 
   size_t points() const { return points_; }
-  double kilometres() const { return kilometres_; }
+  double kilometers() const { return kilometers_; }
   std::optional<TrackBounds> bounds() const;  // empty without points
   std::optional<TrackTimes> times() const;    // empty without two points with a time
   // Of the first point with a time; year 0 if there is none.
@@ -59,7 +59,7 @@ class TrackSums {
 
   Measure measure_;
   size_t points_ = 0;
-  double kilometres_ = 0;
+  double kilometers_ = 0;
   double longitude_ = 0, latitude_ = 0;  // of the last point
   double turns_ = 0;  // degrees; keeps longitudes continuous across the 180th meridian
   double west_ = 0, south_ = 0, east_ = 0, north_ = 0;
@@ -84,7 +84,7 @@ struct TrackStatistics {
   double highest = 0;  // meters
   double lowest = 0;
   size_t knownAltitudes = 0;  // points whose altitude is known: only those count for all of these
-  double greatestKmh = 0;     // of the speeds that the receiver gave
+  double maxKmh = 0;          // of the speeds that the receiver gave
 
   // km/h over the total time and over the moving time; 0 without times.
   double averageKmh() const;

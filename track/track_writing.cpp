@@ -23,7 +23,7 @@ class Text {
   void add(std::string_view text) { at_ = std::copy(text.begin(), text.end(), at_); }
   // A value that is far out of range comes from noise and could not be read back.
   void number(double value, int decimals) {
-    at_ = writeFixed(at_, std::fabs(value) <= kGreatestNumber ? value : 0, decimals);
+    at_ = writeFixed(at_, std::fabs(value) <= kMaxNumber ? value : 0, decimals);
   }
   void number(uint32_t value) { at_ = std::to_chars(at_, line_.end(), value).ptr; }
   void padded(uint32_t value, size_t width) {

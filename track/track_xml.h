@@ -13,7 +13,7 @@
 //
 //   <t n="Ride" start="2010-07-05T07:03:04Z"              n only in the library
 //      recording="0123456789abcdef">
-//     <p x="11.516667" y="48.117300" z="545.000000"       degrees, metres
+//     <p x="11.516667" y="48.117300" z="545.000000"       degrees, meters
 //        s="2" c="0" spd="41.48" time="05-07-2010 09:03:04" br="84.4" m="1" n="Gate"
 //        utc="2010-07-05T07:03:04Z" unknown="z">
 //       <ass>
@@ -30,7 +30,7 @@
 namespace vgps {
 
 // Larger numbers are written as 0 and read as damage: no real value of a track comes close.
-inline constexpr double kGreatestNumber = 1e9;
+inline constexpr double kMaxNumber = 1e9;
 
 // The track's name in a library: its own, or "Track %u" if it has none.
 std::string libraryName(const Track& track, uint32_t number);

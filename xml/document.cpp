@@ -61,7 +61,7 @@ void XmlDocument::setFileName(std::string_view name) {
 }
 
 XmlLoadResult XmlDocument::Load(std::string_view source, XmlLoadMode mode,
-                                const XmlReading& reading) {
+                                const XmlReadOptions& reading) {
   if (mode == XmlLoadMode::text) {
     setFileName({});
     const size_t window = std::min(source.size() + 1, XmlWindow::kUsualSize);
@@ -72,11 +72,11 @@ XmlLoadResult XmlDocument::Load(std::string_view source, XmlLoadMode mode,
   return loadFile(reading);
 }
 
-XmlLoadResult XmlDocument::Load(std::u16string_view fileName, const XmlReading& reading) {
+XmlLoadResult XmlDocument::Load(std::u16string_view fileName, const XmlReadOptions& reading) {
   return Load(utf8FromUtf16(fileName), XmlLoadMode::utf16Named, reading);
 }
 
-XmlLoadResult XmlDocument::loadFile(const XmlReading& reading) {
+XmlLoadResult XmlDocument::loadFile(const XmlReadOptions& reading) {
   OpenFile file{*files_, files_->open(fileName_, XmlFiles::Access::read)};
   if (file.handle == nullptr) {
     reset();
@@ -91,10 +91,11 @@ XmlLoadResult XmlDocument::loadFile(const XmlReading& reading) {
   return result;
 }
 
-XmlLoadResult XmlDocument::read(XmlSource source, size_t windowSize, const XmlReading& reading) {
+XmlLoadResult XmlDocument::read(XmlSource source, size_t windowSize,
+                                const XmlReadOptions& reading) {
   auto tree = std::make_unique<XmlTree>();
   tree->text.open();
-  XmlOutside outside;
+  XmlPrologue outside;
   XmlDecoder decoder(source);
   tree->root = readXml(*tree, decoder.source(), windowSize, reading, outside);
   tree->text.seal();
@@ -198,7 +199,7 @@ void XmlDocument::SetRootElement(XmlElement element) {
 }
 
 XmlElement XmlDocument::createElement(std::string_view literal) {
-  XmlOutside outside;
+  XmlPrologue outside;
   return {tree_.get(), readXml(*tree_, literal, {}, outside)};
 }
 

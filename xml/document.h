@@ -55,8 +55,8 @@ class XmlDocument {
   // becomes an empty "root", so it is always usable. A file's name is remembered even if the file
   // does not exist.
   XmlLoadResult Load(std::string_view source, XmlLoadMode mode = XmlLoadMode::file,
-                     const XmlReading& reading = {});
-  XmlLoadResult Load(std::u16string_view fileName, const XmlReading& reading = {});
+                     const XmlReadOptions& reading = {});
+  XmlLoadResult Load(std::u16string_view fileName, const XmlReadOptions& reading = {});
 
   // Returns 1, or 0 if nothing was saved; the document does not change. Without a name, uses the
   // remembered one. Renders everything first and checks that memory and disk have enough space,
@@ -88,8 +88,8 @@ class XmlDocument {
 
  private:
   void reset();
-  XmlLoadResult loadFile(const XmlReading& reading);
-  XmlLoadResult read(XmlSource source, size_t windowSize, const XmlReading& reading);
+  XmlLoadResult loadFile(const XmlReadOptions& reading);
+  XmlLoadResult read(XmlSource source, size_t windowSize, const XmlReadOptions& reading);
   int saveFile(const std::string& path, XmlSaveMode mode);
   XmlBuffer renderInto(uint64_t size, uint64_t most, std::string_view declaration) const;
   XmlBuffer renderAll(std::string_view declaration) const;

@@ -67,7 +67,7 @@ class LineCounter {
 template <bool lenient>
 class Reader {
  public:
-  Reader(XmlTree& tree, XmlWindow& window, XmlOutside& outside)
+  Reader(XmlTree& tree, XmlWindow& window, XmlPrologue& outside)
       : tree_(tree), window_(window), outside_(outside) {}
 
   uint32_t read() {
@@ -404,7 +404,7 @@ class Reader {
 
   XmlTree& tree_;
   XmlWindow& window_;
-  XmlOutside& outside_;
+  XmlPrologue& outside_;
   LineCounter lines_;
   char* end_ = nullptr;
   uint64_t stray_ = UINT64_MAX;
@@ -417,15 +417,15 @@ class Reader {
 
 }  // namespace
 
-uint32_t readXml(XmlTree& tree, XmlSource source, size_t windowSize, const XmlReading& reading,
-                 XmlOutside& outside) {
+uint32_t readXml(XmlTree& tree, XmlSource source, size_t windowSize, const XmlReadOptions& reading,
+                 XmlPrologue& outside) {
   XmlWindow window(source, windowSize);
   return reading.lenient ? Reader<true>(tree, window, outside).read()
                          : Reader<false>(tree, window, outside).read();
 }
 
-uint32_t readXml(XmlTree& tree, std::string_view text, const XmlReading& reading,
-                 XmlOutside& outside) {
+uint32_t readXml(XmlTree& tree, std::string_view text, const XmlReadOptions& reading,
+                 XmlPrologue& outside) {
   const size_t size = std::min(text.size() + 1, XmlWindow::kUsualSize);
   return readXml(tree, XmlSource::of(text), size, reading, outside);
 }

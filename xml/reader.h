@@ -11,7 +11,7 @@
 namespace vgps {
 
 // Reading options. The default is the format of this program's own files.
-struct XmlReading {
+struct XmlReadOptions {
   // For other programs' files: accepts values in single quotes, ">" inside values, blanks around
   // "=", and CR or LF after a name; decodes numeric references; treats CDATA as ordinary text.
   bool lenient = false;
@@ -30,7 +30,7 @@ struct XmlPlace {
 };
 
 // What the reader found outside the tree.
-struct XmlOutside {
+struct XmlPrologue {
   std::string declaration;  // "<?xml ... ?>" verbatim; empty if there is none
   std::vector<XmlComment> comments;
   bool anyText = false;      // there was at least one byte
@@ -42,10 +42,10 @@ struct XmlOutside {
 // Reads a text into new elements of `tree`. Returns the index of the root element, or kNoRow if the
 // text contains none. Takes linear time, without recursion. An element that is never closed ends
 // with the text.
-uint32_t readXml(XmlTree& tree, XmlSource source, size_t windowSize, const XmlReading& reading,
-                 XmlOutside& outside);
+uint32_t readXml(XmlTree& tree, XmlSource source, size_t windowSize, const XmlReadOptions& reading,
+                 XmlPrologue& outside);
 // The same for a text in memory.
-uint32_t readXml(XmlTree& tree, std::string_view text, const XmlReading& reading,
-                 XmlOutside& outside);
+uint32_t readXml(XmlTree& tree, std::string_view text, const XmlReadOptions& reading,
+                 XmlPrologue& outside);
 
 }  // namespace vgps

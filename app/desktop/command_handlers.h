@@ -40,10 +40,10 @@ void chooseProjection(Desktop& app, Command command);
 void showNextScreen(Desktop& app, Command command);
 void goBack(Desktop& app, Command command);
 void switchDayAndNight(Desktop& app, Command command);
-void chooseColours(Desktop& app, Command command);
+void chooseColors(Desktop& app, Command command);
 bool isScreen(const AppState& app, Command command);
 bool isProjection(const AppState& app, Command command);
-bool isColourScheme(const AppState& app, Command command);
+bool isColorScheme(const AppState& app, Command command);
 bool isViewDrawn(Command command);
 bool isMapDrawn(Command command);
 

@@ -74,9 +74,9 @@ constexpr auto kRows = std::to_array<CommandRow>({
     view(Command::viewAccelerometer),
     view(Command::viewRawLog),
 
-    one(Command::dayColors, chooseColours, isColourScheme),
-    one(Command::nightColors, chooseColours, isColourScheme),
-    one(Command::customColors, chooseColours, isColourScheme),
+    one(Command::dayColors, chooseColors, isColorScheme),
+    one(Command::nightColors, chooseColors, isColorScheme),
+    one(Command::customColors, chooseColors, isColorScheme),
 
     missing(Command::zoomIn),
     missing(Command::zoomOut),

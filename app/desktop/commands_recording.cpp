@@ -1,7 +1,7 @@
 #include <utility>
 
 #include "app/desktop/command_handlers.h"
-#include "app/desktop/keeping.h"
+#include "app/desktop/save_messages.h"
 #include "app/session/recording_texts.h"
 #include "base/texts.h"
 
@@ -58,9 +58,10 @@ void pauseOrResumeRecording(Desktop& app, Command) {
 }
 
 void endRecording(Desktop& app, Command) {
-  const Keeping keeping = app.recorder.stop(true);
-  tellKeeping(app, keeping);
-  if (keeping.outcome == Keeping::Outcome::declined) showNotice(app, textOf(Text::discardedKept));
+  const SaveResult keeping = app.recorder.stop(true);
+  reportSaveResult(app, keeping);
+  if (keeping.outcome == SaveResult::Outcome::declined)
+    showNotice(app, textOf(Text::discardedKept));
   repaintNow(app);
 }
 
@@ -88,7 +89,8 @@ void choosePreset(Desktop& app, Command command) {
   app.settings.recordAngle = preset.angle;
   app.settings.recordAltitude = preset.altitude;
   saveSettings(app.config, app.settings, SettingGroup::recording);
-  if (app.config.tellSaveFailure([&](std::string_view text) { showNotice(app, text); })) return;
+  if (app.config.reportSaveFailureOnce([&](std::string_view text) { showNotice(app, text); }))
+    return;
   showNotice(app, textWith(Text::presetChosen,
                            textOf(Text::walking + (command - Command::presetWalking))));
 }

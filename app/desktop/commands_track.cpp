@@ -1,6 +1,6 @@
 #include "app/desktop/command_handlers.h"
 #include "app/desktop/commands.h"
-#include "app/desktop/keeping.h"
+#include "app/desktop/save_messages.h"
 #include "app/session/recording_texts.h"
 #include "base/texts.h"
 #include "library/discarded_recordings.h"
@@ -108,7 +108,7 @@ void joinTrack(Desktop& app, Command) {
 void saveTrack(Desktop& app, Command) {
   if (app.recorder.track.state != kIdle) return showNotice(app, textOf(Text::endRecordingFirst));
   if (app.recorder.track.points.empty()) return showNotice(app, textOf(Text::noTrack));
-  tellKeeping(app, app.recorder.stop(false));
+  reportSaveResult(app, app.recorder.stop(false));
 }
 
 void openTrack(Desktop& app, Command) {
@@ -155,9 +155,9 @@ void restoreDiscarded(Desktop& app, Command) {
   UnfinishedRecording unfinished(app.recorder.journalSettings());
   const JournalResult result = unfinished.open(found[*chosen].path);
   if (result != JournalResult::open) return app.window.tellError(unfinished.message(result));
-  const Keeping keeping = app.recorder.keepUnfinished(unfinished);
-  if (keeping.outcome != Keeping::Outcome::kept) unfinished.keepForLater();
-  tellKeeping(app, keeping);
+  const SaveResult keeping = app.recorder.saveUnfinished(unfinished);
+  if (keeping.outcome != SaveResult::Outcome::saved) unfinished.keepForLater();
+  reportSaveResult(app, keeping);
 }
 
 bool hasSavedTrack(const AppState& app, Command) { return !app.recorder.lastSavedName().empty(); }

@@ -54,13 +54,13 @@ void chooseProjection(Desktop& app, Command command) {
   repaintNow(app);
 }
 
-void chooseColours(Desktop& app, Command command) {
-  app.scheme = static_cast<ColourScheme>(command - Command::dayColors);
+void chooseColors(Desktop& app, Command command) {
+  app.scheme = static_cast<ColorScheme>(command - Command::dayColors);
   repaintNow(app);
 }
 
 void switchDayAndNight(Desktop& app, Command) {
-  app.scheme = app.scheme == ColourScheme::night ? ColourScheme::day : ColourScheme::night;
+  app.scheme = app.scheme == ColorScheme::night ? ColorScheme::day : ColorScheme::night;
   repaintNow(app);
 }
 
@@ -70,8 +70,8 @@ bool isScreen(const AppState& app, Command command) {
 bool isProjection(const AppState& app, Command command) {
   return app.projection == static_cast<Projection>(command);
 }
-bool isColourScheme(const AppState& app, Command command) {
-  return app.scheme == static_cast<ColourScheme>(command - Command::dayColors);
+bool isColorScheme(const AppState& app, Command command) {
+  return app.scheme == static_cast<ColorScheme>(command - Command::dayColors);
 }
 bool isViewDrawn(Command command) { return isScreenDrawn(screenOf(command)); }
 bool isMapDrawn(Command) { return isScreenDrawn(Screen::map); }

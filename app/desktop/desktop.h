@@ -61,7 +61,7 @@ struct Desktop : AppState {
 
   DesktopWindow& window;           // also the platform's
   bool commandFromHotKey = false;  // while such a command runs
-  ColourScheme startScheme = ColourScheme::day;
+  ColorScheme startScheme = ColorScheme::day;
   uint32_t tapPoint = 0;  // of a tap that waits; packed as `DesktopWindow::postTap` says
 };
 

@@ -39,7 +39,7 @@ DialogContext dialogContextOf(AppState& app) {
       .settings = app.settings,
       .ports = app.platform.listPorts ? app.platform.listPorts() : std::vector<PortName>{},
       .saved = [&app](const Dialog& dialog) { followDialog(app, dialog); },
-      .night = app.scheme == ColourScheme::night,
+      .night = app.scheme == ColorScheme::night,
       .beginPortSearch = [&app](uint32_t speed) { return beginSearch(app, speed); },
   };
 }

@@ -35,7 +35,7 @@ bool editHiddenOption(ConfigStore& store, const TextPrompt& prompt, const TextTe
   if (!value) return false;
   store.setOther(kPath, *title, *value);
   store.save();
-  store.tellSaveFailure(tell);
+  store.reportSaveFailureOnce(tell);
   return true;
 }
 

@@ -61,8 +61,8 @@ void fillField(const DialogField& field, DialogView& view, const DialogContext& 
   const SettingRow& row = *field.setting;
   switch (field.kind) {
     case FieldKind::check: view.setChecked(field.control, numberOf(settings, row) != 0); break;
-    case FieldKind::colour:
-      view.setColour(field.control, static_cast<Colour>(numberOf(settings, row)));
+    case FieldKind::color:
+      view.setColor(field.control, static_cast<Color>(numberOf(settings, row)));
       break;
     case FieldKind::radio: fillRadio(field, view, wholeOf(field, settings)); break;
     case FieldKind::list: {
@@ -149,7 +149,7 @@ void acceptField(const DialogField& field, DialogView& view, DialogContext& cont
   const SettingRow& row = *field.setting;
   switch (field.kind) {
     case FieldKind::check: setNumber(settings, row, view.checked(field.control) ? 1 : 0); break;
-    case FieldKind::colour: setNumber(settings, row, view.colour(field.control)); break;
+    case FieldKind::color: setNumber(settings, row, view.color(field.control)); break;
     case FieldKind::radio: acceptRadio(field, view, settings); break;
     case FieldKind::list: acceptList(field, view, context); break;
     case FieldKind::switched: setNumber(settings, row, switchedNumber(field, view)); break;
@@ -251,8 +251,8 @@ const Dialog* findDialog(Command command) {
 
 std::string_view dialogText(std::string_view word, Text texts) {
   const std::string_view own =
-      texts == Text{} ? std::string_view() : textLike(word, texts, texts + 99);
-  return own.empty() ? textLike(word, Text::ok, Text::cancel) : own;
+      texts == Text{} ? std::string_view() : translationOf(word, texts, texts + 99);
+  return own.empty() ? translationOf(word, Text::ok, Text::cancel) : own;
 }
 
 bool editsSettingsInUse(const Dialog& dialog) {
@@ -274,7 +274,7 @@ void confirmDialog(const Dialog& dialog, DialogView& view, DialogContext& contex
   }
   saveSettings(context.store, context.settings, dialog.groups);
   if (context.saved) context.saved(dialog);
-  context.store.tellSaveFailure([&](std::string_view text) { view.tell(text); });
+  context.store.reportSaveFailureOnce([&](std::string_view text) { view.tell(text); });
 }
 
 bool pressControl(const Dialog& dialog, DialogView& view, uint16_t control) {
@@ -282,9 +282,9 @@ bool pressControl(const Dialog& dialog, DialogView& view, uint16_t control) {
     if (action.control == control) return act(dialog, view, action);
   }
   for (const DialogField& field : dialog.fields) {
-    if (field.kind == FieldKind::colour && field.control == control) {
-      if (const auto chosen = view.chooseColour(view.colour(control))) {
-        view.setColour(control, *chosen);
+    if (field.kind == FieldKind::color && field.control == control) {
+      if (const auto chosen = view.chooseColor(view.color(control))) {
+        view.setColor(control, *chosen);
       }
     }
   }

@@ -48,7 +48,7 @@ enum class FieldKind : uint8_t {
   radio,     // the same, as radio buttons
   box,       // an edit box with suggestions
   switched,  // a whole number with a check box; stored negated while unchecked
-  colour,    // a button that shows a color and opens a color dialog
+  color,     // a button that shows a color and opens a color dialog
 };
 
 // One of several values: a list item, or a radio button with its control.

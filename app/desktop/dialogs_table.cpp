@@ -46,8 +46,8 @@ constexpr DialogField text(uint16_t control, Text label, Setting setting) {
   return {.control = control, .label = label, .kind = FieldKind::text, .setting = setting};
 }
 
-constexpr DialogField colour(uint16_t control, Text label, Setting setting) {
-  return {.control = control, .label = label, .kind = FieldKind::colour, .setting = setting};
+constexpr DialogField color(uint16_t control, Text label, Setting setting) {
+  return {.control = control, .label = label, .kind = FieldKind::color, .setting = setting};
 }
 
 constexpr DialogField list(uint16_t control, Text label, Setting setting,
@@ -271,8 +271,8 @@ constexpr DialogField kRecordFields[] = {
               RecordingOptions{}.angle),
     aboveZero(CONTROL_RECORD_ALTITUDE_STEP, Text::recordChangeOfHeight, &Settings::recordAltitude,
               RecordingOptions{}.altitude),
-    aboveZero(CONTROL_NORMALIZE_METRES, Text::recordThinOutMeters, &Settings::normalizeMetres,
-              RecordingOptions{}.normalizeMetres),
+    aboveZero(CONTROL_NORMALIZE_METRES, Text::recordThinOutMeters, &Settings::normalizeMeters,
+              RecordingOptions{}.normalizeMeters),
     switched(CONTROL_EVERY, Text::recordFixesLeftOut, &Settings::recordEvery, CONTROL_EVERY_ON),
     switched(CONTROL_BES, Text::recordValueWithTrack, &Settings::recordBes, CONTROL_BES_ON),
     check(CONTROL_MANUAL, Text::recordManually, &Settings::manualRecording),
@@ -314,12 +314,12 @@ constexpr DialogAction kTrackStoreActions[] = {
     chooseFolder(CONTROL_CHOOSE_TRACK_STORE, Text::storageBrowse, CONTROL_TRACK_STORE)};
 
 constexpr DialogField kPlayFields[] = {
-    aboveZero(CONTROL_REACH_METRES, Text::playbackWithinMeters, &Settings::reachMetres, 15),
+    aboveZero(CONTROL_REACH_METRES, Text::playbackWithinMeters, &Settings::reachMeters, 15),
     aboveZero(CONTROL_REACH_SECONDS, Text::playbackOrWithinSeconds, &Settings::reachSeconds, 10),
     upTo30(CONTROL_RECALCULATE, Text::playbackRecalculate, &Settings::recalculateWaypoints, 5),
     check(CONTROL_WARN_TURNS, Text::playbackWarnBeforeTurns, &Settings::warnTurns),
     number(CONTROL_WARN_ANGLE, Text::playbackTurnsAboveDegrees, &Settings::warnAngle),
-    number(CONTROL_WARN_METRES, Text::playbackMetersAhead, &Settings::warnMetres),
+    number(CONTROL_WARN_METRES, Text::playbackMetersAhead, &Settings::warnMeters),
     number(CONTROL_WARN_SECONDS, Text::playbackSecondsAhead, &Settings::warnSeconds),
     check(CONTROL_MARK_WARNING, Text::playbackAnnounceMarks, &Settings::markWarning),
     check(CONTROL_CENTRE_POSITION, Text::playbackCenterThePosition, &Settings::centrePosition),
@@ -333,16 +333,16 @@ constexpr SettingGroup kPlayGroups[] = {SettingGroup::playback, SettingGroup::re
 
 // Looks and sounds
 
-constexpr DialogField kColourFields[] = {
-    colour(CONTROL_COLOUR_INFORM, Text::colorInform, &Settings::colourInform),
-    colour(CONTROL_COLOUR_BACKGROUND, Text::colorBackground, &Settings::colourBackground),
-    colour(CONTROL_COLOUR_SUCCESS, Text::colorSuccess, &Settings::colourSuccess),
-    colour(CONTROL_COLOUR_FAILURE, Text::colorFailure, &Settings::colourFailure),
-    colour(CONTROL_COLOUR_GRAY, Text::colorGray, &Settings::colourGray),
-    colour(CONTROL_COLOUR_LIGHT_GRAY, Text::colorLightGray, &Settings::colourLightGray),
-    colour(CONTROL_COLOUR_ZONE, Text::colorZone, &Settings::colourZone),
+constexpr DialogField kColorFields[] = {
+    color(CONTROL_COLOUR_INFORM, Text::colorInform, &Settings::colorInform),
+    color(CONTROL_COLOUR_BACKGROUND, Text::colorBackground, &Settings::colorBackground),
+    color(CONTROL_COLOUR_SUCCESS, Text::colorSuccess, &Settings::colorSuccess),
+    color(CONTROL_COLOUR_FAILURE, Text::colorFailure, &Settings::colorFailure),
+    color(CONTROL_COLOUR_GRAY, Text::colorGray, &Settings::colorGray),
+    color(CONTROL_COLOUR_LIGHT_GRAY, Text::colorLightGray, &Settings::colorLightGray),
+    color(CONTROL_COLOUR_ZONE, Text::colorZone, &Settings::colorZone),
 };
-constexpr SettingGroup kColourGroups[] = {SettingGroup::colour};
+constexpr SettingGroup kColorGroups[] = {SettingGroup::color};
 
 constexpr DialogField kBackgroundFields[] = {
     text(CONTROL_BACKGROUND_DAY, Text::backgroundDay, &Settings::backgroundDay),
@@ -366,7 +366,7 @@ constexpr DialogField kCameraFields[] = {
     number(CONTROL_CAMERA_TOP, Text::cameraTop, &Settings::cameraTop),
     number(CONTROL_CAMERA_RIGHT, Text::cameraRight, &Settings::cameraRight),
     number(CONTROL_CAMERA_BOTTOM, Text::cameraBottom, &Settings::cameraBottom),
-    colour(CONTROL_CAMERA_COLOUR, Text::cameraColor, &Settings::cameraColour),
+    color(CONTROL_CAMERA_COLOUR, Text::cameraColor, &Settings::cameraColor),
     list(CONTROL_CAMERA_ALIGN, Text::cameraAlignment, &Settings::cameraAlign, kAlignments),
 };
 constexpr SettingGroup kCameraGroups[] = {SettingGroup::camera};
@@ -435,7 +435,7 @@ constexpr Dialog kDialogs[] = {
      kTrackingFields},
     {Command::playbackOptions, "DIALOG_PLAYOPTIONS", Text::playbackDialog, kPlayGroups,
      kPlayFields},
-    {Command::colors, "DIALOG_COLOURS", Text::colorDialog, kColourGroups, kColourFields},
+    {Command::colors, "DIALOG_COLOURS", Text::colorDialog, kColorGroups, kColorFields},
     {Command::pursue, "DIALOG_PURSUE", Text::pursueDialog, kPursueGroups, kPursueFields},
     {Command::backgrounds, "DIALOG_BACKGROUNDS", Text::backgroundDialog, kBackgroundGroups,
      kBackgroundFields, kBackgroundActions},

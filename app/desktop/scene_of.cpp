@@ -20,7 +20,7 @@ ReceiverState stateOf(const AppState& app, uint32_t now) {
                        shown.fixSeen ? shown.fix.fixStatus : 0);
 }
 
-bool isFresh(const ArrivalTicks::Arrival& arrival, uint32_t now) {
+bool isFresh(const LastReceived::Arrival& arrival, uint32_t now) {
   return arrival.ever && now - arrival.tick <= kStaleAfterMs;
 }
 
@@ -28,10 +28,10 @@ bool isFresh(const ArrivalTicks::Arrival& arrival, uint32_t now) {
 // stale at best.
 ValueAges agesOf(const UiFix& shown, uint32_t now) {
   const uint32_t unvouched = std::max(now - shown.lastDataTick, kStaleAfterMs + 1);
-  const auto age = [&](const ArrivalTicks::Arrival& arrival) {
+  const auto age = [&](const LastReceived::Arrival& arrival) {
     return arrival.ever ? now - arrival.tick : unvouched;
   };
-  const ArrivalTicks& arrivals = shown.arrivals;
+  const LastReceived& arrivals = shown.arrivals;
   return {.position = age(arrivals.position),
           .motion = age(arrivals.motion),
           .altitude = age(arrivals.altitude),
@@ -43,7 +43,7 @@ ValueAges agesOf(const UiFix& shown, uint32_t now) {
 
 // Maps any number in a document to a valid unit.
 int32_t altitudeUnitOf(int32_t setting) {
-  return setting == kInches || setting == kFeet ? setting : kMetres;
+  return setting == kInches || setting == kFeet ? setting : kMeters;
 }
 
 bool messageHolds(const AppState& app) {
@@ -54,16 +54,16 @@ bool messageHolds(const AppState& app) {
 Palette paletteOf(const AppState& app) {
   const Settings& settings = app.settings;
   switch (app.scheme) {
-    case ColourScheme::day: return dayPalette();
-    case ColourScheme::night: return nightPalette();
-    case ColourScheme::custom: break;
+    case ColorScheme::day: return dayPalette();
+    case ColorScheme::night: return nightPalette();
+    case ColorScheme::custom: break;
   }
-  return customPalette({.inform = settings.colourInform,
-                        .background = settings.colourBackground,
-                        .success = settings.colourSuccess,
-                        .failure = settings.colourFailure,
-                        .gray = settings.colourGray,
-                        .lightGray = settings.colourLightGray});
+  return customPalette({.inform = settings.colorInform,
+                        .background = settings.colorBackground,
+                        .success = settings.colorSuccess,
+                        .failure = settings.colorFailure,
+                        .gray = settings.colorGray,
+                        .lightGray = settings.colorLightGray});
 }
 
 SceneStatistics statisticsOf(const AppState& app) {

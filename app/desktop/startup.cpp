@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "app/desktop/commands.h"
-#include "app/desktop/keeping.h"
+#include "app/desktop/save_messages.h"
 #include "app/desktop/scene_of.h"
 #include "app/session/apply_settings.h"
 #include "app/session/connection.h"
@@ -66,7 +66,7 @@ void writeCountdown(AppState& app, int32_t starts) {
 
 void startClocks(AppState& app) {
   const DateTime local = app.platform.clock.local();
-  app.scheme = isNightHour(local) ? ColourScheme::night : ColourScheme::day;
+  app.scheme = isNightHour(local) ? ColorScheme::night : ColorScheme::day;
   app.gps.options.utcOffsetMinutes = measureUtcOffset(app.platform.clock.utc(), local);
 }
 
@@ -129,7 +129,8 @@ bool endProgram(AppState& app) {
   // kept; the user need not hear of that at each end.
   constexpr SettingGroup kSilent[] = {SettingGroup::update, SettingGroup::window};
   if (!app.config.changedOnly(kSilent)) {
-    app.config.tellSaveFailure([&](std::string_view text) { app.platform.window.tellError(text); });
+    app.config.reportSaveFailureOnce(
+        [&](std::string_view text) { app.platform.window.tellError(text); });
   }
   return false;
 }

@@ -48,8 +48,8 @@ void remindOfUpdates(Desktop& app);
 void autoConnect(Desktop& app);
 
 // What the program does once its window exists, in this order: the timers, unfinished recordings
-// (app/desktop/keeping.h), the start options, the update reminder, connecting. Returns false if the
-// user closed the window during one of the questions; `isOpen` is checked after them.
+// (app/desktop/save_messages.h), the start options, the update reminder, connecting. Returns false
+// if the user closed the window during one of the questions; `isOpen` is checked after them.
 bool startWork(Desktop& app, const StartOptions& options, const std::function<bool()>& isOpen);
 
 // Handles a request to close the program. Returns false, with nothing changed, if the user cancels.

@@ -32,8 +32,8 @@ bool isSensible(const WindowPlace& place) {
          near(place.width) && near(place.height);
 }
 
-bool isColourScheme(int32_t number) {
-  return number >= 0 && number <= static_cast<int32_t>(ColourScheme::custom);
+bool isColorScheme(int32_t number) {
+  return number >= 0 && number <= static_cast<int32_t>(ColorScheme::custom);
 }
 
 }  // namespace
@@ -64,8 +64,8 @@ void restoreView(Desktop& app) {
   const auto screen = static_cast<Screen>(app.settings.windowScreen);
   if (isScreenDrawn(screen)) app.currentScreen = screen;
   app.statistics.fine = app.currentScreen == Screen::statistics;
-  if (app.scheme == ColourScheme::day && isColourScheme(app.settings.windowScheme)) {
-    app.scheme = static_cast<ColourScheme>(app.settings.windowScheme);
+  if (app.scheme == ColorScheme::day && isColorScheme(app.settings.windowScheme)) {
+    app.scheme = static_cast<ColorScheme>(app.settings.windowScheme);
   }
   app.startScheme = app.scheme;
 }

@@ -28,7 +28,7 @@ AppState::AppState(Platform platformToUse, const XmlFiles& files)
   gps.sensors = platform.sensors;
 }
 
-RecorderPlaces SessionRecorderHooks::places() const {
+RecorderPaths SessionRecorderHooks::places() const {
   return {.library = trackLibraryPath(app_.settings.trackStorePath, app_.paths.folder),
           .journal = app_.paths.journal,
           .settings = app_.paths.settings,

@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
-#include "app/session/app_hooks.h"
 #include "app/session/line_notes.h"
 #include "app/session/link.h"
 #include "app/session/paths.h"
 #include "app/session/raw_log.h"
 #include "app/session/recorder.h"
 #include "app/session/repaint.h"
+#include "app/session/session_gps_hooks.h"
 #include "app/session/statistics.h"
 #include "app/settings/config_store.h"
 #include "app/settings/settings.h"
@@ -51,7 +51,7 @@ struct Platform {
 };
 
 // When each kind of shown value was last received.
-struct ArrivalTicks {
+struct LastReceived {
   struct Arrival {
     bool ever = false;
     uint32_t tick = 0;  // milliseconds
@@ -80,7 +80,7 @@ struct UiFix {
   double maxAltitude = 0;  // the parser's
   // Of this source, or since the trip was reset; whatever unit is chosen.
   Speeds fastest{};
-  double highest = 0;            // metres
+  double highest = 0;            // meters
   double exactAltitude = 0;      // with the decimals that GGA had
   std::optional<GstReport> gst;  // the last one of this connection
   int32_t epochSentenceKind = 0;
@@ -90,7 +90,7 @@ struct UiFix {
   uint32_t lastDataTick = 0;  // when the last line was received
   bool fixSeen = false;       // a sentence or message with a fix has been received since connecting
   uint32_t lastFixTick = 0;
-  ArrivalTicks arrivals;        // including those from earlier connections
+  LastReceived arrivals;        // including those from earlier connections
   int32_t quality = 0;          // of the fix: 1 GPS, 2 differential, ...
   uint64_t lastByteMicros = 0;  // when the end of the newest line arrived; 0 in a replay
 };
@@ -126,7 +126,7 @@ enum class Projection : int32_t {
 };
 // What the simulation plays.
 enum class SimulationData : uint8_t { trip, walk, loaded };
-enum class ColourScheme : uint8_t { day, night, custom };
+enum class ColorScheme : uint8_t { day, night, custom };
 
 // Display updates pending from handled receiver messages. Skipped messages add none.
 struct PendingDisplay {
@@ -149,7 +149,7 @@ class SessionRecorderHooks : public RecorderHooks {
   // `app` must outlive this.
   explicit SessionRecorderHooks(AppState& app) : app_(app) {}
 
-  RecorderPlaces places() const override;
+  RecorderPaths places() const override;
   ExclusiveOpener opener() const override;
   bool askToSave() override;
   void startTimer() override;
@@ -181,7 +181,7 @@ struct AppState {
   ConfigStore config;
   Settings settings;
 
-  AppHooks hooks;
+  SessionGpsHooks hooks;
   GpsState gps;
   GpsFix fix;  // written by the reader; the user interface copies it into `shown`
   UiFix shown;
@@ -200,7 +200,7 @@ struct AppState {
   Screen currentScreen = Screen::gps;
   Screen previousScreen = Screen::gps;
   Projection projection = Projection::cartesian2d;
-  ColourScheme scheme = ColourScheme::day;
+  ColorScheme scheme = ColorScheme::day;
   RepaintThrottle repaints;
   int32_t frameSkip = 0;  // handle one of N line messages; 0 and 1 handle all
   int32_t frameCountdown = 0;

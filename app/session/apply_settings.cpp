@@ -23,7 +23,7 @@ RecordingOptions recordingOptionsOf(const Settings& settings) {
   options.speed = settings.recordMinSpeed;
   options.angle = settings.recordAngle;
   options.altitude = settings.recordAltitude;
-  options.normalizeMetres = settings.normalizeMetres;
+  options.normalizeMeters = settings.normalizeMeters;
   options.recordCell = settings.recordCell;
   options.drawPath = settings.drawPath;
   options.recordSpeed = settings.recordSpeed;
@@ -31,7 +31,7 @@ RecordingOptions recordingOptionsOf(const Settings& settings) {
   options.recordCourse = settings.recordCourse;
   options.everyNth = settings.recordEvery;
   options.everySeconds = settings.recordEverySeconds;
-  options.everyMetres = settings.recordEveryMetres;
+  options.everyMeters = settings.recordEveryMeters;
   options.jumpFilter = settings.jumpFilter;
   options.bes = settings.recordBes;
   options.manual = settings.manualRecording;

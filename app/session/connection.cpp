@@ -18,7 +18,7 @@ constexpr int kReaderEndMs = 2000;
 // missing port needs no notice: the status already says that it is being retried.
 void tellReason(AppState& app) {
   const PortError error = app.link.error();
-  if (error == PortError::none || error == PortError::notThere) return;
+  if (error == PortError::none || error == PortError::notFound) return;
   const std::string text = portProblem(error, app.link.source().port);
   if (currentNotice(app).empty() || currentNotice(app) == text) showNotice(app, text);
 }
@@ -45,7 +45,7 @@ void tellMissingSource(AppState& app, const SourceChoice& choice) {
 // connection.
 void offerSearchForSpeed(AppState& app) {
   constexpr uint32_t kRecentMs = 5000;
-  const ArrivalTicks::Arrival& noise = app.shown.arrivals.noise;
+  const LastReceived::Arrival& noise = app.shown.arrivals.noise;
   const bool noisy = noise.ever && app.platform.clock.tick() - noise.tick <= kRecentMs;
   if (app.searchOffered || app.shown.dataSeen || !noisy) return;
   if (app.link.state() != Link::State::open) return;
@@ -95,7 +95,7 @@ bool loadSimulationFrom(AppState& app, const std::string& path) {
   return true;
 }
 
-void forgetSource(UiFix& shown) {
+void resetSourceState(UiFix& shown) {
   shown.dataSeen = shown.fixSeen = false;
   shown.arrivals.quality = shown.arrivals.errors = shown.arrivals.noise = {};
 }
@@ -112,7 +112,7 @@ void resetTrip(AppState& app) {
 }
 
 bool connectReceiver(AppState& app, const SourceChoice& choice) {
-  forgetSource(app.shown);
+  resetSourceState(app.shown);
   if (!isSameSource(app.link.source(), choice)) resetMaxima(app);
   if (choice.simulate) chooseSimulationData(app, choice.walk);
   app.searchOffered = false;
@@ -130,7 +130,7 @@ bool connectReceiver(AppState& app, const SourceChoice& choice) {
 void checkConnection(AppState& app) {
   Link& link = app.link;
   if (link.check(app.settings.reconnect)) {
-    const bool unplugged = link.error() == PortError::notThere;
+    const bool unplugged = link.error() == PortError::notFound;
     app.platform.sounds.play("ERR2");
     showNotice(app, textWith(unplugged ? Text::unpluggedRetrying : Text::noDataRetrying,
                              link.source().port));

@@ -21,7 +21,7 @@ SourceChoice sourceOfSettings(AppState& app);
 bool loadSimulationFrom(AppState& app, const std::string& path);
 
 // Resets what `shown` knows about the source: no data has arrived yet.
-void forgetSource(UiFix& shown);
+void resetSourceState(UiFix& shown);
 
 // Forgets the shown maxima.
 void resetMaxima(AppState& app);

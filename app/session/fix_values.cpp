@@ -9,7 +9,7 @@ namespace {
 
 constexpr uint32_t kCurrentMs = 5000;
 
-bool isCurrent(const ArrivalTicks::Arrival& arrival, uint32_t now) {
+bool isCurrent(const LastReceived::Arrival& arrival, uint32_t now) {
   return arrival.ever && now - arrival.tick <= kCurrentMs;
 }
 
@@ -30,7 +30,7 @@ std::optional<Accuracy> currentAccuracy(const UiFix& shown, uint32_t now) {
 KnownValues knownValues(const UiFix& shown) {
   const FixRecord& fix = shown.fix;
   const auto heard = [&](SentenceType type) { return shown.stats.of(type).count > 0; };
-  const ArrivalTicks& arrivals = shown.arrivals;
+  const LastReceived& arrivals = shown.arrivals;
   const bool moves = fix.speedKnots != 0 || fix.speedMps != 0 || fix.speedKmh != 0;
   const DateTime& utc = fix.utcTime;
   return {.status = heard(SentenceType::rmc) || heard(SentenceType::gga),

@@ -20,15 +20,15 @@ bool Link::close(bool silent) {
   return fix_.close(silent);
 }
 
-void Link::hold() {
+void Link::releasePort() {
   if (state_ == State::failed) fix_.close(true);  // an unusable port may still be open
   if (!serial_ || (state_ != State::open && state_ != State::lost)) return;
-  state_ = State::held;
+  state_ = State::released;
   fix_.connection.releasePort();
 }
 
-void Link::resume() {
-  if (state_ != State::held) return;
+void Link::reclaimPort() {
+  if (state_ != State::released) return;
   state_ = State::lost;
   error_ = PortError::none;
   fix_.connection.requestPort();
@@ -50,7 +50,7 @@ bool Link::check(bool reconnect) {
     followAttempt(reconnect);
   } else if (state_ == State::open && serial_ && reconnect && hasGone()) {
     state_ = State::lost;
-    error_ = fix_.portFailed ? PortError::notThere : PortError::none;
+    error_ = fix_.portFailed ? PortError::notFound : PortError::none;
     if (attemptIsDue()) fix_.connection.requestPort();
     return true;
   }
@@ -80,7 +80,7 @@ void Link::followAttempt(bool reconnect) {
   if (attempt.state != PortAttempt::State::none) {
     attemptOpened_ = attempt.state == PortAttempt::State::opened;
     attemptTick_ = attempt.tick;
-    error_ = attemptOpened_ && fix_.portFailed ? PortError::notThere : attempt.error;
+    error_ = attemptOpened_ && fix_.portFailed ? PortError::notFound : attempt.error;
   }
   if (reconnect) {
     if (attemptIsDue()) fix_.connection.requestPort();

@@ -27,7 +27,7 @@ struct LinkTimes {
 
 // For a program without a window, which runs until the user stops it. A device that opens and
 // immediately hangs up is retried less often than a missing one.
-inline constexpr LinkTimes kUnattendedTimes = {.retryMs = 1000, .retryFirstOpening = true};
+inline constexpr LinkTimes kHeadlessLinkTimes = {.retryMs = 1000, .retryFirstOpening = true};
 
 // The link to the receiver, the same for the window and the command line: opens a source and
 // monitors a serial one. When the device is unplugged or goes silent, the reader keeps looking for
@@ -37,10 +37,10 @@ class Link {
  public:
   enum class State {
     closed,
-    failed,  // could not be opened; `error` tells why
-    open,    // receiving data, or waiting for the first
-    lost,    // was open; reopened again and again until data arrives
-    held,    // released for a while so that others can use the port
+    failed,    // could not be opened; `error` tells why
+    open,      // receiving data, or waiting for the first
+    lost,      // was open; reopened again and again until data arrives
+    released,  // released for a while so that others can use the port
   };
 
   Link(GpsFix& fix, const Clock& clock) : fix_(fix), clock_(clock) {}
@@ -52,15 +52,15 @@ class Link {
   bool close(bool silent = false);
 
   // Releases a serial port so that others can open it, and takes it back.
-  void hold();
-  void resume();
+  void releasePort();
+  void reclaimPort();
 
   // Call this when bytes arrive. Returns true if they end a loss.
   bool noteBytes();
 
   // Call this every few seconds or more often. With `reconnect` false, losses are not detected, and
   // a lost port that still does not work is closed. Returns true if the device has just been lost:
-  // unplugged if `error` is `notThere`, otherwise silent.
+  // unplugged if `error` is `notFound`, otherwise silent.
   bool check(bool reconnect);
 
   State state() const { return state_; }

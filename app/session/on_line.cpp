@@ -132,7 +132,7 @@ void onLine(AppState& app, const UiMessage& message) {
   const uint32_t now = app.platform.clock.tick();
   app.shown.dataSeen = true;
   app.shown.lastDataTick = now;
-  noteArrivals(app.shown, message.text, message.said, now);
+  noteReceived(app.shown, message.text, message.said, now);
   noteGreatest(app.shown, message.said);
   if (message.record == nullptr) offerEpoch(app, message);
   if (isSkipped(app)) return;
@@ -161,10 +161,10 @@ bool isOfAnotherSource(const AppState& app, const UiMessage& message) {
 
 }  // namespace
 
-void noteArrivals(UiFix& shown, std::string_view line, uint32_t said, uint32_t tick) {
-  const ArrivalTicks::Arrival now = {true, tick};
-  ArrivalTicks& arrivals = shown.arrivals;
-  const auto note = [&](uint32_t bits, ArrivalTicks::Arrival& arrival) {
+void noteReceived(UiFix& shown, std::string_view line, uint32_t said, uint32_t tick) {
+  const LastReceived::Arrival now = {true, tick};
+  LastReceived& arrivals = shown.arrivals;
+  const auto note = [&](uint32_t bits, LastReceived::Arrival& arrival) {
     if ((said & bits) != 0) arrival = now;
   };
   if (const auto gst = gstOf(line)) {

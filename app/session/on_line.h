@@ -17,6 +17,6 @@ bool refreshDisplays(AppState& app);
 
 // When each value of the read-out came last, by what the line vouched for. Values of a fix are news
 // only while there is one; the clock and the satellites need none.
-void noteArrivals(UiFix& shown, std::string_view line, uint32_t said, uint32_t tick);
+void noteReceived(UiFix& shown, std::string_view line, uint32_t said, uint32_t tick);
 
 }  // namespace vgps

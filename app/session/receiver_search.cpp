@@ -21,12 +21,13 @@ void keepChoice(AppState& app, const FoundReceiver& found) {
 
 }  // namespace
 
-void beginReceiverSearch(AppState& app) { app.link.hold(); }
+void beginReceiverSearch(AppState& app) { app.link.releasePort(); }
 
 void endReceiverSearch(AppState& app, const std::optional<FoundReceiver>& chosen) {
-  if (!chosen.has_value()) return app.link.resume();
+  if (!chosen.has_value()) return app.link.reclaimPort();
   keepChoice(app, *chosen);
-  app.config.tellSaveFailure([&](std::string_view text) { app.platform.window.tellError(text); });
+  app.config.reportSaveFailureOnce(
+      [&](std::string_view text) { app.platform.window.tellError(text); });
   connectReceiver(app, chosen->source);
 }
 

@@ -22,7 +22,7 @@ bool beginsWith(const PointList& points, const PointList& first) {
          isSamePoint(points[first.size() - 1], first.back());
 }
 
-LibraryOpening::Place placeAt(const RecorderPlaces& places) {
+LibraryOpening::Place placeAt(const RecorderPaths& places) {
   if (isSameFile(places.library, places.settings)) return LibraryOpening::Place::holdsSettings;
   for (const std::string& journal : journalNames(places.journal)) {
     if (isSameFile(places.library, journal)) return LibraryOpening::Place::holdsRecording;
@@ -56,18 +56,18 @@ bool Recorder::start() {
   return true;
 }
 
-Keeping Recorder::stop(bool ask) {
+SaveResult Recorder::stop(bool ask) {
   keeping_ = {};
   const bool hadPoints = !track.points.empty() && track.state != kPlaying;
   recording_.stop(nullptr, ask);
-  if (hadPoints && keeping_.outcome == Keeping::Outcome::nothing) {
-    keeping_.outcome = Keeping::Outcome::declined;
+  if (hadPoints && keeping_.outcome == SaveResult::Outcome::nothing) {
+    keeping_.outcome = SaveResult::Outcome::declined;
   }
   return std::exchange(keeping_, {});
 }
 
 LibraryOpening Recorder::openLibrary() {
-  const RecorderPlaces places = hooks_.places();
+  const RecorderPaths places = hooks_.places();
   LibraryOpening opening{.path = places.library};
   if (library.isOpen() && library.path() == places.library) {
     opening.state = library.state();
@@ -84,24 +84,24 @@ bool Recorder::save(Track& ended) {
   const std::string file = hooks_.places().file;
   if (file.empty()) {
     ended.recording = journal_->isOpen() ? journal_->recording() : 0;
-    keeping_ = keepInLibrary([&] { return library.add(ended, options, clock_.local()); });
+    keeping_ = saveToLibrary([&] { return library.add(ended, options, clock_.local()); });
   } else {
     const bool written = writeTrackFile(ended, file, options);
-    keeping_.outcome = written ? Keeping::Outcome::kept : Keeping::Outcome::refused;
+    keeping_.outcome = written ? SaveResult::Outcome::saved : SaveResult::Outcome::refused;
     if (!written) keeping_.result = LibraryResult::notWritten;
   }
-  return keeping_.outcome == Keeping::Outcome::kept;
+  return keeping_.outcome == SaveResult::Outcome::saved;
 }
 
 // `add` changes the opened library.
-Keeping Recorder::keepInLibrary(const std::function<LibraryResult()>& add) {
-  Keeping keeping{.outcome = Keeping::Outcome::refused, .library = openLibrary()};
+SaveResult Recorder::saveToLibrary(const std::function<LibraryResult()>& add) {
+  SaveResult keeping{.outcome = SaveResult::Outcome::refused, .library = openLibrary()};
   if (!keeping.library.usable()) return keeping;
   const std::string backupBefore = library.backupPath();
   keeping.result = add();
   if (library.backupPath() != backupBefore) keeping.damagedBackupPath = library.backupPath();
   if (keeping.result != LibraryResult::done) return keeping;
-  keeping.outcome = Keeping::Outcome::kept;
+  keeping.outcome = SaveResult::Outcome::saved;
   keeping.name = lastSavedName_ = library.addedName();
   return keeping;
 }
@@ -112,7 +112,7 @@ LibraryResult Recorder::renameLastSaved(std::string_view name) {
   const auto tracks = library.tracks();
   size_t at = tracks.size();
   while (at > 0 && tracks[at - 1].name != lastSavedName_) --at;
-  if (at == 0) return LibraryResult::notThere;
+  if (at == 0) return LibraryResult::notFound;
   const LibraryResult result = library.rename(at - 1, name);
   if (result == LibraryResult::done) lastSavedName_ = library.tracks()[at - 1].name;
   return result;
@@ -213,8 +213,8 @@ void Recorder::continueFrom(UnfinishedRecording& unfinished) {
   recording_.continueRecovered();
 }
 
-Keeping Recorder::keepUnfinished(UnfinishedRecording& unfinished) {
-  return keepInLibrary([&] { return unfinished.save(library, options, clock_.local()); });
+SaveResult Recorder::saveUnfinished(UnfinishedRecording& unfinished) {
+  return saveToLibrary([&] { return unfinished.save(library, options, clock_.local()); });
 }
 
 // Reopens the journal, because what it actually contains counts, not what was passed to it.
@@ -225,8 +225,8 @@ RecordingEnd Recorder::end() {
   UnfinishedRecording whole(journalSettings());
   ended.journal = whole.open(path);
   whole.replaceTrack(std::exchange(track, {}));
-  ended.keeping = keepUnfinished(whole);
-  if (ended.keeping.outcome == Keeping::Outcome::kept) return ended;
+  ended.keeping = saveUnfinished(whole);
+  if (ended.keeping.outcome == SaveResult::Outcome::saved) return ended;
   whole.continueInto(track);
   const size_t unsavedPoints = resumeJournal();
   if (!closeJournal()) ended.unsavedPoints = unsavedPoints;

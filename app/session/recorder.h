@@ -16,7 +16,7 @@
 namespace vgps {
 
 // Where a recorder writes.
-struct RecorderPlaces {
+struct RecorderPaths {
   std::string library = {};    // the track library
   std::string journal = {};    // of the track that is being recorded; empty: none is kept
   std::string settings = {};   // the settings document, whose place no track may take
@@ -30,7 +30,7 @@ class RecorderHooks {
  public:
   virtual ~RecorderHooks() = default;
   // The current places; they may change.
-  virtual RecorderPlaces places() const = 0;
+  virtual RecorderPaths places() const = 0;
   // The function that opens the journal.
   virtual ExclusiveOpener opener() const { return openExclusive; }
   // "Save the track?"
@@ -67,11 +67,11 @@ struct LibraryOpening {
 std::string placeMessage(const LibraryOpening& opening);
 
 // The result of saving a track.
-struct Keeping {
+struct SaveResult {
   enum class Outcome {
     nothing,   // there was nothing to save
     declined,  // the user declined; the points are gone
-    kept,      // saved to disk
+    saved,     // saved to disk
     refused,   // not saved, see `library` or `result`; the points still exist
   };
   Outcome outcome = Outcome::nothing;
@@ -83,7 +83,7 @@ struct Keeping {
 
 // How a recording ended in a program that cannot ask the user.
 struct RecordingEnd {
-  Keeping keeping;
+  SaveResult keeping;
   // The state of the journal: `open` unless another program has removed or damaged it.
   JournalResult journal = JournalResult::open;
   size_t unsavedPoints = 0;  // points that exist only in memory
@@ -108,7 +108,7 @@ class Recorder : private RecordingHooks {
   void pauseOrResume() { recording_.pauseOrResume(); }
   // Ends recording or playback. A recorded track is saved (with `ask`, only if the hook agrees) and
   // then cleared. A track that could not be saved stays.
-  Keeping stop(bool ask);
+  SaveResult stop(bool ask);
   // Call this with every complete fix while recording.
   void offer(const FixRecord& fix) { recording_.offer(fix); }
   // Returns false if no recording is in progress.
@@ -118,7 +118,7 @@ class Recorder : private RecordingHooks {
 
   // The track that was saved last in the library since the program started; empty: none.
   const std::string& lastSavedName() const { return lastSavedName_; }
-  // `notThere` if the library has no track of that name any more.
+  // `notFound` if the library has no track of that name any more.
   LibraryResult renameLastSaved(std::string_view name);
 
   // The library at its path, opened only once for each path.
@@ -149,7 +149,7 @@ class Recorder : private RecordingHooks {
   void continueFrom(UnfinishedRecording& unfinished);
   // Saves it to the library. On failure the points stay in its journal as long as `unfinished` is
   // open.
-  Keeping keepUnfinished(UnfinishedRecording& unfinished);
+  SaveResult saveUnfinished(UnfinishedRecording& unfinished);
   // Ends a recording without asking: saves it to the library or, if that fails, keeps it in the
   // journal. Can be repeated while there are unsaved points.
   RecordingEnd end();
@@ -164,7 +164,7 @@ class Recorder : private RecordingHooks {
   }
   bool askToSave() override;
   bool save(Track& ended) override;
-  Keeping keepInLibrary(const std::function<LibraryResult()>& add);
+  SaveResult saveToLibrary(const std::function<LibraryResult()>& add);
   void trackChanged(Track&) override { hooks_.trackChanged(); }
   void pointRecorded(const TrackPoint& point) override;
   void flushPoints() override;
@@ -179,7 +179,7 @@ class Recorder : private RecordingHooks {
   bool inMemoryOnly_ = false;
   bool discarding_ = false;  // the points that are settled next are not wanted
   std::string lastSavedName_;
-  Keeping keeping_;  // of the stop that is going on
+  SaveResult keeping_;  // of the stop that is going on
 };
 
 }  // namespace vgps

@@ -22,8 +22,8 @@ std::string durationText(double seconds) {
   return counted(static_cast<uint64_t>(seconds), Text::oneSecond, Text::seconds);
 }
 
-std::string lengthText(double kilometres, int32_t unit) {
-  return distanceText(distanceInUnit(kilometres, unit), unit);
+std::string lengthText(double kilometers, int32_t unit) {
+  return distanceText(distanceInUnit(kilometers, unit), unit);
 }
 
 // Recorded points have the computer's clock, those of files the local time.
@@ -74,7 +74,7 @@ std::string trackRowText(const TrackSummary& track, int32_t distanceUnit) {
   std::string text = track.name;
   if (track.startUtc != 0) text += ", " + startText(track.startUtc);
   return text + ", " + counted(track.points, Text::onePoint, Text::points) + ", " +
-         lengthText(track.kilometres, distanceUnit);
+         lengthText(track.kilometers, distanceUnit);
 }
 
 }  // namespace vgps

@@ -67,7 +67,7 @@ double ConfigStore::number(const SettingRow& row) {
   switch (row.type) {
     case SettingType::real:
       return XmlGetFloat(row.path, row.key, static_cast<float>(row.number), nullptr, document);
-    case SettingType::colour:
+    case SettingType::color:
       return static_cast<uint32_t>(
           XmlGetInt64(row.path, row.key, static_cast<int64_t>(row.number), nullptr, document));
     case SettingType::integer:
@@ -151,7 +151,7 @@ bool ConfigStore::mergeFile() {
   return news_ = true;
 }
 
-bool ConfigStore::hasNews() {
+bool ConfigStore::hasExternalChanges() {
   if (isFullyLoaded() && changes_.isFileAnother(path())) withLock([this] { return mergeFile(); });
   return std::exchange(news_, false);
 }
@@ -160,7 +160,7 @@ bool ConfigStore::backUpFile() {
   if (!backUpBeforeSave_) return true;
   std::string bytes;
   backUpBeforeSave_ = file_.read(bytes) != SettingsFile::Reading::read ||
-                      keepAsBad(path(), bytes, file_.disk().open).empty();
+                      saveBadCopy(path(), bytes, file_.disk().open).empty();
   return !backUpBeforeSave_;
 }
 
@@ -189,7 +189,7 @@ bool ConfigStore::save() {
   return true;
 }
 
-bool ConfigStore::tellSaveFailure(const std::function<void(std::string_view message)>& tell) {
+bool ConfigStore::reportSaveFailureOnce(const std::function<void(std::string_view message)>& tell) {
   if (!saveFailed_ || std::exchange(saveFailureTold_, true)) return false;
   tell(textWith(Text::settingsNotWritten, path()));
   return true;
@@ -214,7 +214,7 @@ Settings loadSettings(ConfigStore& store) {
 }
 
 bool refreshSettings(ConfigStore& store, Settings& settings) {
-  if (!store.hasNews()) return false;
+  if (!store.hasExternalChanges()) return false;
   for (const SettingRow& row : settingRows()) {
     if (row.rule != RangeRule::forcedOff) store.take(row, settings);
   }

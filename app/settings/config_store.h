@@ -64,7 +64,7 @@ class ConfigStore {
 
   // Whether the document has changed, since it was opened or since the last call, other than
   // through `put`: another program has written the file, or `setOther` was called.
-  bool hasNews();
+  bool hasExternalChanges();
 
   // Writes the document when it was changed; what another program wrote meanwhile stays, but for
   // the keys that were changed here. False when it could not be written, or another program did not
@@ -74,7 +74,7 @@ class ConfigStore {
 
   // Reports that the last `save` failed, unless that was reported since the last success, so that
   // the user is told once and not for every setting. Returns whether it was reported now.
-  bool tellSaveFailure(const std::function<void(std::string_view message)>& tell);
+  bool reportSaveFailureOnce(const std::function<void(std::string_view message)>& tell);
 
  private:
   template <class Work>

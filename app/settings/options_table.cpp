@@ -8,7 +8,7 @@ namespace {
 constexpr const char* kProgram = "cfg\\vgps";
 constexpr const char* kGps = "cfg\\gps";
 constexpr const char* kTrack = "cfg\\track";
-constexpr const char* kColours = "cfg\\cc";
+constexpr const char* kColors = "cfg\\cc";
 constexpr const char* kTripData = "cfg\\tdp";
 constexpr const char* kCamera = "cfg\\camera";
 
@@ -100,13 +100,13 @@ constexpr auto kRows = std::to_array<OptionRow>({
     {"SMSTRK - Number", "", kProgram, "stn"},
     {"SMSTRK - Text", "", kProgram, "stt"},
     kSeparator,
-    {"CLR - Inform", "", kColours, "c1"},
-    {"CLR - Background", "", kColours, "c2"},
-    {"CLR - Success", "", kColours, "c3"},
-    {"CLR - Failure", "", kColours, "c4"},
-    {"CLR - Gray", "", kColours, "c5"},
-    {"CLR - Light Gray", "", kColours, "c6"},
-    {"CLR - Zone", "", kColours, "c7"},
+    {"CLR - Inform", "", kColors, "c1"},
+    {"CLR - Background", "", kColors, "c2"},
+    {"CLR - Success", "", kColors, "c3"},
+    {"CLR - Failure", "", kColors, "c4"},
+    {"CLR - Gray", "", kColors, "c5"},
+    {"CLR - Light Gray", "", kColors, "c6"},
+    {"CLR - Zone", "", kColors, "c7"},
     kSeparator,
     {"BG - Day", "", kProgram, "bgimaged"},
     {"BG - Night", "", kProgram, "bgimagen"},

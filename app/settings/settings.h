@@ -77,27 +77,27 @@ struct Settings {
   bool centrePosition{};           // "cpc"
   bool warnTurns{};                // "swt"
   int32_t warnAngle{};             // "swa"
-  int32_t warnMetres{};            // "muw"
+  int32_t warnMeters{};            // "muw"
   int32_t warnSeconds{};           // "msw"
   std::string trackingUrl{};       // "itu"
   std::string pursueUrl{};         // "ipu"
   std::string smsText{};           // "stt"
   std::string smsNumber{};         // "stn"
-  int32_t normalizeMetres{};       // "ntm"
+  int32_t normalizeMeters{};       // "ntm"
   bool recordCell{};               // "rci"
   bool recordSpeed{};              // "rsc"
   bool recordTime{};               // "rtc"
   bool recordCourse{};             // "rbc"
   int32_t recordEvery{};           // "res"
   int32_t recordEverySeconds{};    // "reseconds"
-  int32_t recordEveryMetres{};     // "remeters"
+  int32_t recordEveryMeters{};     // "remeters"
   bool jumpFilter{};               // "rejumps"
   int32_t recordBem{};             // "bem"
   bool drawPath{};                 // "drp"
   bool viewCell{};                 // "vci"
   bool useAltitude{};              // "uaa"
   int32_t recalculateWaypoints{};  // "rws"
-  int32_t reachMetres{};           // "wrm"
+  int32_t reachMeters{};           // "wrm"
   int32_t reachSeconds{};          // "wrs"
   int32_t pathLineSize{};          // "pls"
   int32_t mapLineSize{};           // "mls"
@@ -105,7 +105,7 @@ struct Settings {
   int32_t cameraRight{};           // "right"
   int32_t cameraTop{};             // "top"
   int32_t cameraBottom{};          // "bottom"
-  uint32_t cameraColour{};         // "color"
+  uint32_t cameraColor{};          // "color"
   int32_t cameraAlign{};           // "align"
   int32_t utmEllipsoid{};          // "cut"
   int32_t recordAngle{};           // "angle"
@@ -114,13 +114,13 @@ struct Settings {
   int32_t compassZ{};              // "CompassZ"
   int32_t compassX{};              // "CompassX"
   int32_t compassY{};              // "CompassY"
-  uint32_t colourInform{};         // "c1"
-  uint32_t colourBackground{};     // "c2"
-  uint32_t colourSuccess{};        // "c3"
-  uint32_t colourFailure{};        // "c4"
-  uint32_t colourGray{};           // "c5"
-  uint32_t colourLightGray{};      // "c6"
-  uint32_t colourZone{};           // "c7"
+  uint32_t colorInform{};          // "c1"
+  uint32_t colorBackground{};      // "c2"
+  uint32_t colorSuccess{};         // "c3"
+  uint32_t colorFailure{};         // "c4"
+  uint32_t colorGray{};            // "c5"
+  uint32_t colorLightGray{};       // "c6"
+  uint32_t colorZone{};            // "c7"
   int32_t updateCountdown{};       // "upd"
   bool tripDataOn{};               // "tde"
   bool tripDataPosition{};         // "c1"
@@ -144,12 +144,12 @@ struct Settings {
   int32_t windowHeight{};          // "height"
   bool windowMaximized{};          // "maximized"
   int32_t windowScreen{};          // "screen": Screen
-  int32_t windowScheme{};          // "scheme": ColourScheme
+  int32_t windowScheme{};          // "scheme": ColorScheme
 
   Settings();  // sets the defaults of the table
 };
 
-enum class SettingType : uint8_t { integer, flag, real, string, colour };
+enum class SettingType : uint8_t { integer, flag, real, string, color };
 
 // What the loader does with a value that is out of range; other values are used unchanged.
 enum class RangeRule : uint8_t {
@@ -180,7 +180,7 @@ enum class SettingGroup : uint8_t {
   playback,
   camera,
   compass,
-  colour,
+  color,
   update,
   tripData,
   window,

@@ -31,7 +31,7 @@ SettingsFile::Reading SettingsFile::readBytes(std::string& bytes) const {
 }
 
 // Also what another program holds for a moment.
-SettingsFile::Reading SettingsFile::readSoon(std::string& bytes) const {
+SettingsFile::Reading SettingsFile::readWithRetry(std::string& bytes) const {
   Reading reading = Reading::unreadable;
   retry(kTries, kPause, [&] { return (reading = readBytes(bytes)) != Reading::unreadable; });
   return reading;
@@ -64,11 +64,11 @@ SettingsFile::Reading SettingsFile::read(std::string& bytes) {
 bool SettingsFile::write(XmlDocument& document, std::string& text) {
   std::string old;
   if (!finishInterrupted(old)) return false;
-  const Reading before = readSoon(old);
+  const Reading before = readWithRetry(old);
   if (before == Reading::unreadable || document.saveText(text) == 0) return false;
   RedoJournal journal(path_, disk_.open);
   // In a folder that takes no new files the save in place is all that can be done.
-  if (journal.keep(text) == RedoJournal::Keeping::failed) return false;
+  if (journal.keep(text) == RedoJournal::SaveResult::failed) return false;
   const bool saved =
       document.Save(path_) != 0 && retry(kTries, kPause, [&] { return flushFile(path_); });
   // A disk may take the first half and then fail: the old text is put back.

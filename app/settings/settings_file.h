@@ -33,7 +33,7 @@ class SettingsFile {
 
  private:
   Reading readBytes(std::string& bytes) const;
-  Reading readSoon(std::string& bytes) const;
+  Reading readWithRetry(std::string& bytes) const;
   bool writeBytes(std::string_view bytes) const;
   bool finishInterrupted(std::string& text);
 

@@ -29,7 +29,7 @@ constexpr Setting kUnusedSettings[] = {
     &Settings::drawPath,
     &Settings::recordCell,
     &Settings::recordBem,
-    &Settings::colourZone,
+    &Settings::colorZone,
 };
 
 }  // namespace

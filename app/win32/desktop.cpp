@@ -5,7 +5,7 @@
 
 #include <memory>
 
-#include "app/desktop/keeping.h"
+#include "app/desktop/save_messages.h"
 #include "app/desktop/startup.h"
 #include "app/session/connection.h"
 #include "app/win32/device_installer.h"

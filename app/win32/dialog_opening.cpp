@@ -28,7 +28,7 @@ void translateDialog(HWND dialog, Text texts) {
   }
 }
 
-void centreOverOwner(HWND dialog) {
+void centerOverOwner(HWND dialog) {
   const HWND owner = GetWindow(dialog, GW_OWNER);
   MONITORINFO monitor{};
   monitor.cbSize = sizeof monitor;

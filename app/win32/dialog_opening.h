@@ -14,6 +14,6 @@ namespace vgps {
 void translateDialog(HWND dialog, Text texts);
 
 // Centers the dialog over its owner, as far as the screen allows.
-void centreOverOwner(HWND dialog);
+void centerOverOwner(HWND dialog);
 
 }  // namespace vgps

@@ -88,13 +88,13 @@ int WindowDialogView::selected(uint16_t number) {
   return static_cast<int>(SendMessageW(control(number), CB_GETCURSEL, 0, 0));
 }
 
-void WindowDialogView::setColour(uint16_t number, Colour colour) {
-  colours_[number] = colour;
+void WindowDialogView::setColor(uint16_t number, Color color) {
+  colors_[number] = color;
   const HWND window = control(number);
   if (window != nullptr) InvalidateRect(window, nullptr, TRUE);
 }
 
-Colour WindowDialogView::colour(uint16_t number) { return colours_[number]; }
+Color WindowDialogView::color(uint16_t number) { return colors_[number]; }
 
 // A disabled control must not keep the keyboard focus.
 void WindowDialogView::enable(uint16_t number, bool enabled) {
@@ -133,12 +133,12 @@ std::optional<std::string> WindowDialogView::chooseFolder(const std::string& cur
   return chooseExistingFolder(dialog_, current);
 }
 
-std::optional<Colour> WindowDialogView::chooseColour(Colour current) {
+std::optional<Color> WindowDialogView::chooseColor(Color current) {
   CHOOSECOLORW choice{};
   choice.lStructSize = sizeof choice;
   choice.hwndOwner = dialog_;
   choice.rgbResult = current;
-  choice.lpCustColors = mixedColours_.data();
+  choice.lpCustColors = mixedColors_.data();
   choice.Flags = CC_RGBINIT | CC_FULLOPEN | CC_ANYCOLOR;
   if (ChooseColorW(&choice) == FALSE) return std::nullopt;
   return choice.rgbResult;
@@ -153,9 +153,9 @@ void WindowDialogView::tell(std::string_view text) {
               MB_OK | MB_ICONINFORMATION);
 }
 
-bool WindowDialogView::drawColour(const DRAWITEMSTRUCT& item) {
-  const auto found = colours_.find(static_cast<uint16_t>(item.CtlID));
-  if (found == colours_.end()) return false;
+bool WindowDialogView::drawColor(const DRAWITEMSTRUCT& item) {
+  const auto found = colors_.find(static_cast<uint16_t>(item.CtlID));
+  if (found == colors_.end()) return false;
   const bool focused = (item.itemState & ODS_FOCUS) != 0;
   const bool pressed = (item.itemState & ODS_SELECTED) != 0;
   RECT area = item.rcItem;

@@ -75,7 +75,7 @@ INT_PTR OpenDialog::handle(HWND window, UINT message, WPARAM first, LPARAM secon
     case WM_INITDIALOG: open(window); return TRUE;  // the first control gets the keyboard focus
     case WM_COMMAND: onCommand(LOWORD(first), HIWORD(first)); return TRUE;
     case WM_DRAWITEM:
-      return view_ && view_->drawColour(*addressIn<const DRAWITEMSTRUCT>(second)) ? TRUE : FALSE;
+      return view_ && view_->drawColor(*addressIn<const DRAWITEMSTRUCT>(second)) ? TRUE : FALSE;
     case DialogSearch::kTesting:
       if (!search_.isRunning()) return TRUE;  // sent by a search that was stopped
       view_->setText(CONTROL_SEARCH_STATE,
@@ -94,7 +94,7 @@ void OpenDialog::open(HWND window) {
   searchCaption_ = view_->text(CONTROL_SEARCH_PORTS);
   if (!context_.beginPortSearch) view_->enable(CONTROL_SEARCH_PORTS, false);
   if (context_.night) darkenDialog(window);
-  centreOverOwner(window);
+  centerOverOwner(window);
 }
 
 void OpenDialog::onCommand(uint16_t control, uint16_t notification) {
@@ -152,7 +152,7 @@ INT_PTR CALLBACK promptProcedure(HWND window, UINT message, WPARAM first, LPARAM
     WindowDialogView view(window);
     view.setText(CONTROL_PROMPT, asked.prompt);
     view.setText(CONTROL_PROMPT_TEXT, asked.text);
-    centreOverOwner(window);
+    centerOverOwner(window);
     return TRUE;
   }
   if (message != WM_COMMAND || (LOWORD(first) != IDOK && LOWORD(first) != IDCANCEL)) return FALSE;

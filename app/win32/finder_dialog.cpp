@@ -102,7 +102,7 @@ INT_PTR FinderDialog::handle(UINT message, WPARAM first, LPARAM second) {
 void FinderDialog::begin() {
   translateDialog(dialog_, Text::finderDialog);
   if (setup_.night) darkenDialog(dialog_);
-  centreOverOwner(dialog_);
+  centerOverOwner(dialog_);
   list_ = control(FINDER_LIST);
   ListView_SetExtendedListViewStyle(list_, LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP);
   SendMessageW(control(FINDER_PROGRESS), PBM_SETRANGE32, 0, kProgressRange);

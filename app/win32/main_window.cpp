@@ -382,7 +382,7 @@ void MainWindow::followState() {
 }
 
 void MainWindow::followScheme() {
-  const bool night = app_->scheme == ColourScheme::night;
+  const bool night = app_->scheme == ColorScheme::night;
   if (night == isNight_) return;
   isNight_ = night;
   darkenFrame(window_, night);

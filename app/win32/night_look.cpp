@@ -25,7 +25,7 @@ HBRUSH backgroundBrush() {
   return kBrush;
 }
 
-LRESULT paintedWith(WPARAM context, HBRUSH brush, Colour ground) {
+LRESULT paintedWith(WPARAM context, HBRUSH brush, Color ground) {
   SetTextColor(addressIn<HDC__>(context), nightPalette().value);
   SetBkColor(addressIn<HDC__>(context), ground);
   return reinterpret_cast<LRESULT>(brush);

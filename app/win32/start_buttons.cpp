@@ -86,14 +86,14 @@ Rect clientOf(HWND window) {
 }
 
 void drawLine(Canvas& canvas, std::string_view text, const Rect& box, const Font& font,
-              Colour colour) {
+              Color color) {
   if (box.height <= 0) return;
   const std::string shown = shortened(canvas, text, font, box.width);
-  canvas.text(shown, box, font, colour, Align::centre);
+  canvas.text(shown, box, font, color, Align::center);
 }
 
-void fill(HDC target, const RECT& area, Colour colour) {
-  SetDCBrushColor(target, colour);
+void fill(HDC target, const RECT& area, Color color) {
+  SetDCBrushColor(target, color);
   FillRect(target, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 

@@ -165,7 +165,7 @@ bool MainWindow::openDialog(Command command) {
 bool MainWindow::openFinder() {
   FinderSetup setup;
   setup.makePort = app_->platform.makePort;
-  setup.night = app_->scheme == ColourScheme::night;
+  setup.night = app_->scheme == ColorScheme::night;
   const HINSTANCE resources =
       setting_.language != nullptr ? setting_.language->ofDialog(DIALOG_FINDER) : setting_.instance;
   findReceiver(*app_, resources, window_, setup);

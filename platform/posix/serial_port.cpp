@@ -49,7 +49,7 @@ PortError openError(int error) {
     case ENOTDIR:
     case EISDIR:
     case EIO:  // a port number that the driver lists without hardware
-      return PortError::notThere;
+      return PortError::notFound;
     case EBUSY:
     case EWOULDBLOCK: return PortError::busy;
     case EACCES:

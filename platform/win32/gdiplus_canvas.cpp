@@ -9,9 +9,9 @@
 namespace vgps {
 namespace {
 
-Gdiplus::Color gdiplusColour(Colour colour) {
-  return Gdiplus::Color(static_cast<BYTE>(colour), static_cast<BYTE>(colour >> 8),
-                        static_cast<BYTE>(colour >> 16));
+Gdiplus::Color gdiplusColor(Color color) {
+  return Gdiplus::Color(static_cast<BYTE>(color), static_cast<BYTE>(color >> 8),
+                        static_cast<BYTE>(color >> 16));
 }
 
 Gdiplus::RectF gdiplusRect(const Rect& rect) {
@@ -82,63 +82,63 @@ void GdiplusCanvas::check(Gdiplus::Status status) {
   if (status_ == Gdiplus::Ok) status_ = status;
 }
 
-void GdiplusCanvas::clear(Colour colour) { check(graphics_.Clear(gdiplusColour(colour))); }
+void GdiplusCanvas::clear(Color color) { check(graphics_.Clear(gdiplusColor(color))); }
 
 void GdiplusCanvas::line(Point from, Point to, const Pen& pen) {
-  const Gdiplus::Pen drawn(gdiplusColour(pen.colour), pen.width);
+  const Gdiplus::Pen drawn(gdiplusColor(pen.color), pen.width);
   check(drawn.GetLastStatus());
   check(graphics_.DrawLine(&drawn, from.x, from.y, to.x, to.y));
 }
 
 void GdiplusCanvas::polyline(std::span<const Point> points, const Pen& pen) {
   if (points.size() < 2) return;
-  const Gdiplus::Pen drawn(gdiplusColour(pen.colour), pen.width);
+  const Gdiplus::Pen drawn(gdiplusColor(pen.color), pen.width);
   const auto converted = gdiplusPoints(points);
   check(drawn.GetLastStatus());
   check(graphics_.DrawLines(&drawn, converted.data(), static_cast<INT>(converted.size())));
 }
 
-void GdiplusCanvas::fillRect(const Rect& rect, Colour colour) {
-  const Gdiplus::SolidBrush brush(gdiplusColour(colour));
+void GdiplusCanvas::fillRect(const Rect& rect, Color color) {
+  const Gdiplus::SolidBrush brush(gdiplusColor(color));
   check(brush.GetLastStatus());
   check(graphics_.FillRectangle(&brush, gdiplusRect(rect)));
 }
 
-void GdiplusCanvas::fillPolygon(std::span<const Point> points, Colour colour) {
+void GdiplusCanvas::fillPolygon(std::span<const Point> points, Color color) {
   if (points.size() < 3) return;
-  const Gdiplus::SolidBrush brush(gdiplusColour(colour));
+  const Gdiplus::SolidBrush brush(gdiplusColor(color));
   const auto converted = gdiplusPoints(points);
   check(brush.GetLastStatus());
   check(graphics_.FillPolygon(&brush, converted.data(), static_cast<INT>(converted.size())));
 }
 
 void GdiplusCanvas::ellipse(const Rect& box, const Pen& pen) {
-  const Gdiplus::Pen drawn(gdiplusColour(pen.colour), pen.width);
+  const Gdiplus::Pen drawn(gdiplusColor(pen.color), pen.width);
   check(drawn.GetLastStatus());
   check(graphics_.DrawEllipse(&drawn, gdiplusRect(box)));
 }
 
-void GdiplusCanvas::fillEllipse(const Rect& box, Colour colour) {
-  const Gdiplus::SolidBrush brush(gdiplusColour(colour));
+void GdiplusCanvas::fillEllipse(const Rect& box, Color color) {
+  const Gdiplus::SolidBrush brush(gdiplusColor(color));
   check(brush.GetLastStatus());
   check(graphics_.FillEllipse(&brush, gdiplusRect(box)));
 }
 
 // Implementations of GDI+ differ in how they clip text to its box: by whole letters or not at all.
 // So this function positions the text itself and clips only if it does not fit.
-void GdiplusCanvas::text(std::string_view text, const Rect& box, const Font& font, Colour colour,
+void GdiplusCanvas::text(std::string_view text, const Rect& box, const Font& font, Color color,
                          Align align) {
   const Gdiplus::Font* const drawn = fonts_.get(font);
   if (drawn == nullptr) {
     check(Gdiplus::FontFamilyNotFound);
     return;
   }
-  const Gdiplus::SolidBrush brush(gdiplusColour(colour));
+  const Gdiplus::SolidBrush brush(gdiplusColor(color));
   check(brush.GetLastStatus());
   const std::wstring wide = wideFromUtf8(text);
   const Gdiplus::RectF size = measure(wide, *drawn);
   const float rest = box.width - size.Width;
-  const float left = align == Align::left ? 0 : align == Align::centre ? rest / 2 : rest;
+  const float left = align == Align::left ? 0 : align == Align::center ? rest / 2 : rest;
   const bool clipped = rest < 0 || size.Height > box.height;
   if (clipped) check(graphics_.SetClip(gdiplusRect(box)));
   check(graphics_.DrawString(wide.c_str(), static_cast<INT>(wide.size()), drawn,

@@ -50,14 +50,14 @@ class GdiplusCanvas : public Canvas {
   GdiplusCanvas(HDC target, int width, int height, GdiplusFonts& fonts);
 
   Rect bounds() const override { return bounds_; }
-  void clear(Colour colour) override;
+  void clear(Color color) override;
   void line(Point from, Point to, const Pen& pen) override;
   void polyline(std::span<const Point> points, const Pen& pen) override;
-  void fillRect(const Rect& rect, Colour colour) override;
-  void fillPolygon(std::span<const Point> points, Colour colour) override;
+  void fillRect(const Rect& rect, Color color) override;
+  void fillPolygon(std::span<const Point> points, Color color) override;
   void ellipse(const Rect& box, const Pen& pen) override;
-  void fillEllipse(const Rect& box, Colour colour) override;
-  void text(std::string_view text, const Rect& box, const Font& font, Colour colour,
+  void fillEllipse(const Rect& box, Color color) override;
+  void text(std::string_view text, const Rect& box, const Font& font, Color color,
             Align align) override;
   float textWidth(std::string_view text, const Font& font) override;
 

@@ -118,7 +118,7 @@ std::string instanceOf(HDEVINFO devices, SP_DEVINFO_DATA& device) {
 
 // USB\VID_067B&PID_2303\5&2A5B7C9D&0&3: for devices without a serial number, Windows makes up the
 // last part, which then contains "&".
-std::string makeOf(const std::string& instance) {
+std::string modelIdOf(const std::string& instance) {
   const size_t last = instance.rfind('\\');
   const bool madeUp = instance.starts_with("USB\\") && instance.find('&', last) != instance.npos;
   return madeUp ? instance.substr(0, last) : std::string();
@@ -135,7 +135,7 @@ void addDescriptions(Devices& ports) {
     if (isPortName(name)) {
       const std::string instance = instanceOf(devices, device);
       ports[utf8FromWide(name)] = {withoutPortName(textOf(devices, device), name), instance,
-                                   makeOf(instance)};
+                                   modelIdOf(instance)};
     }
   }
   SetupDiDestroyDeviceInfoList(devices);

@@ -28,7 +28,7 @@ PortError openError(DWORD error) {
     case ERROR_BAD_PATHNAME:
     case ERROR_DEV_NOT_EXIST:
     case ERROR_GEN_FAILURE:  // a Bluetooth port whose device is out of reach
-    case ERROR_SEM_TIMEOUT: return PortError::notThere;
+    case ERROR_SEM_TIMEOUT: return PortError::notFound;
     // Only one program can open a port; ports have no other access rights.
     case ERROR_ACCESS_DENIED:
     case ERROR_SHARING_VIOLATION:

@@ -46,7 +46,7 @@ TEST(MonitorView, SaysHowItStandsTheWorstFirst) {
        "data is arriving from /dev/ttyUSB0, but no NMEA sentences; is 9600 baud correct?"},
       {with([](auto& s) { s.line = MonitorStatus::Line::failed, s.error = PortError::busy; }), fix,
        "not connected: /dev/ttyUSB0 is in use by another program"},
-      {with([](auto& s) { s.line = MonitorStatus::Line::failed, s.error = PortError::notThere; }),
+      {with([](auto& s) { s.line = MonitorStatus::Line::failed, s.error = PortError::notFound; }),
        fix, "not connected: /dev/ttyUSB0 was not found"},
       {with([](auto& s) {
          s.line = MonitorStatus::Line::failed, s.error = PortError::noPermission;

@@ -255,9 +255,9 @@ TEST(Readout, AStrongerSignalHasAHigherBar) {
     scene.view = view;
     RecordingCanvas canvas(800, 480);
     drawReadout(canvas, scene);
-    const Colour colour = scene.palette.systems[static_cast<size_t>(SatelliteSystem::gps)];
+    const Color color = scene.palette.systems[static_cast<size_t>(SatelliteSystem::gps)];
     for (const auto& fill : canvas.fills) {
-      if (fill.colour == colour) return fill.box.height;
+      if (fill.color == color) return fill.box.height;
     }
     return 0.f;
   };
@@ -294,7 +294,7 @@ TEST(Readout, EachValueFadesAndBecomesDashesByItsOwnAge) {
             const auto* const found = canvas.find(text);
             EXPECT_EQ(found != nullptr, !ages || age <= 30000) << text << " at " << age;
             if (found == nullptr) continue;
-            EXPECT_EQ(found->colour == scene.palette.staleValue, ages && age > 5000)
+            EXPECT_EQ(found->color == scene.palette.staleValue, ages && age > 5000)
                 << text << " at " << age;
           }
         }
@@ -313,8 +313,8 @@ TEST(Readout, ANewMaximumIsPointedOut) {
     scene.newMaxSpeed = isNew;
     RecordingCanvas canvas(800, 480);
     drawReadout(canvas, scene);
-    EXPECT_EQ(canvas.find("max 100.00")->colour, isNew ? scene.palette.good : scene.palette.label);
-    EXPECT_EQ(canvas.find("max 200.00m")->colour, scene.palette.label);
+    EXPECT_EQ(canvas.find("max 100.00")->color, isNew ? scene.palette.good : scene.palette.label);
+    EXPECT_EQ(canvas.find("max 200.00m")->color, scene.palette.label);
   }
 }
 

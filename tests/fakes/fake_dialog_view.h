@@ -20,14 +20,14 @@ class FakeDialogView : public DialogView {
     bool enabled = true;
     std::vector<std::string> items;
     int selected = -1;
-    Colour colour = 0;
+    Color color = 0;
   };
   std::map<uint16_t, Control> controls;
   std::set<uint16_t> missing;
 
   // What the person answers; nothing: gives up.
   std::optional<std::string> path;
-  std::optional<Colour> chosenColour;
+  std::optional<Color> chosenColor;
   std::vector<std::string> asked;   // "Image files|*.png|current"
   std::vector<std::string> played;  // file or name
   std::vector<std::string> told;
@@ -44,8 +44,8 @@ class FakeDialogView : public DialogView {
   }
   void select(uint16_t control, int item) override { controls[control].selected = item; }
   int selected(uint16_t control) override { return controls[control].selected; }
-  void setColour(uint16_t control, Colour colour) override { controls[control].colour = colour; }
-  Colour colour(uint16_t control) override { return controls[control].colour; }
+  void setColor(uint16_t control, Color color) override { controls[control].color = color; }
+  Color color(uint16_t control) override { return controls[control].color; }
   void enable(uint16_t control, bool enabled) override { controls[control].enabled = enabled; }
   void showNote(std::string_view text) override { note = text; }
 
@@ -58,9 +58,9 @@ class FakeDialogView : public DialogView {
     asked.push_back("folder|" + current);
     return path;
   }
-  std::optional<Colour> chooseColour(Colour current) override {
-    asked.push_back("colour|" + std::to_string(current));
-    return chosenColour;
+  std::optional<Color> chooseColor(Color current) override {
+    asked.push_back("color|" + std::to_string(current));
+    return chosenColor;
   }
   void playSound(const std::string& file, const char* name) override {
     played.push_back(file.empty() ? name : file);

@@ -68,7 +68,7 @@ class FakeSerialPort : public SerialPort {
 
   PortError open(const std::string& path) override {
     const std::shared_ptr<FakeLine> found = lines_->find(path);
-    if (found == nullptr) return PortError::notThere;
+    if (found == nullptr) return PortError::notFound;
     std::unique_lock lock(found->mutex);
     ++found->opening;
     found->changed.wait(lock, [&] { return !found->openBlocks; });

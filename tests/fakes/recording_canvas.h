@@ -16,11 +16,11 @@ class RecordingCanvas : public Canvas {
     Rect box;  // as given
     Rect ink;  // where the text itself stands in it
     Font font;
-    Colour colour = 0;
+    Color color = 0;
   };
   struct Fill {
     Rect box;
-    Colour colour = 0;
+    Color color = 0;
   };
 
   RecordingCanvas(float width, float height) : bounds_{0, 0, width, height} {}
@@ -30,22 +30,21 @@ class RecordingCanvas : public Canvas {
   int lines = 0;
 
   Rect bounds() const override { return bounds_; }
-  void clear(Colour colour) override { fills.push_back({bounds_, colour}); }
+  void clear(Color color) override { fills.push_back({bounds_, color}); }
   void line(Point, Point, const Pen&) override { ++lines; }
   void polyline(std::span<const Point>, const Pen&) override { ++lines; }
-  void fillRect(const Rect& rect, Colour colour) override { fills.push_back({rect, colour}); }
-  void fillPolygon(std::span<const Point>, Colour) override {}
+  void fillRect(const Rect& rect, Color color) override { fills.push_back({rect, color}); }
+  void fillPolygon(std::span<const Point>, Color) override {}
   void ellipse(const Rect&, const Pen&) override { ++lines; }
-  void fillEllipse(const Rect& box, Colour colour) override { fills.push_back({box, colour}); }
+  void fillEllipse(const Rect& box, Color color) override { fills.push_back({box, color}); }
 
-  void text(std::string_view text, const Rect& box, const Font& font, Colour colour,
+  void text(std::string_view text, const Rect& box, const Font& font, Color color,
             Align align) override {
     const float width = textWidth(text, font);
     const float left = align == Align::left     ? box.x
-                       : align == Align::centre ? box.x + (box.width - width) / 2
+                       : align == Align::center ? box.x + (box.width - width) / 2
                                                 : box.x + box.width - width;
-    texts.push_back(
-        {std::string(text), box, {left, box.y, width, font.size * kLine}, font, colour});
+    texts.push_back({std::string(text), box, {left, box.y, width, font.size * kLine}, font, color});
   }
 
   float textWidth(std::string_view text, const Font& font) override {

@@ -26,7 +26,7 @@ class SpeakingPort : public SerialPort {
     const auto found = std::find_if(voices_.begin(), voices_.end(), [&](const auto& voice) {
       return devicePath(voice.first) == path;
     });
-    if (found == voices_.end()) return PortError::notThere;
+    if (found == voices_.end()) return PortError::notFound;
     voice_ = &found->second;
     std::this_thread::sleep_for(std::chrono::milliseconds(voice_->openMs));
     return voice_->error;

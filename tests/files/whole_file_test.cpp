@@ -20,7 +20,7 @@ TEST_F(WholeFiles, WholeFilesAndBadOnes) {
   EXPECT_TRUE(writeWholeFile(path_, "one"));
   EXPECT_TRUE(writeWholeFile(path_, "two, longer"));
   EXPECT_EQ(fileBytes(path_), "two, longer");
-  EXPECT_EQ(keepAsBad(path_, "damaged"), folder_ / "Ride.bad");
+  EXPECT_EQ(saveBadCopy(path_, "damaged"), folder_ / "Ride.bad");
   EXPECT_EQ(folder_.names(), (std::vector<std::string>{"Ride.XML", "Ride.bad"}));
   EXPECT_FALSE(writeWholeFile(folder_.path(), "a folder has that name"));
 }
@@ -79,20 +79,20 @@ TEST_F(WholeFiles, BadCopiesNeverReplaceOneAnother) {
   const std::string bad = folder_ / "Ride.bad";
   const std::string second = folder_ / "Ride-2.bad";
   const std::string third = folder_ / "Ride-3.bad";
-  EXPECT_EQ(keepAsBad(path_, "one"), bad);
-  EXPECT_EQ(keepAsBad(path_, "one"), bad) << "it is kept already";
-  EXPECT_EQ(keepAsBad(path_, "onetwo"), second);
+  EXPECT_EQ(saveBadCopy(path_, "one"), bad);
+  EXPECT_EQ(saveBadCopy(path_, "one"), bad) << "it is kept already";
+  EXPECT_EQ(saveBadCopy(path_, "onetwo"), second);
   std::ofstream(path_) << "one";
-  EXPECT_EQ(copyAsBad(path_), bad);
+  EXPECT_EQ(copyToBad(path_), bad);
   std::ofstream(path_) << "on";
-  EXPECT_EQ(copyAsBad(path_), third);
-  EXPECT_EQ(moveAsBad(path_), folder_ / "Ride-4.bad");
+  EXPECT_EQ(copyToBad(path_), third);
+  EXPECT_EQ(renameToBad(path_), folder_ / "Ride-4.bad");
   EXPECT_FALSE(fileExists(path_));
   EXPECT_EQ(fileBytes(bad) + "|" + fileBytes(second) + "|" + fileBytes(third), "one|onetwo|on");
   // A damaged file that has such a name itself is not its own copy.
-  EXPECT_EQ(copyAsBad(second), folder_ / "Ride-2-2.bad");
-  EXPECT_EQ(keepAsBad(bad, "one"), folder_ / "Ride-5.bad");
-  EXPECT_EQ(copyAsBad(folder_ / "none"), "");
+  EXPECT_EQ(copyToBad(second), folder_ / "Ride-2-2.bad");
+  EXPECT_EQ(saveBadCopy(bad, "one"), folder_ / "Ride-5.bad");
+  EXPECT_EQ(copyToBad(folder_ / "none"), "");
 }
 
 }  // namespace

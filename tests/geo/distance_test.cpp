@@ -8,7 +8,7 @@
 namespace vgps {
 namespace {
 
-double kilometres(double lon1, double lat1, double lon2, double lat2) {
+double kilometers(double lon1, double lat1, double lon2, double lat2) {
   return surfaceDistance(static_cast<float>(lon1), static_cast<float>(lat1),
                          static_cast<float>(lon2), static_cast<float>(lat2), 0, 0);
 }
@@ -45,8 +45,8 @@ TEST(Distance, DependsOnWhichPointComesFirst) {
       {10, 50, 10.00014, 50, 0.010007810201060162, 0.010007810201060162},
   };
   for (const auto& row : rows) {
-    expectNear(kilometres(row.lon1, row.lat1, row.lon2, row.lat2), row.there);
-    expectNear(kilometres(row.lon2, row.lat2, row.lon1, row.lat1), row.back);
+    expectNear(kilometers(row.lon1, row.lat1, row.lon2, row.lat2), row.there);
+    expectNear(kilometers(row.lon2, row.lat2, row.lon1, row.lat1), row.back);
   }
 }
 
@@ -65,7 +65,7 @@ TEST(Distance, UnitsAndHeight) {
   const Position a{11.516667, 48.1173, 545};
   const Position b{11.526667, 48.1173, 645};
   EXPECT_EQ(pointDistance(a, b, 0, 0, true), at(0, 0));
-  EXPECT_EQ(pointDistance(a, b, 0, 0, false), kilometres(a.x, a.y, b.x, b.y));
+  EXPECT_EQ(pointDistance(a, b, 0, 0, false), kilometers(a.x, a.y, b.x, b.y));
 }
 
 TEST(Distance, SecondsToGo) {

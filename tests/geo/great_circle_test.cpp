@@ -41,7 +41,7 @@ TEST(GreatCircle, DestinationAndOffsetsAgree) {
     EXPECT_NEAR(offset.acrossKm, 3, 1e-3);
     EXPECT_NEAR(offset.alongKm, km / 2, 2e-3);
   }
-  // One metre along, twenty beside.
+  // One meter along, twenty beside.
   const TrackOffset near = offsetFromLeg(
       {0, 0, 0}, {1, 0, 0}, {0.001 / 111.19492578320205, -0.02 / 111.19492578320205, 0});
   EXPECT_NEAR(near.alongKm, 0.001, 1e-8);
@@ -54,15 +54,15 @@ TEST(GreatCircle, DestinationAndOffsetsAgree) {
 TEST(GreatCircle, EnclosedAreas) {
   const std::vector<Position> octant = {{0, 0, 0}, {90, 0, 0}, {90, 90, 0}, {0, 90, 0}};
   const double sphere = 4 * std::numbers::pi * 6371000.0 * 6371000.0;
-  EXPECT_NEAR(enclosedArea(octant).squareMetres, sphere / 8, 1);
+  EXPECT_NEAR(enclosedArea(octant).squareMeters, sphere / 8, 1);
   const std::vector<Position> square = {
       {179.5, 0, 0}, {-179.5, 0, 0}, {-179.5, 1, 0}, {179.5, 1, 0}};
   EXPECT_NEAR(enclosedArea(square).squareDegrees, 1, 1e-9);
-  EXPECT_NEAR(enclosedArea(square).squareMetres, 111194.9 * 111194.9, 2e6);
+  EXPECT_NEAR(enclosedArea(square).squareMeters, 111194.9 * 111194.9, 2e6);
   const std::vector<Position> reversed(square.rbegin(), square.rend());
-  EXPECT_NEAR(enclosedArea(reversed).squareMetres, enclosedArea(square).squareMetres, 1);
-  EXPECT_EQ(enclosedArea(std::span(square).first(2)).squareMetres, 0);
-  EXPECT_EQ(areaText({.squareDegrees = 1, .squareMetres = 12363683990.2614}),
+  EXPECT_NEAR(enclosedArea(reversed).squareMeters, enclosedArea(square).squareMeters, 1);
+  EXPECT_EQ(enclosedArea(std::span(square).first(2)).squareMeters, 0);
+  EXPECT_EQ(areaText({.squareDegrees = 1, .squareMeters = 12363683990.2614}),
             "1.000 deg^2\r\n12363683990.261 m^2");
 }
 

@@ -19,7 +19,7 @@ TEST(Units, KnotsInAllUnits) {
 }
 
 TEST(Units, DistancesAndAltitudes) {
-  EXPECT_EQ(distanceInUnit(100, kKilometres), 100);
+  EXPECT_EQ(distanceInUnit(100, kKilometers), 100);
   EXPECT_EQ(distanceInUnit(100, kMiles), 62.137119008106275);
   EXPECT_EQ(distanceInUnit(100, kNauticalMiles), 53.995680401181744);
   EXPECT_EQ(distanceInUnit(100, 3), 0);
@@ -35,14 +35,14 @@ TEST(Units, Texts) {
   EXPECT_EQ(speedText(11.523554605695949, kMps), "11.52 m/s");
   EXPECT_EQ(speedText(25.777459080739511, kMph), "25.78 MpH");
   EXPECT_EQ(speedText(1, 4), "");
-  EXPECT_EQ(distanceText(509.1481833889535, kKilometres), "509.15 Km");
+  EXPECT_EQ(distanceText(509.1481833889535, kKilometers), "509.15 Km");
   EXPECT_EQ(distanceText(1, kMiles), "1.00 Mi");
   EXPECT_EQ(distanceText(1, kNauticalMiles), "1.00 Nmi");
-  EXPECT_EQ(altitudeText(545, kMetres), "545.00m");
+  EXPECT_EQ(altitudeText(545, kMeters), "545.00m");
   EXPECT_EQ(altitudeText(altitudeInUnit(545, kInches), kInches), "21456.65i");
   EXPECT_EQ(altitudeText(altitudeInUnit(545, kFeet), kFeet), "1787.60f");
   EXPECT_EQ(altitudeStatisticsText(altitudeInUnit(545, kFeet), kFeet), "1787.60ft");
-  EXPECT_EQ(altitudeStatisticsText(100, kMetres), "100.00m");
+  EXPECT_EQ(altitudeStatisticsText(100, kMeters), "100.00m");
   EXPECT_EQ(hoursMinutesText(3905), "01:05");
   EXPECT_EQ(hoursMinutesText(100 * 3600), "100:00");
   EXPECT_EQ(shareText(12.5), "12.50%");

@@ -18,7 +18,7 @@ TEST(Connection, AMissingPortFailsWithoutASound) {
   GpsWorld world;
   world.fix.setPort("COM3", 9600);
   EXPECT_FALSE(world.fix.open(false, false, false, false));
-  EXPECT_EQ(world.fix.portError, PortError::notThere);
+  EXPECT_EQ(world.fix.portError, PortError::notFound);
   EXPECT_FALSE(world.fix.running);
   EXPECT_TRUE(world.hooks.sounds.empty());
   EXPECT_FALSE(world.fix.close(false));

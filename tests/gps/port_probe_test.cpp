@@ -33,12 +33,12 @@ TEST(PortProbe, WhatTheBytesAre) {
       {"a few bad bytes before a receiver", "\xFF\xFE" + rmc + rmc, ProbeResult::found, "GN"},
   };
   for (const auto& row : rows) {
-    const ProbeAnswer answer = judgeBytes(row.bytes, 1000);
+    const ProbeReport answer = classifyBytes(row.bytes, 1000);
     EXPECT_EQ(answer.result, row.result) << row.about;
     EXPECT_EQ(answer.talker, row.talker) << row.about;
     EXPECT_STRNE(probeResultName(answer.result), "");
   }
-  EXPECT_EQ(judgeBytes(rmc + depth + depth, 2000).sentencesPerSecond, 1.5);
+  EXPECT_EQ(classifyBytes(rmc + depth + depth, 2000).sentencesPerSecond, 1.5);
 }
 
 TEST(PortProbe, WhatOpeningSays) {
@@ -60,7 +60,7 @@ TEST(PortProbe, WhatOpeningSays) {
     EXPECT_EQ(line.closes, row.error == PortError::none ? 1 : 0);
   }
   FakePorts none;
-  EXPECT_EQ(probePort(*none.make(), "COM3", 4800, 10).result, ProbeResult::notThere);
+  EXPECT_EQ(probePort(*none.make(), "COM3", 4800, 10).result, ProbeResult::notFound);
 }
 
 TEST(PortProbe, ListensUntilTheTimeIsOver) {

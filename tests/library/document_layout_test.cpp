@@ -121,7 +121,7 @@ TEST(DocumentLayout, PlainPointsAreWhatTheTreeSays) {
     const TrackSummary slow = summaryOfText("<t>" + points + end, 1);
     EXPECT_FALSE(slow.damaged) << points;
     EXPECT_EQ(quick.points, slow.points) << points;
-    EXPECT_EQ(quick.kilometres, slow.kilometres) << points;
+    EXPECT_EQ(quick.kilometers, slow.kilometers) << points;
     EXPECT_EQ(quick.seconds, slow.seconds) << points;
     EXPECT_EQ(quick.date, slow.date) << points;
     EXPECT_EQ(quick.bounds.west, slow.bounds.west) << points;

@@ -85,7 +85,7 @@ TEST_P(EitherLibrary, ChangesAndTheirUndo) {
     EXPECT_EQ(contentsOf(library_), kThree);
     EXPECT_EQ(contentsAt(path_), kThree);
     EXPECT_FALSE(library_.canUndo());
-    EXPECT_EQ(library_.undo(), LibraryResult::notThere);
+    EXPECT_EQ(library_.undo(), LibraryResult::notFound);
   }
 }
 
@@ -93,15 +93,15 @@ TEST_P(EitherLibrary, WhatCannotBeDoneChangesNothing) {
   addThree();
   const RecordingOptions options;
   Track track;
-  EXPECT_EQ(library_.rename(3, "x"), LibraryResult::notThere);
+  EXPECT_EQ(library_.rename(3, "x"), LibraryResult::notFound);
   EXPECT_EQ(library_.rename(0, " \t"), LibraryResult::noName);
-  EXPECT_EQ(library_.remove(3), LibraryResult::notThere);
-  EXPECT_EQ(library_.load(3, 0, track), LibraryResult::notThere);
-  EXPECT_EQ(library_.join(1, 1, options), LibraryResult::notThere);
-  EXPECT_EQ(library_.join(1, 3, options), LibraryResult::notThere);
-  EXPECT_EQ(library_.split(1, 0, options), LibraryResult::notThere);
-  EXPECT_EQ(library_.split(1, 4, options), LibraryResult::notThere);
-  EXPECT_EQ(library_.reverse(3, options), LibraryResult::notThere);
+  EXPECT_EQ(library_.remove(3), LibraryResult::notFound);
+  EXPECT_EQ(library_.load(3, 0, track), LibraryResult::notFound);
+  EXPECT_EQ(library_.join(1, 1, options), LibraryResult::notFound);
+  EXPECT_EQ(library_.join(1, 3, options), LibraryResult::notFound);
+  EXPECT_EQ(library_.split(1, 0, options), LibraryResult::notFound);
+  EXPECT_EQ(library_.split(1, 4, options), LibraryResult::notFound);
+  EXPECT_EQ(library_.reverse(3, options), LibraryResult::notFound);
   EXPECT_EQ(contentsAt(path_), kThree);
 }
 
@@ -114,7 +114,7 @@ TEST_P(EitherLibrary, TheListSaysWhatATrackIs) {
     const TrackSummary& summary = other.tracks()[0];
     EXPECT_EQ(summary.name, "Ride");
     EXPECT_EQ(summary.points, 7U);
-    EXPECT_NEAR(summary.kilometres, 6 * 0.0742, 0.001);  // at 48 degrees north
+    EXPECT_NEAR(summary.kilometers, 6 * 0.0742, 0.001);  // at 48 degrees north
     EXPECT_EQ(summary.seconds, 60);
     EXPECT_EQ(summary.date.day, 5);
     EXPECT_EQ(summary.date.hour, 9);

@@ -79,29 +79,29 @@ TEST_F(Waypoints, Changes) {
   };
   const Waypoint lake{.name = "Lake", .x = 5, .y = 6, .z = 7};
   const auto done = LibraryResult::done;
-  const auto notThere = LibraryResult::notThere;
+  const auto notFound = LibraryResult::notFound;
   const StoredWaypoint two[] = {{lake, 1}, {lake, kNoCategory}};
   const StoredWaypoint wrong[] = {{lake, 1}, {lake, 7}};
   const char* const same = "Home | Huts: Camp, Peak";
   const Row rows[] = {
       {"add", [&](Library& l) { return l.add(lake); }, done, "Home | Huts: Camp, Peak | Lake"},
       {"add to", [&](Library& l) { return l.add(lake, 0); }, done, "Home | Huts: Camp, Peak, Lake"},
-      {"add to none", [&](Library& l) { return l.add(lake, 2); }, notThere, same},
+      {"add to none", [&](Library& l) { return l.add(lake, 2); }, notFound, same},
       {"add two", [&](Library& l) { return l.add(two); }, done,
        "Home | Huts: Camp, Peak | None: Lake | Lake"},
-      {"all or none", [&](Library& l) { return l.add(wrong); }, notThere, same},
+      {"all or none", [&](Library& l) { return l.add(wrong); }, notFound, same},
       {"edit", [&](Library& l) { return l.edit(1, lake); }, done, "Home | Huts: Lake, Peak"},
-      {"edit none", [&](Library& l) { return l.edit(3, lake); }, notThere, same},
+      {"edit none", [&](Library& l) { return l.edit(3, lake); }, notFound, same},
       {"remove", [](Library& l) { return l.remove(0); }, done, "Huts: Camp, Peak"},
       {"move in", [](Library& l) { return l.move(0, 0); }, done, "Huts: Camp, Peak, Home"},
       {"move out", [](Library& l) { return l.move(1, kNoCategory); }, done,
        "Home | Huts: Peak | Camp"},
-      {"move nowhere", [](Library& l) { return l.move(1, 2); }, notThere, same},
+      {"move nowhere", [](Library& l) { return l.move(1, 2); }, notFound, same},
       {"rename", [](Library& l) { return l.renameCategory(0, "A"); }, done, "Home | A: Camp, Peak"},
       {"no name", [](Library& l) { return l.renameCategory(0, ""); }, LibraryResult::noName, same},
       {"dissolve", [](Library& l) { return l.removeCategory(0, false); }, done, "Home, Camp, Peak"},
       {"remove all of", [](Library& l) { return l.removeCategory(0, true); }, done, "Home"},
-      {"remove none", [](Library& l) { return l.removeCategory(2, true); }, notThere, same},
+      {"remove none", [](Library& l) { return l.removeCategory(2, true); }, notFound, same},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);

@@ -127,7 +127,7 @@ TEST(Thinning, ThreeSidesTogether) {
     for (int i = 0; i < 3; ++i) track.points.push_back(pointAt(10 + i * row.step, 50));
     track.points[1].m = 1;  // the second pass keeps it
     RecordingOptions options;
-    options.normalizeMetres = 0;
+    options.normalizeMeters = 0;
     normalize(track, options);
     EXPECT_EQ(track.points.size(), row.left) << row.step;
   }

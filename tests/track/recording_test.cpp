@@ -37,7 +37,7 @@ TEST(Recording, WhichFixesBecomePoints) {
       {"across north", {{359}, {1}}, "RR"},
       {"last course is cut", {{84.9}, {94.5}}, "RR"},
       {"last course is cut", {{84.9}, {74.5}}, "R."},
-      {"more than thirty metres", {{.altitude = 500}, {.altitude = 530}, {.altitude = 470}}, "R.."},
+      {"more than thirty meters", {{.altitude = 500}, {.altitude = 530}, {.altitude = 470}}, "R.."},
       {"up or down", {{.altitude = 500}, {.altitude = 530.5}, {.altitude = 500}}, "RRR"},
       {"below 5 km/h not", {{90}, {.course = 180, .kmh = 4.999}, {.course = 180, .kmh = 5}}, "R.R"},
       {"a slow fix leaves the deviation", {{90}, {.course = 70, .kmh = 4}, {95}}, "R.."},
@@ -73,7 +73,7 @@ TEST(Recording, JumpsAreLeftOutWhereThatIsWanted) {
   for (const bool wanted : {true, false}) {
     RecordingWorld world;
     world.options.jumpFilter = wanted;
-    world.options.everyMetres = 1;
+    world.options.everyMeters = 1;
     ASSERT_TRUE(world.recording.start());
     size_t left = 0;
     for (const Row& row : rows) {

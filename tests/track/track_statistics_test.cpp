@@ -41,7 +41,7 @@ TEST(TrackStatistics, TimesAndWays) {
   EXPECT_NEAR(all.movingKmh(), 20.0, 0.05);
   EXPECT_EQ(all.times->first.hour, 23);
   EXPECT_EQ(all.times->last.hour, 0);
-  EXPECT_EQ(all.greatestKmh, 13.5);
+  EXPECT_EQ(all.maxKmh, 13.5);
 }
 
 TEST(TrackStatistics, WhatIsNotKnown) {
@@ -73,7 +73,7 @@ TEST(TrackStatistics, ClimbsWithoutTheNoise) {
       {"a cliff", {0, 10, -50}, 10, 60},
       {"a valley first", {50, 20, 20, 24, 60}, 40, 30},
       {"stairs in noise", {0, 4, 1, 8, 5, 12, 9, 16, 13}, 16, 0},
-      {"exactly five metres are noise", {10, 15, 10}, 0, 0},
+      {"exactly five meters are noise", {10, 15, 10}, 0, 0},
   };
   for (const auto& row : rows) {
     Track track;

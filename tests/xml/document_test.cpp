@@ -94,7 +94,7 @@ TEST_F(XmlFile, Utf16NamesAndFiles) {
   }
 }
 
-TEST_F(XmlFile, ByteOrderMarksAreRecognised) {
+TEST_F(XmlFile, ByteOrderMarksAreRecognized) {
   // Long enough that pieces of the file end within units and pairs.
   std::string value;
   for (int i = 0; i < 60000; ++i) value += i % 3 == 0 ? "\xF0\x9F\x98\x80" : "x";

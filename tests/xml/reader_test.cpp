@@ -113,7 +113,7 @@ TEST(XmlReader, TheWindowShowsNowhere) {
          {size_t{3}, size_t{4}, size_t{7}, size_t{16}, size_t{61}, size_t{5000}}) {
       XmlTree tree;
       tree.text.open();
-      XmlOutside outside;
+      XmlPrologue outside;
       std::string_view rest = text;
       const XmlSource source{[](void* from, char* to, size_t size) {
                                auto& view = *static_cast<std::string_view*>(from);

@@ -18,7 +18,7 @@ namespace {
 constexpr Command kMap = Command::mapOptions, kSpeed = Command::speedOptions,
                   kDisplay = Command::settings, kRecord = Command::recordingOptions,
                   kDistance = Command::distanceViews, kTracking = Command::liveTracking,
-                  kPlay = Command::playbackOptions, kColours = Command::colors,
+                  kPlay = Command::playbackOptions, kColors = Command::colors,
                   kCamera = Command::cameraBox, kSounds = Command::sounds,
                   kMap3d = Command::map3dOptions;
 
@@ -92,7 +92,7 @@ TEST_F(DialogRows, ConfirmingUntouchedKeepsEveryValue) {
       if (row.type == SettingType::string) {
         store_.set(row, std::string("of ") + row.key);
       } else {
-        store_.set(row, row.type == SettingType::colour ? 0x123456 : 1);
+        store_.set(row, row.type == SettingType::color ? 0x123456 : 1);
       }
     }
     settings_ = loadSettings(store_);
@@ -309,17 +309,17 @@ TEST_F(DialogRows, ListsShowTheStoredUnit) {
 }
 
 // 0x00BBGGRR in decimal.
-TEST_F(DialogRows, ColoursAreChosenAndStored) {
-  openWith(kColours, "<cc c4='255'/>");
-  EXPECT_EQ(at(CONTROL_COLOUR_SUCCESS).colour, 0xFF0000u);
+TEST_F(DialogRows, ColorsAreChosenAndStored) {
+  openWith(kColors, "<cc c4='255'/>");
+  EXPECT_EQ(at(CONTROL_COLOUR_SUCCESS).color, 0xFF0000u);
   press(CONTROL_COLOUR_FAILURE);  // given up
-  view_.chosenColour = 0x00FF8040;
+  view_.chosenColor = 0x00FF8040;
   press(CONTROL_COLOUR_ZONE);
-  EXPECT_EQ(view_.asked, (std::vector<std::string>{"colour|255", "colour|16711935"}));
+  EXPECT_EQ(view_.asked, (std::vector<std::string>{"color|255", "color|16711935"}));
   ok();
   EXPECT_EQ(stored("cfg\\cc", "c4"), "255");
   EXPECT_EQ(stored("cfg\\cc", "c7"), "16744512");
-  EXPECT_EQ(settings_.colourZone, 0xFF8040u);
+  EXPECT_EQ(settings_.colorZone, 0xFF8040u);
 }
 
 TEST_F(DialogRows, FilesAreChosenAndSoundsHeard) {
@@ -381,7 +381,7 @@ TEST_F(DialogRows, AnUnwritableDocumentIsTold) {
   confirmDialog(dialog, view_, context);
   ASSERT_EQ(view_.told.size(), 1u);
   EXPECT_NE(view_.told[0].find(nowhere.path()), std::string::npos);
-  EXPECT_EQ(settings_.reachMetres, 22) << "it holds until the end";
+  EXPECT_EQ(settings_.reachMeters, 22) << "it holds until the end";
   EXPECT_TRUE(nowhere.changed()) << "and is tried again";
 }
 

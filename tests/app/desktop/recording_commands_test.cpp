@@ -2,7 +2,7 @@
 
 #include "app/desktop/commands.h"
 #include "app/desktop/dialog_context.h"
-#include "app/desktop/keeping.h"
+#include "app/desktop/save_messages.h"
 #include "app/desktop/scene_of.h"
 #include "app/session/timers.h"
 #include "library/discarded_recordings.h"
@@ -204,12 +204,12 @@ TEST_F(RecordingCommands, TheLibraryTakesNoPlaceOfAnother) {
   for (const char* place : {"vgps.xml", "vgpstrack.journal", "vgpstrack-9.journal", "./vgps.xml"}) {
     app.settings.trackStorePath = place;
     world.window.errors.clear();
-    EXPECT_FALSE(tellLibrary(app, app.recorder.openLibrary())) << place;
+    EXPECT_FALSE(reportLibrary(app, app.recorder.openLibrary())) << place;
     ASSERT_EQ(world.window.errors.size(), 1U) << place;
     EXPECT_NE(world.window.errors[0].find("Choose another location"), std::string::npos) << place;
   }
   app.settings.trackStorePath = "vgpstrack-10.journal";
-  EXPECT_TRUE(tellLibrary(app, app.recorder.openLibrary())) << "no recording lies there";
+  EXPECT_TRUE(reportLibrary(app, app.recorder.openLibrary())) << "no recording lies there";
 }
 
 TEST_F(RecordingCommands, TheJournalSurvivesAnEndWithoutAnAnswer) {
@@ -383,7 +383,7 @@ TEST_F(RecordingCommands, ThisPositionIsRecordedAtOnce) {
   EXPECT_EQ(makeScene(app).trackWaiting, "");
   for (int i = 0; i < 4; ++i) world.receiveFix();
   EXPECT_EQ(app.recorder.track.points.size(), 3U);
-  app.recorder.options.everyMetres = 1000;  // a minute of latitude is more
+  app.recorder.options.everyMeters = 1000;  // a minute of latitude is more
   world.receiveFix();
   EXPECT_EQ(app.recorder.track.points.size(), 4U);
 }

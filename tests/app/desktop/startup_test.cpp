@@ -23,11 +23,11 @@ TEST(Startup, OnlyTheLowerHalfOfTheAnswerCounts) {
   EXPECT_FALSE(isOwnAnswer(0xFEFEFEFE00000000));
 }
 
-TEST(Startup, TheColoursAndTheUtcOffsetFollowTheLocalHour) {
-  const std::pair<uint16_t, ColourScheme> rows[] = {
-      {0, ColourScheme::night}, {5, ColourScheme::night}, {6, ColourScheme::day},
-      {12, ColourScheme::day},  {19, ColourScheme::day},  {20, ColourScheme::night},
-      {23, ColourScheme::night}};
+TEST(Startup, TheColorsAndTheUtcOffsetFollowTheLocalHour) {
+  const std::pair<uint16_t, ColorScheme> rows[] = {
+      {0, ColorScheme::night}, {5, ColorScheme::night}, {6, ColorScheme::day},
+      {12, ColorScheme::day},  {19, ColorScheme::day},  {20, ColorScheme::night},
+      {23, ColorScheme::night}};
   for (const auto& [hour, scheme] : rows) {
     AppWorld world;
     world.clock.localNow.hour = hour;
@@ -60,7 +60,7 @@ TEST(Startup, SettingsReachEveryPart) {
   EXPECT_EQ(recording.speed, 8);
   EXPECT_EQ(recording.angle, 9);
   EXPECT_EQ(recording.altitude, 10);
-  EXPECT_EQ(recording.normalizeMetres, 25);
+  EXPECT_EQ(recording.normalizeMeters, 25);
   EXPECT_EQ(recording.everyNth, 6);
   EXPECT_EQ(recording.bes, 7);
   EXPECT_EQ(recording.speedUnit, 1);
@@ -70,10 +70,10 @@ TEST(Startup, SettingsReachEveryPart) {
   EXPECT_FALSE(recording.recordCell || recording.drawPath);
 }
 
-// Colours are stored with blue in front: success is blue, failure red, and the camera's 255 is red.
-TEST(Startup, TheThirdSchemeIsDrawnInTheChosenColours) {
+// Colors are stored with blue in front: success is blue, failure red, and the camera's 255 is red.
+TEST(Startup, TheThirdSchemeIsDrawnInTheChosenColors) {
   EXPECT_EQ(rgb(0, 0, 255), 0xFF0000U);
-  EXPECT_EQ(Settings().cameraColour, rgb(255, 0, 0));
+  EXPECT_EQ(Settings().cameraColor, rgb(255, 0, 0));
   ProgramWorld world;
   world.folder.write("vgps.xml", "<root><cfg><cc c2=\"1122867\" c5=\"4660\"/></cfg></root>");
   startSettings(world.app);
@@ -85,15 +85,15 @@ TEST(Startup, TheThirdSchemeIsDrawnInTheChosenColours) {
     drawReadout(canvas, makeScene(world.app));
     return canvas;
   };
-  const auto filled = [&](const RecordingCanvas& canvas, Colour colour) {
+  const auto filled = [&](const RecordingCanvas& canvas, Color color) {
     return std::any_of(canvas.fills.begin(), canvas.fills.end(),
-                       [&](const auto& fill) { return fill.colour == colour; });
+                       [&](const auto& fill) { return fill.color == color; });
   };
   EXPECT_TRUE(filled(drawn(), rgb(0, 0, 255)));
   EXPECT_TRUE(filled(drawn(), 1122867));
   world.clock.now += 6000;
   EXPECT_TRUE(filled(drawn(), rgb(255, 0, 0))) << "no data";
-  EXPECT_EQ(drawn().find("Y: 48 7' 2.280''N")->colour, 4660U) << "an old value is gray";
+  EXPECT_EQ(drawn().find("Y: 48 7' 2.280''N")->color, 4660U) << "an old value is gray";
   world.app.fix.running = false;
 }
 
@@ -332,17 +332,17 @@ TEST(WindowPlaces, ScreenAndColorsComeBackAtTheNextStart) {
     uint16_t first;  // hour of the start at which night colors are chosen, or the day's left
     bool chooseNight;
     uint16_t next;
-    ColourScheme found;
+    ColorScheme found;
   } cases[] = {
-      {"chosen by day", 12, true, 12, ColourScheme::night},
-      {"brought by the hour alone", 22, false, 12, ColourScheme::day},
-      {"night hours are dark whatever was chosen", 12, false, 22, ColourScheme::night},
+      {"chosen by day", 12, true, 12, ColorScheme::night},
+      {"brought by the hour alone", 22, false, 12, ColorScheme::day},
+      {"night hours are dark whatever was chosen", 12, false, 22, ColorScheme::night},
   };
   for (const auto& row : cases) {
     ProgramWorld world;
     startAt(world, row.first);
     world.window.placeNow = {10, 20, 700, 400};
-    if (row.chooseNight) world.app.scheme = ColourScheme::night;
+    if (row.chooseNight) world.app.scheme = ColorScheme::night;
     world.app.currentScreen = Screen::statistics;
     rememberView(world.app);
     EXPECT_TRUE(endProgram(world.app));

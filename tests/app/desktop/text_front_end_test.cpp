@@ -66,10 +66,10 @@ std::string hotKeys() {
   return text;
 }
 
-std::string colourText(Colour colour) {
+std::string colorText(Color color) {
   char text[16];
-  std::snprintf(text, sizeof text, "#%02X%02X%02X", colour & 0xFF, colour >> 8 & 0xFF,
-                colour >> 16 & 0xFF);
+  std::snprintf(text, sizeof text, "#%02X%02X%02X", color & 0xFF, color >> 8 & 0xFF,
+                color >> 16 & 0xFF);
   return text;
 }
 
@@ -103,7 +103,7 @@ std::string fieldLine(const DialogField& field, FakeDialogView& view) {
       line = checkText(view.controls[field.switchControl]) + line + ' ' + boxText(control);
       break;
     case FieldKind::list: line += listText(control); break;
-    case FieldKind::colour: line += ' ' + colourText(control.colour); break;
+    case FieldKind::color: line += ' ' + colorText(control.color); break;
     case FieldKind::radio:
       for (const DialogChoice& choice : field.choices) {
         line += view.controls[choice.control].checked ? " (*) " : " ( ) ";

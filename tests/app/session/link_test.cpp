@@ -305,12 +305,12 @@ TEST_F(Reconnecting, SaysWhyThePortDoesNotOpen) {
 TEST_F(Reconnecting, ThePortIsLeftToOthersForAWhile) {
   ASSERT_TRUE(connectReceiver(app, {.port = "COM3"}));
   ASSERT_TRUE(receive(*line));
-  app.link.hold();
+  app.link.releasePort();
   EXPECT_EQ(line->number(&FakeLine::closes), 1);
   fiveSecondsPass(4);
   EXPECT_EQ(line->number(&FakeLine::opens), 1);
   EXPECT_TRUE(app.fix.running);
-  app.link.resume();
+  app.link.reclaimPort();
   EXPECT_TRUE(receive(*line));
   EXPECT_EQ(state(), ReceiverState::fix);
   EXPECT_EQ(app.gps.readers.liveReaders, 1);
@@ -321,7 +321,7 @@ TEST_F(Reconnecting, OnlyUnattendedIsAFirstOpeningTriedAgain) {
   EXPECT_FALSE(connectReceiver(app, {.port = "COM3"}));
   fiveSecondsPass(4);
   EXPECT_EQ(line->number(&FakeLine::opens), 1);
-  app.link.times = kUnattendedTimes;
+  app.link.times = kHeadlessLinkTimes;
   secondsPass(2);
   EXPECT_EQ(line->number(&FakeLine::opens), 3) << "each second";
   EXPECT_EQ(app.link.state(), Link::State::failed);
@@ -333,14 +333,14 @@ TEST_F(Reconnecting, OnlyUnattendedIsAFirstOpeningTriedAgain) {
 }
 
 TEST_F(Reconnecting, ADeviceThatHangsUpAtOnceIsLeftAloneForLonger) {
-  app.link.times = kUnattendedTimes;
+  app.link.times = kHeadlessLinkTimes;
   line->unplug();
   ASSERT_TRUE(app.link.open({.port = "COM3"}));
   for (int opens = 1; opens < 4; ++opens) {
     ASSERT_TRUE(serveUntil([&] { return app.fix.portFailed.load(); }));
     secondsPass(4);
     EXPECT_EQ(app.link.state(), Link::State::lost);
-    EXPECT_EQ(app.link.error(), PortError::notThere);
+    EXPECT_EQ(app.link.error(), PortError::notFound);
     EXPECT_EQ(line->number(&FakeLine::opens), opens);
     secondsPass();
     EXPECT_EQ(line->number(&FakeLine::opens), opens + 1);

@@ -1,6 +1,6 @@
 #include "track/track_simulation.h"
 
-#include "app/desktop/keeping.h"
+#include "app/desktop/save_messages.h"
 
 #include <gtest/gtest.h>
 

@@ -57,7 +57,7 @@ TEST_F(ConfigFile, MissingAndEmptyFilesGiveTheDefaults) {
     EXPECT_EQ(settings.fontFactor, 1.0F);
     EXPECT_EQ(settings.zScale, 0.01F);
     EXPECT_EQ(settings.mapsFolder, ".\\maps");
-    EXPECT_EQ(settings.colourSuccess, rgb(0, 0, 255)) << "blue";
+    EXPECT_EQ(settings.colorSuccess, rgb(0, 0, 255)) << "blue";
     EXPECT_TRUE(settings.tripDataSpeed);
   }
 }
@@ -102,7 +102,7 @@ TEST_F(ConfigFile, LongStringsAreCutBetweenCharacters) {
 TEST_F(ConfigFile, AGroupIsSavedAtOnceAndNothingElse) {
   ASSERT_TRUE(store_.open(path()));
   Settings settings;
-  settings.cameraColour = 0x00FF00;
+  settings.cameraColor = 0x00FF00;
   settings.fontFactor = 2.5F;  // of another group
   EXPECT_TRUE(saveSettings(store_, settings, SettingGroup::camera));
   EXPECT_EQ(
@@ -240,13 +240,13 @@ TEST_F(ConfigFile, AWriteThatComesUpShortLeavesTheOldText) {
     EXPECT_TRUE(store.open(path()));
     std::vector<std::string> told;
     const auto tell = [&](std::string_view text) { told.emplace_back(text); };
-    EXPECT_FALSE(store.tellSaveFailure(tell));
+    EXPECT_FALSE(store.reportSaveFailureOnce(tell));
     store.set(kPort, "COM3");
     EXPECT_FALSE(store.save());
     EXPECT_EQ(read(), before);
     EXPECT_EQ(folder_.has("vgps.xml"), !before.empty()) << "half a file would be a damaged one";
-    EXPECT_TRUE(store.tellSaveFailure(tell));
-    EXPECT_FALSE(store.tellSaveFailure(tell)) << "once";
+    EXPECT_TRUE(store.reportSaveFailureOnce(tell));
+    EXPECT_FALSE(store.reportSaveFailureOnce(tell)) << "once";
     EXPECT_EQ(told, std::vector<std::string>{"Cannot write the settings: " + path()});
     EXPECT_TRUE(store.save()) << "the next time";
     EXPECT_NE(read().find("COM3"), std::string::npos);
@@ -338,7 +338,7 @@ TEST_F(ConfigFile, ASaveThatIsStoppedAtAnyByteLeavesTheOldSettingsOrTheNew) {
 TEST_F(ConfigFile, AJournalThatIsNotWholeChangesNothing) {
   RedoJournal journal(path());
   ASSERT_EQ(journal.keep("<root><cfg><gps port=\"COM3\"/></cfg></root>"),
-            RedoJournal::Keeping::kept);
+            RedoJournal::SaveResult::kept);
   const std::string kept = folder_.read("vgps.xml.redo");
   for (size_t at = 0; at <= kept.size(); ++at) {
     for (const bool cut : {true, false}) {

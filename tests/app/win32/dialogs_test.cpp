@@ -100,9 +100,9 @@ void keepPicture(HWND window, const char* name) {
   out << "P6\n" << picture.width() << " " << picture.height() << "\n255\n";
   for (int y = 0; y < picture.height(); ++y) {
     for (int x = 0; x < picture.width(); ++x) {
-      const Colour colour = picture.at(x, y);
-      out.put(static_cast<char>(colour)).put(static_cast<char>(colour >> 8));
-      out.put(static_cast<char>(colour >> 16));
+      const Color color = picture.at(x, y);
+      out.put(static_cast<char>(color)).put(static_cast<char>(color >> 8));
+      out.put(static_cast<char>(color >> 16));
     }
   }
 }
@@ -317,18 +317,18 @@ TEST_F(SettingsDialogs, ReceiverBoxesShowPortsAndDisable) {
   EXPECT_EQ(settings_.epochSentenceSetting, 3);
 }
 
-TEST_F(SettingsDialogs, ColourButtonsShowTheirColour) {
+TEST_F(SettingsDialogs, ColorButtonsShowTheirColor) {
   Opened opened(context_, Command::colors);
   ASSERT_NE(opened.window(), nullptr);
   RedrawWindow(opened.window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
   const Picture picture = Picture::ofWindow(opened.window());
-  for (const auto& [number, colour] : {std::pair{CONTROL_COLOUR_SUCCESS, Colour{0xFF0000}},
-                                       std::pair{CONTROL_COLOUR_FAILURE, Colour{0x0000FF}},
-                                       std::pair{CONTROL_COLOUR_GRAY, Colour{0x969696}}}) {
+  for (const auto& [number, color] : {std::pair{CONTROL_COLOUR_SUCCESS, Color{0xFF0000}},
+                                      std::pair{CONTROL_COLOUR_FAILURE, Color{0x0000FF}},
+                                      std::pair{CONTROL_COLOUR_GRAY, Color{0x969696}}}) {
     RECT area{};
     GetWindowRect(opened.control(number), &area);
     MapWindowPoints(nullptr, opened.window(), reinterpret_cast<POINT*>(&area), 2);
-    EXPECT_EQ(picture.at((area.left + area.right) / 2, (area.top + area.bottom) / 2), colour)
+    EXPECT_EQ(picture.at((area.left + area.right) / 2, (area.top + area.bottom) / 2), color)
         << number;
   }
 }

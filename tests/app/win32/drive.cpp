@@ -330,8 +330,8 @@ Picture::Picture(HDC source, const RECT& area)
   GdiFlush();
   const auto* bytes = static_cast<const uint8_t*>(bits);
   for (int i = 0; i < width_ * height_; ++i, bytes += 4) {
-    pixels_.push_back(bytes[2] | static_cast<Colour>(bytes[1]) << 8 |
-                      static_cast<Colour>(bytes[0]) << 16);
+    pixels_.push_back(bytes[2] | static_cast<Color>(bytes[1]) << 8 |
+                      static_cast<Color>(bytes[0]) << 16);
   }
   SelectObject(memory, before);
   DeleteObject(bitmap);
@@ -347,7 +347,7 @@ Picture Picture::ofWindow(HWND window) {
   return picture;
 }
 
-int Picture::ink(const Rect& area, Colour ground) const {
+int Picture::ink(const Rect& area, Color ground) const {
   int count = 0;
   const int right = std::min(static_cast<int>(area.x + area.width), width_);
   const int bottom = std::min(static_cast<int>(area.y + area.height), height_);

@@ -127,7 +127,7 @@ class ProgramInProcess {
   int result_ = -1;
 };
 
-// Colours of a rectangle of a window or of a device context, row by row.
+// Colors of a rectangle of a window or of a device context, row by row.
 class Picture {
  public:
   Picture(HDC source, const RECT& area);
@@ -135,11 +135,11 @@ class Picture {
 
   int width() const { return width_; }
   int height() const { return height_; }
-  Colour at(int x, int y) const {
+  Color at(int x, int y) const {
     return pixels_[static_cast<size_t>(y) * static_cast<size_t>(width_) + static_cast<size_t>(x)];
   }
   // Pixels in the rectangle that differ from `ground`.
-  int ink(const Rect& area, Colour ground) const;
+  int ink(const Rect& area, Color ground) const;
   // Whether anything in the rectangle is not as in the other, of the same size.
   bool differs(const Rect& area, const Picture& other) const;
   bool operator==(const Picture&) const = default;
@@ -147,7 +147,7 @@ class Picture {
  private:
   int width_ = 0;
   int height_ = 0;
-  std::vector<Colour> pixels_;
+  std::vector<Color> pixels_;
 };
 
 }  // namespace vgps

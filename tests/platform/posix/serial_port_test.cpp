@@ -45,10 +45,10 @@ TEST(SerialPort, WhyItDoesNotOpen) {
   const struct {
     std::string path;
     PortError error;
-  } rows[] = {{"/dev/there-is-no-such-port", PortError::notThere},
-              {"", PortError::notThere},
-              {folder.path(), PortError::notThere},
-              {folder / "file" + "/below", PortError::notThere},
+  } rows[] = {{"/dev/there-is-no-such-port", PortError::notFound},
+              {"", PortError::notFound},
+              {folder.path(), PortError::notFound},
+              {folder / "file" + "/below", PortError::notFound},
               {folder / "file", PortError::other},
               {"/dev/null", PortError::other}};
   const auto port = makeSerialPort();
@@ -91,7 +91,7 @@ TEST_F(SerialPortOnALine, AnUnpluggedDeviceCanBeNeitherSetUpNorOpened) {
   line.unplug();
   EXPECT_FALSE(port->setUp(9600));
   port->close();
-  EXPECT_EQ(port->open(line.path()), PortError::notThere);
+  EXPECT_EQ(port->open(line.path()), PortError::notFound);
 }
 
 TEST_F(SerialPortOnALine, TakesAnySpeed) {

@@ -10,8 +10,8 @@
 namespace vgps {
 namespace {
 
-constexpr Colour kGround = rgb(255, 255, 255);
-constexpr Colour kInk = rgb(10, 90, 200);
+constexpr Color kGround = rgb(255, 255, 255);
+constexpr Color kInk = rgb(10, 90, 200);
 
 class GdiplusDrawing : public testing::Test {
  protected:
@@ -45,7 +45,7 @@ class GdiplusDrawing : public testing::Test {
   std::unique_ptr<GdiplusCanvas> canvas;
 };
 
-TEST_F(GdiplusDrawing, RectanglesHaveTheirColourAndBorders) {
+TEST_F(GdiplusDrawing, RectanglesHaveTheirColorAndBorders) {
   canvas->fillRect({20, 30, 40, 10}, kInk);
   const Picture drawn = picture();
   for (const auto& [x, y] : {std::pair(20, 30), std::pair(59, 39), std::pair(40, 35)}) {
@@ -83,7 +83,7 @@ TEST_F(GdiplusDrawing, TextIsAlignedInItsBoxAndClippedToIt) {
     Align align;
     float left;
   } const rows[] = {
-      {Align::left, 20}, {Align::centre, 100 - width / 2}, {Align::right, 180 - width}};
+      {Align::left, 20}, {Align::center, 100 - width / 2}, {Align::right, 180 - width}};
   for (const auto& row : rows) {
     canvas->clear(kGround);
     canvas->text("48.117", {20, 40, 160, 24}, font, kInk, row.align);

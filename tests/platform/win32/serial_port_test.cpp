@@ -61,8 +61,8 @@ TEST_F(SerialPortOnALine, ClosingLeavesNoReadBehind) {
 
 TEST(SerialPort, MissingDevicesAreTold) {
   const auto port = makeSerialPort();
-  EXPECT_EQ(port->open(R"(\\.\COM29)"), PortError::notThere);
-  EXPECT_EQ(port->open(""), PortError::notThere);
+  EXPECT_EQ(port->open(R"(\\.\COM29)"), PortError::notFound);
+  EXPECT_EQ(port->open(""), PortError::notFound);
   EXPECT_FALSE(port->setUp(9600));
   std::array<char, 10> buffer{};
   size_t got = 1;

@@ -1,28 +1,28 @@
-#include "app/session/app_hooks.h"
+#include "app/session/session_gps_hooks.h"
 
 namespace vgps {
 
-void AppHooks::send(UiMessage message) {
+void SessionGpsHooks::send(UiMessage message) {
   message.generation = deliveringGeneration_;
   uiThread_.send(message);
 }
 
-void AppHooks::lineReceived(const ReceivedLine& line) {
+void SessionGpsHooks::lineReceived(const ReceivedLine& line) {
   send({.event = UiEvent::line, .text = line.text, .record = line.message, .said = line.said});
 }
 
-void AppHooks::unknownBytes(std::string_view bytes) {
+void SessionGpsHooks::unknownBytes(std::string_view bytes) {
   send({.event = UiEvent::unknownBytes, .text = bytes});
 }
 
-void AppHooks::sensorReading(double longitude, double latitude) {
+void SessionGpsHooks::sensorReading(double longitude, double latitude) {
   uiThread_.post({.event = UiEvent::sensor,
                   .x = longitude,
                   .y = latitude,
                   .generation = deliveringGeneration_});
 }
 
-void AppHooks::logFailed(const std::string& path) {
+void SessionGpsHooks::logFailed(const std::string& path) {
   send({.event = UiEvent::logFailed, .text = path});
 }
 

@@ -9,10 +9,10 @@
 namespace vgps {
 
 // Whether tracks can be saved there. Tells the user why not, or that the library is damaged.
-bool tellLibrary(AppState& app, const LibraryOpening& opening);
+bool reportLibrary(AppState& app, const LibraryOpening& opening);
 
 // Tells the user the result of saving a track unless everything went well.
-void tellKeeping(AppState& app, const Keeping& keeping);
+void reportSaveResult(AppState& app, const SaveResult& keeping);
 
 // At startup: asks about every unfinished recording and carries out the answer. If one is
 // continued, it becomes the current track.

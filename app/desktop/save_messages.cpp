@@ -1,4 +1,4 @@
-#include "app/desktop/keeping.h"
+#include "app/desktop/save_messages.h"
 
 #include <span>
 #include <string_view>
@@ -33,9 +33,9 @@ Answer ask(AppState& app, const UnfinishedRecording& unfinished) {
 }
 
 void save(AppState& app, UnfinishedRecording& unfinished) {
-  const Keeping keeping = app.recorder.keepUnfinished(unfinished);
-  tellKeeping(app, keeping);
-  if (keeping.outcome != Keeping::Outcome::kept) unfinished.keepForLater();
+  const SaveResult keeping = app.recorder.saveUnfinished(unfinished);
+  reportSaveResult(app, keeping);
+  if (keeping.outcome != SaveResult::Outcome::saved) unfinished.keepForLater();
 }
 
 void remove(AppState& app, UnfinishedRecording& unfinished) {
@@ -57,7 +57,7 @@ void answer(AppState& app, UnfinishedRecording& unfinished) {
 
 }  // namespace
 
-bool tellLibrary(AppState& app, const LibraryOpening& opening) {
+bool reportLibrary(AppState& app, const LibraryOpening& opening) {
   Window& window = app.platform.window;
   const std::string refusal = placeMessage(opening);
   if (!refusal.empty()) {
@@ -72,11 +72,12 @@ bool tellLibrary(AppState& app, const LibraryOpening& opening) {
   return opening.usable();
 }
 
-void tellKeeping(AppState& app, const Keeping& keeping) {
-  if (keeping.outcome != Keeping::Outcome::kept && keeping.outcome != Keeping::Outcome::refused) {
+void reportSaveResult(AppState& app, const SaveResult& keeping) {
+  if (keeping.outcome != SaveResult::Outcome::saved &&
+      keeping.outcome != SaveResult::Outcome::refused) {
     return;
   }
-  if (!tellLibrary(app, keeping.library)) return;
+  if (!reportLibrary(app, keeping.library)) return;
   if (!keeping.damagedBackupPath.empty()) {
     showNotice(app, textWith(Text::libraryKeptAs, keeping.damagedBackupPath));
   }
@@ -103,7 +104,7 @@ void offerRecovery(AppState& app) {
 
 bool simulationFromLibrary(AppState& app, std::vector<std::string>& lines) {
   TrackLibrary& library = app.recorder.library;
-  if (!tellLibrary(app, app.recorder.openLibrary()) || library.tracks().empty()) return false;
+  if (!reportLibrary(app, app.recorder.openLibrary()) || library.tracks().empty()) return false;
   Track track;
   const size_t last = library.tracks().size() - 1;
   if (library.load(last, kKmh, track) != LibraryResult::done) return false;

@@ -12,11 +12,11 @@ namespace vgps {
 
 // Forwards requests from the receiver code. Sounds play immediately; everything else is sent to the
 // user-interface thread, tagged with the generation of the source that sent it.
-class AppHooks : public GpsHooks {
+class SessionGpsHooks : public GpsHooks {
  public:
   // `deliveringGeneration` is the generation of the source whose reader is calling.
-  AppHooks(UiThread& uiThread, Sounds& sounds, Window& window,
-           const std::atomic<uint32_t>& deliveringGeneration)
+  SessionGpsHooks(UiThread& uiThread, Sounds& sounds, Window& window,
+                  const std::atomic<uint32_t>& deliveringGeneration)
       : uiThread_(uiThread),
         sounds_(sounds),
         window_(window),
