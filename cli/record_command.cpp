@@ -260,7 +260,7 @@ int runRecord(const RecordOptions& options) {
   if (!options.settings.empty() && isSameFile(options.output, options.settings)) {
     return fail("the track file must not overwrite the settings file");
   }
-  if (fileKind(options.output) == FileKind::other) return noPlaceForTrack(options.output);
+  if (isNoPlaceForTrack(options.output)) return noPlaceForTrack(options.output);
   Settings settings;
   if (!options.settings.empty() && !readSettings(options.settings, settings)) return 1;
   return options.log.empty() ? recordLive(options, settings) : recordLog(options, settings);

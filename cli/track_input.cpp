@@ -11,6 +11,7 @@
 #include "files/input_file.h"
 #include "files/whole_file.h"
 #include "library/document_layout.h"
+#include "library/track_library.h"
 #include "platform/files.h"
 #include "track/track_file.h"
 
@@ -86,14 +87,21 @@ bool readTrackInput(const std::string& path, int32_t speedUnit, TrackInput& inpu
   return false;
 }
 
+bool isNoPlaceForTrack(const std::string& path) {
+  return fileKind(path) == FileKind::other || isLibraryFile(path);
+}
+
 int noPlaceForTrack(const std::string& path) {
+  if (isLibraryFile(path)) {
+    return fail(path + " is a track library or a settings file; nothing was written");
+  }
   return fail(path + " is a folder or a device, not a file; nothing was written");
 }
 
 int writeTrackOutputs(std::span<const TrackOutput> outputs, int32_t speedUnit,
                       std::span<const TrackInput> inputs) {
   for (const TrackOutput& output : outputs) {
-    if (fileKind(output.path) == FileKind::other) return noPlaceForTrack(output.path);
+    if (isNoPlaceForTrack(output.path)) return noPlaceForTrack(output.path);
     if (!keepDamaged(output.path, inputs)) {
       return fail("cannot back up the damaged file " + output.path + "; nothing was written");
     }

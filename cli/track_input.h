@@ -34,7 +34,9 @@ int writeTrackOutputs(std::span<const TrackOutput> outputs, int32_t speedUnit,
 int writeTrackOutput(const TrackOutput& output, int32_t speedUnit,
                      std::span<const TrackInput> inputs);
 
-// Reports that the path is not a file and cannot be written. Returns the exit status.
+// Whether no single track may take the place of what is there: a folder, a device, a library, or
+// the settings. The second reports it and returns the exit status.
+bool isNoPlaceForTrack(const std::string& path);
 int noPlaceForTrack(const std::string& path);
 
 }  // namespace vgps

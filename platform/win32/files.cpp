@@ -113,7 +113,8 @@ FileKind fileKind(const std::string& path) {
 }
 
 bool isNotAFile(const std::string& path) {
-  return fileKind(path) == FileKind::other && fileExists(path);
+  const Handle file = lookAt(path);
+  return isFolder(path) || (file.isValid() && GetFileType(file.get()) != FILE_TYPE_DISK);
 }
 
 std::string resolveLinks(const std::string& path) {

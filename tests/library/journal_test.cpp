@@ -179,11 +179,13 @@ struct JournalWorld {
       : journal({.flushAfter = flushAfter,
                  .retryAfter = Milliseconds(5),
                  .open = disk.opener(),
-                 .failed = [this] { ++failures; }}) {}
+                 .failed = [this] { ++failures; },
+                 .works = [this] { ++recoveries; }}) {}
   size_t pointsOnDisk() { return readJournal(disk.flushed()).points.size(); }
 
   MemoryDisk disk;
   std::atomic<int> failures{0};
+  std::atomic<int> recoveries{0};
   Journal journal;
 };
 
@@ -228,6 +230,7 @@ TEST(Journal, AFullDiskIsToldOnceAndCaughtUpWith) {
   EXPECT_EQ(world.failures, 1);
   world.disk.setRoom(SIZE_MAX);
   EXPECT_TRUE(comesTrue([&] { return world.pointsOnDisk() == 50; }));
+  EXPECT_TRUE(comesTrue([&] { return world.recoveries == 1; }));
   EXPECT_FALSE(readJournal(world.disk.flushed()).damaged);
   world.disk.setRoom(0);
   world.journal.append(point(50));

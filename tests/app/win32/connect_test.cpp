@@ -117,7 +117,7 @@ TEST(Connecting, ALineThatNeverEndsIsNoHarm) {
   // The first good sentence is taken, to the track and so to the screens.
   sendCommand(window, Command::startRecording);
   const Receiver receiver(line);
-  EXPECT_TRUE(waitFor([&] { return folder.size(kJournalName) > kJournalHeader; }));
+  EXPECT_TRUE(waitFor([&] { return folder.size(kJournalName) > kJournalStart; }));
   postCommand(window, Command::endRecording);
   const HWND question = program.messageBox(L"Save the track?");
   ASSERT_NE(question, nullptr);
