@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -8,6 +7,7 @@
 #include "cli/track_input.h"
 #include "formats/collection.h"
 #include "formats/convert.h"
+#include "formats/simulation.h"
 #include "geo/units.h"
 #include "platform/clock.h"
 #include "platform/console.h"
@@ -37,14 +37,6 @@ constexpr Loss kLosses[] = {
     {&Losses::routes, "the difference between routes and tracks"},
     {&Losses::noPosition, "points at 0,0"},
 };
-
-bool isLog(const std::string& path) {
-  std::string lower = path;
-  for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  const char* const kEndings[] = {".nmea", ".log", ".txt", ".sirf"};
-  return std::any_of(std::begin(kEndings), std::end(kEndings),
-                     [&](const char* ending) { return lower.ends_with(ending); });
-}
 
 std::string stemOf(const std::string& path) {
   const std::string name = path.substr(path.find_last_of("/\\") + 1);
@@ -141,7 +133,7 @@ class Conversion {
 
   std::optional<int> addSources() {
     for (const std::string& input : options_.inputs) {
-      if (!isLog(input)) {
+      if (!isLogName(input)) {
         sources_.push_back({[this, &input](ExchangeSink& sink) {
           return readExchangeFile(
               input, sink, kKmh, offset_,

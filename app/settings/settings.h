@@ -17,6 +17,7 @@ struct Settings {
   bool simulate{};                 // "simu"
   bool useGpsApi{};                // "gapi"
   bool reconnect{};                // "rcn"
+  bool importEverything{};         // "imp": of tracks of other programs
   bool altitudeDecimals{};         // "zdec": the read-out shows the decimals of the height
   int32_t useSensorApi{};          // "sapi"
   std::string sensorIdentifier{};  // "sapiid"

@@ -1,5 +1,7 @@
 #include "app/win32/prompt_dialogs.h"
 
+#include <commctrl.h>
+
 #include <cstring>
 #include <vector>
 
@@ -17,6 +19,7 @@ constexpr short kButtonHeight = 14;
 constexpr WORD kButtonClass = 0x80;  // as a template names the classes of the system
 constexpr WORD kEditClass = 0x81;
 constexpr WORD kListClass = 0x83;
+constexpr WORD kTableClass = 0;  // of the common controls, which have names only
 
 // A dialog template in memory: a field, OK and Cancel.
 class Template {
@@ -69,7 +72,11 @@ class Template {
                         .cx = width,
                         .cy = height,
                         .id = id});
-    add(WORD{0xFFFF}), add(kind);
+    if (kind == kTableClass) {
+      addText(WC_LISTVIEWW);
+    } else {
+      add(WORD{0xFFFF}), add(kind);
+    }
     addText(text);
     add(WORD{0});  // without data of its own
   }
@@ -129,6 +136,42 @@ class RowPrompt : public Prompt {
   std::span<const std::string> rows_;
 };
 
+// Rows with a box each, under the title of their column.
+class RowsPrompt : public Prompt {
+ public:
+  RowsPrompt(std::string_view column, std::span<const std::string> rows)
+      : column_(wideFromUtf8(column)), rows_(rows) {}
+  void fill(HWND field) override {
+    ListView_SetExtendedListViewStyle(field, LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
+    RECT area{};
+    GetClientRect(field, &area);
+    LVCOLUMNW column{};
+    column.mask = LVCF_TEXT | LVCF_WIDTH;
+    column.pszText = column_.data();
+    column.cx = area.right - GetSystemMetrics(SM_CXVSCROLL);
+    SendMessageW(field, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+    for (size_t i = 0; i < rows_.size(); ++i) {
+      std::wstring text = wideFromUtf8(rows_[i]);
+      LVITEMW item{};
+      item.mask = LVIF_TEXT;
+      item.iItem = static_cast<int>(i);
+      item.pszText = text.data();
+      SendMessageW(field, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    }
+  }
+  bool take(HWND field) override {
+    for (size_t i = 0; i < rows_.size(); ++i) {
+      if (ListView_GetCheckState(field, static_cast<int>(i))) chosen.push_back(i);
+    }
+    return true;
+  }
+  std::vector<size_t> chosen;
+
+ private:
+  std::wstring column_;
+  std::span<const std::string> rows_;
+};
+
 class TextPrompt : public Prompt {
  public:
   explicit TextPrompt(std::string_view begin) : text(begin) {}
@@ -155,6 +198,15 @@ std::optional<size_t> chooseRowIn(HWND owner, std::string_view title,
   const Template layout(wideFromUtf8(title), kListClass,
                         WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT, kListHeight);
   return run(owner, layout, prompt) ? prompt.chosen : std::nullopt;
+}
+
+std::vector<size_t> chooseRowsIn(HWND owner, std::string_view title, std::string_view column,
+                                 std::span<const std::string> rows) {
+  constexpr short kTableHeight = 140;
+  RowsPrompt prompt(column, rows);
+  const Template layout(wideFromUtf8(title), kTableClass,
+                        LVS_REPORT | LVS_SINGLESEL | LVS_NOSORTHEADER, kTableHeight);
+  return run(owner, layout, prompt) ? prompt.chosen : std::vector<size_t>();
 }
 
 std::optional<std::string> askTextIn(HWND owner, std::string_view title, std::string_view text) {
