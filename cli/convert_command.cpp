@@ -59,6 +59,8 @@ std::string complaint(const std::string& path, const ReadingNotes& notes) {
   }
 }
 
+std::string shownName(const std::string& input) { return input == "-" ? "standard input" : input; }
+
 void warnOf(const std::string& path, const ReadingNotes& notes) {
   const auto count = [&](uint64_t number, const char* what) {
     if (number > 0) warn(path + ": " + std::to_string(number) + " " + what);
@@ -224,7 +226,7 @@ class Conversion {
 
   std::optional<int> tell(const ConvertResult& result) {
     for (size_t i = 0; i < result.notes.size(); ++i) {
-      warnOf(options_.inputs[i], result.notes[i]);
+      warnOf(shownName(options_.inputs[i]), result.notes[i]);
       const ExchangeFormat named = formatOfName("." + options_.from);
       const bool isOther = named != ExchangeFormat::unknown && named != result.notes[i].format;
       if (isOther && options_.inputs[i] == "-" && isUsable(result.notes[i].end)) {
@@ -233,7 +235,7 @@ class Conversion {
     }
     if (result.failed < result.notes.size()) {
       const std::string text =
-          complaint(options_.inputs[result.failed], result.notes[result.failed]);
+          complaint(shownName(options_.inputs[result.failed]), result.notes[result.failed]);
       return fail(text.empty() ? "cannot write " + options_.output : text);
     }
     for (const Loss& loss : kLosses) {

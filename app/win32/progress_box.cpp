@@ -9,6 +9,14 @@ namespace {
 constexpr ULONGLONG kQuietMs = 1000;
 constexpr ULONGLONG kStepMs = 50;
 
+// The compiler's headers do not tie this interface to its identifier.
+ComPtr<IProgressDialog> createBox() {
+  void* box = nullptr;
+  const HRESULT created = CoCreateInstance(CLSID_ProgressDialog, nullptr, CLSCTX_INPROC_SERVER,
+                                           IID_IProgressDialog, &box);
+  return ComPtr<IProgressDialog>(SUCCEEDED(created) ? static_cast<IProgressDialog*>(box) : nullptr);
+}
+
 // False when the program is to end.
 bool handleWaitingMessages() {
   MSG message{};
@@ -32,7 +40,7 @@ bool ProgressBox::show(HWND owner, uint64_t done, uint64_t total) {
   last_ = now;
   EnableWindow(owner, FALSE);
   if (box_ == nullptr && now - begin_ >= kQuietMs) {
-    box_ = createObject<IProgressDialog>(CLSID_ProgressDialog);
+    box_ = createBox();
     if (box_ != nullptr) {
       box_->SetTitle(wideFromUtf8(textOf(Text::programName)).c_str());
       box_->SetLine(1, wideFromUtf8(textOf(Text::working)).c_str(), FALSE, nullptr);
