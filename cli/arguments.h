@@ -16,6 +16,7 @@ using Chosen = std::function<int()>;
 
 void addRecordCommand(CLI::App& program, Chosen& chosen);
 void addConvertCommand(CLI::App& program, Chosen& chosen);
+void addLibraryCommand(CLI::App& program, Chosen& chosen);
 void addInfoCommand(CLI::App& program, Chosen& chosen);
 void addTrackCommand(CLI::App& program, Chosen& chosen);
 void addGeoCommand(CLI::App& program, Chosen& chosen);

@@ -80,9 +80,10 @@ int runRecord(const RecordOptions& options);
 // Files of any exchange format, logs and tracks into one file. The numbers of `as` are those of
 // ConvertAs.
 struct ConvertCommandOptions {
-  std::vector<std::string> inputs;
-  std::string output;  // "-": standard output
-  std::string to;      // a format by its extension; empty: that of the output
+  std::vector<std::string> inputs;  // "-": standard input
+  std::string output;               // "-": standard output
+  std::string from;  // of standard input: a format by its extension; empty: recognized
+  std::string to;    // a format by its extension; empty: that of the output
   int as = 0;
   int gpx = 11;  // 10 or 11
   std::string name;
@@ -100,6 +101,20 @@ struct InfoOptions {
   bool json = false;
 };
 int runInfo(const InfoOptions& options);
+
+// The track and waypoint libraries beside a settings file.
+struct LibraryOptions {
+  enum class Action { list, show, rename, remove, import, exportOne };
+  Action action = Action::list;
+  std::string file;        // the settings; empty: vgps.xml in the program's folder
+  bool waypoints = false;  // instead of tracks
+  bool json = false;
+  std::string entry;  // number, from 1, or name; of an export also "all"
+  std::string name;
+  std::vector<std::string> inputs;
+  std::string output;
+};
+int runLibrary(const LibraryOptions& options);
 
 // Converts track files. Points are numbered from 1, as in the program.
 struct TrackOptions {

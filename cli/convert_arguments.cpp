@@ -11,7 +11,9 @@ void addConvertCommand(CLI::App& program, Chosen& chosen) {
       "convert",
       "Convert tracks, routes, and waypoints between GPX, KML, KMZ, LOC, GeoJSON, CSV, and track "
       "files (.xml), and receiver logs (.nmea, .log, .txt) into any of them.");
-  command->add_option("IN", options->inputs, "Files to read; the formats are recognized")
+  command
+      ->add_option("IN", options->inputs,
+                   "Files to read; the formats are recognized; - for standard input")
       ->required()
       ->check(nonEmptyName())
       ->option_text(" ");
@@ -22,6 +24,9 @@ void addConvertCommand(CLI::App& program, Chosen& chosen) {
       ->required()
       ->check(nonEmptyName())
       ->option_text("OUT");
+  command->add_option("--from", options->from, "Format of standard input (default: recognized)")
+      ->check(CLI::IsMember({"gpx", "kml", "kmz", "loc", "geojson", "csv", "xml", "nmea"}))
+      ->option_text("gpx|kml|kmz|loc|geojson|csv|xml|nmea");
   command->add_option("--to", options->to, "Format to write, whatever the name of the output")
       ->option_text("gpx|kml|kmz|loc|geojson|csv|xml");
   command->add_option("--as", options->as, "Turn everything into tracks, routes, or waypoints")

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <optional>
 
@@ -8,9 +9,11 @@
 #include "cli/track_input.h"
 #include "formats/collection.h"
 #include "formats/convert.h"
+#include "formats/simulation.h"
 #include "geo/units.h"
 #include "platform/clock.h"
 #include "platform/console.h"
+#include "platform/exclusive_file.h"
 #include "platform/files.h"
 #include "track/editing.h"
 #include "track/file_names.h"
@@ -38,14 +41,6 @@ constexpr Loss kLosses[] = {
     {&Losses::noPosition, "points at 0,0"},
 };
 
-bool isLog(const std::string& path) {
-  std::string lower = path;
-  for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  const char* const kEndings[] = {".nmea", ".log", ".txt", ".sirf"};
-  return std::any_of(std::begin(kEndings), std::end(kEndings),
-                     [&](const char* ending) { return lower.ends_with(ending); });
-}
-
 std::string stemOf(const std::string& path) {
   const std::string name = path.substr(path.find_last_of("/\\") + 1);
   return name.substr(0, name.rfind('.'));
@@ -63,6 +58,8 @@ std::string complaint(const std::string& path, const ReadingNotes& notes) {
     default: return {};
   }
 }
+
+std::string shownName(const std::string& input) { return input == "-" ? "standard input" : input; }
 
 void warnOf(const std::string& path, const ReadingNotes& notes) {
   const auto count = [&](uint64_t number, const char* what) {
@@ -105,6 +102,46 @@ class Progress {
   bool any_ = false;
 };
 
+// Standard input as a file that can be read again, removed at the end.
+class InputCopy {
+ public:
+  ~InputCopy() {
+    if (!path_.empty()) removeFile(path_);
+  }
+  // Empty when the system refuses.
+  const std::string& path() {
+    if (!path_.empty()) return path_;
+    std::error_code failed;
+    const std::filesystem::path folder = std::filesystem::temp_directory_path(failed);
+    if (failed) return path_;
+    const std::string wanted =
+        pathIn(folder.string(), "vgps-input-" + std::to_string(systemClock().microseconds()));
+    FileOpening opening{};
+    const auto file = openExclusive(wanted, OpenMode::createNew, opening);
+    if (file == nullptr) return path_;
+    path_ = wanted;
+    if (!fill(*file)) {
+      file->remove();
+      path_.clear();
+    }
+    return path_;
+  }
+
+ private:
+  static bool fill(ExclusiveFile& file) {
+    std::FILE* const input = standardInput();
+    std::vector<uint8_t> bytes(size_t{1} << 16);
+    uint64_t at = 0;
+    while (const size_t got = std::fread(bytes.data(), 1, bytes.size(), input)) {
+      if (!file.writeAt(at, std::span(bytes).first(got))) return false;
+      at += got;
+    }
+    return std::ferror(input) == 0;
+  }
+
+  std::string path_;
+};
+
 class Conversion {
  public:
   explicit Conversion(const ConvertCommandOptions& options) : options_(options) {}
@@ -132,7 +169,7 @@ class Conversion {
     convert_.as = static_cast<ConvertAs>(options_.as);
     convert_.name = options_.name;
     for (const std::string& input : options_.inputs) {
-      if (options_.output != "-" && isSameFile(input, options_.output)) {
+      if (options_.output != "-" && input != "-" && isSameFile(input, options_.output)) {
         return fail("the output must not overwrite the input " + input);
       }
     }
@@ -140,19 +177,25 @@ class Conversion {
   }
 
   std::optional<int> addSources() {
+    if (std::count(options_.inputs.begin(), options_.inputs.end(), "-") > 1) {
+      return fail("standard input can be read only once");
+    }
     for (const std::string& input : options_.inputs) {
-      if (!isLog(input)) {
-        sources_.push_back({[this, &input](ExchangeSink& sink) {
-          return readExchangeFile(
-              input, sink, kKmh, offset_,
-              [this](uint64_t done, uint64_t total) { return progress_(done, total); });
+      const bool isStream = input == "-";
+      if (!isLogName(input) && !(isStream && options_.from == "nmea")) {
+        const std::string& path = isStream ? copy_.path() : input;
+        if (path.empty()) return fail("cannot read standard input, or no room for a copy of it");
+        sources_.push_back({[this, path](ExchangeSink& sink) {
+          return readExchangeFile(path, sink, kKmh, offset_, [this](uint64_t done, uint64_t total) {
+            return progress_(done, total);
+          });
         }});
         continue;
       }
       const auto track = std::make_shared<Track>();
       const std::string problem = trackFromLog(input, options_.allPoints, *track);
       if (!problem.empty()) return fail(problem);
-      if (track->name.empty()) track->name = stemOf(input);
+      if (track->name.empty() && !isStream) track->name = stemOf(input);
       sources_.push_back({[this, track](ExchangeSink& sink) {
         ReadingNotes notes;
         if (!handTrack(*track, offset_, sink)) notes.end = ReadingEnd::stopped;
@@ -182,10 +225,17 @@ class Conversion {
   }
 
   std::optional<int> tell(const ConvertResult& result) {
-    for (size_t i = 0; i < result.notes.size(); ++i) warnOf(options_.inputs[i], result.notes[i]);
+    for (size_t i = 0; i < result.notes.size(); ++i) {
+      warnOf(shownName(options_.inputs[i]), result.notes[i]);
+      const ExchangeFormat named = formatOfName("." + options_.from);
+      const bool isOther = named != ExchangeFormat::unknown && named != result.notes[i].format;
+      if (isOther && options_.inputs[i] == "-" && isUsable(result.notes[i].end)) {
+        warn("standard input is not in the format " + options_.from + "; it was recognized");
+      }
+    }
     if (result.failed < result.notes.size()) {
       const std::string text =
-          complaint(options_.inputs[result.failed], result.notes[result.failed]);
+          complaint(shownName(options_.inputs[result.failed]), result.notes[result.failed]);
       return fail(text.empty() ? "cannot write " + options_.output : text);
     }
     for (const Loss& loss : kLosses) {
@@ -250,6 +300,7 @@ class Conversion {
   const ConvertCommandOptions& options_;
   ConvertOptions convert_;
   std::vector<ConvertSource> sources_;
+  InputCopy copy_;
   Progress progress_;
   const int32_t offset_ = utcOffsetMinutes(systemClock());
 };

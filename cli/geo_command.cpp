@@ -18,7 +18,7 @@ namespace {
 constexpr int kDecimals = 6;
 
 // The answer to a question, as text and as JSON.
-struct Answer {
+struct GeoAnswer {
   std::string text;
   Json json;
   std::string complaint;  // the error message; empty on success
@@ -30,7 +30,7 @@ std::string unitName(int32_t unit) {
   return text.substr(text.find(' ') + 1);
 }
 
-Answer distanceAnswer(const Position& from, const Position& to, const GeoOptions& options) {
+GeoAnswer distanceAnswer(const Position& from, const Position& to, const GeoOptions& options) {
   const int32_t unit = options.unit;
   const double distance = options.asRecorded ? pointDistance(from, to, unit, unit, false)
                                              : distanceInUnit(geodesicKilometers(from, to), unit);
@@ -39,12 +39,12 @@ Answer distanceAnswer(const Position& from, const Position& to, const GeoOptions
           {}};
 }
 
-Answer bearingAnswer(const Position& from, const Position& to, bool asRecorded) {
+GeoAnswer bearingAnswer(const Position& from, const Position& to, bool asRecorded) {
   const double bearing = asRecorded ? initialBearing(from, to) : geodesicBearing(from, to);
   return {fixedText(bearing, kDecimals) + " degrees", {{"bearing", bearing}}, {}};
 }
 
-Answer areaAnswer(const std::vector<Position>& corners, bool asRecorded) {
+GeoAnswer areaAnswer(const std::vector<Position>& corners, bool asRecorded) {
   const Area area = asRecorded ? enclosedArea(corners) : geodesicArea(corners);
   std::string text = areaText(area);
   std::erase(text, '\r');  // the terminal has its own line endings
@@ -55,7 +55,7 @@ Answer areaAnswer(const std::vector<Position>& corners, bool asRecorded) {
 
 double kilometersIn(double way, int32_t unit) { return way / distanceInUnit(1, unit); }
 
-Answer destinationAnswer(const Position& from, const GeoOptions& options) {
+GeoAnswer destinationAnswer(const Position& from, const GeoOptions& options) {
   const double kilometers = kilometersIn(options.way, options.unit);
   const Position to = options.asRecorded ? destination(from, options.course, kilometers)
                                          : geodesicDestination(from, options.course, kilometers);
@@ -65,7 +65,7 @@ Answer destinationAnswer(const Position& from, const GeoOptions& options) {
 }
 
 // The text shows whole meters, truncated as on the position display.
-Answer utmAnswer(const Position& at, int32_t ellipsoid) {
+GeoAnswer utmAnswer(const Position& at, int32_t ellipsoid) {
   const UtmPosition utm = utmFromDegrees(ellipsoid, at.y, at.x);
   return {utm.zoneText() + " " + decimalText(static_cast<int64_t>(utm.easting)) + " " +
               decimalText(static_cast<int64_t>(utm.northing)),
@@ -76,13 +76,13 @@ Answer utmAnswer(const Position& at, int32_t ellipsoid) {
           {}};
 }
 
-Answer dmsAnswer(const Position& at) {
+GeoAnswer dmsAnswer(const Position& at) {
   const std::string latitude = dmsText(at.y, AngleKind::latitude);
   const std::string longitude = dmsText(at.x, AngleKind::longitude);
   return {latitude + " " + longitude, {{"latitude", latitude}, {"longitude", longitude}}, {}};
 }
 
-Answer mgrsAnswer(const Position& at, int digits) {
+GeoAnswer mgrsAnswer(const Position& at, int digits) {
   const std::string text = mgrsText(at.y, at.x, digits);
   if (text.empty())
     return {{},
@@ -92,12 +92,12 @@ Answer mgrsAnswer(const Position& at, int digits) {
   return {text, {{"mgrs", text}}, {}};
 }
 
-Answer locatorAnswer(const Position& at, int pairs) {
+GeoAnswer locatorAnswer(const Position& at, int pairs) {
   const std::string text = maidenheadText(at.y, at.x, pairs);
   return {text, {{"locator", text}}, {}};
 }
 
-Answer answerOf(const GeoOptions& options, const std::vector<Position>& at) {
+GeoAnswer answerOf(const GeoOptions& options, const std::vector<Position>& at) {
   using Action = GeoOptions::Action;
   switch (options.action) {
     case Action::distance: return distanceAnswer(at[0], at[1], options);
@@ -122,7 +122,7 @@ int runGeo(const GeoOptions& options) {
     if (!position) return fail(complaint);
     positions.push_back(*position);
   }
-  const Answer answer = answerOf(options, positions);
+  const GeoAnswer answer = answerOf(options, positions);
   if (!answer.complaint.empty()) return fail(answer.complaint);
   std::puts((options.json ? jsonText(answer.json, 2) : answer.text).c_str());
   return finishOutput();

@@ -255,9 +255,9 @@ int runArguments(std::vector<std::string> arguments) {
   program.allow_windows_style_options(false);  // "/log" is a path on every system
   program.set_version_flag("--version", std::string("vgps ") + kVersion, "Print the version");
   Chosen chosen;
-  for (const auto add :
-       {addMonitor, addReplay, addPorts, addRecordCommand, addConvertCommand, addInfoCommand,
-        addTrackCommand, addGeoCommand, addRecoverCommand, addSettings, addXml}) {
+  for (const auto add : {addMonitor, addReplay, addPorts, addRecordCommand, addConvertCommand,
+                         addInfoCommand, addTrackCommand, addLibraryCommand, addGeoCommand,
+                         addRecoverCommand, addSettings, addXml}) {
     add(program, chosen);
   }
   if (!arguments.empty() && arguments[0] == "geo") giveZerosToNumbers(arguments);

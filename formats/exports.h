@@ -23,7 +23,11 @@ class ExchangeHooks {
  public:
   virtual ~ExchangeHooks() = default;
   virtual Answer ask(const std::string& /*question*/, bool /*withCancel*/) { return Answer::no; }
-  // Returns the indexes of the chosen names, ascending; `column` is the title of the list.
+  // Whether to import all tracks; the person may change what is kept of them.
+  virtual Answer askToImport(const std::string& question, bool& /*complete*/) {
+    return ask(question, false);
+  }
+  // The places of the chosen names, ascending; `column` is the title of the list.
   virtual std::vector<size_t> choose(std::string_view /*caption*/, std::string_view /*column*/,
                                      const std::vector<std::string>& /*names*/) {
     return {};

@@ -62,7 +62,7 @@ class Import {
  private:
   void importWaypoints(const std::vector<size_t>& chosen);
   void importTracks();
-  std::vector<size_t> chosenOf(size_t count, Text question, Text caption, Text column,
+  std::vector<size_t> chosenOf(Answer all, Text caption, Text column,
                                const std::vector<std::string>& names);
   std::vector<std::string> waypointNames() const;
   void addTrack(std::string_view name, const std::vector<CollectedPoint>& points);
@@ -81,7 +81,7 @@ class Import {
   const std::string& fileName_;
   const ImportTarget& target_;
   ExchangeHooks& hooks_;
-  const ImportOptions& options_;
+  ImportOptions options_;
   const int32_t offset_;
   ExchangeCollection file_;
   ReadingNotes notes_;
@@ -97,11 +97,10 @@ std::vector<size_t> everyOne(size_t count) {
   return all;
 }
 
-std::vector<size_t> Import::chosenOf(size_t count, Text question, Text caption, Text column,
+std::vector<size_t> Import::chosenOf(Answer all, Text caption, Text column,
                                      const std::vector<std::string>& names) {
-  if (hooks_.ask(textWith(question, countText(count)), false) == Answer::yes) {
-    return everyOne(count);
-  }
+  const size_t count = names.size();
+  if (all == Answer::yes) return everyOne(count);
   std::vector<size_t> chosen = hooks_.choose(textOf(caption), textOf(column), names);
   std::erase_if(chosen, [count](size_t index) { return index >= count; });
   return chosen;
@@ -214,16 +213,18 @@ void Import::importTracks() {
 
 ImportResult Import::gpx() {
   if (!file_.waypoints.empty()) {
-    importWaypoints(chosenOf(file_.waypoints.size(), Text::askToImportWaypoints,
-                             Text::chooseWaypoints, Text::waypoint, waypointNames()));
+    const std::string count = countText(file_.waypoints.size());
+    const Answer all = hooks_.ask(textWith(Text::askToImportWaypoints, count), false);
+    importWaypoints(chosenOf(all, Text::chooseWaypoints, Text::waypoint, waypointNames()));
   }
   if (!file_.paths.empty()) {
     std::vector<std::string> names;
     for (const CollectedPath& path : file_.paths) {
       names.push_back(path.name.empty() ? "Trk #" + std::to_string(names.size() + 1) : path.name);
     }
-    const std::vector<size_t> chosen =
-        chosenOf(names.size(), Text::askToImportTracks, Text::chooseTracks, Text::track, names);
+    const Answer all = hooks_.askToImport(
+        textWith(Text::askToImportTracks, countText(names.size())), options_.complete);
+    const std::vector<size_t> chosen = chosenOf(all, Text::chooseTracks, Text::track, names);
     for (const size_t index : chosen) addPath(file_.paths[index], names[index]);
     importTracks();
   }

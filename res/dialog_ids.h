@@ -174,3 +174,4 @@
 
 // One row of several
 #define CONTROL_ROWS 1961
+#define CONTROL_CHECKED_ROWS 1962

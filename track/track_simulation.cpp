@@ -3,9 +3,6 @@
 #include <cmath>
 #include <cstdio>
 
-#include "geo/units.h"
-#include "track/track_file.h"
-
 namespace vgps {
 namespace {
 
@@ -55,14 +52,6 @@ std::vector<std::string> simulationLines(const Track& track) {
     lines.push_back(extendedPosition(point));
   }
   return lines;
-}
-
-bool simulationFromFile(const std::string& path, std::vector<std::string>& lines) {
-  Track track;
-  const TrackLoading loading = loadTrackFile(path, kKmh, track);
-  if (loading != TrackLoading::whole && loading != TrackLoading::damaged) return false;
-  lines = simulationLines(track);
-  return !lines.empty();
 }
 
 }  // namespace vgps

@@ -11,7 +11,4 @@ namespace vgps {
 // sentence per point, which carries position, altitude, course, and speed.
 std::vector<std::string> simulationLines(const Track& track);
 
-// The lines for a track file. Returns false if no point can be read from it.
-bool simulationFromFile(const std::string& path, std::vector<std::string>& lines);
-
 }  // namespace vgps

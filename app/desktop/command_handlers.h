@@ -85,4 +85,9 @@ void restoreDiscarded(Desktop& app, Command command);
 bool hasSavedTrack(const AppState& app, Command command);
 bool hasFinishedTrack(const AppState& app, Command command);
 
+// commands_exchange.cpp: tracks and waypoints for other programs and from them
+void exportFile(Desktop& app, Command command);
+void importFile(Desktop& app, Command command);
+void exportTrackFiles(Desktop& app, Command command);
+
 }  // namespace vgps

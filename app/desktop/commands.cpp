@@ -180,14 +180,14 @@ constexpr auto kRows = std::to_array<CommandRow>({
     one(Command::wanderAround, wanderAround, nullptr, isIdle),
     one(Command::trackChanged, trackChanged),
 
-    missing(Command::exportKml),
-    missing(Command::importKml),
+    one(Command::exportKml, exportFile),
+    one(Command::importKml, importFile),
     missing(Command::kmlReserved, Command::kmlReservedLast),
-    missing(Command::exportLoc),
-    missing(Command::importLoc),
+    one(Command::exportLoc, exportFile),
+    one(Command::importLoc, importFile),
     missing(Command::locReserved, Command::locReservedLast),
-    missing(Command::exportGpx),
-    missing(Command::importGpx),
+    one(Command::exportGpx, exportFile),
+    one(Command::importGpx, importFile),
     missing(Command::gpxReserved, Command::gpxReservedLast),
     missing(Command::associations, Command::associationsLast),
     missing(Command::onlineMap),
@@ -227,6 +227,7 @@ constexpr auto kRows = std::to_array<CommandRow>({
     one(Command::firstRecording, openOptionDialog),
     one(Command::renameTrack, renameTrack, nullptr, hasSavedTrack),
     one(Command::restoreDiscarded, restoreDiscarded),
+    one(Command::exportTrackFiles, exportTrackFiles),
     // clang-format on
 });
 

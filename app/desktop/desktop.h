@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "app/desktop/command.h"
 #include "app/desktop/window_place.h"
@@ -14,12 +15,19 @@
 
 namespace vgps {
 
+struct FileType {
+  std::string kind;     // in words: "Tracks"
+  std::string pattern;  // "*.xml"; several with semicolons between
+};
+
 // How to ask the user for a file.
 struct FileChoice {
-  std::string title;        // of the dialog
-  std::string kind;         // describes the files: "Tracks"
-  std::string pattern;      // "*.xml"; several patterns separated by semicolons
-  std::string folder = {};  // initial folder; empty: the system's choice
+  std::string title;  // of the dialog
+  std::string kind;   // as in FileType
+  std::string pattern;
+  std::string folder = {};          // where it begins; empty: where the system likes
+  std::vector<FileType> more = {};  // kinds that are offered besides
+  std::string name = {};            // of a new file, as it is proposed
 };
 
 // The main window as seen by the desktop program: adds its size, its dialogs, and closing to what
@@ -38,13 +46,32 @@ class DesktopWindow : public Window {
   virtual bool openDialog(Command) { return false; }
   // Lets the user choose an existing file and returns its path; empty if none was chosen.
   virtual std::string chooseFile(const FileChoice&) { return {}; }
-  // Copies the text to the clipboard.
+  // The same for a file to be written, which need not exist. Whether one that does may be replaced
+  // was asked then. Without an extension it gets that of the first kind.
+  virtual std::string chooseNewFile(const FileChoice&) { return {}; }
+  // Into the clipboard.
   virtual void copyText(std::string_view) {}
   // Lets the user choose from a list. Returns the index of the chosen row; none if canceled.
   virtual std::optional<size_t> chooseRow(std::string_view, std::span<const std::string>) {
     return std::nullopt;
   }
-  // Lets the user edit one line of text, initially `text`. Returns none if canceled.
+  // The places of the rows that the user marked, ascending; `column` is the title of the list.
+  virtual std::vector<size_t> chooseRows(std::string_view /*caption*/, std::string_view /*column*/,
+                                         std::span<const std::string> /*rows*/) {
+    return {};
+  }
+  // As `choose`, with a box to mark below the question.
+  virtual size_t chooseWithBox(std::string_view question, std::span<const std::string_view> answers,
+                               std::string_view /*box*/, bool& /*marked*/) {
+    return choose(question, answers);
+  }
+  // With the program that the system has for it.
+  virtual void openDocument(const std::string& /*path*/) {}
+  // Long work is at `done` of `total`, which is 0 when not known. False: the user gave up. Lets the
+  // window work meanwhile.
+  virtual bool showProgress(uint64_t /*done*/, uint64_t /*total*/) { return true; }
+  virtual void endProgress() {}
+  // One line of text that the user types, `text` at first; none when the user gave up.
   virtual std::optional<std::string> askText(std::string_view, std::string_view) {
     return std::nullopt;
   }

@@ -10,20 +10,20 @@
 namespace vgps {
 namespace {
 
-enum class Answer : uint8_t { resume, save, remove, later };
+enum class Recovery : uint8_t { resume, save, remove, later };
 
 struct AnswerRow {
-  Answer answer;
+  Recovery answer;
   Text text;
 };
 
 // "Continue" comes first, because it is sometimes left out; the harmless answer comes last.
-constexpr AnswerRow kAnswers[] = {{Answer::resume, Text::recoverContinue},
-                                  {Answer::save, Text::recoverSave},
-                                  {Answer::remove, Text::recoverDelete},
-                                  {Answer::later, Text::recoverLater}};
+constexpr AnswerRow kAnswers[] = {{Recovery::resume, Text::recoverContinue},
+                                  {Recovery::save, Text::recoverSave},
+                                  {Recovery::remove, Text::recoverDelete},
+                                  {Recovery::later, Text::recoverLater}};
 
-Answer ask(AppState& app, const UnfinishedRecording& unfinished) {
+Recovery askHow(AppState& app, const UnfinishedRecording& unfinished) {
   const Track& track = app.recorder.track;
   const bool free = track.state == kIdle && track.points.empty();
   const std::span<const AnswerRow> rows = std::span(kAnswers).subspan(free ? 0 : 1);
@@ -47,11 +47,11 @@ void remove(AppState& app, UnfinishedRecording& unfinished) {
 }
 
 void answer(AppState& app, UnfinishedRecording& unfinished) {
-  switch (ask(app, unfinished)) {
-    case Answer::resume: app.recorder.continueFrom(unfinished); break;
-    case Answer::save: save(app, unfinished); break;
-    case Answer::remove: remove(app, unfinished); break;
-    case Answer::later: unfinished.keepForLater(); break;
+  switch (askHow(app, unfinished)) {
+    case Recovery::resume: app.recorder.continueFrom(unfinished); break;
+    case Recovery::save: save(app, unfinished); break;
+    case Recovery::remove: remove(app, unfinished); break;
+    case Recovery::later: unfinished.keepForLater(); break;
   }
 }
 

@@ -48,6 +48,8 @@ struct Platform {
   // none.
   std::function<bool(const std::string& argument)> runDeviceInstaller = {};
   LibraryDisk disk = {};
+  // Where the user keeps documents; empty when there is no such folder.
+  std::function<std::string()> documentsFolder = {};
 };
 
 // When each kind of shown value was last received.
@@ -97,8 +99,6 @@ struct UiFix {
 
 // Features that other rooms provide. An empty function means that the feature is not available.
 struct AppExtensions {
-  // Converts the track to the text of a GPX document.
-  std::function<bool(const Track&, std::string& document)> buildGpx;
   // Converts a track or GPX file to simulation lines; an empty path means the last track of the
   // library.
   std::function<bool(const std::string& path, std::vector<std::string>& lines)> simulationFrom;

@@ -93,9 +93,13 @@ bool loadSimulationFrom(AppState& app, const std::string& path) {
 
 bool setSimulation(AppState& app, std::vector<std::string> lines) {
   if (lines.empty()) return false;
+  replayLines(app, std::move(lines));
+  return true;
+}
+
+void replayLines(AppState& app, std::vector<std::string> lines) {
   app.gps.simulation.setLines(std::move(lines));
   app.simulationData = SimulationData::loaded;
-  return true;
 }
 
 void resetSourceState(UiFix& shown) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "app/session/app_state.h"
 
@@ -22,6 +23,9 @@ bool setSimulation(AppState& app, std::vector<std::string> lines);
 // Loads simulation lines from a track file, or from the last track of the library if `path`
 // is empty. Returns false if there are none or the file cannot be read.
 bool loadSimulationFrom(AppState& app, const std::string& path);
+
+// What the simulation plays from its next start on.
+void replayLines(AppState& app, std::vector<std::string> lines);
 
 // Resets what `shown` knows about the source: no data has arrived yet.
 void resetSourceState(UiFix& shown);

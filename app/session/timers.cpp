@@ -7,7 +7,7 @@
 #include "app/session/connection.h"
 #include "base/date_time.h"
 #include "base/texts.h"
-#include "platform/files.h"
+#include "formats/exports.h"
 
 namespace vgps {
 namespace {
@@ -26,21 +26,10 @@ uint32_t reportPeriod(const AppState& app) { return periodOf(app.settings.tracki
 uint32_t pursuePeriod(const AppState& app) { return periodOf(app.settings.pursueSeconds); }
 uint32_t smsPeriod(const AppState& app) { return periodOf(app.settings.smsTrackingSeconds); }
 
-bool writeFile(const std::string& path, const std::string& text) {
-  std::FILE* const file = openFile(path, "wb");
-  if (file == nullptr) return false;
-  const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-  return std::fclose(file) == 0 && written;
-}
-
-// Deletes the old backup only once there is a new document to replace it.
 void backUp(AppState& app) {
-  std::string document;
-  if (!app.extensions.buildGpx || !app.extensions.buildGpx(app.recorder.track, document)) return;
-  removeFile(app.paths.backup);
-  if (!writeFile(app.paths.backup, document)) {
-    showNotice(app, textWith(Text::backupNotWritten, app.paths.backup));
-  }
+  const ExportPlace place{.clock = app.platform.clock, .open = app.platform.disk.open};
+  if (BackupTrackGpx(app.recorder.track, app.paths.backup, place) == ExportResult::done) return;
+  showNotice(app, textWith(Text::backupNotWritten, app.paths.backup));
 }
 
 void onBackupTimer(AppState& app) {

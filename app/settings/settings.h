@@ -17,7 +17,8 @@ struct Settings {
   bool simulate{};                 // "simu"
   bool useGpsApi{};                // "gapi"
   bool reconnect{};                // "rcn"
-  bool altitudeDecimals{};         // "zdec": the readout shows the decimals of the altitude
+  bool importEverything{};         // "imp": of tracks of other programs
+  bool altitudeDecimals{};         // "zdec": the read-out shows the decimals of the height
   int32_t useSensorApi{};          // "sapi"
   std::string sensorIdentifier{};  // "sapiid"
   int32_t epochSentenceSetting{};  // "bsm"

@@ -184,6 +184,7 @@ inline constexpr auto kSettingRows = [] {
     flag("cfg\\track", "asked", 0, &Settings::recordingExplained, SettingGroup::recording),
     text("cfg\\vgps", "ups", "", 200, &Settings::updateSource, SettingGroup::update),
     flag("cfg\\vgps", "zdec", 0, &Settings::altitudeDecimals, SettingGroup::display),
+    flag("cfg\\vgps", "imp", 0, &Settings::importEverything, SettingGroup::other),
       // clang-format on
   });
 }();

@@ -9,6 +9,7 @@
 #include "app/desktop/startup.h"
 #include "app/session/connection.h"
 #include "app/win32/device_installer.h"
+#include "app/win32/file_chooser.h"
 #include "app/win32/language_library.h"
 #include "app/win32/main_window.h"
 #include "app/win32/out_of_memory.h"
@@ -17,8 +18,8 @@
 #include "app/win32/single_instance.h"
 #include "app/win32/window_ui_thread.h"
 #include "base/allocation.h"
+#include "formats/simulation.h"
 #include "platform/files.h"
-#include "track/track_simulation.h"
 
 namespace vgps {
 namespace {
@@ -59,8 +60,10 @@ int runDesktop(HINSTANCE instance, int show, std::span<const std::string> argume
                        listSerialPorts, setSystemUtc, runDeviceInstaller},
               window);
   app.paths = pathsOf(programFolder());
+  app.platform.documentsFolder = documentsFolder;
   app.extensions.simulationFrom = [&app](const std::string& path, std::vector<std::string>& lines) {
-    return path.empty() ? simulationFromLibrary(app, lines) : simulationFromFile(path, lines);
+    return path.empty() ? simulationFromLibrary(app, lines)
+                        : simulationFromFile(path, utcOffsetMinutes(app.platform.clock), lines);
   };
   startClocks(app);
   startSettings(app);

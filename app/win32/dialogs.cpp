@@ -1,5 +1,7 @@
 #include "app/win32/dialogs.h"
 
+#include <commctrl.h>
+
 #include <new>
 
 #include "app/desktop/command.h"
@@ -186,6 +188,52 @@ void fillRows(HWND window, const OpenRows& asked) {
   SendMessageW(list, LB_SETCURSEL, 0, 0);
 }
 
+// Rows with a check box each, under the title of their column.
+struct OpenChecks {
+  std::string_view caption;
+  std::string_view column;
+  std::span<const std::string> rows;
+  bool night = false;
+  std::vector<size_t> chosen;
+};
+
+void fillChecks(HWND window, const OpenChecks& asked) {
+  const HWND list = GetDlgItem(window, CONTROL_CHECKED_ROWS);
+  ListView_SetExtendedListViewStyle(list, LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
+  beginPrompt(window, asked.caption, asked.night);
+  RECT area{};
+  GetClientRect(list, &area);
+  std::wstring title = wideFromUtf8(asked.column);
+  LVCOLUMNW column{};
+  column.mask = LVCF_TEXT | LVCF_WIDTH;
+  column.pszText = title.data();
+  column.cx = area.right - GetSystemMetrics(SM_CXVSCROLL);
+  SendMessageW(list, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+  for (size_t i = 0; i < asked.rows.size(); ++i) {
+    std::wstring text = wideFromUtf8(asked.rows[i]);
+    LVITEMW item{};
+    item.mask = LVIF_TEXT;
+    item.iItem = static_cast<int>(i);
+    item.pszText = text.data();
+    SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+  }
+}
+
+INT_PTR CALLBACK checksProcedure(HWND window, UINT message, WPARAM first, LPARAM second) {
+  if (message == WM_INITDIALOG) {
+    SetWindowLongPtrW(window, DWLP_USER, second);
+    fillChecks(window, *addressIn<const OpenChecks>(second));
+    return TRUE;
+  }
+  if (message != WM_COMMAND || (LOWORD(first) != IDOK && LOWORD(first) != IDCANCEL)) return FALSE;
+  auto& asked = *addressIn<OpenChecks>(GetWindowLongPtrW(window, DWLP_USER));
+  const HWND list = GetDlgItem(window, CONTROL_CHECKED_ROWS);
+  for (size_t i = 0; LOWORD(first) == IDOK && i < asked.rows.size(); ++i) {
+    if (ListView_GetCheckState(list, static_cast<int>(i))) asked.chosen.push_back(i);
+  }
+  return EndDialog(window, LOWORD(first));
+}
+
 INT_PTR CALLBACK rowsProcedure(HWND window, UINT message, WPARAM first, LPARAM second) {
   if (message == WM_INITDIALOG) {
     SetWindowLongPtrW(window, DWLP_USER, second);
@@ -240,6 +288,14 @@ std::optional<size_t> chooseRow(HWND owner, std::string_view caption,
                                 std::span<const std::string> rows, const PromptLook& look) {
   OpenRows asked{caption, rows, look.night, std::nullopt};
   openLayout(owner, "DIALOG_ROWS", look.layouts, rowsProcedure, reinterpret_cast<LPARAM>(&asked));
+  return asked.chosen;
+}
+
+std::vector<size_t> chooseRows(HWND owner, std::string_view caption, std::string_view column,
+                               std::span<const std::string> rows, const PromptLook& look) {
+  OpenChecks asked{caption, column, rows, look.night, {}};
+  openLayout(owner, "DIALOG_CHECKED_ROWS", look.layouts, checksProcedure,
+             reinterpret_cast<LPARAM>(&asked));
   return asked.chosen;
 }
 

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/desktop/dialogs.h"
 
@@ -30,5 +31,9 @@ std::optional<std::string> askText(HWND owner, std::string_view caption, std::st
 // Lets the user choose one of the rows; empty if the user cancels.
 std::optional<size_t> chooseRow(HWND owner, std::string_view caption,
                                 std::span<const std::string> rows, const PromptLook& look = {});
+
+// Lets the user check any of the rows; empty if the user cancels.
+std::vector<size_t> chooseRows(HWND owner, std::string_view caption, std::string_view column,
+                               std::span<const std::string> rows, const PromptLook& look = {});
 
 }  // namespace vgps

@@ -16,10 +16,16 @@ namespace {
 constexpr size_t kLongestPath = 4096;
 
 // Pairs of names and patterns, each terminated by a NUL.
-std::wstring filterOf(std::string_view kind, std::string_view pattern) {
-  const std::wstring shown = wideFromUtf8(pattern);
-  std::wstring filter = wideFromUtf8(kind) + L" (" + shown + L")" + L'\0' + shown + L'\0';
-  filter += wideFromUtf8(textOf(Text::allFiles)) + L" (*.*)" + L'\0' + L"*.*" + L'\0';
+std::wstring filterOf(std::string_view kind, std::string_view pattern,
+                      std::span<const FileType> more) {
+  std::wstring filter;
+  const auto add = [&filter](std::string_view words, std::string_view type) {
+    const std::wstring shown = wideFromUtf8(type);
+    filter += wideFromUtf8(words) + L" (" + shown + L")" + L'\0' + shown + L'\0';
+  };
+  add(kind, pattern);
+  for (const FileType& type : more) add(type.kind, type.pattern);
+  add(textOf(Text::allFiles), "*.*");
   return filter;
 }
 
@@ -43,13 +49,48 @@ void beginIn(IFileOpenDialog& chooser, const std::string& folder) {
   chooser.SetFolder(owned.get());
 }
 
+// "*.kml;*.kmz" as the ending that a typed name gets: "kml".
+std::wstring firstEnding(std::string_view pattern) {
+  const size_t dot = pattern.find('.');
+  if (dot == std::string_view::npos) return {};
+  return wideFromUtf8(pattern.substr(dot + 1, pattern.find(';') - dot - 1));
+}
+
 }  // namespace
+
+std::optional<std::string> chooseNewFileIn(HWND owner, const FileChoice& wanted) {
+  const std::wstring caption = wideFromUtf8(wanted.title);
+  const std::wstring ending = firstEnding(wanted.pattern);
+  const std::wstring filter = filterOf(wanted.kind, wanted.pattern, wanted.more);
+  std::wstring path = wideFromUtf8(wanted.name);
+  path.resize(kLongestPath, L'\0');
+  OPENFILENAMEW choice{};
+  choice.lStructSize = sizeof choice;
+  choice.hwndOwner = owner;
+  choice.lpstrFilter = filter.c_str();
+  choice.lpstrFile = path.data();
+  choice.nMaxFile = static_cast<DWORD>(path.size());
+  choice.lpstrDefExt = ending.c_str();
+  choice.lpstrTitle = caption.c_str();
+  choice.Flags =
+      OFN_EXPLORER | OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
+  if (GetSaveFileNameW(&choice) == FALSE) return std::nullopt;
+  return utf8FromWide(path.c_str());
+}
+
+std::string documentsFolder() {
+  wchar_t path[MAX_PATH] = {};
+  const HRESULT found =
+      SHGetFolderPathW(nullptr, CSIDL_PERSONAL | CSIDL_FLAG_CREATE, nullptr, 0, path);
+  return SUCCEEDED(found) ? utf8FromWide(path) : std::string();
+}
 
 std::optional<std::string> chooseExistingFile(HWND owner, std::string_view kind,
                                               std::string_view pattern, const std::string& current,
-                                              std::string_view title, const std::string& folder) {
+                                              std::string_view title, const std::string& folder,
+                                              std::span<const FileType> more) {
   const std::wstring caption = wideFromUtf8(title);
-  const std::wstring filter = filterOf(kind, pattern);
+  const std::wstring filter = filterOf(kind, pattern, more);
   std::wstring path = fullPath(current);
   path.resize(kLongestPath, L'\0');
   OPENFILENAMEW choice{};

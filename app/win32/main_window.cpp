@@ -129,6 +129,7 @@ HWND MainWindow::create(const WindowSetting& setting, Desktop& app) {
   if (window_ == nullptr) return nullptr;
   accelerators_ = createAccelerators();
   registerHotKeys(window_);
+  DragAcceptFiles(window_, TRUE);
   followState();
   if (!messages_.empty()) PostMessageW(window_, kMessagesWaiting, 0, 0);
   return window_;
@@ -197,6 +198,8 @@ LRESULT MainWindow::handle(UINT message, WPARAM first, LPARAM second) {
     case TrayIcon::kTrayMessage: onTrayPress(second); return 0;
     case kTitleChanged: showTitle(); return 0;
     case kMessagesWaiting: showMessages(); return 0;
+    case kFilesDropped: importDropped(); return 0;
+    case WM_DROPFILES: takeDroppedFiles(reinterpret_cast<HDROP>(first)); return 0;
     case WM_CLOSE: onClose(); return 0;
     case WM_QUERYENDSESSION: return TRUE;  // no data is lost
     case WM_ENDSESSION:

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <shellapi.h>
+
 #include <array>
 #include <deque>
 #include <mutex>
@@ -11,6 +13,7 @@
 #include "app/win32/back_buffer.h"
 #include "app/win32/language_library.h"
 #include "app/win32/program_sounds.h"
+#include "app/win32/progress_box.h"
 #include "app/win32/start_buttons.h"
 #include "app/win32/tray_icon.h"
 #include "display/status_line.h"
@@ -69,11 +72,21 @@ class MainWindow : public DesktopWindow {
   std::string chooseFile(const FileChoice& choice) override;
   std::optional<size_t> chooseRow(std::string_view title,
                                   std::span<const std::string> rows) override;
+  std::string chooseNewFile(const FileChoice& choice) override;
+  std::vector<size_t> chooseRows(std::string_view caption, std::string_view column,
+                                 std::span<const std::string> rows) override;
+  size_t chooseWithBox(std::string_view question, std::span<const std::string_view> answers,
+                       std::string_view box, bool& marked) override;
+  void openDocument(const std::string& path) override;
+  bool showProgress(uint64_t done, uint64_t total) override;
+  void endProgress() override;
   std::optional<std::string> askText(std::string_view title, std::string_view text) override;
   void close() override;
   void destroy() override;
 
  private:
+  size_t chooseAnswer(std::string_view question, std::span<const std::string_view> answers,
+                      size_t standard, std::string_view box, bool& marked);
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM first, LPARAM second);
   LRESULT handle(UINT message, WPARAM first, LPARAM second);
   LRESULT handleFrame(UINT message, WPARAM first, LPARAM second);
@@ -104,6 +117,8 @@ class MainWindow : public DesktopWindow {
   HMODULE layouts() const;
   void drawStatusInto(HDC target, int width, int height);
   void showTitle();
+  void takeDroppedFiles(HDROP drop);
+  void importDropped();
   void showMessages();
 
   HWND window_ = nullptr;
@@ -114,6 +129,7 @@ class MainWindow : public DesktopWindow {
   GdiplusFonts fonts_;
   StartButtons startButtons_;
   TrayIcon tray_;
+  ProgressBox progress_;
   TimeDependentTexts paintedTexts_;
   int wheel_ = 0;            // rotation of less than a notch
   bool isNight_ = false;     // of the window frame
@@ -141,6 +157,9 @@ class MainWindow : public DesktopWindow {
 
   std::deque<Message> messages_;
   bool showingMessages_ = false;
+
+  std::deque<std::string> dropped_;  // paths of files
+  bool importing_ = false;
 };
 
 }  // namespace vgps

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/desktop/dialog_context.h"
+#include "app/desktop/exchange.h"
 #include "app/win32/dialog_opening.h"
 #include "app/win32/dialogs.h"
 #include "app/win32/dpi.h"
@@ -99,6 +100,19 @@ bool MainWindow::ask(std::string_view question) {
 // button, because that one cancels.
 size_t MainWindow::choose(std::string_view question, std::span<const std::string_view> answers,
                           size_t standard) {
+  bool unused = false;
+  return chooseAnswer(question, answers, standard, {}, unused);
+}
+
+size_t MainWindow::chooseWithBox(std::string_view question,
+                                 std::span<const std::string_view> answers, std::string_view box,
+                                 bool& marked) {
+  return chooseAnswer(question, answers, answers.size(), box, marked);
+}
+
+size_t MainWindow::chooseAnswer(std::string_view question,
+                                std::span<const std::string_view> answers, size_t standard,
+                                std::string_view box, bool& marked) {
   std::vector<std::wstring> words;
   words.reserve(answers.size());
   for (const std::string_view answer : answers) words.push_back(wideFromUtf8(answer));
@@ -125,8 +139,13 @@ size_t MainWindow::choose(std::string_view question, std::span<const std::string
   dialog.cButtons = static_cast<UINT>(buttons.size());
   dialog.pButtons = buttons.data();
   dialog.nDefaultButton = standard < buttons.size() ? buttons[standard].nButtonID : IDCANCEL;
+  const std::wstring below = wideFromUtf8(box);
+  if (!box.empty()) dialog.pszVerificationText = below.c_str();
+  if (marked) dialog.dwFlags |= TDF_VERIFICATION_FLAG_CHECKED;
   int pressed = 0;
-  if (TaskDialogIndirect(&dialog, &pressed, nullptr, nullptr) != S_OK) pressed = 0;
+  BOOL isMarked = marked ? TRUE : FALSE;
+  if (TaskDialogIndirect(&dialog, &pressed, nullptr, &isMarked) != S_OK) pressed = 0;
+  if (pressed >= kFirstAnswer) marked = isMarked != FALSE;
   const size_t chosen = static_cast<size_t>(pressed - kFirstAnswer);
   return pressed >= kFirstAnswer && chosen < answers.size() ? chosen : answers.size() - 1;
 }
@@ -187,8 +206,57 @@ HMODULE MainWindow::layouts() const {
 }
 
 std::string MainWindow::chooseFile(const FileChoice& choice) {
-  return chooseExistingFile(window_, choice.kind, choice.pattern, {}, choice.title, choice.folder)
+  return chooseExistingFile(window_, choice.kind, choice.pattern, {}, choice.title, choice.folder,
+                            choice.more)
       .value_or("");
+}
+
+std::string MainWindow::chooseNewFile(const FileChoice& choice) {
+  return chooseNewFileIn(window_, choice).value_or("");
+}
+
+std::vector<size_t> MainWindow::chooseRows(std::string_view caption, std::string_view column,
+                                           std::span<const std::string> rows) {
+  const bool night = app_->scheme == ColorScheme::night;
+  return vgps::chooseRows(window_, caption, column, rows, {layouts(), night});
+}
+
+void MainWindow::openDocument(const std::string& path) {
+  const HINSTANCE opened =
+      ShellExecuteW(window_, L"open", wideFromUtf8(path).c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+  constexpr INT_PTR kLastError = 32;
+  if (reinterpret_cast<INT_PTR>(opened) > kLastError) return;
+  showNotice(*app_, textWith(Text::noProgramFor, path));
+}
+
+bool MainWindow::showProgress(uint64_t done, uint64_t total) {
+  return progress_.show(window_, done, total);
+}
+
+void MainWindow::endProgress() { progress_.end(window_); }
+
+// Whoever drags the files waits until this returns, so questions come later.
+void MainWindow::takeDroppedFiles(HDROP drop) {
+  const UINT count = DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
+  for (UINT i = 0; i < count; ++i) {
+    std::wstring path(DragQueryFileW(drop, i, nullptr, 0), L'\0');
+    DragQueryFileW(drop, i, path.data(), static_cast<UINT>(path.size() + 1));
+    dropped_.push_back(utf8FromWide(path.c_str()));
+  }
+  DragFinish(drop);
+  PostMessageW(window_, kFilesDropped, 0, 0);
+}
+
+void MainWindow::importDropped() {
+  if (importing_ || dialogOpen_ || !IsWindowEnabled(window_)) return;
+  importing_ = true;
+  while (!dropped_.empty() && window_ != nullptr) {
+    const std::string path = dropped_.front();
+    dropped_.pop_front();
+    takeDroppedFile(*app_, path);
+  }
+  importing_ = false;
+  followState();
 }
 
 std::optional<size_t> MainWindow::chooseRow(std::string_view title,

@@ -61,12 +61,26 @@ class FakeWindow : public DesktopWindow {
     choices.push_back(choice);
     return chosenFile;
   }
+  std::string chooseNewFile(const FileChoice& choice) override { return chooseFile(choice); }
   WindowPlace place() const override { return placeNow; }
   void copyText(std::string_view text) override { copied = text; }
   std::optional<size_t> chooseRow(std::string_view, std::span<const std::string> rows) override {
     offeredRows.assign(rows.begin(), rows.end());
     return chosenRow;
   }
+  std::vector<size_t> chooseRows(std::string_view caption, std::string_view,
+                                 std::span<const std::string> rows) override {
+    questions.emplace_back(caption);
+    offeredRows.assign(rows.begin(), rows.end());
+    return chosenRows;
+  }
+  size_t chooseWithBox(std::string_view question, std::span<const std::string_view> answers,
+                       std::string_view, bool& marked) override {
+    if (markedBox) marked = *markedBox;
+    return choose(question, answers);
+  }
+  void openDocument(const std::string& path) override { openedDocuments.push_back(path); }
+  bool showProgress(uint64_t, uint64_t) override { return !givesUp; }
   std::optional<std::string> askText(std::string_view, std::string_view) override { return typed; }
   void close() override { done.emplace_back("close"); }
   void destroy() override { done.emplace_back("destroy"); }
@@ -92,6 +106,10 @@ class FakeWindow : public DesktopWindow {
   std::string chosenFile;
   std::vector<std::string> offeredRows;  // rows of the last list
   std::optional<size_t> chosenRow;
+  std::vector<size_t> chosenRows;
+  std::optional<bool> markedBox;  // what the user does with a box below a question
+  std::vector<std::string> openedDocuments;
+  bool givesUp = false;  // long work
   std::optional<std::string> typed;
   std::vector<std::string> done;  // of the end, in their order
 };

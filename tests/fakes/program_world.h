@@ -13,6 +13,7 @@ struct ProgramWorld : AppWorld {
   ProgramWorld() {
     app.paths = pathsOf(folder.path());
     app.paths.backup = folder / "vgpsbackup.gpx";
+    app.paths.temporary = folder.path();
   }
   ~ProgramWorld() {
     app.recorder.closeJournal();

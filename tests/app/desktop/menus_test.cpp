@@ -73,8 +73,8 @@ TEST(Menus, OfferWhatWorksAndNothingElse) {
     }
   }
   EXPECT_GT(offered.size(), 40U);
-  for (const Command command : {Command::viewMap, Command::cartesian2d, Command::exportKml,
-                                Command::mapOptions, Command::playbackOptions}) {
+  for (const Command command :
+       {Command::viewMap, Command::cartesian2d, Command::mapOptions, Command::playbackOptions}) {
     EXPECT_FALSE(offered.contains(command)) << static_cast<uint32_t>(command);
   }
   for (const Command command : {Command::markPoint, Command::recordPointNow, Command::clearRawLog,
