@@ -158,6 +158,9 @@ class RowsPrompt : public Prompt {
       item.pszText = text.data();
       SendMessageW(field, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
     }
+    // Without a row in focus the space key marks none.
+    constexpr UINT kCurrent = LVIS_FOCUSED | LVIS_SELECTED;
+    ListView_SetItemState(field, 0, kCurrent, kCurrent);
   }
   bool take(HWND field) override {
     for (size_t i = 0; i < rows_.size(); ++i) {
