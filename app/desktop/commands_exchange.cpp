@@ -243,8 +243,11 @@ void importFrom(Desktop& app, const std::string& path, ImportAs kind) {
   const ImportOptions options{.complete = app.settings.importEverything,
                               .speedUnit = app.settings.speedUnit,
                               .clock = app.platform.clock};
-  importAs(kind, path, {waypoints, app.recorder.library}, hooks, options);
-  repaintNow(app);
+  const ImportResult result =
+      importAs(kind, path, {waypoints, app.recorder.library}, hooks, options);
+  if (result.waypoints + result.tracks == 0) return repaintNow(app);
+  showNotice(app, textWith(Text::importedCounts, std::to_string(result.waypoints),
+                           std::to_string(result.tracks)));
 }
 
 FileChoice importChoice(Command command) {

@@ -63,7 +63,7 @@ class DesktopWindow : public Window {
   // As `choose`, with a box to mark below the question.
   virtual size_t chooseWithBox(std::string_view question, std::span<const std::string_view> answers,
                                std::string_view /*box*/, bool& /*marked*/) {
-    return choose(question, answers);
+    return choose(question, answers, answers.size() - 1);
   }
   // With the program that the system has for it.
   virtual void openDocument(const std::string& /*path*/) {}

@@ -21,7 +21,7 @@ Answer DesktopExchange::ask(const std::string& question, bool withCancel) {
   app_.window.endProgress();
   if (!withCancel) return app_.window.ask(question) ? Answer::yes : Answer::no;
   const std::string_view answers[] = {textOf(Text::yes), textOf(Text::no), textOf(Text::cancel)};
-  return static_cast<Answer>(app_.window.choose(question, answers));
+  return static_cast<Answer>(app_.window.choose(question, answers, std::size(answers) - 1));
 }
 
 Answer DesktopExchange::askToImport(const std::string& question, bool& complete) {

@@ -217,6 +217,9 @@ void fillChecks(HWND window, const OpenChecks& asked) {
     item.pszText = text.data();
     SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
   }
+  // The space bar marks nothing unless a row has the focus.
+  constexpr UINT kCurrent = LVIS_FOCUSED | LVIS_SELECTED;
+  ListView_SetItemState(list, 0, kCurrent, kCurrent);
 }
 
 INT_PTR CALLBACK checksProcedure(HWND window, UINT message, WPARAM first, LPARAM second) {

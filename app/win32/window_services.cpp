@@ -107,7 +107,7 @@ size_t MainWindow::choose(std::string_view question, std::span<const std::string
 size_t MainWindow::chooseWithBox(std::string_view question,
                                  std::span<const std::string_view> answers, std::string_view box,
                                  bool& marked) {
-  return chooseAnswer(question, answers, answers.size(), box, marked);
+  return chooseAnswer(question, answers, answers.size() - 1, box, marked);
 }
 
 size_t MainWindow::chooseAnswer(std::string_view question,
@@ -128,8 +128,8 @@ size_t MainWindow::chooseAnswer(std::string_view question,
   dialog.hwndParent = window_;
   dialog.dwFlags = TDF_USE_HICON_MAIN | TDF_ALLOW_DIALOG_CANCELLATION | TDF_SIZE_TO_CONTENT;
   // Over a window that is small and at the edge, the system would place it partly off the screen.
-  dialog.pfCallback = [](HWND box, UINT event, WPARAM, LPARAM, LONG_PTR) -> HRESULT {
-    if (event == TDN_CREATED) centerOverOwner(box);
+  dialog.pfCallback = [](HWND shown, UINT event, WPARAM, LPARAM, LONG_PTR) -> HRESULT {
+    if (event == TDN_CREATED) centerOverOwner(shown);
     return S_OK;
   };
   dialog.pszWindowTitle = title.c_str();

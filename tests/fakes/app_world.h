@@ -77,7 +77,7 @@ class FakeWindow : public DesktopWindow {
   size_t chooseWithBox(std::string_view question, std::span<const std::string_view> answers,
                        std::string_view, bool& marked) override {
     if (markedBox) marked = *markedBox;
-    return choose(question, answers);
+    return choose(question, answers, answers.size() - 1);
   }
   void openDocument(const std::string& path) override { openedDocuments.push_back(path); }
   bool showProgress(uint64_t, uint64_t) override { return !givesUp; }

@@ -168,6 +168,7 @@ TEST_F(ExchangeCommands, ADroppedFileIsImportedAndALogReplayed) {
   window.wanted = "&Yes";
   takeDroppedFile(app, world.folder / "t.gpx");
   EXPECT_EQ(world.savedPoints(), std::vector<uint64_t>{1});
+  EXPECT_EQ(currentNotice(app), "Imported: waypoints 0, tracks 1");
   takeDroppedFile(app, world.folder / "notes.txt");
   EXPECT_TRUE(currentNotice(app).starts_with("No simulation data found in "));
   EXPECT_FALSE(app.fix.running);
