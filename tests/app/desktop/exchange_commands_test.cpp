@@ -128,7 +128,7 @@ TEST_F(ExchangeCommands, ImportFromFiles) {
     size_t tracks, waypoints;  // that came
     const char* told;          // the beginning of the last message
   } const rows[] = {
-      {Command::importGpx, "two.gpx", "&Yes", {}, 1, 1, "Further segments not imported: 1"},
+      {Command::importGpx, "two.gpx", "&Yes", {}, 1, 1, "Additional segments not imported: 1"},
       {Command::importGpx, "two.gpx", "&Yes", true, 2, 1, nullptr},
       {Command::importGpx, "two.gpx", "&No", {}, 2, 1, nullptr},  // the mark has stayed
       {Command::importKml, "one.kml", "&Tracks", false, 2, 0, "2 track(s) imported"},
