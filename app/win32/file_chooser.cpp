@@ -6,6 +6,8 @@
 #include <commdlg.h>
 #include <shlobj.h>
 
+#include <utility>
+
 #include "base/texts.h"
 #include "platform/win32/com.h"
 #include "platform/win32/wide.h"
@@ -56,26 +58,39 @@ std::wstring firstEnding(std::string_view pattern) {
   return wideFromUtf8(pattern.substr(dot + 1, pattern.find(';') - dot - 1));
 }
 
+// What opening and saving a file have in common. Not copyable: the system's structure points into
+// it.
+struct FileDialog {
+  FileDialog(HWND owner, std::wstring first, std::string_view title, std::wstring filterText)
+      : caption(wideFromUtf8(title)), filter(std::move(filterText)), path(std::move(first)) {
+    path.resize(kLongestPath, L'\0');
+    choice.lStructSize = sizeof choice;
+    choice.hwndOwner = owner;
+    choice.lpstrFilter = filter.c_str();
+    choice.lpstrFile = path.data();
+    choice.nMaxFile = static_cast<DWORD>(path.size());
+    if (!caption.empty()) choice.lpstrTitle = caption.c_str();
+    choice.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
+  }
+  FileDialog(const FileDialog&) = delete;
+  FileDialog& operator=(const FileDialog&) = delete;
+
+  std::wstring caption;
+  std::wstring filter;
+  std::wstring path;  // the one to begin with, then the chosen one
+  OPENFILENAMEW choice{};
+};
+
 }  // namespace
 
 std::optional<std::string> chooseNewFileIn(HWND owner, const FileChoice& wanted) {
-  const std::wstring caption = wideFromUtf8(wanted.title);
+  FileDialog dialog(owner, wideFromUtf8(wanted.name), wanted.title,
+                    filterOf(wanted.kind, wanted.pattern, wanted.more));
   const std::wstring ending = firstEnding(wanted.pattern);
-  const std::wstring filter = filterOf(wanted.kind, wanted.pattern, wanted.more);
-  std::wstring path = wideFromUtf8(wanted.name);
-  path.resize(kLongestPath, L'\0');
-  OPENFILENAMEW choice{};
-  choice.lStructSize = sizeof choice;
-  choice.hwndOwner = owner;
-  choice.lpstrFilter = filter.c_str();
-  choice.lpstrFile = path.data();
-  choice.nMaxFile = static_cast<DWORD>(path.size());
-  choice.lpstrDefExt = ending.c_str();
-  choice.lpstrTitle = caption.c_str();
-  choice.Flags =
-      OFN_EXPLORER | OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
-  if (GetSaveFileNameW(&choice) == FALSE) return std::nullopt;
-  return utf8FromWide(path.c_str());
+  dialog.choice.lpstrDefExt = ending.c_str();
+  dialog.choice.Flags |= OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST;
+  if (GetSaveFileNameW(&dialog.choice) == FALSE) return std::nullopt;
+  return utf8FromWide(dialog.path.c_str());
 }
 
 std::string documentsFolder() {
@@ -89,28 +104,18 @@ std::optional<std::string> chooseExistingFile(HWND owner, std::string_view kind,
                                               std::string_view pattern, const std::string& current,
                                               std::string_view title, const std::string& folder,
                                               std::span<const FileType> more) {
-  const std::wstring caption = wideFromUtf8(title);
-  const std::wstring filter = filterOf(kind, pattern, more);
-  std::wstring path = fullPath(current);
-  path.resize(kLongestPath, L'\0');
-  OPENFILENAMEW choice{};
-  choice.lStructSize = sizeof choice;
-  choice.hwndOwner = owner;
-  choice.lpstrFilter = filter.c_str();
-  choice.lpstrFile = path.data();
-  choice.nMaxFile = static_cast<DWORD>(path.size());
+  FileDialog dialog(owner, fullPath(current), title, filterOf(kind, pattern, more));
   const std::wstring begin = fullPath(folder);
-  if (!begin.empty()) choice.lpstrInitialDir = begin.c_str();
-  if (!caption.empty()) choice.lpstrTitle = caption.c_str();
-  choice.Flags = OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
-  BOOL chosen = GetOpenFileNameW(&choice);
+  if (!begin.empty()) dialog.choice.lpstrInitialDir = begin.c_str();
+  dialog.choice.Flags |= OFN_FILEMUSTEXIST;
+  BOOL chosen = GetOpenFileNameW(&dialog.choice);
   // The initial text may not be a valid file name at all.
   if (chosen == FALSE && CommDlgExtendedError() == FNERR_INVALIDFILENAME) {
-    path[0] = L'\0';
-    chosen = GetOpenFileNameW(&choice);
+    dialog.path[0] = L'\0';
+    chosen = GetOpenFileNameW(&dialog.choice);
   }
   if (chosen == FALSE) return std::nullopt;
-  return utf8FromWide(path.c_str());
+  return utf8FromWide(dialog.path.c_str());
 }
 
 std::optional<std::string> chooseExistingFolder(HWND owner, const std::string& current) {
