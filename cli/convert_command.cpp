@@ -6,6 +6,7 @@
 
 #include "cli/commands.h"
 #include "cli/log_track.h"
+#include "cli/text_rows.h"
 #include "cli/track_input.h"
 #include "formats/collection.h"
 #include "formats/convert.h"
@@ -217,7 +218,7 @@ class Conversion {
     if (const std::optional<int> failed = tell(result)) return *failed;
     if (!result.written) return fail("cannot write " + options_.output);
     if (options_.output == "-") return finishOutput();
-    std::printf("%s: %llu waypoints, %llu tracks and routes with %llu points\n",
+    std::printf("%s: waypoints: %llu, tracks and routes: %llu, points: %llu\n",
                 options_.output.c_str(), static_cast<unsigned long long>(result.waypoints),
                 static_cast<unsigned long long>(result.paths),
                 static_cast<unsigned long long>(result.points));
@@ -281,7 +282,8 @@ class Conversion {
     }
     const int failed = writeTrackOutput({tracks[0], options_.output}, kKmh, {});
     if (failed != 0) return failed;
-    std::printf("%s: %zu points\n", options_.output.c_str(), tracks[0].points.size());
+    std::printf("%s: %s\n", options_.output.c_str(),
+                countText(tracks[0].points.size(), "point").c_str());
     return finishOutput();
   }
 
@@ -292,7 +294,7 @@ class Conversion {
       if (path.empty()) return fail("no free file name for " + track.name);
       const int failed = writeTrackOutput({track, path}, kKmh, {});
       if (failed != 0) return failed;
-      std::printf("%s: %zu points\n", path.c_str(), track.points.size());
+      std::printf("%s: %s\n", path.c_str(), countText(track.points.size(), "point").c_str());
     }
     return finishOutput();
   }

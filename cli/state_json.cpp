@@ -115,7 +115,7 @@ Json accuracyJson(const UiFix& shown, uint32_t now) {
 
 Json knownFixJson(const UiFix& shown, const KnownValues& known, const GpsFix& connection) {
   Json fix = fixJson(shown.fix, connection);
-  fix["altitudeExact"] = number(shown.exactAltitude);
+  fix["altitudeExact"] = number(shown.fix.preciseAltitude());
   const std::pair<bool, std::vector<const char*>> groups[] = {
       {known.status, {"fixStatus"}},
       {known.position, {"longitude", "latitude"}},

@@ -25,7 +25,8 @@ uLong writeOutput(voidpf, voidpf stream, const void* bytes, uLong size) {
   out.good = out.good && (over == 0 || out.file.writeOver(out.at, text.substr(0, over)));
   out.good = out.good && (over == size || out.file.write(text.substr(over)));
   out.at += size;
-  return out.good ? size : 0;
+  // A failure is reported by `good` alone: the library leaks a header if it cannot write one.
+  return size;
 }
 
 template <class Output>
@@ -109,7 +110,8 @@ bool ArchiveWriter::add(const std::string& name, const ByteSource& bytes, const 
   bool good = true;
   for (size_t got = bytes(block.data(), block.size()); good && got > 0;
        got = bytes(block.data(), block.size())) {
-    good = zipWriteInFileInZip(zip_->handle, block.data(), static_cast<unsigned>(got)) == ZIP_OK;
+    good = zipWriteInFileInZip(zip_->handle, block.data(), static_cast<unsigned>(got)) == ZIP_OK &&
+           zip_->good;
   }
   return zipCloseFileInZip(zip_->handle) == ZIP_OK && good && zip_->good;
 }

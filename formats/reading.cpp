@@ -109,6 +109,21 @@ ExchangeFormat formatOfName(std::string_view path) {
   return ExchangeFormat::unknown;
 }
 
+namespace {
+
+// The receiver's time if it is known, otherwise the computer's.
+DateTime utcOf(const TrackPoint& point, int32_t utcOffsetMinutes) {
+  if (point.receiverUtc == 0) {
+    return point.utcTime.year != 0 ? point.utcTime
+                                   : utcFromLocal(point.localTime, utcOffsetMinutes);
+  }
+  DateTime utc = dateTimeOf(point.receiverUtc / kSecondMs);
+  utc.millisecond = static_cast<uint16_t>(point.receiverUtc % kSecondMs);
+  return utc;
+}
+
+}  // namespace
+
 bool handTrack(const Track& track, int32_t utcOffsetMinutes, ExchangeSink& sink) {
   if (!sink.beginPath(PathKind::track, track.name) || !sink.beginSegment(true)) return false;
   const auto anyOf = [&](double TrackPoint::*value) {
@@ -120,12 +135,11 @@ bool handTrack(const Track& track, int32_t utcOffsetMinutes, ExchangeSink& sink)
   for (const TrackPoint& from : track.points) {
     ExchangePoint point{.longitude = from.longitude,
                         .latitude = from.latitude,
-                        .altitude = from.altitude,
-                        .hasAltitude = true};
-    point.utc =
-        from.utcTime.year != 0 ? from.utcTime : utcFromLocal(from.localTime, utcOffsetMinutes);
-    if (speeds) point.speed = from.speedMps;
-    if (courses) point.course = from.course;
+                        .altitude = from.altitudeKnown() ? from.preciseAltitude() : 0,
+                        .hasAltitude = from.altitudeKnown()};
+    point.utc = utcOf(from, utcOffsetMinutes);
+    if (speeds && from.speedKnown()) point.speed = from.speedMps;
+    if (courses && from.courseKnown()) point.course = from.course;
     point.name = pointName(track, from);
     point.hasName = !point.name.empty();
     if (!sink.point(point)) return false;

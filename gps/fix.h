@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 
 #include "base/date_time.h"
@@ -64,7 +65,13 @@ struct FixRecord {
   uint32_t unknown = 0;  // Unknown bits
   // Fraction of the second in `utcTime`, from the decimals: ".5" is 500 here, but 5 there.
   uint32_t utcMilliseconds = 0;
+  double exactAltitude = 0;  // meters, with the decimals that `altitude` lacks; see below
 
+  // The altitude with the decimals of GGA, or without if only the whole meters are known, as for a
+  // point from a track file.
+  double preciseAltitude() const {
+    return std::trunc(exactAltitude) == altitude ? exactAltitude : altitude;
+  }
   bool altitudeKnown() const { return (unknown & kUnknownAltitude) == 0; }
   bool speedKnown() const { return (unknown & kUnknownSpeed) == 0; }
   bool positionDoubtful() const { return (unknown & kDoubtfulPosition) != 0; }

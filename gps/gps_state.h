@@ -64,9 +64,8 @@ struct GpsState {
   std::string sensorIdentifier;  // a GUID as text
 
   // Written by the parsing thread; the user interface copies them while the reader waits.
-  double maxSpeed = 0;       // in the speed unit chosen at the time
-  double maxAltitude = 0;    // meters
-  double exactAltitude = 0;  // meters, of the fix: with the decimals that its record lacks
+  double maxSpeed = 0;     // in the speed unit chosen at the time
+  double maxAltitude = 0;  // meters
   int32_t epochSentenceKind = 0;
   int32_t leadingSentenceKind = 0;
   SatelliteView view;

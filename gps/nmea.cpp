@@ -416,7 +416,7 @@ void applyGga(const NmeaSentence::Quality& record, uint32_t said, GpsFix& fix) {
   if ((said & kSaidUsedCount) != 0) fix.satellites->usedCount = record.usedCount;
   if ((said & kSaidAltitude) != 0) {
     fix.altitude = record.altitude;
-    fix.state.exactAltitude = record.exactAltitude;
+    fix.exactAltitude = record.exactAltitude;
   }
   applyMarks(fix, kGga, said);
 }
@@ -430,7 +430,7 @@ void applyRmc(const NmeaSentence::Position& record, uint32_t said, bool extended
     fix.utcTime.month = record.utc.month;
     fix.utcTime.day = record.utc.day;
   }
-  if ((said & kSaidAltitude) != 0) fix.altitude = fix.state.exactAltitude = record.altitude;
+  if ((said & kSaidAltitude) != 0) fix.altitude = fix.exactAltitude = record.altitude;
   if ((said & kSaidSpeed) != 0) {
     fix.speedKnots = record.knots;
     fix.speedMps = record.mps;

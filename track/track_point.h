@@ -17,7 +17,7 @@ struct TrackPoint : FixRecord {
   uint32_t name = 0;        // number in the track's list of point names, from 1; 0: none
   int64_t receiverUtc = 0;  // milliseconds since 1970; 0: unknown
 };
-static_assert(sizeof(TrackPoint) <= 176 && std::is_trivially_copyable_v<TrackPoint>);
+static_assert(sizeof(TrackPoint) <= 184 && std::is_trivially_copyable_v<TrackPoint>);
 
 // The points of a track in order. The list grows by blocks and never moves a point: recording for
 // hours at 10 Hz never pauses for a copy or needs twice the memory.

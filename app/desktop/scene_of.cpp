@@ -99,7 +99,7 @@ Scene makeScene(const AppState& app) {
   Scene scene;
   scene.fix = shown.fix;
   scene.fix.fixStatus = currentQuality(shown, now);
-  if (app.settings.altitudeDecimals) scene.fix.altitude = shown.exactAltitude;
+  if (app.settings.altitudeDecimals) scene.fix.altitude = shown.fix.preciseAltitude();
   if (const auto accuracy = currentAccuracy(shown, now)) scene.accuracy = accuracy->horizontal;
   scene.satellites = shown.satellites;
   scene.satellitesInUseKnown = shown.satellitesInUseKnown;

@@ -83,8 +83,7 @@ struct UiFix {
   // Since this source was opened or the trip was reset; independent of the selected unit.
   Speeds fastest{};
   double highest = 0;            // meters
-  double exactAltitude = 0;      // with the decimals that GGA had
-  double exactHighest = 0;       // likewise
+  double exactHighest = 0;       // with the decimals that GGA had
   std::optional<GstReport> gst;  // the last one of this connection
   int32_t inputProtocol = kNmeaText;
   bool satellitesInUseKnown = false;

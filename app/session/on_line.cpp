@@ -27,7 +27,6 @@ void copyFix(AppState& app) {
   shown.stats = app.gps.stats;
   shown.maxSpeed = app.gps.maxSpeed;
   shown.maxAltitude = app.gps.maxAltitude;
-  shown.exactAltitude = app.gps.exactAltitude;
   shown.inputProtocol = app.gps.inputProtocol;
   shown.satellitesInUseKnown = app.gps.satellitesInUseKnown;
   shown.lastByteMicros = app.fix.lastByteMicros;
@@ -92,7 +91,7 @@ void noteGreatest(UiFix& shown, uint32_t said) {
   }
   if ((said & kSaidAltitude) == 0) return;
   shown.highest = std::max(shown.highest, fix.altitude);
-  shown.exactHighest = std::max(shown.exactHighest, shown.exactAltitude);
+  shown.exactHighest = std::max(shown.exactHighest, fix.preciseAltitude());
 }
 
 // New maximum values are highlighted for a while.

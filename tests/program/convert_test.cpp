@@ -82,7 +82,7 @@ TEST_F(Convert, ThereAndBackIsTheSame) {
 TEST_F(Convert, WhatOneAsksFor) {
   const std::string in = answer("source.gpx");
   EXPECT_EQ(convert({in, "-o", path("w.csv"), "--as", "waypoints"}).output,
-            path("w.csv") + ": 7 waypoints, 0 tracks and routes with 0 points\n");
+            path("w.csv") + ": waypoints: 7, tracks and routes: 0, points: 0\n");
   EXPECT_EQ(convert({in, "-o", path("t.kml"), "--as", "track", "--name", "N"}).status, 0);
   EXPECT_NE(read("t.kml").find("N (3)"), std::string::npos);
   const Finished stream = convert({in, "-o", "-", "--to", "geojson"});
@@ -97,9 +97,9 @@ TEST_F(Convert, WhatOneAsksFor) {
   EXPECT_TRUE(folder_.has("folder/Way.XML") && folder_.has("folder/Ride & _walk_.XML"));
   const std::string log = std::string(sourceFolder()) + "/tests/logs/ride.nmea";
   EXPECT_EQ(convert({log, "-o", path("log.gpx")}).output,
-            path("log.gpx") + ": 0 waypoints, 1 tracks and routes with 5 points\n");
+            path("log.gpx") + ": waypoints: 0, tracks and routes: 1, points: 5\n");
   EXPECT_EQ(convert({log, "-o", path("log.gpx"), "--all-points"}).output,
-            path("log.gpx") + ": 0 waypoints, 1 tracks and routes with 9 points\n")
+            path("log.gpx") + ": waypoints: 0, tracks and routes: 1, points: 9\n")
       << "of ten fixes one lies at 0,0";
 }
 
@@ -125,7 +125,7 @@ TEST_F(Convert, WhatGoesWrongIsOneLine) {
   EXPECT_EQ(damaged.errors, "vgps: " + path("damaged.gpx") +
                                 ": damaged from line 1, column 50; what could be read was "
                                 "converted\n");
-  EXPECT_NE(damaged.output.find("2 waypoints"), std::string::npos);
+  EXPECT_NE(damaged.output.find("waypoints: 2"), std::string::npos);
 }
 
 TEST_F(Convert, OtherProgramsReadTheSamePoints) {
@@ -146,7 +146,7 @@ TEST_F(Convert, OtherProgramsReadTheSamePoints) {
                     .output.find("48.1173000,11.5166670"),
                 std::string::npos);
       EXPECT_EQ(convert({path("again.gpx"), "-o", path("again.csv"), "--as", "waypoints"}).output,
-                path("again.csv") + ": 6 waypoints, 0 tracks and routes with 0 points\n");
+                path("again.csv") + ": waypoints: 6, tracks and routes: 0, points: 0\n");
     }
   }
   if (has("ogr2ogr")) {
