@@ -28,9 +28,34 @@ bool isPlainAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c != '&'; });
 }
 
-class Gpx11Writer : public ExchangeWriter {
+// What both versions have in common.
+class GpxWriter : public ExchangeWriter {
  public:
-  explicit Gpx11Writer(TextSink sink) : xml_(std::move(sink), 0, XmlText::Texts::inTags) {
+  bool finish() override {
+    xml_.close();
+    return xml_.finish();
+  }
+
+ protected:
+  explicit GpxWriter(XmlText xml) : xml_(std::move(xml)) {}
+
+  // `name`: as it came with the end of the path; it is lost if the path had none at its start.
+  bool closePath(bool segmentIsOpen, std::string_view name) {
+    if (segmentIsOpen && !isRoute_) xml_.close();
+    if (!named_ && !name.empty()) ++losses_.pathNames;
+    xml_.close();
+    return xml_.good();
+  }
+
+  XmlText xml_;
+  bool isRoute_ = false;
+  bool named_ = false;
+};
+
+class Gpx11Writer : public GpxWriter {
+ public:
+  explicit Gpx11Writer(TextSink sink)
+      : GpxWriter(XmlText(std::move(sink), 0, XmlText::Texts::inTags)) {
     xml_.declaration();
     xml_.beginTag("gpx");
     xml_.attribute("version", "1.1");
@@ -75,17 +100,7 @@ class Gpx11Writer : public ExchangeWriter {
     return xml_.good();
   }
 
-  bool endPath(std::string_view name) override {
-    if (inSegment_ && !isRoute_) xml_.close();
-    if (!named_ && !name.empty()) ++losses_.pathNames;
-    xml_.close();
-    return xml_.good();
-  }
-
-  bool finish() override {
-    xml_.close();
-    return xml_.finish();
-  }
+  bool endPath(std::string_view name) override { return closePath(inSegment_, name); }
 
  private:
   enum class Kind { waypoint, route, track };
@@ -126,16 +141,13 @@ class Gpx11Writer : public ExchangeWriter {
     xml_.close();
   }
 
-  XmlText xml_;
   Kind last_ = Kind::waypoint;
-  bool isRoute_ = false;
-  bool named_ = false;
   bool inSegment_ = false;
 };
 
-class Gpx10Writer : public ExchangeWriter {
+class Gpx10Writer : public GpxWriter {
  public:
-  explicit Gpx10Writer(TextSink sink) : xml_(std::move(sink)) {
+  explicit Gpx10Writer(TextSink sink) : GpxWriter(XmlText(std::move(sink))) {
     xml_.declaration();
     writeGpxRoot(xml_);
   }
@@ -176,17 +188,7 @@ class Gpx10Writer : public ExchangeWriter {
     return xml_.good();
   }
 
-  bool endPath(std::string_view name) override {
-    if (!isRoute_) xml_.close();
-    if (!named_ && !name.empty()) ++losses_.pathNames;
-    xml_.close();
-    return xml_.good();
-  }
-
-  bool finish() override {
-    xml_.close();
-    return xml_.finish();
-  }
+  bool endPath(std::string_view name) override { return closePath(true, name); }
 
  private:
   static GpxPoint gpxPoint(const ExchangePoint& point) {
@@ -199,9 +201,6 @@ class Gpx10Writer : public ExchangeWriter {
             .speed = static_cast<float>(point.speed.value_or(0) * kKmhPerMps)};
   }
 
-  XmlText xml_;
-  bool isRoute_ = false;
-  bool named_ = false;
   uint32_t paths_ = 0;
   uint64_t segments_ = 0;
   uint64_t number_ = 0;
